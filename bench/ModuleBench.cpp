@@ -1,0 +1,191 @@
+// The works tree over the model database on the headless toolkit, with a million parts.
+
+#include <benchmark/benchmark.h>
+#include <malloc.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "host/CTransaction.h"
+#include "platform/headless/HeadlessToolkit.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/tree/DocumentNode.h"
+
+namespace qd::workbench {
+namespace {
+
+constexpr int kRows = 1'000'000;
+
+std::size_t HeapInUse() {
+  const struct mallinfo2 info = mallinfo2();
+  return info.uordblks + info.hblkhd;
+}
+
+/// A document with a million parts and its works tree in a window of usual size.
+class BigModel final : private IDatabaseListener {
+ public:
+  BigModel() {
+    m_before = HeapInUse();
+    CTransaction transaction(&m_doc.GetDatabase());
+    transaction.Begin(L"fill");
+    for (int i = 0; i < kRows; ++i) {
+      tagTGeom record;
+      record.name = L"Part " + std::to_wstring(i + 1);
+      record.colour = static_cast<COLORREF>(i);
+      record.cadItem = i;
+      m_doc.GetDatabase().GetGeomPool().Add(std::move(record));
+    }
+    transaction.Commit(1);
+    m_bar.SetDocument(&m_doc);
+    m_bar.Create(nullptr, 0, {0, 0, 400, 800});
+    const auto start = std::chrono::steady_clock::now();
+    m_bar.CreateTreeItems(kModelTree, &m_factory, 1);
+    m_build = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    m_after = HeapInUse();
+    m_doc.GetDatabase().SetListener(this);
+    m_toolkit.Pump();
+  }
+
+  HeadlessToolkit m_toolkit;
+  WorkDocument m_doc;
+  TreeFactory m_factory;
+  CWorksTreeBar m_bar;
+  double m_build = 0;
+  std::size_t m_before = 0;
+  std::size_t m_after = 0;
+
+  CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
+  std::vector<iterator> Parts() { return m_doc.GetDatabase().GetGeomPool().GetItrList(); }
+
+ private:
+  void OnDatabaseChanged(const CQDUpdateRecord& record) override { m_bar.UpdateDB(&m_doc, HintOf(record)); }
+};
+
+BigModel& Model() {
+  static BigModel model;
+  return model;
+}
+
+/// Rows through nodes and records: the time of building the tree, and the bytes a row of everything, the database
+/// and its undo record included.
+void BM_Build(benchmark::State& state) {
+  for (auto _ : state) {
+    auto model = std::make_unique<BigModel>();
+    state.SetIterationTime(model->m_build);
+    state.counters["bytes_per_row"] = static_cast<double>(model->m_after - model->m_before) / kRows;
+  }
+}
+BENCHMARK(BM_Build)->Iterations(1)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+void BM_ChangeOneRecord(benchmark::State& state) {
+  BigModel& model = Model();
+  const std::vector<iterator> parts = model.Parts();
+  GeomPool& pool = model.m_doc.GetDatabase().GetGeomPool();
+  std::size_t at = 0;
+  for (auto _ : state) {
+    const iterator itr = parts[(at += 7919) % parts.size()];
+    tagTGeom record = *pool.GetAtNU(itr);
+    record.name += L"'";
+    CTransaction transaction(&model.m_doc.GetDatabase());
+    transaction.Begin(L"rename");
+    pool.Modify(itr, std::move(record));
+    transaction.Commit(1);
+  }
+}
+BENCHMARK(BM_ChangeOneRecord)->Unit(benchmark::kMicrosecond)->Iterations(20000);
+
+void BM_DeleteOneRecordAndUndo(benchmark::State& state) {
+  BigModel& model = Model();
+  const std::vector<iterator> parts = model.Parts();
+  std::size_t at = 0;
+  for (auto _ : state) {
+    model.m_doc.GetDatabase().GetGeomPool().TR_Del({parts[(at += 7919) % parts.size()]});
+    model.m_doc.GetDatabase().Undo();
+  }
+}
+BENCHMARK(BM_DeleteOneRecordAndUndo)->Unit(benchmark::kMicrosecond)->Iterations(20000);
+
+void BM_TenThousandChangesInOneNotice(benchmark::State& state) {
+  BigModel& model = Model();
+  const std::vector<iterator> parts = model.Parts();
+  GeomPool& pool = model.m_doc.GetDatabase().GetGeomPool();
+  for (auto _ : state) {
+    CTransaction transaction(&model.m_doc.GetDatabase());
+    transaction.Begin(L"rename");
+    for (std::size_t i = 0; i < 10'000; ++i) {
+      tagTGeom record = *pool.GetAtNU(parts[i * 97]);
+      record.colour ^= 0xFFU;
+      pool.Modify(parts[i * 97], std::move(record));
+    }
+    transaction.Commit(1);
+  }
+}
+BENCHMARK(BM_TenThousandChangesInOneNotice)->Unit(benchmark::kMillisecond);
+
+void BM_ExpandAndCollapseABranch(benchmark::State& state) {
+  BigModel& model = Model();
+  const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());
+  for (auto _ : state) model.Tree().Expand(branch, ExpandAction::Toggle);
+  if (!model.Tree().IsExpanded(branch)) model.Tree().Expand(branch, ExpandAction::Expand);
+}
+BENCHMARK(BM_ExpandAndCollapseABranch)->Unit(benchmark::kMicrosecond);
+
+void BM_PaintAScreenAllSelected(benchmark::State& state) {
+  BigModel& model = Model();
+  model.Tree().SelectAll(1);
+  std::size_t at = 0;
+  for (auto _ : state) {
+    model.Tree().ScrollTo((at += 77'777) % kRows);
+    benchmark::DoNotOptimize(model.m_toolkit.Paint(model.Tree()));
+  }
+  model.Tree().ResetSelection(1);
+}
+BENCHMARK(BM_PaintAScreenAllSelected)->Unit(benchmark::kMicrosecond);
+
+void BM_SelectAllAndClear(benchmark::State& state) {
+  BigModel& model = Model();
+  for (auto _ : state) {
+    model.Tree().SelectAll(1);
+    model.Tree().ResetSelection(1);
+  }
+}
+BENCHMARK(BM_SelectAllAndClear)->Unit(benchmark::kMillisecond);
+
+void BM_GetTenSelected(benchmark::State& state) {
+  BigModel& model = Model();
+  TArray<iterator> ten;
+  for (std::size_t i = 0; i < 10; ++i) ten.push_back(model.Parts()[i * 99'991]);
+  model.Tree().SetSelection(1, ten);
+  for (auto _ : state) benchmark::DoNotOptimize(model.Tree().GetSelectedItems());
+  model.Tree().ResetSelection(1);
+}
+BENCHMARK(BM_GetTenSelected)->Unit(benchmark::kMicrosecond);
+
+void BM_SortAllByName(benchmark::State& state) {
+  BigModel& model = Model();
+  const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());
+  for (auto _ : state) {
+    model.Tree().SortItems(0, static_cast<int>(state.range(0)), branch);
+    state.PauseTiming();
+    // Shuffle with a sort by another order, so that every round has work to do.
+    model.Tree().SortItems(0, 1 - static_cast<int>(state.range(0)), branch);
+    state.ResumeTiming();
+  }
+}
+BENCHMARK(BM_SortAllByName)->ArgName("by_name")->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->Iterations(3);
+
+void BM_ShowAndHideAll(benchmark::State& state) {
+  BigModel& model = Model();
+  const HTREEITEM root = model.Tree().GetRootItem();
+  CQDTreeItem* document = model.Tree().NodeOf(root);
+  for (auto _ : state) {
+    document->OnMenuEvent(41008);
+    document->OnMenuEvent(41007);
+  }
+}
+BENCHMARK(BM_ShowAndHideAll)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace qd::workbench

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+
+#include "host/CQDDocBase.h"
+#include "platform/Export.h"
+
+namespace qd {
+
+class IWorksTreeManager;
+
+/// A page of the property grid.
+class IPropertySet {
+ public:
+  virtual ~IPropertySet() = default;
+};
+
+/// The property window of a document.
+class CPropertiesWnd {
+ public:
+  /// Shows a page, or nothing for null. The window owns the page until the next one.
+  virtual void SetPropertySet(std::unique_ptr<IPropertySet> page) = 0;
+  virtual void Refresh() = 0;
+
+ protected:
+  ~CPropertiesWnd() = default;
+};
+
+/// The host's main window. The object registers itself as the one of the process.
+class QD_EXPORT CMainFrame {
+ public:
+  CMainFrame();
+  virtual ~CMainFrame();
+  CMainFrame(const CMainFrame&) = delete;
+  CMainFrame& operator=(const CMainFrame&) = delete;
+
+  /// Null while the host has none.
+  static CMainFrame* Get();
+
+  /// Null when the document shows no property window.
+  virtual CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) = 0;
+  virtual IWorksTreeManager* GetWorksTreeManager() = 0;
+};
+
+}  // namespace qd

@@ -1,0 +1,98 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "host/Types.h"
+
+namespace qd {
+
+/// Shown state and render mode of the CAD items. All calls are marks; the view draws once per frame.
+class CRenderObjManager {
+ public:
+  virtual int GetShowHide(int cadItem) const = 0;
+  virtual void SetShowHide(int cadItem, int show) = 0;
+  /// 0 shading, 1 edge shading, 2 wireframe, 3 bounding box.
+  virtual unsigned GetRenderMode(int cadItem) const = 0;
+  /// Marks whether a part has a mesh that stands for it.
+  virtual void SetMeshMark(int cadItem, int present) = 0;
+  /// Bracket a change of visibility; the outermost pair keeps the state before it as the previous one.
+  virtual void BeginShowHide() = 0;
+  virtual void EndShowHide() = 0;
+
+ protected:
+  ~CRenderObjManager() = default;
+};
+
+/// The CAD side of a document.
+class CCADSession {
+ public:
+  virtual CRenderObjManager& GetRenderObjects() = 0;
+
+ protected:
+  ~CCADSession() = default;
+};
+
+/// Shown state of mesh sets.
+class CQDMeshManager {
+ public:
+  virtual void ShowHideMset(iterator mset, int show) = 0;
+
+ protected:
+  ~CQDMeshManager() = default;
+};
+
+/// Labels of one kind of record.
+class CQDLabel {
+ public:
+  virtual int IsShown(std::int32_t id) const = 0;
+  virtual void Show(std::int32_t id) = 0;
+  virtual void Hide(std::int32_t id) = 0;
+
+ protected:
+  ~CQDLabel() = default;
+};
+
+class CQDLabelManager {
+ public:
+  /// The labels of an item type, null when it has none.
+  virtual CQDLabel* GetLabel(int itemType) = 0;
+
+ protected:
+  ~CQDLabelManager() = default;
+};
+
+/// The extent of the model in the views. Both calls are marks.
+class CQDModelRange {
+ public:
+  virtual void UpdateAllRange(int notify) = 0;
+  virtual void UpdateCADRange(int notify) = 0;
+
+ protected:
+  ~CQDModelRange() = default;
+};
+
+class CQDViewBase;
+
+/// Post-processing displays that follow the visibility of parts. Both calls are marks.
+class CQDPostManager {
+ public:
+  virtual void UpdateShowHideGeom(CQDViewBase& view) = 0;
+  virtual void UpdateActivity(CQDViewBase& view, int notify) = 0;
+
+ protected:
+  ~CQDPostManager() = default;
+};
+
+/// A 3-D view of a document.
+class CQDViewBase {
+ public:
+  /// Asks for a redraw at the next frame; `reserved` is 0.
+  virtual void Redraw(int reserved) = 0;
+  virtual bool IsOver(CPoint screen) const = 0;
+
+ protected:
+  ~CQDViewBase() = default;
+};
+
+}  // namespace qd

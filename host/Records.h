@@ -1,0 +1,78 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/Types.h"
+
+namespace qd {
+
+/// Base of the plain records. Records are immutable once they are in a pool; a change stores a new record.
+struct tagTRecord {
+  std::int32_t id = 0;  ///< number shown to the user, 0 none; given by the pool
+};
+
+/// Kind of a body's topology, in the order in which the tree lists them.
+enum class TopologyKind : std::uint8_t { Point, Curve, Surface, Solid, Compound };
+
+/// Triangles and edges of a part for display; made once from its shape.
+struct PartFacets {
+  std::vector<float> points;             ///< x, y, z
+  std::vector<float> normals;            ///< beside points, or empty
+  std::vector<std::uint32_t> triangles;  ///< three point numbers each
+  std::vector<std::uint32_t> lineSizes;  ///< points of each edge polyline
+  std::vector<std::uint32_t> lines;      ///< point numbers of all polylines, one after another
+};
+
+/// A geometry part.
+struct tagTGeom : tagTRecord {
+  CString name;
+  COLORREF colour = 0;
+  int cadItem = 0;          ///< number of the part in the CAD session and the view
+  iterator material = 0;
+  iterator gset = 0;        ///< geometry set that holds the part
+  TopologyKind kind = TopologyKind::Solid;
+  std::shared_ptr<const std::string> brep;       ///< shape as text in the kernel's own exchange form
+  std::shared_ptr<const PartFacets> facets;
+};
+
+/// A named group of geometry parts.
+struct tagTGset : tagTRecord {
+  CString name;
+};
+
+/// Nodes and elements of a mesh set.
+struct MeshData {
+  struct Block {
+    int elementType = 0;      ///< type number of the mesh file library: 1 line, 2 triangle, 3 quadrangle, 4 tetrahedron …
+    int nodesPerElement = 0;
+    std::vector<std::uint64_t> elementIds;
+    std::vector<std::uint64_t> nodeIds;  ///< nodesPerElement for each element
+  };
+  std::vector<std::uint64_t> nodeIds;
+  std::vector<double> coordinates;  ///< x, y, z beside nodeIds
+  std::vector<Block> blocks;
+};
+
+/// A mesh set; sets nest by parent.
+struct tagTMset : tagTRecord {
+  std::uint32_t key = 0;  ///< the low 29 bits are the key that display calls take, the top three are flags
+  CString name;
+  COLORREF colour = 0;
+  iterator parent = 0;    ///< mesh set above, 0 at top level
+  iterator geom = 0;      ///< part that the set meshes, 0 none
+  std::uint64_t nodeCount = 0;
+  std::uint64_t elementCount = 0;
+  std::shared_ptr<const MeshData> mesh;
+};
+
+inline constexpr std::uint32_t kMsetKeyMask = 0x1FFFFFFF;
+
+/// A material.
+struct tagTMaterial : tagTRecord {
+  CString name;
+};
+
+}  // namespace qd

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vector>
+
+#include "platform/CWnd.h"
+#include "platform/Export.h"
+#include "platform/Picture.h"
+#include "platform/Types.h"
+
+namespace qd {
+
+/// A pop-up menu whose entries may carry pictures. A plain value: the toolkit draws it while it is open.
+class QD_EXPORT BCMenu {
+ public:
+  struct Entry {
+    enum class Kind { Command, Separator, SubMenu } kind = Kind::Command;
+    unsigned id = 0;
+    CString text;
+    const Picture* picture = nullptr;  ///< not owned; null for none
+    bool checked = false;
+    BCMenu* subMenu = nullptr;  ///< not owned; entries added to it later show too
+  };
+
+  BCMenu() = default;
+  virtual ~BCMenu() = default;
+
+  /// Appends an entry; always succeeds (1).
+  int Append(Entry entry);
+  /// Appends a submenu, which must outlive this menu.
+  int AppendSubMenu(BCMenu& subMenu, CString text);
+  /// Marks the entry `id`, also one in a submenu, as checked or not. Returns 1, or 0 when there is none.
+  int CheckMenu(unsigned id, int check);
+  const std::vector<Entry>& Entries() const { return m_entries; }
+  /// Shows the menu at a screen position and returns the chosen command, 0 for none. Messages are handled
+  /// meanwhile, so anything may have changed when it returns.
+  unsigned Track(CPoint screen, CWnd& owner) const;
+
+ private:
+  Entry* Find(unsigned id);
+
+  std::vector<Entry> m_entries;
+};
+
+}  // namespace qd

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "platform/CWnd.h"
+#include "platform/Export.h"
+
+namespace qd {
+
+/// A horizontal scroll bar window. Tells its parent with kNoticeScroll when the user moves it.
+class QD_EXPORT CScrollBar : public CWnd {
+ public:
+  enum Code : int { kNoticeScroll = -300 };
+  struct ScrollNotice : Notice {
+    int position = 0;
+  };
+
+  int Create(CWnd* parent, int id, const CRect& area) {
+    return CWnd::Create(parent, id, area, PeerKind::HorizontalScroll);
+  }
+  /// `page` is the visible width; positions run from 0 to `state.maximum`. Notifies nobody.
+  void SetState(const ScrollState& state);
+  const ScrollState& GetState() const { return m_state; }
+
+ protected:
+  void OnScroll(int position) override;
+
+ private:
+  ScrollState m_state;
+};
+
+}  // namespace qd

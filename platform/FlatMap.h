@@ -1,0 +1,85 @@
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace qd {
+
+/// A hash map from one 64-bit word to another, without an allocation per entry. Key 0 is none: it is
+/// never found and never entered. Keys are mixed, so running numbers and addresses spread well.
+class FlatMap {
+ public:
+  /// Null when the key is absent; valid until the next change.
+  const std::uint64_t* Find(std::uint64_t key) const {
+    if (m_slots.empty() || key == 0) return nullptr;
+    for (std::size_t at = Home(key);; at = (at + 1) & Mask()) {
+      if (m_slots[at].key == key) return &m_slots[at].value;
+      if (m_slots[at].key == 0) return nullptr;
+    }
+  }
+  bool Contains(std::uint64_t key) const { return Find(key) != nullptr; }
+  /// Overwrites the value of a present key.
+  void Assign(std::uint64_t key, std::uint64_t value) {
+    if (key == 0) return;
+    if ((m_count + 1) * 4 > m_slots.size() * 3) Grow();
+    std::size_t at = Home(key);
+    while (m_slots[at].key != 0 && m_slots[at].key != key) at = (at + 1) & Mask();
+    if (m_slots[at].key == 0) ++m_count;
+    m_slots[at] = {key, value};
+  }
+  /// Keeps the value of a present key.
+  void Insert(std::uint64_t key, std::uint64_t value) {
+    if (!Contains(key)) Assign(key, value);
+  }
+  bool Erase(std::uint64_t key) {
+    if (m_slots.empty() || key == 0) return false;
+    std::size_t hole = Home(key);
+    while (m_slots[hole].key != key) {
+      if (m_slots[hole].key == 0) return false;
+      hole = (hole + 1) & Mask();
+    }
+    // Entries behind the hole move up, so that no search stops short and no marks stay behind.
+    for (std::size_t at = (hole + 1) & Mask(); m_slots[at].key != 0; at = (at + 1) & Mask()) {
+      const std::size_t home = Home(m_slots[at].key);
+      if (((at - home) & Mask()) < ((at - hole) & Mask())) continue;
+      m_slots[hole] = m_slots[at];
+      hole = at;
+    }
+    m_slots[hole] = {};
+    --m_count;
+    return true;
+  }
+  void Clear() {
+    m_slots.clear();
+    m_count = 0;
+  }
+  std::size_t Size() const { return m_count; }
+
+ private:
+  struct Slot {
+    std::uint64_t key = 0;
+    std::uint64_t value = 0;
+  };
+
+  std::size_t Mask() const { return m_slots.size() - 1; }
+  std::size_t Home(std::uint64_t key) const {
+    key ^= key >> 32U;
+    key *= 0x9E3779B97F4A7C15ULL;
+    return static_cast<std::size_t>(key >> (64 - std::countr_zero(m_slots.size())));
+  }
+  void Grow() {
+    std::vector<Slot> old(m_slots.empty() ? 16 : m_slots.size() * 2);
+    old.swap(m_slots);
+    m_count = 0;
+    for (const Slot& slot : old) {
+      if (slot.key != 0) Assign(slot.key, slot.value);
+    }
+  }
+
+  std::vector<Slot> m_slots;
+  std::size_t m_count = 0;
+};
+
+}  // namespace qd

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/Types.h"
+
+namespace qd {
+
+class CWnd;
+
+/// What a window system reports to a window.
+enum class MessageKind {
+  LeftDown,
+  LeftUp,
+  LeftDouble,
+  RightDown,
+  RightUp,
+  MouseMove,
+  MouseLeave,
+  Wheel,        ///< `amount`: lines, positive towards the user's back
+  KeyDown,      ///< `key`
+  Timer,        ///< `id`
+  Posted,       ///< `id`, `parameter`
+  Scroll,       ///< `amount`: the position that the user asks for
+  Size,
+  FocusGained,
+  FocusLost,
+  CaptureLost,
+  ContextMenu,  ///< `point` in screen coordinates; posted on release of the right button or by the keyboard
+};
+
+/// Keys held while a mouse button or the mouse acts.
+enum MouseFlags : unsigned { kMouseShift = 4, kMouseControl = 8 };
+
+/// Keys that the controls act on; other keys have their character code.
+enum Key : int {
+  kKeyTab = 9,
+  kKeyEnter = 13,
+  kKeyEscape = 27,
+  kKeySpace = 32,
+  kKeyPageUp = 33,
+  kKeyPageDown = 34,
+  kKeyEnd = 35,
+  kKeyHome = 36,
+  kKeyLeft = 37,
+  kKeyUp = 38,
+  kKeyRight = 39,
+  kKeyDown = 40,
+  kKeyDelete = 46,
+  kKeyF2 = 113
+};
+
+struct Message {
+  MessageKind kind = MessageKind::Posted;
+  CWnd* target = nullptr;
+  CPoint point{};          ///< client coordinates, but see ContextMenu
+  unsigned flags = 0;      ///< MouseFlags, for keys too
+  int key = 0;
+  int amount = 0;
+  unsigned id = 0;
+  std::uint64_t parameter = 0;
+};
+
+/// What a holder of the mouse capture decides about a message.
+enum class CaptureVerdict {
+  Dispatch,         ///< handle it as usual and go on
+  Swallow,          ///< drop it and go on
+  Stop,             ///< drop it and end the capture
+  StopAndDispatch,  ///< end the capture, then handle it as usual
+};
+
+/// How a capture ended.
+enum class CaptureEnd { Stopped, Lost };
+
+}  // namespace qd

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "platform/Toolkit.h"
+
+namespace qd {
+
+class HeadlessPeer;
+
+/// A window system without a screen, for tests and for programs that need none: input is scripted, painting is
+/// recorded as text, text metrics are fixed, and time stands still until it is moved by hand.
+///
+/// Input is queued and handled by Pump. Messages that windows post are handled after what was queued before.
+class HeadlessToolkit final : public IToolkit {
+ public:
+  static constexpr int kCharacterWidth = 7;
+  static constexpr int kBoldWidth = 8;
+  static constexpr int kFontHeight = 16;
+
+  HeadlessToolkit() = default;
+  ~HeadlessToolkit() override = default;
+
+  // ---- script -------------------------------------------------------------------------------------------
+  void Enqueue(Message message);
+  /// Press and release; flags are MouseFlags.
+  void Click(CWnd& window, CPoint point, unsigned flags = 0);
+  void RightClick(CWnd& window, CPoint point, unsigned flags = 0);
+  void DoubleClick(CWnd& window, CPoint point);
+  void Key(CWnd& window, int key, unsigned flags = 0);
+  /// Handles everything queued, and what comes of it.
+  void Pump();
+  /// Moves the clock; timers that fall due are queued.
+  void Advance(unsigned milliseconds);
+  /// What the next pop-up menus answer, in order; 0 closes the menu. Without an answer a menu answers 0.
+  void AnswerMenu(unsigned command) { m_menuAnswers.push_back(command); }
+  /// The pop-up menus shown so far: entries as "text", "[x] text" or "-", submenus in braces.
+  const std::vector<std::string>& ShownMenus() const { return m_menus; }
+  /// Paints the whole window now and returns what was drawn, one call a line.
+  std::vector<std::string> Paint(CWnd& window);
+  /// Paint requests handled by Pump since the last call.
+  int TakePaintCount();
+  /// The tool tip on show, empty when there is none.
+  const CString& Tip() const { return m_tip; }
+  CWnd* FocusWindow() const { return m_focus; }
+
+  // ---- toolkit ------------------------------------------------------------------------------------------
+  std::unique_ptr<IPeer> MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) override;
+  int GetMetric(Metric metric) const override;
+  COLORREF GetColour(SystemColour colour) const override;
+  int FontHeight(const Font&) const override { return kFontHeight; }
+  void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const override;
+  CPoint CursorPosition() const override { return m_cursor; }
+  void SetWaitCursor(bool) override {}
+  CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
+  unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
+
+ private:
+  friend class HeadlessPeer;
+  struct Timer {
+    CWnd* owner;
+    unsigned id;
+    unsigned period;
+    unsigned long due;
+  };
+
+  bool IsAlive(const CWnd* window) const;
+  void Forget(CWnd* window);
+  void DispatchNow(const Message& message);
+  void PaintDirty();
+
+  std::deque<Message> m_queue;
+  std::vector<CWnd*> m_windows;
+  std::vector<CWnd*> m_dirty;
+  std::vector<Timer> m_timers;
+  std::vector<unsigned> m_menuAnswers;
+  std::vector<std::string> m_menus;
+  unsigned long m_now = 0;
+  int m_paints = 0;
+  CPoint m_cursor;
+  CWnd* m_focus = nullptr;
+  CString m_tip;
+};
+
+}  // namespace qd

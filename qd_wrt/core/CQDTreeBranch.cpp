@@ -1,0 +1,43 @@
+#include "qd_wrt/core/CQDTreeBranch.h"
+
+#include <algorithm>
+
+namespace qd {
+
+CQDTreeItem* CQDTreeBranch::FindChild(iterator itr) const {
+  const std::uint64_t* found = itr != 0 ? m_childMap.Find(itr) : nullptr;
+  return found != nullptr ? reinterpret_cast<CQDTreeItem*>(*found) : nullptr;
+}
+
+std::vector<CQDTreeItem*> CQDTreeBranch::ChildrenByRecord() const {
+  std::vector<CQDTreeItem*> children = Children();
+  const auto before = [](const CQDTreeItem* a, const CQDTreeItem* b) { return a->GetIterator() < b->GetIterator(); };
+  if (!std::is_sorted(children.begin(), children.end(), before)) {
+    std::stable_sort(children.begin(), children.end(), before);
+  }
+  return children;
+}
+
+void CQDTreeBranch::AddChild(iterator itr, CQDTreeItem* child) {
+  m_childMap.Assign(itr, reinterpret_cast<std::uint64_t>(child));
+  child->MakeItem(kInsertLast);
+}
+
+int CQDTreeBranch::DeleteChildItem(iterator itr) {
+  CQDTreeItem* child = FindChild(itr);
+  if (child == nullptr) return 0;
+  m_childMap.Erase(itr);
+  DeleteChild(child);
+  return 1;
+}
+
+void CQDTreeBranch::ApplyChange(const tagTRNotify& change) {
+  switch (change.kind) {
+    case kChangeAdded: MakeChildItem(change.itr); break;
+    case kChangeDeleted: DeleteChildItem(change.itr); break;
+    case kChangeModified: ModifyChildItem(change.itr); break;
+    default: break;
+  }
+}
+
+}  // namespace qd

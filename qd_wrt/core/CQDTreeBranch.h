@@ -1,0 +1,38 @@
+#pragma once
+
+#include "qd_wrt/core/CQDTreeItem.h"
+#include "platform/FlatMap.h"
+
+namespace qd {
+
+/// A node whose children stand for records of one pool: keeps the map from record to child and walks the change
+/// records. The children are owned as in every node; the map only finds them.
+class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
+ public:
+  using CQDTreeItem::CQDTreeItem;
+
+  // ---- virtual operations, behind those of the base ---------------------------------------------------------
+  /// Makes the child of a record as the last one. 1, or 0 when the record cannot be read. A record that has a
+  /// child already counts as modified.
+  virtual int MakeChildItem(iterator itr) = 0;
+  /// Deletes the child of a record. The answer for an unknown record is the branch's own.
+  virtual int DeleteChildItem(iterator itr);
+  /// Brings the child of a record up to date. The answer for an unknown record is the branch's own.
+  virtual int ModifyChildItem(iterator itr) = 0;
+
+  /// Null when the record has no child here.
+  CQDTreeItem* FindChild(iterator itr) const;
+  /// All children in ascending order of their records.
+  std::vector<CQDTreeItem*> ChildrenByRecord() const;
+
+ protected:
+  /// Makes the row of a new child and enters it in the map.
+  void AddChild(iterator itr, CQDTreeItem* child);
+  /// Makes, deletes or modifies the child that a change record of the branch's own pool names.
+  void ApplyChange(const tagTRNotify& change);
+
+ private:
+  FlatMap m_childMap;
+};
+
+}  // namespace qd

@@ -1,0 +1,43 @@
+#include "qd_wrt/core/CQDTreeIcon.h"
+
+#include <memory>
+
+#include "qd_wrt/core/IconArt.h"
+
+namespace qd {
+
+namespace {
+
+constexpr int kSize = 16;
+
+/// Appends a strip of a resource number, with one image per 16 pixels of its width, to an image list.
+void AddStrip(CImageList& list, int strip, int width) {
+  const int first = list.AddStrip(width / kSize);
+  for (const IconArt& art : AllIconArt()) {
+    if (art.strip != strip) continue;
+    auto picture = std::make_shared<Picture>();
+    picture->width = picture->height = kSize;
+    picture->pixels.assign(art.pixels.begin(), art.pixels.end());
+    picture->pixelsDouble.assign(art.doubled.begin(), art.doubled.end());
+    list.SetPicture(first + art.index, std::move(picture));
+  }
+}
+
+}  // namespace
+
+CQDTreeIcon::CQDTreeIcon() {
+  AddStrip(m_rows, 10402, 1600);
+  AddStrip(m_rows, 10406, 1600);
+  AddStrip(m_rows, 10407, 1600);
+  AddStrip(m_rows, 10408, 1279);
+  AddStrip(m_menu, 10410, 2048);
+  AddStrip(m_states, 10401, 64);
+  AddStrip(m_header, 10400, 32);
+}
+
+const CQDTreeIcon& CQDTreeIcon::Instance() {
+  static const CQDTreeIcon icons;
+  return icons;
+}
+
+}  // namespace qd

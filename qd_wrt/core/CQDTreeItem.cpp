@@ -1,0 +1,467 @@
+#include "qd_wrt/core/CQDTreeItem.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+#include "host/CMainFrame.h"
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "platform/FlatMap.h"
+
+namespace qd {
+
+CQDTreeItem::CQDTreeItem(CQDTreeListCtrl* control, CQDTreeItem* parent, CString title, unsigned iconIndex,
+                         int hasCheck)
+    : m_hasCheck(hasCheck != 0), m_icon(iconIndex), m_control(control), m_parent(parent), m_title(std::move(title)) {
+  if (parent != nullptr) parent->AppendChild(this);
+}
+
+CQDTreeItem::~CQDTreeItem() {
+  if (m_detached) return;
+  RemoveAllChildItems();
+  Detach();
+}
+
+// ---- children -------------------------------------------------------------------------------------------
+
+void CQDTreeItem::AppendChild(CQDTreeItem* child) {
+  child->m_slot = static_cast<std::uint32_t>(m_children.size());
+  m_children.push_back(child);
+}
+
+/// Takes a child out in O(1): its place stays empty until enough have gathered.
+bool CQDTreeItem::TakeOut(CQDTreeItem* child) {
+  if (child->m_slot >= m_children.size() || m_children[child->m_slot] != child) return false;
+  if (child->m_slot + 1 == m_children.size()) {
+    m_children.pop_back();
+    while (!m_children.empty() && m_children.back() == nullptr) {
+      m_children.pop_back();
+      --m_holes;
+    }
+    return true;
+  }
+  m_children[child->m_slot] = nullptr;
+  if (++m_holes > m_children.size() / 2) CloseHoles();
+  return true;
+}
+
+void CQDTreeItem::CloseHoles() {
+  if (m_holes == 0) return;
+  std::erase(m_children, nullptr);
+  m_holes = 0;
+  for (std::uint32_t slot = 0; slot < m_children.size(); ++slot) m_children[slot]->m_slot = slot;
+}
+
+CQDTreeItem* CQDTreeItem::GetChild(int index) {
+  CloseHoles();
+  return index >= 0 && index < GetChildCount() ? m_children[static_cast<std::size_t>(index)] : nullptr;
+}
+
+std::vector<CQDTreeItem*> CQDTreeItem::Children() const {
+  std::vector<CQDTreeItem*> children = m_children;
+  if (m_holes != 0) std::erase(children, nullptr);
+  return children;
+}
+
+int CQDTreeItem::GetAllChildCount() const {
+  int count = 0;
+  ForEachBelow([&count](CQDTreeItem*) { ++count; });
+  return count;
+}
+
+int CQDTreeItem::RegistToChild(CQDTreeItem* child, int add) {
+  if (add == 0) {
+    TakeOut(child);
+  } else {
+    // A child that stands here twice would be deleted twice.
+    const bool present = child->m_slot < m_children.size() && m_children[child->m_slot] == child;
+    assert(!present);
+    if (!present) AppendChild(child);
+  }
+  return 1;
+}
+
+void CQDTreeItem::DeleteChild(CQDTreeItem* child) {
+  if (child != nullptr && child->m_parent == this) Destroy(child);
+}
+
+void CQDTreeItem::RemoveAllChildItems() {
+  while (!m_children.empty()) Destroy(m_children.back());
+}
+
+void CQDTreeItem::Destroy(CQDTreeItem* node) {
+  if (node == nullptr || node->m_detached) return;
+  std::vector<CQDTreeItem*> branch{node};
+  node->ForEachBelow([&branch](CQDTreeItem* below) { branch.push_back(below); });
+  // From the end: every node goes after all below it and after its later siblings.
+  for (auto at = branch.rbegin(); at != branch.rend(); ++at) {
+    CQDTreeListCtrl* control = (*at)->m_control;
+    (*at)->Detach();
+    control->Bury(std::unique_ptr<CQDTreeItem>(*at));
+  }
+}
+
+/// Leaves the tree: parent, data types, row and maps.
+void CQDTreeItem::Detach() {
+  m_detached = true;
+  if (m_parent != nullptr) m_parent->TakeOut(this);
+  m_control->RemoveItemFromDataTypeMap(this);
+  m_control->DeleteItem(this);
+  m_row = {};
+  m_extras.reset();
+}
+
+// ---- the row and the subtree ----------------------------------------------------------------------------
+
+void CQDTreeItem::MakeItem(HTREEITEM where) {
+  if (m_parent != nullptr && !m_parent->m_row) return;
+  m_row = m_control->InsertItem(this, where);
+  if (!m_row) return;
+  if (m_extras != nullptr) m_extras->dataTypes.clear();
+  RegisterReceiveDataType();
+  for (const unsigned short type : GetDataTypeList()) m_control->AddItemDataTypeMap(type, this);
+  m_control->RunDeep(this, [this] { MakeSubtree(); });
+}
+
+void CQDTreeItem::MakeSubtree() {
+  MakeChildItems();
+  const auto editable = [](const CQDTreeItem* child) { return child != nullptr && child->m_editable; };
+  if (std::any_of(m_children.begin(), m_children.end(), editable)) SortBranchesFromHere();
+  OnInitialize();
+}
+
+/// Sorts the children of this row and of every row after it on its level by key. Rows that follow are sorted too
+/// on purpose: branches that stand already keep one order with those that are made in front of them.
+void CQDTreeItem::SortBranchesFromHere() {
+  for (HTREEITEM row = m_row; row; row = m_control->GetNextSiblingItem(row)) {
+    if (m_control->ItemHasChildren(row)) m_control->SortItems(0, 0, row);
+  }
+}
+
+int CQDTreeItem::MoveItem(CQDTreeItem* newParent) { return m_control->MoveItem(this, newParent); }
+
+void CQDTreeItem::ChangeTitle(CString title) {
+  m_title = std::move(title);
+  m_control->SetTextOf(m_row, 0, m_title);
+}
+
+void CQDTreeItem::ChangeID(long id) {
+  m_id = static_cast<std::int32_t>(id);
+  m_control->SetTextOf(m_row, 1, std::to_wstring(m_id));
+}
+
+int CQDTreeItem::ChangeImage(int icon) {
+  if (!m_row) return 0;
+  if (static_cast<unsigned>(icon) == m_icon) return 1;
+  m_icon = static_cast<unsigned>(icon);
+  return m_control->SetItemImage(m_row, icon, icon);
+}
+
+void CQDTreeItem::Expand(int expand) {
+  m_control->CTreeCtrl::Expand(m_row, expand != 0 ? ExpandAction::Expand : ExpandAction::Collapse);
+}
+
+void CQDTreeItem::Select(int recurse) {
+  m_control->SetItemState(m_row, kRowSelected, kRowSelected);
+  if (recurse == 0) return;
+  ForEachBelow([](CQDTreeItem* node) { node->m_control->SetItemState(node->m_row, kRowSelected, kRowSelected); });
+}
+
+void CQDTreeItem::UnSelect(int recurse) {
+  m_control->SetItemState(m_row, 0, kRowSelected);
+  if (recurse == 0) return;
+  ForEachBelow([](CQDTreeItem* node) { node->m_control->SetItemState(node->m_row, 0, kRowSelected); });
+}
+
+void CQDTreeItem::Select(HTREEITEM row) {
+  m_control->ResetSelection(1);
+  m_control->SetItemState(row, kRowSelected, kRowSelected);
+  if (m_control->GetFocusedItem() != row) m_control->SetItemState(row, kRowFocused, kRowFocused);
+}
+
+void CQDTreeItem::ResetSelection(int clearBuffer) {
+  m_control->ResetSelection(1);
+  CQDDocBase* doc = GetDocument();
+  if (doc != nullptr && clearBuffer != 0 && doc->IsSelecting() == 0) doc->ClearSelectBuffer(1);
+}
+
+// ---- check boxes ----------------------------------------------------------------------------------------
+
+int CQDTreeItem::GetCheckStatus() const { return m_control->WhichCheck(m_row); }
+
+void CQDTreeItem::OnInitialize() {
+  if (m_hasCheck) m_control->SetChecked(m_row, kChecked);
+}
+
+void CQDTreeItem::ClickCheck() { m_control->OnSelchangAction(); }
+
+int CQDTreeItem::OnClickCheck(int oldState) {
+  if (m_hasCheck) m_control->SetChecked(m_row, oldState == kChecked ? kUnchecked : kChecked);
+  return 1;
+}
+
+void CQDTreeItem::CheckOnlyInChild(CQDTreeItem* except, int state, int recurse) {
+  for (CQDTreeItem* child : Children()) {
+    if (child == except) {
+      child->OnClickCheck(state != kChecked ? kChecked : kUnchecked);
+      continue;
+    }
+    child->OnClickCheck(state);
+    if (recurse == 0) continue;
+    m_control->RunDeep(child, [=] { child->CheckOnlyInChild(except, state, recurse); });
+  }
+}
+
+void CQDTreeItem::SetCheck(int state, int recurse) {
+  const auto set = [state](CQDTreeItem* node) {
+    if (node->m_hasCheck) node->m_control->SetChecked(node->m_row, state);
+  };
+  set(this);
+  if (recurse != 0) ForEachBelow(set);
+}
+
+void CQDTreeItem::Show(int show, int recurse) {
+  OnShowItem(show, 0, 1);
+  if (m_hasCheck) m_control->SetChecked(m_row, show != 0 ? kChecked : kUnchecked);
+  if (recurse == 0) return;
+  for (CQDTreeItem* child : Children()) {
+    m_control->RunDeep(child, [=] { child->Show(show, recurse); });
+  }
+}
+
+void CQDTreeItem::GetChecked() {
+  CQDDocBase* doc = GetDocument();
+  if (doc == nullptr) return;
+  constexpr std::uint16_t kMset = 10;
+  constexpr std::uint16_t kPair = 13;
+  constexpr std::uint16_t kLoad = 14;
+  constexpr std::uint16_t kBoundary = 15;
+  const auto collect = [doc](const CQDTreeItem* node) {
+    const iterator itr = node->GetIterator();
+    if (node->GetCheckStatus() != kChecked || itr == 0 || node->IsRoot()) return;
+    switch (node->GetTreeItemType()) {
+      case kMset: return doc->AddCheckedMset(itr);
+      case kPair: return doc->AddCheckedPair(itr);
+      case kLoad: return doc->AddCheckedLoad(itr);
+      case kBoundary: return doc->AddCheckedBoundary(itr);
+      default: return;
+    }
+  };
+  // Children before their parent, without recursion: the mirrored walk from the front, read from the back.
+  std::vector<const CQDTreeItem*> stack{this};
+  std::vector<const CQDTreeItem*> mirrored;
+  while (!stack.empty()) {
+    const CQDTreeItem* node = stack.back();
+    stack.pop_back();
+    mirrored.push_back(node);
+    for (const CQDTreeItem* child : node->m_children) {
+      if (child != nullptr) stack.push_back(child);
+    }
+  }
+  std::for_each(mirrored.rbegin(), mirrored.rend(), collect);
+}
+
+void CQDTreeItem::SetMeshShowHide(iterator itr, int show) {
+  CQDDocBase* doc = GetDocument();
+  if (itr != 0 && doc != nullptr && doc->GetMeshManager() != nullptr) doc->GetMeshManager()->ShowHideMset(itr, show);
+}
+
+// ---- labels ---------------------------------------------------------------------------------------------
+
+void CQDTreeItem::SetShowHide(std::vector<iterator>& iterators, int applyHide, int show) {
+  CQDDocBase* doc = GetDocument();
+  if (doc == nullptr || doc->GetLabelManager() == nullptr) return;
+  FlatMap wanted;
+  for (const iterator itr : iterators) {
+    if (itr != 0) wanted.Assign(itr, 1);
+  }
+  const auto apply = [&](const CQDTreeItem* node, bool shown) {
+    if (node->IsRoot() || (applyHide == 0 && !shown) || node->GetCheckStatus() == kUnchecked) return;
+    CQDLabel* label = doc->GetLabelManager()->GetLabel(node->m_parent->GetItemType());
+    const iterator itr = node->GetIterator();
+    if (label == nullptr || itr == 0 || doc->GetDBSession() == nullptr) return;
+    const std::int32_t id = doc->GetDBSession()->GetRecordID(itr);
+    const bool isShown = label->IsShown(id) != 0;
+    if (shown && !isShown) label->Show(id);
+    if (!shown && isShown) label->Hide(id);
+  };
+  struct Frame {
+    const CQDTreeItem* node;
+    std::size_t next;
+    bool shown;
+  };
+  const auto effective = [&wanted](const CQDTreeItem* node, bool above) {
+    const iterator itr = node->GetIterator();
+    return above || (itr != 0 && wanted.Contains(itr));
+  };
+  std::vector<Frame> path{{this, 0, effective(this, show != 0)}};
+  while (!path.empty()) {
+    Frame& frame = path.back();
+    if (frame.next == frame.node->m_children.size()) {
+      apply(frame.node, frame.shown);
+      path.pop_back();
+      continue;
+    }
+    const CQDTreeItem* child = frame.node->m_children[frame.next++];
+    if (child != nullptr) path.push_back({child, 0, effective(child, frame.shown)});
+  }
+}
+
+void CQDTreeItem::SetRestoreLabel() {
+  CQDDocBase* doc = GetDocument();
+  if (doc == nullptr || doc->GetLabelManager() == nullptr || doc->GetDBSession() == nullptr) return;
+  ForEachBelow([doc](const CQDTreeItem* node) {
+    const iterator itr = node->GetIterator();
+    CQDLabel* label = itr != 0 ? doc->GetLabelManager()->GetLabel(node->m_parent->GetItemType()) : nullptr;
+    if (label == nullptr || !node->m_hasCheck) return;
+    const std::int32_t id = doc->GetDBSession()->GetRecordID(itr);
+    if (node->GetCheckStatus() == kChecked) {
+      label->Show(id);
+    } else {
+      label->Hide(id);
+    }
+  });
+}
+
+// ---- changes, language, properties ----------------------------------------------------------------------
+
+CQDTreeItem::Extras& CQDTreeItem::NeedExtras() {
+  if (m_extras == nullptr) m_extras = std::make_unique<Extras>();
+  return *m_extras;
+}
+
+const std::list<unsigned short>& CQDTreeItem::GetDataTypeList() const {
+  static const std::list<unsigned short> kNone;
+  return m_extras != nullptr ? m_extras->dataTypes : kNone;
+}
+
+void CQDTreeItem::FollowDataType(unsigned short type) { NeedExtras().dataTypes.push_back(type); }
+
+void CQDTreeItem::PushUpdateInfo(const tagTRNotify& record) { NeedExtras().pending.Push(record); }
+
+void CQDTreeItem::PushUpdateInfo(std::shared_ptr<const UpdateBatch> batch) {
+  NeedExtras().pending.Push(std::move(batch));
+}
+
+std::vector<tagTRNotify> CQDTreeItem::PendingRecords() const {
+  return m_extras != nullptr ? m_extras->pending.Collect() : std::vector<tagTRNotify>();
+}
+
+void CQDTreeItem::Update() {
+  CQDTreeListCtrl* control = m_control;
+  OnUpdate();
+  if (!m_detached && m_extras != nullptr) m_extras->pending = {};
+  control->Invalidate();
+}
+
+void CQDTreeItem::OnChangeLanguage() {
+  SetTitleIncludeType();
+  for (CQDTreeItem* child : Children()) {
+    m_control->RunDeep(child, [child] { child->OnChangeLanguage(); });
+  }
+}
+
+void CQDTreeItem::SetPropertyView() { m_control->ClearPropertyWindow(); }
+
+void CQDTreeItem::SetMultiPropertyView() { CQDTreeItem::SetPropertyView(); }
+
+void CQDTreeItem::RedrawView() {
+  CQDDocBase* doc = GetDocument();
+  if (m_viewUpdate && doc != nullptr && doc->GetActiveView() != nullptr) doc->GetActiveView()->Redraw(0);
+}
+
+// ---- flags ----------------------------------------------------------------------------------------------
+
+std::uint16_t CQDTreeItem::GetTreeItemType() const {
+  const CQDTreeItem* root = m_control->GetQDRootItem();
+  for (const CQDTreeItem* node = this; node != nullptr && node != root; node = node->m_parent) {
+    if (node->m_treeItemType != 0) return node->m_treeItemType;
+  }
+  return 0;
+}
+
+void CQDTreeItem::RegsiterDragEnableType(std::uint16_t type) {
+  if (type == 0 || IsEnableDragType(type) != 0) return;
+  NeedExtras().dragTypes.push_back(type);
+}
+
+int CQDTreeItem::IsEnableDragType(std::uint16_t type) const {
+  if (m_extras == nullptr) return 0;
+  const auto& types = m_extras->dragTypes;
+  return std::find(types.begin(), types.end(), type) != types.end() ? 1 : 0;
+}
+
+void CQDTreeItem::SetMove(int move) {
+  m_move = move != 0;
+  ForEachBelow([move](CQDTreeItem* node) { node->m_move = move != 0; });
+}
+
+void CQDTreeItem::SetShowHide(int show) {
+  m_showHide = show != 0;
+  ForEachBelow([show](CQDTreeItem* node) { node->m_showHide = show != 0; });
+}
+
+CQDDocBase* CQDTreeItem::GetDocument() const { return m_control->GetDocument(); }
+
+CQDDBSession* CQDTreeItem::GetDBSession() const {
+  CQDDocBase* doc = GetDocument();
+  return doc != nullptr ? doc->GetDBSession() : nullptr;
+}
+
+void CQDTreeItem::ChangeGeomShowHide() {
+  if (GetIterator() != 0 && m_hasCheck && m_children.empty()) {
+    OnClickCheck(GetCheckStatus());
+    return;
+  }
+  bool anyShown = false;
+  for (CQDTreeItem* child : Children()) {
+    m_control->RunDeep(child, [child] { child->ChangeGeomShowHide(); });
+    anyShown |= child->GetCheckStatus() == kChecked;
+  }
+  if (m_hasCheck) m_control->SetChecked(m_row, anyShown ? kChecked : kUnchecked);
+}
+
+// ---- hooks that do nothing here -------------------------------------------------------------------------
+
+void CQDTreeItem::OnMenuEvent(unsigned) {}
+void CQDTreeItem::CreateContextMenu(CPoint&) {}
+void CQDTreeItem::RegisterReceiveDataType() {}
+void CQDTreeItem::OnEditChange(const wchar_t*) {}
+void CQDTreeItem::OnDrop(std::vector<CQDTreeItem*>&) {}
+void CQDTreeItem::OnRDrop(std::vector<CQDTreeItem*>&, CQDTreeItem*) {}
+void CQDTreeItem::OnShowItem(int, int, int) {}
+int CQDTreeItem::GetItemType() const { return -1; }
+void CQDTreeItem::SetTitleIncludeType() {}
+iterator CQDTreeItem::GetIterator() const { return 0; }
+void CQDTreeItem::SetShowHideItem(int, TArray<iterator>&, int, unsigned) {}
+void CQDTreeItem::OnMenuEventGeomRoot(unsigned) {}
+void CQDTreeItem::OnDropToView(CPoint&) {}
+void CQDTreeItem::OnMenuEventMeshRoot(unsigned) {}
+void CQDTreeItem::OnMenuEventSLoadRoot(unsigned) {}
+void CQDTreeItem::OnMenuEventBCRoot(unsigned) {}
+void CQDTreeItem::OnMenuEventDLoadRoot(unsigned) {}
+void CQDTreeItem::ChangeGeomTitle(CQDDocBase*, int) {}
+void CQDTreeItem::GetGeomTitleAndColor(int&, int&) {}
+void CQDTreeItem::ChangeGeomColor(int) {}
+void CQDTreeItem::ShowHideGeom(std::vector<CQDTreeItem*>) {}
+void CQDTreeItem::ShowHideGeom(std::vector<CQDTreeItem*>, int) {}
+void CQDTreeItem::ShowHideGeom(std::vector<CQDTreeItem*>, int, int) {}
+void CQDTreeItem::OnUpdate() {}
+void CQDTreeItem::Slot13() {}
+void CQDTreeItem::Slot16() {}
+void CQDTreeItem::Slot18() {}
+void CQDTreeItem::Slot19() {}
+void CQDTreeItem::Slot20() {}
+int CQDTreeItem::Slot22() { return 0; }
+void CQDTreeItem::Slot24() {}
+void CQDTreeItem::Slot27() {}
+void CQDTreeItem::Slot28() {}
+void CQDTreeItem::Slot29() {}
+void CQDTreeItem::Slot30() {}
+void CQDTreeItem::Slot31() {}
+void CQDTreeItem::Slot35() {}
+void CQDTreeItem::Slot42() {}
+void CQDTreeItem::Slot44() {}
+void CQDTreeItem::Slot51() {}
+
+}  // namespace qd

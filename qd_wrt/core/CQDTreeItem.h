@@ -1,0 +1,313 @@
+#pragma once
+
+#include <cstdint>
+#include <list>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "host/CQDDocBase.h"
+#include "host/Types.h"
+#include "platform/Export.h"
+#include "platform/Types.h"
+#include "platform/tree/RowTree.h"
+#include "qd_wrt/core/PendingUpdates.h"
+
+namespace qd {
+
+class CQDTreeListCtrl;
+
+/// Role of a node in a contact pair.
+enum PAIR_TYPE : std::uint32_t { kPairNone = 0, kPairMember = 1, kPairMaster = 2, kPairSlave = 3 };
+
+/// Check states of a row: the index of its state image.
+enum CheckState : int { kUnchecked = 1, kChecked = 3 };
+
+/// A node of the works tree: bound to one row of its control and, in the branches, to one record of the model.
+///
+/// A node owns its children. The way of a change: a handler of a node writes to the host's database and nothing
+/// else; the database reports the commit to the control (UpdateDB); the control queues the records on the nodes
+/// that registered for their data types and calls OnUpdate once on each; OnUpdate makes, changes or deletes
+/// nodes, and the rows follow.
+///
+/// A node dies through its parent or its control. Dying takes it out of its row and of all maps at once; while a
+/// handler of the control runs, the memory stays until the outermost handler has returned, so a handler may look
+/// at IsDetached() of a node that it touched before.
+///
+/// Operations that write to the row of a node without one only store their value.
+class QD_EXPORT CQDTreeItem {
+ public:
+  /// Appends the node to the children of `parent` (null for a root). The node has no row yet. `control` must
+  /// outlive it.
+  CQDTreeItem(CQDTreeListCtrl* control, CQDTreeItem* parent, CString title, unsigned iconIndex, int hasCheck);
+  CQDTreeItem(const CQDTreeItem&) = delete;
+  CQDTreeItem& operator=(const CQDTreeItem&) = delete;
+
+  // ---- virtual operations, in the order of their slots; empty hooks keep their place --------------------------
+  virtual ~CQDTreeItem();  // 0
+  /// 1: shows or hides the labels of this branch. A node whose record is in `iterators` counts as shown (1), any
+  /// other as `show`; with `applyHide` 0 and `show` 0 nothing is hidden.
+  virtual void SetShowHide(std::vector<iterator>& iterators, int applyHide, int show);
+  /// 2: called once by MakeItem; creates the children and makes their rows. The result has no effect.
+  virtual int MakeChildItems() = 0;
+  /// 3: called by MakeItem when the subtree stands; the default checks the box.
+  virtual void OnInitialize();
+  /// 4: called with a command of the node's menu or of the host.
+  virtual void OnMenuEvent(unsigned command);
+  /// 5: called for the first selected node; shows its menu at a screen position.
+  virtual void CreateContextMenu(CPoint& screen);
+  /// 6: called by MakeItem; a node names the data types it follows with FollowDataType.
+  virtual void RegisterReceiveDataType();
+  /// 7: deletes one child.
+  virtual void DeleteChild(CQDTreeItem* child);
+  /// 8: tells the control that the selection changed.
+  virtual void ClickCheck();
+  /// 9: called when the box is clicked or switched by program, with the state before: kChecked hides, any other
+  /// shows. Returns 1; 0 stops a click on several rows.
+  virtual int OnClickCheck(int oldState);
+  /// 10: called with the new text after the title was edited in place.
+  virtual void OnEditChange(const wchar_t* text);
+  /// 11: called on the target with the nodes dropped on it.
+  virtual void OnDrop(std::vector<CQDTreeItem*>& nodes);
+  /// 12: likewise for the right button.
+  virtual void OnRDrop(std::vector<CQDTreeItem*>& nodes, CQDTreeItem* target);
+  virtual void Slot13();
+  /// 14: called when the node is the only selected one; the default clears the property window.
+  virtual void SetPropertyView();
+  /// 15: called on the first of several selected nodes.
+  virtual void SetMultiPropertyView();
+  virtual void Slot16();
+  /// 17: called by Show with (show, 0, 1).
+  virtual void OnShowItem(int show, int, int);
+  virtual void Slot18();
+  virtual void Slot19();
+  virtual void Slot20();
+  /// 21: the branch's own item-type code, -1 for none.
+  virtual int GetItemType() const;
+  virtual int Slot22();
+  /// 23: gives `except` the opposite of what `state` gives every other child; with `recurse` goes on below those.
+  virtual void CheckOnlyInChild(CQDTreeItem* except, int state, int recurse);
+  virtual void Slot24();
+  /// 25: reads the title anew from record or message table.
+  virtual void SetTitleIncludeType();
+  /// 26: called when the language changed; passes it on to the children.
+  virtual void OnChangeLanguage();
+  virtual void Slot27();
+  virtual void Slot28();
+  virtual void Slot29();
+  virtual void Slot30();
+  virtual void Slot31();
+  /// 32: the bound record, 0 for none.
+  virtual iterator GetIterator() const;
+  /// 33: shows or hides the children bound to the given records.
+  virtual void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags);
+  /// 34: gives the labels below this node the state that their check boxes show.
+  virtual void SetRestoreLabel();
+  virtual void Slot35();
+  /// 36, 38 to 41: commands that the host sends to a branch root; the control passes them to its own root.
+  virtual void OnMenuEventGeomRoot(unsigned command);
+  /// 37: called on the first dragged node when a left drag ends over the 3-D view.
+  virtual void OnDropToView(CPoint& screenPoint);
+  virtual void OnMenuEventMeshRoot(unsigned command);
+  virtual void OnMenuEventSLoadRoot(unsigned command);
+  virtual void OnMenuEventBCRoot(unsigned command);
+  virtual void OnMenuEventDLoadRoot(unsigned command);
+  virtual void Slot42();
+  /// 43: sets how titles of parts are made.
+  virtual void ChangeGeomTitle(CQDDocBase* doc, int mode);
+  virtual void Slot44();
+  /// 45: how titles and colours of parts are made.
+  virtual void GetGeomTitleAndColor(int& title, int& colour);
+  /// 46: sets how parts are coloured.
+  virtual void ChangeGeomColor(int mode);
+  /// 47: inverts the visibility of what this branch shows.
+  virtual void ChangeGeomShowHide();
+  /// 48 to 50: show or hide the parts of nodes.
+  virtual void ShowHideGeom(std::vector<CQDTreeItem*> nodes);
+  virtual void ShowHideGeom(std::vector<CQDTreeItem*> nodes, int show);
+  virtual void ShowHideGeom(std::vector<CQDTreeItem*> nodes, int show, int recurse);
+  virtual void Slot51();
+  /// 52: called with the pending updates waiting (PendingRecords); they are dropped afterwards.
+  virtual void OnUpdate();
+
+  // ---- structure ------------------------------------------------------------------------------------------
+  CQDTreeListCtrl* GetControl() const { return m_control; }
+  CQDTreeItem* GetParent() const { return m_parent; }
+  void SetParent(CQDTreeItem* parent) { m_parent = parent; }
+  bool IsRoot() const { return m_parent == nullptr; }
+  /// The child at an index in order of creation, null outside.
+  CQDTreeItem* GetChild(int index);
+  int GetChildCount() const { return static_cast<int>(m_children.size() - m_holes); }
+  /// The children in order of creation; a copy, so that children may come and go meanwhile.
+  std::vector<CQDTreeItem*> Children() const;
+  int GetAllChildCount() const;
+  /// Appends a child (1) or takes its first occurrence out (0); returns 1.
+  int RegistToChild(CQDTreeItem* child, int add);
+  /// Makes the row, registers the data types and makes the subtree. `where`: the sibling to stand behind or an
+  /// insertion position. Without a row of the parent nothing is made.
+  void MakeItem(HTREEITEM where);
+  /// Re-parents a childless node and its row. Returns 1; 0 with nothing changed for a node with children, without
+  /// row, marked as not to be moved, or a parent that does not stand in the tree.
+  int MoveItem(CQDTreeItem* newParent);
+  HTREEITEM GetTreeItemHandle() const { return m_row; }
+  void SetTreeItemHandel(HTREEITEM row) { m_row = row; }
+  /// True once the node has left the tree for good.
+  bool IsDetached() const { return m_detached; }
+  /// Deletes a node as described for the class. Null is allowed.
+  static void Destroy(CQDTreeItem* node);
+
+  // ---- changes of the database ----------------------------------------------------------------------------
+  const std::list<unsigned short>& GetDataTypeList() const;
+  void PushUpdateInfo(const tagTRNotify& record);
+  void PushUpdateInfo(std::shared_ptr<const UpdateBatch> batch);
+  /// Calls OnUpdate, drops the pending updates and repaints the control.
+  void Update();
+
+  // ---- row ------------------------------------------------------------------------------------------------
+  const CString& GetTitle() const { return m_title; }
+  /// Stores the title only.
+  void SetTitle(CString title) { m_title = std::move(title); }
+  /// Stores the title and writes it into the row.
+  void ChangeTitle(CString title);
+  void ChangeID(long id);
+  long GetID() const { return m_id; }
+  /// 0 for a node without row, else 1 or the control's result.
+  int ChangeImage(int icon);
+  unsigned GetIconIndex() const { return m_icon; }
+  void Expand(int expand);
+  void Select(int recurse);
+  void UnSelect(int recurse);
+  /// Makes `row` the only selected one, and the caret.
+  void Select(HTREEITEM row);
+  void ResetSelection(int clearBuffer);
+  bool HasCheck() const { return m_hasCheck; }
+  /// The state image of the row, 0 without row.
+  int GetCheckStatus() const;
+  void SetCheck(int state, int recurse);
+  void Show(int show, int recurse);
+  /// Hands the records of all checked nodes of this branch to the document, by tree-item type.
+  void GetChecked();
+  void SetMeshShowHide(iterator itr, int show);
+
+  // ---- flags ----------------------------------------------------------------------------------------------
+  /// Effective tree-item type: 0 for the control's root, else the first non-zero own type from here upwards.
+  std::uint16_t GetTreeItemType() const;
+  void SetTreeItemType(std::uint16_t type) { m_treeItemType = type; }
+  /// Names a tree-item type of nodes onto which this one may be dropped with the left button; 0 is ignored.
+  void RegsiterDragEnableType(std::uint16_t type);
+  int IsEnableDragType(std::uint16_t type) const;
+  void SetMove(int move);
+  void SetShowHide(int show);
+  bool IsShowHide() const { return m_showHide; }
+  void SetViewUpdate(int update) { m_viewUpdate = update != 0; }
+  bool IsViewUpdate() const { return m_viewUpdate; }
+  COLORREF GetColor() const { return m_colour; }
+  void SetColor(COLORREF colour) { m_colour = colour; }
+  bool IsShowID() const { return m_showID; }
+  bool IsShowColor() const { return m_showColour; }
+  bool IsEditable() const { return m_editable; }
+  bool IsEnableLeftDrag() const { return m_leftDrag; }
+  bool IsEnableRightDrag() const { return m_rightDrag; }
+  bool IsEnableMultiLeftDrag() const { return m_multiLeftDrag; }
+  bool IsEnableMultiRightDrag() const { return m_multiRightDrag; }
+  bool IsEnableDragToView() const { return m_dragToView; }
+  bool IsGeom() const { return m_isGeom; }
+  bool IsMesh() const { return m_isMesh; }
+  bool IsDatum() const { return m_isDatum; }
+  bool IsViewPoint() const { return m_isViewPoint; }
+  bool IsLabel() const { return m_isLabel; }
+  bool IsSection() const { return m_isSection; }
+  bool IsJoint() const { return m_isJoint; }
+  PAIR_TYPE GetPairType() const { return m_pairType; }
+  bool IsPair() const { return m_pairType > kPairNone; }
+  bool IsPairM() const { return m_pairType == kPairMaster; }
+  bool IsPairS() const { return m_pairType == kPairSlave; }
+
+  CQDDocBase* GetDocument() const;
+  /// Null without a document.
+  CQDDBSession* GetDBSession() const;
+
+ protected:
+  /// For RegisterReceiveDataType.
+  void FollowDataType(unsigned short type);
+  std::vector<tagTRNotify> PendingRecords() const;
+  /// Deletes all children, last first.
+  void RemoveAllChildItems();
+  /// Redraws the active view if this node's view-update flag is set.
+  void RedrawView();
+
+  bool m_hasCheck : 1;
+  bool m_leftDrag : 1 = false;
+  bool m_rightDrag : 1 = false;
+  bool m_multiLeftDrag : 1 = false;
+  bool m_multiRightDrag : 1 = false;
+  bool m_dragToView : 1 = false;
+  bool m_showID : 1 = false;
+  bool m_showColour : 1 = false;
+  bool m_editable : 1 = false;
+  bool m_editing : 1 = false;
+  bool m_move : 1 = true;
+  bool m_showHide : 1 = true;
+  bool m_viewUpdate : 1 = true;
+  bool m_isGeom : 1 = false;
+  bool m_isMesh : 1 = false;
+  bool m_isDatum : 1 = false;
+  bool m_isViewPoint : 1 = false;
+  bool m_isLabel : 1 = false;
+  bool m_isSection : 1 = false;
+  bool m_isJoint : 1 = false;
+  PAIR_TYPE m_pairType = kPairNone;
+  std::int32_t m_id = 0;
+  COLORREF m_colour = 0;
+  unsigned m_icon;
+
+ private:
+  friend class CQDTreeListCtrl;
+
+  /// What few nodes have; most of a million have none of it.
+  struct Extras {
+    std::list<unsigned short> dataTypes;
+    std::vector<std::uint16_t> dragTypes;
+    PendingUpdates pending;
+  };
+
+  Extras& NeedExtras();
+  void MakeSubtree();
+  void SortBranchesFromHere();
+  void AppendChild(CQDTreeItem* child);
+  bool TakeOut(CQDTreeItem* child);
+  void CloseHoles();
+  void Detach();
+  /// Visits all descendants, each before its own children, without recursion.
+  template <typename Visit>
+  void ForEachBelow(const Visit& visit) const;
+
+  std::uint16_t m_treeItemType = 0;
+  bool m_detached = false;
+  std::uint32_t m_slot = 0;   // place in the parent's children
+  std::uint32_t m_holes = 0;  // places of children that left; closed now and then
+  HTREEITEM m_row;
+  CQDTreeListCtrl* m_control;
+  CQDTreeItem* m_parent;
+  std::vector<CQDTreeItem*> m_children;
+  std::unique_ptr<Extras> m_extras;
+  CString m_title;
+};
+
+template <typename Visit>
+void CQDTreeItem::ForEachBelow(const Visit& visit) const {
+  std::vector<std::pair<const CQDTreeItem*, std::size_t>> path{{this, 0}};
+  while (!path.empty()) {
+    auto& [node, next] = path.back();
+    if (next == node->m_children.size()) {
+      path.pop_back();
+      continue;
+    }
+    CQDTreeItem* child = node->m_children[next++];
+    if (child == nullptr) continue;
+    visit(child);
+    path.emplace_back(child, 0);
+  }
+}
+
+}  // namespace qd

@@ -1,0 +1,190 @@
+#pragma once
+
+#include <functional>
+#include <list>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "host/CQDDocBase.h"
+#include "platform/Export.h"
+#include "qd_wrt/core/CQDTreeItem.h"
+#include "qd_wrt/core/Factories.h"
+#include "qd_wrt/core/KeyMaps.h"
+#include "qd_wrt/treelist/CTreeListCtrl.h"
+
+namespace qd {
+
+class CQDTreeMenu;
+
+/// The works-tree control: owns the tree of nodes, binds nodes to rows, hands changes of the database to the
+/// nodes that follow them, and keeps the host's property window and selection buffer in step with the selection.
+///
+/// Where things are: nodes, rows and host requests in CQDTreeListCtrl.cpp, change notices in TreeUpdates.cpp,
+/// selection and check clicks in TreeSelection.cpp.
+class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
+ public:
+  CQDTreeListCtrl() = default;
+  ~CQDTreeListCtrl() override;
+
+  using CTreeListCtrl::DeleteItem;
+  using CTreeListCtrl::InsertItem;
+  using CTreeListCtrl::MoveItem;
+
+  // ---- the tree -------------------------------------------------------------------------------------------
+  /// Builds the tree of `treeType` for `doc` anew with the root node that the factory makes. A factory that makes
+  /// none, or no document, leaves an empty tree. `active` tells whether this is the tree type in use.
+  void CreateTreeItems(int treeType, CQDDocBase* doc, IQDTreeGroupFactory* factory, int active);
+  void DestroyTreeItems();
+  CQDTreeItem* GetQDRootItem() const { return m_root; }
+  CQDDocBase* GetDocument() const { return m_doc; }
+  int GetTreeType() const { return m_treeType; }
+  bool IsActiveTree() const { return m_active; }
+  /// Rows made for nodes that still stand.
+  int GetRowCount() const { return m_rowCount; }
+
+  /// Makes the row of a node below its parent's row. Returns it, none when it cannot be made.
+  HTREEITEM InsertItem(CQDTreeItem* node, HTREEITEM insertAfter);
+  /// Deletes a node's row and takes the node out of all maps; the node itself stays.
+  void DeleteItem(CQDTreeItem* node);
+  /// Deletes a node's row and those below it; the nodes stay, without rows, and hear of no changes.
+  void EraseHTREEITEM(CQDTreeItem* node, int reserved);
+  /// See CQDTreeItem::MoveItem.
+  int MoveItem(CQDTreeItem* node, CQDTreeItem* newParent);
+
+  /// Null for a row that belongs to no node.
+  CQDTreeItem* NodeOf(HTREEITEM row) const { return m_rowMap.find(row); }
+  /// The geometry, mesh set or datum node bound to a record, null for none.
+  CQDTreeItem* FindGeomNode(iterator itr) const;
+  CQDTreeItem* FindMeshNode(iterator itr) const;
+  CQDTreeItem* FindDatumNode(iterator itr) const;
+
+  // ---- rows of nodes; a row that does not stand is left alone ---------------------------------------------
+  int ChangeImage(CQDTreeItem* node, int icon);
+  int ChangeItemColor(HTREEITEM row, COLORREF colour, int invalidate);
+  /// Writes one column and repaints the row.
+  void SetTextOf(HTREEITEM row, int column, const CString& text);
+  /// Writes the title of the root.
+  void SetTitle(const CString& title);
+  void SortItem(HTREEITEM parent, int column, int byName) { SortItems(column, byName, parent); }
+
+  // ---- changes of the database ----------------------------------------------------------------------------
+  void AddItemDataTypeMap(unsigned short type, CQDTreeItem* node);
+  void RemoveItemFromDataTypeMap(CQDTreeItem* node);
+  /// The host's change notice. `hint` designates its update record, 0 for none. Does nothing without a document.
+  /// A notice that comes while a node handles another one waits until that is done.
+  void UpdateDB(CQDDocBase* doc, std::uint64_t hint);
+
+  // ---- selection ------------------------------------------------------------------------------------------
+  /// Nodes of the selected visible rows, top to bottom. Returns their number.
+  int GetSelectedTreeItems(std::vector<CQDTreeItem*>& nodes, int reserved) const;
+  /// Nodes of the selected rows strictly below `row`, hidden ones too.
+  int GetSelectedTreeItems(HTREEITEM row, std::vector<CQDTreeItem*>& nodes) const;
+  bool IsAnySelected() const { return GetSelectedCount() != 0; }
+  /// Makes the node the only selected one and brings it into sight.
+  void SelectCTItem(CQDTreeItem* node);
+  /// Deselects every row, hidden ones too; tells nobody.
+  void ResetSelection(int reserved);
+  /// Called after the user changed the selection: fills the document's selection buffer and shows the properties.
+  void OnSelchangAction();
+  void ApplyChangedSelection(std::vector<CQDTreeItem*>& nodes);
+  void ClearPropertyWindow();
+
+  // ---- requests of the host -------------------------------------------------------------------------------
+  void OnChangeLanguage();
+  void OnChangeProgram();
+  void RestoreLabel();
+  void ShowHideLabel(int itemType, iterator itr, int show);
+  void ShowHideLabel(const TArray<iterator>& itrs, int show);
+  void ShowHideAllLabel(int show);
+  void ShowHideAllSection(int show);
+  void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags);
+  /// Selects the rows of records; kind 0 any, 1 geometry, 2 mesh sets, 3 datums.
+  void SetSelection(int kind, const TArray<iterator>& itrs);
+  /// Take the selection over from the document's selection buffer.
+  void OnSelectGeom() { SelectFromBuffer(1); }
+  void OnSelectMesh() { SelectFromBuffer(2); }
+  void OnSelectDatum() { SelectFromBuffer(3); }
+  void ChangeGeomTitle(int mode);
+  void ChangeGeomColor(int mode);
+  void GetGeomTitleAndColor(int& title, int& colour) const;
+  void OnPrePostMode(int mode);
+  void OnMenuEvent(unsigned command);
+  void OnMenuEventGeomRoot(unsigned command);
+  void OnMenuEventMeshRoot(unsigned command);
+  void OnMenuEventSLoadRoot(unsigned command);
+  void OnMenuEventBCRoot(unsigned command);
+  void OnMenuEventDLoadRoot(unsigned command);
+  void SetGeomRenderMode(const TArray<iterator>& itrs);
+  void ShowHideGeom(const TArray<iterator>& itrs, int show);
+  void ShowHideNode(const TArray<iterator>& itrs, int show);
+
+  // ---- menus ----------------------------------------------------------------------------------------------
+  /// Shows the menu of the first selected node; the first request after a right drag only re-arms.
+  void ShowContextMenu(CPoint screen);
+  /// Shows a menu; the chosen command goes to the node that is selected first by then.
+  void TrackMenu(const CQDTreeMenu& menu, CPoint screen);
+
+  // ---- for nodes ------------------------------------------------------------------------------------------
+  /// Runs a step of a walk down the tree on `node`, at once, or, in a very deep branch, when the outermost step
+  /// has returned. A node that dies meanwhile is passed over.
+  void RunDeep(CQDTreeItem* node, const std::function<void()>& step);
+  /// Takes the memory of a node that has left the tree.
+  void Bury(std::unique_ptr<CQDTreeItem> node);
+
+ protected:
+  void OnDestroy() override;
+  void OnPosted(unsigned id, std::uint64_t parameter) override;
+  void OnKeyDown(int key, unsigned flags) override;
+  std::intptr_t OnReflectedNotice(Notice& notice) override;
+
+ private:
+  /// Alive while a handler runs that may delete nodes; the outermost one frees them.
+  class Handler;
+  using Followers = std::list<CQDTreeItem*>;
+
+  void OnTvCheckbox(HTREEITEM row);
+  void SelectFromBuffer(int kind);
+  CQDTreeItem* NodeOfRecord(int kind, iterator itr) const;
+  bothitrmap* RecordMapOf(const CQDTreeItem* node);
+  void DispatchChanges(const std::vector<tagTRNotify>& changes);
+  void RefreshProperties();
+  void ForwardToRoot(void (CQDTreeItem::*hook)(unsigned), unsigned command);
+
+  CQDTreeItem* m_root = nullptr;  // owned
+  bothmap m_rowMap;
+  bothitrmap m_geomMap;
+  bothitrmap m_meshMap;
+  bothitrmap m_datumMap;
+  CQDDocBase* m_doc = nullptr;
+  std::map<unsigned short, Followers> m_dataTypeMap;
+  std::multimap<const CQDTreeItem*, std::pair<unsigned short, Followers::iterator>> m_registrations;
+  IQDTreeGroupFactory* m_groupFactory = nullptr;
+  int m_treeType = 0;
+  int m_rowCount = 0;
+  bool m_active = false;
+  bool m_menuArmed = true;
+  bool m_selectingRows = false;  // rows follow the host's selection, not the other way round
+
+  int m_handlers = 0;
+  bool m_updating = false;
+  std::vector<std::vector<tagTRNotify>> m_waitingNotices;
+  std::vector<std::unique_ptr<CQDTreeItem>> m_graveyard;
+  int m_depth = 0;
+  std::vector<std::pair<CQDTreeItem*, std::function<void()>>> m_deferred;
+};
+
+/// Counts the handlers of a control that are running.
+class CQDTreeListCtrl::Handler {
+ public:
+  explicit Handler(CQDTreeListCtrl& control) : m_control(control), m_life(control.Life()) { ++control.m_handlers; }
+  ~Handler();
+  Handler(const Handler&) = delete;
+  Handler& operator=(const Handler&) = delete;
+
+ private:
+  CQDTreeListCtrl& m_control;
+  std::weak_ptr<void> m_life;
+};
+
+}  // namespace qd

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "platform/Export.h"
+
+namespace qd {
+
+/// Why the loader calls the module.
+enum class ModuleReason { ProcessAttach, ProcessDetach, Other };
+
+/// The system's part of being an extension module of the host program.
+class QD_EXPORT IExtensionLibrary {
+ public:
+  /// Initialises the module's own state; 0 on failure.
+  virtual int InitExtensionModule() = 0;
+  /// Puts the module on the host program's list of extension modules.
+  virtual void AttachToModuleList() = 0;
+  virtual void TermExtensionModule() = 0;
+
+ protected:
+  ~IExtensionLibrary() = default;
+};
+
+/// The module's entry: 1 when it may stay loaded, 0 when the load must fail. Starts nothing and runs nothing
+/// before the host asks for it.
+QD_EXPORT int ModuleEntry(ModuleReason reason, IExtensionLibrary& library);
+
+}  // namespace qd

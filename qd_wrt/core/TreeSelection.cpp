@@ -1,0 +1,123 @@
+// Selection, check clicks and keys of the works tree.
+
+#include <algorithm>
+#include <utility>
+
+#include "host/CGeomPrevShowHideStarter.h"
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+
+namespace qd {
+
+int CQDTreeListCtrl::GetSelectedTreeItems(std::vector<CQDTreeItem*>& nodes, int) const {
+  nodes.clear();
+  for (const HTREEITEM row : GetSelectedItems()) {
+    if (CQDTreeItem* node = NodeOf(row)) nodes.push_back(node);
+  }
+  return static_cast<int>(nodes.size());
+}
+
+int CQDTreeListCtrl::GetSelectedTreeItems(HTREEITEM row, std::vector<CQDTreeItem*>& nodes) const {
+  nodes.clear();
+  if (!IsLive(row)) return 0;
+  for (const HTREEITEM below : Rows().SelectedBelow(row)) {
+    if (CQDTreeItem* node = NodeOf(below)) nodes.push_back(node);
+  }
+  return static_cast<int>(nodes.size());
+}
+
+void CQDTreeListCtrl::SelectCTItem(CQDTreeItem* node) {
+  ResetSelection(1);
+  EnsureVisible(node->GetTreeItemHandle());
+  SelectItem(node->GetTreeItemHandle());
+  OnSelchangAction();
+}
+
+void CQDTreeListCtrl::ResetSelection(int) { ClearAllSelected(); }
+
+void CQDTreeListCtrl::OnSelchangAction() {
+  if (m_selectingRows) return;
+  const Handler handler(*this);
+  std::vector<CQDTreeItem*> nodes;
+  GetSelectedTreeItems(nodes, 0);
+  ApplyChangedSelection(nodes);
+  if (nodes.size() == 1) {
+    nodes.front()->SetPropertyView();
+  } else if (nodes.size() > 1) {
+    nodes.front()->SetMultiPropertyView();
+  }
+}
+
+void CQDTreeListCtrl::ApplyChangedSelection(std::vector<CQDTreeItem*>& nodes) {
+  if (m_doc == nullptr) return;
+  m_doc->ClearSelectBuffer(0);
+  for (const CQDTreeItem* node : nodes) {
+    if (const iterator itr = node->GetIterator(); itr != 0) m_doc->AddToSelBuffer(itr);
+  }
+  if (CQDViewBase* view = m_doc->GetActiveView()) view->Redraw(0);
+}
+
+void CQDTreeListCtrl::SetSelection(int kind, const TArray<iterator>& itrs) {
+  const bool before = std::exchange(m_selectingRows, true);
+  ResetSelection(1);
+  HTREEITEM first;
+  for (const iterator itr : itrs) {
+    const CQDTreeItem* node = NodeOfRecord(kind, itr);
+    if (node == nullptr || !IsLive(node->GetTreeItemHandle())) continue;
+    SetRowState(node->GetTreeItemHandle(), kRowSelected, kRowSelected);
+    if (!first) first = node->GetTreeItemHandle();
+  }
+  if (first) EnsureVisible(first);
+  m_selectingRows = before;
+  if (m_doc != nullptr) RefreshProperties();
+}
+
+void CQDTreeListCtrl::SelectFromBuffer(int kind) {
+  if (m_doc != nullptr) SetSelection(kind, m_doc->GetSelectBuffer());
+}
+
+// ---- clicks and keys ------------------------------------------------------------------------------------
+
+std::intptr_t CQDTreeListCtrl::OnReflectedNotice(Notice& notice) {
+  if (notice.code == kNoticeClick || notice.code == kNoticeRightClick || notice.code == kNoticeBeginDrag ||
+      notice.code == kNoticeBeginRightDrag) {
+    OnSelchangAction();
+  }
+  return 0;
+}
+
+void CQDTreeListCtrl::OnKeyDown(int key, unsigned flags) {
+  CTreeListCtrl::OnKeyDown(key, flags);
+  if (key >= kKeyPageUp && key <= kKeyDown) OnSelchangAction();
+}
+
+void CQDTreeListCtrl::OnPosted(unsigned id, std::uint64_t parameter) {
+  if (id == kCheckMessage) return OnTvCheckbox(HTREEITEM{parameter});
+  CTreeListCtrl::OnPosted(id, parameter);
+}
+
+/// Every selected box takes the opposite of the clicked box's state.
+void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
+  CQDTreeItem* clicked = NodeOf(row);
+  if (clicked == nullptr || m_doc == nullptr) return;
+  const Handler handler(*this);
+  {
+    const CGeomPrevShowHideStarter batch(m_doc->GetCADSession());
+    if (!IsSelected(row)) {
+      ResetSelection(1);
+      SetRowState(row, kRowSelected, kRowSelected);
+    }
+    const int oldState = WhichCheck(row);
+    // Handlers reset the selection in the middle, so the nodes are taken down first.
+    std::vector<CQDTreeItem*> nodes;
+    GetSelectedTreeItems(nodes, 0);
+    for (CQDTreeItem* node : nodes) {
+      if (node->IsDetached() || !node->HasCheck()) continue;
+      node->SetViewUpdate(node == nodes.back() ? 1 : 0);
+      if (node->OnClickCheck(oldState) == 0) break;
+    }
+  }
+  ResetSelection(1);
+  if (CQDViewBase* view = m_doc->GetActiveView()) view->Redraw(0);
+}
+
+}  // namespace qd

@@ -1,0 +1,87 @@
+#include "qd_wrt/geometry/CQDTreeItemGeomData.h"
+
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/geometry/CQDTreeItemGeom.h"
+
+namespace qd {
+
+CQDTreeItemGeomData::CQDTreeItemGeomData(CQDTreeListCtrl* control, CQDTreeItemGeom* root, iterator itr)
+    : CQDTreeItem(control, root, CString(), 0, 1), m_itr(itr), m_titleMode(root->GetTitleMode()) {
+  m_isGeom = true;
+  m_showID = true;
+  m_showColour = true;
+  m_editable = true;
+  if (const tagTGeom* record = Record()) {
+    m_id = record->id;
+    m_colour = record->colour;
+  }
+  SetTitle(MakeTitle());
+  m_icon = static_cast<unsigned>(CurrentImage());
+}
+
+const tagTGeom* CQDTreeItemGeomData::Record() const {
+  return GetDBSession() != nullptr ? GetDBSession()->GetGeomPool().GetAtNU(m_itr) : nullptr;
+}
+
+CRenderObjManager* CQDTreeItemGeomData::RenderObjects() const {
+  CCADSession* cad = GetDocument()->GetCADSession();
+  return cad != nullptr ? &cad->GetRenderObjects() : nullptr;
+}
+
+// ---- title and icon -------------------------------------------------------------------------------------
+
+CString CQDTreeItemGeomData::MakeTitle() const {
+  const tagTGeom* record = Record();
+  if (record == nullptr) return {};
+  const tagTMaterial* material = nullptr;
+  if (m_titleMode != 0 && record->material != 0) {
+    material = GetDBSession()->GetMaterialPool().GetAtNU(record->material);
+  }
+  return material != nullptr ? record->name + L" (" + material->name + L")" : record->name;
+}
+
+void CQDTreeItemGeomData::SetTitleIncludeType() { ChangeTitle(MakeTitle()); }
+
+void CQDTreeItemGeomData::SetTitleMode(int mode) {
+  m_titleMode = mode;
+  SetTitleIncludeType();
+}
+
+int CQDTreeItemGeomData::CurrentImage() const {
+  const tagTGeom* record = Record();
+  const CRenderObjManager* objects = RenderObjects();
+  const unsigned mode = record != nullptr && objects != nullptr ? objects->GetRenderMode(record->cadItem) : 0;
+  const bool meshed = GetDBSession() != nullptr && GetDBSession()->GetMsetPool().GetItrByGeomItr(m_itr) != 0;
+  return GetGeomImage(mode, meshed ? 1 : 0);
+}
+
+// ---- visibility -----------------------------------------------------------------------------------------
+
+void CQDTreeItemGeomData::OnInitialize() {
+  const tagTGeom* record = Record();
+  const CRenderObjManager* objects = RenderObjects();
+  const bool hidden = record != nullptr && objects != nullptr && objects->GetShowHide(record->cadItem) == 0;
+  GetControl()->SetChecked(GetTreeItemHandle(), hidden ? kUnchecked : kChecked);
+}
+
+int CQDTreeItemGeomData::OnClickCheck(int oldState) {
+  const int show = oldState != kChecked ? 1 : 0;
+  GetControl()->SetChecked(GetTreeItemHandle(), show != 0 ? kChecked : kUnchecked);
+  const tagTGeom* record = Record();
+  CQDDocBase* doc = GetDocument();
+  if (record == nullptr) return 1;
+  if (CRenderObjManager* objects = RenderObjects()) objects->SetShowHide(record->cadItem, show);
+  SetMeshShowHide(GetDBSession()->GetMsetPool().GetItrByGeomItr(m_itr), show);
+  if (CQDModelRange* range = doc->GetModelRange()) {
+    range->UpdateAllRange(1);
+    range->UpdateCADRange(1);
+  }
+  doc->ClearSelectBuffer(1);
+  if (CQDViewBase* view = doc->GetActiveView(); view != nullptr && doc->GetPostManager() != nullptr) {
+    doc->GetPostManager()->UpdateShowHideGeom(*view);
+    doc->GetPostManager()->UpdateActivity(*view, 1);
+  }
+  return 1;
+}
+
+}  // namespace qd

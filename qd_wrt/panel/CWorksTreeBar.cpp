@@ -1,0 +1,181 @@
+#include "qd_wrt/panel/CWorksTreeBar.h"
+
+#include <algorithm>
+#include <array>
+
+#include "host/CMSGFunction.h"
+#include "platform/CDC.h"
+#include "qd_wrt/core/CQDTreeIcon.h"
+#include "qd_wrt/panel/PaneLayout.h"
+
+namespace qd {
+
+namespace {
+
+struct Column {
+  const char* key;
+  int width;
+};
+constexpr int kLeastTitleWidth = 120;
+constexpr std::array<Column, 3> kColumns{
+    {{"IDS_QD_WRT_Item", kLeastTitleWidth}, {"IDS_QD_WRT_ID", 60}, {"IDS_QD_WRT_Color", 60}}};
+constexpr int kHeaderMargin = 8;
+
+}  // namespace
+
+CWorksTreeBar::~CWorksTreeBar() { DestroyWindow(); }
+
+std::unique_ptr<IWorksTree> CWorksTreeBar::CreateObject() { return std::make_unique<CWorksTreeBar>(); }
+
+// ---- creation -------------------------------------------------------------------------------------------
+
+int CWorksTreeBar::OnCreate() {
+  Initialize();
+  const CQDTreeIcon& icons = CQDTreeIcon::Instance();
+  m_tree.SetImageList(&icons.GetRowImageList(), &icons.GetStateImageList());
+  for (std::size_t i = 0; i < kColumns.size(); ++i) {
+    m_tree.InsertColumn(static_cast<int>(i), CMSGFunction::GetValue(kColumns[i].key), 0, kColumns[i].width, 0);
+  }
+  m_tip.Create(this);
+  m_tip.AddTool(m_tree, L"whatever");
+  LayOut();
+  return 0;
+}
+
+void CWorksTreeBar::Initialize() {
+  const CRect client = GetClientRect();
+  CQDTreeListHeaderCtrl& header = m_tree.GetHeader();
+  const int headerHeight = IToolkit::Instance().FontHeight({}) + kHeaderMargin;
+  header.Create(this, kHeaderId, {0, 0, client.right, headerHeight});
+  header.SetImageList(&CQDTreeIcon::Instance().GetHeaderImageList());
+  const int barHeight = IToolkit::Instance().GetMetric(Metric::ScrollBarHeight);
+  m_tree.Create(this, kTreeId, {0, headerHeight, client.right - 5, client.bottom - barHeight - 4});
+  m_tree.SetPane(this);
+  m_bar.Create(this, kScrollBarId, {0, client.bottom - barHeight, client.right, client.bottom});
+}
+
+// ---- layout ---------------------------------------------------------------------------------------------
+
+void CWorksTreeBar::ResetScrollBar() {
+  if (m_layoutPending || !IsCreated()) return;
+  m_layoutPending = true;
+  Post(kLayoutMessage, 0);
+}
+
+void CWorksTreeBar::OnPosted(unsigned id, std::uint64_t) {
+  if (id != kLayoutMessage) return;
+  m_layoutPending = false;
+  LayOut();
+}
+
+void CWorksTreeBar::OnSize() {
+  StretchWidth();
+  LayOut();
+}
+
+/// The title column takes what the others leave, until the user sets widths.
+void CWorksTreeBar::StretchWidth() {
+  if (m_columnsAreUsers || m_tree.GetColumnsNum() == 0) return;
+  const int others = m_tree.GetColumnsWidth() - m_tree.GetColumnWidth(0);
+  const int bar = IToolkit::Instance().GetMetric(Metric::ScrollBarWidth);
+  m_stretching = true;
+  m_tree.GetHeader().SetItemWidth(0, std::max(GetClientRect().Width() - others - bar, kLeastTitleWidth));
+  m_stretching = false;
+}
+
+void CWorksTreeBar::LayOut() {
+  const CRect client = GetClientRect();
+  const IToolkit& toolkit = IToolkit::Instance();
+  const PaneLayout layout = LayOutPane({client.Width(), client.Height(), toolkit.FontHeight({}) + kHeaderMargin,
+                                        m_tree.GetColumnsWidth(), m_tree.VisibleRowCount(), m_tree.GetItemHeight(),
+                                        toolkit.GetMetric(Metric::ScrollBarWidth),
+                                        toolkit.GetMetric(Metric::ScrollBarHeight)});
+  m_tree.GetHeader().MoveWindow(layout.header);
+  m_tree.MoveWindow(layout.tree);
+  m_bar.MoveWindow(layout.bar);
+  m_bar.ShowWindow(layout.showBar);
+  // Columns that shrank while scrolled keep their right edge at the edge of the pane.
+  m_tree.SetHorizontalOffset(std::max(m_tree.GetHorizontalOffset(), -layout.largestOffset));
+  m_bar.SetState({layout.largestOffset, layout.visibleWidth, -m_tree.GetHorizontalOffset()});
+}
+
+void CWorksTreeBar::OnHeaderChanged() {
+  if (!m_stretching) m_columnsAreUsers = true;
+  m_tree.RecalcColumnsWidth();
+  LayOut();
+  m_tree.Invalidate();
+}
+
+void CWorksTreeBar::OnPaint(CDC& dc) {
+  dc.FillSolidRect(GetClientRect(), IToolkit::Instance().GetColour(SystemColour::ButtonFace));
+}
+
+// ---- notices --------------------------------------------------------------------------------------------
+
+std::intptr_t CWorksTreeBar::OnNotify(Notice& notice) {
+  if (notice.from == &m_bar && notice.code == CScrollBar::kNoticeScroll) {
+    m_tree.SetHorizontalOffset(-static_cast<CScrollBar::ScrollNotice&>(notice).position);
+    return 0;
+  }
+  const bool fromHeader = notice.from == &m_tree.GetHeader();
+  if (fromHeader && notice.code == CHeaderBase::kNoticeItemChanged) OnHeaderChanged();
+  if (notice.code != CHeaderBase::kNoticeItemClick && notice.code != CHeaderBase::kNoticeItemChanged) {
+    TellParent(notice);
+  }
+  return IWorksTree::OnNotify(notice);
+}
+
+void CWorksTreeBar::DisplayToolTip(CPoint point, const CRect& row, bool caret, const CString& text) {
+  if (!m_tip.HasTool(m_tree)) return;
+  constexpr COLORREF kWhite = 0xFFFFFF;
+  constexpr int kGap = 3;
+  m_tip.SetTipColors(caret ? 0x5F8080 : 0xDAFEFA, caret ? kWhite : 0);
+  m_tip.Track(m_tree.ClientToScreen({point.x, row.bottom + kGap}), text);
+}
+
+// ---- requests of the host -------------------------------------------------------------------------------
+
+void CWorksTreeBar::OnChangeLanguage() {
+  for (std::size_t i = 0; i < kColumns.size(); ++i) {
+    m_tree.GetHeader().SetItemText(static_cast<int>(i), CMSGFunction::GetValue(kColumns[i].key));
+  }
+  m_tree.OnChangeLanguage();
+}
+
+void CWorksTreeBar::CreateTreeItems(int treeType, IQDTreeGroupFactory* factory, int active) {
+  m_tree.CreateTreeItems(treeType, m_doc, factory, active);
+}
+
+void CWorksTreeBar::ResetFilePath() {
+  if (m_doc != nullptr) m_tree.SetTitle(m_doc->GetPathName());
+}
+
+void CWorksTreeBar::ShowHideLabel(CQDDocBase*, const int& itemType, const iterator& itr, int show) {
+  m_tree.ShowHideLabel(itemType, itr, show);
+}
+
+void CWorksTreeBar::ShowHideLabel(CQDDocBase*, const TArray<iterator>& itrs, int show) {
+  m_tree.ShowHideLabel(itrs, show);
+}
+
+void CWorksTreeBar::ShowHideCordLabel(CQDDocBase*, TArray<iterator>& itrs, int show) {
+  m_tree.SetShowHideItem(1, itrs, show, 0);
+}
+
+void CWorksTreeBar::ShowHideManfLabel(CQDDocBase*, TArray<iterator>& itrs, int show) {
+  m_tree.SetShowHideItem(2, itrs, show, 0);
+}
+
+void CWorksTreeBar::ShowHideDatum(CQDDocBase*, TArray<iterator>& itrs, int show) {
+  m_tree.SetShowHideItem(3, itrs, show, 0);
+}
+
+void CWorksTreeBar::SetShowHideItem(CQDDocBase*, int kind, TArray<iterator>& itrs, int show, unsigned flags) {
+  m_tree.SetShowHideItem(kind, itrs, show, flags);
+}
+
+void CWorksTreeBar::GetGeomTitleAndColor(CQDDocBase*, int& title, int& colour) {
+  m_tree.GetGeomTitleAndColor(title, colour);
+}
+
+}  // namespace qd

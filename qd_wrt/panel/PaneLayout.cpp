@@ -1,0 +1,28 @@
+#include "qd_wrt/panel/PaneLayout.h"
+
+#include <algorithm>
+
+namespace qd {
+
+PaneLayout LayOutPane(const PaneMeasures& measures) {
+  PaneLayout layout;
+  const int belowHeader = std::max(measures.height - measures.headerHeight, 0);
+  const std::size_t content = measures.rows * static_cast<std::size_t>(measures.rowHeight);
+  bool vertical = false;
+  // The second round lets the one bar answer to the other; a third would change nothing, bars only come.
+  for (int round = 0; round < 2; ++round) {
+    const int treeHeight = belowHeader - (layout.showBar ? measures.horizontalBar : 0);
+    vertical = vertical || content > static_cast<std::size_t>(std::max(treeHeight, 0));
+    layout.visibleWidth = std::max(measures.width - (vertical ? measures.verticalBar : 0), 0);
+    layout.showBar = measures.columnsWidth > layout.visibleWidth;
+  }
+  const int barHeight = layout.showBar ? std::min(measures.horizontalBar, belowHeader) : 0;
+  const int treeBottom = measures.headerHeight + belowHeader - barHeight;
+  layout.header = {0, 0, measures.width, measures.headerHeight};
+  layout.tree = {0, measures.headerHeight, measures.width, treeBottom};
+  layout.bar = {0, treeBottom, layout.visibleWidth, treeBottom + barHeight};
+  layout.largestOffset = std::max(measures.columnsWidth - layout.visibleWidth, 0);
+  return layout;
+}
+
+}  // namespace qd

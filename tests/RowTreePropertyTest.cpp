@@ -1,0 +1,245 @@
+// Random sequences of tree operations, compared step by step with a reference that is too simple to be wrong.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <random>
+#include <sstream>
+#include <vector>
+
+#include "platform/tree/RowTree.h"
+
+namespace qd {
+namespace {
+
+/// The same tree as nested vectors; every question is answered by walking all of it.
+struct NaiveTree {
+  struct Row {
+    HTREEITEM handle;
+    int key = 0;
+    bool expanded = false;
+    bool selected = false;
+    int parent = -1;
+    std::vector<int> children;
+  };
+  std::vector<Row> rows{1};  // row 0 is the top level
+
+  NaiveTree() { rows[0].expanded = true; }
+
+  template <typename Visit>
+  void Walk(int at, bool visible, const Visit& visit) const {
+    for (const int child : rows[at].children) {
+      visit(child, visible);
+      Walk(child, visible && rows[child].expanded, visit);
+    }
+  }
+  std::vector<int> All() const {
+    std::vector<int> all;
+    Walk(0, true, [&](int row, bool) { all.push_back(row); });
+    return all;
+  }
+  std::vector<int> Visible() const {
+    std::vector<int> visible;
+    Walk(0, true, [&](int row, bool shown) {
+      if (shown) visible.push_back(row);
+    });
+    return visible;
+  }
+};
+
+int SequenceCount() {
+  const char* wanted = std::getenv("QD_PROPERTY_SEQUENCES");
+  return wanted != nullptr ? std::atoi(wanted) : 10000;
+}
+
+class Player {
+ public:
+  Player(std::uint32_t seed, int shape) : m_random(seed), m_shape(shape) {}
+
+  void Step() {
+    const std::vector<int> all = m_naive.All();
+    switch (Roll(all.size() < 3 ? 3 : 14)) {
+      case 0: case 1: case 2: case 3: case 4: return Insert(all);
+      case 5: return Erase(all);
+      case 6: case 7: return Expand(all);
+      case 8: return Sort(all);
+      case 9: return Select(all);
+      case 10: return SelectRange();
+      case 11: return ClearSelection();
+      case 12: return Move(all);
+      default: return CollapseChain(all);
+    }
+  }
+
+  void Check() const {
+    ASSERT_TRUE(m_tree.IsConsistent());
+    const std::vector<int> visible = m_naive.Visible();
+    ASSERT_EQ(m_tree.VisibleCount(), visible.size());
+    for (std::size_t position = 0; position < visible.size(); ++position) {
+      const HTREEITEM row = m_naive.rows[visible[position]].handle;
+      ASSERT_EQ(m_tree.RowAt(position), row);
+      ASSERT_EQ(m_tree.Position(row), position);
+      ASSERT_EQ(m_tree.NextVisible(row), position + 1 < visible.size()
+                                             ? m_naive.rows[visible[position + 1]].handle
+                                             : HTREEITEM{});
+      ASSERT_EQ(m_tree.PreviousVisible(row),
+                position > 0 ? m_naive.rows[visible[position - 1]].handle : HTREEITEM{});
+    }
+    std::vector<HTREEITEM> selected;
+    std::vector<HTREEITEM> shownSelected;
+    m_naive.Walk(0, true, [&](int row, bool shown) {
+      const NaiveTree::Row& naive = m_naive.rows[row];
+      EXPECT_EQ(m_tree.IsVisible(naive.handle), shown);
+      EXPECT_EQ(m_tree.IsSelected(naive.handle), naive.selected);
+      EXPECT_EQ(m_tree.IsExpanded(naive.handle), naive.expanded);
+      EXPECT_EQ(m_tree.ChildCount(naive.handle), naive.children.size());
+      EXPECT_EQ(m_tree.Parent(naive.handle), m_naive.rows[naive.parent].handle);
+      if (naive.selected) selected.push_back(naive.handle);
+      if (naive.selected && shown) shownSelected.push_back(naive.handle);
+    });
+    ASSERT_EQ(m_tree.Selected(false), selected);
+    ASSERT_EQ(m_tree.Selected(true), shownSelected);
+    ASSERT_EQ(m_tree.VisibleSelectedCount(), shownSelected.size());
+    HTREEITEM next = m_tree.NextSelectedVisible(0);
+    for (const HTREEITEM row : shownSelected) {
+      ASSERT_EQ(next, row);
+      next = m_tree.NextSelectedVisible(m_tree.Position(row) + 1);
+    }
+    ASSERT_FALSE(next);
+    for (const HTREEITEM dead : m_dead) ASSERT_FALSE(m_tree.Contains(dead));
+  }
+
+ private:
+  int Roll(std::size_t sides) { return static_cast<int>(m_random() % sides); }
+  int Pick(const std::vector<int>& rows) { return rows[static_cast<std::size_t>(Roll(rows.size()))]; }
+
+  int PickParent(const std::vector<int>& all) {
+    if (all.empty() || Roll(4) == 0) return 0;
+    if (m_shape == 1) return 0;                                // flat
+    if (m_shape == 2) return static_cast<int>(m_naive.rows.size()) - 1 > 0 && Alive(m_last) ? m_last : Pick(all);
+    return Pick(all);
+  }
+  bool Alive(int row) const { return row == 0 || m_tree.Contains(m_naive.rows[row].handle); }
+
+  void InsertUnder(int parent, int key) {
+    std::vector<int>& children = m_naive.rows[parent].children;
+    const int place = Roll(3);
+    const auto index = children.empty() || place == 0 ? 0UL
+                       : place == 1                   ? children.size()
+                                                      : static_cast<std::size_t>(Roll(children.size())) + 1;
+    const HTREEITEM after = index == 0                 ? kInsertFirst
+                            : index == children.size() ? kInsertLast
+                                                       : m_naive.rows[children[index - 1]].handle;
+    NaiveTree::Row row;
+    row.key = key;
+    row.parent = parent;
+    row.handle = m_tree.Insert(m_naive.rows[parent].handle, after, 0, 0, static_cast<std::uint64_t>(key));
+    m_last = static_cast<int>(m_naive.rows.size());
+    m_naive.rows[parent].children.insert(children.begin() + static_cast<long>(index), m_last);
+    m_naive.rows.push_back(row);
+  }
+  void Insert(const std::vector<int>& all) {
+    const int parent = PickParent(all);
+    // Bursts fill several blocks, so that cuts, seams and whole moved branches come into play.
+    const int burst = Roll(12) != 0 ? 1 : Roll(10) != 0 ? 90 : 900;
+    for (int count = burst; count > 0; --count) InsertUnder(parent, Roll(20));
+  }
+  void Erase(const std::vector<int>& all) {
+    const int row = Pick(all);
+    std::size_t expected = 1;
+    m_naive.Walk(row, true, [&](int, bool) { ++expected; });
+    std::size_t seen = 0;
+    const std::size_t removed = m_tree.Erase(m_naive.rows[row].handle, [&](HTREEITEM dead, std::uint64_t) {
+      m_dead.push_back(dead);
+      ++seen;
+    });
+    EXPECT_EQ(removed, expected);
+    EXPECT_EQ(seen, expected);
+    std::vector<int>& siblings = m_naive.rows[m_naive.rows[row].parent].children;
+    siblings.erase(std::find(siblings.begin(), siblings.end(), row));
+    m_last = 0;
+  }
+  void Move(const std::vector<int>& all) {
+    const int row = Pick(all);
+    if (!m_naive.rows[row].children.empty()) return;
+    const int key = m_naive.rows[row].key;
+    m_tree.Erase(m_naive.rows[row].handle, nullptr);
+    std::vector<int>& siblings = m_naive.rows[m_naive.rows[row].parent].children;
+    siblings.erase(std::find(siblings.begin(), siblings.end(), row));
+    InsertUnder(PickParent(m_naive.All()), key);
+  }
+  void Expand(const std::vector<int>& all) {
+    NaiveTree::Row& row = m_naive.rows[Pick(all)];
+    const bool on = Roll(3) != 0;
+    const bool changes = on != row.expanded && !(on && row.children.empty());
+    EXPECT_EQ(m_tree.SetExpanded(row.handle, on), changes);
+    if (changes) row.expanded = on;
+  }
+  void CollapseChain(const std::vector<int>& all) {
+    for (int row = Pick(all); row > 0; row = m_naive.rows[row].parent) {
+      const bool on = Roll(2) != 0;
+      if (m_tree.SetExpanded(m_naive.rows[row].handle, on)) m_naive.rows[row].expanded = on;
+    }
+  }
+  void Sort(const std::vector<int>& all) {
+    const int parent = Roll(3) == 0 ? 0 : Pick(all);
+    const auto after = [](int a, int b) { return a % 10 - b % 10; };
+    std::vector<int>& children = m_naive.rows[parent].children;
+    std::stable_sort(children.begin(), children.end(), [&](int a, int b) {
+      return after(m_naive.rows[a].key, m_naive.rows[b].key) < 0;
+    });
+    m_tree.SortChildren(m_naive.rows[parent].handle, [&](std::uint64_t a, std::uint64_t b) {
+      return after(static_cast<int>(a), static_cast<int>(b));
+    });
+  }
+  void Select(const std::vector<int>& all) {
+    NaiveTree::Row& row = m_naive.rows[Pick(all)];
+    row.selected = Roll(3) != 0;
+    m_tree.SetState(row.handle, row.selected ? kRowSelected : 0U, kRowSelected);
+  }
+  void SelectRange() {
+    const std::vector<int> visible = m_naive.Visible();
+    if (visible.empty()) return;
+    auto first = static_cast<std::size_t>(Roll(visible.size()));
+    auto last = static_cast<std::size_t>(Roll(visible.size()));
+    if (first > last) std::swap(first, last);
+    const bool on = Roll(3) != 0;
+    for (std::size_t i = first; i <= last; ++i) m_naive.rows[visible[i]].selected = on;
+    m_tree.SelectVisible(first, last, on);
+  }
+  void ClearSelection() {
+    if (Roll(4) != 0) return;
+    for (const int row : m_naive.All()) m_naive.rows[row].selected = false;
+    m_tree.ClearSelection();
+  }
+
+  std::mt19937 m_random;
+  int m_shape;
+  int m_last = 0;
+  RowTree m_tree;
+  NaiveTree m_naive;
+  std::vector<HTREEITEM> m_dead;
+};
+
+class RowTreeProperty : public ::testing::TestWithParam<int> {};
+
+TEST_P(RowTreeProperty, RandomSequencesAgreeWithTheNaiveTree) {
+  const int sequences = SequenceCount() / 3;
+  for (int sequence = 0; sequence < sequences; ++sequence) {
+    const auto seed = static_cast<std::uint32_t>(sequence * 3 + GetParam());
+    Player player(seed, GetParam());
+    const int steps = sequence % 100 == 0 ? 120 : 25;
+    for (int step = 0; step < steps; ++step) player.Step();
+    player.Check();
+    ASSERT_FALSE(HasFailure()) << "shape " << GetParam() << ", seed " << seed;
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Shapes, RowTreeProperty, ::testing::Values(0, 1, 2),
+                         [](const auto& shape) {
+                           return std::string(shape.param == 0 ? "Bushy" : shape.param == 1 ? "Flat" : "Deep");
+                         });
+
+}  // namespace
+}  // namespace qd

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <functional>
+#include <vector>
+
+#include "host/CQDDocBase.h"
+#include "workbench/display/DisplayState.h"
+#include "workbench/model/Database.h"
+
+namespace qd::workbench {
+
+/// An open document: its database, its display state and its selection buffer.
+class WorkDocument final : public CQDDocBase {
+ public:
+  Database& GetDatabase() { return m_database; }
+  DisplayState& GetDisplay() { return m_display; }
+  void SetPathName(CString path) { m_path = std::move(path); }
+  void SetActiveView(CQDViewBase* view) { m_view = view; }
+  /// Called whenever the selection buffer was changed by somebody who wants it known.
+  void SetOnSelection(std::function<void()> onSelection) { m_onSelection = std::move(onSelection); }
+  /// Replaces the selection buffer, as a pick in the view does. The caller tells the works trees.
+  void SetSelectBuffer(std::vector<iterator> itrs);
+
+  CString GetPathName() const override { return m_path; }
+  CQDViewBase* GetActiveView() override { return m_view; }
+  CQDDBSession* GetDBSession() override { return &m_database; }
+  CCADSession* GetCADSession() override { return &m_display; }
+  CQDMeshManager* GetMeshManager() override { return &m_display; }
+  CQDLabelManager* GetLabelManager() override { return &m_display; }
+  CQDModelRange* GetModelRange() override { return &m_display; }
+  CQDPostManager* GetPostManager() override { return &m_display; }
+
+  void ClearSelectBuffer(int notify) override;
+  void AddToSelBuffer(iterator itr) override;
+  const std::vector<iterator>& GetSelectBuffer() const override { return m_selection; }
+  int IsSelecting() const override { return 0; }
+
+  void AddCheckedMset(iterator itr) override { m_checked.push_back(itr); }
+  void AddCheckedPair(iterator itr) override { m_checked.push_back(itr); }
+  void AddCheckedLoad(iterator itr) override { m_checked.push_back(itr); }
+  void AddCheckedBoundary(iterator itr) override { m_checked.push_back(itr); }
+
+ private:
+  Database m_database;
+  DisplayState m_display;
+  CString m_path;
+  CQDViewBase* m_view = nullptr;
+  std::vector<iterator> m_selection;
+  std::vector<iterator> m_checked;
+  std::function<void()> m_onSelection;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,127 @@
+#include "workbench/model/Database.h"
+
+#include <utility>
+
+#include "host/CMSGFunction.h"
+#include "host/CTransaction.h"
+
+namespace qd::workbench {
+
+Database::Database()
+    : m_geoms(kDataGeom, *this),
+      m_msets(kDataMset, *this),
+      m_gsets(kDataGset, *this),
+      m_materials(kDataMaterial, *this),
+      m_stores{{kDataGeom, &m_geoms}, {kDataMset, &m_msets}, {kDataGset, &m_gsets}, {kDataMaterial, &m_materials}} {}
+
+IPoolStore* Database::StoreOf(iterator itr) const {
+  const auto found = m_stores.find(TypeOf(itr));
+  return found != m_stores.end() ? found->second : nullptr;
+}
+
+std::uint16_t Database::GetDataType(iterator itr) const {
+  const IPoolStore* store = StoreOf(itr);
+  return store != nullptr && store->Get(itr) != nullptr ? TypeOf(itr) : 0;
+}
+
+std::int32_t Database::GetRecordID(iterator itr) const {
+  const IPoolStore* store = StoreOf(itr);
+  const auto record = store != nullptr ? store->Get(itr) : nullptr;
+  return record != nullptr ? record->id : 0;
+}
+
+// ---- transactions ---------------------------------------------------------------------------------------
+
+int Database::BeginTransaction(const CString& title) {
+  if (m_open) return 0;
+  m_open = true;
+  m_title = title;
+  return 1;
+}
+
+bool Database::Note(JournalEntry entry) {
+  if (!m_open) return false;
+  m_journal.push_back(std::move(entry));
+  return true;
+}
+
+int Database::CommitTransaction() {
+  if (!m_open) return 0;
+  m_open = false;
+  std::vector<JournalEntry> net = NetEffect(std::exchange(m_journal, {}));
+  if (net.empty()) return 1;
+  m_redo.clear();
+  m_undo.push_back({m_title, net});
+  Announce(net, true);
+  return 1;
+}
+
+void Database::RollbackTransaction() {
+  if (!m_open) return;
+  m_open = false;
+  Replay(std::exchange(m_journal, {}), false);
+}
+
+int Database::InTransaction(const char* titleKey, const std::function<int()>& work) {
+  if (m_open) return work();
+  CTransaction transaction(this);
+  if (transaction.Begin(CMSGFunction::GetValue(titleKey)) == 0 || work() == 0) return 0;
+  return transaction.Commit(1);
+}
+
+// ---- undo and redo --------------------------------------------------------------------------------------
+
+int Database::Undo() {
+  if (!CanUndo()) return 0;
+  m_redo.push_back(std::move(m_undo.back()));
+  m_undo.pop_back();
+  const std::vector<JournalEntry> net = m_redo.back().net;
+  Replay(net, false);
+  Announce(net, false);
+  return 1;
+}
+
+int Database::Redo() {
+  if (!CanRedo()) return 0;
+  m_undo.push_back(std::move(m_redo.back()));
+  m_redo.pop_back();
+  const std::vector<JournalEntry> net = m_undo.back().net;
+  Replay(net, true);
+  Announce(net, true);
+  return 1;
+}
+
+void Database::Replay(const std::vector<JournalEntry>& entries, bool forward) {
+  if (forward) {
+    for (const JournalEntry& entry : entries) StoreOf(entry.itr)->Restore(entry.itr, entry.after);
+    return;
+  }
+  for (auto entry = entries.rbegin(); entry != entries.rend(); ++entry) {
+    StoreOf(entry->itr)->Restore(entry->itr, entry->before);
+  }
+}
+
+void Database::Announce(const std::vector<JournalEntry>& net, bool forward) {
+  const auto outer = m_ghosts;
+  for (const JournalEntry& entry : net) {
+    const auto& gone = forward ? entry.before : entry.after;
+    if ((forward ? entry.after : entry.before) == nullptr) m_ghosts[entry.itr] = gone;
+  }
+  if (m_listener != nullptr) m_listener->OnDatabaseChanged(UpdateRecordFor(net, forward));
+  m_ghosts = outer;
+}
+
+const tagTRecord* Database::Ghost(iterator itr) const {
+  const auto found = m_ghosts.find(itr);
+  return found != m_ghosts.end() ? found->second.get() : nullptr;
+}
+
+std::vector<std::shared_ptr<const tagTRecord>> Database::Snapshot() const {
+  std::vector<std::shared_ptr<const tagTRecord>> all;
+  for (const auto& [type, store] : m_stores) store->AppendAll(all);
+  // Places of records that are gone do not count.
+  std::erase(all, nullptr);
+  return all;
+}
+
+}  // namespace qd::workbench

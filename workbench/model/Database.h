@@ -1,0 +1,88 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "host/CQDDBSession.h"
+#include "workbench/model/Journal.h"
+#include "workbench/model/Pool.h"
+
+namespace qd::workbench {
+
+/// Hears of every change of a database, after it is final.
+class IDatabaseListener {
+ public:
+  /// A commit, an undo or a redo. Records that it deleted can still be read until this returns.
+  virtual void OnDatabaseChanged(const CQDUpdateRecord& record) = 0;
+
+ protected:
+  ~IDatabaseListener() = default;
+};
+
+/// The model database of one document: pools of records in memory, transactions, undo and redo.
+///
+/// Every write happens inside a transaction. One journal of records before and after serves rollback, undo and
+/// redo alike. After a commit, an undo or a redo the listener gets the net changes once.
+class Database final : public CQDDBSession, private IJournalKeeper {
+ public:
+  Database();
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
+  /// Null for none; not owned.
+  void SetListener(IDatabaseListener* listener) { m_listener = listener; }
+
+  GeomPool& GetGeomPool() override { return m_geoms; }
+  MsetPool& GetMsetPool() override { return m_msets; }
+  GsetPool& GetGsetPool() override { return m_gsets; }
+  MaterialPool& GetMaterialPool() override { return m_materials; }
+
+  std::uint16_t GetDataType(iterator itr) const override;
+  std::int32_t GetRecordID(iterator itr) const override;
+
+  int BeginTransaction(const CString& title) override;
+  int CommitTransaction() override;
+  void RollbackTransaction() override;
+  bool IsInTransaction() const { return m_open; }
+
+  bool CanUndo() const { return !m_open && !m_undo.empty(); }
+  bool CanRedo() const { return !m_open && !m_redo.empty(); }
+  /// Title of the act that undo would take back; empty when there is none.
+  CString UndoTitle() const { return CanUndo() ? m_undo.back().title : CString(); }
+  CString RedoTitle() const { return CanRedo() ? m_redo.back().title : CString(); }
+  /// 1, or 0 when there is nothing to take back or a transaction is open.
+  int Undo();
+  int Redo();
+
+  /// Every record of every pool. Two equal snapshots mean the same contents: records are shared, not copied.
+  std::vector<std::shared_ptr<const tagTRecord>> Snapshot() const;
+
+ private:
+  struct Act {
+    CString title;
+    std::vector<JournalEntry> net;
+  };
+
+  bool Note(JournalEntry entry) override;
+  const tagTRecord* Ghost(iterator itr) const override;
+  int InTransaction(const char* titleKey, const std::function<int()>& work) override;
+  IPoolStore* StoreOf(iterator itr) const;
+  void Replay(const std::vector<JournalEntry>& entries, bool forward);
+  void Announce(const std::vector<JournalEntry>& net, bool forward);
+
+  GeomPool m_geoms;
+  MsetPool m_msets;
+  GsetPool m_gsets;
+  MaterialPool m_materials;
+  std::map<std::uint16_t, IPoolStore*> m_stores;
+  IDatabaseListener* m_listener = nullptr;
+  bool m_open = false;
+  CString m_title;
+  std::vector<JournalEntry> m_journal;
+  std::vector<Act> m_undo;
+  std::vector<Act> m_redo;
+  std::map<iterator, std::shared_ptr<const tagTRecord>> m_ghosts;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,165 @@
+#pragma once
+
+#include <algorithm>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "host/DPool.h"
+#include "platform/FlatMap.h"
+#include "workbench/model/Journal.h"
+
+namespace qd::workbench {
+
+/// What a pool needs of the database: where its writes are noted and where deleted records can still be read.
+class IJournalKeeper {
+ public:
+  /// Notes a write of the open transaction; false refuses it.
+  virtual bool Note(JournalEntry entry) = 0;
+  /// The last contents of a record whose deletion is being announced, null otherwise.
+  virtual const tagTRecord* Ghost(iterator itr) const = 0;
+  /// Runs `work` in the open transaction or in one of its own; 0 rolls back.
+  virtual int InTransaction(const char* titleKey, const std::function<int()>& work) = 0;
+
+ protected:
+  ~IJournalKeeper() = default;
+};
+
+/// Iterators carry their pool in the top bits and count up from 1 below, so they are unique over all pools and
+/// are never given out twice.
+constexpr int kTypeShift = 48;
+constexpr std::uint16_t TypeOf(iterator itr) { return static_cast<std::uint16_t>(itr >> kTypeShift); }
+
+/// The writing side that every pool has, for undo and rollback.
+class IPoolStore {
+ public:
+  /// Puts a record into its place without noting it; null takes it out.
+  virtual void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) = 0;
+  virtual std::shared_ptr<const tagTRecord> Get(iterator itr) const = 0;
+  virtual void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const = 0;
+
+ protected:
+  ~IPoolStore() = default;
+};
+
+/// Records of one type, behind the host's pool interface.
+template <typename T, typename Interface>
+class Pool : public Interface, public IPoolStore {
+ public:
+  Pool(std::uint16_t type, IJournalKeeper& keeper) : m_type(type), m_keeper(keeper) {}
+
+  /// Adds a record inside the open transaction and gives it the pool's next number. Returns its iterator, 0 on
+  /// failure.
+  iterator Add(T record) {
+    record.id = static_cast<std::int32_t>(m_records.size()) + 1;
+    const iterator itr = static_cast<iterator>(m_type) << kTypeShift | (m_records.size() + 1);
+    m_records.emplace_back();
+    return Write(itr, std::make_shared<const T>(std::move(record))) ? itr : 0;
+  }
+
+  /// Stores a changed record inside the open transaction. 1, or 0 for an unknown record or on failure.
+  int Modify(iterator itr, T record) {
+    const T* old = Live(itr);
+    if (old == nullptr) return 0;
+    record.id = old->id;
+    return Write(itr, std::make_shared<const T>(std::move(record))) ? 1 : 0;
+  }
+
+  std::vector<iterator> GetItrList() const override {
+    std::vector<iterator> all;
+    all.reserve(m_count);
+    for (std::size_t i = 0; i < m_records.size(); ++i) {
+      if (m_records[i] != nullptr) all.push_back(static_cast<iterator>(m_type) << kTypeShift | (i + 1));
+    }
+    return all;
+  }
+
+  const T* GetAtNU(iterator itr) const override {
+    const T* live = Live(itr);
+    return live != nullptr || TypeOf(itr) != m_type ? live : static_cast<const T*>(m_keeper.Ghost(itr));
+  }
+
+  int TR_Del(const std::vector<iterator>& itrs) override {
+    return m_keeper.InTransaction("IDS_QD_TRANS_Delete", [&] {
+      for (const iterator itr : itrs) {
+        if (Live(itr) == nullptr || !Write(itr, nullptr)) return 0;
+      }
+      return 1;
+    });
+  }
+
+  std::size_t Count() const { return m_count; }
+
+  void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) override {
+    std::shared_ptr<const T>& place = m_records[Index(itr)];
+    if (place != nullptr) OnLeave(itr, *place);
+    m_count -= place != nullptr ? 1 : 0;
+    place = std::static_pointer_cast<const T>(std::move(record));
+    m_count += place != nullptr ? 1 : 0;
+    if (place != nullptr) OnEnter(itr, *place);
+  }
+  std::shared_ptr<const tagTRecord> Get(iterator itr) const override {
+    return Live(itr) != nullptr ? m_records[Index(itr)] : nullptr;
+  }
+  void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const override {
+    out.insert(out.end(), m_records.begin(), m_records.end());
+  }
+
+ protected:
+  ~Pool() = default;
+  /// Called when a record comes into or leaves its place, for indexes over the records.
+  virtual void OnEnter(iterator, const T&) {}
+  virtual void OnLeave(iterator, const T&) {}
+
+ private:
+  static std::size_t Index(iterator itr) { return static_cast<std::size_t>(itr & ((1ULL << kTypeShift) - 1)) - 1; }
+
+  const T* Live(iterator itr) const {
+    return TypeOf(itr) == m_type && Index(itr) < m_records.size() ? m_records[Index(itr)].get() : nullptr;
+  }
+  bool Write(iterator itr, std::shared_ptr<const T> record) {
+    if (!m_keeper.Note({itr, m_records[Index(itr)], record})) return false;
+    Restore(itr, std::move(record));
+    return true;
+  }
+
+  std::uint16_t m_type;
+  IJournalKeeper& m_keeper;
+  std::deque<std::shared_ptr<const T>> m_records;  // by running number; null where a record is gone
+  std::size_t m_count = 0;
+};
+
+class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
+ public:
+  using Pool::Pool;
+  int Private_Modify(iterator itr, const tagTGeom& record, int, int) override { return Modify(itr, record); }
+};
+
+class MsetPool final : public Pool<tagTMset, DPoolMset> {
+ public:
+  using Pool::Pool;
+  iterator GetItrByGeomItr(iterator geom) const override {
+    const std::uint64_t* found = m_msetOfGeom.Find(geom);
+    return found != nullptr ? *found : 0;
+  }
+
+ private:
+  void OnEnter(iterator itr, const tagTMset& record) override { m_msetOfGeom.Assign(record.geom, itr); }
+  void OnLeave(iterator, const tagTMset& record) override { m_msetOfGeom.Erase(record.geom); }
+
+  FlatMap m_msetOfGeom;
+};
+
+class GsetPool final : public Pool<tagTGset, DPoolGset> {
+ public:
+  using Pool::Pool;
+};
+
+class MaterialPool final : public Pool<tagTMaterial, DPoolMaterial> {
+ public:
+  using Pool::Pool;
+};
+
+}  // namespace qd::workbench

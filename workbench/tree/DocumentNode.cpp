@@ -1,0 +1,68 @@
+#include "workbench/tree/DocumentNode.h"
+
+#include <array>
+
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/core/CommandNumbers.h"
+#include "qd_wrt/core/MenuTable.h"
+#include "qd_wrt/geometry/CQDTreeItemGeom.h"
+
+namespace qd::workbench {
+
+namespace {
+
+constexpr unsigned kIcon = 0;
+constexpr int kShowIcon = 0;
+constexpr int kHideIcon = 1;
+constexpr std::array<MenuEntry, 2> kMenu{{{kCommandShowAll, "IDS_QD_WRT_SHOW_ALL", kShowIcon},
+                                          {kCommandHideAll, "IDS_QD_WRT_HIDE_ALL", kHideIcon}}};
+
+}  // namespace
+
+DocumentNode::DocumentNode(CQDTreeListCtrl* control, int treeType)
+    : CQDTreeItem(control, nullptr, control->GetDocument()->GetPathName(), kIcon, 0), m_treeType(treeType) {}
+
+int DocumentNode::MakeChildItems() {
+  if (m_treeType != kModelTree) return 1;
+  m_geometry = new CQDTreeItemGeom(GetControl(), this);
+  m_geometry->MakeItem(kInsertLast);
+  m_geometry->Expand(1);
+  return 1;
+}
+
+void DocumentNode::CreateContextMenu(CPoint& screen) {
+  TableMenu menu(kMenu);
+  GetControl()->TrackMenu(menu.Menu(), screen);
+}
+
+void DocumentNode::OnMenuEvent(unsigned command) {
+  if (m_geometry == nullptr) return;
+  if (command == kCommandShowAll) m_geometry->ShowPartAll();
+  if (command == kCommandHideAll) m_geometry->HidePartAll();
+}
+
+void DocumentNode::SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) {
+  if (m_geometry != nullptr) m_geometry->SetShowHideItem(kind, itrs, show, flags);
+}
+
+void DocumentNode::OnMenuEventGeomRoot(unsigned command) {
+  if (m_geometry != nullptr) m_geometry->OnMenuEvent(command);
+}
+
+void DocumentNode::ChangeGeomTitle(CQDDocBase* doc, int mode) {
+  if (m_geometry != nullptr) m_geometry->ChangeGeomTitle(doc, mode);
+}
+
+void DocumentNode::GetGeomTitleAndColor(int& title, int& colour) {
+  if (m_geometry != nullptr) m_geometry->GetGeomTitleAndColor(title, colour);
+}
+
+void DocumentNode::ChangeGeomColor(int mode) {
+  if (m_geometry != nullptr) m_geometry->ChangeGeomColor(mode);
+}
+
+CQDTreeItem* TreeFactory::CreateRootItem(int treeType, CQDTreeListCtrl* control) {
+  return new DocumentNode(control, treeType);
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "qd_wrt/core/CQDTreeItem.h"
+#include "qd_wrt/core/Factories.h"
+
+namespace qd {
+class CQDTreeItemGeom;
+}
+
+namespace qd::workbench {
+
+/// Tree types of the workbench, in the order in which the module visits them.
+enum TreeType : long { kModelTree = 1, kGeometrySetTree = 2 };
+
+/// The root of a works tree: titled with the document's path, it carries the roots of the branches and passes
+/// the host's commands on to them.
+class DocumentNode final : public CQDTreeItem {
+ public:
+  DocumentNode(CQDTreeListCtrl* control, int treeType);
+
+  int MakeChildItems() override;
+  void CreateContextMenu(CPoint& screen) override;
+  void OnMenuEvent(unsigned command) override;
+  void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
+  void OnMenuEventGeomRoot(unsigned command) override;
+  void ChangeGeomTitle(CQDDocBase* doc, int mode) override;
+  void GetGeomTitleAndColor(int& title, int& colour) override;
+  void ChangeGeomColor(int mode) override;
+
+ private:
+  int m_treeType;
+  CQDTreeItemGeom* m_geometry = nullptr;  // a child; null in trees without geometry branch
+};
+
+class TreeFactory final : public IQDTreeGroupFactory {
+ public:
+  CQDTreeItem* CreateRootItem(int treeType, CQDTreeListCtrl* control) override;
+};
+
+}  // namespace qd::workbench

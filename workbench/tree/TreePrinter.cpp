@@ -1,0 +1,64 @@
+#include "workbench/tree/TreePrinter.h"
+
+#include <array>
+#include <cstdio>
+#include <cwchar>
+
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "workbench/text/Utf8.h"
+
+namespace qd::workbench {
+
+namespace {
+
+std::wstring Escaped(const std::wstring& title) {
+  std::wstring shown;
+  for (const wchar_t element : title) {
+    if (element == L'\\') {
+      shown += L"\\\\";
+    } else if (element < 32 || element == 127) {
+      std::array<wchar_t, 8> code{};
+      std::swprintf(code.data(), code.size(), L"\\x%02x", static_cast<unsigned>(element));
+      shown += code.data();
+    } else {
+      shown += element;
+    }
+  }
+  return shown;
+}
+
+}  // namespace
+
+std::string PrintTree(const CQDTreeListCtrl& tree) {
+  std::string out;
+  int level = 0;
+  for (HTREEITEM row = tree.GetRootItem(); row;) {
+    out.append(static_cast<std::size_t>(level) * 2, ' ');
+    const int check = tree.WhichCheck(row);
+    if (check != 0) out += check == kChecked ? "[x] " : "[ ] ";
+    out += ToUtf8(Escaped(tree.GetItemText(row, 0)));
+    const CTLItem* record = tree.GetRecord(row);
+    if (record->GetItemKey() != 0) out += "  id=" + std::to_string(record->GetItemKey());
+    if (record->HasColor()) {
+      std::array<char, 16> colour{};
+      const COLORREF value = record->GetColor();
+      std::snprintf(colour.data(), colour.size(), "  #%02X%02X%02X", value & 0xFFU, value >> 8U & 0xFFU,
+                    value >> 16U & 0xFFU);
+      out += colour.data();
+    }
+    out += '\n';
+    // The next row in order: first child, else the next sibling of the nearest row that has one.
+    HTREEITEM next = tree.GetChildItem(row);
+    if (next) ++level;
+    while (!next && row) {
+      next = tree.GetNextSiblingItem(row);
+      if (next) break;
+      row = tree.GetParentItem(row);
+      --level;
+    }
+    row = next;
+  }
+  return out;
+}
+
+}  // namespace qd::workbench
