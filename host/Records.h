@@ -26,16 +26,21 @@ struct PartFacets {
   std::vector<std::uint32_t> lines;      ///< point numbers of all polylines, one after another
 };
 
+/// The shape of a part.
+struct PartShape {
+  std::string brep;  ///< in the exchange form of the geometry kernel
+  PartFacets facets;
+};
+
 /// A geometry part.
 struct tagTGeom : tagTRecord {
-  CString name;
   COLORREF colour = 0;
-  int cadItem = 0;          ///< number of the part in the CAD session and the view
-  iterator material = 0;
-  iterator gset = 0;        ///< geometry set that holds the part
+  int cadItem = 0;    ///< number of the part in the CAD session and the view
   TopologyKind kind = TopologyKind::Solid;
-  std::shared_ptr<const std::string> brep;       ///< shape as text in the kernel's own exchange form
-  std::shared_ptr<const PartFacets> facets;
+  CString name;
+  iterator material = 0;
+  iterator gset = 0;  ///< geometry set that holds the part
+  std::shared_ptr<const PartShape> shape;
 };
 
 /// A named group of geometry parts.

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -14,7 +13,7 @@ class FlatMap {
   /// Null when the key is absent; valid until the next change.
   const std::uint64_t* Find(std::uint64_t key) const {
     if (m_slots.empty() || key == 0) return nullptr;
-    for (std::size_t at = Home(key);; at = (at + 1) & Mask()) {
+    for (std::size_t at = Home(key);; at = Next(at)) {
       if (m_slots[at].key == key) return &m_slots[at].value;
       if (m_slots[at].key == 0) return nullptr;
     }
@@ -23,9 +22,9 @@ class FlatMap {
   /// Overwrites the value of a present key.
   void Assign(std::uint64_t key, std::uint64_t value) {
     if (key == 0) return;
-    if ((m_count + 1) * 4 > m_slots.size() * 3) Grow();
+    if ((m_count + 1) * 5 > m_slots.size() * 4) Grow();
     std::size_t at = Home(key);
-    while (m_slots[at].key != 0 && m_slots[at].key != key) at = (at + 1) & Mask();
+    while (m_slots[at].key != 0 && m_slots[at].key != key) at = Next(at);
     if (m_slots[at].key == 0) ++m_count;
     m_slots[at] = {key, value};
   }
@@ -38,12 +37,12 @@ class FlatMap {
     std::size_t hole = Home(key);
     while (m_slots[hole].key != key) {
       if (m_slots[hole].key == 0) return false;
-      hole = (hole + 1) & Mask();
+      hole = Next(hole);
     }
     // Entries behind the hole move up, so that no search stops short and no marks stay behind.
-    for (std::size_t at = (hole + 1) & Mask(); m_slots[at].key != 0; at = (at + 1) & Mask()) {
+    for (std::size_t at = Next(hole); m_slots[at].key != 0; at = Next(at)) {
       const std::size_t home = Home(m_slots[at].key);
-      if (((at - home) & Mask()) < ((at - hole) & Mask())) continue;
+      if (Distance(home, at) < Distance(hole, at)) continue;
       m_slots[hole] = m_slots[at];
       hole = at;
     }
@@ -63,14 +62,18 @@ class FlatMap {
     std::uint64_t value = 0;
   };
 
-  std::size_t Mask() const { return m_slots.size() - 1; }
+  std::size_t Next(std::size_t at) const { return at + 1 == m_slots.size() ? 0 : at + 1; }
+  std::size_t Distance(std::size_t from, std::size_t to) const {
+    return to >= from ? to - from : to + m_slots.size() - from;
+  }
   std::size_t Home(std::uint64_t key) const {
     key ^= key >> 32U;
     key *= 0x9E3779B97F4A7C15ULL;
-    return static_cast<std::size_t>(key >> (64 - std::countr_zero(m_slots.size())));
+    // The top half of the mixed key, scaled to the number of slots.
+    return static_cast<std::size_t>((key >> 32U) * m_slots.size() >> 32U);
   }
   void Grow() {
-    std::vector<Slot> old(m_slots.empty() ? 16 : m_slots.size() * 2);
+    std::vector<Slot> old(m_slots.empty() ? 16 : m_slots.size() + m_slots.size() / 2);
     old.swap(m_slots);
     m_count = 0;
     for (const Slot& slot : old) {

@@ -2,10 +2,14 @@
 
 #include <algorithm>
 
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+
 namespace qd {
 
 CQDTreeItem* CQDTreeBranch::FindChild(iterator itr) const {
-  const std::uint64_t* found = itr != 0 ? m_childMap.Find(itr) : nullptr;
+  CQDTreeItem* node = GetControl()->FindNode(itr);
+  if (node != nullptr && node->GetParent() == this) return node;
+  const std::uint64_t* found = m_unmapped.Find(itr);
   return found != nullptr ? reinterpret_cast<CQDTreeItem*>(*found) : nullptr;
 }
 
@@ -19,14 +23,16 @@ std::vector<CQDTreeItem*> CQDTreeBranch::ChildrenByRecord() const {
 }
 
 void CQDTreeBranch::AddChild(iterator itr, CQDTreeItem* child) {
-  m_childMap.Assign(itr, reinterpret_cast<std::uint64_t>(child));
+  if (!child->IsGeom() && !child->IsMesh() && !child->IsDatum()) {
+    m_unmapped.Assign(itr, reinterpret_cast<std::uint64_t>(child));
+  }
   child->MakeItem(kInsertLast);
 }
 
 int CQDTreeBranch::DeleteChildItem(iterator itr) {
   CQDTreeItem* child = FindChild(itr);
   if (child == nullptr) return 0;
-  m_childMap.Erase(itr);
+  m_unmapped.Erase(itr);
   DeleteChild(child);
   return 1;
 }

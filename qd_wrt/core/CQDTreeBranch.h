@@ -5,8 +5,8 @@
 
 namespace qd {
 
-/// A node whose children stand for records of one pool: keeps the map from record to child and walks the change
-/// records. The children are owned as in every node; the map only finds them.
+/// A node whose children stand for records of one pool: finds the child of a record and walks the change records.
+/// Children of the kinds that the control maps are found through its maps, others through one of the branch's own.
 class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
  public:
   using CQDTreeItem::CQDTreeItem;
@@ -26,13 +26,13 @@ class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
   std::vector<CQDTreeItem*> ChildrenByRecord() const;
 
  protected:
-  /// Makes the row of a new child and enters it in the map.
+  /// Makes the row of a new child; from then on it is found.
   void AddChild(iterator itr, CQDTreeItem* child);
   /// Makes, deletes or modifies the child that a change record of the branch's own pool names.
   void ApplyChange(const tagTRNotify& change);
 
  private:
-  FlatMap m_childMap;
+  FlatMap m_unmapped;
 };
 
 }  // namespace qd

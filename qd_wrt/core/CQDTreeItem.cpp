@@ -12,7 +12,8 @@ namespace qd {
 
 CQDTreeItem::CQDTreeItem(CQDTreeListCtrl* control, CQDTreeItem* parent, CString title, unsigned iconIndex,
                          int hasCheck)
-    : m_hasCheck(hasCheck != 0), m_icon(iconIndex), m_control(control), m_parent(parent), m_title(std::move(title)) {
+    : m_hasCheck(hasCheck != 0), m_icon(iconIndex), m_control(control), m_parent(parent) {
+  if (!title.empty()) m_ownTitle = std::make_unique<CString>(std::move(title));
   if (parent != nullptr) parent->AppendChild(this);
 }
 
@@ -24,42 +25,54 @@ CQDTreeItem::~CQDTreeItem() {
 
 // ---- children -------------------------------------------------------------------------------------------
 
+const CQDTreeItem::ChildList& CQDTreeItem::ChildPlaces() const {
+  static const ChildList kNone;
+  return m_extras != nullptr ? m_extras->children : kNone;
+}
+
+int CQDTreeItem::GetChildCount() const {
+  return m_extras != nullptr ? static_cast<int>(m_extras->children.size() - m_extras->holes) : 0;
+}
+
 void CQDTreeItem::AppendChild(CQDTreeItem* child) {
-  child->m_slot = static_cast<std::uint32_t>(m_children.size());
-  m_children.push_back(child);
+  ChildList& children = NeedExtras().children;
+  child->m_slot = static_cast<std::uint32_t>(children.size());
+  children.push_back(child);
 }
 
 /// Takes a child out in O(1): its place stays empty until enough have gathered.
 bool CQDTreeItem::TakeOut(CQDTreeItem* child) {
-  if (child->m_slot >= m_children.size() || m_children[child->m_slot] != child) return false;
-  if (child->m_slot + 1 == m_children.size()) {
-    m_children.pop_back();
-    while (!m_children.empty() && m_children.back() == nullptr) {
-      m_children.pop_back();
-      --m_holes;
+  if (child->m_slot >= ChildPlaces().size() || ChildPlaces()[child->m_slot] != child) return false;
+  Extras& extras = *m_extras;
+  if (child->m_slot + 1 == extras.children.size()) {
+    extras.children.pop_back();
+    while (!extras.children.empty() && extras.children.back() == nullptr) {
+      extras.children.pop_back();
+      --extras.holes;
     }
     return true;
   }
-  m_children[child->m_slot] = nullptr;
-  if (++m_holes > m_children.size() / 2) CloseHoles();
+  extras.children[child->m_slot] = nullptr;
+  if (++extras.holes > extras.children.size() / 2) CloseHoles();
   return true;
 }
 
 void CQDTreeItem::CloseHoles() {
-  if (m_holes == 0) return;
-  std::erase(m_children, nullptr);
-  m_holes = 0;
-  for (std::uint32_t slot = 0; slot < m_children.size(); ++slot) m_children[slot]->m_slot = slot;
+  if (m_extras == nullptr || m_extras->holes == 0) return;
+  ChildList& children = m_extras->children;
+  std::erase(children, nullptr);
+  m_extras->holes = 0;
+  for (std::uint32_t slot = 0; slot < children.size(); ++slot) children[slot]->m_slot = slot;
 }
 
 CQDTreeItem* CQDTreeItem::GetChild(int index) {
   CloseHoles();
-  return index >= 0 && index < GetChildCount() ? m_children[static_cast<std::size_t>(index)] : nullptr;
+  return index >= 0 && index < GetChildCount() ? ChildPlaces()[static_cast<std::size_t>(index)] : nullptr;
 }
 
 std::vector<CQDTreeItem*> CQDTreeItem::Children() const {
-  std::vector<CQDTreeItem*> children = m_children;
-  if (m_holes != 0) std::erase(children, nullptr);
+  std::vector<CQDTreeItem*> children = ChildPlaces();
+  if (m_extras != nullptr && m_extras->holes != 0) std::erase(children, nullptr);
   return children;
 }
 
@@ -74,7 +87,7 @@ int CQDTreeItem::RegistToChild(CQDTreeItem* child, int add) {
     TakeOut(child);
   } else {
     // A child that stands here twice would be deleted twice.
-    const bool present = child->m_slot < m_children.size() && m_children[child->m_slot] == child;
+    const bool present = child->m_slot < ChildPlaces().size() && ChildPlaces()[child->m_slot] == child;
     assert(!present);
     if (!present) AppendChild(child);
   }
@@ -86,7 +99,7 @@ void CQDTreeItem::DeleteChild(CQDTreeItem* child) {
 }
 
 void CQDTreeItem::RemoveAllChildItems() {
-  while (!m_children.empty()) Destroy(m_children.back());
+  while (!ChildPlaces().empty()) Destroy(ChildPlaces().back());
 }
 
 void CQDTreeItem::Destroy(CQDTreeItem* node) {
@@ -117,6 +130,7 @@ void CQDTreeItem::MakeItem(HTREEITEM where) {
   if (m_parent != nullptr && !m_parent->m_row) return;
   m_row = m_control->InsertItem(this, where);
   if (!m_row) return;
+  m_ownTitle.reset();  // the row has it now
   if (m_extras != nullptr) m_extras->dataTypes.clear();
   RegisterReceiveDataType();
   for (const unsigned short type : GetDataTypeList()) m_control->AddItemDataTypeMap(type, this);
@@ -126,7 +140,8 @@ void CQDTreeItem::MakeItem(HTREEITEM where) {
 void CQDTreeItem::MakeSubtree() {
   MakeChildItems();
   const auto editable = [](const CQDTreeItem* child) { return child != nullptr && child->m_editable; };
-  if (std::any_of(m_children.begin(), m_children.end(), editable)) SortBranchesFromHere();
+  const ChildList& children = ChildPlaces();
+  if (std::any_of(children.begin(), children.end(), editable)) SortBranchesFromHere();
   OnInitialize();
 }
 
@@ -140,9 +155,17 @@ void CQDTreeItem::SortBranchesFromHere() {
 
 int CQDTreeItem::MoveItem(CQDTreeItem* newParent) { return m_control->MoveItem(this, newParent); }
 
+CString CQDTreeItem::GetTitle() const {
+  if (m_ownTitle != nullptr) return *m_ownTitle;
+  return m_row ? m_control->GetItemText(m_row, 0) : CString();
+}
+
+void CQDTreeItem::SetTitle(CString title) { m_ownTitle = std::make_unique<CString>(std::move(title)); }
+
 void CQDTreeItem::ChangeTitle(CString title) {
-  m_title = std::move(title);
-  m_control->SetTextOf(m_row, 0, m_title);
+  if (!m_row) return SetTitle(std::move(title));
+  m_ownTitle.reset();
+  m_control->SetTextOf(m_row, 0, title);
 }
 
 void CQDTreeItem::ChangeID(long id) {
@@ -254,7 +277,7 @@ void CQDTreeItem::GetChecked() {
     const CQDTreeItem* node = stack.back();
     stack.pop_back();
     mirrored.push_back(node);
-    for (const CQDTreeItem* child : node->m_children) {
+    for (const CQDTreeItem* child : node->ChildPlaces()) {
       if (child != nullptr) stack.push_back(child);
     }
   }
@@ -297,12 +320,12 @@ void CQDTreeItem::SetShowHide(std::vector<iterator>& iterators, int applyHide, i
   std::vector<Frame> path{{this, 0, effective(this, show != 0)}};
   while (!path.empty()) {
     Frame& frame = path.back();
-    if (frame.next == frame.node->m_children.size()) {
+    if (frame.next >= frame.node->ChildPlaces().size()) {
       apply(frame.node, frame.shown);
       path.pop_back();
       continue;
     }
-    const CQDTreeItem* child = frame.node->m_children[frame.next++];
+    const CQDTreeItem* child = frame.node->ChildPlaces()[frame.next++];
     if (child != nullptr) path.push_back({child, 0, effective(child, frame.shown)});
   }
 }
@@ -409,7 +432,7 @@ CQDDBSession* CQDTreeItem::GetDBSession() const {
 }
 
 void CQDTreeItem::ChangeGeomShowHide() {
-  if (GetIterator() != 0 && m_hasCheck && m_children.empty()) {
+  if (GetIterator() != 0 && m_hasCheck && GetChildCount() == 0) {
     OnClickCheck(GetCheckStatus());
     return;
   }

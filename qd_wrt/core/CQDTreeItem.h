@@ -137,7 +137,7 @@ class QD_EXPORT CQDTreeItem {
   bool IsRoot() const { return m_parent == nullptr; }
   /// The child at an index in order of creation, null outside.
   CQDTreeItem* GetChild(int index);
-  int GetChildCount() const { return static_cast<int>(m_children.size() - m_holes); }
+  int GetChildCount() const;
   /// The children in order of creation; a copy, so that children may come and go meanwhile.
   std::vector<CQDTreeItem*> Children() const;
   int GetAllChildCount() const;
@@ -164,9 +164,9 @@ class QD_EXPORT CQDTreeItem {
   void Update();
 
   // ---- row ------------------------------------------------------------------------------------------------
-  const CString& GetTitle() const { return m_title; }
-  /// Stores the title only.
-  void SetTitle(CString title) { m_title = std::move(title); }
+  CString GetTitle() const;
+  /// Stores the title only; the row keeps its text.
+  void SetTitle(CString title);
   /// Stores the title and writes it into the row.
   void ChangeTitle(CString title);
   void ChangeID(long id);
@@ -264,14 +264,18 @@ class QD_EXPORT CQDTreeItem {
  private:
   friend class CQDTreeListCtrl;
 
+  using ChildList = std::vector<CQDTreeItem*>;
   /// What few nodes have; most of a million have none of it.
   struct Extras {
+    ChildList children;        // owned; null where a child has left
+    std::uint32_t holes = 0;   // the nulls among them; closed now and then
     std::list<unsigned short> dataTypes;
     std::vector<std::uint16_t> dragTypes;
     PendingUpdates pending;
   };
 
   Extras& NeedExtras();
+  const ChildList& ChildPlaces() const;
   void MakeSubtree();
   void SortBranchesFromHere();
   void AppendChild(CQDTreeItem* child);
@@ -284,14 +288,13 @@ class QD_EXPORT CQDTreeItem {
 
   std::uint16_t m_treeItemType = 0;
   bool m_detached = false;
-  std::uint32_t m_slot = 0;   // place in the parent's children
-  std::uint32_t m_holes = 0;  // places of children that left; closed now and then
+  std::uint32_t m_slot = 0;  // place in the parent's children
   HTREEITEM m_row;
   CQDTreeListCtrl* m_control;
   CQDTreeItem* m_parent;
-  std::vector<CQDTreeItem*> m_children;
   std::unique_ptr<Extras> m_extras;
-  CString m_title;
+  // The title where it is not the text of the row: without a row, or set without being shown.
+  std::unique_ptr<CString> m_ownTitle;
 };
 
 template <typename Visit>
@@ -299,11 +302,11 @@ void CQDTreeItem::ForEachBelow(const Visit& visit) const {
   std::vector<std::pair<const CQDTreeItem*, std::size_t>> path{{this, 0}};
   while (!path.empty()) {
     auto& [node, next] = path.back();
-    if (next == node->m_children.size()) {
+    if (next >= node->ChildPlaces().size()) {
       path.pop_back();
       continue;
     }
-    CQDTreeItem* child = node->m_children[next++];
+    CQDTreeItem* child = node->ChildPlaces()[next++];
     if (child == nullptr) continue;
     visit(child);
     path.emplace_back(child, 0);

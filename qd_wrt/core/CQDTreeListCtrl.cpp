@@ -110,16 +110,14 @@ void CQDTreeListCtrl::DeleteItem(CQDTreeItem* node) {
 void CQDTreeListCtrl::EraseHTREEITEM(CQDTreeItem* node, int) {
   if (!IsLive(node->GetTreeItemHandle())) return;
   const auto release = [this](CQDTreeItem* released) {
+    released->SetTitle(released->GetTitle());  // it stood in the row
     if (GetRecord(released->m_row) != nullptr) --m_rowCount;
     m_rowMap.remove(released);
+    released->m_row = {};
   };
   const HTREEITEM row = node->m_row;
-  node->ForEachBelow([&](CQDTreeItem* below) {
-    release(below);
-    below->m_row = {};
-  });
+  node->ForEachBelow(release);
   release(node);
-  node->m_row = {};
   DeleteSubItems(row);
   CTreeListCtrl::DeleteItem(row);
 }

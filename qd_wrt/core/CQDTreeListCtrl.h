@@ -54,7 +54,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
 
   /// Null for a row that belongs to no node.
   CQDTreeItem* NodeOf(HTREEITEM row) const { return m_rowMap.find(row); }
-  /// The geometry, mesh set or datum node bound to a record, null for none.
+  /// The node bound to a record: any, or a geometry, mesh set or datum node. Null for none.
+  CQDTreeItem* FindNode(iterator itr) const { return NodeOfRecord(0, itr); }
   CQDTreeItem* FindGeomNode(iterator itr) const;
   CQDTreeItem* FindMeshNode(iterator itr) const;
   CQDTreeItem* FindDatumNode(iterator itr) const;

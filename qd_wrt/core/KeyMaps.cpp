@@ -7,16 +7,7 @@ namespace {
 std::uint64_t Word(const CQDTreeItem* node) { return reinterpret_cast<std::uint64_t>(node); }
 CQDTreeItem* Node(std::uint64_t word) { return reinterpret_cast<CQDTreeItem*>(word); }
 
-/// Takes `key` out of `from` and its partner out of `back`.
-int RemovePair(FlatMap& from, FlatMap& back, std::uint64_t key) {
-  const std::uint64_t* found = from.Find(key);
-  if (found == nullptr) return 0;
-  const std::uint64_t partner = *found;
-  from.Erase(key);
-  return back.Erase(partner) ? 1 : 0;
-}
-
-/// Likewise, but a partner that is bound to another key by now keeps that.
+/// Takes the key out of `from`; a partner that is bound
 int RemoveBound(FlatMap& from, FlatMap& back, std::uint64_t key) {
   const std::uint64_t* found = from.Find(key);
   if (found == nullptr) return 0;
@@ -30,13 +21,30 @@ int RemoveBound(FlatMap& from, FlatMap& back, std::uint64_t key) {
 
 }  // namespace
 
+bothmap::RowEntry* bothmap::PlaceOf(HTREEITEM row) {
+  constexpr std::size_t kFarthest = 4096;
+  const auto place = static_cast<std::uint32_t>(row.value);
+  if (!row || place > m_nodeOfRow.size() + kFarthest) return nullptr;
+  if (place >= m_nodeOfRow.size()) m_nodeOfRow.resize(place + 1UL);
+  RowEntry& entry = m_nodeOfRow[place];
+  return !entry.row || entry.row == row ? &entry : nullptr;
+}
+
 void bothmap::set(HTREEITEM row, CQDTreeItem* node) {
-  m_nodeOfRow.Insert(row.value, Word(node));
+  if (find(row) == nullptr) {
+    if (RowEntry* entry = PlaceOf(row)) {
+      *entry = {row, node};
+    } else {
+      m_spare.Insert(row.value, Word(node));
+    }
+  }
   m_rowOfNode.Insert(Word(node), row.value);
 }
 
 CQDTreeItem* bothmap::find(HTREEITEM row) const {
-  const std::uint64_t* found = m_nodeOfRow.Find(row.value);
+  const auto place = static_cast<std::uint32_t>(row.value);
+  if (place < m_nodeOfRow.size() && m_nodeOfRow[place].row == row) return m_nodeOfRow[place].node;
+  const std::uint64_t* found = m_spare.Find(row.value);
   return found != nullptr ? Node(*found) : nullptr;
 }
 
@@ -45,11 +53,30 @@ HTREEITEM bothmap::find(const CQDTreeItem* node) const {
   return found != nullptr ? HTREEITEM{*found} : HTREEITEM{};
 }
 
-int bothmap::remove(HTREEITEM row) { return RemovePair(m_nodeOfRow, m_rowOfNode, row.value); }
-int bothmap::remove(CQDTreeItem* node) { return RemovePair(m_rowOfNode, m_nodeOfRow, Word(node)); }
+bool bothmap::EraseRow(HTREEITEM row) {
+  const auto place = static_cast<std::uint32_t>(row.value);
+  if (row && place < m_nodeOfRow.size() && m_nodeOfRow[place].row == row) {
+    m_nodeOfRow[place] = {};
+    return true;
+  }
+  return m_spare.Erase(row.value);
+}
+
+int bothmap::remove(HTREEITEM row) {
+  const CQDTreeItem* node = find(row);
+  if (!EraseRow(row)) return 0;
+  return m_rowOfNode.Erase(Word(node)) ? 1 : 0;
+}
+
+int bothmap::remove(CQDTreeItem* node) {
+  const HTREEITEM row = find(node);
+  if (!m_rowOfNode.Erase(Word(node))) return 0;
+  return EraseRow(row) ? 1 : 0;
+}
 
 void bothmap::clear() {
-  m_nodeOfRow.Clear();
+  m_nodeOfRow.clear();
+  m_spare.Clear();
   m_rowOfNode.Clear();
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "platform/Export.h"
 #include "platform/Types.h"
 #include "platform/tree/RowTree.h"
@@ -25,7 +27,18 @@ class QD_EXPORT bothmap {
   void clear();
 
  private:
-  FlatMap m_nodeOfRow;
+  struct RowEntry {
+    HTREEITEM row;
+    CQDTreeItem* node = nullptr;
+  };
+  /// The dense place of a handle, null when it has none.
+  RowEntry* PlaceOf(HTREEITEM row);
+  bool EraseRow(HTREEITEM row);
+
+  // The low half of a handle numbers the places of rows densely, so an array finds the node. Handles that do not
+  // fit in, or whose place another one holds, go to the spare map.
+  std::vector<RowEntry> m_nodeOfRow;
+  FlatMap m_spare;
   FlatMap m_rowOfNode;
 };
 

@@ -24,8 +24,12 @@ void CTLItem::SetSubstring(int column, const CString& text) {
   for (int i = 0; i < column; ++i) {
     const std::size_t next = m_text.find(separator, start);
     if (next == CString::npos) {
-      m_text.append(static_cast<std::size_t>(column - i), separator);
-      m_text += text;
+      CString longer;
+      longer.reserve(m_text.size() + static_cast<std::size_t>(column - i) + text.size());
+      longer += m_text;
+      longer.append(static_cast<std::size_t>(column - i), separator);
+      longer += text;
+      m_text = std::move(longer);
       return;
     }
     opening = next;
