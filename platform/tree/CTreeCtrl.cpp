@@ -108,6 +108,10 @@ void CTreeCtrl::SetRowState(HTREEITEM row, unsigned state, unsigned mask) {
 }
 
 void CTreeCtrl::InvalidateRow(HTREEITEM row) {
+  // Finding a row's line costs more than painting a screen once very many rows change between two paints.
+  constexpr int kMostSingleLines = 256;
+  if (m_changedLines > kMostSingleLines) return;
+  if (++m_changedLines > kMostSingleLines) return Invalidate();
   CRect area;
   if (!IsCreated() || !GetItemRect(row, area, false)) return;
   area.left = 0;
@@ -295,6 +299,7 @@ void CTreeCtrl::SetBkColor(COLORREF colour) {
 }
 
 void CTreeCtrl::PaintTree(CDC& dc) {
+  m_changedLines = 0;
   const CRect clip = dc.GetClipBox();
   const CRect client = GetClientRect();
   dc.FillSolidRect(client, m_background);

@@ -137,6 +137,7 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   const CImageList* m_stateImages = nullptr;
   COLORREF m_background = 0xFFFFFF;
   bool m_layoutPending = false;
+  int m_changedLines = 0;  // since the last paint
 };
 
 }  // namespace qd

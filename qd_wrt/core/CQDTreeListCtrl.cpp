@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cwchar>
 #include <utility>
 
 #include "qd_wrt/core/CQDTreeMenu.h"
@@ -89,9 +88,10 @@ HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) 
   if (node->HasCheck()) SetChecked(row, kChecked);
   if (node->IsShowID() && node->GetID() > 0) {
     // Padded here, plain when the number changes later: column 1 is compared as a number only.
-    std::array<wchar_t, 24> text{};
-    std::swprintf(text.data(), text.size(), L"%-3ld", node->GetID());
-    SetItemText(row, 1, text.data());
+    constexpr std::size_t kWidth = 3;
+    CString text = std::to_wstring(node->GetID());
+    text.resize(std::max(text.size(), kWidth), L' ');
+    SetItemText(row, 1, text);
   }
   if (node->IsShowColor()) SetItemColor(row, node->GetColor(), 0);
   return row;

@@ -91,6 +91,8 @@ class Pool : public Interface, public IPoolStore {
   }
 
   std::size_t Count() const { return m_count; }
+  /// The number that the next record will get.
+  int NextNumber() const { return static_cast<int>(m_records.size()) + 1; }
 
   void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) override {
     std::shared_ptr<const T>& place = m_records[Index(itr)];

@@ -1,0 +1,299 @@
+#include "platform/qt/QtPeer.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPainter>
+#include <QScrollBar>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include "platform/CDC.h"
+#include "platform/CWnd.h"
+#include "platform/qt/QtConvert.h"
+#include "platform/qt/QtPainter.h"
+#include "platform/qt/QtToolkit.h"
+
+namespace qd {
+
+namespace {
+
+unsigned FlagsOf(Qt::KeyboardModifiers modifiers) {
+  return (modifiers.testFlag(Qt::ShiftModifier) ? kMouseShift : 0U) |
+         (modifiers.testFlag(Qt::ControlModifier) ? kMouseControl : 0U);
+}
+
+/// 0 for a key that no control acts on.
+int KeyOf(int qtKey) {
+  switch (qtKey) {
+    case Qt::Key_Up: return kKeyUp;
+    case Qt::Key_Down: return kKeyDown;
+    case Qt::Key_Left: return kKeyLeft;
+    case Qt::Key_Right: return kKeyRight;
+    case Qt::Key_Home: return kKeyHome;
+    case Qt::Key_End: return kKeyEnd;
+    case Qt::Key_PageUp: return kKeyPageUp;
+    case Qt::Key_PageDown: return kKeyPageDown;
+    case Qt::Key_Escape: return kKeyEscape;
+    default: return 0;
+  }
+}
+
+void ApplyScroll(QScrollBar& bar, const ScrollState& state) {
+  const QSignalBlocker quiet(bar);
+  bar.setRange(0, state.maximum);
+  bar.setPageStep(state.page);
+  bar.setSingleStep(1);
+  bar.setValue(state.position);
+}
+
+}  // namespace
+
+// ---- surface --------------------------------------------------------------------------------------------
+
+SurfaceWidget::SurfaceWidget(QtToolkit& toolkit, CWnd& owner, bool vertScroll, QWidget* parent)
+    : QWidget(parent), m_toolkit(toolkit), m_owner(&owner) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+  // The menu is asked for on release; the system's own request may come on press.
+  setContextMenuPolicy(Qt::PreventContextMenu);
+  if (!vertScroll) return;
+  m_scroll = new QScrollBar(Qt::Vertical, this);  // owned by this widget
+  m_scroll->hide();
+  connect(m_scroll, &QScrollBar::valueChanged, this,
+          [this](int value) { Deliver({.kind = MessageKind::Scroll, .amount = value}); });
+}
+
+void SurfaceWidget::Deliver(Message message) {
+  if (m_owner == nullptr) return;
+  message.target = m_owner;
+  m_toolkit.Deliver(message);
+}
+
+QRect SurfaceWidget::ClientArea() const {
+  QRect area = rect();
+  if (m_scroll != nullptr && !m_scroll->isHidden()) area.setWidth(std::max(area.width() - m_scroll->width(), 0));
+  return area;
+}
+
+void SurfaceWidget::SetScroll(const ScrollState& state) {
+  if (m_scroll == nullptr) return;
+  ApplyScroll(*m_scroll, state);
+  const bool show = state.maximum > 0;
+  if (show == !m_scroll->isHidden()) return;
+  m_scroll->setVisible(show);
+  PlaceScrollBar();
+  Deliver({.kind = MessageKind::Size});
+}
+
+void SurfaceWidget::PlaceScrollBar() {
+  if (m_scroll == nullptr) return;
+  const int bar = m_scroll->sizeHint().width();
+  m_scroll->setGeometry(width() - bar, 0, bar, height());
+}
+
+void SurfaceWidget::Post(unsigned id, std::uint64_t parameter) {
+  QMetaObject::invokeMethod(
+      this, [this, id, parameter] { Deliver({.kind = MessageKind::Posted, .id = id, .parameter = parameter}); },
+      Qt::QueuedConnection);
+}
+
+bool SurfaceWidget::event(QEvent* event) {
+  if (event->type() == QEvent::Leave) Deliver({.kind = MessageKind::MouseLeave});
+  if (event->type() == QEvent::WindowDeactivate) m_toolkit.LoseCapture();
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) update();
+  return QWidget::event(event);
+}
+
+void SurfaceWidget::paintEvent(QPaintEvent* event) {
+  if (m_owner == nullptr) return;
+  QPainter painter(this);
+  QtPainter target(painter, FromQt(event->rect() & ClientArea()));
+  CDC dc(target);
+  m_owner->OnPaint(dc);
+}
+
+void SurfaceWidget::resizeEvent(QResizeEvent*) {
+  PlaceScrollBar();
+  Deliver({.kind = MessageKind::Size});
+}
+
+void SurfaceWidget::DeliverMouse(MessageKind kind, const QMouseEvent& event) {
+  Deliver({.kind = kind, .point = FromQt(event.position().toPoint()), .flags = FlagsOf(event.modifiers())});
+}
+
+void SurfaceWidget::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) DeliverMouse(MessageKind::LeftDown, *event);
+  if (event->button() == Qt::RightButton) DeliverMouse(MessageKind::RightDown, *event);
+}
+
+void SurfaceWidget::mouseReleaseEvent(QMouseEvent* event) {
+  const QPointer<SurfaceWidget> alive(this);
+  if (event->button() == Qt::LeftButton) DeliverMouse(MessageKind::LeftUp, *event);
+  if (event->button() != Qt::RightButton) return;
+  DeliverMouse(MessageKind::RightUp, *event);
+  if (alive != nullptr) RequestMenu(event->globalPosition().toPoint());
+}
+
+/// Posted, so that everything that the release brings about is done before the menu opens.
+void SurfaceWidget::RequestMenu(const QPoint& at) {
+  QMetaObject::invokeMethod(
+      this, [this, at] { Deliver({.kind = MessageKind::ContextMenu, .point = FromQt(at)}); }, Qt::QueuedConnection);
+}
+
+void SurfaceWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  // A fast second right press is a press like any other.
+  if (event->button() == Qt::LeftButton) DeliverMouse(MessageKind::LeftDouble, *event);
+  if (event->button() == Qt::RightButton) DeliverMouse(MessageKind::RightDown, *event);
+}
+
+void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) { DeliverMouse(MessageKind::MouseMove, *event); }
+
+void SurfaceWidget::wheelEvent(QWheelEvent* event) {
+  constexpr int kNotch = 120;
+  m_wheelRest += event->angleDelta().y() * QApplication::wheelScrollLines();
+  const int lines = m_wheelRest / kNotch;
+  m_wheelRest -= lines * kNotch;
+  if (lines != 0) Deliver({.kind = MessageKind::Wheel, .amount = lines});
+  event->accept();
+}
+
+void SurfaceWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Menu) {
+    RequestMenu(mapToGlobal(ClientArea().center()));
+    return;
+  }
+  const int key = KeyOf(event->key());
+  if (key == 0) return QWidget::keyPressEvent(event);
+  Deliver({.kind = MessageKind::KeyDown, .flags = FlagsOf(event->modifiers()), .key = key});
+}
+
+void SurfaceWidget::focusInEvent(QFocusEvent*) { Deliver({.kind = MessageKind::FocusGained}); }
+
+void SurfaceWidget::focusOutEvent(QFocusEvent*) { Deliver({.kind = MessageKind::FocusLost}); }
+
+// ---- peer -----------------------------------------------------------------------------------------------
+
+QtPeer::QtPeer(QtToolkit& toolkit, CWnd& owner, PeerKind kind, QWidget* parent, const CRect& area)
+    : m_toolkit(toolkit), m_owner(owner) {
+  switch (kind) {
+    case PeerKind::Surface:
+    case PeerKind::SurfaceVScroll:
+      m_surface = new SurfaceWidget(toolkit, owner, kind == PeerKind::SurfaceVScroll, parent);
+      m_widget = m_surface;
+      break;
+    case PeerKind::HorizontalScroll: {
+      auto* bar = new QScrollBar(Qt::Horizontal, parent);
+      QObject::connect(bar, &QScrollBar::valueChanged, bar, [this](int value) {
+        m_toolkit.Deliver({.kind = MessageKind::Scroll, .target = &m_owner, .amount = value});
+      });
+      m_widget = bar;
+      break;
+    }
+    case PeerKind::ToolTip: {
+      auto* tip = new QLabel(parent, Qt::ToolTip);
+      tip->setTextFormat(Qt::PlainText);  // names are no markup
+      tip->setMargin(2);
+      tip->setAutoFillBackground(true);
+      m_widget = tip;
+      return;
+    }
+  }
+  m_widget->setGeometry(ToQt(area));
+  if (parent != nullptr) m_widget->show();
+}
+
+QtPeer::~QtPeer() {
+  m_toolkit.WindowGone(m_owner);
+  if (m_widget == nullptr) return;
+  if (m_surface != nullptr) m_surface->Release();
+  // The window may be dying inside one of its own events.
+  m_widget->disconnect();
+  m_widget->hide();
+  m_widget->setParent(nullptr);
+  m_widget->deleteLater();
+}
+
+void QtPeer::Move(const CRect& area) {
+  if (m_widget != nullptr) m_widget->setGeometry(ToQt(area));
+}
+
+CRect QtPeer::ClientRect() const {
+  if (m_widget == nullptr) return {};
+  return FromQt(m_surface != nullptr ? m_surface->ClientArea() : m_widget->rect());
+}
+
+void QtPeer::Show(bool show) {
+  if (m_widget != nullptr) m_widget->setVisible(show);
+}
+
+void QtPeer::Enable(bool enable) {
+  if (m_widget != nullptr) m_widget->setEnabled(enable);
+}
+
+void QtPeer::Invalidate(const CRect& area) {
+  if (m_widget != nullptr) m_widget->update(ToQt(area));
+}
+
+void QtPeer::PaintNow() {
+  if (m_widget != nullptr) m_widget->repaint();
+}
+
+CPoint QtPeer::ToScreen(CPoint point) const {
+  return m_widget != nullptr ? FromQt(m_widget->mapToGlobal(ToQt(point))) : point;
+}
+
+void QtPeer::TakeFocus() {
+  if (m_widget != nullptr) m_widget->setFocus();
+}
+
+bool QtPeer::HasFocus() const { return m_widget != nullptr && m_widget->hasFocus(); }
+
+void QtPeer::SetTimer(unsigned id, unsigned milliseconds) {
+  KillTimer(id);
+  if (m_widget == nullptr) return;
+  auto* timer = new QTimer(m_widget);  // owned by the widget
+  timer->setObjectName(QString::number(id));
+  QObject::connect(timer, &QTimer::timeout, timer, [this, id] {
+    m_toolkit.Deliver({.kind = MessageKind::Timer, .target = &m_owner, .id = id});
+  });
+  timer->start(static_cast<int>(milliseconds));
+}
+
+void QtPeer::KillTimer(unsigned id) {
+  if (m_widget != nullptr) delete m_widget->findChild<QTimer*>(QString::number(id), Qt::FindDirectChildrenOnly);
+}
+
+void QtPeer::Post(unsigned id, std::uint64_t parameter) {
+  if (m_surface != nullptr && m_widget != nullptr) m_surface->Post(id, parameter);
+}
+
+void QtPeer::SetScroll(const ScrollState& state) {
+  if (m_widget == nullptr) return;
+  if (m_surface != nullptr) {
+    m_surface->SetScroll(state);
+  } else if (auto* bar = qobject_cast<QScrollBar*>(m_widget.data())) {
+    ApplyScroll(*bar, state);
+  }
+}
+
+void QtPeer::SetCursor(CursorShape shape) {
+  if (m_widget != nullptr) m_widget->setCursor(shape == CursorShape::ResizeColumn ? Qt::SplitHCursor : Qt::ArrowCursor);
+}
+
+void QtPeer::ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) {
+  auto* tip = qobject_cast<QLabel*>(m_widget.data());
+  if (tip == nullptr) return;
+  if (text.empty()) return tip->hide();
+  QPalette palette = tip->palette();
+  palette.setColor(QPalette::Window, ToQt(background));
+  palette.setColor(QPalette::WindowText, ToQt(colour));
+  tip->setPalette(palette);
+  tip->setText(ToQt(text).simplified());
+  tip->adjustSize();
+  tip->move(ToQt(screen));
+  tip->show();
+}
+
+}  // namespace qd

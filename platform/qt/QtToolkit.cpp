@@ -1,0 +1,181 @@
+#include "platform/qt/QtToolkit.h"
+
+#include <QApplication>
+#include <QCursor>
+#include <QEventLoop>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QImage>
+#include <QMenu>
+#include <QPixmap>
+#include <QPointer>
+#include <QStyle>
+#include <QTextLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "platform/BCMenu.h"
+#include "platform/CWnd.h"
+#include "platform/qt/QtConvert.h"
+#include "platform/qt/QtPeer.h"
+
+namespace qd {
+
+QWidget* QtToolkit::WidgetOf(const CWnd& window) {
+  const auto* peer = static_cast<const QtPeer*>(window.GetPeer());
+  return peer != nullptr ? peer->Widget() : nullptr;
+}
+
+std::unique_ptr<IPeer> QtToolkit::MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) {
+  QWidget* above = parent != nullptr ? static_cast<QtPeer*>(parent)->Widget() : nullptr;
+  return std::make_unique<QtPeer>(*this, owner, kind, above, area);
+}
+
+// ---- metrics, colours, text -----------------------------------------------------------------------------
+
+int QtToolkit::GetMetric(Metric metric) const {
+  switch (metric) {
+    case Metric::ScrollBarWidth:
+    case Metric::ScrollBarHeight: return QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    case Metric::DragWidth:
+    case Metric::DragHeight: return QApplication::startDragDistance() / 2;  // to either side
+  }
+  return 0;
+}
+
+COLORREF QtToolkit::GetColour(SystemColour colour) const {
+  const QPalette palette = QApplication::palette();
+  switch (colour) {
+    case SystemColour::Window: return FromQt(palette.color(QPalette::Base));
+    case SystemColour::WindowText: return FromQt(palette.color(QPalette::Text));
+    case SystemColour::Highlight: return FromQt(palette.color(QPalette::Highlight));
+    case SystemColour::HighlightText: return FromQt(palette.color(QPalette::HighlightedText));
+    case SystemColour::ButtonFace: return FromQt(palette.color(QPalette::Button));
+    case SystemColour::ButtonText: return FromQt(palette.color(QPalette::ButtonText));
+    case SystemColour::Shadow: return FromQt(palette.color(QPalette::Mid));
+  }
+  return 0;
+}
+
+QFont QtToolkit::FontOf(const Font& font) {
+  QFont result = QApplication::font();
+  if (!font.face.empty() && QFontDatabase::hasFamily(ToQt(font.face))) result.setFamily(ToQt(font.face));
+  if (font.height > 0) result.setPixelSize(font.height);
+  result.setBold(font.bold);
+  return result;
+}
+
+int QtToolkit::FontHeight(const Font& font) const { return QFontMetrics(FontOf(font)).height(); }
+
+void QtToolkit::PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const {
+  widths.assign(text.size() + 1, 0);
+  if (text.empty()) return;
+  const QString shown = ToQt(text);
+  QTextLayout layout(shown, FontOf(font));
+  layout.beginLayout();
+  const QTextLine line = layout.createLine();
+  layout.endLayout();
+  // A position in the text, shaped as a whole; in right-to-left runs the cursor walks back, so only growth counts.
+  int unit = 0;
+  int widest = 0;
+  const bool rightToLeft = shown.isRightToLeft();
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    unit += sizeof(wchar_t) > 2 && static_cast<std::uint32_t>(text[i]) > 0xFFFF ? 2 : 1;
+    const double x = line.cursorToX(unit);
+    const double reached = rightToLeft ? line.naturalTextWidth() - x : x;
+    widest = std::max(widest, static_cast<int>(std::ceil(reached)));
+    widths[i + 1] = widest;
+  }
+  widths.back() = std::max(widest, static_cast<int>(std::ceil(line.naturalTextWidth())));
+}
+
+QImage QtToolkit::ImageOf(const Picture& picture, double scale) {
+  const bool doubled = scale > 1.0 && !picture.pixelsDouble.empty();
+  const auto& pixels = doubled ? picture.pixelsDouble : picture.pixels;
+  const int factor = doubled ? 2 : 1;
+  QImage image(reinterpret_cast<const uchar*>(pixels.data()), picture.width * factor, picture.height * factor,
+               QImage::Format_ARGB32_Premultiplied);
+  image.setDevicePixelRatio(factor);
+  return image;
+}
+
+CPoint QtToolkit::CursorPosition() const { return FromQt(QCursor::pos()); }
+
+void QtToolkit::SetWaitCursor(bool on) {
+  if (on) {
+    QApplication::setOverrideCursor(Qt::WaitCursor);
+  } else {
+    QApplication::restoreOverrideCursor();
+  }
+}
+
+// ---- messages and capture -------------------------------------------------------------------------------
+
+void QtToolkit::Deliver(const Message& message) {
+  if (m_capture == nullptr) return message.target->Dispatch(message);
+  Capture* capture = m_capture;
+  const CaptureVerdict verdict = (*capture->decide)(message);
+  if (verdict == CaptureVerdict::Dispatch || verdict == CaptureVerdict::StopAndDispatch) {
+    // A handler may hold a capture of its own.
+    m_capture = verdict == CaptureVerdict::StopAndDispatch ? nullptr : capture;
+    message.target->Dispatch(message);
+  }
+  if (verdict != CaptureVerdict::Stop && verdict != CaptureVerdict::StopAndDispatch) return;
+  capture->stopped = true;
+  capture->loop->quit();
+}
+
+void QtToolkit::LoseCapture() {
+  if (m_capture != nullptr) m_capture->loop->quit();
+}
+
+void QtToolkit::WindowGone(const CWnd& window) {
+  if (m_capture != nullptr && m_capture->owner == &window) LoseCapture();
+}
+
+CaptureEnd QtToolkit::RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) {
+  if (!owner.IsCreated()) return CaptureEnd::Lost;
+  const std::weak_ptr<void> life = owner.Life();
+  QEventLoop loop;
+  Capture capture{&owner, &decide, &loop, false};
+  Capture* outer = std::exchange(m_capture, &capture);
+  loop.exec();
+  m_capture = outer;
+  return capture.stopped && !life.expired() && owner.IsCreated() ? CaptureEnd::Stopped : CaptureEnd::Lost;
+}
+
+// ---- menus ----------------------------------------------------------------------------------------------
+
+namespace {
+
+void Fill(QMenu& menu, const BCMenu& entries, double scale) {
+  for (const BCMenu::Entry& entry : entries.Entries()) {
+    if (entry.kind == BCMenu::Entry::Kind::Separator) {
+      menu.addSeparator();
+      continue;
+    }
+    QString text = ToQt(entry.text);
+    text.replace('&', "&&");  // texts are no mnemonics
+    if (entry.subMenu != nullptr) {
+      Fill(*menu.addMenu(text), *entry.subMenu, scale);
+      continue;
+    }
+    QAction* action = menu.addAction(text);
+    action->setData(entry.id);
+    action->setCheckable(entry.checked);
+    action->setChecked(entry.checked);
+    if (entry.picture != nullptr) action->setIcon(QPixmap::fromImage(QtToolkit::ImageOf(*entry.picture, scale).copy()));
+  }
+}
+
+}  // namespace
+
+unsigned QtToolkit::TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) {
+  const QWidget* widget = WidgetOf(owner);
+  QMenu popup;
+  Fill(popup, menu, widget != nullptr ? widget->devicePixelRatioF() : 1.0);
+  const QAction* chosen = popup.exec(ToQt(screen));
+  return chosen != nullptr ? chosen->data().toUInt() : 0;
+}
+
+}  // namespace qd

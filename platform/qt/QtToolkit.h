@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+
+#include "platform/Toolkit.h"
+
+class QEventLoop;
+class QFont;
+class QImage;
+class QWidget;
+
+namespace qd {
+
+/// The Qt 6 Widgets toolkit. A QApplication must exist before it and until after it.
+class QtToolkit final : public IToolkit {
+ public:
+  QtToolkit() = default;
+  ~QtToolkit() override = default;
+
+  /// The widget of a window, for a host that puts it into its own; null while the window does not exist. The
+  /// window keeps owning it.
+  static QWidget* WidgetOf(const CWnd& window);
+  /// A picture at the resolution that suits a screen of this scale.
+  static QImage ImageOf(const Picture& picture, double scale);
+  static QFont FontOf(const Font& font);
+
+  /// Hands a message to its window, or to the holder of the capture first. For peers.
+  void Deliver(const Message& message);
+  /// Ends a running capture as lost. For peers.
+  void LoseCapture();
+  /// A window is being destroyed, perhaps the one that holds the capture. For peers.
+  void WindowGone(const CWnd& window);
+
+  std::unique_ptr<IPeer> MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) override;
+  int GetMetric(Metric metric) const override;
+  COLORREF GetColour(SystemColour colour) const override;
+  int FontHeight(const Font& font) const override;
+  void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const override;
+  CPoint CursorPosition() const override;
+  void SetWaitCursor(bool on) override;
+  CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
+  unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
+
+ private:
+  struct Capture {
+    const CWnd* owner;
+    const std::function<CaptureVerdict(const Message&)>* decide;
+    QEventLoop* loop;
+    bool stopped;
+  };
+  Capture* m_capture = nullptr;  // the innermost one running
+};
+
+}  // namespace qd

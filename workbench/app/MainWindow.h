@@ -1,0 +1,102 @@
+#pragma once
+
+#include <QMainWindow>
+#include <memory>
+#include <vector>
+
+#include "host/CMainFrame.h"
+#include "qd_wrt/core/CWorksTreeManager.h"
+#include "workbench/app/ImportJob.h"
+#include "workbench/app/MessageTables.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/model/Database.h"
+#include "workbench/tree/DocumentNode.h"
+
+class QAction;
+class QDockWidget;
+class QPlainTextEdit;
+class QProgressBar;
+class QToolButton;
+
+namespace qd::workbench {
+
+class ModelView;
+class PropertyPane;
+class TreePane;
+
+/// The main window: one document, its view, its works trees and the property and message panes.
+class MainWindow final : public QMainWindow, public CMainFrame, private IDatabaseListener {
+ public:
+  explicit MainWindow(MessageTables& messages);
+  ~MainWindow() override;
+
+  /// Imports files one after another. Messages go to the message pane and, for failures, to standard error too.
+  void Import(const QStringList& paths);
+  bool IsImporting() const { return m_job != nullptr || !m_waiting.isEmpty(); }
+  /// How many imports have failed so far.
+  int FailedImports() const { return m_failed; }
+  /// Whether everything is on screen.
+  bool IsUpToDate() const;
+  void SetLanguage(const QString& language);
+
+  WorkDocument& Document() { return *m_doc; }
+  ModelView& View() { return *m_view; }
+  TreePane& ModelTreePane() { return *m_modelPane; }
+
+  CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
+  IWorksTreeManager* GetWorksTreeManager() override { return m_manager.get(); }
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  /// A menu action whose text follows the language.
+  struct Translated {
+    QAction* action;
+    const char* key;
+  };
+
+  void MakePanes();
+  void MakeMenus();
+  QAction* Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)());
+  void Retranslate();
+  void RefreshActions();
+  void ApplyPalette();
+
+  void OnImport();
+  void OnUndo();
+  void OnRedo();
+  void OnDelete();
+  void OnFit();
+  void OnShowAll();
+  void OnHideAll();
+  void OnPick(iterator itr, bool add);
+  void OnDatabaseChanged(const CQDUpdateRecord& record) override;
+
+  void StartNextImport();
+  void StoreImported(ImportedModel& model);
+  void EndImport();
+  void Say(const QString& text, bool failure);
+
+  MessageTables& m_messages;
+  std::unique_ptr<WorkDocument> m_doc;
+  TreeFactory m_factory;
+  std::unique_ptr<CWorksTreeManager> m_manager;
+  ModelView* m_view = nullptr;  // these are owned by their Qt parents
+  TreePane* m_modelPane = nullptr;
+  TreePane* m_gsetPane = nullptr;
+  PropertyPane* m_properties = nullptr;
+  QDockWidget* m_messagePane = nullptr;
+  QPlainTextEdit* m_messageText = nullptr;
+  QProgressBar* m_progress = nullptr;
+  QToolButton* m_cancel = nullptr;
+  std::vector<Translated> m_translated;
+  QAction* m_undo = nullptr;
+  QAction* m_redo = nullptr;
+  QAction* m_delete = nullptr;
+  QStringList m_waiting;
+  std::unique_ptr<ImportJob> m_job;
+  int m_failed = 0;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QDockWidget>
+#include <memory>
+
+#include "host/IWorksTree.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+
+namespace qd::workbench {
+
+/// The docking pane of one tree type. The workbench has one document, so a pane has one tree.
+class TreePane final : public QDockWidget, public CSwitchDockablePane {
+ public:
+  TreePane(const QString& name, QWidget* parent);
+  ~TreePane() override;
+
+  /// Makes the tree's window; the items come later.
+  void Open(CQDDocBase& doc);
+  CWorksTreeBar& Bar() { return m_bar; }
+
+  IWorksTree* GetTree(CDocument* doc) override;
+  void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }
+  IWorksTree* GetDefaultPane() override { return nullptr; }
+
+ private:
+  CWorksTreeBar m_bar;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/exchange/ImportedModel.h"
+
+namespace qd::workbench {
+
+/// What the exchange program sends over its pipe: frames of a type, a length and a payload, in the byte order of
+/// the machine that both ends run on.
+enum class FrameType : std::uint32_t {
+  Progress = 1,  ///< thousandths done
+  Part = 2,
+  MeshSet = 3,
+  Done = 4,
+  Error = 5,  ///< a message key and a detail for it
+};
+
+struct ImportError {
+  std::string key;     ///< message key of the reason
+  std::string detail;  ///< for the text's "%s", may be empty
+};
+
+std::string EncodeProgress(std::uint32_t thousandths);
+std::string Encode(const ImportedPart& part);
+std::string Encode(const ImportedMeshSet& set);
+std::string Encode(const ImportError& error);
+
+/// Each answers nothing for a payload that is cut short, too long or otherwise none.
+std::optional<std::uint32_t> DecodeProgress(std::string_view payload);
+std::optional<ImportedPart> DecodePart(std::string_view payload);
+std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload);
+std::optional<ImportError> DecodeError(std::string_view payload);
+
+/// A frame around a payload, ready to be written.
+std::string FrameOf(FrameType type, std::string_view payload);
+
+/// Takes bytes in pieces of any size and gives out whole frames.
+class FrameReader {
+ public:
+  struct Frame {
+    FrameType type;
+    std::string payload;
+  };
+  void Feed(std::string_view bytes) { m_buffer.append(bytes); }
+  /// The next whole frame, nothing while it has not arrived.
+  std::optional<Frame> Next();
+  /// Bytes of a frame that was never finished.
+  bool HasRest() const { return m_buffer.size() > m_read; }
+
+ private:
+  std::string m_buffer;
+  std::size_t m_read = 0;
+};
+
+}  // namespace qd::workbench

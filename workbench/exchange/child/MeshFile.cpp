@@ -1,0 +1,120 @@
+#include "workbench/exchange/child/MeshFile.h"
+
+#include <gmsh.h>
+
+#include <set>
+#include <unordered_map>
+
+namespace qd::workbench {
+
+namespace {
+
+/// The library, from start to end.
+class Session {
+ public:
+  Session() {
+    gmsh::initialize();
+    gmsh::option::setNumber("General.Terminal", 0);
+    gmsh::option::setNumber("General.AbortOnError", 2);
+  }
+  ~Session() { gmsh::finalize(); }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+};
+
+using Coordinates = std::unordered_map<std::size_t, std::array<double, 3>>;
+
+Coordinates AllNodes() {
+  std::vector<std::size_t> tags;
+  std::vector<double> coordinates;
+  std::vector<double> parameters;
+  gmsh::model::mesh::getNodes(tags, coordinates, parameters);
+  Coordinates nodes;
+  nodes.reserve(tags.size());
+  for (std::size_t i = 0; i < tags.size(); ++i) {
+    nodes[tags[i]] = {coordinates[3 * i], coordinates[3 * i + 1], coordinates[3 * i + 2]};
+  }
+  return nodes;
+}
+
+/// Adds the elements of one entity, one block per element type.
+void AddElements(int dimension, int entity, MeshData& mesh) {
+  std::vector<int> types;
+  std::vector<std::vector<std::size_t>> elements;
+  std::vector<std::vector<std::size_t>> nodes;
+  gmsh::model::mesh::getElements(types, elements, nodes, dimension, entity);
+  for (std::size_t i = 0; i < types.size(); ++i) {
+    if (elements[i].empty()) continue;
+    MeshData::Block& block = mesh.blocks.emplace_back();
+    block.elementType = types[i];
+    block.nodesPerElement = static_cast<int>(nodes[i].size() / elements[i].size());
+    block.elementIds.assign(elements[i].begin(), elements[i].end());
+    block.nodeIds.assign(nodes[i].begin(), nodes[i].end());
+  }
+}
+
+/// Gives the mesh the nodes that its elements use.
+void AddUsedNodes(const Coordinates& nodes, MeshData& mesh) {
+  std::set<std::uint64_t> used;
+  for (const MeshData::Block& block : mesh.blocks) used.insert(block.nodeIds.begin(), block.nodeIds.end());
+  for (const std::uint64_t node : used) {
+    const auto found = nodes.find(node);
+    if (found == nodes.end()) throw ImportError{"IDS_WB_IMPORT_NODE", std::to_string(node)};
+    mesh.nodeIds.push_back(node);
+    mesh.coordinates.insert(mesh.coordinates.end(), found->second.begin(), found->second.end());
+  }
+}
+
+struct Group {
+  int dimension;
+  std::vector<int> entities;
+  std::string name;
+};
+
+std::vector<Group> GroupsOfFile() {
+  std::vector<Group> groups;
+  gmsh::vectorpair physical;
+  gmsh::model::getPhysicalGroups(physical);
+  for (const auto& [dimension, tag] : physical) {
+    Group& group = groups.emplace_back();
+    group.dimension = dimension;
+    gmsh::model::getEntitiesForPhysicalGroup(dimension, tag, group.entities);
+    gmsh::model::getPhysicalName(dimension, tag, group.name);
+    if (group.name.empty()) group.name = "Group " + std::to_string(tag);
+  }
+  if (!groups.empty()) return groups;
+  gmsh::vectorpair entities;
+  gmsh::model::getEntities(entities, gmsh::model::getDimension());
+  for (const auto& [dimension, tag] : entities) groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
+  return groups;
+}
+
+void SendGroups(Sink& sink) {
+  const Coordinates nodes = AllNodes();
+  const std::vector<Group> groups = GroupsOfFile();
+  double done = 0;
+  for (const Group& group : groups) {
+    ImportedMeshSet set;
+    set.name = group.name;
+    for (const int entity : group.entities) AddElements(group.dimension, entity, set.mesh);
+    AddUsedNodes(nodes, set.mesh);
+    if (!set.mesh.blocks.empty()) sink.MeshSet(set);
+    sink.Progress(++done / static_cast<double>(groups.size()));
+  }
+}
+
+}  // namespace
+
+void ReadMeshFile(const std::string& path, Sink& sink) {
+  const Session session;
+  try {
+    gmsh::merge(path);
+    SendGroups(sink);
+  } catch (const std::string& reason) {
+    throw ImportError{"IDS_WB_IMPORT_READER", reason};
+  } catch (int) {
+    throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
+  }
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+
+#include "workbench/exchange/child/Sink.h"
+
+namespace qd::workbench {
+
+/// Reads an MSH, UNV, BDF or STL file and sends one mesh set per physical group, or per entity of the highest
+/// dimension where the file has no groups. Throws ImportError.
+void ReadMeshFile(const std::string& path, Sink& sink);
+
+}  // namespace qd::workbench

@@ -1,0 +1,249 @@
+#include "workbench/view/ModelView.h"
+
+#include <vtkCallbackCommand.h>
+#include <vtkCamera.h>
+#include <vtkGenericOpenGLRenderWindow.h>
+#include <vtkGenericRenderWindowInteractor.h>
+#include <vtkHardwareSelector.h>
+#include <vtkInformation.h>
+#include <vtkInteractorStyleTrackballCamera.h>
+#include <vtkNew.h>
+#include <vtkOpenGLState.h>
+#include <vtkRenderer.h>
+#include <vtkSelection.h>
+#include <vtkSelectionNode.h>
+
+#include <QApplication>
+#include <QMouseEvent>
+#include <QOpenGLContext>
+#include <QSurfaceFormat>
+#include <QTimer>
+#include <QWheelEvent>
+
+#include "workbench/view/PartScene.h"
+
+namespace qd::workbench {
+
+/// What belongs to VTK.
+struct ModelView::Window {
+  vtkNew<vtkGenericOpenGLRenderWindow> window;
+  vtkNew<vtkRenderer> renderer;
+  vtkNew<vtkGenericRenderWindowInteractor> interactor;
+  vtkNew<vtkInteractorStyleTrackballCamera> style;
+  vtkNew<vtkCallbackCommand> makeCurrent;
+  vtkNew<vtkCallbackCommand> isCurrent;
+  vtkNew<vtkCallbackCommand> frame;
+  std::unique_ptr<PartScene> scene;
+  bool ready = false;
+  bool painting = false;
+};
+
+void ModelView::SetDefaultFormat() {
+  QSurfaceFormat format;
+  format.setRenderableType(QSurfaceFormat::OpenGL);
+  format.setVersion(3, 2);
+  format.setProfile(QSurfaceFormat::CoreProfile);
+  format.setRedBufferSize(8);
+  format.setGreenBufferSize(8);
+  format.setBlueBufferSize(8);
+  format.setAlphaBufferSize(8);
+  format.setDepthBufferSize(24);
+  format.setStencilBufferSize(0);
+  QSurfaceFormat::setDefaultFormat(format);
+}
+
+ModelView::ModelView(WorkDocument& doc, QWidget* parent)
+    : QOpenGLWidget(parent), m_doc(doc), m_window(std::make_unique<Window>()) {
+  setMinimumSize(200, 150);
+  Window& w = *m_window;
+  w.window->SetFrameBlitModeToBlitToCurrent();
+  w.window->SetMultiSamples(0);
+  w.window->AddRenderer(w.renderer);
+  w.renderer->SetBackground(0.93, 0.95, 0.97);
+  w.renderer->SetBackground2(0.62, 0.70, 0.80);
+  w.renderer->GradientBackgroundOn();
+  w.interactor->SetRenderWindow(w.window);
+  w.interactor->SetInteractorStyle(w.style);
+  w.scene = std::make_unique<PartScene>(doc, *w.renderer);
+
+  w.makeCurrent->SetClientData(this);
+  w.makeCurrent->SetCallback([](vtkObject*, unsigned long, void* self, void*) {
+    auto* view = static_cast<ModelView*>(self);
+    // Making a current context current again would unbind the frame buffer that is being painted.
+    if (view->context() != nullptr && QOpenGLContext::currentContext() != view->context()) view->makeCurrent();
+  });
+  w.isCurrent->SetClientData(this);
+  w.isCurrent->SetCallback([](vtkObject*, unsigned long, void* self, void* answer) {
+    auto* view = static_cast<ModelView*>(self);
+    *static_cast<bool*>(answer) = view->context() != nullptr && QOpenGLContext::currentContext() == view->context();
+  });
+  w.frame->SetClientData(this);
+  w.frame->SetCallback([](vtkObject*, unsigned long, void* self, void*) {
+    auto* view = static_cast<ModelView*>(self);
+    if (!view->m_window->painting) view->update();
+  });
+  w.window->AddObserver(vtkCommand::WindowMakeCurrentEvent, w.makeCurrent);
+  w.window->AddObserver(vtkCommand::WindowIsCurrentEvent, w.isCurrent);
+  w.interactor->AddObserver(vtkCommand::RenderEvent, w.frame);
+  // The interactor only asks for frames; painting is the widget's.
+  w.interactor->EnableRenderOff();
+
+  doc.GetDisplay().SetOnDirty([this] { Redraw(0); });
+  doc.SetActiveView(this);
+}
+
+ModelView::~ModelView() {
+  m_doc.SetActiveView(nullptr);
+  m_doc.GetDisplay().SetOnDirty(nullptr);
+  makeCurrent();
+  m_window->window->Finalize();
+  m_window.reset();
+  doneCurrent();
+}
+
+// ---- the document ---------------------------------------------------------------------------------------
+
+void ModelView::Redraw(int) {
+  m_dirty = true;
+  update();
+}
+
+bool ModelView::IsUpToDate() const { return !m_dirty && !m_window->scene->IsBuilding(); }
+
+bool ModelView::IsOver(CPoint screen) const {
+  return isVisible() && rect().contains(mapFromGlobal(QPoint(screen.x, screen.y)));
+}
+
+void ModelView::Apply(const CQDUpdateRecord& record) {
+  m_window->scene->Apply(record);
+  if (m_window->scene->IsBuilding() && !m_building) {
+    m_building = true;
+    QTimer::singleShot(0, this, [this] { BuildSome(); });
+  }
+  Redraw(0);
+}
+
+/// Shapes are made in short runs between the events, so the window stays alive.
+void ModelView::BuildSome() {
+  constexpr int kRun = 20;
+  if (m_window->scene->Build(kRun)) {
+    QTimer::singleShot(0, this, [this] { BuildSome(); });
+    return;
+  }
+  m_building = false;
+  if (m_fitWhenBuilt) FitAll();
+  Redraw(0);
+}
+
+void ModelView::FitAll() {
+  double bounds[6];
+  if (!m_window->scene->ShownBounds(bounds)) return;
+  m_fitWhenBuilt = false;
+  vtkCamera* camera = m_window->renderer->GetActiveCamera();
+  double centre[3];
+  for (int axis = 0; axis < 3; ++axis) centre[axis] = (bounds[2 * axis] + bounds[2 * axis + 1]) / 2;
+  camera->SetFocalPoint(centre);
+  camera->SetPosition(centre[0] + 1, centre[1] - 1.4, centre[2] + 0.9);
+  camera->SetViewUp(0, 0, 1);
+  m_window->renderer->ResetCamera(bounds);
+  Redraw(0);
+}
+
+// ---- painting -------------------------------------------------------------------------------------------
+
+void ModelView::initializeGL() {
+  vtkGenericOpenGLRenderWindow& window = *m_window->window;
+  window.SetOwnContext(0);
+  window.SetReadyForRendering(true);
+  window.OpenGLInit();
+  m_window->ready = true;
+}
+
+void ModelView::resizeGL(int width, int height) {
+  const double scale = devicePixelRatioF();
+  const int deviceWidth = static_cast<int>(width * scale);
+  const int deviceHeight = static_cast<int>(height * scale);
+  m_window->window->SetSize(deviceWidth, deviceHeight);
+  m_window->interactor->SetSize(deviceWidth, deviceHeight);
+}
+
+void ModelView::paintGL() {
+  if (!m_window->ready || m_window->painting) return;
+  m_window->painting = true;
+  m_doc.GetDisplay().TakeDirty();
+  if (m_dirty) {
+    m_dirty = false;
+    m_window->scene->Update();
+    m_window->renderer->ResetCameraClippingRange();
+  }
+  // Qt has used the context in between.
+  m_window->window->GetState()->Reset();
+  m_window->window->GetState()->Push();
+  m_window->window->Render();
+  m_window->window->GetState()->Pop();
+  m_window->painting = false;
+}
+
+// ---- mouse ----------------------------------------------------------------------------------------------
+
+void ModelView::Tell(unsigned long event, const QPointF& at, Qt::KeyboardModifiers modifiers) {
+  const double scale = devicePixelRatioF();
+  m_window->interactor->SetEventInformationFlipY(static_cast<int>(at.x() * scale), static_cast<int>(at.y() * scale),
+                                                 modifiers.testFlag(Qt::ControlModifier) ? 1 : 0,
+                                                 modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0);
+  m_window->interactor->InvokeEvent(event);
+  m_window->renderer->ResetCameraClippingRange();
+  update();
+}
+
+void ModelView::mousePressEvent(QMouseEvent* event) {
+  setFocus();
+  m_pressed = event->position();
+  // Ctrl means adding to the selection here, not spinning.
+  if (event->button() == Qt::LeftButton) Tell(vtkCommand::LeftButtonPressEvent, event->position(), {});
+  if (event->button() == Qt::MiddleButton) Tell(vtkCommand::MiddleButtonPressEvent, event->position(), {});
+  if (event->button() == Qt::RightButton) Tell(vtkCommand::RightButtonPressEvent, event->position(), {});
+}
+
+void ModelView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::MiddleButton) Tell(vtkCommand::MiddleButtonReleaseEvent, event->position(), {});
+  if (event->button() == Qt::RightButton) Tell(vtkCommand::RightButtonReleaseEvent, event->position(), {});
+  if (event->button() != Qt::LeftButton) return;
+  Tell(vtkCommand::LeftButtonReleaseEvent, event->position(), {});
+  const bool clicked = (event->position() - m_pressed).manhattanLength() < QApplication::startDragDistance();
+  if (clicked && m_onPick) m_onPick(PickAt(event->position()), event->modifiers().testFlag(Qt::ControlModifier));
+}
+
+void ModelView::mouseMoveEvent(QMouseEvent* event) {
+  if (event->buttons() != Qt::NoButton) Tell(vtkCommand::MouseMoveEvent, event->position(), {});
+}
+
+void ModelView::wheelEvent(QWheelEvent* event) {
+  if (event->angleDelta().y() == 0) return;
+  const auto what = event->angleDelta().y() > 0 ? vtkCommand::MouseWheelForwardEvent : vtkCommand::MouseWheelBackwardEvent;
+  Tell(what, event->position(), {});
+}
+
+iterator ModelView::PickAt(const QPointF& at) {
+  if (!m_window->ready) return 0;
+  makeCurrent();
+  const double scale = devicePixelRatioF();
+  const auto x = static_cast<unsigned>(at.x() * scale);
+  const auto y = static_cast<unsigned>((height() - 1 - at.y()) * scale);
+  vtkNew<vtkHardwareSelector> selector;
+  selector->SetRenderer(m_window->renderer);
+  selector->SetFieldAssociation(vtkDataObject::FIELD_ASSOCIATION_CELLS);
+  selector->SetArea(x, y, x, y);
+  m_window->painting = true;
+  const auto selection = vtkSmartPointer<vtkSelection>::Take(selector->Select());
+  m_window->painting = false;
+  update();
+  if (selection == nullptr || selection->GetNumberOfNodes() == 0) return 0;
+  vtkInformation* properties = selection->GetNode(0)->GetProperties();
+  if (properties->Has(vtkSelectionNode::COMPOSITE_INDEX()) == 0) return 0;
+  // Number 0 is the data set as a whole, its blocks follow.
+  const int index = properties->Get(vtkSelectionNode::COMPOSITE_INDEX());
+  return index > 0 ? m_window->scene->PartOfBlock(static_cast<unsigned>(index - 1)) : 0;
+}
+
+}  // namespace qd::workbench
