@@ -1,4 +1,5 @@
-// Makes the example models. Usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box FILE.igs
+// Makes the example models. Usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box
+// FILE.igs
 
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
@@ -69,22 +70,27 @@ class Product {
   Handle(XCAFDoc_ColorTool) m_colours;
 };
 
-Quantity_Color Colour(double red, double green, double blue) { return {red, green, blue, Quantity_TOC_sRGB}; }
+Quantity_Color Colour(double red, double green, double blue) {
+  return {red, green, blue, Quantity_TOC_sRGB};
+}
 
-gp_Ax2 Along(double x, double y, double z) { return {gp_Pnt(x, y, z), gp_Dir(0, 0, 1)}; }
+gp_Ax2 Along(double x, double y, double z) {
+  return {gp_Pnt(x, y, z), gp_Dir(0, 0, 1)};
+}
 
 /// A pump: housing with bore, shaft with impeller, a cover with four bolts.
 bool MakePump(const char* path) {
   Product product;
   const TopoDS_Shape block = BRepPrimAPI_MakeBox(gp_Pnt(-40, -30, 0), gp_Pnt(40, 30, 50)).Shape();
   const TopoDS_Shape bore = BRepPrimAPI_MakeCylinder(Along(0, 0, 10), 22, 60).Shape();
-  const TDF_Label housing = product.Part("Housing", BRepAlgoAPI_Cut(block, bore).Shape(), Colour(0.55, 0.62, 0.70));
+  const TDF_Label housing =
+      product.Part("Housing", BRepAlgoAPI_Cut(block, bore).Shape(), Colour(0.55, 0.62, 0.70));
   const TDF_Label shaft =
       product.Part("Shaft", BRepPrimAPI_MakeCylinder(Along(0, 0, 0), 6, 90).Shape(), Colour(0.85, 0.72, 0.30));
   const TDF_Label impeller =
       product.Part("Impeller", BRepPrimAPI_MakeCone(Along(0, 0, 0), 20, 8, 14).Shape(), Colour(0.25, 0.60, 0.45));
-  const TDF_Label seal =
-      product.Part("Seal ring Ø20", BRepPrimAPI_MakeTorus(Along(0, 0, 0), 10, 3).Shape(), Colour(0.20, 0.20, 0.22));
+  const TDF_Label seal = product.Part("Seal ring Ø20", BRepPrimAPI_MakeTorus(Along(0, 0, 0), 10, 3).Shape(),
+                                      Colour(0.20, 0.20, 0.22));
   const TopoDS_Shape plate = BRepPrimAPI_MakeBox(gp_Pnt(-40, -30, 0), gp_Pnt(40, 30, 6)).Shape();
   const TopoDS_Shape hole = BRepPrimAPI_MakeCylinder(Along(0, 0, -1), 11, 10).Shape();
   const TDF_Label cover = product.Part("Cover", BRepAlgoAPI_Cut(plate, hole).Shape(), Colour(0.70, 0.36, 0.28));
@@ -113,8 +119,8 @@ bool MakeGrid(int count, const char* path) {
   const TDF_Label grid = product.Assembly("Grid");
   constexpr int kSide = 40;
   for (int i = 0; i < count; ++i) {
-    const TopoDS_Shape shape = i % 2 == 0 ? BRepPrimAPI_MakeBox(6, 6, 6 + i % 5).Shape()
-                                          : BRepPrimAPI_MakeCylinder(3, 6 + i % 7).Shape();
+    const TopoDS_Shape shape =
+        i % 2 == 0 ? BRepPrimAPI_MakeBox(6, 6, 6 + i % 5).Shape() : BRepPrimAPI_MakeCylinder(3, 6 + i % 7).Shape();
     const TDF_Label part = product.Part("Body " + std::to_string(i + 1), shape,
                                         Colour((i * 37 % 100) / 100.0, (i * 61 % 100) / 100.0, 0.5));
     product.Use(grid, part, {10.0 * (i % kSide), 10.0 * (i / kSide), 0});

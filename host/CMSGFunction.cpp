@@ -6,7 +6,9 @@ namespace {
 const CMSGFunction::ITable* theTable = nullptr;
 }
 
-CMSGFunction::ITable::ITable() { theTable = this; }
+CMSGFunction::ITable::ITable() {
+  theTable = this;
+}
 
 CMSGFunction::ITable::~ITable() {
   if (theTable == this) theTable = nullptr;

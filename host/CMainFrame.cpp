@@ -6,12 +6,16 @@ namespace {
 CMainFrame* theFrame = nullptr;
 }
 
-CMainFrame::CMainFrame() { theFrame = this; }
+CMainFrame::CMainFrame() {
+  theFrame = this;
+}
 
 CMainFrame::~CMainFrame() {
   if (theFrame == this) theFrame = nullptr;
 }
 
-CMainFrame* CMainFrame::Get() { return theFrame; }
+CMainFrame* CMainFrame::Get() {
+  return theFrame;
+}
 
 }  // namespace qd

@@ -6,9 +6,17 @@ namespace {
 ProductVariant theVariant = ProductVariant::Standard;
 }
 
-void SetProductVariant(ProductVariant variant) { theVariant = variant; }
-int IsKSL() { return theVariant == ProductVariant::KSL ? 1 : 0; }
-int IsRVT() { return theVariant == ProductVariant::RVT ? 1 : 0; }
-int IsZDH() { return theVariant == ProductVariant::ZDH ? 1 : 0; }
+void SetProductVariant(ProductVariant variant) {
+  theVariant = variant;
+}
+int IsKSL() {
+  return theVariant == ProductVariant::KSL ? 1 : 0;
+}
+int IsRVT() {
+  return theVariant == ProductVariant::RVT ? 1 : 0;
+}
+int IsZDH() {
+  return theVariant == ProductVariant::ZDH ? 1 : 0;
+}
 
 }  // namespace qd

@@ -35,7 +35,7 @@ struct PartShape {
 /// A geometry part.
 struct tagTGeom : tagTRecord {
   COLORREF colour = 0;
-  int cadItem = 0;    ///< number of the part in the CAD session and the view
+  int cadItem = 0;  ///< number of the part in the CAD session and the view
   TopologyKind kind = TopologyKind::Solid;
   CString name;
   iterator material = 0;
@@ -51,7 +51,8 @@ struct tagTGset : tagTRecord {
 /// Nodes and elements of a mesh set.
 struct MeshData {
   struct Block {
-    int elementType = 0;      ///< type number of the mesh file library: 1 line, 2 triangle, 3 quadrangle, 4 tetrahedron …
+    int elementType =
+        0;  ///< type number of the mesh file library: 1 line, 2 triangle, 3 quadrangle, 4 tetrahedron …
     int nodesPerElement = 0;
     std::vector<std::uint64_t> elementIds;
     std::vector<std::uint64_t> nodeIds;  ///< nodesPerElement for each element
@@ -66,8 +67,8 @@ struct tagTMset : tagTRecord {
   std::uint32_t key = 0;  ///< the low 29 bits are the key that display calls take, the top three are flags
   CString name;
   COLORREF colour = 0;
-  iterator parent = 0;    ///< mesh set above, 0 at top level
-  iterator geom = 0;      ///< part that the set meshes, 0 none
+  iterator parent = 0;  ///< mesh set above, 0 at top level
+  iterator geom = 0;    ///< part that the set meshes, 0 none
   std::uint64_t nodeCount = 0;
   std::uint64_t elementCount = 0;
   std::shared_ptr<const MeshData> mesh;

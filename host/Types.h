@@ -35,7 +35,9 @@ struct CQDUpdateRecord {
 };
 
 /// The hint of UpdateDB designates an update record.
-inline std::uint64_t HintOf(const CQDUpdateRecord& record) { return reinterpret_cast<std::uint64_t>(&record); }
+inline std::uint64_t HintOf(const CQDUpdateRecord& record) {
+  return reinterpret_cast<std::uint64_t>(&record);
+}
 inline const CQDUpdateRecord* UpdateRecordOf(std::uint64_t hint) {
   return reinterpret_cast<const CQDUpdateRecord*>(hint);
 }

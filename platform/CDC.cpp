@@ -4,7 +4,9 @@
 
 namespace qd {
 
-Font CDC::SelectFont(Font font) { return std::exchange(m_font, std::move(font)); }
+Font CDC::SelectFont(Font font) {
+  return std::exchange(m_font, std::move(font));
+}
 
 void CDC::FillSolidRect(const CRect& area, COLORREF colour) {
   if (!area.IsEmpty()) m_painter.Fill(area, colour);

@@ -46,7 +46,9 @@ void CWnd::MoveWindow(const CRect& area) {
   if (m_peer != nullptr) m_peer->Move(area);
 }
 
-CRect CWnd::GetClientRect() const { return m_peer != nullptr ? m_peer->ClientRect() : CRect{}; }
+CRect CWnd::GetClientRect() const {
+  return m_peer != nullptr ? m_peer->ClientRect() : CRect{};
+}
 
 void CWnd::ShowWindow(bool show) {
   m_shown = show;
@@ -57,13 +59,17 @@ void CWnd::EnableWindow(bool enable) {
   if (m_peer != nullptr) m_peer->Enable(enable);
 }
 
-void CWnd::Invalidate() { InvalidateRect(GetClientRect()); }
+void CWnd::Invalidate() {
+  InvalidateRect(GetClientRect());
+}
 
 void CWnd::InvalidateRect(const CRect& area) {
   if (m_peer != nullptr && !area.IsEmpty()) m_peer->Invalidate(area);
 }
 
-CPoint CWnd::ClientToScreen(CPoint point) const { return m_peer != nullptr ? m_peer->ToScreen(point) : point; }
+CPoint CWnd::ClientToScreen(CPoint point) const {
+  return m_peer != nullptr ? m_peer->ToScreen(point) : point;
+}
 
 CPoint CWnd::ScreenToClient(CPoint point) const {
   const CPoint origin = ClientToScreen({});
@@ -74,7 +80,9 @@ void CWnd::SetFocus() {
   if (m_peer != nullptr) m_peer->TakeFocus();
 }
 
-bool CWnd::HasFocus() const { return m_peer != nullptr && m_peer->HasFocus(); }
+bool CWnd::HasFocus() const {
+  return m_peer != nullptr && m_peer->HasFocus();
+}
 
 void CWnd::Post(unsigned id, std::uint64_t parameter) {
   if (m_peer != nullptr) m_peer->Post(id, parameter);
@@ -92,23 +100,40 @@ void CWnd::TellParent(const Notice& notice) {
 
 void CWnd::Dispatch(const Message& message) {
   switch (message.kind) {
-    case MessageKind::LeftDown: return OnLButtonDown(message.flags, message.point);
-    case MessageKind::LeftUp: return OnLButtonUp(message.flags, message.point);
-    case MessageKind::LeftDouble: return OnLButtonDblClk(message.flags, message.point);
-    case MessageKind::RightDown: return OnRButtonDown(message.flags, message.point);
-    case MessageKind::RightUp: return OnRButtonUp(message.flags, message.point);
-    case MessageKind::MouseMove: return OnMouseMove(message.flags, message.point);
-    case MessageKind::MouseLeave: return OnMouseLeave();
-    case MessageKind::Wheel: return OnMouseWheel(message.amount);
-    case MessageKind::KeyDown: return OnKeyDown(message.key, message.flags);
-    case MessageKind::Timer: return OnTimer(message.id);
-    case MessageKind::Posted: return OnPosted(message.id, message.parameter);
-    case MessageKind::Scroll: return OnScroll(message.amount);
-    case MessageKind::Size: return OnSize();
-    case MessageKind::FocusGained: return OnSetFocus();
-    case MessageKind::FocusLost: return OnKillFocus();
-    case MessageKind::CaptureLost: return;
-    case MessageKind::ContextMenu: return OnContextMenu(message.point);
+    case MessageKind::LeftDown:
+      return OnLButtonDown(message.flags, message.point);
+    case MessageKind::LeftUp:
+      return OnLButtonUp(message.flags, message.point);
+    case MessageKind::LeftDouble:
+      return OnLButtonDblClk(message.flags, message.point);
+    case MessageKind::RightDown:
+      return OnRButtonDown(message.flags, message.point);
+    case MessageKind::RightUp:
+      return OnRButtonUp(message.flags, message.point);
+    case MessageKind::MouseMove:
+      return OnMouseMove(message.flags, message.point);
+    case MessageKind::MouseLeave:
+      return OnMouseLeave();
+    case MessageKind::Wheel:
+      return OnMouseWheel(message.amount);
+    case MessageKind::KeyDown:
+      return OnKeyDown(message.key, message.flags);
+    case MessageKind::Timer:
+      return OnTimer(message.id);
+    case MessageKind::Posted:
+      return OnPosted(message.id, message.parameter);
+    case MessageKind::Scroll:
+      return OnScroll(message.amount);
+    case MessageKind::Size:
+      return OnSize();
+    case MessageKind::FocusGained:
+      return OnSetFocus();
+    case MessageKind::FocusLost:
+      return OnKillFocus();
+    case MessageKind::CaptureLost:
+      return;
+    case MessageKind::ContextMenu:
+      return OnContextMenu(message.point);
   }
 }
 
@@ -133,6 +158,8 @@ std::intptr_t CWnd::OnNotify(Notice& notice) {
   return notice.from != nullptr ? notice.from->OnReflectedNotice(notice) : 0;
 }
 
-std::intptr_t CWnd::OnReflectedNotice(Notice&) { return 0; }
+std::intptr_t CWnd::OnReflectedNotice(Notice&) {
+  return 0;
+}
 
 }  // namespace qd

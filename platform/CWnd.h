@@ -15,7 +15,7 @@ class CDC;
 /// A notification from a window to its parent.
 struct Notice {
   CWnd* from = nullptr;
-  int id = 0;    ///< child id of the sender
+  int id = 0;  ///< child id of the sender
   int code = 0;
 };
 

@@ -17,11 +17,11 @@ enum class MessageKind {
   RightUp,
   MouseMove,
   MouseLeave,
-  Wheel,        ///< `amount`: lines, positive towards the user's back
-  KeyDown,      ///< `key`
-  Timer,        ///< `id`
-  Posted,       ///< `id`, `parameter`
-  Scroll,       ///< `amount`: the position that the user asks for
+  Wheel,    ///< `amount`: lines, positive towards the user's back
+  KeyDown,  ///< `key`
+  Timer,    ///< `id`
+  Posted,   ///< `id`, `parameter`
+  Scroll,   ///< `amount`: the position that the user asks for
   Size,
   FocusGained,
   FocusLost,
@@ -53,8 +53,8 @@ enum Key : int {
 struct Message {
   MessageKind kind = MessageKind::Posted;
   CWnd* target = nullptr;
-  CPoint point{};          ///< client coordinates, but see ContextMenu
-  unsigned flags = 0;      ///< MouseFlags, for keys too
+  CPoint point{};      ///< client coordinates, but see ContextMenu
+  unsigned flags = 0;  ///< MouseFlags, for keys too
   int key = 0;
   int amount = 0;
   unsigned id = 0;

@@ -13,13 +13,17 @@ IToolkit::IToolkit() {
   theToolkit = this;
 }
 
-IToolkit::~IToolkit() { theToolkit = nullptr; }
+IToolkit::~IToolkit() {
+  theToolkit = nullptr;
+}
 
 IToolkit& IToolkit::Instance() {
   assert(theToolkit != nullptr);
   return *theToolkit;
 }
 
-bool IToolkit::Exists() { return theToolkit != nullptr; }
+bool IToolkit::Exists() {
+  return theToolkit != nullptr;
+}
 
 }  // namespace qd

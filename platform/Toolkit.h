@@ -18,8 +18,8 @@ class BCMenu;
 class CWnd;
 
 struct Font {
-  CString face{};    ///< empty: the system's user-interface font; an unknown face falls back to it
-  int height = 0;    ///< pixels; 0: the system's size
+  CString face{};  ///< empty: the system's user-interface font; an unknown face falls back to it
+  int height = 0;  ///< pixels; 0: the system's size
   bool bold = false;
 };
 
@@ -85,8 +85,8 @@ class IPeer {
 
 /// Kinds of window that a toolkit makes.
 enum class PeerKind {
-  Surface,          ///< painted by its CWnd
-  SurfaceVScroll,   ///< a surface with a vertical scroll bar of its own
+  Surface,           ///< painted by its CWnd
+  SurfaceVScroll,    ///< a surface with a vertical scroll bar of its own
   HorizontalScroll,  ///< a scroll bar
   ToolTip
 };

@@ -16,7 +16,9 @@ using iterator = std::uint64_t;
 /// 32-bit RGB colour, red in the low byte.
 using COLORREF = std::uint32_t;
 
-constexpr COLORREF Rgb(unsigned red, unsigned green, unsigned blue) { return red | green << 8U | blue << 16U; }
+constexpr COLORREF Rgb(unsigned red, unsigned green, unsigned blue) {
+  return red | green << 8U | blue << 16U;
+}
 
 template <typename T>
 using TArray = std::vector<T>;

@@ -60,7 +60,8 @@ void LayStrips(const fs::path& folder, std::ostream& out) {
     table += "    {" + files[i].parent_path().filename().string() + ", " +
              std::to_string(std::stoi(files[i].filename().string())) + ", " + name + ", " + name + "Doubled},\n";
   }
-  out << "constexpr IconArt kAll[] = {\n" << table << "};\n}  // namespace\n\n"
+  out << "constexpr IconArt kAll[] = {\n"
+      << table << "};\n}  // namespace\n\n"
       << "std::span<const IconArt> AllIconArt() { return kAll; }\n\n}  // namespace qd\n";
 }
 

@@ -60,15 +60,29 @@ class Player {
   void Step() {
     const std::vector<int> all = m_naive.All();
     switch (Roll(all.size() < 3 ? 3 : 14)) {
-      case 0: case 1: case 2: case 3: case 4: return Insert(all);
-      case 5: return Erase(all);
-      case 6: case 7: return Expand(all);
-      case 8: return Sort(all);
-      case 9: return Select(all);
-      case 10: return SelectRange();
-      case 11: return ClearSelection();
-      case 12: return Move(all);
-      default: return CollapseChain(all);
+      case 0:
+      case 1:
+      case 2:
+      case 3:
+      case 4:
+        return Insert(all);
+      case 5:
+        return Erase(all);
+      case 6:
+      case 7:
+        return Expand(all);
+      case 8:
+        return Sort(all);
+      case 9:
+        return Select(all);
+      case 10:
+        return SelectRange();
+      case 11:
+        return ClearSelection();
+      case 12:
+        return Move(all);
+      default:
+        return CollapseChain(all);
     }
   }
 
@@ -80,9 +94,8 @@ class Player {
       const HTREEITEM row = m_naive.rows[visible[position]].handle;
       ASSERT_EQ(m_tree.RowAt(position), row);
       ASSERT_EQ(m_tree.Position(row), position);
-      ASSERT_EQ(m_tree.NextVisible(row), position + 1 < visible.size()
-                                             ? m_naive.rows[visible[position + 1]].handle
-                                             : HTREEITEM{});
+      ASSERT_EQ(m_tree.NextVisible(row),
+                position + 1 < visible.size() ? m_naive.rows[visible[position + 1]].handle : HTREEITEM{});
       ASSERT_EQ(m_tree.PreviousVisible(row),
                 position > 0 ? m_naive.rows[visible[position - 1]].handle : HTREEITEM{});
     }
@@ -116,7 +129,7 @@ class Player {
 
   int PickParent(const std::vector<int>& all) {
     if (all.empty() || Roll(4) == 0) return 0;
-    if (m_shape == 1) return 0;                                // flat
+    if (m_shape == 1) return 0;  // flat
     if (m_shape == 2) return static_cast<int>(m_naive.rows.size()) - 1 > 0 && Alive(m_last) ? m_last : Pick(all);
     return Pick(all);
   }
@@ -186,9 +199,8 @@ class Player {
     const int parent = Roll(3) == 0 ? 0 : Pick(all);
     const auto after = [](int a, int b) { return a % 10 - b % 10; };
     std::vector<int>& children = m_naive.rows[parent].children;
-    std::stable_sort(children.begin(), children.end(), [&](int a, int b) {
-      return after(m_naive.rows[a].key, m_naive.rows[b].key) < 0;
-    });
+    std::stable_sort(children.begin(), children.end(),
+                     [&](int a, int b) { return after(m_naive.rows[a].key, m_naive.rows[b].key) < 0; });
     m_tree.SortChildren(m_naive.rows[parent].handle, [&](std::uint64_t a, std::uint64_t b) {
       return after(static_cast<int>(a), static_cast<int>(b));
     });
@@ -236,10 +248,9 @@ TEST_P(RowTreeProperty, RandomSequencesAgreeWithTheNaiveTree) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Shapes, RowTreeProperty, ::testing::Values(0, 1, 2),
-                         [](const auto& shape) {
-                           return std::string(shape.param == 0 ? "Bushy" : shape.param == 1 ? "Flat" : "Deep");
-                         });
+INSTANTIATE_TEST_SUITE_P(Shapes, RowTreeProperty, ::testing::Values(0, 1, 2), [](const auto& shape) {
+  return std::string(shape.param == 0 ? "Bushy" : shape.param == 1 ? "Flat" : "Deep");
+});
 
 }  // namespace
 }  // namespace qd

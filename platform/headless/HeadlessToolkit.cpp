@@ -40,8 +40,8 @@ class HeadlessPeer final : public IPeer {
   }
   void PaintNow() override { m_toolkit.PaintDirty(); }
   CPoint ToScreen(CPoint point) const override {
-    const CPoint origin = m_parent != nullptr ? m_parent->ToScreen({m_area.left, m_area.top})
-                                              : CPoint{m_area.left, m_area.top};
+    const CPoint origin =
+        m_parent != nullptr ? m_parent->ToScreen({m_area.left, m_area.top}) : CPoint{m_area.left, m_area.top};
     return {origin.x + point.x, origin.y + point.y};
   }
   void TakeFocus() override {
@@ -56,7 +56,8 @@ class HeadlessPeer final : public IPeer {
     m_toolkit.m_timers.push_back({&m_owner, id, milliseconds, m_toolkit.m_now + milliseconds});
   }
   void KillTimer(unsigned id) override {
-    std::erase_if(m_toolkit.m_timers, [&](const auto& timer) { return timer.owner == &m_owner && timer.id == id; });
+    std::erase_if(m_toolkit.m_timers,
+                  [&](const auto& timer) { return timer.owner == &m_owner && timer.id == id; });
   }
   void Post(unsigned id, std::uint64_t parameter) override {
     m_toolkit.Enqueue({.kind = MessageKind::Posted, .target = &m_owner, .id = id, .parameter = parameter});
@@ -84,7 +85,9 @@ std::unique_ptr<IPeer> HeadlessToolkit::MakePeer(CWnd& owner, PeerKind kind, IPe
 
 // ---- script ---------------------------------------------------------------------------------------------
 
-void HeadlessToolkit::Enqueue(Message message) { m_queue.push_back(message); }
+void HeadlessToolkit::Enqueue(Message message) {
+  m_queue.push_back(message);
+}
 
 void HeadlessToolkit::Click(CWnd& window, CPoint point, unsigned flags) {
   Enqueue({.kind = MessageKind::LeftDown, .target = &window, .point = point, .flags = flags});
@@ -150,7 +153,9 @@ std::vector<std::string> HeadlessToolkit::Paint(CWnd& window) {
   return painter.TakeCalls();
 }
 
-int HeadlessToolkit::TakePaintCount() { return std::exchange(m_paints, 0); }
+int HeadlessToolkit::TakePaintCount() {
+  return std::exchange(m_paints, 0);
+}
 
 bool HeadlessToolkit::IsAlive(const CWnd* window) const {
   return std::find(m_windows.begin(), m_windows.end(), window) != m_windows.end();
@@ -168,23 +173,34 @@ void HeadlessToolkit::Forget(CWnd* window) {
 
 int HeadlessToolkit::GetMetric(Metric metric) const {
   switch (metric) {
-    case Metric::ScrollBarWidth: return 17;
-    case Metric::ScrollBarHeight: return 17;
-    case Metric::DragWidth: return 4;
-    case Metric::DragHeight: return 4;
+    case Metric::ScrollBarWidth:
+      return 17;
+    case Metric::ScrollBarHeight:
+      return 17;
+    case Metric::DragWidth:
+      return 4;
+    case Metric::DragHeight:
+      return 4;
   }
   return 0;
 }
 
 COLORREF HeadlessToolkit::GetColour(SystemColour colour) const {
   switch (colour) {
-    case SystemColour::Window: return Rgb(255, 255, 255);
-    case SystemColour::WindowText: return Rgb(0, 0, 0);
-    case SystemColour::Highlight: return Rgb(0, 120, 215);
-    case SystemColour::HighlightText: return Rgb(255, 255, 255);
-    case SystemColour::ButtonFace: return Rgb(240, 240, 240);
-    case SystemColour::ButtonText: return Rgb(0, 0, 0);
-    case SystemColour::Shadow: return Rgb(160, 160, 160);
+    case SystemColour::Window:
+      return Rgb(255, 255, 255);
+    case SystemColour::WindowText:
+      return Rgb(0, 0, 0);
+    case SystemColour::Highlight:
+      return Rgb(0, 120, 215);
+    case SystemColour::HighlightText:
+      return Rgb(255, 255, 255);
+    case SystemColour::ButtonFace:
+      return Rgb(240, 240, 240);
+    case SystemColour::ButtonText:
+      return Rgb(0, 0, 0);
+    case SystemColour::Shadow:
+      return Rgb(160, 160, 160);
   }
   return 0;
 }

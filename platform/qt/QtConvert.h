@@ -10,10 +10,18 @@
 
 namespace qd {
 
-inline QRect ToQt(const CRect& r) { return {r.left, r.top, r.Width(), r.Height()}; }
-inline CRect FromQt(const QRect& r) { return {r.left(), r.top(), r.left() + r.width(), r.top() + r.height()}; }
-inline CPoint FromQt(const QPoint& p) { return {p.x(), p.y()}; }
-inline QPoint ToQt(CPoint p) { return {p.x, p.y}; }
+inline QRect ToQt(const CRect& r) {
+  return {r.left, r.top, r.Width(), r.Height()};
+}
+inline CRect FromQt(const QRect& r) {
+  return {r.left(), r.top(), r.left() + r.width(), r.top() + r.height()};
+}
+inline CPoint FromQt(const QPoint& p) {
+  return {p.x(), p.y()};
+}
+inline QPoint ToQt(CPoint p) {
+  return {p.x, p.y};
+}
 inline QColor ToQt(COLORREF c) {
   return {static_cast<int>(c & 0xFFU), static_cast<int>(c >> 8U & 0xFFU), static_cast<int>(c >> 16U & 0xFFU)};
 }
@@ -23,6 +31,8 @@ inline COLORREF FromQt(const QColor& c) {
 inline QString ToQt(std::wstring_view text) {
   return QString::fromWCharArray(text.data(), static_cast<qsizetype>(text.size()));
 }
-inline CString FromQt(const QString& text) { return text.toStdWString(); }
+inline CString FromQt(const QString& text) {
+  return text.toStdWString();
+}
 
 }  // namespace qd

@@ -12,7 +12,9 @@ namespace qd {
 
 QtPainter::QtPainter(QPainter& painter, const CRect& clip) : m_painter(painter), m_clip(clip) {}
 
-void QtPainter::SetClip(const CRect& area) { m_painter.setClipRect(ToQt(area)); }
+void QtPainter::SetClip(const CRect& area) {
+  m_painter.setClipRect(ToQt(area));
+}
 
 void QtPainter::Fill(const CRect& area, COLORREF colour) {
   m_painter.fillRect(ToQt(area.Moved(m_origin, 0)), ToQt(colour));
@@ -64,8 +66,8 @@ void QtPainter::Text(const CRect& area, std::wstring_view text, const Font& font
   m_painter.setFont(qfont);
   m_painter.setPen(ToQt(colour));
   // Left means left for names in any script: the absolute flag keeps right-to-left text from changing sides.
-  m_painter.drawText(rect, static_cast<int>(horizontal | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine,
-                     shown);
+  m_painter.drawText(
+      rect, static_cast<int>(horizontal | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine, shown);
   m_painter.restore();
 }
 

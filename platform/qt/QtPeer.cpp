@@ -26,16 +26,26 @@ unsigned FlagsOf(Qt::KeyboardModifiers modifiers) {
 /// 0 for a key that no control acts on.
 int KeyOf(int qtKey) {
   switch (qtKey) {
-    case Qt::Key_Up: return kKeyUp;
-    case Qt::Key_Down: return kKeyDown;
-    case Qt::Key_Left: return kKeyLeft;
-    case Qt::Key_Right: return kKeyRight;
-    case Qt::Key_Home: return kKeyHome;
-    case Qt::Key_End: return kKeyEnd;
-    case Qt::Key_PageUp: return kKeyPageUp;
-    case Qt::Key_PageDown: return kKeyPageDown;
-    case Qt::Key_Escape: return kKeyEscape;
-    default: return 0;
+    case Qt::Key_Up:
+      return kKeyUp;
+    case Qt::Key_Down:
+      return kKeyDown;
+    case Qt::Key_Left:
+      return kKeyLeft;
+    case Qt::Key_Right:
+      return kKeyRight;
+    case Qt::Key_Home:
+      return kKeyHome;
+    case Qt::Key_End:
+      return kKeyEnd;
+    case Qt::Key_PageUp:
+      return kKeyPageUp;
+    case Qt::Key_PageDown:
+      return kKeyPageDown;
+    case Qt::Key_Escape:
+      return kKeyEscape;
+    default:
+      return 0;
   }
 }
 
@@ -139,7 +149,8 @@ void SurfaceWidget::mouseReleaseEvent(QMouseEvent* event) {
 /// Posted, so that everything that the release brings about is done before the menu opens.
 void SurfaceWidget::RequestMenu(const QPoint& at) {
   QMetaObject::invokeMethod(
-      this, [this, at] { Deliver({.kind = MessageKind::ContextMenu, .point = FromQt(at)}); }, Qt::QueuedConnection);
+      this, [this, at] { Deliver({.kind = MessageKind::ContextMenu, .point = FromQt(at)}); },
+      Qt::QueuedConnection);
 }
 
 void SurfaceWidget::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -148,7 +159,9 @@ void SurfaceWidget::mouseDoubleClickEvent(QMouseEvent* event) {
   if (event->button() == Qt::RightButton) DeliverMouse(MessageKind::RightDown, *event);
 }
 
-void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) { DeliverMouse(MessageKind::MouseMove, *event); }
+void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
+  DeliverMouse(MessageKind::MouseMove, *event);
+}
 
 void SurfaceWidget::wheelEvent(QWheelEvent* event) {
   constexpr int kNotch = 120;
@@ -169,9 +182,13 @@ void SurfaceWidget::keyPressEvent(QKeyEvent* event) {
   Deliver({.kind = MessageKind::KeyDown, .flags = FlagsOf(event->modifiers()), .key = key});
 }
 
-void SurfaceWidget::focusInEvent(QFocusEvent*) { Deliver({.kind = MessageKind::FocusGained}); }
+void SurfaceWidget::focusInEvent(QFocusEvent*) {
+  Deliver({.kind = MessageKind::FocusGained});
+}
 
-void SurfaceWidget::focusOutEvent(QFocusEvent*) { Deliver({.kind = MessageKind::FocusLost}); }
+void SurfaceWidget::focusOutEvent(QFocusEvent*) {
+  Deliver({.kind = MessageKind::FocusLost});
+}
 
 // ---- peer -----------------------------------------------------------------------------------------------
 
@@ -248,16 +265,17 @@ void QtPeer::TakeFocus() {
   if (m_widget != nullptr) m_widget->setFocus();
 }
 
-bool QtPeer::HasFocus() const { return m_widget != nullptr && m_widget->hasFocus(); }
+bool QtPeer::HasFocus() const {
+  return m_widget != nullptr && m_widget->hasFocus();
+}
 
 void QtPeer::SetTimer(unsigned id, unsigned milliseconds) {
   KillTimer(id);
   if (m_widget == nullptr) return;
   auto* timer = new QTimer(m_widget);  // owned by the widget
   timer->setObjectName(QString::number(id));
-  QObject::connect(timer, &QTimer::timeout, timer, [this, id] {
-    m_toolkit.Deliver({.kind = MessageKind::Timer, .target = &m_owner, .id = id});
-  });
+  QObject::connect(timer, &QTimer::timeout, timer,
+                   [this, id] { m_toolkit.Deliver({.kind = MessageKind::Timer, .target = &m_owner, .id = id}); });
   timer->start(static_cast<int>(milliseconds));
 }
 
@@ -279,7 +297,8 @@ void QtPeer::SetScroll(const ScrollState& state) {
 }
 
 void QtPeer::SetCursor(CursorShape shape) {
-  if (m_widget != nullptr) m_widget->setCursor(shape == CursorShape::ResizeColumn ? Qt::SplitHCursor : Qt::ArrowCursor);
+  if (m_widget != nullptr)
+    m_widget->setCursor(shape == CursorShape::ResizeColumn ? Qt::SplitHCursor : Qt::ArrowCursor);
 }
 
 void QtPeer::ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) {

@@ -36,9 +36,11 @@ std::unique_ptr<IPeer> QtToolkit::MakePeer(CWnd& owner, PeerKind kind, IPeer* pa
 int QtToolkit::GetMetric(Metric metric) const {
   switch (metric) {
     case Metric::ScrollBarWidth:
-    case Metric::ScrollBarHeight: return QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+    case Metric::ScrollBarHeight:
+      return QApplication::style()->pixelMetric(QStyle::PM_ScrollBarExtent);
     case Metric::DragWidth:
-    case Metric::DragHeight: return QApplication::startDragDistance() / 2;  // to either side
+    case Metric::DragHeight:
+      return QApplication::startDragDistance() / 2;  // to either side
   }
   return 0;
 }
@@ -46,13 +48,20 @@ int QtToolkit::GetMetric(Metric metric) const {
 COLORREF QtToolkit::GetColour(SystemColour colour) const {
   const QPalette palette = QApplication::palette();
   switch (colour) {
-    case SystemColour::Window: return FromQt(palette.color(QPalette::Base));
-    case SystemColour::WindowText: return FromQt(palette.color(QPalette::Text));
-    case SystemColour::Highlight: return FromQt(palette.color(QPalette::Highlight));
-    case SystemColour::HighlightText: return FromQt(palette.color(QPalette::HighlightedText));
-    case SystemColour::ButtonFace: return FromQt(palette.color(QPalette::Button));
-    case SystemColour::ButtonText: return FromQt(palette.color(QPalette::ButtonText));
-    case SystemColour::Shadow: return FromQt(palette.color(QPalette::Mid));
+    case SystemColour::Window:
+      return FromQt(palette.color(QPalette::Base));
+    case SystemColour::WindowText:
+      return FromQt(palette.color(QPalette::Text));
+    case SystemColour::Highlight:
+      return FromQt(palette.color(QPalette::Highlight));
+    case SystemColour::HighlightText:
+      return FromQt(palette.color(QPalette::HighlightedText));
+    case SystemColour::ButtonFace:
+      return FromQt(palette.color(QPalette::Button));
+    case SystemColour::ButtonText:
+      return FromQt(palette.color(QPalette::ButtonText));
+    case SystemColour::Shadow:
+      return FromQt(palette.color(QPalette::Mid));
   }
   return 0;
 }
@@ -65,7 +74,9 @@ QFont QtToolkit::FontOf(const Font& font) {
   return result;
 }
 
-int QtToolkit::FontHeight(const Font& font) const { return QFontMetrics(FontOf(font)).height(); }
+int QtToolkit::FontHeight(const Font& font) const {
+  return QFontMetrics(FontOf(font)).height();
+}
 
 void QtToolkit::PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const {
   widths.assign(text.size() + 1, 0);
@@ -99,7 +110,9 @@ QImage QtToolkit::ImageOf(const Picture& picture, double scale) {
   return image;
 }
 
-CPoint QtToolkit::CursorPosition() const { return FromQt(QCursor::pos()); }
+CPoint QtToolkit::CursorPosition() const {
+  return FromQt(QCursor::pos());
+}
 
 void QtToolkit::SetWaitCursor(bool on) {
   if (on) {
@@ -164,7 +177,8 @@ void Fill(QMenu& menu, const BCMenu& entries, double scale) {
     action->setData(entry.id);
     action->setCheckable(entry.checked);
     action->setChecked(entry.checked);
-    if (entry.picture != nullptr) action->setIcon(QPixmap::fromImage(QtToolkit::ImageOf(*entry.picture, scale).copy()));
+    if (entry.picture != nullptr)
+      action->setIcon(QPixmap::fromImage(QtToolkit::ImageOf(*entry.picture, scale).copy()));
   }
 }
 

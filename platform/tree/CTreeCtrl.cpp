@@ -35,7 +35,8 @@ int CTreeCtrl::OnCreate() {
 
 // ---- structure ------------------------------------------------------------------------------------------
 
-HTREEITEM CTreeCtrl::InsertRow(HTREEITEM parent, HTREEITEM after, int image, int selectedImage, std::uint64_t word) {
+HTREEITEM CTreeCtrl::InsertRow(HTREEITEM parent, HTREEITEM after, int image, int selectedImage,
+                               std::uint64_t word) {
   const HTREEITEM row = m_rows.Insert(parent, after, image, selectedImage, word);
   if (!m_top) m_top = m_rows.First();
   ScheduleLayout();
@@ -148,12 +149,24 @@ bool CTreeCtrl::MoveCaretByKey(int key) {
   const auto page = static_cast<std::size_t>(std::max(GetPageSize() - 1, 1));
   HTREEITEM target = caret;
   switch (key) {
-    case kKeyUp: target = m_rows.RowAt(position == 0 ? 0 : position - 1); break;
-    case kKeyDown: target = m_rows.RowAt(std::min(position + 1, count - 1)); break;
-    case kKeyHome: target = m_rows.First(); break;
-    case kKeyEnd: target = m_rows.LastVisible(); break;
-    case kKeyPageUp: target = m_rows.RowAt(position < page ? 0 : position - page); break;
-    case kKeyPageDown: target = m_rows.RowAt(std::min(position + page, count - 1)); break;
+    case kKeyUp:
+      target = m_rows.RowAt(position == 0 ? 0 : position - 1);
+      break;
+    case kKeyDown:
+      target = m_rows.RowAt(std::min(position + 1, count - 1));
+      break;
+    case kKeyHome:
+      target = m_rows.First();
+      break;
+    case kKeyEnd:
+      target = m_rows.LastVisible();
+      break;
+    case kKeyPageUp:
+      target = m_rows.RowAt(position < page ? 0 : position - page);
+      break;
+    case kKeyPageDown:
+      target = m_rows.RowAt(std::min(position + page, count - 1));
+      break;
     case kKeyLeft:
       if (m_rows.IsExpanded(caret) && ItemHasChildren(caret)) {
         Expand(caret, ExpandAction::Collapse);
@@ -175,20 +188,26 @@ bool CTreeCtrl::MoveCaretByKey(int key) {
 
 // ---- scrolling and geometry -----------------------------------------------------------------------------
 
-int CTreeCtrl::GetItemHeight() const { return std::max(IToolkit::Instance().FontHeight({}) + 4, kPicture + 2); }
+int CTreeCtrl::GetItemHeight() const {
+  return std::max(IToolkit::Instance().FontHeight({}) + 4, kPicture + 2);
+}
 
 int CTreeCtrl::GetVisibleCount() const {
   const int height = GetItemHeight();
   return std::max((GetClientRect().Height() + height - 1) / height, 0);
 }
 
-int CTreeCtrl::GetPageSize() const { return std::max(GetClientRect().Height() / GetItemHeight(), 1); }
+int CTreeCtrl::GetPageSize() const {
+  return std::max(GetClientRect().Height() / GetItemHeight(), 1);
+}
 
 std::size_t CTreeCtrl::TopPosition() const {
   return m_top && m_rows.IsVisible(m_top) ? m_rows.Position(m_top) : 0;
 }
 
-HTREEITEM CTreeCtrl::GetFirstVisibleItem() const { return m_rows.RowAt(TopPosition()); }
+HTREEITEM CTreeCtrl::GetFirstVisibleItem() const {
+  return m_rows.RowAt(TopPosition());
+}
 
 void CTreeCtrl::ScrollTo(std::size_t position) {
   const std::size_t count = m_rows.VisibleCount();
@@ -212,7 +231,8 @@ bool CTreeCtrl::GetItemRect(HTREEITEM row, CRect& area, bool textOnly) const {
   area.right = GetClientRect().right;
   if (textOnly) {
     const bool hasState = m_stateImages != nullptr && StateImageOf(m_rows, row) != 0;
-    area.left = ContentLeft(m_rows.Level(row)) + (hasState ? kImageCell : 0) + (m_images != nullptr ? kImageCell : 0);
+    area.left =
+        ContentLeft(m_rows.Level(row)) + (hasState ? kImageCell : 0) + (m_images != nullptr ? kImageCell : 0);
     area.right = area.left + kLabelWidth;
   }
   return true;
@@ -269,9 +289,13 @@ void CTreeCtrl::UpdateScroll() {
   GetPeer()->SetScroll({static_cast<int>(last), static_cast<int>(page), static_cast<int>(TopPosition())});
 }
 
-void CTreeCtrl::OnSize() { ScheduleLayout(); }
+void CTreeCtrl::OnSize() {
+  ScheduleLayout();
+}
 
-void CTreeCtrl::OnScroll(int position) { ScrollTo(static_cast<std::size_t>(std::max(position, 0))); }
+void CTreeCtrl::OnScroll(int position) {
+  ScrollTo(static_cast<std::size_t>(std::max(position, 0)));
+}
 
 void CTreeCtrl::OnMouseWheel(int lines) {
   const auto position = static_cast<std::int64_t>(TopPosition()) - lines;
@@ -329,7 +353,8 @@ void CTreeCtrl::PaintLines(CDC& dc, HTREEITEM row, const CRect& line, int right)
   const int level = m_rows.Level(row);
   const int centre = ContentLeft(level) - kIndent + kIndent / 2;
   if (centre < right) {
-    if (m_rows.PreviousSibling(row) || m_rows.Parent(row)) dc.FillSolidRect({centre, line.top, centre + 1, middle}, kLine);
+    if (m_rows.PreviousSibling(row) || m_rows.Parent(row))
+      dc.FillSolidRect({centre, line.top, centre + 1, middle}, kLine);
     if (m_rows.NextSibling(row)) dc.FillSolidRect({centre, middle, centre + 1, line.bottom}, kLine);
     dc.FillSolidRect({centre, middle, ContentLeft(level) - 2, middle + 1}, kLine);
   }

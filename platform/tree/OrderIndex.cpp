@@ -13,7 +13,9 @@ constexpr int kAppendSplit = 48;  // rows mostly arrive at the end of a branch: 
 constexpr int kMergeBelow = 16;
 constexpr int kMergedLimit = 48;
 
-std::uint64_t MaskBelow(int index) { return index >= 64 ? ~0ULL : (1ULL << index) - 1; }
+std::uint64_t MaskBelow(int index) {
+  return index >= 64 ? ~0ULL : (1ULL << index) - 1;
+}
 
 /// Removes the bit at `index` and moves the higher ones down.
 std::uint64_t WithoutBit(std::uint64_t bits, int index) {
@@ -172,7 +174,9 @@ int OrderIndex::CollapsedAbove(Row row) const {
   return m_contents[place.block].collapsed[place.index] + RaiseAbove(place.block);
 }
 
-std::size_t OrderIndex::VisibleCount() const { return m_nodes[m_root].total.Visible(0); }
+std::size_t OrderIndex::VisibleCount() const {
+  return m_nodes[m_root].total.Visible(0);
+}
 
 std::size_t OrderIndex::Position(Row row) const {
   const Place place = Find(Open(row));
@@ -232,11 +236,17 @@ void OrderIndex::SelectVisible(std::size_t first, std::size_t last, bool on) {
   SelectVisibleIn(m_root, static_cast<long>(first), static_cast<long>(last), on, 0);
 }
 
-void OrderIndex::ClearSelection() { ClearSelectionIn(m_root); }
+void OrderIndex::ClearSelection() {
+  ClearSelectionIn(m_root);
+}
 
-std::size_t OrderIndex::SelectedCount() const { return m_nodes[m_root].total.selected; }
+std::size_t OrderIndex::SelectedCount() const {
+  return m_nodes[m_root].total.selected;
+}
 
-std::size_t OrderIndex::VisibleSelectedCount() const { return m_nodes[m_root].total.SelectedVisible(0); }
+std::size_t OrderIndex::VisibleSelectedCount() const {
+  return m_nodes[m_root].total.SelectedVisible(0);
+}
 
 OrderIndex::Row OrderIndex::NextSelectedVisible(std::size_t position) const {
   // Skip the selected rows in front of `position`, then descend to the first one left.
@@ -295,8 +305,8 @@ void OrderIndex::AppendSelected(bool visibleOnly, std::vector<Row>& out) const {
 
 void OrderIndex::AppendSelectedBelow(Row row, std::vector<Row>& out) const {
   if (m_closeHome[row] == 0) return;
-  CollectSelected(m_root, static_cast<long>(RankOf(Open(row))) + 1, static_cast<long>(RankOf(Close(row))), false, 0,
-                  out);
+  CollectSelected(m_root, static_cast<long>(RankOf(Open(row))) + 1, static_cast<long>(RankOf(Close(row))), false,
+                  0, out);
 }
 
 void OrderIndex::SelectVisibleIn(Block block, long first, long last, bool on, int above) {

@@ -7,7 +7,9 @@
 
 namespace qd {
 
-RowTree::RowTree() : m_rows(1) { m_rows[0].state = kRowExpanded; }
+RowTree::RowTree() : m_rows(1) {
+  m_rows[0].state = kRowExpanded;
+}
 
 RowTree::Index RowTree::Slot(HTREEITEM row) const {
   const auto index = static_cast<Index>(row.value);
@@ -218,6 +220,8 @@ std::size_t RowTree::MemoryUsed() const {
   return m_rows.capacity() * sizeof(Row) + m_free.capacity() * sizeof(Index) + m_order.MemoryUsed();
 }
 
-bool RowTree::IsConsistent() const { return m_order.IsConsistent(); }
+bool RowTree::IsConsistent() const {
+  return m_order.IsConsistent();
+}
 
 }  // namespace qd

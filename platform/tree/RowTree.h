@@ -25,7 +25,7 @@ inline constexpr HTREEITEM kInsertSort{static_cast<std::uint64_t>(-65533)};
 
 /// State bits of a row.
 enum RowState : unsigned {
-  kRowFocused = 1,        ///< the row is the caret; never stored in a row
+  kRowFocused = 1,  ///< the row is the caret; never stored in a row
   kRowSelected = 2,
   kRowDropHighlight = 8,
   kRowExpanded = 32,
@@ -94,7 +94,9 @@ class QD_EXPORT RowTree {
   void ClearSelection() { m_order.ClearSelection(); }
   std::size_t SelectedCount() const { return m_order.SelectedCount(); }
   std::size_t VisibleSelectedCount() const { return m_order.VisibleSelectedCount(); }
-  HTREEITEM NextSelectedVisible(std::size_t position) const { return Handle(m_order.NextSelectedVisible(position)); }
+  HTREEITEM NextSelectedVisible(std::size_t position) const {
+    return Handle(m_order.NextSelectedVisible(position));
+  }
   /// Selected rows in display order.
   std::vector<HTREEITEM> Selected(bool visibleOnly) const;
   /// Selected rows strictly below `row` in display order, hidden ones too.

@@ -15,7 +15,9 @@ CQDTreeItem* CQDTreeBranch::FindChild(iterator itr) const {
 
 std::vector<CQDTreeItem*> CQDTreeBranch::ChildrenByRecord() const {
   std::vector<CQDTreeItem*> children = Children();
-  const auto before = [](const CQDTreeItem* a, const CQDTreeItem* b) { return a->GetIterator() < b->GetIterator(); };
+  const auto before = [](const CQDTreeItem* a, const CQDTreeItem* b) {
+    return a->GetIterator() < b->GetIterator();
+  };
   if (!std::is_sorted(children.begin(), children.end(), before)) {
     std::stable_sort(children.begin(), children.end(), before);
   }
@@ -39,10 +41,17 @@ int CQDTreeBranch::DeleteChildItem(iterator itr) {
 
 void CQDTreeBranch::ApplyChange(const tagTRNotify& change) {
   switch (change.kind) {
-    case kChangeAdded: MakeChildItem(change.itr); break;
-    case kChangeDeleted: DeleteChildItem(change.itr); break;
-    case kChangeModified: ModifyChildItem(change.itr); break;
-    default: break;
+    case kChangeAdded:
+      MakeChildItem(change.itr);
+      break;
+    case kChangeDeleted:
+      DeleteChildItem(change.itr);
+      break;
+    case kChangeModified:
+      ModifyChildItem(change.itr);
+      break;
+    default:
+      break;
   }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "qd_wrt/core/CQDTreeItem.h"
 #include "platform/FlatMap.h"
+#include "qd_wrt/core/CQDTreeItem.h"
 
 namespace qd {
 

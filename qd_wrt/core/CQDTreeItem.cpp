@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "host/CMainFrame.h"
-#include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "platform/FlatMap.h"
+#include "qd_wrt/core/CQDTreeListCtrl.h"
 
 namespace qd {
 
@@ -153,14 +153,18 @@ void CQDTreeItem::SortBranchesFromHere() {
   }
 }
 
-int CQDTreeItem::MoveItem(CQDTreeItem* newParent) { return m_control->MoveItem(this, newParent); }
+int CQDTreeItem::MoveItem(CQDTreeItem* newParent) {
+  return m_control->MoveItem(this, newParent);
+}
 
 CString CQDTreeItem::GetTitle() const {
   if (m_ownTitle != nullptr) return *m_ownTitle;
   return m_row ? m_control->GetItemText(m_row, 0) : CString();
 }
 
-void CQDTreeItem::SetTitle(CString title) { m_ownTitle = std::make_unique<CString>(std::move(title)); }
+void CQDTreeItem::SetTitle(CString title) {
+  m_ownTitle = std::make_unique<CString>(std::move(title));
+}
 
 void CQDTreeItem::ChangeTitle(CString title) {
   if (!m_row) return SetTitle(std::move(title));
@@ -210,13 +214,17 @@ void CQDTreeItem::ResetSelection(int clearBuffer) {
 
 // ---- check boxes ----------------------------------------------------------------------------------------
 
-int CQDTreeItem::GetCheckStatus() const { return m_control->WhichCheck(m_row); }
+int CQDTreeItem::GetCheckStatus() const {
+  return m_control->WhichCheck(m_row);
+}
 
 void CQDTreeItem::OnInitialize() {
   if (m_hasCheck) m_control->SetChecked(m_row, kChecked);
 }
 
-void CQDTreeItem::ClickCheck() { m_control->OnSelchangAction(); }
+void CQDTreeItem::ClickCheck() {
+  m_control->OnSelchangAction();
+}
 
 int CQDTreeItem::OnClickCheck(int oldState) {
   if (m_hasCheck) m_control->SetChecked(m_row, oldState == kChecked ? kUnchecked : kChecked);
@@ -263,11 +271,16 @@ void CQDTreeItem::GetChecked() {
     const iterator itr = node->GetIterator();
     if (node->GetCheckStatus() != kChecked || itr == 0 || node->IsRoot()) return;
     switch (node->GetTreeItemType()) {
-      case kMset: return doc->AddCheckedMset(itr);
-      case kPair: return doc->AddCheckedPair(itr);
-      case kLoad: return doc->AddCheckedLoad(itr);
-      case kBoundary: return doc->AddCheckedBoundary(itr);
-      default: return;
+      case kMset:
+        return doc->AddCheckedMset(itr);
+      case kPair:
+        return doc->AddCheckedPair(itr);
+      case kLoad:
+        return doc->AddCheckedLoad(itr);
+      case kBoundary:
+        return doc->AddCheckedBoundary(itr);
+      default:
+        return;
     }
   };
   // Children before their parent, without recursion: the mirrored walk from the front, read from the back.
@@ -286,7 +299,8 @@ void CQDTreeItem::GetChecked() {
 
 void CQDTreeItem::SetMeshShowHide(iterator itr, int show) {
   CQDDocBase* doc = GetDocument();
-  if (itr != 0 && doc != nullptr && doc->GetMeshManager() != nullptr) doc->GetMeshManager()->ShowHideMset(itr, show);
+  if (itr != 0 && doc != nullptr && doc->GetMeshManager() != nullptr)
+    doc->GetMeshManager()->ShowHideMset(itr, show);
 }
 
 // ---- labels ---------------------------------------------------------------------------------------------
@@ -358,9 +372,13 @@ const std::list<unsigned short>& CQDTreeItem::GetDataTypeList() const {
   return m_extras != nullptr ? m_extras->dataTypes : kNone;
 }
 
-void CQDTreeItem::FollowDataType(unsigned short type) { NeedExtras().dataTypes.push_back(type); }
+void CQDTreeItem::FollowDataType(unsigned short type) {
+  NeedExtras().dataTypes.push_back(type);
+}
 
-void CQDTreeItem::PushUpdateInfo(const tagTRNotify& record) { NeedExtras().pending.Push(record); }
+void CQDTreeItem::PushUpdateInfo(const tagTRNotify& record) {
+  NeedExtras().pending.Push(record);
+}
 
 void CQDTreeItem::PushUpdateInfo(std::shared_ptr<const UpdateBatch> batch) {
   NeedExtras().pending.Push(std::move(batch));
@@ -384,9 +402,13 @@ void CQDTreeItem::OnChangeLanguage() {
   }
 }
 
-void CQDTreeItem::SetPropertyView() { m_control->ClearPropertyWindow(); }
+void CQDTreeItem::SetPropertyView() {
+  m_control->ClearPropertyWindow();
+}
 
-void CQDTreeItem::SetMultiPropertyView() { CQDTreeItem::SetPropertyView(); }
+void CQDTreeItem::SetMultiPropertyView() {
+  CQDTreeItem::SetPropertyView();
+}
 
 void CQDTreeItem::RedrawView() {
   CQDDocBase* doc = GetDocument();
@@ -424,7 +446,9 @@ void CQDTreeItem::SetShowHide(int show) {
   ForEachBelow([show](CQDTreeItem* node) { node->m_showHide = show != 0; });
 }
 
-CQDDocBase* CQDTreeItem::GetDocument() const { return m_control->GetDocument(); }
+CQDDocBase* CQDTreeItem::GetDocument() const {
+  return m_control->GetDocument();
+}
 
 CQDDBSession* CQDTreeItem::GetDBSession() const {
   CQDDocBase* doc = GetDocument();
@@ -453,9 +477,13 @@ void CQDTreeItem::OnEditChange(const wchar_t*) {}
 void CQDTreeItem::OnDrop(std::vector<CQDTreeItem*>&) {}
 void CQDTreeItem::OnRDrop(std::vector<CQDTreeItem*>&, CQDTreeItem*) {}
 void CQDTreeItem::OnShowItem(int, int, int) {}
-int CQDTreeItem::GetItemType() const { return -1; }
+int CQDTreeItem::GetItemType() const {
+  return -1;
+}
 void CQDTreeItem::SetTitleIncludeType() {}
-iterator CQDTreeItem::GetIterator() const { return 0; }
+iterator CQDTreeItem::GetIterator() const {
+  return 0;
+}
 void CQDTreeItem::SetShowHideItem(int, TArray<iterator>&, int, unsigned) {}
 void CQDTreeItem::OnMenuEventGeomRoot(unsigned) {}
 void CQDTreeItem::OnDropToView(CPoint&) {}
@@ -475,7 +503,9 @@ void CQDTreeItem::Slot16() {}
 void CQDTreeItem::Slot18() {}
 void CQDTreeItem::Slot19() {}
 void CQDTreeItem::Slot20() {}
-int CQDTreeItem::Slot22() { return 0; }
+int CQDTreeItem::Slot22() {
+  return 0;
+}
 void CQDTreeItem::Slot24() {}
 void CQDTreeItem::Slot27() {}
 void CQDTreeItem::Slot28() {}

@@ -267,8 +267,8 @@ class QD_EXPORT CQDTreeItem {
   using ChildList = std::vector<CQDTreeItem*>;
   /// What few nodes have; most of a million have none of it.
   struct Extras {
-    ChildList children;        // owned; null where a child has left
-    std::uint32_t holes = 0;   // the nulls among them; closed now and then
+    ChildList children;       // owned; null where a child has left
+    std::uint32_t holes = 0;  // the nulls among them; closed now and then
     std::list<unsigned short> dataTypes;
     std::vector<std::uint16_t> dragTypes;
     PendingUpdates pending;

@@ -14,7 +14,9 @@ CQDTreeListCtrl::Handler::~Handler() {
   std::vector<std::unique_ptr<CQDTreeItem>>().swap(m_control.m_graveyard);
 }
 
-CQDTreeListCtrl::~CQDTreeListCtrl() { DestroyTreeItems(); }
+CQDTreeListCtrl::~CQDTreeListCtrl() {
+  DestroyTreeItems();
+}
 
 void CQDTreeListCtrl::OnDestroy() {
   DestroyTreeItems();
@@ -37,7 +39,9 @@ void CQDTreeListCtrl::CreateTreeItems(int treeType, CQDDocBase* doc, IQDTreeGrou
   Expand(m_root->GetTreeItemHandle(), ExpandAction::Expand);
 }
 
-void CQDTreeListCtrl::DestroyTreeItems() { CQDTreeItem::Destroy(std::exchange(m_root, nullptr)); }
+void CQDTreeListCtrl::DestroyTreeItems() {
+  CQDTreeItem::Destroy(std::exchange(m_root, nullptr));
+}
 
 void CQDTreeListCtrl::Bury(std::unique_ptr<CQDTreeItem> node) {
   if (m_handlers > 0) m_graveyard.push_back(std::move(node));
@@ -78,7 +82,8 @@ HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) 
   const HTREEITEM above = parent != nullptr ? parent->GetTreeItemHandle() : HTREEITEM{};
   if (parent != nullptr && !IsLive(above)) return {};
   const int icon = static_cast<int>(node->GetIconIndex());
-  const HTREEITEM row = InsertItem(node->GetTitle(), icon, icon, node->IsEditable() ? 1 : 0, 0, above, insertAfter);
+  const HTREEITEM row =
+      InsertItem(node->GetTitle(), icon, icon, node->IsEditable() ? 1 : 0, 0, above, insertAfter);
   if (!row) return {};
   ++m_rowCount;
   m_rowMap.set(row, node);
@@ -139,9 +144,15 @@ int CQDTreeListCtrl::MoveItem(CQDTreeItem* node, CQDTreeItem* newParent) {
   return 1;
 }
 
-CQDTreeItem* CQDTreeListCtrl::FindGeomNode(iterator itr) const { return NodeOfRecord(1, itr); }
-CQDTreeItem* CQDTreeListCtrl::FindMeshNode(iterator itr) const { return NodeOfRecord(2, itr); }
-CQDTreeItem* CQDTreeListCtrl::FindDatumNode(iterator itr) const { return NodeOfRecord(3, itr); }
+CQDTreeItem* CQDTreeListCtrl::FindGeomNode(iterator itr) const {
+  return NodeOfRecord(1, itr);
+}
+CQDTreeItem* CQDTreeListCtrl::FindMeshNode(iterator itr) const {
+  return NodeOfRecord(2, itr);
+}
+CQDTreeItem* CQDTreeListCtrl::FindDatumNode(iterator itr) const {
+  return NodeOfRecord(3, itr);
+}
 
 CQDTreeItem* CQDTreeListCtrl::NodeOfRecord(int kind, iterator itr) const {
   constexpr int kAny = 0;
@@ -153,7 +164,9 @@ CQDTreeItem* CQDTreeListCtrl::NodeOfRecord(int kind, iterator itr) const {
   return node;
 }
 
-int CQDTreeListCtrl::ChangeImage(CQDTreeItem* node, int icon) { return node->ChangeImage(icon); }
+int CQDTreeListCtrl::ChangeImage(CQDTreeItem* node, int icon) {
+  return node->ChangeImage(icon);
+}
 
 int CQDTreeListCtrl::ChangeItemColor(HTREEITEM row, COLORREF colour, int invalidate) {
   return SetItemColor(row, colour, invalidate);
@@ -176,9 +189,13 @@ void CQDTreeListCtrl::OnChangeLanguage() {
   Invalidate();
 }
 
-void CQDTreeListCtrl::OnChangeProgram() { Invalidate(); }  // menus ask for the variant when they open
+void CQDTreeListCtrl::OnChangeProgram() {
+  Invalidate();
+}  // menus ask for the variant when they open
 
-void CQDTreeListCtrl::OnPrePostMode(int) { Invalidate(); }
+void CQDTreeListCtrl::OnPrePostMode(int) {
+  Invalidate();
+}
 
 void CQDTreeListCtrl::RestoreLabel() {
   if (m_root != nullptr) m_root->SetRestoreLabel();
@@ -285,7 +302,9 @@ void CQDTreeListCtrl::OnMenuEventMeshRoot(unsigned command) {
 void CQDTreeListCtrl::OnMenuEventSLoadRoot(unsigned command) {
   ForwardToRoot(&CQDTreeItem::OnMenuEventSLoadRoot, command);
 }
-void CQDTreeListCtrl::OnMenuEventBCRoot(unsigned command) { ForwardToRoot(&CQDTreeItem::OnMenuEventBCRoot, command); }
+void CQDTreeListCtrl::OnMenuEventBCRoot(unsigned command) {
+  ForwardToRoot(&CQDTreeItem::OnMenuEventBCRoot, command);
+}
 void CQDTreeListCtrl::OnMenuEventDLoadRoot(unsigned command) {
   ForwardToRoot(&CQDTreeItem::OnMenuEventDLoadRoot, command);
 }

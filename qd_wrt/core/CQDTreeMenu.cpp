@@ -28,6 +28,8 @@ int CQDTreeMenu::AddSeparator() {
   return Append(std::move(entry));
 }
 
-int CQDTreeMenu::AddSubMenu(CQDTreeMenu& sub, const wchar_t* text) { return AppendSubMenu(sub, text); }
+int CQDTreeMenu::AddSubMenu(CQDTreeMenu& sub, const wchar_t* text) {
+  return AppendSubMenu(sub, text);
+}
 
 }  // namespace qd

@@ -12,7 +12,9 @@ CWorksTreeManager::CWorksTreeManager(std::map<long, CSwitchDockablePane*> panes,
   CQDTreeIcon::Instance();
 }
 
-CWorksTreeManager::~CWorksTreeManager() { m_pGroupFactory = nullptr; }
+CWorksTreeManager::~CWorksTreeManager() {
+  m_pGroupFactory = nullptr;
+}
 
 /// Calls `request(type, tree)` for the document's tree of each type. The host promises one for each.
 template <typename Request>

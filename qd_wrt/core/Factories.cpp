@@ -6,10 +6,16 @@ namespace {
 IQDTreeItemFactory* theFactory = nullptr;
 }
 
-IQDTreeItemFactory::IQDTreeItemFactory() { theFactory = this; }
+IQDTreeItemFactory::IQDTreeItemFactory() {
+  theFactory = this;
+}
 
-IQDTreeItemFactory::~IQDTreeItemFactory() { theFactory = nullptr; }
+IQDTreeItemFactory::~IQDTreeItemFactory() {
+  theFactory = nullptr;
+}
 
-IQDTreeItemFactory* IQDTreeItemFactory::Instance() { return theFactory; }
+IQDTreeItemFactory* IQDTreeItemFactory::Instance() {
+  return theFactory;
+}
 
 }  // namespace qd

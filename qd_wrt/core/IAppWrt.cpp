@@ -4,10 +4,16 @@ namespace qd {
 
 IAppWrt* IAppWrt::m_pInstance = nullptr;
 
-IAppWrt::IAppWrt() { m_pInstance = this; }
+IAppWrt::IAppWrt() {
+  m_pInstance = this;
+}
 
-IAppWrt::~IAppWrt() { m_pInstance = nullptr; }
+IAppWrt::~IAppWrt() {
+  m_pInstance = nullptr;
+}
 
-IAppWrt* IAppWrt::Instance() { return m_pInstance; }
+IAppWrt* IAppWrt::Instance() {
+  return m_pInstance;
+}
 
 }  // namespace qd

@@ -4,8 +4,12 @@ namespace qd {
 
 namespace {
 
-std::uint64_t Word(const CQDTreeItem* node) { return reinterpret_cast<std::uint64_t>(node); }
-CQDTreeItem* Node(std::uint64_t word) { return reinterpret_cast<CQDTreeItem*>(word); }
+std::uint64_t Word(const CQDTreeItem* node) {
+  return reinterpret_cast<std::uint64_t>(node);
+}
+CQDTreeItem* Node(std::uint64_t word) {
+  return reinterpret_cast<CQDTreeItem*>(word);
+}
 
 /// Takes the key out of `from`; a partner that is bound
 int RemoveBound(FlatMap& from, FlatMap& back, std::uint64_t key) {
@@ -99,8 +103,12 @@ int bothitrmap::find(const CQDTreeItem* node, iterator& itr) const {
   return 1;
 }
 
-int bothitrmap::remove(iterator itr) { return RemoveBound(m_nodeOfItr, m_itrOfNode, itr); }
-int bothitrmap::remove(CQDTreeItem* node) { return RemoveBound(m_itrOfNode, m_nodeOfItr, Word(node)); }
+int bothitrmap::remove(iterator itr) {
+  return RemoveBound(m_nodeOfItr, m_itrOfNode, itr);
+}
+int bothitrmap::remove(CQDTreeItem* node) {
+  return RemoveBound(m_itrOfNode, m_nodeOfItr, Word(node));
+}
 
 void bothitrmap::clear() {
   m_nodeOfItr.Clear();

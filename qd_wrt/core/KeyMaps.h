@@ -3,9 +3,9 @@
 #include <vector>
 
 #include "platform/Export.h"
+#include "platform/FlatMap.h"
 #include "platform/Types.h"
 #include "platform/tree/RowTree.h"
-#include "platform/FlatMap.h"
 
 namespace qd {
 

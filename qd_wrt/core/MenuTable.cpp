@@ -4,7 +4,9 @@
 
 namespace qd {
 
-TableMenu::TableMenu(std::span<const MenuEntry> table) { Build(table); }
+TableMenu::TableMenu(std::span<const MenuEntry> table) {
+  Build(table);
+}
 
 CQDTreeMenu& TableMenu::Build(std::span<const MenuEntry> table) {
   CQDTreeMenu& menu = *m_menus.emplace_back(std::make_unique<CQDTreeMenu>());

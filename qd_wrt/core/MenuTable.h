@@ -14,10 +14,10 @@ namespace qd {
 /// One line of a menu table. An entry without text is a separator.
 struct MenuEntry {
   unsigned command = 0;
-  std::string_view key{};            ///< message key of the text
+  std::string_view key{};  ///< message key of the text
   int icon = -1;
-  bool opensDialog = false;          ///< adds "..." to the text
-  bool (*when)() = nullptr;          ///< left out unless this is null or answers true
+  bool opensDialog = false;              ///< adds "..." to the text
+  bool (*when)() = nullptr;              ///< left out unless this is null or answers true
   std::span<const MenuEntry> submenu{};  ///< makes it a submenu
 };
 

@@ -12,7 +12,9 @@ void PendingUpdates::Push(const tagTRNotify& record) {
   m_batches.push_back(std::move(batch));
 }
 
-void PendingUpdates::Push(std::shared_ptr<const UpdateBatch> batch) { m_batches.push_back(std::move(batch)); }
+void PendingUpdates::Push(std::shared_ptr<const UpdateBatch> batch) {
+  m_batches.push_back(std::move(batch));
+}
 
 std::vector<tagTRNotify> PendingUpdates::Collect() const {
   if (m_batches.size() == 1) return m_batches.front()->records;
@@ -22,8 +24,7 @@ std::vector<tagTRNotify> PendingUpdates::Collect() const {
       ordered.emplace_back(batch->sequence[i], batch->records[i]);
     }
   }
-  std::stable_sort(ordered.begin(), ordered.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::stable_sort(ordered.begin(), ordered.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   std::vector<tagTRNotify> records;
   records.reserve(ordered.size());
   for (const auto& [place, record] : ordered) records.push_back(record);

@@ -32,7 +32,9 @@ void CQDTreeListCtrl::SelectCTItem(CQDTreeItem* node) {
   OnSelchangAction();
 }
 
-void CQDTreeListCtrl::ResetSelection(int) { ClearAllSelected(); }
+void CQDTreeListCtrl::ResetSelection(int) {
+  ClearAllSelected();
+}
 
 void CQDTreeListCtrl::OnSelchangAction() {
   if (m_selectingRows) return;

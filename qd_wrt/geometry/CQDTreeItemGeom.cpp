@@ -67,15 +67,20 @@ void CQDTreeItemGeom::OnUpdate() {
   for (const tagTRNotify& change : PendingRecords()) {
     const bool gone = change.kind == kChangeDeleted;
     switch (change.dataType) {
-      case kDataGeom: ApplyChange(change); break;
+      case kDataGeom:
+        ApplyChange(change);
+        break;
       case kDataMset:
         if (gone || change.kind == kChangeAdded) remeshed.insert(MarkMesh(change.itr, gone ? 0 : 1));
         break;
       case kDataMaterial:
         if (gone || change.kind == kChangeModified) materials.insert(change.itr);
         break;
-      case kDataMaterialTitle: materialTitles |= change.kind == kChangeModified; break;
-      default: break;
+      case kDataMaterialTitle:
+        materialTitles |= change.kind == kChangeModified;
+        break;
+      default:
+        break;
     }
   }
   // Icons and titles depend on the final state only, so each is refreshed once, after all records.
@@ -124,7 +129,9 @@ void CQDTreeItemGeom::GetGeomTitleAndColor(int& title, int& colour) {
   colour = m_colourMode;
 }
 
-void CQDTreeItemGeom::ChangeGeomColor(int mode) { m_colourMode = mode; }
+void CQDTreeItemGeom::ChangeGeomColor(int mode) {
+  m_colourMode = mode;
+}
 
 void CQDTreeItemGeom::OnChangeLanguage() {
   ChangeTitle(CMSGFunction::GetValue(kTitleKey));

@@ -40,7 +40,9 @@ CString CQDTreeItemGeomData::MakeTitle() const {
   return material != nullptr ? record->name + L" (" + material->name + L")" : record->name;
 }
 
-void CQDTreeItemGeomData::SetTitleIncludeType() { ChangeTitle(MakeTitle()); }
+void CQDTreeItemGeomData::SetTitleIncludeType() {
+  ChangeTitle(MakeTitle());
+}
 
 void CQDTreeItemGeomData::SetTitleMode(int mode) {
   m_titleMode = mode;

@@ -23,9 +23,13 @@ constexpr int kHeaderMargin = 8;
 
 }  // namespace
 
-CWorksTreeBar::~CWorksTreeBar() { DestroyWindow(); }
+CWorksTreeBar::~CWorksTreeBar() {
+  DestroyWindow();
+}
 
-std::unique_ptr<IWorksTree> CWorksTreeBar::CreateObject() { return std::make_unique<CWorksTreeBar>(); }
+std::unique_ptr<IWorksTree> CWorksTreeBar::CreateObject() {
+  return std::make_unique<CWorksTreeBar>();
+}
 
 // ---- creation -------------------------------------------------------------------------------------------
 
@@ -86,10 +90,10 @@ void CWorksTreeBar::StretchWidth() {
 void CWorksTreeBar::LayOut() {
   const CRect client = GetClientRect();
   const IToolkit& toolkit = IToolkit::Instance();
-  const PaneLayout layout = LayOutPane({client.Width(), client.Height(), toolkit.FontHeight({}) + kHeaderMargin,
-                                        m_tree.GetColumnsWidth(), m_tree.VisibleRowCount(), m_tree.GetItemHeight(),
-                                        toolkit.GetMetric(Metric::ScrollBarWidth),
-                                        toolkit.GetMetric(Metric::ScrollBarHeight)});
+  const PaneLayout layout =
+      LayOutPane({client.Width(), client.Height(), toolkit.FontHeight({}) + kHeaderMargin,
+                  m_tree.GetColumnsWidth(), m_tree.VisibleRowCount(), m_tree.GetItemHeight(),
+                  toolkit.GetMetric(Metric::ScrollBarWidth), toolkit.GetMetric(Metric::ScrollBarHeight)});
   m_tree.GetHeader().MoveWindow(layout.header);
   m_tree.MoveWindow(layout.tree);
   m_bar.MoveWindow(layout.bar);

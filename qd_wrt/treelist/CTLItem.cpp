@@ -44,7 +44,9 @@ void CTLItem::SetSubstring(int column, const CString& text) {
   m_text = std::move(rebuilt);
 }
 
-std::uint32_t CTLItem::GetItemKey() const { return static_cast<std::uint32_t>(DecimalPrefix(View(1))); }
+std::uint32_t CTLItem::GetItemKey() const {
+  return static_cast<std::uint32_t>(DecimalPrefix(View(1)));
+}
 
 void CTLItem::SetColor(COLORREF colour) {
   m_hasColour = true;

@@ -16,15 +16,25 @@ constexpr unsigned kFormatBase = 0x01000000;
 constexpr int kDefaultColumnMargin = 24;
 
 // The row's data word carries its record.
-CTLItem* RecordOf(std::uint64_t word) { return reinterpret_cast<CTLItem*>(word); }
-std::uint64_t WordOf(CTLItem* record) { return reinterpret_cast<std::uint64_t>(record); }
-void FreeRecord(std::uint64_t word) { std::unique_ptr<CTLItem>{RecordOf(word)}; }
+CTLItem* RecordOf(std::uint64_t word) {
+  return reinterpret_cast<CTLItem*>(word);
+}
+std::uint64_t WordOf(CTLItem* record) {
+  return reinterpret_cast<std::uint64_t>(record);
+}
+void FreeRecord(std::uint64_t word) {
+  std::unique_ptr<CTLItem>{RecordOf(word)};
+}
 
 }  // namespace
 
-CTreeListCtrl::~CTreeListCtrl() { EraseAllRows(FreeRecord); }
+CTreeListCtrl::~CTreeListCtrl() {
+  EraseAllRows(FreeRecord);
+}
 
-void CTreeListCtrl::OnDestroy() { EraseAllRows(FreeRecord); }
+void CTreeListCtrl::OnDestroy() {
+  EraseAllRows(FreeRecord);
+}
 
 // ---- columns --------------------------------------------------------------------------------------------
 
@@ -32,7 +42,9 @@ int CTreeListCtrl::InsertColumn(int column, const CString& caption, int format, 
   ++m_columnCount;
   CHeaderBase::Item item;
   item.text = caption;
-  item.format = kFormatBase | (format == 1 ? CHeaderBase::kFormatRight : format == 2 ? CHeaderBase::kFormatCentre : 0U);
+  item.format = kFormatBase | (format == 1   ? CHeaderBase::kFormatRight
+                               : format == 2 ? CHeaderBase::kFormatCentre
+                                             : 0U);
   item.width = width;
   if (width == -1) {
     std::vector<int> widths;
@@ -71,7 +83,9 @@ void CTreeListCtrl::SetHorizontalOffset(int x) {
 
 // ---- records and rows -----------------------------------------------------------------------------------
 
-CTLItem* CTreeListCtrl::Record(HTREEITEM row) { return IsLive(row) ? RecordOf(Rows().Word(row)) : nullptr; }
+CTLItem* CTreeListCtrl::Record(HTREEITEM row) {
+  return IsLive(row) ? RecordOf(Rows().Word(row)) : nullptr;
+}
 
 const CTLItem* CTreeListCtrl::GetRecord(HTREEITEM row) const {
   return IsLive(row) ? RecordOf(Rows().Word(row)) : nullptr;
@@ -81,7 +95,7 @@ void CTreeListCtrl::RequestScrollReset() {
   if (m_pane != nullptr) m_pane->ResetScrollBar();
 }
 
-HTREEITEM CTreeListCtrl::Insert(CTLItem record, int image, int selectedImage, HTREEITEM parent,
+HTREEITEM CTreeListCtrl::Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent,
                                 HTREEITEM insertAfter) {
   ++m_itemCount;
   RequestScrollReset();
@@ -93,7 +107,7 @@ HTREEITEM CTreeListCtrl::InsertCopy(const CTLItem& record, int image, int select
   auto owned = std::make_unique<CTLItem>(record);
   const HTREEITEM row = InsertRow(parent, insertAfter, image, selectedImage, WordOf(owned.get()));
   if (!row) return {};
-  owned.release();  // the row owns it now
+  static_cast<void>(owned.release());  // the row owns it now
   if (state != 0) Rows().SetState(row, state, ~0U);
   return row;
 }
@@ -109,12 +123,12 @@ HTREEITEM CTreeListCtrl::InsertItem(const CString& text, int image, int selected
   record.InsertItem(text);
   record.SetEditable(editable);
   record.SetCombo(combo);
-  return Insert(std::move(record), image, selectedImage, parent, insertAfter);
+  return Insert(record, image, selectedImage, parent, insertAfter);
 }
 
-HTREEITEM CTreeListCtrl::InsertItem(unsigned mask, const CString& text, int image, int selectedImage, unsigned state,
-                                    unsigned stateMask, std::uint32_t data, HTREEITEM parent, HTREEITEM insertAfter,
-                                    int editable, int combo) {
+HTREEITEM CTreeListCtrl::InsertItem(unsigned mask, const CString& text, int image, int selectedImage,
+                                    unsigned state, unsigned stateMask, std::uint32_t data, HTREEITEM parent,
+                                    HTREEITEM insertAfter, int editable, int combo) {
   if ((mask & kAttributeImage) == 0) image = 0;
   if ((mask & kAttributeSelectedImage) == 0) selectedImage = 0;
   HTREEITEM row;
@@ -167,7 +181,9 @@ CString CTreeListCtrl::GetItemText(HTREEITEM row, int column) const {
   return record != nullptr ? record->GetSubstring(column) : CString();
 }
 
-HTREEITEM CTreeListCtrl::GetTreeItem(int) const { return GetRootItem(); }
+HTREEITEM CTreeListCtrl::GetTreeItem(int) const {
+  return GetRootItem();
+}
 
 int CTreeListCtrl::GetListItem(HTREEITEM row) const {
   assert(!row || row == GetRootItem());
@@ -309,12 +325,17 @@ int CTreeListCtrl::SortItems(int column, int byName, HTREEITEM parent) {
   }
   std::vector<std::uint32_t> order(children.size());
   std::iota(order.begin(), order.end(), 0U);
-  const bool changed = byName != 0 ? StableMerge(order, [&names, byName](std::uint32_t a, std::uint32_t b) {
-    return CompareNames(names[a], names[b], byName);
-  }) : StableMerge(order, [&keys](std::uint32_t a, std::uint32_t b) { return CompareKeys(keys[a], keys[b]); });
+  const bool changed = byName != 0 ? StableMerge(order,
+                                                 [&names, byName](std::uint32_t a, std::uint32_t b) {
+                                                   return CompareNames(names[a], names[b], byName);
+                                                 })
+                                   : StableMerge(order, [&keys](std::uint32_t a, std::uint32_t b) {
+                                       return CompareKeys(keys[a], keys[b]);
+                                     });
   if (!changed) return 1;
   std::vector<HTREEITEM> sorted(children.size());
-  std::transform(order.begin(), order.end(), sorted.begin(), [&children](std::uint32_t at) { return children[at]; });
+  std::transform(order.begin(), order.end(), sorted.begin(),
+                 [&children](std::uint32_t at) { return children[at]; });
   Rows().ReorderChildren(parent, sorted);
   ScheduleLayout();
   return 1;
@@ -322,7 +343,9 @@ int CTreeListCtrl::SortItems(int column, int byName, HTREEITEM parent) {
 
 // ---- appearance -----------------------------------------------------------------------------------------
 
-void CTreeListCtrl::SetBackgroundColor(COLORREF colour) { SetBkColor(colour); }
+void CTreeListCtrl::SetBackgroundColor(COLORREF colour) {
+  SetBkColor(colour);
+}
 
 CString CTreeListCtrl::GetNextLine(CString& text) {
   const std::size_t end = text.find(L'\r');
@@ -332,7 +355,9 @@ CString CTreeListCtrl::GetNextLine(CString& text) {
   return line;
 }
 
-void CTreeListCtrl::OnLayout() { RequestScrollReset(); }
+void CTreeListCtrl::OnLayout() {
+  RequestScrollReset();
+}
 
 void CTreeListCtrl::OnViewMoved() {
   if (m_pane != nullptr) m_pane->HideToolTip();

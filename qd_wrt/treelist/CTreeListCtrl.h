@@ -52,14 +52,19 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
 
   // ---- rows ----
   HTREEITEM InsertItem(const CString& text, int editable, int combo, HTREEITEM parent, HTREEITEM insertAfter);
-  HTREEITEM InsertItem(const CString& text, int image, int selectedImage, int editable, int combo, HTREEITEM parent,
-                       HTREEITEM insertAfter);
+  HTREEITEM InsertItem(const CString& text, int image, int selectedImage, int editable, int combo,
+                       HTREEITEM parent, HTREEITEM insertAfter);
   /// Attributes that the full form passes on to the platform tree.
-  enum Attribute : unsigned { kAttributeImage = 2, kAttributeData = 4, kAttributeState = 8, kAttributeSelectedImage = 0x20 };
+  enum Attribute : unsigned {
+    kAttributeImage = 2,
+    kAttributeData = 4,
+    kAttributeState = 8,
+    kAttributeSelectedImage = 0x20
+  };
   /// The full form: `mask` names the attributes that are given. Without kAttributeData the row has no record.
   HTREEITEM InsertItem(unsigned mask, const CString& text, int image, int selectedImage, unsigned state,
-                       unsigned stateMask, std::uint32_t data, HTREEITEM parent, HTREEITEM insertAfter, int editable,
-                       int combo);
+                       unsigned stateMask, std::uint32_t data, HTREEITEM parent, HTREEITEM insertAfter,
+                       int editable, int combo);
   /// Inserts a copy of a row and its record. A row with children is not copied: none. The item count does not
   /// count the copy.
   HTREEITEM CopyItem(HTREEITEM row, HTREEITEM parent, HTREEITEM insertAfter);
@@ -172,7 +177,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   enum class Button { Left, Right };
 
   CTLItem* Record(HTREEITEM row);
-  HTREEITEM Insert(CTLItem record, int image, int selectedImage, HTREEITEM parent, HTREEITEM insertAfter);
+  HTREEITEM Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent, HTREEITEM insertAfter);
   HTREEITEM InsertCopy(const CTLItem& record, int image, int selectedImage, unsigned state, HTREEITEM parent,
                        HTREEITEM insertAfter);
   void EraseWithRecords(HTREEITEM row);

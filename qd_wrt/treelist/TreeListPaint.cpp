@@ -13,7 +13,9 @@ constexpr int kTextMargin = 8;  // a text is cut when it comes closer than this 
 constexpr int kSwatchColumn = 2;
 constexpr int kSwatchInset = 3;
 
-bool IsSecondHalf(wchar_t element) { return element >= 0xDC00 && element <= 0xDFFF; }
+bool IsSecondHalf(wchar_t element) {
+  return element >= 0xDC00 && element <= 0xDFFF;
+}
 
 }  // namespace
 
@@ -49,7 +51,8 @@ void CTreeListCtrl::OnPaint(CDC& dc) {
   PaintTree(dc);
   // The tree part reaches across; everything right of column 0 is the texts'.
   const int firstWidth = GetColumnWidth(0);
-  dc.FillSolidRect({firstWidth, 1, firstWidth + std::max(client.right, m_columnsWidth), 1 + client.bottom}, GetBkColor());
+  dc.FillSolidRect({firstWidth, 1, firstWidth + std::max(client.right, m_columnsWidth), 1 + client.bottom},
+                   GetBkColor());
   PaintGridStrips(dc, clip);
   const int height = GetItemHeight();
   const int firstLine = std::max(clip.top, 0) / height;

@@ -235,13 +235,15 @@ void CTreeListCtrl::DoAction(HTREEITEM row, Button button, unsigned flags, CPoin
     if (message.target != this) return CaptureVerdict::Dispatch;
     switch (message.kind) {
       case MessageKind::MouseMove:
-        dragged = std::abs(message.point.x - point.x) > dragWidth || std::abs(message.point.y - point.y) > dragHeight;
+        dragged =
+            std::abs(message.point.x - point.x) > dragWidth || std::abs(message.point.y - point.y) > dragHeight;
         return dragged ? CaptureVerdict::Stop : CaptureVerdict::Swallow;
       case MessageKind::LeftUp:
       case MessageKind::RightUp:
         clicked = true;
         return CaptureVerdict::StopAndDispatch;
-      default: return CaptureVerdict::Dispatch;
+      default:
+        return CaptureVerdict::Dispatch;
     }
   });
   // Handlers ran meanwhile: the control or the row may be gone.

@@ -34,7 +34,9 @@ void ImportJob::Start() {
   m_process.start(QCoreApplication::applicationDirPath() + "/qd_exchange", {m_path});
 }
 
-void ImportJob::Cancel() { Fail({}); }
+void ImportJob::Cancel() {
+  Fail({});
+}
 
 void ImportJob::Fail(const QString& reason) {
   if (std::exchange(m_ended, true)) return;
@@ -44,7 +46,7 @@ void ImportJob::Fail(const QString& reason) {
 
 /// Takes what has arrived, for a moment at a time, so that the window stays alive.
 void ImportJob::TakeFrames() {
-  constexpr qint64 kRun = 20;     // milliseconds
+  constexpr qint64 kRun = 20;  // milliseconds
   constexpr qint64 kPiece = 1 << 20;
   QElapsedTimer run;
   run.start();
@@ -74,7 +76,9 @@ void ImportJob::TakeFrame(const FrameReader::Frame& frame) {
     case FrameType::MeshSet:
       if (auto set = DecodeMeshSet(frame.payload)) return m_model.meshSets.push_back(std::move(*set));
       break;
-    case FrameType::Done: m_done = true; return;
+    case FrameType::Done:
+      m_done = true;
+      return;
     case FrameType::Error:
       if (const auto error = DecodeError(frame.payload)) {
         return Fail(Text(error->key.c_str(), {QString::fromStdString(error->detail)}));

@@ -43,8 +43,8 @@ class ImportJob final : public QObject {
   FrameReader m_reader;
   QTimer m_more;
   ImportedModel m_model;
-  bool m_done = false;       // the program has sent its last frame
-  bool m_ended = false;      // a result was emitted
+  bool m_done = false;   // the program has sent its last frame
+  bool m_ended = false;  // a result was emitted
   bool m_exited = false;
 };
 

@@ -88,7 +88,8 @@ void MainWindow::MakePanes() {
 
 // ---- menus ----------------------------------------------------------------------------------------------
 
-QAction* MainWindow::Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)()) {
+QAction* MainWindow::Add(QMenu* menu, const char* key, const QKeySequence& shortcut,
+                         void (MainWindow::*handler)()) {
   QAction* action = menu->addAction(QString(), this, handler);
   action->setShortcut(shortcut);
   m_translated.push_back({action, key});
@@ -100,7 +101,8 @@ void MainWindow::MakeMenus() {
   m_translated.push_back({file->menuAction(), "IDS_WB_MENU_FILE"});
   Add(file, "IDS_WB_IMPORT", QKeySequence::Open, &MainWindow::OnImport);
   file->addSeparator();
-  m_translated.push_back({file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT"});
+  m_translated.push_back(
+      {file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT"});
 
   QMenu* edit = menuBar()->addMenu(QString());
   m_translated.push_back({edit->menuAction(), "IDS_WB_MENU_EDIT"});
@@ -118,7 +120,8 @@ void MainWindow::MakeMenus() {
   m_translated.push_back({language->menuAction(), "IDS_WB_MENU_LANGUAGE"});
   auto* group = new QActionGroup(this);
   for (const QString& code : MessageTables::Languages()) {
-    QAction* action = language->addAction(QLocale(code).nativeLanguageName(), this, [this, code] { SetLanguage(code); });
+    QAction* action =
+        language->addAction(QLocale(code).nativeLanguageName(), this, [this, code] { SetLanguage(code); });
     action->setCheckable(true);
     action->setChecked(code == m_messages.Language());
     group->addAction(action);
@@ -156,7 +159,9 @@ void MainWindow::RefreshActions() {
 }
 
 /// The trees draw their texts in the system's colours, so their background has to follow the palette.
-void MainWindow::ApplyPalette() { m_manager->SetBkColor(FromQt(QApplication::palette().color(QPalette::Base))); }
+void MainWindow::ApplyPalette() {
+  m_manager->SetBkColor(FromQt(QApplication::palette().color(QPalette::Base)));
+}
 
 void MainWindow::changeEvent(QEvent* event) {
   if (event->type() == QEvent::PaletteChange && m_manager != nullptr) ApplyPalette();
@@ -172,9 +177,13 @@ void MainWindow::OnImport() {
   Import(QFileDialog::getOpenFileNames(this, Text("IDS_WB_IMPORT").remove('&'), QString(), filter));
 }
 
-void MainWindow::OnUndo() { m_doc->GetDatabase().Undo(); }
+void MainWindow::OnUndo() {
+  m_doc->GetDatabase().Undo();
+}
 
-void MainWindow::OnRedo() { m_doc->GetDatabase().Redo(); }
+void MainWindow::OnRedo() {
+  m_doc->GetDatabase().Redo();
+}
 
 void MainWindow::OnDelete() {
   std::vector<iterator> parts = m_doc->GetSelectBuffer();
@@ -182,11 +191,17 @@ void MainWindow::OnDelete() {
   if (!parts.empty()) m_doc->GetDatabase().GetGeomPool().TR_Del(parts);
 }
 
-void MainWindow::OnFit() { m_view->FitAll(); }
+void MainWindow::OnFit() {
+  m_view->FitAll();
+}
 
-void MainWindow::OnShowAll() { m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandShowAll); }
+void MainWindow::OnShowAll() {
+  m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandShowAll);
+}
 
-void MainWindow::OnHideAll() { m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandHideAll); }
+void MainWindow::OnHideAll() {
+  m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandHideAll);
+}
 
 void MainWindow::OnPick(iterator itr, bool add) {
   std::vector<iterator> selection = add ? m_doc->GetSelectBuffer() : std::vector<iterator>();
@@ -212,9 +227,13 @@ void MainWindow::OnDatabaseChanged(const CQDUpdateRecord& record) {
   RefreshActions();
 }
 
-CPropertiesWnd* MainWindow::GetPropertiesWnd(CQDDocBase* doc) { return doc == m_doc.get() ? m_properties : nullptr; }
+CPropertiesWnd* MainWindow::GetPropertiesWnd(CQDDocBase* doc) {
+  return doc == m_doc.get() ? m_properties : nullptr;
+}
 
-bool MainWindow::IsUpToDate() const { return !IsImporting() && m_view->IsUpToDate(); }
+bool MainWindow::IsUpToDate() const {
+  return !IsImporting() && m_view->IsUpToDate();
+}
 
 // ---- import ---------------------------------------------------------------------------------------------
 
@@ -249,12 +268,15 @@ void MainWindow::StoreImported(ImportedModel& model) {
   const QString path = m_job->Path();
   const std::size_t parts = model.parts.size();
   const std::size_t sets = model.meshSets.size();
-  if (m_doc->GetDatabase().GetGeomPool().Count() == 0) {
+  const bool first = m_doc->GetDatabase().GetGeomPool().Count() == 0;
+  if (first) {
     m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
     m_manager->ResetFilePath(m_doc.get());
   }
   const CString title = FromQt(Text("IDS_WB_TRANS_IMPORT", {QFileInfo(path).fileName()}));
   StoreImport(m_doc->GetDatabase(), std::move(model), title);
+  // An empty branch cannot stand open, so the first parts open it.
+  if (first) m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->GetChild(0)->Expand(1);
   if (parts > 0) Say(Text("IDS_WB_IMPORTED_PARTS", {path, QLocale().toString(parts)}), false);
   if (sets > 0) Say(Text("IDS_WB_IMPORTED_MESH", {path, QLocale().toString(sets)}), false);
   EndImport();

@@ -12,7 +12,9 @@ namespace {
 constexpr const char* kFolder = ":/messages";
 }
 
-MessageTables::MessageTables() { SetLanguage("en"); }
+MessageTables::MessageTables() {
+  SetLanguage("en");
+}
 
 QStringList MessageTables::Languages() {
   QStringList languages;

@@ -50,7 +50,8 @@ bool ImportInto(WorkDocument& doc, const QString& path) {
     std::cerr << Text("IDS_WB_IMPORT_FAILED", {path, reason}).toStdString() << std::endl;
     loop.quit();
   });
-  QMetaObject::invokeMethod(&job, [&job] { job.Start(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      &job, [&job] { job.Start(); }, Qt::QueuedConnection);
   loop.exec();
   return good;
 }

@@ -13,6 +13,8 @@ PropertyPane::PropertyPane(QWidget* parent) : QDockWidget(parent), m_empty(new Q
   Refresh();
 }
 
-void PropertyPane::Refresh() { m_empty->setText(m_page == nullptr ? Text("IDS_WB_NO_PROPERTIES") : QString()); }
+void PropertyPane::Refresh() {
+  m_empty->setText(m_page == nullptr ? Text("IDS_WB_NO_PROPERTIES") : QString());
+}
 
 }  // namespace qd::workbench

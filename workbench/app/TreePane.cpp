@@ -23,6 +23,8 @@ void TreePane::Open(CQDDocBase& doc) {
   setWidget(widget);
 }
 
-IWorksTree* TreePane::GetTree(CDocument* doc) { return doc == m_bar.GetDocument() ? &m_bar : nullptr; }
+IWorksTree* TreePane::GetTree(CDocument* doc) {
+  return doc == m_bar.GetDocument() ? &m_bar : nullptr;
+}
 
 }  // namespace qd::workbench

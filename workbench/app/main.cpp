@@ -80,7 +80,8 @@ int RunWindow(QApplication& app, const Options& options, MessageTables& messages
 }
 
 bool WantsNoWindow(int argc, char** argv) {
-  return std::any_of(argv, argv + argc, [](const char* argument) { return std::string(argument) == "--print-tree"; });
+  return std::any_of(argv, argv + argc,
+                     [](const char* argument) { return std::string(argument) == "--print-tree"; });
 }
 
 }  // namespace

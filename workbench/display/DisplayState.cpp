@@ -9,7 +9,9 @@ void DisplayState::MarkDirty() {
   if (m_onDirty) m_onDirty();
 }
 
-bool DisplayState::TakeDirty() { return std::exchange(m_dirty, false); }
+bool DisplayState::TakeDirty() {
+  return std::exchange(m_dirty, false);
+}
 
 const DisplayState::CadItem& DisplayState::GetCadItem(int cadItem) const {
   static const CadItem kAsMade;

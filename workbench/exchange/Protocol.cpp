@@ -93,16 +93,18 @@ bool IsSound(const PartFacets& facets) {
   const std::size_t points = facets.points.size() / 3;
   std::size_t linePoints = 0;
   for (const std::uint32_t size : facets.lineSizes) linePoints += size;
-  return facets.points.size() % 3 == 0 && (facets.normals.empty() || facets.normals.size() == facets.points.size()) &&
-         facets.triangles.size() % 3 == 0 && AllBelow(facets.triangles, points) && linePoints == facets.lines.size() &&
-         AllBelow(facets.lines, points);
+  return facets.points.size() % 3 == 0 &&
+         (facets.normals.empty() || facets.normals.size() == facets.points.size()) &&
+         facets.triangles.size() % 3 == 0 && AllBelow(facets.triangles, points) &&
+         linePoints == facets.lines.size() && AllBelow(facets.lines, points);
 }
 
 bool IsSound(const MeshData& mesh) {
   if (mesh.coordinates.size() != mesh.nodeIds.size() * 3) return false;
   for (const MeshData::Block& block : mesh.blocks) {
-    const bool sized = block.nodesPerElement > 0 &&
-                       block.nodeIds.size() == block.elementIds.size() * static_cast<std::size_t>(block.nodesPerElement);
+    const bool sized =
+        block.nodesPerElement > 0 &&
+        block.nodeIds.size() == block.elementIds.size() * static_cast<std::size_t>(block.nodesPerElement);
     if (!sized) return false;
   }
   return true;
@@ -110,7 +112,9 @@ bool IsSound(const MeshData& mesh) {
 
 }  // namespace
 
-std::string EncodeProgress(std::uint32_t thousandths) { return Writer().Put(thousandths).Take(); }
+std::string EncodeProgress(std::uint32_t thousandths) {
+  return Writer().Put(thousandths).Take();
+}
 
 std::optional<std::uint32_t> DecodeProgress(std::string_view payload) {
   std::uint32_t thousandths = 0;
@@ -177,7 +181,9 @@ std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload) {
   return set;
 }
 
-std::string Encode(const ImportError& error) { return Writer().Put(error.key).Put(error.detail).Take(); }
+std::string Encode(const ImportError& error) {
+  return Writer().Put(error.key).Put(error.detail).Take();
+}
 
 std::optional<ImportError> DecodeError(std::string_view payload) {
   ImportError error;

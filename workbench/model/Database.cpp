@@ -12,7 +12,8 @@ Database::Database()
       m_msets(kDataMset, *this),
       m_gsets(kDataGset, *this),
       m_materials(kDataMaterial, *this),
-      m_stores{{kDataGeom, &m_geoms}, {kDataMset, &m_msets}, {kDataGset, &m_gsets}, {kDataMaterial, &m_materials}} {}
+      m_stores{
+          {kDataGeom, &m_geoms}, {kDataMset, &m_msets}, {kDataGset, &m_gsets}, {kDataMaterial, &m_materials}} {}
 
 IPoolStore* Database::StoreOf(iterator itr) const {
   const auto found = m_stores.find(TypeOf(itr));

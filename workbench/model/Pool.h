@@ -30,7 +30,9 @@ class IJournalKeeper {
 /// Iterators carry their pool in the top bits and count up from 1 below, so they are unique over all pools and
 /// are never given out twice.
 constexpr int kTypeShift = 48;
-constexpr std::uint16_t TypeOf(iterator itr) { return static_cast<std::uint16_t>(itr >> kTypeShift); }
+constexpr std::uint16_t TypeOf(iterator itr) {
+  return static_cast<std::uint16_t>(itr >> kTypeShift);
+}
 
 /// The writing side that every pool has, for undo and rollback.
 class IPoolStore {

@@ -14,8 +14,8 @@ namespace {
 constexpr unsigned kIcon = 0;
 constexpr int kShowIcon = 0;
 constexpr int kHideIcon = 1;
-constexpr std::array<MenuEntry, 2> kMenu{{{kCommandShowAll, "IDS_QD_WRT_SHOW_ALL", kShowIcon},
-                                          {kCommandHideAll, "IDS_QD_WRT_HIDE_ALL", kHideIcon}}};
+constexpr std::array<MenuEntry, 2> kMenu{
+    {{kCommandShowAll, "IDS_QD_WRT_SHOW_ALL", kShowIcon}, {kCommandHideAll, "IDS_QD_WRT_HIDE_ALL", kHideIcon}}};
 
 }  // namespace
 

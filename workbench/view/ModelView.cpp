@@ -7,6 +7,7 @@
 #include <vtkHardwareSelector.h>
 #include <vtkInformation.h>
 #include <vtkInteractorStyleTrackballCamera.h>
+#include <vtkLightKit.h>
 #include <vtkNew.h>
 #include <vtkOpenGLState.h>
 #include <vtkRenderer.h>
@@ -62,6 +63,9 @@ ModelView::ModelView(WorkDocument& doc, QWidget* parent)
   w.renderer->SetBackground(0.93, 0.95, 0.97);
   w.renderer->SetBackground2(0.62, 0.70, 0.80);
   w.renderer->GradientBackgroundOn();
+  vtkNew<vtkLightKit> lights;
+  lights->SetKeyLightIntensity(0.9);
+  lights->AddLightsToRenderer(w.renderer);
   w.interactor->SetRenderWindow(w.window);
   w.interactor->SetInteractorStyle(w.style);
   w.scene = std::make_unique<PartScene>(doc, *w.renderer);
@@ -75,7 +79,8 @@ ModelView::ModelView(WorkDocument& doc, QWidget* parent)
   w.isCurrent->SetClientData(this);
   w.isCurrent->SetCallback([](vtkObject*, unsigned long, void* self, void* answer) {
     auto* view = static_cast<ModelView*>(self);
-    *static_cast<bool*>(answer) = view->context() != nullptr && QOpenGLContext::currentContext() == view->context();
+    *static_cast<bool*>(answer) =
+        view->context() != nullptr && QOpenGLContext::currentContext() == view->context();
   });
   w.frame->SetClientData(this);
   w.frame->SetCallback([](vtkObject*, unsigned long, void* self, void*) {
@@ -108,7 +113,9 @@ void ModelView::Redraw(int) {
   update();
 }
 
-bool ModelView::IsUpToDate() const { return !m_dirty && !m_window->scene->IsBuilding(); }
+bool ModelView::IsUpToDate() const {
+  return !m_dirty && !m_window->scene->IsBuilding();
+}
 
 bool ModelView::IsOver(CPoint screen) const {
   return isVisible() && rect().contains(mapFromGlobal(QPoint(screen.x, screen.y)));
@@ -140,8 +147,10 @@ void ModelView::FitAll() {
   if (!m_window->scene->ShownBounds(bounds)) return;
   m_fitWhenBuilt = false;
   vtkCamera* camera = m_window->renderer->GetActiveCamera();
+  const double least[3] = {bounds[0], bounds[2], bounds[4]};
+  const double greatest[3] = {bounds[1], bounds[3], bounds[5]};
   double centre[3];
-  for (int axis = 0; axis < 3; ++axis) centre[axis] = (bounds[2 * axis] + bounds[2 * axis + 1]) / 2;
+  for (int axis = 0; axis < 3; ++axis) centre[axis] = (least[axis] + greatest[axis]) / 2;
   camera->SetFocalPoint(centre);
   camera->SetPosition(centre[0] + 1, centre[1] - 1.4, centre[2] + 0.9);
   camera->SetViewUp(0, 0, 1);
@@ -188,9 +197,9 @@ void ModelView::paintGL() {
 
 void ModelView::Tell(unsigned long event, const QPointF& at, Qt::KeyboardModifiers modifiers) {
   const double scale = devicePixelRatioF();
-  m_window->interactor->SetEventInformationFlipY(static_cast<int>(at.x() * scale), static_cast<int>(at.y() * scale),
-                                                 modifiers.testFlag(Qt::ControlModifier) ? 1 : 0,
-                                                 modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0);
+  m_window->interactor->SetEventInformationFlipY(
+      static_cast<int>(at.x() * scale), static_cast<int>(at.y() * scale),
+      modifiers.testFlag(Qt::ControlModifier) ? 1 : 0, modifiers.testFlag(Qt::ShiftModifier) ? 1 : 0);
   m_window->interactor->InvokeEvent(event);
   m_window->renderer->ResetCameraClippingRange();
   update();
@@ -220,7 +229,8 @@ void ModelView::mouseMoveEvent(QMouseEvent* event) {
 
 void ModelView::wheelEvent(QWheelEvent* event) {
   if (event->angleDelta().y() == 0) return;
-  const auto what = event->angleDelta().y() > 0 ? vtkCommand::MouseWheelForwardEvent : vtkCommand::MouseWheelBackwardEvent;
+  const auto what =
+      event->angleDelta().y() > 0 ? vtkCommand::MouseWheelForwardEvent : vtkCommand::MouseWheelBackwardEvent;
   Tell(what, event->position(), {});
 }
 

@@ -67,7 +67,8 @@ vtkSmartPointer<vtkPolyData> EdgesOf(const PartFacets& facets, vtkPoints* points
 }
 
 void SetColour(vtkCompositeDataDisplayAttributes& attributes, vtkPolyData* block, COLORREF colour) {
-  const double rgb[3] = {(colour & 0xFFU) / 255.0, (colour >> 8U & 0xFFU) / 255.0, (colour >> 16U & 0xFFU) / 255.0};
+  const double rgb[3] = {(colour & 0xFFU) / 255.0, (colour >> 8U & 0xFFU) / 255.0,
+                         (colour >> 16U & 0xFFU) / 255.0};
   attributes.SetBlockColor(block, rgb);
 }
 
@@ -184,7 +185,8 @@ bool PartScene::ShownBounds(double bounds[6]) const {
   vtkBoundingBox box;
   for (const auto& [itr, part] : m_parts) {
     const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
-    if (record != nullptr && m_doc.GetDisplay().GetCadItem(record->cadItem).shown) box.AddBounds(part.edges->GetBounds());
+    if (record != nullptr && m_doc.GetDisplay().GetCadItem(record->cadItem).shown)
+      box.AddBounds(part.edges->GetBounds());
   }
   box.GetBounds(bounds);
   return box.IsValid() != 0;

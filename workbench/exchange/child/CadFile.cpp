@@ -12,8 +12,8 @@
 #include <Quantity_Color.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <Standard_Failure.hxx>
-#include <TDataStd_Name.hxx>
 #include <TDF_LabelSequence.hxx>
+#include <TDataStd_Name.hxx>
 #include <TDocStd_Document.hxx>
 #include <TopExp_Explorer.hxx>
 #include <XCAFApp_Application.hxx>
@@ -62,12 +62,10 @@ std::vector<Body> BodiesOf(const TopoDS_Shape& shape) {
     TopAbs_ShapeEnum notIn;
     TopologyKind kind;
   };
-  constexpr Level kLevels[] = {{TopAbs_SOLID, TopAbs_SHAPE, TopologyKind::Solid},
-                               {TopAbs_SHELL, TopAbs_SOLID, TopologyKind::Surface},
-                               {TopAbs_FACE, TopAbs_SHELL, TopologyKind::Surface},
-                               {TopAbs_WIRE, TopAbs_FACE, TopologyKind::Curve},
-                               {TopAbs_EDGE, TopAbs_WIRE, TopologyKind::Curve},
-                               {TopAbs_VERTEX, TopAbs_EDGE, TopologyKind::Point}};
+  constexpr Level kLevels[] = {
+      {TopAbs_SOLID, TopAbs_SHAPE, TopologyKind::Solid},  {TopAbs_SHELL, TopAbs_SOLID, TopologyKind::Surface},
+      {TopAbs_FACE, TopAbs_SHELL, TopologyKind::Surface}, {TopAbs_WIRE, TopAbs_FACE, TopologyKind::Curve},
+      {TopAbs_EDGE, TopAbs_WIRE, TopologyKind::Curve},    {TopAbs_VERTEX, TopAbs_EDGE, TopologyKind::Point}};
   std::vector<Body> bodies;
   for (const Level& level : kLevels) {
     for (TopExp_Explorer at(shape, level.what, level.notIn); at.More(); at.Next()) {
@@ -126,7 +124,7 @@ class Harvest {
     TDF_Label label;
     TopLoc_Location place;
     std::string assembly;
-    std::string instance;           // name of the use of this product, if it has one
+    std::string instance;            // name of the use of this product, if it has one
     std::optional<COLORREF> colour;  // of the use, or of an assembly above
   };
 
@@ -265,7 +263,8 @@ std::string NameByKind(TopologyKind kind, std::map<TopologyKind, int>& numbers) 
 void ReadCadFile(const std::string& path, FileFormat format, Sink& sink) {
   Message::DefaultMessenger()->ChangePrinters().Clear();
   try {
-    std::vector<Harvest::Found> found = format == FileFormat::Brep ? ReadBrep(path) : ReadDocument(path, format, sink);
+    std::vector<Harvest::Found> found =
+        format == FileFormat::Brep ? ReadBrep(path) : ReadDocument(path, format, sink);
     sink.Progress(kReadShare);
     std::map<TopologyKind, int> numbers;
     for (std::size_t i = 0; i < found.size(); ++i) {
@@ -274,11 +273,13 @@ void ReadCadFile(const std::string& path, FileFormat format, Sink& sink) {
       part.shape.facets = FacetsOf(found[i].shape);
       part.shape.brep = BrepOf(found[i].shape);
       sink.Part(part);
-      sink.Progress(kReadShare + (1 - kReadShare) * static_cast<double>(i + 1) / static_cast<double>(found.size()));
+      sink.Progress(kReadShare +
+                    (1 - kReadShare) * static_cast<double>(i + 1) / static_cast<double>(found.size()));
       found[i] = {};
     }
   } catch (const Standard_Failure& failure) {
-    throw ImportError{"IDS_WB_IMPORT_READER", failure.GetMessageString() != nullptr ? failure.GetMessageString() : ""};
+    throw ImportError{"IDS_WB_IMPORT_READER",
+                      failure.GetMessageString() != nullptr ? failure.GetMessageString() : ""};
   }
 }
 

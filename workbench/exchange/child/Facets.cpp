@@ -23,7 +23,7 @@ namespace qd::workbench {
 
 namespace {
 
-constexpr double kAngle = 0.35;                 // radians between neighbouring facets
+constexpr double kAngle = 0.35;  // radians between neighbouring facets
 constexpr double kDeflectionPerSize = 0.002;
 
 double SizeOf(const TopoDS_Shape& shape) {
@@ -102,8 +102,8 @@ void AddEdge(PartFacets& facets, const TopoDS_Edge& edge, const TopTools_ListOfS
 
 void Normalise(std::vector<float>& normals) {
   for (std::size_t i = 0; i + 2 < normals.size(); i += 3) {
-    const float length = std::sqrt(normals[i] * normals[i] + normals[i + 1] * normals[i + 1] +
-                                   normals[i + 2] * normals[i + 2]);
+    const float length =
+        std::sqrt(normals[i] * normals[i] + normals[i + 1] * normals[i + 1] + normals[i + 2] * normals[i + 2]);
     if (length <= 0) continue;
     for (std::size_t k = 0; k < 3; ++k) normals[i + k] /= length;
   }
@@ -114,7 +114,7 @@ void Normalise(std::vector<float>& normals) {
 PartFacets FacetsOf(const TopoDS_Shape& shape) {
   PartFacets facets;
   const double deflection = SizeOf(shape) * kDeflectionPerSize;
-  BRepMesh_IncrementalMesh(shape, deflection, false, kAngle);
+  const BRepMesh_IncrementalMesh mesher(shape, deflection, false, kAngle);  // leaves the triangles in the shape
   for (TopExp_Explorer at(shape, TopAbs_FACE); at.More(); at.Next()) AddFace(facets, TopoDS::Face(at.Current()));
   Normalise(facets.normals);
   TopTools_IndexedDataMapOfShapeListOfShape facesOf;

@@ -40,10 +40,14 @@ Ends LookAt(const fs::path& path) {
   return ends;
 }
 
-bool Has(const std::string& text, const char* mark) { return text.find(mark) != std::string::npos; }
+bool Has(const std::string& text, const char* mark) {
+  return text.find(mark) != std::string::npos;
+}
 
 /// Column 73 of an 80-column card names its section.
-bool IsIgesCard(const std::string& line, char section) { return line.size() >= 73 && line[72] == section; }
+bool IsIgesCard(const std::string& line, char section) {
+  return line.size() >= 73 && line[72] == section;
+}
 
 std::string LastLine(std::string text) {
   while (!text.empty() && std::isspace(static_cast<unsigned char>(text.back())) != 0) text.pop_back();
@@ -62,35 +66,49 @@ bool IsBinaryStl(const Ends& ends) {
 bool BeginsRight(FileFormat format, const Ends& ends) {
   const std::string firstLine = ends.head.substr(0, ends.head.find_first_of("\r\n"));
   switch (format) {
-    case FileFormat::Step: return Has(ends.head, "ISO-10303-21");
-    case FileFormat::Iges: return IsIgesCard(firstLine, 'S');
-    case FileFormat::Brep: return Has(ends.head, "CASCADE Topology") || Has(ends.head, "DBRep_DrawableShape");
-    case FileFormat::Msh: return Has(ends.head, "$MeshFormat");
-    case FileFormat::Unv: return Has(firstLine, "-1");
-    case FileFormat::Bdf: return Has(ends.head, "GRID") || Has(ends.head, "BEGIN BULK") || Has(ends.head, "$");
-    case FileFormat::Stl: return Has(ends.head, "solid") || IsBinaryStl(ends);
+    case FileFormat::Step:
+      return Has(ends.head, "ISO-10303-21");
+    case FileFormat::Iges:
+      return IsIgesCard(firstLine, 'S');
+    case FileFormat::Brep:
+      return Has(ends.head, "CASCADE Topology") || Has(ends.head, "DBRep_DrawableShape");
+    case FileFormat::Msh:
+      return Has(ends.head, "$MeshFormat");
+    case FileFormat::Unv:
+      return Has(firstLine, "-1");
+    case FileFormat::Bdf:
+      return Has(ends.head, "GRID") || Has(ends.head, "BEGIN BULK") || Has(ends.head, "$");
+    case FileFormat::Stl:
+      return Has(ends.head, "solid") || IsBinaryStl(ends);
   }
   return false;
 }
 
 bool EndsRight(FileFormat format, const Ends& ends) {
   switch (format) {
-    case FileFormat::Step: return Has(ends.tail, "END-ISO-10303-21");
-    case FileFormat::Iges: return IsIgesCard(LastLine(ends.tail), 'T');
-    case FileFormat::Msh: return LastLine(ends.tail).starts_with("$End");
-    case FileFormat::Unv: return Has(LastLine(ends.tail), "-1");
-    case FileFormat::Stl: return Has(ends.tail, "endsolid") || IsBinaryStl(ends);
+    case FileFormat::Step:
+      return Has(ends.tail, "END-ISO-10303-21");
+    case FileFormat::Iges:
+      return IsIgesCard(LastLine(ends.tail), 'T');
+    case FileFormat::Msh:
+      return LastLine(ends.tail).starts_with("$End");
+    case FileFormat::Unv:
+      return Has(LastLine(ends.tail), "-1");
+    case FileFormat::Stl:
+      return Has(ends.tail, "endsolid") || IsBinaryStl(ends);
     case FileFormat::Brep:
-    case FileFormat::Bdf: return true;  // the readers notice
+    case FileFormat::Bdf:
+      return true;  // the readers notice
   }
   return false;
 }
 
 FileFormat FormatOf(const fs::path& path) {
   static const std::map<std::string, FileFormat> kFormats{
-      {".step", FileFormat::Step}, {".stp", FileFormat::Step}, {".iges", FileFormat::Iges}, {".igs", FileFormat::Iges},
-      {".brep", FileFormat::Brep}, {".brp", FileFormat::Brep}, {".msh", FileFormat::Msh},   {".unv", FileFormat::Unv},
-      {".bdf", FileFormat::Bdf},   {".nas", FileFormat::Bdf},  {".stl", FileFormat::Stl}};
+      {".step", FileFormat::Step}, {".stp", FileFormat::Step},  {".iges", FileFormat::Iges},
+      {".igs", FileFormat::Iges},  {".brep", FileFormat::Brep}, {".brp", FileFormat::Brep},
+      {".msh", FileFormat::Msh},   {".unv", FileFormat::Unv},   {".bdf", FileFormat::Bdf},
+      {".nas", FileFormat::Bdf},   {".stl", FileFormat::Stl}};
   std::string extension = path.extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

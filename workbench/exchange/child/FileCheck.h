@@ -6,7 +6,9 @@ namespace qd::workbench {
 
 enum class FileFormat { Step, Iges, Brep, Msh, Unv, Bdf, Stl };
 
-inline bool IsMeshFormat(FileFormat format) { return format >= FileFormat::Msh; }
+inline bool IsMeshFormat(FileFormat format) {
+  return format >= FileFormat::Msh;
+}
 
 /// Tells the format of a file by its extension and checks that the contents are of it, from the first mark to the
 /// last. Throws ImportError for a file that is missing, no file, empty, foreign or cut short.

@@ -85,7 +85,8 @@ std::vector<Group> GroupsOfFile() {
   if (!groups.empty()) return groups;
   gmsh::vectorpair entities;
   gmsh::model::getEntities(entities, gmsh::model::getDimension());
-  for (const auto& [dimension, tag] : entities) groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
+  for (const auto& [dimension, tag] : entities)
+    groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
   return groups;
 }
 
