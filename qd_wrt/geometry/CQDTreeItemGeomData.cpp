@@ -34,7 +34,8 @@ CString CQDTreeItemGeomData::MakeTitle() const {
   const tagTGeom* record = Record();
   if (record == nullptr) return {};
   const tagTMaterial* material = nullptr;
-  if (m_titleMode != 0 && record->material != 0) {
+  // A material that is being deleted can still be read, but it is no material any more.
+  if (m_titleMode != 0 && GetDBSession()->GetDataType(record->material) == kDataMaterial) {
     material = GetDBSession()->GetMaterialPool().GetAtNU(record->material);
   }
   return material != nullptr ? record->name + L" (" + material->name + L")" : record->name;

@@ -1,0 +1,149 @@
+// What goes over the pipe of the exchange program, and how it is stored.
+
+#include <gtest/gtest.h>
+
+#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/StoreImport.h"
+#include "workbench/text/Utf8.h"
+
+namespace qd::workbench {
+namespace {
+
+ImportedPart SamplePart() {
+  ImportedPart part;
+  part.name = "Bolt Ø6";
+  part.assembly = "Pump/Lid";
+  part.colour = Rgb(1, 2, 3);
+  part.shape.brep = std::string("brep\0text", 9);
+  part.shape.facets.points = {0, 0, 0, 1, 0, 0, 0, 1, 0};
+  part.shape.facets.triangles = {0, 1, 2};
+  part.shape.facets.lineSizes = {2};
+  part.shape.facets.lines = {0, 2};
+  return part;
+}
+
+ImportedMeshSet SampleMesh() {
+  ImportedMeshSet set;
+  set.name = "Group";
+  set.mesh.nodeIds = {7, 8, 9};
+  set.mesh.coordinates.assign(9, 0.5);
+  set.mesh.blocks.push_back({2, 3, {1}, {7, 8, 9}});
+  return set;
+}
+
+TEST(Frames, ArriveInPiecesOfAnySize) {
+  const std::string stream = FrameOf(FrameType::Progress, EncodeProgress(250)) +
+                             FrameOf(FrameType::Part, Encode(SamplePart())) +
+                             FrameOf(FrameType::MeshSet, Encode(SampleMesh())) + FrameOf(FrameType::Done, "");
+  for (const std::size_t piece : {1UL, 7UL, 100UL, stream.size()}) {
+    FrameReader reader;
+    std::vector<FrameReader::Frame> frames;
+    for (std::size_t at = 0; at < stream.size(); at += piece) {
+      reader.Feed(std::string_view(stream).substr(at, piece));
+      while (auto frame = reader.Next()) frames.push_back(std::move(*frame));
+    }
+    ASSERT_EQ(frames.size(), 4U);
+    EXPECT_FALSE(reader.HasRest());
+    EXPECT_EQ(DecodeProgress(frames[0].payload), 250U);
+    const auto part = DecodePart(frames[1].payload);
+    ASSERT_TRUE(part);
+    EXPECT_EQ(part->name, "Bolt Ø6");
+    EXPECT_EQ(part->shape.brep, SamplePart().shape.brep);
+    EXPECT_EQ(part->shape.facets.lines, SamplePart().shape.facets.lines);
+    const auto mesh = DecodeMeshSet(frames[2].payload);
+    ASSERT_TRUE(mesh);
+    EXPECT_EQ(mesh->mesh.blocks[0].nodeIds, SampleMesh().mesh.blocks[0].nodeIds);
+    EXPECT_EQ(frames[3].type, FrameType::Done);
+  }
+}
+
+TEST(Frames, PayloadsThatAreCutOrTooLongAreNone) {
+  const std::string part = Encode(SamplePart());
+  const std::string mesh = Encode(SampleMesh());
+  const std::string error = Encode(ImportError{"KEY", "detail"});
+  for (std::size_t length = 0; length < part.size(); ++length) EXPECT_FALSE(DecodePart(part.substr(0, length)));
+  for (std::size_t length = 0; length < mesh.size(); ++length) EXPECT_FALSE(DecodeMeshSet(mesh.substr(0, length)));
+  for (std::size_t length = 0; length < error.size(); ++length) EXPECT_FALSE(DecodeError(error.substr(0, length)));
+  EXPECT_FALSE(DecodePart(part + "x"));
+  EXPECT_FALSE(DecodeMeshSet(mesh + "x"));
+  EXPECT_FALSE(DecodeProgress(EncodeProgress(1001)));
+  EXPECT_EQ(DecodeError(error)->detail, "detail");
+}
+
+TEST(Frames, NumbersThatPointNowhereAreRefused) {
+  ImportedPart triangle = SamplePart();
+  triangle.shape.facets.triangles[1] = 3;
+  EXPECT_FALSE(DecodePart(Encode(triangle)));
+  ImportedPart line = SamplePart();
+  line.shape.facets.lineSizes[0] = 3;
+  EXPECT_FALSE(DecodePart(Encode(line)));
+  ImportedPart kind = SamplePart();
+  kind.kind = static_cast<TopologyKind>(9);
+  EXPECT_FALSE(DecodePart(Encode(kind)));
+  ImportedMeshSet block = SampleMesh();
+  block.mesh.blocks[0].nodesPerElement = 0;
+  EXPECT_FALSE(DecodeMeshSet(Encode(block)));
+  // A count that no memory could hold is refused before anything is made.
+  std::string huge = Encode(SamplePart());
+  huge.replace(0, 8, std::string(8, '\xFF'));
+  EXPECT_FALSE(DecodePart(huge));
+}
+
+TEST(Storing, MakesPartsSetsAndMeshesInOneAct) {
+  Database data;
+  ImportedModel model;
+  model.parts = {SamplePart(), SamplePart(), ImportedPart{}};
+  model.parts[2].name = std::string("a\0b", 3) + std::string(200, 'x');
+  model.meshSets = {SampleMesh()};
+  ASSERT_EQ(StoreImport(data, std::move(model), L"Import"), 1);
+  const auto parts = data.GetGeomPool().GetItrList();
+  ASSERT_EQ(parts.size(), 3U);
+  const tagTGeom* first = data.GetGeomPool().GetAtNU(parts[0]);
+  EXPECT_EQ(first->name, L"Bolt Ø6");
+  EXPECT_EQ(data.GetGsetPool().GetAtNU(first->gset)->name, L"Pump/Lid");
+  EXPECT_EQ(data.GetGsetPool().Count(), 1U);
+  EXPECT_EQ(first->gset, data.GetGeomPool().GetAtNU(parts[1])->gset);
+  EXPECT_NE(first->cadItem, data.GetGeomPool().GetAtNU(parts[1])->cadItem);
+  const CString& odd = data.GetGeomPool().GetAtNU(parts[2])->name;
+  EXPECT_EQ(odd.size(), kMaxNameLength);
+  EXPECT_EQ(odd.find(L'\0'), CString::npos);
+  const tagTMset* mesh = data.GetMsetPool().GetAtNU(data.GetMsetPool().GetItrList()[0]);
+  EXPECT_EQ(mesh->nodeCount, 3U);
+  EXPECT_EQ(mesh->elementCount, 1U);
+  EXPECT_EQ(data.Undo(), 1);
+  EXPECT_TRUE(data.Snapshot().empty());
+}
+
+TEST(Storing, ChangesNothingWhileATransactionIsOpen) {
+  Database data;
+  data.BeginTransaction(L"other");
+  ImportedModel model;
+  model.parts = {SamplePart()};
+  EXPECT_EQ(StoreImport(data, std::move(model), L"Import"), 0);
+  data.RollbackTransaction();
+  EXPECT_TRUE(data.Snapshot().empty());
+}
+
+struct TextCase {
+  const char* bytes;
+  const wchar_t* text;
+};
+class Utf8 : public ::testing::TestWithParam<TextCase> {};
+TEST_P(Utf8, ReadsAnything) {
+  EXPECT_EQ(FromUtf8(GetParam().bytes), GetParam().text);
+}
+INSTANTIATE_TEST_SUITE_P(Texts, Utf8,
+                         ::testing::Values(TextCase{"plain", L"plain"}, TextCase{"\xC3\x98", L"Ø"},
+                                           TextCase{"\xF0\x9F\x98\x80", L"😀"}, TextCase{"\xFF\x41", L"\xFFFD\x41"},
+                                           TextCase{"\xC3", L"\xFFFD"}, TextCase{"\xC0\x80", L"\xFFFD\xFFFD"},
+                                           TextCase{"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
+                                           TextCase{"\xE4\xB8\xAD", L"中"}));
+
+TEST(Utf8RoundTrip, KeepsWhatIsTextAndReplacesWhatIsNot) {
+  const std::wstring text = L"aØ中😀\n";
+  EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
+  EXPECT_EQ(ToUtf8(std::wstring(1, static_cast<wchar_t>(0xD800))), "\xEF\xBF\xBD");
+}
+
+}  // namespace
+}  // namespace qd::workbench

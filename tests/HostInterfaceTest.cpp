@@ -1,0 +1,311 @@
+// The module's entry, the manager's way to the panes, menus and icons, the pane's layout.
+
+#include <gtest/gtest.h>
+
+#include <array>
+
+#include "host/CMSGFunction.h"
+#include "platform/headless/HeadlessPainter.h"
+#include "platform/headless/HeadlessToolkit.h"
+#include "qd_wrt/core/CQDTreeIcon.h"
+#include "qd_wrt/core/CQDTreeMenu.h"
+#include "qd_wrt/core/CWorksTreeManager.h"
+#include "qd_wrt/core/IAppWrt.h"
+#include "qd_wrt/core/MenuTable.h"
+#include "qd_wrt/core/Module.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "qd_wrt/panel/PaneLayout.h"
+
+namespace qd::test {
+namespace {
+
+// ---- module and application -----------------------------------------------------------------------------
+
+class RecordedLibrary final : public IExtensionLibrary {
+ public:
+  explicit RecordedLibrary(int result) : m_result(result) {}
+  int InitExtensionModule() override {
+    log += "init ";
+    return m_result;
+  }
+  void AttachToModuleList() override { log += "attach "; }
+  void TermExtensionModule() override { log += "term "; }
+  std::string log;
+
+ private:
+  int m_result;
+};
+
+TEST(ModuleEntryPoint, AttachesOnceAndFailsTheLoadWhenItCannot) {
+  RecordedLibrary good(1);
+  EXPECT_EQ(ModuleEntry(ModuleReason::ProcessAttach, good), 1);
+  EXPECT_EQ(ModuleEntry(ModuleReason::Other, good), 1);
+  EXPECT_EQ(ModuleEntry(ModuleReason::ProcessDetach, good), 1);
+  EXPECT_EQ(good.log, "init attach term ");
+  RecordedLibrary bad(0);
+  EXPECT_EQ(ModuleEntry(ModuleReason::ProcessAttach, bad), 0);
+  EXPECT_EQ(bad.log, "init ");
+}
+
+class App final : public IAppWrt {
+ public:
+  void OpenDialog(int, CQDDocBase*, const CString&, void*) override {}
+  void CloseDialog(CQDDocBase*, const CString&) override {}
+  void OpenMeshDialog(int, CQDDocBase*, const CString&, void*) override {}
+  void CloseMeshDialog(CQDDocBase*, const CString&) override {}
+  int GetMenuIndexOfAutoMesh2D() override { return 0; }
+  int GetMenuIndexOfAutoMesh3D() override { return 0; }
+  int GetMenuIndexOfMappedMesh2D() override { return 0; }
+  int GetMenuIndexOfMappedMesh3D() override { return 0; }
+};
+
+TEST(Application, TheLatestObjectIsTheInstanceAndAnyEndClearsIt) {
+  EXPECT_EQ(IAppWrt::Instance(), nullptr);
+  {
+    const App first;
+    EXPECT_EQ(IAppWrt::Instance(), &first);
+    {
+      const App second;
+      EXPECT_EQ(IAppWrt::Instance(), &second);
+    }
+    EXPECT_EQ(IAppWrt::Instance(), nullptr);
+  }
+  EXPECT_EQ(IAppWrt::Instance(), nullptr);
+}
+
+// ---- manager --------------------------------------------------------------------------------------------
+
+class Document final : public CQDDocBase {
+ public:
+  CString GetPathName() const override { return L"path"; }
+  CQDViewBase* GetActiveView() override { return nullptr; }
+  CQDDBSession* GetDBSession() override { return nullptr; }
+  CCADSession* GetCADSession() override { return nullptr; }
+  CQDMeshManager* GetMeshManager() override { return nullptr; }
+  CQDLabelManager* GetLabelManager() override { return nullptr; }
+  CQDModelRange* GetModelRange() override { return nullptr; }
+  CQDPostManager* GetPostManager() override { return nullptr; }
+  void ClearSelectBuffer(int) override {}
+  void AddToSelBuffer(iterator) override {}
+  const std::vector<iterator>& GetSelectBuffer() const override { return m_buffer; }
+  int IsSelecting() const override { return 0; }
+  void AddCheckedMset(iterator) override {}
+  void AddCheckedPair(iterator) override {}
+  void AddCheckedLoad(iterator) override {}
+  void AddCheckedBoundary(iterator) override {}
+
+ private:
+  std::vector<iterator> m_buffer;
+};
+
+/// Writes down the requests that the manager passes on.
+class RecordedTree final : public CWorksTreeBar {
+ public:
+  RecordedTree(std::string name, std::string& log) : m_name(std::move(name)), m_log(log) {}
+  void CreateTreeItems(int type, IQDTreeGroupFactory*, int active) override {
+    Say("create" + std::to_string(type) + (active != 0 ? "!" : ""));
+  }
+  void DestroyTreeItems() override { Say("destroy"); }
+  void OnChangeLanguage() override { Say("language"); }
+  void OnChangeProgram() override { Say("program"); }
+  void UpdateDB(CQDDocBase*, std::uint64_t hint) override { Say("update" + std::to_string(hint)); }
+  void SetBkColor(COLORREF colour) override { Say("colour" + std::to_string(colour)); }
+  void ResetSelection(CQDDocBase*, int flag) override { Say("reset" + std::to_string(flag)); }
+  void ResetFilePath() override { Say("path"); }
+
+ private:
+  void Say(const std::string& what) { m_log += m_name + ":" + what + " "; }
+  std::string m_name;
+  std::string& m_log;
+};
+
+class Pane final : public CSwitchDockablePane {
+ public:
+  Pane(const std::string& name, std::string& log, bool withDefault)
+      : m_tree(name, log), m_default(name + "*", log), m_withDefault(withDefault) {}
+  IWorksTree* GetTree(CDocument*) override { return &m_tree; }
+  void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_tree); }
+  IWorksTree* GetDefaultPane() override { return m_withDefault ? &m_default : nullptr; }
+
+ private:
+  RecordedTree m_tree;
+  RecordedTree m_default;
+  bool m_withDefault;
+};
+
+TEST(Manager, ReachesTheTreesOfEachTypeInAscendingOrder) {
+  const HeadlessToolkit toolkit;
+  std::string log;
+  Document doc;
+  Pane one("one", log, true);
+  Pane two("two", log, false);
+  CWorksTreeManager manager({{20, &two}, {3, &one}}, nullptr);
+  const auto said = [&log] { return std::exchange(log, {}); };
+  manager.CreateTreeItems(&doc, 20);
+  EXPECT_EQ(said(), "one:create3 two:create20! ");
+  manager.CreateTreeItems(&doc, 99);
+  EXPECT_EQ(said(), "one:create3 two:create20 ");
+  manager.OnChangeLanguage();
+  EXPECT_EQ(said(), "one:language two:language one*:language ");
+  manager.OnChangeProgram();
+  EXPECT_EQ(said(), "one:program two:program ");  // default panes are not told
+  manager.SetBkColor(7);
+  EXPECT_EQ(said(), "one:colour7 two:colour7 one*:colour7 ");
+  manager.UpdateDB(&doc, 5);
+  manager.ResetSelection(&doc, 1);
+  manager.ResetFilePath(&doc);
+  manager.DestroyTreeItems(&doc);
+  EXPECT_EQ(said(), "one:update5 two:update5 one:reset1 two:reset1 one:path two:path one:destroy two:destroy ");
+}
+
+TEST(Manager, WithoutPanesEveryOperationIsHarmless) {
+  Document doc;
+  CWorksTreeManager manager({}, nullptr);
+  manager.CreateTreeItems(&doc, 1);
+  manager.OnChangeLanguage();
+  manager.SetBkColor(1);
+  manager.UpdateDB(&doc, 0);
+  manager.DestroyTreeItems(&doc);
+  EXPECT_EQ(manager.IsSelectedItemExist(&doc), 0);
+}
+
+// ---- menus and icons ------------------------------------------------------------------------------------
+
+TEST(Menu, ChecksEntriesAlsoInSubmenusThatGrowLater) {
+  CQDTreeMenu menu;
+  CQDTreeMenu sub;
+  EXPECT_EQ(menu.AddMenu(1, L"One", -1), 1);
+  EXPECT_EQ(menu.AddCheckMenu(2, L"Two", 0), 1);
+  EXPECT_EQ(menu.AddSeparator(), 1);
+  EXPECT_EQ(menu.AddSubMenu(sub, L"More"), 1);
+  sub.AddMenu(3, L"Three", -1);
+  EXPECT_EQ(DescribeMenu(menu), "One|[x] Two|-|More{Three}");
+  EXPECT_EQ(menu.CheckMenu(3, 1), 1);
+  EXPECT_EQ(menu.CheckMenu(2, 0), 1);
+  EXPECT_EQ(menu.CheckMenu(77, 1), 0);
+  EXPECT_EQ(DescribeMenu(menu), "One|Two|-|More{[x] Three}");
+  EXPECT_EQ(menu.Entries()[0].picture, nullptr);
+  EXPECT_NE(menu.Entries()[1].picture, nullptr);
+}
+
+TEST(Menu, ATableBecomesAMenu) {
+  constexpr std::array<MenuEntry, 1> kSub{{{3, "IDS_C"}}};
+  const std::array<MenuEntry, 4> table{
+      {{1, "IDS_A", -1, true}, {}, {0, "IDS_SUB", -1, false, nullptr, kSub}, {4, "IDS_NEVER", -1, false, [] {
+                                                                                return false;
+                                                                              }}}};
+  TableMenu menu(table);
+  EXPECT_EQ(DescribeMenu(menu.Menu()), "IDS_A...|-|IDS_SUB{IDS_C}");
+}
+
+TEST(Icons, StandAtTheirIndexesInBothResolutions) {
+  const CQDTreeIcon& icons = CQDTreeIcon::Instance();
+  EXPECT_EQ(icons.GetRowImageList().GetImageCount(), 379);
+  EXPECT_EQ(icons.GetMenuImageList().GetImageCount(), 128);
+  EXPECT_EQ(icons.GetStateImageList().GetImageCount(), 4);
+  for (const int index : {0, 1, 21, 22, 23, 24, 25, 26, 27, 28, 161}) {
+    const Picture* picture = icons.GetRowImageList().GetPicture(index);
+    ASSERT_NE(picture, nullptr) << index;
+    EXPECT_EQ(picture->pixels.size(), 256U);
+    EXPECT_EQ(picture->pixelsDouble.size(), 1024U);
+    EXPECT_TRUE(
+        std::any_of(picture->pixels.begin(), picture->pixels.end(), [](auto pixel) { return pixel != 0; }));
+  }
+  EXPECT_NE(icons.GetStateImageList().GetPicture(1)->pixels, icons.GetStateImageList().GetPicture(3)->pixels);
+}
+
+// ---- messages -------------------------------------------------------------------------------------------
+
+class OneText final : public CMSGFunction::ITable {
+ public:
+  bool Find(std::string_view key, CString& text) const override {
+    if (key == "KNOWN") text = L"text";
+    return key == "KNOWN";
+  }
+};
+
+TEST(Messages, AKeyWithoutTextShowsItself) {
+  EXPECT_EQ(CMSGFunction::GetValue("KNOWN"), L"KNOWN");
+  const OneText table;
+  EXPECT_EQ(CMSGFunction::GetValue("KNOWN"), L"text");
+  EXPECT_EQ(CMSGFunction::GetValue("OTHER"), L"OTHER");
+}
+
+// ---- the pane's layout ----------------------------------------------------------------------------------
+
+struct LayoutCase {
+  const char* name;
+  PaneMeasures measures;
+  int treeBottom;
+  bool bar;
+  int visible;
+  int offset;
+};
+class Layout : public ::testing::TestWithParam<LayoutCase> {};
+
+TEST_P(Layout, DecidesBothBarsTogether) {
+  const LayoutCase& expected = GetParam();
+  const PaneLayout layout = LayOutPane(expected.measures);
+  EXPECT_EQ(layout.tree.bottom, expected.treeBottom);
+  EXPECT_EQ(layout.showBar, expected.bar);
+  EXPECT_EQ(layout.visibleWidth, expected.visible);
+  EXPECT_EQ(layout.largestOffset, expected.offset);
+  EXPECT_EQ(layout.tree.top, expected.measures.headerHeight);
+}
+// Pane 300 by 220, header 20, bars 17, rows of 20 pixels.
+INSTANTIATE_TEST_SUITE_P(
+    Panes, Layout,
+    ::testing::Values(
+        LayoutCase{"AllFits", {300, 220, 20, 300, 10, 20, 17, 17}, 220, false, 300, 0},
+        LayoutCase{"RowsNeedABar", {300, 220, 20, 283, 11, 20, 17, 17}, 220, false, 283, 0},
+        LayoutCase{"ColumnsNeedABar", {300, 220, 20, 301, 9, 20, 17, 17}, 203, true, 300, 1},
+        LayoutCase{"TheVerticalBarCallsTheOther", {300, 220, 20, 290, 11, 20, 17, 17}, 203, true, 283, 7},
+        LayoutCase{"TheHorizontalBarCallsTheOther", {300, 220, 20, 320, 10, 20, 17, 17}, 203, true, 283, 37},
+        LayoutCase{"Folded", {0, 0, 20, 300, 5, 20, 17, 17}, 20, true, 0, 300}),
+    [](const auto& shape) { return std::string(shape.param.name); });
+
+TEST(Bar, ScrollsShrinksAndKeepsTheRightEdge) {
+  HeadlessToolkit toolkit;
+  CWorksTreeBar bar;
+  bar.Create(nullptr, 0, {0, 0, 200, 200});
+  toolkit.Pump();
+  CQDTreeListCtrl& tree = bar.GetTreeCtrl();
+  EXPECT_EQ(tree.GetColumnsWidth(), 240);  // never narrower than the columns' own least widths
+  tree.GetHeader().SetItemWidth(0, 280);   // 400 in all, 200 to see
+  bar.Dispatch({.kind = MessageKind::Size, .target = &bar});
+  tree.SetHorizontalOffset(-200);
+  tree.GetHeader().SetItemWidth(0, 180);  // columns end left of the pane now: the right edges meet
+  EXPECT_EQ(tree.GetHorizontalOffset(), -100);
+  EXPECT_EQ(tree.GetHeader().GetOffset(), -100);
+  tree.GetHeader().SetItemWidth(0, 60);
+  EXPECT_EQ(tree.GetHorizontalOffset(), 0);
+  bar.MoveWindow({0, 0, 900, 200});  // widths that were set by hand stay
+  toolkit.Pump();
+  EXPECT_EQ(tree.GetColumnWidth(0), 60);
+}
+
+TEST(Bar, ShowsTheWholeTextWhereItWasCut) {
+  HeadlessToolkit toolkit;
+  CWorksTreeBar bar;
+  bar.Create(nullptr, 0, {0, 0, 260, 200});
+  CQDTreeListCtrl& tree = bar.GetTreeCtrl();
+  const CString text(100, L'x');
+  tree.InsertItem(text, 0, 0, HTREEITEM{}, kInsertLast);
+  tree.InsertItem(L"short", 0, 0, HTREEITEM{}, kInsertLast);
+  toolkit.Pump();
+  const auto move = [&](int y) {
+    toolkit.Enqueue({.kind = MessageKind::MouseMove, .target = &tree, .point = {60, y}});
+    toolkit.Pump();
+  };
+  move(5);
+  EXPECT_EQ(toolkit.Tip(), text);
+  move(25);
+  EXPECT_EQ(toolkit.Tip(), L"");
+  move(5);
+  toolkit.Enqueue({.kind = MessageKind::MouseLeave, .target = &tree});
+  toolkit.Pump();
+  EXPECT_EQ(toolkit.Tip(), L"");
+}
+
+}  // namespace
+}  // namespace qd::test

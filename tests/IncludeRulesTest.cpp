@@ -1,0 +1,96 @@
+// Who may include whom, read from the sources. The build enforces most of it; this also covers what stands in
+// one folder with something else.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <set>
+
+namespace qd::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// The layer that a path from the top belongs to: the longest of these that it begins with.
+const std::map<std::string, std::set<std::string>>& Rules() {
+  static const std::set<std::string> kModuleBase{"platform", "host"};
+  static const std::map<std::string, std::set<std::string>> kRules{
+      {"platform", {}},
+      {"platform/headless", {"platform"}},
+      {"platform/qt", {"platform"}},
+      {"host", {"platform"}},
+      {"qd_wrt/treelist", {"platform"}},
+      {"qd_wrt/core", {"platform", "host", "qd_wrt/treelist"}},
+      {"qd_wrt/panel", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
+      {"qd_wrt/geometry", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
+      {"workbench/text", {}},
+      {"workbench/model", {"platform", "host"}},
+      {"workbench/display", {"platform", "host", "workbench/model"}},
+      {"workbench/exchange", {"platform", "host", "workbench/model", "workbench/text"}},
+      {"workbench/tree",
+       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "workbench/text"}},
+      {"workbench/view", {"platform", "host", "workbench/model", "workbench/display"}}};
+  return kRules;
+}
+
+std::string LayerOf(const std::string& path) {
+  std::string layer;
+  for (const auto& [candidate, allowed] : Rules()) {
+    if (path.starts_with(candidate + "/") && candidate.size() > layer.size()) layer = candidate;
+  }
+  return layer;
+}
+
+/// Libraries by the form of their headers, and the layers that may know them.
+struct Library {
+  const char* form;
+  std::set<std::string> layers;
+};
+const std::vector<Library>& Libraries() {
+  static const std::vector<Library> kLibraries{{"^Q[A-Z].*", {"platform/qt", "workbench/view"}},
+                                               {"^vtk.*", {"workbench/view"}},
+                                               {"^gmsh.*", {"workbench/exchange"}},
+                                               {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange"}},
+                                               {"^sqlite3.*", {"workbench/model"}},
+                                               {"^windows\\.h$", {}}};
+  return kLibraries;
+}
+
+TEST(Includes, FollowTheArchitecture) {
+  const fs::path top = QD_SOURCE_FOLDER;
+  const std::regex include(R"(^\s*#include\s*([<"])([^>"]+)[>"])");
+  int seen = 0;
+  for (const char* folder : {"platform", "host", "qd_wrt", "workbench"}) {
+    for (const auto& entry : fs::recursive_directory_iterator(top / folder)) {
+      const std::string extension = entry.path().extension().string();
+      if (extension != ".h" && extension != ".cpp") continue;
+      const std::string path = fs::relative(entry.path(), top).generic_string();
+      const std::string layer = LayerOf(path);
+      if (layer.empty()) continue;  // the desktop program may know everything
+      ++seen;
+      std::ifstream in(entry.path());
+      for (std::string line; std::getline(in, line);) {
+        std::smatch match;
+        if (!std::regex_search(line, match, include)) continue;
+        const std::string header = match[2];
+        EXPECT_EQ(header.find(".."), std::string::npos) << path << ": " << line;
+        if (match[1] == "\"") {
+          const std::string other = LayerOf(header);
+          EXPECT_TRUE(other == layer || Rules().at(layer).contains(other)) << path << ": " << line;
+          continue;
+        }
+        for (const Library& library : Libraries()) {
+          if (!std::regex_match(header, std::regex(library.form))) continue;
+          EXPECT_TRUE(library.layers.contains(layer)) << path << ": " << line;
+        }
+      }
+    }
+  }
+  EXPECT_GT(seen, 100);
+}
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,131 @@
+// The two-way maps and the hash map below them.
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <unordered_map>
+
+#include "platform/FlatMap.h"
+#include "qd_wrt/core/Factories.h"
+#include "qd_wrt/core/KeyMaps.h"
+
+namespace qd::test {
+namespace {
+
+// The maps never look into nodes.
+CQDTreeItem* Node(std::uintptr_t number) {
+  return reinterpret_cast<CQDTreeItem*>(number * 64);
+}
+HTREEITEM Row(std::uint64_t number) {
+  return {number};
+}
+
+TEST(RowMap, KeepsTheOldPartnerOfAPresentKey) {
+  bothmap map;
+  map.set(Row(1), Node(1));
+  map.set(Row(1), Node(2));
+  EXPECT_EQ(map.find(Row(1)), Node(1));
+  EXPECT_EQ(map.find(Node(2)), Row(1));  // the node was new, so its direction was entered
+  map.set(Node(1), Row(9));
+  EXPECT_EQ(map.find(Node(1)), Row(1));
+  EXPECT_EQ(map.find(Row(9)), Node(1));
+}
+
+TEST(RowMap, RemovalTellsWhetherBothDirectionsWereThere) {
+  bothmap map;
+  map.set(Row(1), Node(1));
+  EXPECT_EQ(map.remove(Row(2)), 0);
+  EXPECT_EQ(map.remove(Row(1)), 1);
+  EXPECT_EQ(map.remove(Node(1)), 0);
+  map.set(Row(1), Node(1));
+  map.set(Row(1), Node(2));
+  EXPECT_EQ(map.remove(Node(2)), 1);
+  EXPECT_EQ(map.find(Row(1)), nullptr);
+  EXPECT_EQ(map.remove(Node(1)), 0);  // its row is gone, the node is erased all the same
+  EXPECT_FALSE(map.find(Node(1)));
+}
+
+TEST(RowMap, HandlesOfOnePlaceAndFarHandlesLiveSideBySide) {
+  bothmap map;
+  const HTREEITEM old = Row((1ULL << 32U) | 7);
+  const HTREEITEM fresh = Row((2ULL << 32U) | 7);
+  const HTREEITEM far = Row(0xF0000000U);
+  map.set(old, Node(1));
+  map.set(fresh, Node(2));
+  map.set(far, Node(3));
+  EXPECT_EQ(map.find(old), Node(1));
+  EXPECT_EQ(map.find(fresh), Node(2));
+  EXPECT_EQ(map.find(far), Node(3));
+  EXPECT_EQ(map.remove(old), 1);
+  EXPECT_EQ(map.find(fresh), Node(2));
+  EXPECT_EQ(map.remove(Node(2)), 1);
+  map.clear();
+  EXPECT_EQ(map.find(far), nullptr);
+  EXPECT_EQ(map.find(HTREEITEM{}), nullptr);
+}
+
+TEST(RecordMap, OverwritesAndChecksTheWayBack) {
+  bothitrmap map;
+  map.set(5, Node(1));
+  map.set(6, Node(1));  // the node is bound to another record now
+  CQDTreeItem* node = nullptr;
+  iterator itr = 0;
+  EXPECT_EQ(map.find(Node(1), itr), 1);
+  EXPECT_EQ(itr, 6U);
+  EXPECT_EQ(map.remove(iterator{5}), 1);  // only this entry
+  EXPECT_EQ(map.find(Node(1), itr), 1);
+  map.set(6, Node(2));
+  EXPECT_EQ(map.find(6, node), 1);
+  EXPECT_EQ(node, Node(2));
+  EXPECT_EQ(map.remove(Node(1)), 1);
+  EXPECT_EQ(map.find(6, node), 1);
+  node = Node(9);
+  EXPECT_EQ(map.find(77, node), 0);
+  EXPECT_EQ(node, Node(9));
+  EXPECT_EQ(map.remove(iterator{77}), 0);
+  EXPECT_EQ(map.remove(Node(2)), 1);
+  EXPECT_EQ(map.remove(Node(2)), 0);
+}
+
+TEST(HashMap, AgreesWithTheStandardOneOverRandomChanges) {
+  std::mt19937_64 random(11);
+  FlatMap map;
+  std::unordered_map<std::uint64_t, std::uint64_t> reference;
+  for (int step = 0; step < 200'000; ++step) {
+    // Running numbers, addresses and a few words that collide.
+    const std::uint64_t key = random() % 3 == 0 ? (random() % 500) * 64 : random() % 400;
+    switch (random() % 4) {
+      case 0:
+        ASSERT_EQ(map.Erase(key), key != 0 && reference.erase(key) == 1);
+        break;
+      case 1:
+        map.Insert(key, static_cast<std::uint64_t>(step));
+        if (key != 0) reference.emplace(key, step);
+        break;
+      default:
+        map.Assign(key, static_cast<std::uint64_t>(step));
+        if (key != 0) reference[key] = static_cast<std::uint64_t>(step);
+    }
+    ASSERT_EQ(map.Size(), reference.size());
+  }
+  for (std::uint64_t key = 0; key < 500 * 64; ++key) {
+    const auto found = reference.find(key);
+    ASSERT_EQ(map.Contains(key), found != reference.end());
+    if (found != reference.end()) {
+      ASSERT_EQ(*map.Find(key), found->second);
+    }
+  }
+}
+
+TEST(ItemFactory, RegistersItselfAndMakesNothing) {
+  EXPECT_EQ(IQDTreeItemFactory::Instance(), nullptr);
+  {
+    CQDTreeItemFactory factory;
+    EXPECT_EQ(IQDTreeItemFactory::Instance(), &factory);
+    EXPECT_EQ(factory.CreateTreeItem(1, nullptr, nullptr, 7, nullptr), nullptr);
+  }
+  EXPECT_EQ(IQDTreeItemFactory::Instance(), nullptr);
+}
+
+}  // namespace
+}  // namespace qd::test

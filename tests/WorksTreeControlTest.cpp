@@ -1,0 +1,445 @@
+// The works-tree control: change notices, selection, menus, maps and the life of nodes.
+
+#include "support/Model.h"
+
+#include "qd_wrt/core/CQDTreeBranch.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+/// A node that writes down what it is told.
+class ProbeNode : public CQDTreeItem {
+ public:
+  ProbeNode(CQDTreeListCtrl* control, CQDTreeItem* parent, CString title, std::vector<unsigned short> types = {})
+      : CQDTreeItem(control, parent, std::move(title), 0, 1), m_types(std::move(types)) {}
+  ~ProbeNode() override { log += "~" + ToUtf8(name) + " "; }
+
+  int MakeChildItems() override {
+    if (makeChildren) makeChildren(*this);
+    return 1;
+  }
+  void RegisterReceiveDataType() override {
+    for (const unsigned short type : m_types) FollowDataType(type);
+  }
+  void OnUpdate() override {
+    log += ToUtf8(GetTitle()) + "(";
+    for (const tagTRNotify& record : PendingRecords()) log += std::to_string(record.itr) + " ";
+    log += ") ";
+    if (onUpdate) onUpdate(*this);
+  }
+  void OnMenuEvent(unsigned command) override { log += ToUtf8(GetTitle()) + ":" + std::to_string(command) + " "; }
+  void CreateContextMenu(CPoint&) override { log += "menu " + ToUtf8(GetTitle()) + " "; }
+  void SetPropertyView() override { log += "page " + ToUtf8(GetTitle()) + " "; }
+  void SetMultiPropertyView() override { log += "pages " + ToUtf8(GetTitle()) + " "; }
+  void OnMenuEventGeomRoot(unsigned command) override { log += "geom" + std::to_string(command) + " "; }
+  void SetTitleIncludeType() override { log += "retitle " + ToUtf8(GetTitle()) + " "; }
+  int OnClickCheck(int oldState) override {
+    log += "check " + ToUtf8(GetTitle()) + (IsViewUpdate() ? "! " : " ");
+    CQDTreeItem::OnClickCheck(oldState);
+    return stops ? 0 : 1;
+  }
+  using CQDTreeItem::m_editable;
+  using CQDTreeItem::m_id;
+  using CQDTreeItem::m_showID;
+
+  static std::string TakeLog() { return std::exchange(log, {}); }
+
+  CString name = GetTitle();
+  std::function<void(ProbeNode&)> makeChildren;
+  std::function<void(ProbeNode&)> onUpdate;
+  bool stops = false;
+  static std::string log;
+
+ private:
+  std::vector<unsigned short> m_types;
+};
+std::string ProbeNode::log;
+
+class ProbeFactory final : public IQDTreeGroupFactory {
+ public:
+  CQDTreeItem* CreateRootItem(int, CQDTreeListCtrl* control) override { return make ? make(control) : nullptr; }
+  std::function<CQDTreeItem*(CQDTreeListCtrl*)> make;
+};
+
+class WorksTree : public ModelTest {
+ protected:
+  /// Opens a tree "root" with the given children.
+  void OpenProbes(const std::function<void(ProbeNode& root)>& children) {
+    m_probes.make = [&children](CQDTreeListCtrl* control) {
+      auto* root = new ProbeNode(control, nullptr, L"root");
+      root->makeChildren = children;
+      return root;
+    };
+    m_bar.CreateTreeItems(1, &m_probes, 1);
+    m_toolkit.Pump();
+    ProbeNode::TakeLog();
+  }
+  ProbeNode* Add(CQDTreeItem& parent, const CString& title, std::vector<unsigned short> types = {}) {
+    auto* node = new ProbeNode(&Tree(), &parent, title, std::move(types));
+    node->MakeItem(kInsertLast);
+    return node;
+  }
+  void Notice(std::vector<tagTRNotify> changes) {
+    const CQDUpdateRecord record{std::move(changes)};
+    m_bar.UpdateDB(&m_doc, HintOf(record));
+  }
+  ~WorksTree() override {
+    m_bar.DestroyTreeItems();
+    ProbeNode::TakeLog();
+  }
+  ProbeFactory m_probes;
+};
+
+// ---- building -------------------------------------------------------------------------------------------
+
+TEST_F(WorksTree, NullRootAndNullDocumentLeaveAnEmptyTreeThatAnswersEverything) {
+  for (CQDDocBase* doc : {static_cast<CQDDocBase*>(&m_doc), static_cast<CQDDocBase*>(nullptr)}) {
+    m_bar.SetDocument(doc);
+    m_bar.CreateTreeItems(1, &m_probes, 1);
+    TArray<iterator> some{1, 2};
+    m_bar.UpdateDB(doc, 0);
+    m_bar.ResetFilePath();
+    m_bar.OnChangeLanguage();
+    m_bar.OnMenuEvent(doc, 41007);
+    m_bar.OnMenuEventGeomRoot(doc, 41007);
+    m_bar.ShowHideDatum(doc, some, 1);
+    m_bar.ShowHideAllLabel(doc, 0);
+    m_bar.SetSelection(doc, 1, some);
+    EXPECT_EQ(m_bar.IsSelectedItemExist(doc), 0);
+    EXPECT_EQ(Tree().RowCount(), 0U);
+    m_bar.DestroyTreeItems();
+    m_toolkit.RightClick(Tree(), {20, 20});
+    m_toolkit.Pump();
+  }
+}
+
+TEST_F(WorksTree, ANewTreeReplacesTheOldOneLastNodeFirst) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(*Add(root, L"a"), L"a1");
+    Add(root, L"b");
+  });
+  EXPECT_EQ(State(), "root [a [a1] b]");
+  EXPECT_TRUE(Tree().IsExpanded(Row(L"root")));
+  m_bar.CreateTreeItems(1, &m_probes, 0);
+  EXPECT_EQ(ProbeNode::TakeLog(), "~b ~a1 ~a ~root ");
+  EXPECT_FALSE(Tree().IsActiveTree());
+  EXPECT_EQ(Tree().GetRowCount(), 4);
+}
+
+TEST_F(WorksTree, BranchesWithEditableChildrenAreSortedByKeyWithThoseAfterThem) {
+  const auto keyed = [this](CQDTreeItem& parent, const CString& title, int id) {
+    auto* node = new ProbeNode(&Tree(), &parent, title);
+    node->m_editable = true;
+    node->m_showID = true;
+    node->m_id = id;
+    node->MakeItem(kInsertLast);
+  };
+  OpenProbes([&](ProbeNode& root) {
+    ProbeNode* last = Add(root, L"last");
+    Add(*last, L"y [7]");
+    Add(*last, L"x [3]");  // not editable: stays as it is until an earlier branch is made
+    auto* first = new ProbeNode(&Tree(), &root, L"first");
+    first->makeChildren = [&](ProbeNode& self) {
+      keyed(self, L"c", 30);
+      keyed(self, L"a", 4);
+      keyed(self, L"b", 200);
+      keyed(self, L"none", 0);
+    };
+    first->MakeItem(kInsertFirst);
+  });
+  EXPECT_EQ(State(), "root [first [none a c b] last [x [3] y [7]]]");
+  EXPECT_EQ(Tree().GetItemText(Row(L"a"), 1), L"4  ");
+  EXPECT_EQ(Tree().GetItemText(Row(L"none"), 1), L"");
+  Node(L"a")->ChangeID(4);
+  EXPECT_EQ(Tree().GetItemText(Row(L"a"), 1), L"4");
+}
+
+TEST_F(WorksTree, ABranchOfAnyDepthIsBuiltWalkedAndTakenDown) {
+  constexpr int kDepth = 20000;
+  OpenProbes([](ProbeNode& root) {
+    root.makeChildren = [](ProbeNode& self) {
+      if (self.GetTitle() == L"19999") return;
+      const CString title = self.IsRoot() ? L"0" : std::to_wstring(std::stoi(self.GetTitle()) + 1);
+      auto* child = new ProbeNode(self.GetControl(), &self, title);
+      child->makeChildren = self.makeChildren;
+      child->MakeItem(kInsertLast);
+    };
+    root.makeChildren(root);
+  });
+  EXPECT_EQ(Tree().GetRowCount(), kDepth + 1);
+  EXPECT_EQ(Tree().GetQDRootItem()->GetAllChildCount(), kDepth);
+  Tree().GetQDRootItem()->SetCheck(kUnchecked, 1);
+  EXPECT_EQ(Tree().GetQDRootItem()->GetChild(0)->GetCheckStatus(), kUnchecked);
+  m_bar.OnChangeLanguage();
+  std::vector<iterator> none;
+  Tree().GetQDRootItem()->SetShowHide(none, 1, 1);
+  Tree().GetQDRootItem()->GetChecked();
+  m_bar.DestroyTreeItems();
+  EXPECT_EQ(Tree().RowCount(), 0U);
+}
+
+// ---- change notices -------------------------------------------------------------------------------------
+
+TEST_F(WorksTree, ANodeIsUpdatedOnceWithAllItsRecordsInTheirOrder) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(root, L"both", {5, 9});
+    Add(root, L"nine", {9});
+    Add(root, L"none", {2});
+  });
+  Notice({{9, 100, 1}, {5, 100, 2}, {9, 102, 3}, {77, 100, 4}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "both(1 2 3 ) nine(1 3 ) ");
+  Notice({{9, 100, 5}});  // earlier records are not handed out again
+  EXPECT_EQ(ProbeNode::TakeLog(), "both(5 ) nine(5 ) ");
+}
+
+TEST_F(WorksTree, NodesThatAnEarlierOneDeletesOrLeavesWithoutRowAreNotCalled) {
+  OpenProbes([this](ProbeNode& root) {
+    ProbeNode* killer = Add(root, L"killer", {9});
+    Add(root, L"victim", {9});
+    Add(root, L"rowless", {9});
+    Add(root, L"last", {9});
+    killer->onUpdate = [this](ProbeNode& self) {
+      Tree().EraseHTREEITEM(Node(L"rowless"), 0);
+      self.GetParent()->DeleteChild(Node(L"victim"));
+      // A node made now may get the memory of the deleted one; it did not ask for this notice.
+      Add(*self.GetParent(), L"fresh", {9});
+    };
+  });
+  Notice({{9, 100, 1}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "killer(1 ) last(1 ) ~victim ");
+  EXPECT_EQ(State(), "root [killer last fresh]");
+}
+
+TEST_F(WorksTree, ANodeMayDeleteItselfInItsUpdate) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(root, L"self", {9})->onUpdate = [](ProbeNode& self) { self.GetParent()->DeleteChild(&self); };
+  });
+  Notice({{9, 100, 1}});
+  EXPECT_EQ(State(), "root");
+  Notice({{9, 100, 1}});
+}
+
+TEST_F(WorksTree, ANoticeInsideAnUpdateWaitsUntilTheOuterOneIsDone) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(root, L"first", {9})->onUpdate = [this](ProbeNode& self) {
+      self.onUpdate = nullptr;
+      Notice({{9, 100, 2}});
+    };
+    Add(root, L"second", {9});
+  });
+  Click(L"second");
+  ProbeNode::TakeLog();
+  Notice({{9, 100, 1}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "first(1 ) second(1 ) first(2 ) second(2 ) page second ");
+}
+
+TEST_F(WorksTree, EveryNoticeRefreshesThePropertyWindowFromTheSelection) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(root, L"a");
+    Add(root, L"b");
+  });
+  m_properties.log.clear();
+  Notice({});
+  EXPECT_EQ(m_properties.log, "clear refresh ");  // nothing is selected in any tree
+  Click(L"a");
+  EXPECT_EQ(ProbeNode::TakeLog(), "page a ");
+  m_bar.UpdateDB(&m_doc, 0);
+  EXPECT_EQ(ProbeNode::TakeLog(), "page a ");
+  Click(L"b", kMouseControl);
+  EXPECT_EQ(ProbeNode::TakeLog(), "pages a ");
+  m_properties.log.clear();
+  m_toolkit.Click(Tree(), {50, 250});  // beside the rows: clears the selection, the page stays
+  m_toolkit.Pump();
+  EXPECT_EQ(ProbeNode::TakeLog() + m_properties.log, "");
+}
+
+TEST_F(WorksTree, ManyFollowersComeAndGoWithoutScans) {
+  OpenProbes([this](ProbeNode& root) {
+    for (int i = 0; i < 3000; ++i) Add(root, std::to_wstring(i), {9});
+  });
+  CQDTreeItem* root = Tree().GetQDRootItem();
+  for (int i = 0; i < 1500; ++i) root->DeleteChild(root->GetChild(i));  // every other one
+  ProbeNode::TakeLog();
+  EXPECT_EQ(root->GetChildCount(), 1500);
+  EXPECT_EQ(root->GetChild(0)->GetTitle(), L"1");
+  Notice({{9, 100, 1}});
+  const std::string log = ProbeNode::TakeLog();
+  EXPECT_EQ(std::count(log.begin(), log.end(), ')'), 1500);
+}
+
+// ---- check clicks ---------------------------------------------------------------------------------------
+
+TEST_F(WorksTree, ACheckClickRedrawsForTheLastSelectedRowOnlyAndAZeroEndsIt) {
+  OpenProbes([this](ProbeNode& root) {
+    for (const wchar_t* title : {L"a", L"b", L"c"}) Add(root, title);
+  });
+  m_doc.AddToSelBuffer(1);
+  for (const wchar_t* title : {L"a", L"b", L"c"}) Click(title, kMouseControl);
+  ProbeNode::TakeLog();
+  ClickCheck(L"b");
+  EXPECT_EQ(ProbeNode::TakeLog(), "check a check b check c! ");
+  EXPECT_EQ(State(), "root [-a -b -c]");
+  for (const wchar_t* title : {L"a", L"b", L"c"}) Click(title, kMouseControl);
+  static_cast<ProbeNode*>(Node(L"b"))->stops = true;
+  ProbeNode::TakeLog();
+  ClickCheck(L"a");
+  EXPECT_EQ(ProbeNode::TakeLog(), "check a check b ");
+  EXPECT_EQ(State(), "root [a b -c]");
+}
+
+TEST_F(WorksTree, CheckOnlyInChildLeavesOneCheckedOrOneUnchecked) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(*Add(root, L"a"), L"a1");
+    Add(root, L"b");
+  });
+  CQDTreeItem* root = Tree().GetQDRootItem();
+  root->CheckOnlyInChild(Node(L"b"), kChecked, 1);
+  EXPECT_EQ(State(), "root [-a [-a1] b]");
+  root->CheckOnlyInChild(Node(L"b"), kUnchecked, 0);
+  EXPECT_EQ(State(), "root [a [-a1] -b]");
+  root->CheckOnlyInChild(nullptr, kChecked, 1);
+  EXPECT_EQ(State(), "root [-a [-a1] -b]");
+}
+
+// ---- menus ----------------------------------------------------------------------------------------------
+
+TEST_F(WorksTree, MenusAndCommandsGoToTheFirstSelectedNode) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(root, L"a");
+    Add(root, L"b");
+  });
+  m_bar.OnMenuEvent(&m_doc, 1);  // nothing selected: nobody hears it
+  Click(L"b");
+  Click(L"a", kMouseControl);
+  ProbeNode::TakeLog();
+  m_bar.OnMenuEvent(&m_doc, 41000);
+  m_bar.OnMenuEventGeomRoot(&m_doc, 41001);  // goes to the tree's root
+  m_toolkit.RightClick(Tree(), PointOf(L"b"));
+  m_toolkit.Pump();
+  EXPECT_EQ(ProbeNode::TakeLog(), "a:41000 geom41001 pages a menu a ");
+  m_toolkit.RightClick(Tree(), {50, 280});  // beside the rows nothing is selected any more: no menu
+  m_toolkit.Pump();
+  EXPECT_EQ(ProbeNode::TakeLog(), "");
+}
+
+// ---- selection both ways --------------------------------------------------------------------------------
+
+TEST_F(WorksTree, SelectionFillsTheBufferAndTheBufferSelects) {
+  const auto parts = AddParts({L"a", L"b", L"c"});
+  Open();
+  Tree().Expand(Row(L"IDS_DB_DATA_NAME_GEOM"), ExpandAction::Expand);
+  m_toolkit.Pump();
+  Click(L"a");
+  Click(L"c", kMouseControl);
+  EXPECT_EQ(m_doc.GetSelectBuffer(), (std::vector<iterator>{parts[0], parts[2]}));
+  m_doc.SetSelectBuffer({parts[1], 4711});
+  m_bar.OnSelectGeom(&m_doc);
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a *b c]]");
+  EXPECT_EQ(m_doc.GetSelectBuffer(), (std::vector<iterator>{parts[1], 4711}));  // not written back
+  Tree().Expand(Row(L"IDS_DB_DATA_NAME_GEOM"), ExpandAction::Collapse);
+  m_bar.OnSelectGeom(&m_doc);  // a picked part comes into sight
+  EXPECT_TRUE(Tree().IsExpanded(Row(L"IDS_DB_DATA_NAME_GEOM")));
+  m_bar.OnSelectMesh(&m_doc);  // no mesh set is meant
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a b c]]");
+}
+
+TEST_F(WorksTree, SelectedNodesAreListedTopToBottomAndHiddenOnesOnlyBelowARow) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(*Add(root, L"a"), L"a1");
+    Add(root, L"b");
+  });
+  Node(L"b")->Select(0);
+  Node(L"a")->Select(1);
+  std::vector<CQDTreeItem*> nodes;
+  EXPECT_EQ(Tree().GetSelectedTreeItems(nodes, 0), 2);  // a1 stands in a collapsed branch
+  EXPECT_EQ(nodes.front()->GetTitle() + nodes.back()->GetTitle(), L"ab");
+  EXPECT_EQ(Tree().GetSelectedTreeItems(Row(L"root"), nodes), 3);
+  m_bar.ResetSelection(&m_doc, 1);
+  EXPECT_EQ(Tree().GetSelectedTreeItems(Row(L"root"), nodes), 0);
+}
+
+// ---- nodes ----------------------------------------------------------------------------------------------
+
+TEST_F(WorksTree, MovingANodeTakesItsRowAndRefusesWhatCannotBe) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(*Add(root, L"a"), L"a1");
+    Add(root, L"b");
+  });
+  CQDTreeItem* leaf = Node(L"a1");
+  const HTREEITEM before = leaf->GetTreeItemHandle();
+  EXPECT_EQ(Node(L"a")->MoveItem(Node(L"b")), 0);  // has children
+  EXPECT_EQ(leaf->MoveItem(leaf), 0);
+  EXPECT_EQ(leaf->MoveItem(nullptr), 0);
+  EXPECT_EQ(Tree().GetQDRootItem()->MoveItem(leaf), 0);
+  EXPECT_EQ(leaf->MoveItem(Node(L"b")), 1);
+  EXPECT_EQ(State(), "root [a b [a1]]");
+  EXPECT_EQ(Tree().NodeOf(leaf->GetTreeItemHandle()), leaf);
+  EXPECT_EQ(Tree().NodeOf(before), nullptr);
+  leaf->SetMove(0);
+  EXPECT_EQ(leaf->MoveItem(Node(L"a")), 0);
+  EXPECT_EQ(State(), "root [a b [a1]]");
+}
+
+TEST_F(WorksTree, ANodeWithoutRowKeepsItsValuesAndTouchesNoOtherRow) {
+  OpenProbes([this](ProbeNode& root) { Add(*Add(root, L"a"), L"a1"); });
+  CQDTreeItem* node = Node(L"a");
+  CQDTreeItem* below = Node(L"a1");
+  Tree().EraseHTREEITEM(node, 0);
+  EXPECT_EQ(State(), "root");
+  EXPECT_FALSE(node->GetTreeItemHandle() || below->GetTreeItemHandle());
+  EXPECT_EQ(below->GetTitle(), L"a1");
+  EXPECT_EQ(node->ChangeImage(5), 0);
+  node->ChangeTitle(L"new");
+  node->ChangeID(7);
+  node->SetCheck(kUnchecked, 1);
+  node->Select(1);
+  EXPECT_EQ(node->GetTitle(), L"new");
+  EXPECT_EQ(State(), "root");
+  auto* orphan = new ProbeNode(&Tree(), node, L"orphan");
+  orphan->MakeItem(kInsertLast);  // would land at the top level
+  EXPECT_EQ(State(), "root");
+  EXPECT_EQ(Tree().GetRowCount(), 1);
+}
+
+TEST_F(WorksTree, TypesAreInheritedAndTheRootHasNone) {
+  OpenProbes([this](ProbeNode& root) {
+    root.SetTreeItemType(5);
+    Add(*Add(root, L"a"), L"a1");
+    Add(root, L"b");
+  });
+  Node(L"a")->SetTreeItemType(10);
+  EXPECT_EQ(Node(L"a1")->GetTreeItemType(), 10);
+  EXPECT_EQ(Node(L"b")->GetTreeItemType(), 0);
+  EXPECT_EQ(Tree().GetQDRootItem()->GetTreeItemType(), 0);
+  CQDTreeItem* a = Node(L"a");
+  a->RegsiterDragEnableType(0);
+  EXPECT_EQ(a->IsEnableDragType(0), 0);
+  a->RegsiterDragEnableType(9);
+  EXPECT_EQ(a->IsEnableDragType(9), 1);
+  EXPECT_EQ(a->IsEnableDragType(10), 0);
+}
+
+TEST_F(WorksTree, ImagesChangeOnceAndLanguageReachesEveryNode) {
+  OpenProbes([this](ProbeNode& root) { Add(root, L"a"); });
+  CQDTreeItem* a = Node(L"a");
+  EXPECT_EQ(a->ChangeImage(0), 1);
+  EXPECT_EQ(a->ChangeImage(21), 1);
+  EXPECT_EQ(Tree().GetItemImage(Row(L"a")), 21);
+  m_bar.OnChangeLanguage();
+  EXPECT_EQ(ProbeNode::TakeLog(), "retitle root retitle a ");
+  m_doc.SetPathName(L"other.step");
+  m_bar.ResetFilePath();
+  EXPECT_EQ(State(), "other.step [a]");
+}
+
+TEST_F(WorksTree, DestroyingThePaneWithTheTreeStandingIsClean) {
+  OpenProbes([this](ProbeNode& root) { Add(root, L"a", {9}); });
+  m_bar.DestroyWindow();
+  EXPECT_EQ(ProbeNode::TakeLog(), "~a ~root ");
+  EXPECT_EQ(Tree().RowCount(), 0U);
+}
+
+}  // namespace
+}  // namespace qd::test

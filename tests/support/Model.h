@@ -1,0 +1,162 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "host/CMainFrame.h"
+#include "host/CTransaction.h"
+#include "platform/headless/HeadlessToolkit.h"
+#include "qd_wrt/core/CWorksTreeManager.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/text/Utf8.h"
+#include "workbench/tree/DocumentNode.h"
+#include "workbench/tree/TreePrinter.h"
+
+namespace qd::test {
+
+/// What the module told the property window.
+class RecordedProperties final : public CPropertiesWnd {
+ public:
+  void SetPropertySet(std::unique_ptr<IPropertySet> page) override { log += page == nullptr ? "clear " : "page "; }
+  void Refresh() override { log += "refresh "; }
+  std::string log;
+};
+
+/// A view that counts.
+class RecordedView final : public CQDViewBase {
+ public:
+  void Redraw(int) override { ++redraws; }
+  bool IsOver(CPoint) const override { return true; }
+  int redraws = 0;
+};
+
+/// The host's frame around one document and one works tree on the headless toolkit, over the real model library.
+class ModelTest : public ::testing::Test,
+                  protected CMainFrame,
+                  protected CSwitchDockablePane,
+                  private workbench::IDatabaseListener {
+ protected:
+  ModelTest() : m_manager({{workbench::kModelTree, this}}, &m_factory) {
+    m_doc.SetPathName(L"model.step");
+    m_doc.SetActiveView(&m_view);
+    m_doc.GetDatabase().SetListener(this);
+    m_bar.SetDocument(&m_doc);
+    m_bar.Create(nullptr, 0, {0, 0, 400, 300});
+  }
+  ~ModelTest() override { m_doc.GetDatabase().SetListener(nullptr); }
+
+  /// Builds the tree over what the database holds and handles what is queued.
+  void Open() {
+    m_manager.CreateTreeItems(&m_doc, workbench::kModelTree);
+    if (HTREEITEM branch = Row(L"Geometry")) Tree().Expand(branch, ExpandAction::Expand);
+    m_toolkit.Pump();
+  }
+  CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
+  workbench::Database& Data() { return m_doc.GetDatabase(); }
+
+  /// Runs writes as one act.
+  template <typename Writes>
+  void Act(const Writes& writes) {
+    CTransaction transaction(&Data());
+    ASSERT_EQ(transaction.Begin(L"act"), 1);
+    writes();
+    ASSERT_EQ(transaction.Commit(1), 1);
+  }
+  iterator AddPart(const CString& name, COLORREF colour = Rgb(1, 2, 3)) {
+    tagTGeom record;
+    record.name = name;
+    record.colour = colour;
+    record.cadItem = Data().GetGeomPool().NextNumber();
+    return Data().GetGeomPool().Add(record);
+  }
+  std::vector<iterator> AddParts(const std::vector<CString>& names) {
+    std::vector<iterator> parts;
+    Act([&] {
+      for (const CString& name : names) parts.push_back(AddPart(name));
+    });
+    return parts;
+  }
+  void ChangePart(iterator itr, const std::function<void(tagTGeom&)>& change) {
+    Act([&] {
+      tagTGeom record = *Data().GetGeomPool().GetAtNU(itr);
+      change(record);
+      ASSERT_EQ(Data().GetGeomPool().Private_Modify(itr, record, 0, 1), 1);
+    });
+  }
+
+  /// The first row with this title, in order; none when there is none.
+  HTREEITEM Row(const CString& title) {
+    for (HTREEITEM row = Tree().GetRootItem(); row;) {
+      if (Tree().GetItemText(row, 0) == title) return row;
+      HTREEITEM next = Tree().GetChildItem(row);
+      for (; !next && row; row = Tree().GetParentItem(row)) next = Tree().GetNextSiblingItem(row);
+      row = next;
+    }
+    return {};
+  }
+  CQDTreeItem* Node(const CString& title) { return Tree().NodeOf(Row(title)); }
+  /// The tree as one line: titles, children in brackets, "-" before unchecked and "*" before selected rows.
+  std::string State() { return Describe(Tree().GetRootItem()); }
+  std::string Print() { return workbench::PrintTree(Tree()); }
+
+  /// A point on the row's text, or on its check box.
+  CPoint PointOf(const CString& title) { return PointAt(title, 4); }
+  CPoint CheckOf(const CString& title) { return PointAt(title, -30); }
+  void Click(const CString& title, unsigned flags = 0) {
+    m_toolkit.Click(Tree(), PointOf(title), flags);
+    m_toolkit.Pump();
+  }
+  void ClickCheck(const CString& title) {
+    m_toolkit.Click(Tree(), CheckOf(title));
+    m_toolkit.Pump();
+  }
+  void Key(int key, unsigned flags = 0) {
+    m_toolkit.Key(Tree(), key, flags);
+    m_toolkit.Pump();
+  }
+
+  CPropertiesWnd* GetPropertiesWnd(CQDDocBase*) override { return &m_properties; }
+  IWorksTreeManager* GetWorksTreeManager() override { return &m_manager; }
+  IWorksTree* GetTree(CDocument*) override { return &m_bar; }
+  void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }
+  IWorksTree* GetDefaultPane() override { return nullptr; }
+
+  HeadlessToolkit m_toolkit;
+  RecordedProperties m_properties;
+  RecordedView m_view;
+  workbench::WorkDocument m_doc;
+  workbench::TreeFactory m_factory;
+  CWorksTreeBar m_bar;
+  CWorksTreeManager m_manager;
+  std::vector<CQDUpdateRecord> m_notices;
+
+ private:
+  void OnDatabaseChanged(const CQDUpdateRecord& record) override {
+    m_notices.push_back(record);
+    m_manager.UpdateDB(&m_doc, HintOf(record));
+  }
+  CPoint PointAt(const CString& title, int right) {
+    CRect area;
+    EXPECT_TRUE(Tree().GetItemRect(Row(title), area, true)) << "row is hidden";
+    return {area.left + right, area.top + 5};
+  }
+  std::string Describe(HTREEITEM row) {
+    std::string text;
+    if (!row) return text;
+    if (Tree().IsSelected(row)) text += "*";
+    if (Tree().WhichCheck(row) == kUnchecked) text += "-";
+    text += workbench::ToUtf8(Tree().GetItemText(row, 0));
+    if (!Tree().GetChildItem(row)) return text;
+    text += " [";
+    for (HTREEITEM child = Tree().GetChildItem(row); child; child = Tree().GetNextSiblingItem(child)) {
+      if (text.back() != '[') text += " ";
+      text += Describe(child);
+    }
+    return text + "]";
+  }
+};
+
+}  // namespace qd::test
