@@ -1,0 +1,162 @@
+// Real files through the exchange program: what they hold, and what is said of bad ones.
+
+#include <QEventLoop>
+
+#include "Files.h"
+#include "workbench/app/ImportJob.h"
+#include "workbench/app/MessageTables.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+struct Outcome {
+  ImportedModel model;
+  QString failure;
+  bool finished = false;
+};
+
+Outcome Import(const QString& path, const std::function<void(ImportJob&)>& meanwhile = nullptr) {
+  Outcome outcome;
+  QEventLoop loop;
+  ImportJob job(path);
+  QObject::connect(&job, &ImportJob::Finished, &loop, [&](ImportedModel& model) {
+    outcome.model = std::move(model);
+    outcome.finished = true;
+    loop.quit();
+  });
+  QObject::connect(&job, &ImportJob::Failed, &loop, [&](const QString& reason) {
+    outcome.failure = reason;
+    loop.quit();
+  });
+  QMetaObject::invokeMethod(
+      &job,
+      [&] {
+        job.Start();
+        if (meanwhile) meanwhile(job);
+      },
+      Qt::QueuedConnection);
+  loop.exec();
+  return outcome;
+}
+
+class ImportFile : public ::testing::Test {
+ protected:
+  MessageTables m_messages;
+  Files m_files;
+};
+
+TEST_F(ImportFile, StepKeepsNamesColoursAndAssemblies) {
+  const Outcome pump = Import(m_files.Make({"pump"}, "pump.step"));
+  ASSERT_TRUE(pump.finished) << pump.failure.toStdString();
+  ASSERT_EQ(pump.model.parts.size(), 9U);
+  const ImportedPart& seal = pump.model.parts[3];
+  EXPECT_EQ(seal.name, "Seal ring Ø20");
+  EXPECT_EQ(seal.assembly, "Pump/Rotor");
+  EXPECT_EQ(seal.colour, Rgb(0x33, 0x33, 0x38));
+  EXPECT_EQ(pump.model.parts[0].assembly, "Pump");
+  for (const ImportedPart& part : pump.model.parts) {
+    EXPECT_EQ(part.kind, TopologyKind::Solid);
+    EXPECT_FALSE(part.shape.facets.triangles.empty());
+    EXPECT_FALSE(part.shape.facets.lines.empty());
+    EXPECT_FALSE(part.shape.brep.empty());
+  }
+  // Uses of one product stand at their own places.
+  EXPECT_NE(pump.model.parts[5].shape.facets.points, pump.model.parts[6].shape.facets.points);
+}
+
+TEST_F(ImportFile, IgesAndBrepGiveTheirBodies) {
+  for (const char* name : {"box.igs", "box.brep"}) {
+    const Outcome box = Import(m_files.Make({"box"}, name));
+    ASSERT_TRUE(box.finished) << box.failure.toStdString();
+    ASSERT_EQ(box.model.parts.size(), 1U);
+    EXPECT_EQ(box.model.parts[0].shape.facets.triangles.size(), 36U);
+    EXPECT_FALSE(box.model.parts[0].name.empty());
+  }
+}
+
+TEST_F(ImportFile, MeshFilesGiveOneSetPerGroup) {
+  const Outcome msh =
+      Import(m_files.Write("plate.msh",
+                           "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n2 5 \"Plate A\"\n"
+                           "$EndPhysicalNames\n$Nodes\n4\n1 0 0 0\n2 1 0 0\n3 1 1 0\n4 0 1 0\n$EndNodes\n"
+                           "$Elements\n2\n1 2 2 5 1 1 2 3\n2 2 2 5 1 1 3 4\n$EndElements\n"));
+  ASSERT_TRUE(msh.finished) << msh.failure.toStdString();
+  ASSERT_EQ(msh.model.meshSets.size(), 1U);
+  EXPECT_EQ(msh.model.meshSets[0].name, "Plate A");
+  EXPECT_EQ(msh.model.meshSets[0].mesh.nodeIds.size(), 4U);
+  EXPECT_EQ(msh.model.meshSets[0].mesh.blocks[0].elementIds.size(), 2U);
+
+  const Outcome stl =
+      Import(m_files.Write("one.stl",
+                           "solid one\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n"
+                           "vertex 0 1 0\nendloop\nendfacet\nendsolid one\n"));
+  ASSERT_TRUE(stl.finished) << stl.failure.toStdString();
+  EXPECT_EQ(stl.model.meshSets[0].mesh.nodeIds.size(), 3U);
+
+  const Outcome bdf = Import(m_files.Write("one.bdf",
+                                           "$ one triangle\nBEGIN BULK\n"
+                                           "GRID,1,0,0.0,0.0,0.0\nGRID,2,0,1.0,0.0,0.0\nGRID,3,0,0.0,1.0,0.0\n"
+                                           "CTRIA3,1,1,1,2,3\nENDDATA\n"));
+  ASSERT_TRUE(bdf.finished) << bdf.failure.toStdString();
+  EXPECT_EQ(bdf.model.meshSets[0].mesh.nodeIds.size(), 3U);
+}
+
+TEST_F(ImportFile, BadFilesAreNamedByTheirFault) {
+  const QByteArray step = Files::Read(m_files.Make({"pump"}, "pump.step"));
+  const QByteArray igs = Files::Read(m_files.Make({"box"}, "box.igs"));
+  const QByteArray brep = Files::Read(m_files.Make({"box"}, "box.brep"));
+  const struct {
+    QString path;
+    QString reason;
+  } cases[] = {
+      {m_files.Folder() + "/none.step", Text("IDS_WB_IMPORT_MISSING")},
+      {m_files.Folder(), Text("IDS_WB_IMPORT_DIRECTORY")},
+      {m_files.Write("empty.step", ""), Text("IDS_WB_IMPORT_EMPTY")},
+      {m_files.Write("cut.step", step.left(step.size() / 2)), Text("IDS_WB_IMPORT_TRUNCATED")},
+      {m_files.Write("cut.igs", igs.left(igs.size() / 2)), Text("IDS_WB_IMPORT_TRUNCATED")},
+      {m_files.Write("cut.brep", brep.left(brep.size() / 2)), Text("IDS_WB_IMPORT_DAMAGED")},
+      {m_files.Write("foreign.step", "hello"), Text("IDS_WB_IMPORT_FOREIGN", {".step"})},
+      {m_files.Write("other.txt", "hello"), Text("IDS_WB_IMPORT_FORMAT", {".txt"})},
+      {m_files.Write("bare.step", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\nENDSEC;\nEND-ISO-10303-21;\n"),
+       QString()},
+      {m_files.Write("bare.msh", "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n"), Text("IDS_WB_IMPORT_NOTHING")},
+  };
+  for (const auto& bad : cases) {
+    const Outcome outcome = Import(bad.path);
+    EXPECT_FALSE(outcome.finished) << bad.path.toStdString();
+    EXPECT_FALSE(outcome.failure.isEmpty()) << bad.path.toStdString();
+    if (!bad.reason.isEmpty()) {
+      EXPECT_EQ(outcome.failure, bad.reason) << bad.path.toStdString();
+    }
+  }
+}
+
+TEST_F(ImportFile, ACancelledOneLeavesNothing) {
+  const Outcome outcome = Import(m_files.Make({"grid", "60"}, "grid.step"), [](ImportJob& job) { job.Cancel(); });
+  EXPECT_FALSE(outcome.finished);
+  EXPECT_TRUE(outcome.failure.isEmpty());
+}
+
+TEST(MessageTables, HoldTheSameKeysAndPlaceholdersInEveryLanguage) {
+  MessageTables tables;
+  const auto read = [](const QString& language) {
+    std::map<QString, qsizetype> keys;
+    for (const QByteArray& line : Files::Read(":/messages/" + language + ".txt").split('\n')) {
+      const QString text = QString::fromUtf8(line);
+      if (text.contains('=')) keys[text.section('=', 0, 0)] = text.count("%s");
+    }
+    return keys;
+  };
+  const auto english = read("en");
+  EXPECT_GT(english.size(), 30U);
+  for (const QString& language : MessageTables::Languages())
+    EXPECT_EQ(read(language), english) << language.toStdString();
+  EXPECT_FALSE(tables.SetLanguage("xx"));
+  EXPECT_EQ(Text("IDS_QD_WRT_Item"), "Item");
+  EXPECT_EQ(Text("IDS_WB_IMPORT_FAILED", {"%s", "why"}), "%s: why");
+}
+
+}  // namespace
+}  // namespace qd::test

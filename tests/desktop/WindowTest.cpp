@@ -1,0 +1,144 @@
+// The window with real mouse and key events of the display.
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include "Files.h"
+#include "platform/qt/QtToolkit.h"
+#include "workbench/app/MainWindow.h"
+#include "workbench/app/TreePane.h"
+#include "workbench/tree/TreePrinter.h"
+#include "workbench/view/ModelView.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+void Wait(int milliseconds) {
+  QEventLoop loop;
+  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+  loop.exec();
+}
+
+class Window : public ::testing::Test {
+ protected:
+  Window() : m_window(std::make_unique<MainWindow>(m_messages)) {
+    m_window->show();
+    WaitUntil([this] { return m_window->isActiveWindow() || m_window->isVisible(); });
+  }
+  template <typename Condition>
+  bool WaitUntil(const Condition& condition, int seconds = 60) {
+    QElapsedTimer time;
+    time.start();
+    while (!condition() && time.elapsed() < seconds * 1000) Wait(10);
+    return condition();
+  }
+  void Open(const QString& path) {
+    m_window->Import({path});
+    ASSERT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
+    Wait(300);
+  }
+  CQDTreeListCtrl& Tree() { return m_window->ModelTreePane().Bar().GetTreeCtrl(); }
+  std::string Print() { return PrintTree(Tree()); }
+  HTREEITEM Part(int index) {
+    HTREEITEM row = Tree().GetChildItem(Tree().GetChildItem(Tree().GetRootItem()));
+    for (; index > 0; --index) row = Tree().GetNextSiblingItem(row);
+    return row;
+  }
+  /// The display's own pointer and keys.
+  static void Display(const QStringList& what) {
+    ASSERT_EQ(QProcess::execute("xdotool", what), 0);
+    Wait(400);
+  }
+  void ClickRow(int part, int right) {
+    CRect area;
+    ASSERT_TRUE(Tree().GetItemRect(Part(part), area, true));
+    const CPoint at = Tree().ClientToScreen({area.left + right, (area.top + area.bottom) / 2});
+    Display({"mousemove", QString::number(at.x), QString::number(at.y), "click", "1"});
+  }
+  /// How many pixels of the view show a colour like this.
+  int Pixels(const std::function<bool(const QColor&)>& like) {
+    const QImage image = m_window->View().grabFramebuffer();
+    int count = 0;
+    for (int y = 0; y < image.height(); y += 2) {
+      for (int x = 0; x < image.width(); x += 2) count += like(image.pixelColor(x, y)) ? 1 : 0;
+    }
+    return count;
+  }
+  int YellowPixels() {
+    return Pixels([](const QColor& c) { return c.hue() > 40 && c.hue() < 55 && c.saturation() > 100; });
+  }
+
+  MessageTables m_messages;
+  QtToolkit m_toolkit;
+  std::unique_ptr<MainWindow> m_window;
+  Files m_files;
+};
+
+TEST_F(Window, AClickOnACheckBoxHidesThePartInTheView) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const int shown = YellowPixels();  // the shaft is the only yellow part
+  ASSERT_GT(shown, 200);
+  constexpr int kCheckBox = -30;
+  ClickRow(1, kCheckBox);
+  EXPECT_LT(YellowPixels(), shown / 20);
+  EXPECT_NE(Print().find("[ ] Shaft"), std::string::npos);
+  ClickRow(1, kCheckBox);
+  EXPECT_GT(YellowPixels(), shown * 9 / 10);
+}
+
+TEST_F(Window, SelectionDeletionAndUndoGoBothWays) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const std::string before = Print();
+  ClickRow(1, 10);
+  EXPECT_EQ(m_window->Document().GetSelectBuffer().size(), 1U);
+  EXPECT_EQ(YellowPixels(), 0);  // highlighted
+  Display({"key", "Delete"});
+  EXPECT_EQ(Print().find("Shaft"), std::string::npos);
+  Display({"key", "ctrl+z"});
+  EXPECT_NE(Print().find("[x] Shaft"), std::string::npos);
+  EXPECT_GT(YellowPixels(), 200);
+  Display({"key", "ctrl+z"});
+  EXPECT_EQ(Print().find("[x]"), std::string::npos);  // the import is one act
+  // A click in the middle of the view picks what stands there.
+  Display({"key", "ctrl+shift+z"});
+  const QPoint middle = m_window->View().mapToGlobal(m_window->View().rect().center());
+  Display({"mousemove", QString::number(middle.x()), QString::number(middle.y()), "click", "1"});
+  EXPECT_EQ(Tree().GetSelectedCount(), 1);
+}
+
+TEST_F(Window, AnImportOfAThousandBodiesLeavesTheWindowAlive) {
+  const QString path = m_files.Make({"grid", "1000"}, "grid.step");
+  QElapsedTimer sinceTick;
+  qint64 longest = 0;
+  QTimer tick;
+  QObject::connect(&tick, &QTimer::timeout, [&] { longest = std::max(longest, sinceTick.restart()); });
+  sinceTick.start();
+  tick.start(1);
+  Open(path);
+  tick.stop();
+  std::cout << "longest time without handling events: " << longest << " ms\n";
+  EXPECT_NE(Print().find("Body 1000  id=1000"), std::string::npos);
+}
+
+TEST_F(Window, ABadFileIsNamedAndChangesNothing) {
+  const std::string before = Print();
+  m_window->Import({m_files.Write("bad.step", "hello"), m_files.Folder() + "/none.step"});
+  ASSERT_TRUE(WaitUntil([this] { return !m_window->IsImporting(); }));
+  EXPECT_EQ(m_window->FailedImports(), 2);
+  EXPECT_EQ(Print(), before);
+}
+
+TEST_F(Window, TheLanguageChangesWhileTheWindowIsOpen) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  EXPECT_NE(Print().find("  Geometry\n"), std::string::npos);
+  m_window->SetLanguage("de");
+  EXPECT_NE(Print().find("  Geometrie\n"), std::string::npos);
+  EXPECT_EQ(Tree().GetHeader().GetItem(2)->text, L"Farbe");
+  EXPECT_EQ(m_window->ModelTreePane().windowTitle(), "Modell");
+}
+
+}  // namespace
+}  // namespace qd::test
