@@ -241,9 +241,13 @@ std::vector<Harvest::Found> ReadDocument(const std::string& path, FileFormat for
 
 std::vector<Harvest::Found> ReadBrep(const std::string& path) {
   TopoDS_Shape shape;
-  if (!BRepTools::Read(shape, path.c_str(), BRep_Builder()) || shape.IsNull()) {
-    throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
+  bool good = false;
+  try {
+    good = BRepTools::Read(shape, path.c_str(), BRep_Builder());
+  } catch (const Standard_Failure&) {
+    good = false;  // thrown where the text ends too early
   }
+  if (!good || shape.IsNull()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
   std::vector<Harvest::Found> found;
   for (const Body& body : BodiesOf(shape)) {
     found.push_back({body.shape, {}});
