@@ -67,7 +67,7 @@ class WorksTree : public ModelTest {
  protected:
   /// Opens a tree "root" with the given children.
   void OpenProbes(const std::function<void(ProbeNode& root)>& children) {
-    m_probes.make = [&children](CQDTreeListCtrl* control) {
+    m_probes.make = [children](CQDTreeListCtrl* control) {
       auto* root = new ProbeNode(control, nullptr, L"root");
       root->makeChildren = children;
       return root;

@@ -26,7 +26,7 @@ CString FitText(const Font& font, std::wstring_view text, int width) {
   }
   std::vector<int> widths;
   IToolkit::Instance().PrefixWidths(font, shown, widths);
-  if (widths.back() <= width) return shown;
+  if (shown.empty() || widths.back() <= width) return shown;
   // Widths grow with the prefix, so the longest one that fits is found without measuring each.
   const auto beyond = std::upper_bound(widths.begin(), widths.end(), width);
   auto length = static_cast<std::size_t>(std::max<long>(beyond - widths.begin() - 1, 0));

@@ -29,7 +29,7 @@ class Writer {
   template <typename T>
   Writer& PutArray(const T* values, std::size_t count) {
     Put(static_cast<std::uint64_t>(count));
-    m_bytes.append(reinterpret_cast<const char*>(values), count * sizeof(T));
+    if (count > 0) m_bytes.append(reinterpret_cast<const char*>(values), count * sizeof(T));
     return *this;
   }
   std::string m_bytes;
@@ -72,6 +72,7 @@ class Reader {
       return *this;
     }
     values.resize(static_cast<std::size_t>(count));
+    if (values.empty()) return *this;  // an empty array has no place to copy to
     std::memcpy(values.data(), m_bytes.data(), values.size() * sizeof(Value));
     m_bytes.remove_prefix(values.size() * sizeof(Value));
     return *this;
