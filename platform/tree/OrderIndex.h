@@ -21,6 +21,7 @@ namespace qd {
 ///
 /// The sequence is cut into blocks of up to 64 entries; the blocks are the nodes of a randomised balanced tree
 /// whose nodes carry sums over their subtree (entries, smallest count, rows that have it, selected rows).
+/// Questions and changes stand in OrderIndex.cpp, the blocks and their tree in OrderIndexBlocks.cpp.
 class QD_EXPORT OrderIndex {
  public:
   /// Number of a row, given by the owner; 0 is no row. Small numbers, they index arrays.
@@ -117,6 +118,8 @@ class QD_EXPORT OrderIndex {
 
   static Entry Open(Row row) { return row * 2; }
   static Entry Close(Row row) { return row * 2 + 1; }
+  /// The bits of the entries in front of an index.
+  static std::uint64_t MaskBelow(int index) { return index >= kCapacity ? ~0ULL : (1ULL << index) - 1; }
   static bool IsOpen(Entry entry) { return (entry & 1U) == 0; }
 
   void Reserve(Row row);

@@ -1,0 +1,488 @@
+// The blocks of the order index: entries, the balanced tree of blocks, cutting and joining whole trees.
+
+#include <algorithm>
+#include <bit>
+#include <cassert>
+
+#include "platform/tree/OrderIndex.h"
+
+namespace qd {
+
+namespace {
+
+constexpr int kHalf = 32;
+constexpr int kAppendSplit = 48;  // rows mostly arrive at the end of a branch: leave the left block nearly full
+constexpr int kMergeBelow = 16;
+constexpr int kMergedLimit = 48;
+
+/// Removes the bit at `index`, 0 to 63, and moves the higher ones down.
+std::uint64_t WithoutBit(std::uint64_t bits, int index) {
+  const std::uint64_t below = (1ULL << index) - 1;
+  const std::uint64_t high = index == 63 ? 0 : bits >> (index + 1);
+  return (bits & below) | high << index;
+}
+
+/// Opens a gap at `index`, 0 to 63: bits from there on move up.
+std::uint64_t WithGap(std::uint64_t bits, int index) {
+  const std::uint64_t below = (1ULL << index) - 1;
+  return (bits & below) | (bits & ~below) << 1U;
+}
+
+}  // namespace
+
+// ---- entries and blocks ---------------------------------------------------------------------------------
+
+void OrderIndex::Reserve(Row row) {
+  if (row < m_openHome.size()) return;
+  const std::size_t size = std::max<std::size_t>(row + 1UL, m_openHome.size() * 2);
+  m_openHome.resize(size);
+  m_closeHome.resize(size);
+}
+
+OrderIndex::Place OrderIndex::Find(Entry entry) const {
+  const Block block = HomeOf(entry);
+  assert(block != 0);
+  const Content& content = m_contents[block];
+  int index = 0;
+  while (content.entry[index] != entry) ++index;
+  return {block, index};
+}
+
+OrderIndex::Block OrderIndex::NewBlock() {
+  Block block = 0;
+  if (m_free.empty()) {
+    block = static_cast<Block>(m_nodes.size());
+    m_nodes.emplace_back();
+    m_contents.emplace_back();
+  } else {
+    block = m_free.back();
+    m_free.pop_back();
+    m_nodes[block] = Node{};
+    m_contents[block].selected = 0;
+    m_contents[block].count = 0;
+  }
+  m_random ^= m_random << 13U;
+  m_random ^= m_random >> 17U;
+  m_random ^= m_random << 5U;
+  m_nodes[block].priority = m_random;
+  return block;
+}
+
+void OrderIndex::FreeBlock(Block block) {
+  m_nodes[block] = Node{};
+  m_free.push_back(block);
+}
+
+int OrderIndex::RaiseAbove(Block block) const {
+  int raise = 0;
+  for (; block != 0; block = m_nodes[block].parent) raise += m_nodes[block].raise;
+  return raise;
+}
+
+std::size_t OrderIndex::RankOf(Entry entry) const {
+  const Place place = Find(entry);
+  std::size_t rank = static_cast<std::size_t>(place.index) + m_nodes[m_nodes[place.block].left].total.entries;
+  for (Block child = place.block, parent = m_nodes[child].parent; parent != 0;
+       child = parent, parent = m_nodes[child].parent) {
+    const Node& node = m_nodes[parent];
+    if (node.right == child) rank += node.own.entries + m_nodes[node.left].total.entries;
+  }
+  return rank;
+}
+
+OrderIndex::Block OrderIndex::NextBlock(Block block) const {
+  if (Block next = m_nodes[block].right; next != 0) {
+    while (m_nodes[next].left != 0) next = m_nodes[next].left;
+    return next;
+  }
+  Block parent = m_nodes[block].parent;
+  while (parent != 0 && m_nodes[parent].right == block) {
+    block = parent;
+    parent = m_nodes[block].parent;
+  }
+  return parent;
+}
+
+void OrderIndex::InsertBehind(Entry entry, Entry at, int collapsed) {
+  Place place = Find(at);
+  ++place.index;
+  InsertEntry(entry, place, collapsed);
+}
+
+void OrderIndex::InsertEntry(Entry entry, Place before, int collapsed) {
+  if (m_contents[before.block].count == kCapacity) {
+    const int cut = before.index >= kAppendSplit ? before.index : kHalf;
+    SplitBlock({before.block, cut});
+    if (before.index >= cut) {
+      const Block next = NextBlock(before.block);
+      // An entry at the seam goes to the emptier side.
+      if (before.index > cut || m_contents[next].count < cut) before = {next, before.index - cut};
+    }
+  }
+  Content& content = m_contents[before.block];
+  const auto tail = content.count - before.index;
+  std::copy_backward(&content.entry[before.index], &content.entry[before.index] + tail,
+                     &content.entry[before.index] + tail + 1);
+  std::copy_backward(&content.collapsed[before.index], &content.collapsed[before.index] + tail,
+                     &content.collapsed[before.index] + tail + 1);
+  content.selected = WithGap(content.selected, before.index);
+  ++content.count;
+  content.entry[before.index] = entry;
+  content.collapsed[before.index] = collapsed - RaiseAbove(before.block);
+  HomeOf(entry) = before.block;
+
+  // The sums only grow: add the one entry on the way up instead of adding up each node anew.
+  Sum single;
+  single.entries = 1;
+  if (IsOpen(entry)) {
+    single.least = content.collapsed[before.index];
+    single.atLeast = 1;
+  }
+  m_nodes[before.block].own.Add(single);
+  for (Block block = before.block; block != 0; block = m_nodes[block].parent) {
+    single.Raise(m_nodes[block].raise);
+    m_nodes[block].total.Add(single);
+  }
+}
+
+void OrderIndex::EraseEntry(Entry entry) {
+  const Place place = Find(entry);
+  Content& content = m_contents[place.block];
+  std::copy(&content.entry[place.index] + 1, content.entry.data() + content.count, &content.entry[place.index]);
+  std::copy(&content.collapsed[place.index] + 1, content.collapsed.data() + content.count,
+            &content.collapsed[place.index]);
+  content.selected = WithoutBit(content.selected, place.index);
+  --content.count;
+  HomeOf(entry) = 0;
+  if (content.count == 0) {
+    RemoveBlock(place.block);
+    return;
+  }
+  Summarise(place.block);
+  PullUp(place.block);
+  if (content.count >= kMergeBelow) return;
+  const Block next = NextBlock(place.block);
+  if (next != 0 && content.count + m_contents[next].count <= kMergedLimit) {
+    MoveTail(next, 0, place.block);
+    Summarise(place.block);
+    PullUp(place.block);
+    RemoveBlock(next);
+  }
+}
+
+/// Moves the entries of `from` from `index` on to the end of `to`; the caller brings the sums up to date.
+void OrderIndex::MoveTail(Block from, int index, Block to) {
+  Content& source = m_contents[from];
+  Content& target = m_contents[to];
+  const int shift = RaiseAbove(from) - RaiseAbove(to);
+  for (int i = index; i < source.count; ++i, ++target.count) {
+    target.entry[target.count] = source.entry[i];
+    target.collapsed[target.count] = source.collapsed[i] + shift;
+    if ((source.selected >> i & 1U) != 0) target.selected |= 1ULL << target.count;
+    HomeOf(source.entry[i]) = to;
+  }
+  source.count = index;
+  source.selected &= MaskBelow(index);
+}
+
+/// Moves the entries of the block from `at.index` on to a fresh block behind it.
+void OrderIndex::SplitBlock(Place at) {
+  const Block fresh = NewBlock();
+  // As a leaf first: to the right of `at`, or leftmost below its right neighbour.
+  Block parent = at.block;
+  if (m_nodes[parent].right == 0) {
+    m_nodes[parent].right = fresh;
+  } else {
+    for (parent = m_nodes[parent].right; m_nodes[parent].left != 0;) parent = m_nodes[parent].left;
+    m_nodes[parent].left = fresh;
+  }
+  m_nodes[fresh].parent = parent;
+  MoveTail(at.block, at.index, fresh);
+  Summarise(at.block);
+  Summarise(fresh);
+  PullUp(fresh);
+  PullUp(at.block);
+  while (m_nodes[fresh].parent != 0 && m_nodes[m_nodes[fresh].parent].priority < m_nodes[fresh].priority) {
+    RotateUp(fresh);
+  }
+}
+
+void OrderIndex::RotateUp(Block block) {
+  const Block parent = m_nodes[block].parent;
+  const Block above = m_nodes[parent].parent;
+  Push(parent);
+  Push(block);
+  if (m_nodes[parent].left == block) {
+    m_nodes[parent].left = m_nodes[block].right;
+    m_nodes[block].right = parent;
+  } else {
+    m_nodes[parent].right = m_nodes[block].left;
+    m_nodes[block].left = parent;
+  }
+  m_nodes[block].parent = above;
+  if (above != 0) (m_nodes[above].left == parent ? m_nodes[above].left : m_nodes[above].right) = block;
+  if (m_root == parent) m_root = block;
+  Pull(parent);
+  Pull(block);
+}
+
+void OrderIndex::RemoveBlock(Block block) {
+  Push(block);
+  const Block parent = m_nodes[block].parent;
+  const Block merged = Merge(m_nodes[block].left, m_nodes[block].right);
+  m_nodes[merged].parent = merged != 0 ? parent : 0;
+  if (parent == 0) {
+    m_root = merged;
+  } else {
+    (m_nodes[parent].left == block ? m_nodes[parent].left : m_nodes[parent].right) = merged;
+    PullUp(parent);
+  }
+  FreeBlock(block);
+}
+
+std::uint64_t OrderIndex::VisibleMask(Block block, int above) const {
+  const Content& content = m_contents[block];
+  std::uint64_t mask = 0;
+  for (int i = 0; i < content.count; ++i) {
+    const bool visible = content.collapsed[i] + above == 0 && IsOpen(content.entry[i]);
+    mask |= static_cast<std::uint64_t>(visible) << i;
+  }
+  return mask;
+}
+
+void OrderIndex::Summarise(Block block) {
+  const Content& content = m_contents[block];
+  Sum sum;
+  sum.entries = static_cast<std::uint32_t>(content.count);
+  sum.selected = static_cast<std::uint32_t>(std::popcount(content.selected));
+  for (int i = 0; i < content.count; ++i) {
+    if (IsOpen(content.entry[i])) sum.least = std::min(sum.least, content.collapsed[i]);
+  }
+  const std::uint64_t least = VisibleMask(block, -sum.least);
+  sum.atLeast = static_cast<std::uint32_t>(std::popcount(least));
+  sum.selectedAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.selected));
+  m_nodes[block].own = sum;
+}
+
+void OrderIndex::Pull(Block block) {
+  Node& node = m_nodes[block];
+  Sum sum = m_nodes[node.left].total;
+  sum.Add(node.own);
+  sum.Add(m_nodes[node.right].total);
+  sum.Raise(node.raise);
+  node.total = sum;
+  if (node.left != 0) m_nodes[node.left].parent = block;
+  if (node.right != 0) m_nodes[node.right].parent = block;
+}
+
+void OrderIndex::PullUp(Block block) {
+  for (; block != 0; block = m_nodes[block].parent) Pull(block);
+}
+
+void OrderIndex::Push(Block block) {
+  Node& node = m_nodes[block];
+  if (node.raise == 0) return;
+  Content& content = m_contents[block];
+  for (int i = 0; i < content.count; ++i) content.collapsed[i] += node.raise;
+  node.own.Raise(node.raise);
+  for (const Block child : {node.left, node.right}) {
+    if (child == 0) continue;
+    m_nodes[child].raise += node.raise;
+    m_nodes[child].total.Raise(node.raise);
+  }
+  node.raise = 0;
+}
+
+// ---- whole trees ----------------------------------------------------------------------------------------
+
+OrderIndex::Block OrderIndex::Merge(Block left, Block right) {
+  if (left == 0 || right == 0) return left + right;
+  if (m_nodes[left].priority > m_nodes[right].priority) {
+    Push(left);
+    const Block merged = Merge(m_nodes[left].right, right);
+    m_nodes[left].right = merged;
+    Pull(left);
+    return left;
+  }
+  Push(right);
+  const Block merged = Merge(left, m_nodes[right].left);
+  m_nodes[right].left = merged;
+  Pull(right);
+  return right;
+}
+
+/// Merges two trees and the two blocks that meet at the seam when they are small.
+OrderIndex::Block OrderIndex::Join(Block left, Block right) {
+  if (left == 0 || right == 0) return left + right;
+  Block last = left;
+  while (m_nodes[last].right != 0) last = m_nodes[last].right;
+  Block first = right;
+  while (m_nodes[first].left != 0) first = m_nodes[first].left;
+  Block root = Merge(left, right);
+  m_nodes[root].parent = 0;
+  if (m_contents[last].count + m_contents[first].count > kMergedLimit) return root;
+  MoveTail(first, 0, last);
+  Summarise(last);
+  PullUp(last);
+  const Block whole = m_root;
+  m_root = root;
+  RemoveBlock(first);
+  root = m_root;
+  m_root = whole;
+  return root;
+}
+
+/// Cuts between blocks; `rank` must be the first entry of a block or the end.
+OrderIndex::Cut OrderIndex::CutAt(Block root, std::size_t rank) {
+  if (root == 0) return {};
+  Push(root);
+  const std::size_t left = m_nodes[m_nodes[root].left].total.entries;
+  Cut cut;
+  if (rank <= left) {
+    cut = CutAt(m_nodes[root].left, rank);
+    m_nodes[root].left = cut.right;
+    cut.right = root;
+  } else {
+    cut = CutAt(m_nodes[root].right, rank - left - m_nodes[root].own.entries);
+    m_nodes[root].right = cut.left;
+    cut.left = root;
+  }
+  Pull(root);
+  m_nodes[cut.left].parent = 0;
+  m_nodes[cut.right].parent = 0;
+  return cut;
+}
+
+OrderIndex::Cut OrderIndex::CutTree(Block root, std::size_t rank) {
+  if (rank >= m_nodes[root].total.entries) return {root, 0};
+  std::size_t rest = rank;
+  Block block = root;
+  for (;;) {
+    const Node& node = m_nodes[block];
+    const std::size_t left = m_nodes[node.left].total.entries;
+    if (rest < left) {
+      block = node.left;
+    } else if (rest < left + node.own.entries) {
+      rest -= left;
+      break;
+    } else {
+      rest -= left + node.own.entries;
+      block = node.right;
+    }
+  }
+  if (rest != 0) {
+    SplitBlock({block, static_cast<int>(rest)});
+    while (m_nodes[block].parent != 0) block = m_nodes[block].parent;
+    root = block;
+  }
+  return CutAt(root, rank);
+}
+
+void OrderIndex::FreeTree(Block root) {
+  if (root == 0) return;
+  std::vector<Block> stack{root};
+  while (!stack.empty()) {
+    const Block block = stack.back();
+    stack.pop_back();
+    if (m_nodes[block].left != 0) stack.push_back(m_nodes[block].left);
+    if (m_nodes[block].right != 0) stack.push_back(m_nodes[block].right);
+    for (int i = 0; i < m_contents[block].count; ++i) {
+      const Entry entry = m_contents[block].entry[i];
+      if (HomeOf(entry) == block) HomeOf(entry) = 0;
+    }
+    FreeBlock(block);
+  }
+}
+
+OrderIndex::Block OrderIndex::BuildTree(std::span<const Entry> entries, std::span<const int> collapsed,
+                                        std::span<const char> selected) {
+  Block root = 0;
+  for (std::size_t from = 0; from < entries.size();) {
+    const std::size_t count = std::min<std::size_t>(kAppendSplit, entries.size() - from);
+    const Block block = NewBlock();
+    Content& content = m_contents[block];
+    content.count = static_cast<int>(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      content.entry[i] = entries[from + i];
+      content.collapsed[i] = collapsed[from + i];
+      content.selected |= static_cast<std::uint64_t>(selected[from + i]) << i;
+      HomeOf(entries[from + i]) = block;
+    }
+    Summarise(block);
+    Pull(block);
+    root = Merge(root, block);
+    from += count;
+  }
+  m_nodes[root].parent = 0;
+  return root;
+}
+
+void OrderIndex::RaiseRange(Block block, long first, long last, int delta) {
+  const long entries = m_nodes[block].total.entries;
+  if (block == 0 || first >= last || last <= 0 || first >= entries) return;
+  if (first <= 0 && last >= entries) {
+    m_nodes[block].raise += delta;
+    m_nodes[block].total.Raise(delta);
+    return;
+  }
+  const long left = m_nodes[m_nodes[block].left].total.entries;
+  RaiseRange(m_nodes[block].left, first, last, delta);
+  first -= left;
+  last -= left;
+  const long own = m_nodes[block].own.entries;
+  const long from = std::max(first, 0L);
+  const long to = std::min(last, own);
+  if (from < to) {
+    for (long i = from; i < to; ++i) m_contents[block].collapsed[static_cast<std::size_t>(i)] += delta;
+    Summarise(block);
+  }
+  RaiseRange(m_nodes[block].right, first - own, last - own, delta);
+  Pull(block);
+}
+
+// ---- checks ---------------------------------------------------------------------------------------------
+
+std::size_t OrderIndex::MemoryUsed() const {
+  return m_nodes.capacity() * sizeof(Node) + m_contents.capacity() * sizeof(Content) +
+         (m_openHome.capacity() + m_closeHome.capacity() + m_free.capacity()) * sizeof(Block);
+}
+
+bool OrderIndex::IsConsistent() const {
+  if (m_root != 0 && m_nodes[m_root].parent != 0) return false;
+  return m_nodes[0].total == Sum{} && CheckNode(m_root);
+}
+
+bool OrderIndex::CheckNode(Block block) const {
+  if (block == 0) return true;
+  const Node& node = m_nodes[block];
+  for (const Block child : {node.left, node.right}) {
+    if (child != 0 && (m_nodes[child].parent != block || m_nodes[child].priority > node.priority)) return false;
+    if (!CheckNode(child)) return false;
+  }
+  const Content& content = m_contents[block];
+  if (content.count == 0 || (content.selected & ~MaskBelow(content.count)) != 0) return false;
+  Sum own;
+  for (int i = 0; i < content.count; ++i) {
+    Sum single;
+    single.entries = 1;
+    const bool selected = (content.selected >> i & 1U) != 0;
+    if (selected) single.selected = 1;
+    if (IsOpen(content.entry[i])) {
+      single.least = content.collapsed[i];
+      single.atLeast = 1;
+      single.selectedAtLeast = selected ? 1 : 0;
+    } else if (selected) {
+      return false;
+    }
+    if (HomeOf(content.entry[i]) != block) return false;
+    own.Add(single);
+  }
+  if (own != node.own) return false;
+  Sum total = m_nodes[node.left].total;
+  total.Add(own);
+  total.Add(m_nodes[node.right].total);
+  total.Raise(node.raise);
+  return total == node.total;
+}
+
+}  // namespace qd
