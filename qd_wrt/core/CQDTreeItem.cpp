@@ -506,7 +506,7 @@ void CQDTreeItem::Slot20() {}
 int CQDTreeItem::Slot22() {
   return 0;
 }
-void CQDTreeItem::Slot24() {}
+void CQDTreeItem::RefreshImage() {}
 void CQDTreeItem::Slot27() {}
 void CQDTreeItem::Slot28() {}
 void CQDTreeItem::Slot29() {}

@@ -87,7 +87,8 @@ class QD_EXPORT CQDTreeItem {
   virtual int Slot22();
   /// 23: gives `except` the opposite of what `state` gives every other child; with `recurse` goes on below those.
   virtual void CheckOnlyInChild(CQDTreeItem* except, int state, int recurse);
-  virtual void Slot24();
+  /// 24: brings the icon up to date with how the record is drawn; geometry parts override it.
+  virtual void RefreshImage();
   /// 25: reads the title anew from record or message table.
   virtual void SetTitleIncludeType();
   /// 26: called when the language changed; passes it on to the children.

@@ -259,7 +259,7 @@ void CQDTreeListCtrl::GetGeomTitleAndColor(int& title, int& colour) const {
 void CQDTreeListCtrl::SetGeomRenderMode(const TArray<iterator>& itrs) {
   for (const iterator itr : itrs) {
     CQDTreeItem* node = FindGeomNode(itr);
-    if (node != nullptr) node->SetTitleIncludeType();
+    if (node != nullptr) node->RefreshImage();
   }
   Invalidate();
 }

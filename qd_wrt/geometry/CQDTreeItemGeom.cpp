@@ -105,13 +105,11 @@ iterator CQDTreeItemGeom::MarkMesh(iterator mset, int present) {
 
 void CQDTreeItemGeom::ChangeStateImage(iterator itr) {
   CQDTreeItem* child = FindChild(itr);
-  if (child != nullptr) child->ChangeImage(static_cast<CQDTreeItemGeomData*>(child)->CurrentImage());
+  if (child != nullptr) child->RefreshImage();
 }
 
 void CQDTreeItemGeom::ChangeRenderMode() {
-  for (CQDTreeItem* child : Children()) {
-    child->ChangeImage(static_cast<CQDTreeItemGeomData*>(child)->CurrentImage());
-  }
+  for (CQDTreeItem* child : Children()) child->RefreshImage();
 }
 
 // ---- titles, colours, language --------------------------------------------------------------------------

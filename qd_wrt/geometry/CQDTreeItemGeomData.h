@@ -17,6 +17,7 @@ class QD_EXPORT CQDTreeItemGeomData : public CQDTreeItem {
   /// Checks the box if the part is shown.
   void OnInitialize() override;
   int OnClickCheck(int oldState) override;
+  void RefreshImage() override { ChangeImage(CurrentImage()); }
   void SetTitleIncludeType() override;
   iterator GetIterator() const override { return m_itr; }
 
