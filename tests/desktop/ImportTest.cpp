@@ -101,6 +101,18 @@ TEST_F(ImportFile, MeshFilesGiveOneSetPerGroup) {
                                            "CTRIA3,1,1,1,2,3\nENDDATA\n"));
   ASSERT_TRUE(bdf.finished) << bdf.failure.toStdString();
   EXPECT_EQ(bdf.model.meshSets[0].mesh.nodeIds.size(), 3U);
+
+  const Outcome unv = Import(m_files.Write(
+      "one.unv",
+      "    -1\n  2411\n"
+      "         1         1         1        11\n   0.0D+00   0.0D+00   0.0D+00\n"
+      "         2         1         1        11\n   1.0D+00   0.0D+00   0.0D+00\n"
+      "         3         1         1        11\n   0.0D+00   1.0D+00   0.0D+00\n"
+      "    -1\n    -1\n  2412\n"
+      "         1        91         1         1         7         3\n         1         2         3\n    -1\n"));
+  ASSERT_TRUE(unv.finished) << unv.failure.toStdString();
+  EXPECT_EQ(unv.model.meshSets[0].mesh.nodeIds.size(), 3U);
+  EXPECT_EQ(unv.model.meshSets[0].mesh.blocks[0].elementIds.size(), 1U);
 }
 
 TEST_F(ImportFile, BadFilesAreNamedByTheirFault) {

@@ -114,7 +114,7 @@ void ModelView::Redraw(int) {
 }
 
 bool ModelView::IsUpToDate() const {
-  return !m_dirty && !m_window->scene->IsBuilding();
+  return !m_dirty && !m_building;
 }
 
 bool ModelView::IsOver(CPoint screen) const {
@@ -133,13 +133,18 @@ void ModelView::Apply(const CQDUpdateRecord& record) {
 /// Shapes are made in short runs between the events, so the window stays alive.
 void ModelView::BuildSome() {
   constexpr int kRun = 20;
-  if (m_window->scene->Build(kRun)) {
+  const bool more = m_window->scene->Build(kRun);
+  // Drawn as they come: a frame that takes up many new shapes at once would be a pause of its own.
+  Redraw(0);
+  if (more) {
     QTimer::singleShot(0, this, [this] { BuildSome(); });
     return;
   }
-  m_building = false;
-  if (m_fitWhenBuilt) FitAll();
-  Redraw(0);
+  QTimer::singleShot(0, this, [this] {  // a frame of its own: it is the first that shows everything
+    m_building = m_window->scene->IsBuilding();
+    if (m_building) return BuildSome();
+    if (m_fitWhenBuilt) FitAll();
+  });
 }
 
 void ModelView::FitAll() {
@@ -253,7 +258,8 @@ iterator ModelView::PickAt(const QPointF& at) {
   if (properties->Has(vtkSelectionNode::COMPOSITE_INDEX()) == 0) return 0;
   // Number 0 is the data set as a whole, its blocks follow.
   const int index = properties->Get(vtkSelectionNode::COMPOSITE_INDEX());
-  return index > 0 ? m_window->scene->PartOfBlock(static_cast<unsigned>(index - 1)) : 0;
+  const auto* prop = vtkProp::SafeDownCast(properties->Get(vtkSelectionNode::PROP()));
+  return index > 0 ? m_window->scene->PartOfBlock(prop, static_cast<unsigned>(index - 1)) : 0;
 }
 
 }  // namespace qd::workbench

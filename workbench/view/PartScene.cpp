@@ -16,6 +16,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <unordered_set>
+#include <utility>
 
 namespace qd::workbench {
 
@@ -74,7 +76,7 @@ void SetColour(vtkCompositeDataDisplayAttributes& attributes, vtkPolyData* block
 
 }  // namespace
 
-PartScene::Layer PartScene::MakeLayer(vtkRenderer& renderer) {
+PartScene::Layer PartScene::MakeLayer() {
   Layer layer;
   layer.blocks = vtkSmartPointer<vtkMultiBlockDataSet>::New();
   layer.mapper = vtkSmartPointer<vtkCompositePolyDataMapper2>::New();
@@ -84,20 +86,32 @@ PartScene::Layer PartScene::MakeLayer(vtkRenderer& renderer) {
   layer.mapper->SetCompositeDataDisplayAttributes(layer.attributes);
   layer.mapper->ScalarVisibilityOff();
   layer.actor->SetMapper(layer.mapper);
-  renderer.AddActor(layer.actor);
+  m_renderer.AddActor(layer.actor);
   return layer;
 }
 
-PartScene::PartScene(WorkDocument& doc, vtkRenderer& renderer)
-    : m_doc(doc), m_faces(MakeLayer(renderer)), m_edges(MakeLayer(renderer)) {
-  m_edges.actor->GetProperty()->LightingOff();
-  m_edges.actor->PickableOff();
-  // Faces step back a little, so that the edges on them are seen whole.
-  m_faces.mapper->SetResolveCoincidentTopologyToPolygonOffset();
-  m_faces.mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1, 1);
-}
+PartScene::PartScene(WorkDocument& doc, vtkRenderer& renderer) : m_doc(doc), m_renderer(renderer) {}
 
 PartScene::~PartScene() = default;
+
+PartScene::Chunk& PartScene::ChunkWithRoom() {
+  // Chunks fill one after another; one that lost parts is found when it is among the last few.
+  constexpr std::size_t kLookBack = 8;
+  for (std::size_t i = 0; i < std::min(kLookBack, m_chunks.size()); ++i) {
+    Chunk& chunk = *m_chunks[m_chunks.size() - 1 - i];
+    if (chunk.count < kChunkParts) return chunk;
+  }
+  auto chunk = std::make_unique<Chunk>();
+  chunk->faces = MakeLayer();
+  chunk->edges = MakeLayer();
+  chunk->edges.actor->GetProperty()->LightingOff();
+  chunk->edges.actor->PickableOff();
+  // Faces step back a little, so that the edges on them are seen whole.
+  chunk->faces.mapper->SetResolveCoincidentTopologyToPolygonOffset();
+  chunk->faces.mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1, 1);
+  m_chunks.push_back(std::move(chunk));
+  return *m_chunks.back();
+}
 
 void PartScene::Apply(const CQDUpdateRecord& record) {
   for (const tagTRNotify& change : record.changes) {
@@ -116,25 +130,26 @@ void PartScene::Remove(iterator itr) {
   const auto known = m_parts.find(itr);
   if (known == m_parts.end()) return;
   const Part& part = known->second;
-  for (const Layer* layer : {&m_faces, &m_edges}) {
-    layer->attributes->RemoveBlockColor(layer == &m_faces ? part.faces : part.edges);
-    layer->attributes->RemoveBlockVisibility(layer == &m_faces ? part.faces : part.edges);
+  Chunk& chunk = *part.chunk;
+  for (const auto& [layer, block] : {std::pair(&chunk.faces, part.faces), std::pair(&chunk.edges, part.edges)}) {
+    layer->attributes->RemoveBlockColor(block);
+    layer->attributes->RemoveBlockVisibility(block);
     layer->blocks->SetBlock(part.block, nullptr);
+    layer->blocks->Modified();
   }
-  m_partOfBlock[part.block] = 0;
-  m_freeBlocks.push_back(part.block);
+  chunk.parts[part.block] = 0;
+  --chunk.count;
   m_parts.erase(known);
 }
 
 bool PartScene::Build(int milliseconds) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-  while (!m_queue.empty() && std::chrono::steady_clock::now() < end) {
+  constexpr int kMost = 128;
+  for (int made = 0; made < kMost && !m_queue.empty() && std::chrono::steady_clock::now() < end; ++made) {
     const iterator itr = m_queue.front();
     m_queue.pop_front();
     Make(itr);
   }
-  m_faces.blocks->Modified();
-  m_edges.blocks->Modified();
   return !m_queue.empty();
 }
 
@@ -142,43 +157,60 @@ void PartScene::Make(iterator itr) {
   Remove(itr);
   const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
   if (record == nullptr || record->shape == nullptr) return;  // deleted again meanwhile
+  Chunk& chunk = ChunkWithRoom();
+  const auto room = std::find(chunk.parts.begin(), chunk.parts.end(), iterator{0});
   Part part;
-  if (m_freeBlocks.empty()) {
-    part.block = static_cast<unsigned>(m_partOfBlock.size());
-    m_partOfBlock.push_back(itr);
-  } else {
-    part.block = m_freeBlocks.back();
-    m_freeBlocks.pop_back();
-    m_partOfBlock[part.block] = itr;
-  }
+  part.chunk = &chunk;
+  part.block = static_cast<unsigned>(room - chunk.parts.begin());
   part.shape = record->shape;
+  if (room == chunk.parts.end()) {
+    chunk.parts.push_back(itr);
+  } else {
+    *room = itr;
+  }
+  ++chunk.count;
   const auto points = PointsOf(part.shape->facets);
   part.faces = FacesOf(part.shape->facets, points);
   part.edges = EdgesOf(part.shape->facets, points);
-  m_faces.blocks->SetBlock(part.block, part.faces);
-  m_edges.blocks->SetBlock(part.block, part.edges);
+  chunk.faces.blocks->SetBlock(part.block, part.faces);
+  chunk.edges.blocks->SetBlock(part.block, part.edges);
   m_parts.emplace(itr, std::move(part));
 }
 
 void PartScene::Update() {
   const auto& buffer = m_doc.GetSelectBuffer();
-  const std::set<iterator> selected(buffer.begin(), buffer.end());
-  for (const auto& [itr, part] : m_parts) {
+  const std::unordered_set<iterator> selected(buffer.begin(), buffer.end());
+  for (auto& [itr, part] : m_parts) {
     const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
     if (record == nullptr) continue;
-    const bool shown = m_doc.GetDisplay().GetCadItem(record->cadItem).shown;
-    m_faces.attributes->SetBlockVisibility(part.faces, shown);
-    m_edges.attributes->SetBlockVisibility(part.edges, shown);
-    const bool highlighted = selected.contains(itr);
-    SetColour(*m_faces.attributes, part.faces, highlighted ? kHighlight : record->colour);
-    SetColour(*m_edges.attributes, part.edges, record->kind == TopologyKind::Curve ? record->colour : kEdge);
+    Look look;
+    look.shown = m_doc.GetDisplay().GetCadItem(record->cadItem).shown;
+    look.faces = selected.contains(itr) ? kHighlight : record->colour;
+    look.edges = record->kind == TopologyKind::Curve ? look.faces : kEdge;
+    if (part.look != look) Apply(part, look);
   }
-  m_faces.mapper->Modified();
-  m_edges.mapper->Modified();
+  for (const auto& chunk : m_chunks) {
+    if (!std::exchange(chunk->changed, false)) continue;
+    chunk->faces.mapper->Modified();
+    chunk->edges.mapper->Modified();
+  }
 }
 
-iterator PartScene::PartOfBlock(unsigned block) const {
-  return block < m_partOfBlock.size() ? m_partOfBlock[block] : 0;
+void PartScene::Apply(Part& part, const Look& look) {
+  Chunk& chunk = *part.chunk;
+  chunk.faces.attributes->SetBlockVisibility(part.faces, look.shown);
+  chunk.edges.attributes->SetBlockVisibility(part.edges, look.shown);
+  SetColour(*chunk.faces.attributes, part.faces, look.faces);
+  SetColour(*chunk.edges.attributes, part.edges, look.edges);
+  part.look = look;
+  chunk.changed = true;
+}
+
+iterator PartScene::PartOfBlock(const vtkProp* prop, unsigned block) const {
+  for (const auto& chunk : m_chunks) {
+    if (chunk->faces.actor == prop && block < chunk->parts.size()) return chunk->parts[block];
+  }
+  return 0;
 }
 
 bool PartScene::ShownBounds(double bounds[6]) const {

@@ -5,7 +5,7 @@
 #include <deque>
 #include <map>
 #include <memory>
-#include <set>
+#include <optional>
 #include <vector>
 
 #include "workbench/display/WorkDocument.h"
@@ -15,12 +15,14 @@ class vtkCompositeDataDisplayAttributes;
 class vtkCompositePolyDataMapper2;
 class vtkMultiBlockDataSet;
 class vtkPolyData;
+class vtkProp;
 class vtkRenderer;
 
 namespace qd::workbench {
 
-/// The parts of a document in a renderer: one block per part in two composite mappers, one for faces and one for
-/// edges, so that the number of actors does not grow with the model.
+/// The parts of a document in a renderer. Parts stand in chunks; a chunk has one composite mapper for faces and one
+/// for edges, with one block per part. So a model of many parts needs few actors, and a part that comes or goes
+/// only makes its own chunk anew.
 class PartScene {
  public:
   PartScene(WorkDocument& doc, vtkRenderer& renderer);
@@ -30,40 +32,59 @@ class PartScene {
 
   /// Takes over what a notice says of parts. New shapes are only queued.
   void Apply(const CQDUpdateRecord& record);
-  /// Makes queued shapes for at most this long; returns whether any are left.
+  /// Makes queued shapes for at most this long and as many as a frame can take up without a pause; returns whether
+  /// any are left.
   bool Build(int milliseconds);
   bool IsBuilding() const { return !m_queue.empty(); }
   /// Brings visibility, colours and highlights up to date with the document.
   void Update();
-  /// The part that a block number of a picked prop stands for, 0 for none.
-  iterator PartOfBlock(unsigned block) const;
+  /// The part that a block of a picked prop stands for, 0 for none.
+  iterator PartOfBlock(const vtkProp* prop, unsigned block) const;
   /// Bounds of the shown parts: least and greatest x, y, z. False when nothing is shown.
   bool ShownBounds(double bounds[6]) const;
 
  private:
-  struct Part {
-    unsigned block;
-    vtkSmartPointer<vtkPolyData> faces;
-    vtkSmartPointer<vtkPolyData> edges;
-    std::shared_ptr<const PartShape> shape;
-  };
+  static constexpr std::size_t kChunkParts = 256;
+
   struct Layer {
     vtkSmartPointer<vtkMultiBlockDataSet> blocks;
     vtkSmartPointer<vtkCompositePolyDataMapper2> mapper;
     vtkSmartPointer<vtkCompositeDataDisplayAttributes> attributes;
     vtkSmartPointer<vtkActor> actor;
   };
+  struct Chunk {
+    Layer faces;
+    Layer edges;
+    std::vector<iterator> parts;  // by block, 0 where a block is free
+    std::size_t count = 0;
+    bool changed = false;
+  };
+  /// How a part is drawn.
+  struct Look {
+    bool shown = true;
+    COLORREF faces = 0;
+    COLORREF edges = 0;
+    bool operator==(const Look&) const = default;
+  };
+  struct Part {
+    Chunk* chunk = nullptr;
+    unsigned block = 0;
+    vtkSmartPointer<vtkPolyData> faces;
+    vtkSmartPointer<vtkPolyData> edges;
+    std::shared_ptr<const PartShape> shape;
+    std::optional<Look> look;  // none until it was first drawn
+  };
 
-  static Layer MakeLayer(vtkRenderer& renderer);
+  Layer MakeLayer();
+  Chunk& ChunkWithRoom();
   void Remove(iterator itr);
   void Make(iterator itr);
+  void Apply(Part& part, const Look& look);
 
   WorkDocument& m_doc;
-  Layer m_faces;
-  Layer m_edges;
+  vtkRenderer& m_renderer;
+  std::vector<std::unique_ptr<Chunk>> m_chunks;
   std::map<iterator, Part> m_parts;
-  std::vector<iterator> m_partOfBlock;  // 0 where a block is free
-  std::vector<unsigned> m_freeBlocks;
   std::deque<iterator> m_queue;
 };
 
