@@ -9,6 +9,9 @@
 
 namespace qd {
 
+/// The longest name of a model entity, in characters.
+inline constexpr std::size_t kLongestName = 63;
+
 /// Base of the plain records. Records are immutable once they are in a pool; a change stores a new record.
 struct tagTRecord {
   std::int32_t id = 0;  ///< number shown to the user, 0 none; given by the pool

@@ -104,6 +104,11 @@ void CHeaderBase::OnLButtonDown(unsigned, CPoint point) {
   }
 }
 
+void CHeaderBase::OnLButtonDblClk(unsigned flags, CPoint point) {
+  if (const int edge = EdgeAt(point); edge >= 0) return NotifyItem(kNoticeEdgeDoubleClick, edge);
+  OnLButtonDown(flags, point);  // a fast second press is a press
+}
+
 void CHeaderBase::OnMouseMove(unsigned, CPoint point) {
   if (GetPeer() == nullptr) return;
   GetPeer()->SetCursor(EdgeAt(point) >= 0 ? CursorShape::ResizeColumn : CursorShape::Arrow);

@@ -12,7 +12,7 @@ namespace qd {
 /// happens. Derived classes draw the items.
 class QD_EXPORT CHeaderBase : public CWnd {
  public:
-  enum Code : int { kNoticeItemChanged = -321, kNoticeItemClick = -322 };
+  enum Code : int { kNoticeItemChanged = -321, kNoticeItemClick = -322, kNoticeEdgeDoubleClick = -325 };
   /// Bits of an item's format word.
   enum Format : unsigned {
     kFormatRight = 1,
@@ -55,6 +55,7 @@ class QD_EXPORT CHeaderBase : public CWnd {
   virtual void OnDrawItem(CDC& dc, const Item& item, CRect area, bool pressed, bool highlighted) = 0;
 
   void OnLButtonDown(unsigned flags, CPoint point) override;
+  void OnLButtonDblClk(unsigned flags, CPoint point) override;
   void OnMouseMove(unsigned flags, CPoint point) override;
 
  private:

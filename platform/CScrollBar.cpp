@@ -1,6 +1,7 @@
 #include "platform/CScrollBar.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace qd {
 
@@ -12,7 +13,9 @@ void CScrollBar::SetState(const ScrollState& state) {
 }
 
 void CScrollBar::OnScroll(int position) {
-  m_state.position = std::clamp(position, 0, m_state.maximum);
+  position = std::clamp(position, 0, m_state.maximum);
+  if (std::exchange(m_state.position, position) == position) return;
+  if (GetPeer() != nullptr) GetPeer()->SetScroll(m_state);
   ScrollNotice notice;
   notice.code = kNoticeScroll;
   notice.position = m_state.position;

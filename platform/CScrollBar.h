@@ -19,6 +19,8 @@ class QD_EXPORT CScrollBar : public CWnd {
   /// `page` is the visible width; positions run from 0 to `state.maximum`. Notifies nobody.
   void SetState(const ScrollState& state);
   const ScrollState& GetState() const { return m_state; }
+  /// Moves by steps as a press on an arrow does, and tells the parent.
+  void ScrollLines(int steps) { OnScroll(m_state.position + steps * m_state.line); }
 
  protected:
   void OnScroll(int position) override;

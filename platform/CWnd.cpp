@@ -118,6 +118,8 @@ void CWnd::Dispatch(const Message& message) {
       return OnMouseWheel(message.amount);
     case MessageKind::KeyDown:
       return OnKeyDown(message.key, message.flags);
+    case MessageKind::Char:
+      return OnChar(message.key);
     case MessageKind::Timer:
       return OnTimer(message.id);
     case MessageKind::Posted:
@@ -146,6 +148,7 @@ void CWnd::OnRButtonUp(unsigned, CPoint) {}
 void CWnd::OnMouseMove(unsigned, CPoint) {}
 void CWnd::OnMouseWheel(int) {}
 void CWnd::OnKeyDown(int, unsigned) {}
+void CWnd::OnChar(int) {}
 void CWnd::OnTimer(unsigned) {}
 void CWnd::OnPosted(unsigned, std::uint64_t) {}
 void CWnd::OnScroll(int) {}

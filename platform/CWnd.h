@@ -11,6 +11,7 @@
 namespace qd {
 
 class CDC;
+class IAccessibleRows;
 
 /// A notification from a window to its parent.
 struct Notice {
@@ -66,6 +67,11 @@ class QD_EXPORT CWnd {
 
   /// Hands a message to its handler. Called by the toolkit.
   void Dispatch(const Message& message);
+  /// Called by the toolkit for a key that goes to an edit box or a list, before the box and before accelerators.
+  /// True when the key is dealt with.
+  virtual bool PreTranslateMessage(const Message&) { return false; }
+  /// How a screen reader sees the window, null when it is not a tree of rows. Owned by the window.
+  virtual const IAccessibleRows* GetAccessibleRows() const { return nullptr; }
   /// Paints the window. Called by the toolkit, never outside a paint request.
   virtual void OnPaint(CDC& dc);
 
@@ -87,6 +93,7 @@ class QD_EXPORT CWnd {
   virtual void OnMouseLeave() {}
   virtual void OnMouseWheel(int lines);
   virtual void OnKeyDown(int key, unsigned flags);
+  virtual void OnChar(int character);
   virtual void OnTimer(unsigned id);
   virtual void OnPosted(unsigned id, std::uint64_t parameter);
   virtual void OnScroll(int position);

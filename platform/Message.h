@@ -19,6 +19,7 @@ enum class MessageKind {
   MouseLeave,
   Wheel,    ///< `amount`: lines, positive towards the user's back
   KeyDown,  ///< `key`
+  Char,     ///< `key`: a typed character; an edit box has taken it in already
   Timer,    ///< `id`
   Posted,   ///< `id`, `parameter`
   Scroll,   ///< `amount`: the position that the user asks for
@@ -47,6 +48,8 @@ enum Key : int {
   kKeyRight = 39,
   kKeyDown = 40,
   kKeyDelete = 46,
+  kKeyA = 65,
+  kKeyI = 73,
   kKeyF2 = 113
 };
 

@@ -53,11 +53,28 @@ struct ScrollState {
   int maximum = 0;
   int page = 1;
   int position = 0;
+  int line = 1;  ///< step of one press on an arrow
   bool operator==(const ScrollState&) const = default;
 };
 
 /// Pointer shapes.
 enum class CursorShape { Arrow, ResizeColumn };
+
+/// What an edit box or a drop-down list can do beside what every window can. While one has the focus, keys that
+/// type reach no accelerator of the program.
+class ITextBox {
+ public:
+  virtual void SetText(const CString& text) = 0;  ///< of a list: chooses the first equal entry
+  virtual CString GetText() const = 0;
+  /// Selects all text and scrolls the caret into view.
+  virtual void SelectAll() = 0;
+  virtual void AddChoice(const CString& text) = 0;  ///< lists only
+  /// Lets the box itself handle the key that PreTranslateMessage is being asked about.
+  virtual void HandleKey() = 0;
+
+ protected:
+  ~ITextBox() = default;
+};
 
 /// The window system's side of one CWnd, owned by it. Destroying the peer destroys the window.
 class IPeer {
@@ -79,6 +96,12 @@ class IPeer {
   /// Of the scroll bar window, or of a surface's own vertical bar, which hides while there is nothing to scroll.
   virtual void SetScroll(const ScrollState& state) = 0;
   virtual void SetCursor(CursorShape shape) = 0;
+  /// Shows a picture as the pointer; its top left corner points. Until the next SetCursor.
+  virtual void SetCursor(const Picture& picture) = 0;
+  /// Tells screen readers that a row of the window's accessible tree has the focus now.
+  virtual void AnnounceFocus(std::uint64_t row) = 0;
+  /// Null for a window that is no edit box and no list.
+  virtual ITextBox* TextBox() { return nullptr; }
   /// Tool tips only: text and colours, shown at a screen position; an empty text hides the tip.
   virtual void ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) = 0;
 };
@@ -88,6 +111,8 @@ enum class PeerKind {
   Surface,           ///< painted by its CWnd
   SurfaceVScroll,    ///< a surface with a vertical scroll bar of its own
   HorizontalScroll,  ///< a scroll bar
+  Edit,              ///< an edit box of one line with a border
+  DropDownList,      ///< a choice among fixed entries
   ToolTip
 };
 

@@ -11,7 +11,7 @@
 namespace qd {
 
 /// A rectangle with a parent.
-class HeadlessPeer final : public IPeer {
+class HeadlessPeer final : public IPeer, private ITextBox {
  public:
   HeadlessPeer(HeadlessToolkit& toolkit, CWnd& owner, PeerKind kind, HeadlessPeer* parent, const CRect& area)
       : m_toolkit(toolkit), m_owner(owner), m_kind(kind), m_parent(parent), m_area(area) {
@@ -68,9 +68,39 @@ class HeadlessPeer final : public IPeer {
     if (resizes) m_owner.Dispatch({.kind = MessageKind::Size, .target = &m_owner});
   }
   void SetCursor(CursorShape) override {}
+  void SetCursor(const Picture&) override {}
+  void AnnounceFocus(std::uint64_t) override {}
+  ITextBox* TextBox() override { return IsText() ? this : nullptr; }
   void ShowTip(CPoint, const CString& text, COLORREF, COLORREF) override { m_toolkit.m_tip = text; }
 
+  bool IsText() const { return m_kind == PeerKind::Edit || m_kind == PeerKind::DropDownList; }
+  /// The key that is on its way to the box; it is handled at most once.
+  void BeginKey(const Message& key) { m_key = &key; }
+  void EndKey() { m_key = nullptr; }
+  void HandleKey() override {
+    const Message* key = std::exchange(m_key, nullptr);
+    if (key == nullptr || m_kind != PeerKind::Edit) return;
+    const bool deletes = key->kind == MessageKind::KeyDown && key->key == kKeyDelete;
+    const bool types = key->kind == MessageKind::Char;
+    if (!deletes && !types) return;
+    if (std::exchange(m_allSelected, false)) m_text.clear();
+    if (types) m_text += static_cast<wchar_t>(key->key);
+  }
+
  private:
+  void SetText(const CString& text) override {
+    m_text = text;
+    m_allSelected = false;
+  }
+  CString GetText() const override { return m_text; }
+  void SelectAll() override { m_allSelected = true; }
+  void AddChoice(const CString& text) override {
+    if (m_text.empty()) m_text = text;
+  }
+
+  CString m_text;
+  bool m_allSelected = false;
+  const Message* m_key = nullptr;
   HeadlessToolkit& m_toolkit;
   CWnd& m_owner;
   PeerKind m_kind;
@@ -109,10 +139,24 @@ void HeadlessToolkit::Key(CWnd& window, int key, unsigned flags) {
   Enqueue({.kind = MessageKind::KeyDown, .target = &window, .flags = flags, .key = key});
 }
 
+void HeadlessToolkit::Type(CWnd& window, const CString& text) {
+  for (const wchar_t character : text) {
+    Enqueue({.kind = MessageKind::Char, .target = &window, .key = static_cast<int>(character)});
+  }
+}
+
+CWnd* HeadlessToolkit::FindChild(const CWnd& parent, int id) const {
+  const auto found = std::find_if(m_windows.begin(), m_windows.end(), [&](const CWnd* window) {
+    return window->GetParent() == &parent && window->GetDlgCtrlID() == id;
+  });
+  return found != m_windows.end() ? *found : nullptr;
+}
+
 void HeadlessToolkit::Pump() {
   while (!m_queue.empty()) {
     const Message message = m_queue.front();
     m_queue.pop_front();
+    Note(message);
     DispatchNow(message);
   }
   PaintDirty();
@@ -127,15 +171,33 @@ void HeadlessToolkit::Advance(unsigned milliseconds) {
   }
 }
 
-void HeadlessToolkit::DispatchNow(const Message& message) {
+/// What the window system itself makes of a message, whoever handles it.
+void HeadlessToolkit::Note(const Message& message) {
   if (!IsAlive(message.target)) return;
   if (message.kind <= MessageKind::MouseMove) m_cursor = message.target->ClientToScreen(message.point);
-  const std::weak_ptr<void> life = message.target->Life();
-  message.target->Dispatch(message);
   // A released right button asks for the menu, after everything that the release brings about.
-  if (message.kind == MessageKind::RightUp && !life.expired()) {
+  if (message.kind == MessageKind::RightUp) {
     Enqueue({.kind = MessageKind::ContextMenu, .target = message.target, .point = m_cursor});
   }
+}
+
+void HeadlessToolkit::DispatchNow(const Message& message) {
+  if (!IsAlive(message.target)) return;
+  const bool typed = message.kind == MessageKind::KeyDown || message.kind == MessageKind::Char;
+  const auto* peer = static_cast<const HeadlessPeer*>(message.target->GetPeer());
+  if (typed && peer->IsText()) return TypeInto(*message.target, message);
+  message.target->Dispatch(message);
+}
+
+/// A key on its way into an edit box or a list.
+void HeadlessToolkit::TypeInto(CWnd& window, const Message& message) {
+  auto* peer = static_cast<HeadlessPeer*>(window.GetPeer());
+  peer->BeginKey(message);
+  const bool handled = message.kind == MessageKind::KeyDown && window.PreTranslateMessage(message);
+  if (!IsAlive(&window)) return;
+  if (!handled) peer->HandleKey();
+  peer->EndKey();
+  if (!handled) window.Dispatch(message);
 }
 
 void HeadlessToolkit::PaintDirty() {
@@ -217,6 +279,7 @@ CaptureEnd HeadlessToolkit::RunCapture(CWnd& owner, const std::function<CaptureV
     const Message message = m_queue.front();
     m_queue.pop_front();
     if (!IsAlive(message.target)) continue;
+    Note(message);
     if (message.kind == MessageKind::CaptureLost) return CaptureEnd::Lost;
     const CaptureVerdict verdict = decide(message);
     if (verdict == CaptureVerdict::Dispatch || verdict == CaptureVerdict::StopAndDispatch) DispatchNow(message);

@@ -31,6 +31,12 @@ class HeadlessToolkit final : public IToolkit {
   void RightClick(CWnd& window, CPoint point, unsigned flags = 0);
   void DoubleClick(CWnd& window, CPoint point);
   void Key(CWnd& window, int key, unsigned flags = 0);
+  /// Types characters: an edit box takes them in, other windows get them as messages.
+  void Type(CWnd& window, const CString& text);
+  /// Puts the pointer somewhere without telling anybody.
+  void SetCursorPosition(CPoint screen) { m_cursor = screen; }
+  /// The window of a child id below `parent`, null when there is none.
+  CWnd* FindChild(const CWnd& parent, int id) const;
   /// Handles everything queued, and what comes of it.
   void Pump();
   /// Moves the clock; timers that fall due are queued.
@@ -70,6 +76,8 @@ class HeadlessToolkit final : public IToolkit {
   bool IsAlive(const CWnd* window) const;
   void Forget(CWnd* window);
   void DispatchNow(const Message& message);
+  void Note(const Message& message);
+  void TypeInto(CWnd& window, const Message& message);
   void PaintDirty();
 
   std::deque<Message> m_queue;

@@ -10,50 +10,22 @@
 
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
+#include "platform/qt/QtAccessible.h"
 #include "platform/qt/QtConvert.h"
+#include "platform/qt/QtKeys.h"
 #include "platform/qt/QtPainter.h"
+#include "platform/qt/QtTextBox.h"
 #include "platform/qt/QtToolkit.h"
 
 namespace qd {
 
 namespace {
 
-unsigned FlagsOf(Qt::KeyboardModifiers modifiers) {
-  return (modifiers.testFlag(Qt::ShiftModifier) ? kMouseShift : 0U) |
-         (modifiers.testFlag(Qt::ControlModifier) ? kMouseControl : 0U);
-}
-
-/// 0 for a key that no control acts on.
-int KeyOf(int qtKey) {
-  switch (qtKey) {
-    case Qt::Key_Up:
-      return kKeyUp;
-    case Qt::Key_Down:
-      return kKeyDown;
-    case Qt::Key_Left:
-      return kKeyLeft;
-    case Qt::Key_Right:
-      return kKeyRight;
-    case Qt::Key_Home:
-      return kKeyHome;
-    case Qt::Key_End:
-      return kKeyEnd;
-    case Qt::Key_PageUp:
-      return kKeyPageUp;
-    case Qt::Key_PageDown:
-      return kKeyPageDown;
-    case Qt::Key_Escape:
-      return kKeyEscape;
-    default:
-      return 0;
-  }
-}
-
 void ApplyScroll(QScrollBar& bar, const ScrollState& state) {
   const QSignalBlocker quiet(bar);
   bar.setRange(0, state.maximum);
   bar.setPageStep(state.page);
-  bar.setSingleStep(1);
+  bar.setSingleStep(state.line);
   bar.setValue(state.position);
 }
 
@@ -79,6 +51,10 @@ void SurfaceWidget::Deliver(Message message) {
   if (m_owner == nullptr) return;
   message.target = m_owner;
   m_toolkit.Deliver(message);
+}
+
+const IAccessibleRows* SurfaceWidget::AccessibleRows() const {
+  return m_owner != nullptr ? m_owner->GetAccessibleRows() : nullptr;
 }
 
 QRect SurfaceWidget::ClientArea() const {
@@ -177,9 +153,17 @@ void SurfaceWidget::keyPressEvent(QKeyEvent* event) {
     RequestMenu(mapToGlobal(ClientArea().center()));
     return;
   }
-  const int key = KeyOf(event->key());
-  if (key == 0) return QWidget::keyPressEvent(event);
-  Deliver({.kind = MessageKind::KeyDown, .flags = FlagsOf(event->modifiers()), .key = key});
+  const int key = KeyOf(*event);
+  const bool program = key == kKeyDelete || key == kKeyEnter;  // what they do is the program's business
+  if (key != 0 && !program) {
+    Deliver({.kind = MessageKind::KeyDown, .flags = FlagsOf(event->modifiers()), .key = key});
+  } else if (IsTyping(*event)) {
+    for (const wchar_t character : FromQt(event->text())) {
+      Deliver({.kind = MessageKind::Char, .key = static_cast<int>(character)});
+    }
+  } else {
+    QWidget::keyPressEvent(event);
+  }
 }
 
 void SurfaceWidget::focusInEvent(QFocusEvent*) {
@@ -208,6 +192,20 @@ QtPeer::QtPeer(QtToolkit& toolkit, CWnd& owner, PeerKind kind, QWidget* parent, 
       m_widget = bar;
       break;
     }
+    case PeerKind::Edit: {
+      auto* box = new EditWidget(toolkit, owner, parent);
+      m_widget = box;
+      m_textBox = box;
+      m_boxEvents = &box->Events();
+      break;
+    }
+    case PeerKind::DropDownList: {
+      auto* list = new ListWidget(toolkit, owner, parent);
+      m_widget = list;
+      m_textBox = list;
+      m_boxEvents = &list->Events();
+      break;
+    }
     case PeerKind::ToolTip: {
       auto* tip = new QLabel(parent, Qt::ToolTip);
       tip->setTextFormat(Qt::PlainText);  // names are no markup
@@ -225,6 +223,7 @@ QtPeer::~QtPeer() {
   m_toolkit.WindowGone(m_owner);
   if (m_widget == nullptr) return;
   if (m_surface != nullptr) m_surface->Release();
+  if (m_boxEvents != nullptr) m_boxEvents->Release();
   // The window may be dying inside one of its own events.
   m_widget->disconnect();
   m_widget->hide();
@@ -299,6 +298,16 @@ void QtPeer::SetScroll(const ScrollState& state) {
 void QtPeer::SetCursor(CursorShape shape) {
   if (m_widget != nullptr)
     m_widget->setCursor(shape == CursorShape::ResizeColumn ? Qt::SplitHCursor : Qt::ArrowCursor);
+}
+
+void QtPeer::SetCursor(const Picture& picture) {
+  if (m_widget == nullptr) return;
+  const QImage image = QtToolkit::ImageOf(picture, m_widget->devicePixelRatioF());
+  m_widget->setCursor(QCursor(QPixmap::fromImage(image.copy()), 0, 0));
+}
+
+void QtPeer::AnnounceFocus(std::uint64_t row) {
+  if (m_surface != nullptr && m_widget != nullptr) AnnounceFocusedRow(*m_surface, HTREEITEM{row});
 }
 
 void QtPeer::ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) {

@@ -9,7 +9,9 @@ class QScrollBar;
 
 namespace qd {
 
+class IAccessibleRows;
 class QtToolkit;
+class TextBoxEvents;
 
 /// The widget behind a surface: turns what Qt reports into messages of its window.
 class SurfaceWidget final : public QWidget {
@@ -18,6 +20,8 @@ class SurfaceWidget final : public QWidget {
 
   /// The window is gone: report nothing any more.
   void Release() { m_owner = nullptr; }
+  /// The rows for screen readers, null when there are none (any more).
+  const IAccessibleRows* AccessibleRows() const;
   QRect ClientArea() const;
   void SetScroll(const ScrollState& state);
   void Post(unsigned id, std::uint64_t parameter);
@@ -71,13 +75,18 @@ class QtPeer final : public IPeer {
   void Post(unsigned id, std::uint64_t parameter) override;
   void SetScroll(const ScrollState& state) override;
   void SetCursor(CursorShape shape) override;
+  void SetCursor(const Picture& picture) override;
+  void AnnounceFocus(std::uint64_t row) override;
+  ITextBox* TextBox() override { return m_widget != nullptr ? m_textBox : nullptr; }
   void ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) override;
 
  private:
   QtToolkit& m_toolkit;
   CWnd& m_owner;
   QPointer<QWidget> m_widget;
-  SurfaceWidget* m_surface = nullptr;  // the same widget, when it is one
+  SurfaceWidget* m_surface = nullptr;    // the same widget, when it is one
+  ITextBox* m_textBox = nullptr;         // likewise
+  TextBoxEvents* m_boxEvents = nullptr;  // of the text box
 };
 
 }  // namespace qd

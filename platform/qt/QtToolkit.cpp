@@ -16,10 +16,15 @@
 
 #include "platform/BCMenu.h"
 #include "platform/CWnd.h"
+#include "platform/qt/QtAccessible.h"
 #include "platform/qt/QtConvert.h"
 #include "platform/qt/QtPeer.h"
 
 namespace qd {
+
+QtToolkit::QtToolkit() {
+  InstallAccessibility();
+}
 
 QWidget* QtToolkit::WidgetOf(const CWnd& window) {
   const auto* peer = static_cast<const QtPeer*>(window.GetPeer());

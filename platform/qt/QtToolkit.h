@@ -14,7 +14,7 @@ namespace qd {
 /// The Qt 6 Widgets toolkit. A QApplication must exist before it and until after it.
 class QtToolkit final : public IToolkit {
  public:
-  QtToolkit() = default;
+  QtToolkit();
   ~QtToolkit() override = default;
 
   /// The widget of a window, for a host that puts it into its own; null while the window does not exist. The

@@ -125,9 +125,11 @@ void CTreeCtrl::InvalidateRow(HTREEITEM row) {
 int CTreeCtrl::SetCaret(HTREEITEM row) {
   if (!m_rows.Contains(row)) return 0;
   if (m_caret && m_caret != row) SetRowState(m_caret, 0, kRowSelected);
+  const bool moved = m_caret != row;
   m_caret = row;
   SetRowState(row, kRowSelected, kRowSelected);
   EnsureVisible(row);
+  if (moved && GetPeer() != nullptr) GetPeer()->AnnounceFocus(row.value);
   return 1;
 }
 
@@ -138,52 +140,46 @@ void CTreeCtrl::ClearCaret() {
 
 bool CTreeCtrl::MoveCaretByKey(int key) {
   if (key < kKeyPageUp || key > kKeyDown) return false;
+  if (const HTREEITEM target = TargetOfKey(key)) SetCaret(target);
+  return true;
+}
+
+HTREEITEM CTreeCtrl::TargetOfKey(int key) {
   const std::size_t count = m_rows.VisibleCount();
-  if (count == 0) return true;
-  if (!m_caret) {
-    SetCaret(key == kKeyEnd ? m_rows.LastVisible() : m_rows.First());
-    return true;
-  }
+  if (count == 0) return {};
+  if (!m_caret) return key == kKeyEnd ? m_rows.LastVisible() : m_rows.First();
   const HTREEITEM caret = m_rows.NearestVisible(m_caret);
   const std::size_t position = m_rows.Position(caret);
   const auto page = static_cast<std::size_t>(std::max(GetPageSize() - 1, 1));
-  HTREEITEM target = caret;
   switch (key) {
     case kKeyUp:
-      target = m_rows.RowAt(position == 0 ? 0 : position - 1);
-      break;
+      return m_rows.RowAt(position == 0 ? 0 : position - 1);
     case kKeyDown:
-      target = m_rows.RowAt(std::min(position + 1, count - 1));
-      break;
+      return m_rows.RowAt(std::min(position + 1, count - 1));
     case kKeyHome:
-      target = m_rows.First();
-      break;
+      return m_rows.First();
     case kKeyEnd:
-      target = m_rows.LastVisible();
-      break;
+      return m_rows.LastVisible();
     case kKeyPageUp:
-      target = m_rows.RowAt(position < page ? 0 : position - page);
-      break;
+      return m_rows.RowAt(position < page ? 0 : position - page);
     case kKeyPageDown:
-      target = m_rows.RowAt(std::min(position + page, count - 1));
-      break;
+      return m_rows.RowAt(std::min(position + page, count - 1));
     case kKeyLeft:
       if (m_rows.IsExpanded(caret) && ItemHasChildren(caret)) {
         Expand(caret, ExpandAction::Collapse);
       } else if (m_rows.Parent(caret)) {
-        target = m_rows.Parent(caret);
+        return m_rows.Parent(caret);
       }
       break;
     default:  // right
       if (ItemHasChildren(caret) && !m_rows.IsExpanded(caret)) {
         Expand(caret, ExpandAction::Expand);
       } else if (ItemHasChildren(caret)) {
-        target = m_rows.FirstChild(caret);
+        return m_rows.FirstChild(caret);
       }
       break;
   }
-  SetCaret(target);
-  return true;
+  return m_rows.Contains(caret) ? caret : HTREEITEM{};
 }
 
 // ---- scrolling and geometry -----------------------------------------------------------------------------
@@ -267,6 +263,7 @@ HTREEITEM CTreeCtrl::HitTest(CPoint point, unsigned& flags) const {
 }
 
 void CTreeCtrl::ScheduleLayout() {
+  ++m_revision;
   if (m_layoutPending || !IsCreated()) return;
   m_layoutPending = true;
   Post(kLayoutMessage, 0);
@@ -298,7 +295,11 @@ void CTreeCtrl::OnScroll(int position) {
 }
 
 void CTreeCtrl::OnMouseWheel(int lines) {
-  const auto position = static_cast<std::int64_t>(TopPosition()) - lines;
+  ScrollBy(-lines);
+}
+
+void CTreeCtrl::ScrollBy(int rows) {
+  const auto position = static_cast<std::int64_t>(TopPosition()) + rows;
   ScrollTo(static_cast<std::size_t>(std::max<std::int64_t>(position, 0)));
 }
 
@@ -347,30 +348,30 @@ void CTreeCtrl::PaintTree(CDC& dc) {
 }
 
 void CTreeCtrl::PaintLines(CDC& dc, HTREEITEM row, const CRect& line, int right) const {
-  constexpr COLORREF kLine = Rgb(0xB4, 0xB4, 0xB4);
-  constexpr COLORREF kSign = Rgb(0x50, 0x50, 0x50);
+  const COLORREF lineColour = IToolkit::Instance().GetColour(SystemColour::Shadow);
+  const COLORREF signColour = IToolkit::Instance().GetColour(SystemColour::WindowText);
   const int middle = line.top + line.Height() / 2;
   const int level = m_rows.Level(row);
   const int centre = ContentLeft(level) - kIndent + kIndent / 2;
   if (centre < right) {
     if (m_rows.PreviousSibling(row) || m_rows.Parent(row))
-      dc.FillSolidRect({centre, line.top, centre + 1, middle}, kLine);
-    if (m_rows.NextSibling(row)) dc.FillSolidRect({centre, middle, centre + 1, line.bottom}, kLine);
-    dc.FillSolidRect({centre, middle, ContentLeft(level) - 2, middle + 1}, kLine);
+      dc.FillSolidRect({centre, line.top, centre + 1, middle}, lineColour);
+    if (m_rows.NextSibling(row)) dc.FillSolidRect({centre, middle, centre + 1, line.bottom}, lineColour);
+    dc.FillSolidRect({centre, middle, ContentLeft(level) - 2, middle + 1}, lineColour);
   }
   // Lines of ancestors that have later siblings; in a very deep branch only the nearest ones.
   int levels = 0;
   for (HTREEITEM above = m_rows.Parent(row); above && levels < kMaximumLineLevels; above = m_rows.Parent(above)) {
     const int x = ContentLeft(m_rows.Level(above)) - kIndent + kIndent / 2;
-    if (x < right && m_rows.NextSibling(above)) dc.FillSolidRect({x, line.top, x + 1, line.bottom}, kLine);
+    if (x < right && m_rows.NextSibling(above)) dc.FillSolidRect({x, line.top, x + 1, line.bottom}, lineColour);
     ++levels;
   }
   if (!ItemHasChildren(row) || centre >= right) return;
   const CRect box{centre - kButton / 2, middle - kButton / 2, centre + kButton / 2 + 1, middle + kButton / 2 + 1};
   dc.FillSolidRect(box, m_background);
-  dc.FrameRect(box, Rgb(0x90, 0x90, 0x90));
-  dc.FillSolidRect({box.left + 2, middle, box.right - 2, middle + 1}, kSign);
-  if (!m_rows.IsExpanded(row)) dc.FillSolidRect({centre, box.top + 2, centre + 1, box.bottom - 2}, kSign);
+  dc.FrameRect(box, lineColour);
+  dc.FillSolidRect({box.left + 2, middle, box.right - 2, middle + 1}, signColour);
+  if (!m_rows.IsExpanded(row)) dc.FillSolidRect({centre, box.top + 2, centre + 1, box.bottom - 2}, signColour);
 }
 
 }  // namespace qd

@@ -46,6 +46,8 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   HTREEITEM GetNextSiblingItem(HTREEITEM row) const { return m_rows.NextSibling(row); }
   HTREEITEM GetPrevSiblingItem(HTREEITEM row) const { return m_rows.PreviousSibling(row); }
   HTREEITEM GetParentItem(HTREEITEM row) const { return m_rows.Parent(row); }
+  /// Of a row, or of the top level for none.
+  int GetChildCount(HTREEITEM row) const { return static_cast<int>(m_rows.ChildCount(row)); }
   bool ItemHasChildren(HTREEITEM row) const { return m_rows.ChildCount(row) != 0; }
   bool IsLive(HTREEITEM row) const { return m_rows.Contains(row); }
   bool IsExpanded(HTREEITEM row) const { return m_rows.IsExpanded(row); }
@@ -79,6 +81,8 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   COLORREF GetBkColor() const { return m_background; }
   void SetBkColor(COLORREF colour);
 
+  /// Counts the changes that may move rows to other positions.
+  std::uint64_t Revision() const { return m_revision; }
   /// Bytes held by the rows, for measurements.
   std::size_t MemoryUsed() const { return m_rows.MemoryUsed(); }
 
@@ -108,11 +112,16 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   /// Moves the caret as a tree does that selects one row: Up, Down, Home, End, Page Up and Down, Left, Right.
   /// Returns whether the key was one of them.
   bool MoveCaretByKey(int key);
+  /// Where such a key leads from the caret, which may be where it is; Left and Right first close and open
+  /// branches.
+  HTREEITEM TargetOfKey(int key);
   /// The first row on screen and its position, for painting a screen.
   std::size_t TopPosition() const;
 
   /// The vertical scroll bar is brought up to date soon after anything changed.
   void ScheduleLayout();
+  /// Scrolls by rows, down for a positive number.
+  void ScrollBy(int rows);
 
   int OnCreate() override;
   void OnSize() override;
@@ -137,6 +146,7 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   const CImageList* m_stateImages = nullptr;
   COLORREF m_background = 0xFFFFFF;
   bool m_layoutPending = false;
+  std::uint64_t m_revision = 0;
   int m_changedLines = 0;  // since the last paint
 };
 

@@ -207,7 +207,12 @@ void OrderIndex::Select(Row row, bool on) {
 }
 
 void OrderIndex::SelectVisible(std::size_t first, std::size_t last, bool on) {
-  SelectVisibleIn(m_root, static_cast<long>(first), static_cast<long>(last), on, 0);
+  const Change change = on ? Change::Set : Change::Clear;
+  ChangeVisibleIn(m_root, static_cast<long>(first), static_cast<long>(last), change, 0);
+}
+
+void OrderIndex::InvertVisible(std::size_t first, std::size_t last) {
+  ChangeVisibleIn(m_root, static_cast<long>(first), static_cast<long>(last), Change::Invert, 0);
 }
 
 void OrderIndex::ClearSelection() {
@@ -283,13 +288,13 @@ void OrderIndex::AppendSelectedBelow(Row row, std::vector<Row>& out) const {
                   0, out);
 }
 
-void OrderIndex::SelectVisibleIn(Block block, long first, long last, bool on, int above) {
+void OrderIndex::ChangeVisibleIn(Block block, long first, long last, Change change, int above) {
   if (block == 0 || first > last) return;
   const long visible = m_nodes[block].total.Visible(above);
   if (visible == 0 || last < 0 || first >= visible) return;
   above += m_nodes[block].raise;
   const long left = m_nodes[m_nodes[block].left].total.Visible(above);
-  SelectVisibleIn(m_nodes[block].left, first, last, on, above);
+  ChangeVisibleIn(m_nodes[block].left, first, last, change, above);
   first -= left;
   last -= left;
   const long own = m_nodes[block].own.Visible(above);
@@ -304,10 +309,20 @@ void OrderIndex::SelectVisibleIn(Block block, long first, long last, bool on, in
       mask = wanted;
     }
     std::uint64_t& selected = m_contents[block].selected;
-    selected = on ? selected | mask : selected & ~mask;
+    switch (change) {
+      case Change::Clear:
+        selected &= ~mask;
+        break;
+      case Change::Set:
+        selected |= mask;
+        break;
+      case Change::Invert:
+        selected ^= mask;
+        break;
+    }
     Summarise(block);
   }
-  SelectVisibleIn(m_nodes[block].right, first - own, last - own, on, above);
+  ChangeVisibleIn(m_nodes[block].right, first - own, last - own, change, above);
   Pull(block);
 }
 

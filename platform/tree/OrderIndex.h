@@ -56,6 +56,8 @@ class QD_EXPORT OrderIndex {
   void Select(Row row, bool on);
   /// Selects or clears the visible rows with ranks from `first` to `last`, both included. O(rows / 64).
   void SelectVisible(std::size_t first, std::size_t last, bool on);
+  /// Turns the selection of those rows round.
+  void InvertVisible(std::size_t first, std::size_t last);
   /// Clears every row, hidden ones too. O(selected * log n) at most.
   void ClearSelection();
   std::size_t SelectedCount() const;
@@ -155,7 +157,8 @@ class QD_EXPORT OrderIndex {
   void ReorderByCut(std::span<const Row> children, std::size_t first, std::size_t last);
 
   void RaiseRange(Block block, long first, long last, int delta);
-  void SelectVisibleIn(Block block, long first, long last, bool on, int above);
+  enum class Change { Clear, Set, Invert };
+  void ChangeVisibleIn(Block block, long first, long last, Change change, int above);
   void ClearSelectionIn(Block block);
   void CollectSelected(Block block, long first, long last, bool visibleOnly, int above,
                        std::vector<Row>& out) const;

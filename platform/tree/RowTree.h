@@ -91,6 +91,7 @@ class QD_EXPORT RowTree {
 
   bool IsSelected(HTREEITEM row) const { return m_order.IsSelected(Slot(row)); }
   void SelectVisible(std::size_t first, std::size_t last, bool on) { m_order.SelectVisible(first, last, on); }
+  void InvertVisible(std::size_t first, std::size_t last) { m_order.InvertVisible(first, last); }
   void ClearSelection() { m_order.ClearSelection(); }
   std::size_t SelectedCount() const { return m_order.SelectedCount(); }
   std::size_t VisibleSelectedCount() const { return m_order.VisibleSelectedCount(); }

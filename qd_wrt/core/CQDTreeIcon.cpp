@@ -33,6 +33,8 @@ CQDTreeIcon::CQDTreeIcon() {
   AddStrip(m_menu, 10410, 2048);
   AddStrip(m_states, 10401, 64);
   AddStrip(m_header, 10400, 32);
+  AddStrip(m_cursors, 10403, kSize);
+  AddStrip(m_cursors, 10404, kSize);
 }
 
 const CQDTreeIcon& CQDTreeIcon::Instance() {

@@ -15,6 +15,8 @@ class QD_EXPORT CQDTreeIcon {
   const CImageList& GetMenuImageList() const { return m_menu; }
   /// State images: 1 is the unchecked box, 3 the checked one.
   const CImageList& GetStateImageList() const { return m_states; }
+  /// What the pointer looks like during a drag; null when there is no artwork.
+  const Picture* GetDragCursor(bool leftButton) const { return m_cursors.GetPicture(leftButton ? 0 : 1); }
   /// Pictures of the column header.
   const CImageList& GetHeaderImageList() const { return m_header; }
 
@@ -25,6 +27,7 @@ class QD_EXPORT CQDTreeIcon {
   CImageList m_menu;
   CImageList m_states;
   CImageList m_header;
+  CImageList m_cursors;
 };
 
 }  // namespace qd

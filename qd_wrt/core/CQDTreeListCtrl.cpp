@@ -40,6 +40,7 @@ void CQDTreeListCtrl::CreateTreeItems(int treeType, CQDDocBase* doc, IQDTreeGrou
 }
 
 void CQDTreeListCtrl::DestroyTreeItems() {
+  DeleteBoxes();
   CQDTreeItem::Destroy(std::exchange(m_root, nullptr));
 }
 

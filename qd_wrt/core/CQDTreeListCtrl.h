@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/CQDDocBase.h"
+#include "platform/CToolTipCtrl.h"
 #include "platform/Export.h"
 #include "qd_wrt/core/CQDTreeItem.h"
 #include "qd_wrt/core/Factories.h"
@@ -21,7 +22,8 @@ class CQDTreeMenu;
 /// nodes that follow them, and keeps the host's property window and selection buffer in step with the selection.
 ///
 /// Where things are: nodes, rows and host requests in CQDTreeListCtrl.cpp, change notices in TreeUpdates.cpp,
-/// selection and check clicks in TreeSelection.cpp.
+/// selection, check clicks and keys in TreeSelection.cpp, dragging in TreeDrag.cpp, titles edited in place in
+/// TreeEdit.cpp.
 class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
  public:
   CQDTreeListCtrl() = default;
@@ -91,6 +93,11 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void ApplyChangedSelection(std::vector<CQDTreeItem*>& nodes);
   void ClearPropertyWindow();
 
+  // ---- editing and dragging -------------------------------------------------------------------------------
+  /// Opens the edit box on the title of the first selected node, if it may be edited.
+  void OnChangeTitle();
+  bool IsDragging() const { return m_dragging; }
+
   // ---- requests of the host -------------------------------------------------------------------------------
   void OnChangeLanguage();
   void OnChangeProgram();
@@ -137,6 +144,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void OnDestroy() override;
   void OnPosted(unsigned id, std::uint64_t parameter) override;
   void OnKeyDown(int key, unsigned flags) override;
+  void OnTimer(unsigned id) override;
+  void OnEditChange(HTREEITEM row, int column, const CString& text, int escape) override;
   std::intptr_t OnReflectedNotice(Notice& notice) override;
 
  private:
@@ -145,6 +154,18 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   using Followers = std::list<CQDTreeItem*>;
 
   void OnTvCheckbox(HTREEITEM row);
+  void PressCheckOfSelection();
+
+  enum class DragButton { Left, Right };
+  bool MayDrag(DragButton button) const;
+  void OnBeginDrag(DragButton button);
+  bool IsDragEmpty() const;
+  void DragTo(CPoint point);
+  void ShowDropTarget(CQDTreeItem* target);
+  void ShowDragLabel(CPoint point);
+  void EndDrag();
+  void Drop(DragButton button, CPoint point);
+  CQDTreeItem* NodeAt(CPoint point) const;
   void SelectFromBuffer(int kind);
   CQDTreeItem* NodeOfRecord(int kind, iterator itr) const;
   bothitrmap* RecordMapOf(const CQDTreeItem* node);
@@ -166,6 +187,11 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bool m_active = false;
   bool m_menuArmed = true;
   bool m_selectingRows = false;  // rows follow the host's selection, not the other way round
+
+  bool m_dragging = false;
+  std::vector<CQDTreeItem*> m_dragList;  // some may have left the tree meanwhile
+  CQDTreeItem* m_dropHighlight = nullptr;
+  CToolTipCtrl m_dragLabel;
 
   int m_handlers = 0;
   bool m_updating = false;

@@ -80,16 +80,41 @@ void CQDTreeListCtrl::SelectFromBuffer(int kind) {
 // ---- clicks and keys ------------------------------------------------------------------------------------
 
 std::intptr_t CQDTreeListCtrl::OnReflectedNotice(Notice& notice) {
-  if (notice.code == kNoticeClick || notice.code == kNoticeRightClick || notice.code == kNoticeBeginDrag ||
-      notice.code == kNoticeBeginRightDrag) {
-    OnSelchangAction();
+  const bool drag = notice.code == kNoticeBeginDrag || notice.code == kNoticeBeginRightDrag;
+  if (!drag && notice.code != kNoticeClick && notice.code != kNoticeRightClick) {
+    return CTreeListCtrl::OnReflectedNotice(notice);
+  }
+  // A press that becomes a drag has selected too, but sends no click.
+  const std::weak_ptr<void> life = Life();
+  OnSelchangAction();
+  if (!life.expired() && drag) {
+    OnBeginDrag(notice.code == kNoticeBeginDrag ? DragButton::Left : DragButton::Right);
   }
   return 0;
 }
 
 void CQDTreeListCtrl::OnKeyDown(int key, unsigned flags) {
+  if (key == kKeyF2) return OnChangeTitle();
+  if (key == kKeySpace) return PressCheckOfSelection();
+  const std::weak_ptr<void> life = Life();
   CTreeListCtrl::OnKeyDown(key, flags);
-  if (key >= kKeyPageUp && key <= kKeyDown) OnSelchangAction();
+  if (!life.expired() && IsSelectionKey(key, flags)) OnSelchangAction();
+}
+
+/// What a click on the box of the caret's row does, but the selection stays for the next key.
+void CQDTreeListCtrl::PressCheckOfSelection() {
+  const HTREEITEM caret = GetCaret();
+  HTREEITEM row = caret && (IsSelected(caret) || !IsAnySelected()) ? caret : GetFirstSelectedItem();
+  for (; row && WhichCheck(row) == 0; row = GetNextSelectedItem(row)) {
+  }
+  if (!row) return;
+  const std::vector<HTREEITEM> selected = GetSelectedItems();
+  const std::weak_ptr<void> life = Life();
+  OnTvCheckbox(row);
+  if (life.expired()) return;
+  for (const HTREEITEM again : selected) {
+    if (IsLive(again)) SetRowState(again, kRowSelected, kRowSelected);
+  }
 }
 
 void CQDTreeListCtrl::OnPosted(unsigned id, std::uint64_t parameter) {
@@ -102,6 +127,8 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
   CQDTreeItem* clicked = NodeOf(row);
   if (clicked == nullptr || m_doc == nullptr) return;
   const Handler handler(*this);
+  EndEditors();
+  if (clicked->IsDetached()) return;
   {
     const CGeomPrevShowHideStarter batch(m_doc->GetCADSession());
     if (!IsSelected(row)) {

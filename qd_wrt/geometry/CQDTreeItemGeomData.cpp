@@ -1,5 +1,10 @@
 #include "qd_wrt/geometry/CQDTreeItemGeomData.h"
 
+#include <algorithm>
+
+#include "host/CMSGFunction.h"
+#include "host/CTransaction.h"
+#include "host/MessageOutput.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 
@@ -32,13 +37,40 @@ CRenderObjManager* CQDTreeItemGeomData::RenderObjects() const {
 
 CString CQDTreeItemGeomData::MakeTitle() const {
   const tagTGeom* record = Record();
-  if (record == nullptr) return {};
-  const tagTMaterial* material = nullptr;
+  return record != nullptr ? record->name + MaterialSuffix() : CString();
+}
+
+/// What the title shows behind the name.
+CString CQDTreeItemGeomData::MaterialSuffix() const {
+  const tagTGeom* record = Record();
   // A material that is being deleted can still be read, but it is no material any more.
-  if (m_titleMode != 0 && GetDBSession()->GetDataType(record->material) == kDataMaterial) {
-    material = GetDBSession()->GetMaterialPool().GetAtNU(record->material);
+  if (record == nullptr || m_titleMode == 0 || GetDBSession()->GetDataType(record->material) != kDataMaterial) {
+    return {};
   }
-  return material != nullptr ? record->name + L" (" + material->name + L")" : record->name;
+  return L" (" + GetDBSession()->GetMaterialPool().GetAtNU(record->material)->name + L")";
+}
+
+void CQDTreeItemGeomData::OnEditChange(const wchar_t* text) {
+  CString name = text;
+  // The editor began with the whole title.
+  const CString suffix = MaterialSuffix();
+  if (!suffix.empty() && name.ends_with(suffix)) name.resize(name.size() - suffix.size());
+  name.resize(std::min(name.size(), kLongestName));
+  if (name.empty()) {
+    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_NAME_EMPTY"));
+  } else if (const tagTGeom* record = Record(); record != nullptr && name != record->name) {
+    Rename(name);
+  }
+  if (!IsDetached()) SetTitleIncludeType();
+}
+
+int CQDTreeItemGeomData::Rename(const CString& name) {
+  CTransaction transaction(GetDBSession());
+  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Geometry")) == 0) return 0;
+  tagTGeom record = *Record();
+  record.name = name;
+  if (GetDBSession()->GetGeomPool().Private_Modify(m_itr, record, 0, 1) == 0) return 0;
+  return transaction.Commit(1);
 }
 
 void CQDTreeItemGeomData::SetTitleIncludeType() {

@@ -19,6 +19,8 @@ class QD_EXPORT CQDTreeItemGeomData : public CQDTreeItem {
   int OnClickCheck(int oldState) override;
   void RefreshImage() override { ChangeImage(CurrentImage()); }
   void SetTitleIncludeType() override;
+  /// Renames the part. An empty name is refused; a longer one than names can be is cut.
+  void OnEditChange(const wchar_t* text) override;
   iterator GetIterator() const override { return m_itr; }
 
   /// 0: name, else name with the material's name.
@@ -30,6 +32,8 @@ class QD_EXPORT CQDTreeItemGeomData : public CQDTreeItem {
 
  private:
   const tagTGeom* Record() const;
+  CString MaterialSuffix() const;
+  int Rename(const CString& name);
   CRenderObjManager* RenderObjects() const;
 
   iterator m_itr;

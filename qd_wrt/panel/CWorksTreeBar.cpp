@@ -20,6 +20,7 @@ constexpr int kLeastTitleWidth = 120;
 constexpr std::array<Column, 3> kColumns{
     {{"IDS_QD_WRT_Item", kLeastTitleWidth}, {"IDS_QD_WRT_ID", 60}, {"IDS_QD_WRT_Color", 60}}};
 constexpr int kHeaderMargin = 8;
+constexpr int kColumnStep = 20;
 
 }  // namespace
 
@@ -100,14 +101,35 @@ void CWorksTreeBar::LayOut() {
   m_bar.ShowWindow(layout.showBar);
   // Columns that shrank while scrolled keep their right edge at the edge of the pane.
   m_tree.SetHorizontalOffset(std::max(m_tree.GetHorizontalOffset(), -layout.largestOffset));
-  m_bar.SetState({layout.largestOffset, layout.visibleWidth, -m_tree.GetHorizontalOffset()});
+  m_bar.SetState({layout.largestOffset, layout.visibleWidth, -m_tree.GetHorizontalOffset(), kColumnStep});
 }
 
 void CWorksTreeBar::OnHeaderChanged() {
+  m_tree.EndEditors();
   if (!m_stretching) m_columnsAreUsers = true;
   m_tree.RecalcColumnsWidth();
   LayOut();
   m_tree.Invalidate();
+}
+
+std::vector<int> CWorksTreeBar::GetColumnWidths() const {
+  std::vector<int> widths;
+  for (int column = 0; m_columnsAreUsers && column < m_tree.GetColumnsNum(); ++column) {
+    widths.push_back(m_tree.GetColumnWidth(column));
+  }
+  return widths;
+}
+
+void CWorksTreeBar::SetColumnWidths(const std::vector<int>& widths) {
+  constexpr int kWidest = 10000;
+  const bool usable = widths.size() == static_cast<std::size_t>(m_tree.GetColumnsNum()) &&
+                      std::all_of(widths.begin(), widths.end(), [](int width) {
+                        return width >= CHeaderBase::kMinimumWidth && width <= kWidest;
+                      });
+  if (!usable) return;
+  for (std::size_t column = 0; column < widths.size(); ++column) {
+    m_tree.GetHeader().SetItemWidth(static_cast<int>(column), widths[column]);
+  }
 }
 
 void CWorksTreeBar::OnPaint(CDC& dc) {
@@ -121,8 +143,11 @@ std::intptr_t CWorksTreeBar::OnNotify(Notice& notice) {
     m_tree.SetHorizontalOffset(-static_cast<CScrollBar::ScrollNotice&>(notice).position);
     return 0;
   }
-  const bool fromHeader = notice.from == &m_tree.GetHeader();
-  if (fromHeader && notice.code == CHeaderBase::kNoticeItemChanged) OnHeaderChanged();
+  if (notice.from == &m_tree.GetHeader()) {
+    const int column = static_cast<CHeaderBase::HeaderNotice&>(notice).item;
+    if (notice.code == CHeaderBase::kNoticeItemChanged) OnHeaderChanged();
+    if (notice.code == CHeaderBase::kNoticeEdgeDoubleClick) m_tree.FitColumn(column);
+  }
   if (notice.code != CHeaderBase::kNoticeItemClick && notice.code != CHeaderBase::kNoticeItemChanged) {
     TellParent(notice);
   }

@@ -27,6 +27,10 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   void SetDocument(CQDDocBase* doc) { m_doc = doc; }
   CQDDocBase* GetDocument() const { return m_doc; }
   CQDTreeListCtrl& GetTreeCtrl() { return m_tree; }
+  /// The widths of the columns once the user has set one; empty before. For a host that keeps them.
+  std::vector<int> GetColumnWidths() const;
+  /// Gives kept widths back; a list of another length or with numbers that are no widths is ignored.
+  void SetColumnWidths(const std::vector<int>& widths);
 
   // ---- requests of the host -----------------------------------------------------------------------------
   void OnChangeLanguage() override;
@@ -81,6 +85,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   void ResetScrollBar() override;
   void DisplayToolTip(CPoint point, const CRect& row, bool caret, const CString& text) override;
   void HideToolTip() override { m_tip.Pop(); }
+  void ScrollColumns(int steps) override { m_bar.ScrollLines(steps); }
 
   void Initialize();
   void LayOut();

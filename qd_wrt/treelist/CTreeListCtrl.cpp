@@ -33,7 +33,14 @@ CTreeListCtrl::~CTreeListCtrl() {
 }
 
 void CTreeListCtrl::OnDestroy() {
+  DeleteBoxes();
+  m_band.reset();
   EraseAllRows(FreeRecord);
+}
+
+void CTreeListCtrl::OnPosted(unsigned id, std::uint64_t parameter) {
+  if (id == kFreeBoxesMessage) return m_closedBoxes.clear();
+  CTreeCtrl::OnPosted(id, parameter);
 }
 
 // ---- columns --------------------------------------------------------------------------------------------
@@ -74,6 +81,22 @@ void CTreeListCtrl::RecalcColumnsWidth() {
   for (int column = 0; column < m_columnCount; ++column) m_columnsWidth += GetColumnWidth(column);
 }
 
+void CTreeListCtrl::FitColumn(int column) {
+  constexpr int kMargin = 14;
+  int widest = 0;
+  std::vector<int> widths;
+  HTREEITEM row = GetFirstVisibleItem();
+  for (int i = GetVisibleCount(); i > 0 && row; --i, row = Rows().NextVisible(row)) {
+    const CTLItem* record = GetRecord(row);
+    if (record == nullptr) continue;
+    CRect text;
+    GetItemRect(row, text, true);
+    IToolkit::Instance().PrefixWidths({{}, 0, record->IsBold()}, record->View(column), widths);
+    widest = std::max(widest, widths.back() + (column == 0 ? text.left : 0));
+  }
+  if (widest > 0) m_header.SetItemWidth(column, widest + kMargin);
+}
+
 void CTreeListCtrl::SetHorizontalOffset(int x) {
   if (std::exchange(m_offset, x) == x) return;
   m_header.SetOffset(x);
@@ -91,14 +114,14 @@ const CTLItem* CTreeListCtrl::GetRecord(HTREEITEM row) const {
   return IsLive(row) ? RecordOf(Rows().Word(row)) : nullptr;
 }
 
-void CTreeListCtrl::RequestScrollReset() {
+void CTreeListCtrl::ResetVertScrollBar() {
   if (m_pane != nullptr) m_pane->ResetScrollBar();
 }
 
 HTREEITEM CTreeListCtrl::Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent,
                                 HTREEITEM insertAfter) {
   ++m_itemCount;
-  RequestScrollReset();
+  ResetVertScrollBar();
   return InsertCopy(record, image, selectedImage, 0, parent, insertAfter);
 }
 
@@ -137,7 +160,7 @@ HTREEITEM CTreeListCtrl::InsertItem(unsigned mask, const CString& text, int imag
     SetItemData(row, data);
   } else {
     ++m_itemCount;
-    RequestScrollReset();
+    ResetVertScrollBar();
     row = InsertRow(parent, insertAfter, image, selectedImage, 0);
   }
   if (row && (mask & kAttributeState) != 0) Rows().SetState(row, state, stateMask);
@@ -250,13 +273,20 @@ void CTreeListCtrl::EraseWithRecords(HTREEITEM row) {
     OnRowGone(gone, RecordOf(word));
     FreeRecord(word);
   });
+  CloseEditorsOfDeadRows();
+}
+
+void CTreeListCtrl::CloseEditorsOfDeadRows() {
+  const bool dead =
+      (m_edit != nullptr && !IsLive(m_edit->GetItem())) || (m_combo != nullptr && !IsLive(m_combo->GetItem()));
+  if (dead) DeleteBoxes();
 }
 
 int CTreeListCtrl::DeleteItem(HTREEITEM row) {
   if (GetRecord(row) == nullptr) return 0;
   --m_itemCount;
   EraseWithRecords(row);
-  RequestScrollReset();
+  ResetVertScrollBar();
   return 1;
 }
 
@@ -280,15 +310,17 @@ int CTreeListCtrl::DeleteSubItems(HTREEITEM row) {
     }
     child = next;
   }
-  RequestScrollReset();
+  CloseEditorsOfDeadRows();
+  ResetVertScrollBar();
   return failed ? 1 : 0;
 }
 
 int CTreeListCtrl::DeleteAllItems() {
   IToolkit::Instance().SetWaitCursor(true);
+  DeleteBoxes();
   EraseAllRows(FreeRecord);
   IToolkit::Instance().SetWaitCursor(false);
-  RequestScrollReset();
+  ResetVertScrollBar();
   return 1;
 }
 
@@ -356,10 +388,22 @@ CString CTreeListCtrl::GetNextLine(CString& text) {
 }
 
 void CTreeListCtrl::OnLayout() {
-  RequestScrollReset();
+  PlaceEditors();
+  ResetVertScrollBar();
+}
+
+void CTreeListCtrl::OnScroll(int position) {
+  EndEditors();
+  CTreeCtrl::OnScroll(position);
+}
+
+void CTreeListCtrl::OnMouseWheel(int lines) {
+  EndEditors();
+  CTreeCtrl::OnMouseWheel(lines);
 }
 
 void CTreeListCtrl::OnViewMoved() {
+  PlaceEditors();
   if (m_pane != nullptr) m_pane->HideToolTip();
   m_tipRow = {};
 }

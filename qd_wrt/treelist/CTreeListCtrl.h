@@ -1,11 +1,19 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <list>
+#include <memory>
+#include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/tree/CTreeCtrl.h"
+#include "qd_wrt/treelist/AccessibleTreeList.h"
+#include "qd_wrt/treelist/BandSelection.h"
 #include "qd_wrt/treelist/CQDTreeListHeaderCtrl.h"
 #include "qd_wrt/treelist/CTLItem.h"
+#include "qd_wrt/treelist/CTreeListEditors.h"
 #include "qd_wrt/treelist/ITreeListPane.h"
 #include "qd_wrt/treelist/RowOrder.h"
 
@@ -16,19 +24,32 @@ namespace qd {
 /// Integer results are 1 for success or true and 0 otherwise unless stated. Rows are named by handles; an
 /// operation on a row without a record answers 0 or an empty text and changes nothing.
 ///
-/// Where things are: rows, columns and sorting in CTreeListCtrl.cpp, selection, mouse and keys in
-/// TreeListSelection.cpp, painting in TreeListPaint.cpp.
+/// Where things are: rows, columns and sorting in CTreeListCtrl.cpp; the rest in files of their own: selection in
+/// TreeListSelection.cpp, mouse in TreeListMouse.cpp, the rubber band in TreeListBand.cpp, keys in
+/// TreeListKeys.cpp, editing in TreeListEdit.cpp, painting in TreeListPaint.cpp.
 class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
  public:
   CTreeListCtrl() = default;
   ~CTreeListCtrl() override;
 
   /// Sent to the parent while IsEmulatedNotify() is true.
-  enum Code : int { kNoticeBeginDrag = -456, kNoticeBeginRightDrag = -457 };
+  enum Code : int {
+    kNoticeBeginDrag = -456,
+    kNoticeBeginRightDrag = -457,
+    kNoticeEndLabelEdit = -176,
+    kNoticeEndComboEdit = -101
+  };
   struct DragNotice : Notice {
     HTREEITEM row;
     std::uint32_t data = 0;  ///< the row's data value
     CPoint point;            ///< where the button went down, client coordinates
+  };
+  /// Sent when an in-place editor has ended.
+  struct EditNotice : Notice {
+    unsigned mask = 1;  ///< only the text is given
+    int item = -1;
+    int subItem = 0;                ///< column
+    const CString* text = nullptr;  ///< may be null
   };
   /// Posted with the row as parameter when its check image is pressed.
   static constexpr unsigned kCheckMessage = 0x8000;
@@ -49,6 +70,10 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void SetHorizontalOffset(int x);
   int GetHorizontalOffset() const { return m_offset; }
   void SetPane(ITreeListPane* pane) { m_pane = pane; }
+  /// Asks the pane to lay out its scroll bars before the next paint.
+  void ResetVertScrollBar();
+  /// Makes a column as wide as the texts on screen need.
+  void FitColumn(int column);
 
   // ---- rows ----
   HTREEITEM InsertItem(const CString& text, int editable, int combo, HTREEITEM parent, HTREEITEM insertAfter);
@@ -139,11 +164,18 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   HTREEITEM GetFirstSelectedItem() const { return Rows().NextSelectedVisible(0); }
   HTREEITEM GetNextSelectedItem(HTREEITEM row) const;
   std::vector<HTREEITEM> GetSelectedItems() const { return Rows().Selected(true); }
+  void GetSelectedItems(std::vector<HTREEITEM>& rows) const { rows = Rows().Selected(true); }
+  void GetSelectedList(std::list<HTREEITEM>& rows) const;
   /// Selects or clears every visible row.
   void SelectAll(int select);
   /// Selects, from one end to the other, the visible rows that have the same parent as `from`; `only` clears the
   /// rows outside the range.
   void SelectRange(HTREEITEM from, HTREEITEM to, int only);
+  /// Turns the selection of all visible rows round.
+  void InvertSelection();
+  /// Selects or clears the children of `parent`, with `recurse` also those of expanded children. Returns 1 when
+  /// the caret is among the rows visited.
+  int SelectChildren(HTREEITEM parent, int select, int recurse);
   /// Sets the selected rows of the first top-level branch, hidden ones too, other than `except` to `select`; as
   /// only selected rows are looked at, a non-zero `select` changes nothing.
   void SelectAllIgnore(int select, HTREEITEM except);
@@ -154,46 +186,111 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   HTREEITEM GetSelectedItemField() const { return IsLive(m_selectedItem) ? m_selectedItem : HTREEITEM{}; }
   void SetSelectedItem(HTREEITEM row) { m_selectedItem = row; }
   bool IsEmulatedNotify() const { return m_emulated; }
+  /// Whether a rubber band must touch a row's text rectangle (1) or may touch any part of its line (0). Returns
+  /// the former value.
+  int SetBandingHit(int flag) { return std::exchange(m_bandingHit, flag != 0) ? 1 : 0; }
+
+  // ---- in-place editing of column 0 ----
+  /// Opens an edit box on the row of the selected-item field, if `row` is editable or a combo row and the edited
+  /// one is editable. An editor that is open ends as by a loss of focus.
+  void ShowEdit(HTREEITEM row);
+  /// Opens the editor that the selected item asks for, if `point` (client coordinates) lies in a strip at the top
+  /// of column 0.
+  void ShowEditComboBoxes(CPoint point);
+  /// Closes the editors without telling anybody.
+  void DeleteBoxes();
+  /// Ends an open editor as by a loss of focus.
+  void EndEditors();
+  int IsEditing() const { return m_edit != nullptr ? 1 : 0; }
+  /// The open edit box, null when there is none.
+  const CTreeListEditBox* GetEditBox() const { return m_edit.get(); }
+  /// For the editors: sends the notice of their end.
+  void TellEditEnd(int code, int column, const CString& text);
+
+  /// Makes a row the only selected one and the caret, as a click on it does, and tells the parent.
+  void SelectAlone(HTREEITEM row);
 
   void OnPaint(CDC& dc) override;
+  const IAccessibleRows* GetAccessibleRows() const override { return &m_accessible; }
 
  protected:
   void OnDestroy() override;
+  void OnPosted(unsigned id, std::uint64_t parameter) override;
+  std::intptr_t OnReflectedNotice(Notice& notice) override;
   void OnLButtonDown(unsigned flags, CPoint point) override;
   void OnLButtonUp(unsigned flags, CPoint point) override;
   void OnLButtonDblClk(unsigned flags, CPoint point) override;
   void OnRButtonDown(unsigned flags, CPoint point) override;
   void OnKeyDown(int key, unsigned flags) override;
+  void OnChar(int character) override;
   void OnMouseMove(unsigned flags, CPoint point) override;
   void OnMouseLeave() override;
   void OnLayout() override;
   void OnViewMoved() override;
 
+  void OnScroll(int position) override;
+  void OnMouseWheel(int lines) override;
+
+  /// Called when an edit box has ended: `escape` 1 by Escape or loss of the focus, while the box still stands,
+  /// else 0. The row may be gone.
+  virtual void OnEditChange(HTREEITEM row, int column, const CString& text, int escape);
   /// Called for each row that goes, before its record is freed.
   virtual void OnRowGone(HTREEITEM row, const CTLItem* record);
+  /// For derived classes that hear of a branch about to close: takes the selection out of it, and the caret with
+  /// it unless the branch's own row is selected. Returns 0: closing is never forbidden.
+  int OnItemExpanding(HTREEITEM row, ExpandAction action);
+  /// For derived classes whose rows look different with the focus: repaints the selected rows on screen.
+  void InvalidateSelectedRows();
+  /// Whether the key moves the caret or changes the selection.
+  static bool IsSelectionKey(int key, unsigned flags);
   HTREEITEM HitTestContent(CPoint point, unsigned& flags) const;
 
  private:
   enum class Button { Left, Right };
+  /// A place in the content, which may be higher than 32 bits of pixels.
+  struct ContentPlace {
+    std::int64_t x = 0;
+    std::int64_t y = 0;
+  };
+  struct Band {
+    ContentPlace start;
+    CPoint current;  // client coordinates
+    bool started = false;
+    BandSelection selection;
+  };
+  static constexpr unsigned kFreeBoxesMessage = 0x7F02;
 
   CTLItem* Record(HTREEITEM row);
   HTREEITEM Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent, HTREEITEM insertAfter);
   HTREEITEM InsertCopy(const CTLItem& record, int image, int selectedImage, unsigned state, HTREEITEM parent,
                        HTREEITEM insertAfter);
   void EraseWithRecords(HTREEITEM row);
-  void RequestScrollReset();
 
   void OnButtonDown(Button button, unsigned flags, CPoint point);
   void DoPreSelection(HTREEITEM row, Button button, unsigned flags);
   void ShiftPress(HTREEITEM row, unsigned flags);
   void DoAction(HTREEITEM row, Button button, unsigned flags, CPoint point);
-  void PressOnEmpty(Button button, unsigned flags);
+  void DoBanding(Button button, unsigned flags, CPoint point);
+  ContentPlace ContentPoint(CPoint client) const;
+  void MoveBand(CPoint to, CPoint from, bool keeps);
+  void UpdateSelectionForRect();
   void Click(HTREEITEM row, Button button, unsigned flags);
   std::intptr_t SendEmulated(Notice& notice);
   int FocusRow(HTREEITEM row, unsigned& state, unsigned& mask);
   void UnfocusCaret(unsigned& state, unsigned& mask);
   void SelectSiblingsInRange(HTREEITEM from, std::size_t first, std::size_t last);
 
+  HTREEITEM FindTitle(std::wstring_view beginning, bool behind) const;
+
+  void OpenEdit(HTREEITEM row);
+  bool GetEditorPlace(HTREEITEM row, CRect& place) const;
+  void PlaceEditors();
+  void CloseEditorsOfDeadRows();
+  void CloseBox(std::unique_ptr<CWnd> box);
+  void OnEndlabeledit(const EditNotice& notice, std::intptr_t& result);
+  void OnEndComboedit(const EditNotice& notice, std::intptr_t& result);
+
+  void PaintBand(CDC& dc) const;
   CRect BandOf(HTREEITEM row) const;
   void PaintGridStrips(CDC& dc, const CRect& clip);
   void PaintRow(CDC& dc, HTREEITEM row, const CTLItem& record);
@@ -214,6 +311,14 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   HTREEITEM m_selectedItem;
   HTREEITEM m_anchor;
   HTREEITEM m_tipRow;
+  bool m_bandingHit = false;
+  std::optional<Band> m_band;
+  CString m_typed;  // type-ahead so far
+  std::chrono::steady_clock::time_point m_lastTyped;
+  AccessibleTreeList m_accessible{*this};
+  std::unique_ptr<CTreeListEditBox> m_edit;
+  std::unique_ptr<CTreeListComboBox> m_combo;
+  std::vector<std::unique_ptr<CWnd>> m_closedBoxes;  // to be freed outside their handlers
 };
 
 /// The longest beginning of `text` that fits into `width` pixels, followed by "..." when anything was cut. Never

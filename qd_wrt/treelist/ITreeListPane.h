@@ -13,6 +13,8 @@ class ITreeListPane {
   /// Shows `text`, the whole text of column 0, below the row; `caret` tells whether the row is the caret.
   virtual void DisplayToolTip(CPoint point, const CRect& row, bool caret, const CString& text) = 0;
   virtual void HideToolTip() = 0;
+  /// Scrolls the columns by steps of the horizontal scroll bar, to the right for a positive number.
+  virtual void ScrollColumns(int steps) = 0;
 
  protected:
   ~ITreeListPane() = default;

@@ -61,6 +61,7 @@ void CTreeListCtrl::OnPaint(CDC& dc) {
     if (const CTLItem* record = GetRecord(row)) PaintRow(dc, row, *record);
   }
   dc.SetViewportOrg(0);
+  PaintBand(dc);
 }
 
 void CTreeListCtrl::PaintGridStrips(CDC& dc, const CRect& clip) {

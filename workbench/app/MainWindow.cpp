@@ -10,6 +10,7 @@
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
+#include <QSettings>
 #include <QStatusBar>
 #include <QToolButton>
 #include <algorithm>
@@ -23,6 +24,10 @@
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
+
+namespace {
+constexpr int kWarningTime = 8000;  // milliseconds
+}
 
 MainWindow::MainWindow(MessageTables& messages) : m_messages(messages), m_doc(std::make_unique<WorkDocument>()) {
   m_doc->SetPathName(FromQt(Text("IDS_WB_UNTITLED")));
@@ -168,6 +173,24 @@ void MainWindow::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
 }
 
+void MainWindow::SaveLayout() const {
+  QSettings settings;
+  settings.setValue("geometry", saveGeometry());
+  settings.setValue("panes", saveState());
+  for (const TreePane* pane : {m_modelPane, m_gsetPane}) {
+    settings.setValue("columns/" + pane->objectName(), pane->ColumnWidths());
+  }
+}
+
+void MainWindow::RestoreLayout() {
+  const QSettings settings;
+  restoreGeometry(settings.value("geometry").toByteArray());
+  restoreState(settings.value("panes").toByteArray());
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) {
+    pane->SetColumnWidths(settings.value("columns/" + pane->objectName()).toList());
+  }
+}
+
 // ---- the user's acts ------------------------------------------------------------------------------------
 
 void MainWindow::OnImport() {
@@ -289,6 +312,11 @@ void MainWindow::EndImport() {
   // The job is in the middle of its last signal.
   m_job.release()->deleteLater();
   StartNextImport();
+}
+
+void MainWindow::Warn(const CString& text) {
+  Say(ToQt(text), false);
+  statusBar()->showMessage(ToQt(text), kWarningTime);
 }
 
 void MainWindow::Say(const QString& text, bool failure) {

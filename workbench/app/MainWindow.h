@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/CMainFrame.h"
+#include "host/MessageOutput.h"
 #include "qd_wrt/core/CWorksTreeManager.h"
 #include "workbench/app/ImportJob.h"
 #include "workbench/app/MessageTables.h"
@@ -25,7 +26,7 @@ class PropertyPane;
 class TreePane;
 
 /// The main window: one document, its view, its works trees and the property and message panes.
-class MainWindow final : public QMainWindow, public CMainFrame, private IDatabaseListener {
+class MainWindow final : public QMainWindow, public CMainFrame, private IDatabaseListener, private IMessageOutput {
  public:
   explicit MainWindow(MessageTables& messages);
   ~MainWindow() override;
@@ -38,6 +39,10 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   /// Whether everything is on screen.
   bool IsUpToDate() const;
   void SetLanguage(const QString& language);
+
+  /// Keep the places of the panes and the widths of the columns from one run to the next.
+  void SaveLayout() const;
+  void RestoreLayout();
 
   WorkDocument& Document() { return *m_doc; }
   ModelView& View() { return *m_view; }
@@ -73,6 +78,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void OnPick(iterator itr, bool add);
   void OnDatabaseChanged(const CQDUpdateRecord& record) override;
 
+  void Warn(const CString& text) override;
   void StartNextImport();
   void StoreImported(ImportedModel& model);
   void EndImport();

@@ -23,6 +23,17 @@ void TreePane::Open(CQDDocBase& doc) {
   setWidget(widget);
 }
 
+QVariantList TreePane::ColumnWidths() const {
+  const std::vector<int> widths = m_bar.GetColumnWidths();
+  return {widths.begin(), widths.end()};
+}
+
+void TreePane::SetColumnWidths(const QVariantList& widths) {
+  std::vector<int> numbers;
+  for (const QVariant& width : widths) numbers.push_back(width.toInt());
+  m_bar.SetColumnWidths(numbers);
+}
+
 IWorksTree* TreePane::GetTree(CDocument* doc) {
   return doc == m_bar.GetDocument() ? &m_bar : nullptr;
 }

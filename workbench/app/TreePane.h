@@ -17,6 +17,9 @@ class TreePane final : public QDockWidget, public CSwitchDockablePane {
   /// Makes the tree's window; the items come later.
   void Open(CQDDocBase& doc);
   CWorksTreeBar& Bar() { return m_bar; }
+  /// The widths that the user gave to the columns, as numbers; empty when there are none.
+  QVariantList ColumnWidths() const;
+  void SetColumnWidths(const QVariantList& widths);
 
   IWorksTree* GetTree(CDocument* doc) override;
   void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }

@@ -73,10 +73,14 @@ void TakeScreenshotWhenDone(MainWindow& window, const QString& path) {
 int RunWindow(QApplication& app, const Options& options, MessageTables& messages) {
   QtToolkit toolkit;
   MainWindow window(messages);
+  const bool forPicture = !options.screenshot.isEmpty();
+  if (!forPicture) window.RestoreLayout();
   window.show();
   window.Import(options.files);
-  if (!options.screenshot.isEmpty()) TakeScreenshotWhenDone(window, options.screenshot);
-  return app.exec();
+  if (forPicture) TakeScreenshotWhenDone(window, options.screenshot);
+  const int result = app.exec();
+  if (!forPicture) window.SaveLayout();
+  return result;
 }
 
 bool WantsNoWindow(int argc, char** argv) {
@@ -97,6 +101,8 @@ int main(int argc, char** argv) {
   }
   ModelView::SetDefaultFormat();
   QApplication app(argc, argv);
+  QApplication::setOrganizationName("QD_wrt");
+  QApplication::setApplicationName("workbench");
   const Options options = ReadOptions(app);
   MessageTables messages;
   messages.SetLanguage(options.language);

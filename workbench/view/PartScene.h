@@ -20,9 +20,9 @@ class vtkRenderer;
 
 namespace qd::workbench {
 
-/// The parts of a document in a renderer. Parts stand in chunks; a chunk has one composite mapper for faces and one
-/// for edges, with one block per part. So a model of many parts needs few actors, and a part that comes or goes
-/// only makes its own chunk anew.
+/// The parts of a document in a renderer. Parts stand in chunks; a chunk has one composite mapper for faces and
+/// one for edges, with one block per part. So a model of many parts needs few actors, and a part that comes or
+/// goes only makes its own chunk anew.
 class PartScene {
  public:
   PartScene(WorkDocument& doc, vtkRenderer& renderer);

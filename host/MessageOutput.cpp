@@ -1,0 +1,30 @@
+#include "host/MessageOutput.h"
+
+namespace qd {
+
+namespace {
+IMessageOutput* s_output = nullptr;
+}
+
+IMessageOutput::IMessageOutput() {
+  s_output = this;
+}
+
+IMessageOutput::~IMessageOutput() {
+  if (s_output == this) s_output = nullptr;
+}
+
+void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments) {
+  if (s_output == nullptr) return;
+  CString text;
+  std::size_t from = 0;
+  for (const CString& argument : arguments) {
+    const std::size_t at = format.find(L"%s", from);
+    if (at == CString::npos) break;
+    text += format.substr(from, at - from) + argument;
+    from = at + 2;
+  }
+  s_output->Warn(text + format.substr(from));
+}
+
+}  // namespace qd

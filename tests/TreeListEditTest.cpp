@@ -1,0 +1,210 @@
+// In-place editing of the tree-list control.
+
+#include "support/TreeList.h"
+
+namespace qd::test {
+namespace {
+
+/// Writes down what editing tells.
+class EditedTree final : public CTreeListCtrl {
+ public:
+  ~EditedTree() override { DestroyWindow(); }
+  std::string log;
+  std::function<void()> onChange;
+
+ protected:
+  void OnEditChange(HTREEITEM, int column, const CString& text, int escape) override {
+    log +=
+        "change(" + std::to_string(column) + "," + workbench::ToUtf8(text) + "," + std::to_string(escape) + ") ";
+    if (onChange) onChange();
+  }
+};
+
+class Editing : public ::testing::Test {
+ protected:
+  Editing() {
+    m_parent.Create(nullptr, 0, {0, 0, 400, 400});
+    m_tree.GetHeader().Create(&m_parent, 1, {0, 0, 300, 20});
+    m_tree.Create(&m_parent, 2, {0, 20, 300, 220});
+    m_tree.InsertColumn(0, L"Name", 0, 180, 0);
+    m_plain = m_tree.InsertItem(L"plain", 0, 0, {}, kInsertLast);
+    m_edit = m_tree.InsertItem(L"edit", 1, 0, {}, kInsertLast);
+    m_combo = m_tree.InsertItem(L"combo", 0, 1, {}, kInsertLast);
+    m_toolkit.Pump();
+  }
+  void ShowEdit(HTREEITEM row) {
+    m_tree.SetSelectedItem(row);
+    m_tree.ShowEdit(row);
+  }
+  CWnd* Box() { return m_toolkit.FindChild(m_tree, 1); }
+  void Key(int key, unsigned flags = 0) {
+    m_toolkit.Key(*Box(), key, flags);
+    m_toolkit.Pump();
+  }
+  void Type(const CString& text) {
+    m_toolkit.Type(*Box(), text);
+    m_toolkit.Pump();
+  }
+  std::string TakeLog() { return std::exchange(m_tree.log, {}); }
+
+  HeadlessToolkit m_toolkit;
+  Parent m_parent;
+  EditedTree m_tree;
+  HTREEITEM m_plain, m_edit, m_combo;
+};
+
+struct EndCase {
+  const char* name;
+  int key;
+  std::string told;
+};
+class EditEnds : public Editing, public ::testing::WithParamInterface<EndCase> {};
+TEST_P(EditEnds, AreToldOnceWithTheText) {
+  ShowEdit(m_edit);
+  ASSERT_EQ(m_tree.IsEditing(), 1);
+  EXPECT_EQ(m_toolkit.FocusWindow(), Box());
+  Type(L"new");  // all text was selected
+  Key(GetParam().key);
+  EXPECT_EQ(TakeLog(), GetParam().told);
+  EXPECT_EQ(m_tree.IsEditing(), 0);
+  EXPECT_EQ(Box(), nullptr);
+  EXPECT_EQ(m_toolkit.FocusWindow(), &m_tree);
+}
+INSTANTIATE_TEST_SUITE_P(Keys, EditEnds,
+                         ::testing::Values(EndCase{"enter", kKeyEnter, "change(0,new,0) "},
+                                           EndCase{"tab", kKeyTab, "change(0,new,0) "},
+                                           EndCase{"escape", kKeyEscape, "change(0,new,1) "}),
+                         [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(Editing, LosingTheFocusDeliversTheTextMarkedAsEscaped) {
+  ShowEdit(m_edit);
+  Type(L"x");
+  m_tree.GetHeader().SetFocus();
+  m_toolkit.Pump();
+  EXPECT_EQ(TakeLog(), "change(0,x,1) ");
+  EXPECT_EQ(Box(), nullptr);
+}
+
+TEST_F(Editing, TheFlagTestIsTheArgumentsAndTheEditTheSelectedItems) {
+  m_tree.SetSelectedItem(m_edit);
+  m_tree.ShowEdit(m_plain);
+  EXPECT_EQ(m_tree.IsEditing(), 0);
+  m_tree.SetSelectedItem(m_edit);
+  m_tree.ShowEdit(m_combo);
+  ASSERT_EQ(m_tree.IsEditing(), 1);
+  EXPECT_EQ(m_tree.GetEditBox()->GetItem(), m_edit);
+  ShowEdit(m_combo);  // never a list; the open box ends first
+  EXPECT_EQ(TakeLog(), "change(0,edit,1) ");
+  EXPECT_EQ(Box(), nullptr);
+  m_tree.SetSelectedItem({});
+  m_tree.ShowEdit(m_edit);
+  EXPECT_EQ(Box(), nullptr);
+}
+
+TEST_F(Editing, ADoubleClickOpensAnEditorInsideAStripAtTheTopOnly) {
+  m_tree.DeleteItem(m_plain);
+  for (const int y : {1, 4, 10}) {
+    m_toolkit.DoubleClick(m_tree, {60, y});
+    m_toolkit.Pump();
+    EXPECT_EQ(Box(), nullptr) << y;
+  }
+  m_toolkit.DoubleClick(m_tree, {200, 3});  // right of column 0
+  m_toolkit.Pump();
+  EXPECT_EQ(Box(), nullptr);
+  m_toolkit.DoubleClick(m_tree, {60, 3});
+  m_toolkit.Pump();
+  ASSERT_NE(Box(), nullptr);
+  EXPECT_EQ(Box()->GetPlace(), (CRect{19, 0, 180, 20}));
+}
+
+TEST_F(Editing, TheBoxWidensToTheWindowsEdgeAndNoFarther) {
+  m_tree.GetHeader().SetItemWidth(0, 70);
+  m_tree.RecalcColumnsWidth();
+  ShowEdit(m_edit);
+  const int before = Box()->GetPlace().Width();
+  Type(L"12345678");
+  EXPECT_EQ(Box()->GetPlace().Width(), std::max(before, 8 * HeadlessToolkit::kCharacterWidth + 5));
+  Type(CString(100, L'w'));
+  EXPECT_EQ(Box()->GetPlace().right, m_tree.GetClientRect().right);
+}
+
+TEST_F(Editing, OtherKeysEdit) {
+  ShowEdit(m_edit);
+  Key(kKeyDelete);
+  Type(L"a.b'(%");
+  Key('V', kMouseControl);
+  EXPECT_EQ(m_tree.IsEditing(), 1);
+  Key(kKeyEnter);
+  EXPECT_EQ(TakeLog(), "change(0,a.b'(%,0) ");
+}
+
+TEST_F(Editing, ARowDeletedMeanwhileClosesItSilently) {
+  ShowEdit(m_edit);
+  m_tree.DeleteItem(m_edit);
+  EXPECT_EQ(Box(), nullptr);
+  EXPECT_EQ(TakeLog(), "");
+  const HTREEITEM branch = m_tree.InsertItem(L"branch", 0, 0, {}, kInsertLast);
+  const HTREEITEM leaf = m_tree.InsertItem(L"leaf", 1, 0, branch, kInsertLast);
+  m_tree.Expand(branch, ExpandAction::Expand);
+  ShowEdit(leaf);
+  ASSERT_EQ(m_tree.IsEditing(), 1);
+  m_tree.Expand(branch, ExpandAction::Collapse);  // by program: the row is hidden
+  EXPECT_EQ(Box(), nullptr);
+  EXPECT_EQ(TakeLog(), "");
+}
+
+TEST_F(Editing, TheBoxGoesWithItsRowAndTheWheelEndsIt) {
+  for (int i = 0; i < 30; ++i) m_tree.InsertItem(L"row", 0, 0, {}, kInsertLast);
+  ShowEdit(m_edit);
+  m_tree.InsertItem(L"above", 0, 0, {}, kInsertFirst);
+  m_tree.DeleteItem(m_plain);
+  m_tree.DeleteItem(m_tree.GetRootItem());
+  m_toolkit.Pump();
+  EXPECT_EQ(Box()->GetPlace().top, 0);
+  m_toolkit.Enqueue({.kind = MessageKind::Wheel, .target = &m_tree, .amount = -3});
+  m_toolkit.Pump();
+  EXPECT_EQ(Box(), nullptr);
+  EXPECT_EQ(TakeLog(), "change(0,edit,1) ");
+}
+
+TEST_F(Editing, TheHandlerMayDeleteTheRowOrDestroyTheControl) {
+  m_tree.onChange = [this] { m_tree.DeleteItem(m_edit); };
+  ShowEdit(m_edit);
+  Key(kKeyEscape);
+  EXPECT_EQ(Box(), nullptr);
+  m_edit = m_tree.InsertItem(L"edit", 1, 0, {}, kInsertLast);
+  m_tree.onChange = [this] { m_tree.DestroyWindow(); };
+  ShowEdit(m_edit);
+  Key(kKeyEnter);
+  EXPECT_EQ(m_tree.RowCount(), 0U);
+}
+
+TEST_F(Editing, AListGivesItsChoiceToTheRow) {
+  m_tree.DeleteItem(m_plain);
+  m_tree.DeleteItem(m_edit);
+  for (const int key : {kKeyEnter, kKeyTab, kKeyEscape}) {
+    m_tree.SetItemText(m_combo, 0, L"combo");
+    m_toolkit.DoubleClick(m_tree, {60, 3});
+    m_toolkit.Pump();
+    auto* list = dynamic_cast<CTreeListComboBox*>(Box());
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->GetPlace(), (CRect{19, 2, 180, 98}));
+    EXPECT_EQ(list->GetWindowText(), L"combo");
+    list->SelectString(L"whatever");
+    Key(key);
+    EXPECT_EQ(m_tree.GetItemText(m_combo, 0), L"whatever") << key;
+    EXPECT_EQ(Box(), nullptr);
+  }
+  EXPECT_EQ(TakeLog(), "");
+}
+
+TEST_F(Editing, DeleteBoxesTellsNobody) {
+  ShowEdit(m_edit);
+  m_tree.DeleteBoxes();
+  m_toolkit.Pump();
+  EXPECT_EQ(TakeLog(), "");
+  EXPECT_EQ(m_tree.IsEditing(), 0);
+}
+
+}  // namespace
+}  // namespace qd::test

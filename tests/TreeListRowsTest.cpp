@@ -1,0 +1,215 @@
+// The general tree-list control: records, order, rows and columns.
+
+#include "support/TreeList.h"
+
+namespace qd::test {
+namespace {
+
+// ---- records --------------------------------------------------------------------------------------------
+
+TEST(RowRecord, ColumnTextsShareOneString) {
+  CTLItem item;
+  item.SetSubstring(0, L"a");
+  EXPECT_EQ(item.GetItemString(), L"a");
+  item.SetSubstring(3, L"x");
+  EXPECT_EQ(item.GetItemString(), CString(L"a\0\0\0x", 5));
+  EXPECT_EQ(item.GetSubstring(3), L"x");
+  EXPECT_EQ(item.GetSubstring(4), L"");
+  item.SetSubstring(1, L"two\n[1]");
+  item.SetSubstring(0, L"");
+  EXPECT_EQ(item.GetSubstring(1), L"two\n[1]");
+  item.SetSubstring(-1, L"no");
+  EXPECT_EQ(item.GetSubstring(-1), L"");
+
+  CTLItem pair;
+  pair.SetSubstring(0, L"x");
+  pair.SetSubstring(1, L"y");
+  pair.SetSubstring(0, L"a");
+  EXPECT_EQ(pair.GetItemString(), CString(L"a\0y", 3));
+}
+
+TEST(RowRecord, WritingColumnOneDropsAnEmptyColumnZero) {
+  CTLItem item;
+  item.SetSubstring(1, L"");
+  ASSERT_EQ(item.GetItemString(), CString(1, L'\0'));
+  item.SetSubstring(1, L"b");
+  EXPECT_EQ(item.GetItemString(), L"b");
+}
+
+TEST(RowRecord, EditAndComboExcludeEachOther) {
+  CTLItem item;
+  item.SetEditable(1);
+  item.SetCombo(1);
+  EXPECT_TRUE(item.HasCombo() && !item.IsEditable());
+  item.SetCombo(0);
+  EXPECT_TRUE(!item.HasCombo() && !item.IsEditable());
+  item.SetColor(0xFF123456);
+  EXPECT_EQ(item.GetColor(), 0x123456U);
+}
+
+// ---- order ----------------------------------------------------------------------------------------------
+
+struct NumberCase {
+  const wchar_t* text;
+  std::int32_t number;
+};
+class Numbers : public ::testing::TestWithParam<NumberCase> {};
+TEST_P(Numbers, AreReadFromTheFront) {
+  EXPECT_EQ(DecimalPrefix(GetParam().text), GetParam().number);
+}
+INSTANTIATE_TEST_SUITE_P(Texts, Numbers,
+                         ::testing::Values(NumberCase{L"", 0}, NumberCase{L" \t12x", 12}, NumberCase{L"-7", -7},
+                                           NumberCase{L"+8", 8}, NumberCase{L"x9", 0}, NumberCase{L"- 9", 0},
+                                           NumberCase{L"\x0661", 0}, NumberCase{L"2147483647", 2147483647},
+                                           NumberCase{L"99999999999999999999", 2147483647},
+                                           NumberCase{L"-99999999999999999999", -2147483647 - 1}));
+
+struct BracketCase {
+  const wchar_t* text;
+  std::int32_t number;
+};
+class Brackets : public ::testing::TestWithParam<BracketCase> {};
+TEST_P(Brackets, TheLastPairCounts) {
+  EXPECT_EQ(BracketNumber(GetParam().text), GetParam().number);
+}
+INSTANTIATE_TEST_SUITE_P(Texts, Brackets,
+                         ::testing::Values(BracketCase{L"Set [12]", 12}, BracketCase{L"a[1]b[7]", 7},
+                                           BracketCase{L"]3[", 0}, BracketCase{L"[5", 0}, BracketCase{L"none", 0},
+                                           BracketCase{L"[[4]", 4}));
+
+struct NameCase {
+  const wchar_t* first;
+  const wchar_t* second;
+  int sign;
+};
+class NameOrder : public ::testing::TestWithParam<NameCase> {};
+TEST_P(NameOrder, ComparesPrefixNumberAndText) {
+  const auto compare = [](const wchar_t* a, const wchar_t* b) {
+    const int result = CompareNames(NameKey(a), NameKey(b), 1);
+    return (result > 0) - (result < 0);
+  };
+  EXPECT_EQ(compare(GetParam().first, GetParam().second), GetParam().sign);
+  EXPECT_EQ(compare(GetParam().second, GetParam().first), -GetParam().sign);
+}
+INSTANTIATE_TEST_SUITE_P(Pairs, NameOrder,
+                         ::testing::Values(NameCase{L"Part2", L"Part10", -1}, NameCase{L"part2", L"Part10", 1},
+                                           NameCase{L"abc", L"ABD", -1}, NameCase{L"ÄPFEL", L"äpfel", 0},
+                                           NameCase{L"Ж1", L"ж1", 0}, NameCase{L"a_", L"ab", -1},
+                                           NameCase{L"x01", L"x1", -1}, NameCase{L"", L"a", -1},
+                                           NameCase{L"a", L"a5", -1}, NameCase{L"7", L"12", -1},
+                                           NameCase{L"Part99999999999", L"Part99999999998", 1}));
+
+TEST_F(TreeList, SortByNamePutsNumbersInOrderAndKeepsEqualRows) {
+  for (const wchar_t* name : {L"Item10", L"Item9", L"item1"}) Add(name);
+  EXPECT_EQ(m_tree.SortItems(0, 1, {}), 1);
+  EXPECT_EQ(Children({}), "item1 Item9 Item10");
+}
+
+TEST_F(TreeList, SortByKeyUsesTheKeyThenTheBracketNumber) {
+  for (const wchar_t* name : {L"Set [12]", L"Set [3]", L"x", L"y"}) Add(name);
+  m_tree.SetItemText(m_rows[L"x"], 1, L"-1");  // unsigned: the greatest of all
+  m_tree.SetItemText(m_rows[L"y"], 1, L"5  ");
+  m_tree.SortItems(0, 0, {});
+  EXPECT_EQ(Children({}), "Set [3] Set [12] y x");
+  const CTLItem* twelve = m_tree.GetRecord(m_rows[L"Set [12]"]);
+  const CTLItem* three = m_tree.GetRecord(m_rows[L"Set [3]"]);
+  EXPECT_EQ(CTreeListCtrl::CompareFuncByKey(*twelve, *three, {0, 0}), 1);
+  EXPECT_EQ(CTreeListCtrl::CompareFuncByKey(*three, *three, {0, 0}), -1);
+}
+
+TEST_F(TreeList, SortMovesWholeBranchesAndOneLevelOnly) {
+  AddFamilies();
+  m_tree.SetItemText(m_rows[L"a"], 0, L"z");
+  m_tree.SetItemText(m_rows[L"a1"], 0, L"z1");
+  m_tree.SortItems(0, 1, {});
+  EXPECT_EQ(Children({}), "b c z");
+  EXPECT_EQ(Children(m_rows[L"a"]), "z1 a2 a3");
+}
+
+// ---- rows and columns -----------------------------------------------------------------------------------
+
+TEST_F(TreeList, ColumnsHaveWidthsAndAlignments) {
+  EXPECT_EQ(m_tree.GetColumnsNum(), 3);
+  EXPECT_EQ(m_tree.GetColumnAlign(0), 0);
+  EXPECT_EQ(m_tree.GetColumnAlign(1), 1);
+  EXPECT_EQ(m_tree.GetColumnAlign(2), 2);
+  EXPECT_EQ(m_tree.GetColumnWidth(2), 6 * HeadlessToolkit::kCharacterWidth + 24);
+  EXPECT_EQ(m_tree.GetColumnWidth(7), 0);
+  EXPECT_EQ(m_tree.GetColumnsWidth(), 180 + 60 + 66);
+}
+
+TEST_F(TreeList, CountsFollowTheirOwnRules) {
+  AddFamilies();
+  EXPECT_EQ(m_tree.GetItemCount(), 8);
+  EXPECT_FALSE(m_tree.CopyItem(m_rows[L"a"], {}, kInsertLast));
+  EXPECT_FALSE(m_tree.MoveItem(m_rows[L"a"], {}, kInsertLast));
+  EXPECT_EQ(m_tree.GetItemCount(), 8);
+  m_tree.SetItemColor(m_rows[L"c"], 0x112233, 0);
+  m_tree.SetChecked(m_rows[L"c"], 3);
+  const HTREEITEM copy = m_tree.CopyItem(m_rows[L"c"], m_rows[L"b"], kInsertFirst);
+  EXPECT_EQ(Children(m_rows[L"b"]), "c b1 b2");
+  EXPECT_EQ(m_tree.GetRecord(copy)->GetColor(), 0x112233U);
+  EXPECT_EQ(m_tree.WhichCheck(copy), 3);
+  EXPECT_EQ(m_tree.GetItemCount(), 8);  // one lower than the rows
+  const HTREEITEM moved = m_tree.MoveItem(m_rows[L"b1"], m_rows[L"a"], m_rows[L"a1"]);
+  EXPECT_FALSE(m_tree.IsLive(m_rows[L"b1"]));
+  EXPECT_TRUE(m_tree.IsLive(moved));
+  EXPECT_EQ(Children(m_rows[L"a"]), "a1 b1 a2 a3");
+  EXPECT_EQ(m_tree.GetItemCount(), 7);
+  EXPECT_EQ(m_tree.DeleteItem(m_rows[L"a"]), 1);  // counts one, takes the branch
+  EXPECT_EQ(m_tree.GetItemCount(), 6);
+  EXPECT_EQ(m_tree.RowCount(), 4U);
+  EXPECT_EQ(m_tree.DeleteItem(m_rows[L"a"]), 0);
+  EXPECT_EQ(m_tree.DeleteSubItems(m_rows[L"b"]), 0);
+  EXPECT_EQ(m_tree.DeleteSubItems(m_rows[L"b"]), 0);
+  EXPECT_EQ(Children({}), "b c");
+  EXPECT_EQ(m_tree.GetItemCount(), 4);
+  EXPECT_EQ(m_tree.DeleteAllItems(), 1);
+  EXPECT_EQ(m_tree.RowCount(), 0U);
+  EXPECT_EQ(m_tree.GetItemCount(), 4);
+}
+
+TEST_F(TreeList, MovingBehindItselfOrUnderItselfIsSafe) {
+  AddFamilies();
+  m_rows[L"a2"] = m_tree.MoveItem(m_rows[L"a2"], m_rows[L"a"], m_rows[L"a2"]);
+  EXPECT_EQ(Children(m_rows[L"a"]), "a1 a2 a3");
+  m_rows[L"a1"] = m_tree.MoveItem(m_rows[L"a1"], m_rows[L"a"], m_rows[L"a1"]);
+  EXPECT_EQ(Children(m_rows[L"a"]), "a1 a2 a3");
+  EXPECT_FALSE(m_tree.MoveItem(m_rows[L"c"], m_rows[L"c"], kInsertLast));
+  EXPECT_EQ(Children({}), "a b c");
+}
+
+TEST_F(TreeList, RowsWithoutRecordAnswerNothingAndStayUntilTheirBranchGoes) {
+  AddFamilies();
+  const HTREEITEM bare =
+      m_tree.InsertItem(CTreeListCtrl::kAttributeImage, L"lost", 4, 0, 0, 0, 9, m_rows[L"b"], kInsertFirst, 1, 0);
+  EXPECT_EQ(m_tree.GetItemText(bare, 0), L"");
+  EXPECT_EQ(m_tree.SetItemColor(bare, 1, 1), 0);
+  EXPECT_EQ(m_tree.SetItemBold(bare, 1, 1), 0);
+  EXPECT_EQ(m_tree.GetItemData(bare), 0U);
+  EXPECT_EQ(m_tree.DeleteItem(bare), 0);
+  EXPECT_EQ(m_tree.DeleteSubItems(m_rows[L"b"]), 1);
+  EXPECT_EQ(m_tree.GetChildItem(m_rows[L"b"]), bare);
+  m_toolkit.Paint(m_tree);
+  const HTREEITEM full = m_tree.InsertItem(CTreeListCtrl::kAttributeData | CTreeListCtrl::kAttributeState, L"t", 0,
+                                           0, 3U << 12U, kRowStateImage, 42, {}, kInsertLast, 1, 1);
+  EXPECT_EQ(m_tree.GetItemData(full), 42U);
+  EXPECT_EQ(m_tree.WhichCheck(full), 3);
+  EXPECT_TRUE(m_tree.GetRecord(full)->HasCombo() && !m_tree.GetRecord(full)->IsEditable());
+  m_tree.SetCombo(full, 0);  // at the control, one off is the other on
+  EXPECT_TRUE(m_tree.GetRecord(full)->IsEditable());
+}
+
+TEST_F(TreeList, IndexedAccessMeansTheFirstRow) {
+  AddFamilies();
+  EXPECT_EQ(m_tree.GetTreeItem(5), m_rows[L"a"]);
+  EXPECT_EQ(m_tree.GetItemText(2, 0), L"a");
+  CString text = L"one\r\ntwo";
+  EXPECT_EQ(CTreeListCtrl::GetNextLine(text), L"one");
+  EXPECT_EQ(text, L"two");
+  EXPECT_EQ(CTreeListCtrl::GetNextLine(text), L"");
+  EXPECT_EQ(text, L"two");
+}
+
+}  // namespace
+}  // namespace qd::test
