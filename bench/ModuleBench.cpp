@@ -163,6 +163,50 @@ void BM_GetTenSelected(benchmark::State& state) {
 }
 BENCHMARK(BM_GetTenSelected)->Unit(benchmark::kMicrosecond);
 
+void BM_InvertSelection(benchmark::State& state) {
+  BigModel& model = Model();
+  for (auto _ : state) model.Tree().InvertSelection();
+  model.Tree().ResetSelection(1);
+}
+BENCHMARK(BM_InvertSelection)->Unit(benchmark::kMillisecond);
+
+void BM_SelectARangeOfAllRows(benchmark::State& state) {
+  BigModel& model = Model();
+  const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());
+  const HTREEITEM first = model.Tree().GetChildItem(branch);
+  HTREEITEM last = first;
+  for (HTREEITEM next = first; next; next = model.Tree().GetNextSiblingItem(next)) last = next;
+  for (auto _ : state) model.Tree().SelectRange(first, last, 1);
+  model.Tree().ResetSelection(1);
+}
+BENCHMARK(BM_SelectARangeOfAllRows)->Unit(benchmark::kMillisecond);
+
+/// A rubber band whose moving edge jumps over `rows` rows, with every second row selected before.
+void BM_MoveARubberBand(benchmark::State& state) {
+  RowTree rows;
+  for (int i = 0; i < kRows; ++i) rows.Insert({}, kInsertLast, 0, 0, 0);
+  for (std::size_t i = 0; i < kRows; i += 2) rows.SelectVisible(i, i, true);
+  BandSelection band(rows.Selected(true), true);
+  const auto jump = static_cast<std::size_t>(state.range(0));
+  band.Update(rows, 1, {{100, 200}});
+  std::size_t end = 200;
+  for (auto _ : state) {
+    end = end + jump < kRows ? end + jump : 200;
+    band.Update(rows, 1, {{100, end}});
+  }
+}
+BENCHMARK(BM_MoveARubberBand)->ArgName("rows")->Arg(1)->Arg(50)->Arg(1000)->Unit(benchmark::kMicrosecond);
+
+/// Type-ahead that finds nothing looks at every row.
+void BM_TypeATitleThatIsNotThere(benchmark::State& state) {
+  BigModel& model = Model();
+  for (auto _ : state) {
+    model.m_toolkit.Type(model.Tree(), L"z");
+    model.m_toolkit.Pump();
+  }
+}
+BENCHMARK(BM_TypeATitleThatIsNotThere)->Unit(benchmark::kMillisecond)->Iterations(5);
+
 void BM_SortAllByName(benchmark::State& state) {
   BigModel& model = Model();
   const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());

@@ -1,5 +1,6 @@
 // The general tree-list control: painting and its header.
 
+#include "qd_wrt/treelist/CTreeListHeaderCtrl.h"
 #include "support/TreeList.h"
 
 namespace qd::test {
@@ -93,6 +94,44 @@ TEST_F(TreeList, DraggingAnEdgeResizesAColumnAndEscapeTakesItBack) {
   EXPECT_EQ(std::count(calls.begin(), calls.end(), "polygon 3 #000000"), 1);
   EXPECT_TRUE(
       std::any_of(calls.begin(), calls.end(), [](const auto& call) { return call.ends_with("'Colour'"); }));
+}
+
+TEST_F(TreeList, ADoubleClickOnAnEdgeAsksForAFittingWidth) {
+  Add(L"a title of some length");
+  m_tree.FitColumn(0);
+  EXPECT_EQ(m_tree.GetColumnWidth(0), 38 + 22 * HeadlessToolkit::kCharacterWidth + 14);
+  CQDTreeListHeaderCtrl& header = m_tree.GetHeader();
+  int code = 0;
+  m_parent.onNotice = [&code](Notice& notice) { code = notice.code; };
+  m_toolkit.Enqueue({.kind = MessageKind::LeftDouble, .target = &header, .point = {m_tree.GetColumnWidth(0), 5}});
+  m_toolkit.Pump();
+  EXPECT_EQ(code, CHeaderBase::kNoticeEdgeDoubleClick);
+}
+
+TEST(PlainHeader, AutofitSharesTheParentsWidth) {
+  HeadlessToolkit toolkit;
+  Parent parent;
+  parent.Create(nullptr, 0, {0, 0, 301, 100});
+  CTreeListHeaderCtrl header;
+  header.Create(&parent, 1, {0, 0, 301, 20});
+  const auto widths = [&header] {
+    std::string text;
+    for (int i = 0; i < header.GetItemCount(); ++i) text += std::to_string(header.GetItem(i)->width) + " ";
+    return text;
+  };
+  header.SetAutofit(true);  // no columns yet
+  for (const int width : {100, 50, 50}) header.InsertItem(9, {.text = L"c", .width = width});
+  header.SetAutofit(false);
+  header.Autofit(-1, 0);
+  EXPECT_EQ(widths(), "100 50 50 ");
+  header.SetAutofit(true);
+  EXPECT_EQ(widths(), "150 75 75 ");
+  header.Autofit(0, 101);
+  EXPECT_EQ(widths(), "150 100 100 ");
+  header.SetItemImage(1, 4);
+  EXPECT_EQ(header.GetItemImage(1), 4);
+  EXPECT_EQ(header.GetItemImage(2), -1);
+  toolkit.Paint(header);
 }
 
 }  // namespace

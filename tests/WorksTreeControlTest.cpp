@@ -1,6 +1,6 @@
 // The works-tree control: change notices, selection, menus, maps and the life of nodes.
 
-#include "support/Model.h"
+#include "support/Probes.h"
 
 #include "qd_wrt/core/CQDTreeBranch.h"
 
@@ -8,89 +8,6 @@ namespace qd::test {
 namespace {
 
 using namespace workbench;
-
-/// A node that writes down what it is told.
-class ProbeNode : public CQDTreeItem {
- public:
-  ProbeNode(CQDTreeListCtrl* control, CQDTreeItem* parent, CString title, std::vector<unsigned short> types = {})
-      : CQDTreeItem(control, parent, std::move(title), 0, 1), m_types(std::move(types)) {}
-  ~ProbeNode() override { log += "~" + ToUtf8(name) + " "; }
-
-  int MakeChildItems() override {
-    if (makeChildren) makeChildren(*this);
-    return 1;
-  }
-  void RegisterReceiveDataType() override {
-    for (const unsigned short type : m_types) FollowDataType(type);
-  }
-  void OnUpdate() override {
-    log += ToUtf8(GetTitle()) + "(";
-    for (const tagTRNotify& record : PendingRecords()) log += std::to_string(record.itr) + " ";
-    log += ") ";
-    if (onUpdate) onUpdate(*this);
-  }
-  void OnMenuEvent(unsigned command) override { log += ToUtf8(GetTitle()) + ":" + std::to_string(command) + " "; }
-  void CreateContextMenu(CPoint&) override { log += "menu " + ToUtf8(GetTitle()) + " "; }
-  void SetPropertyView() override { log += "page " + ToUtf8(GetTitle()) + " "; }
-  void SetMultiPropertyView() override { log += "pages " + ToUtf8(GetTitle()) + " "; }
-  void OnMenuEventGeomRoot(unsigned command) override { log += "geom" + std::to_string(command) + " "; }
-  void SetTitleIncludeType() override { log += "retitle " + ToUtf8(GetTitle()) + " "; }
-  int OnClickCheck(int oldState) override {
-    log += "check " + ToUtf8(GetTitle()) + (IsViewUpdate() ? "! " : " ");
-    CQDTreeItem::OnClickCheck(oldState);
-    return stops ? 0 : 1;
-  }
-  using CQDTreeItem::m_editable;
-  using CQDTreeItem::m_id;
-  using CQDTreeItem::m_showID;
-
-  static std::string TakeLog() { return std::exchange(log, {}); }
-
-  CString name = GetTitle();
-  std::function<void(ProbeNode&)> makeChildren;
-  std::function<void(ProbeNode&)> onUpdate;
-  bool stops = false;
-  static std::string log;
-
- private:
-  std::vector<unsigned short> m_types;
-};
-std::string ProbeNode::log;
-
-class ProbeFactory final : public IQDTreeGroupFactory {
- public:
-  CQDTreeItem* CreateRootItem(int, CQDTreeListCtrl* control) override { return make ? make(control) : nullptr; }
-  std::function<CQDTreeItem*(CQDTreeListCtrl*)> make;
-};
-
-class WorksTree : public ModelTest {
- protected:
-  /// Opens a tree "root" with the given children.
-  void OpenProbes(const std::function<void(ProbeNode& root)>& children) {
-    m_probes.make = [children](CQDTreeListCtrl* control) {
-      auto* root = new ProbeNode(control, nullptr, L"root");
-      root->makeChildren = children;
-      return root;
-    };
-    m_bar.CreateTreeItems(1, &m_probes, 1);
-    m_toolkit.Pump();
-    ProbeNode::TakeLog();
-  }
-  ProbeNode* Add(CQDTreeItem& parent, const CString& title, std::vector<unsigned short> types = {}) {
-    auto* node = new ProbeNode(&Tree(), &parent, title, std::move(types));
-    node->MakeItem(kInsertLast);
-    return node;
-  }
-  void Notice(std::vector<tagTRNotify> changes) {
-    const CQDUpdateRecord record{std::move(changes)};
-    m_bar.UpdateDB(&m_doc, HintOf(record));
-  }
-  ~WorksTree() override {
-    m_bar.DestroyTreeItems();
-    ProbeNode::TakeLog();
-  }
-  ProbeFactory m_probes;
-};
 
 // ---- building -------------------------------------------------------------------------------------------
 
