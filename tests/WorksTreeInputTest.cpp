@@ -121,9 +121,8 @@ TEST_F(Input, EscapeAndALostCaptureCancel) {
     Queue(MessageKind::LeftDown, PointOf(L"a"));
     Queue(MessageKind::MouseMove, {PointOf(L"a").x + 20, PointOf(L"a").y});
     Queue(MessageKind::MouseMove, PointOf(L"c"));
-    m_toolkit.Enqueue({.kind = escape ? MessageKind::KeyDown : MessageKind::CaptureLost,
-                       .target = &Tree(),
-                       .key = kKeyEscape});
+    m_toolkit.Enqueue(
+        {.kind = escape ? MessageKind::KeyDown : MessageKind::CaptureLost, .target = &Tree(), .key = kKeyEscape});
     Queue(MessageKind::LeftUp, PointOf(L"c"));
     EXPECT_EQ(Told(), "");
     EXPECT_FALSE(Tree().IsDragging());

@@ -210,6 +210,7 @@ QtPeer::QtPeer(QtToolkit& toolkit, CWnd& owner, PeerKind kind, QWidget* parent, 
       auto* tip = new QLabel(parent, Qt::ToolTip);
       tip->setTextFormat(Qt::PlainText);  // names are no markup
       tip->setMargin(2);
+      tip->setFrameStyle(QFrame::Box | QFrame::Plain);
       tip->setAutoFillBackground(true);
       m_widget = tip;
       return;

@@ -53,7 +53,8 @@ int AccessibleTreeList::IndexInParent(HTREEITEM row) const {
 
 CString AccessibleTreeList::Name(HTREEITEM row) const {
   CString name = m_tree.GetItemText(row, 0);
-  const CString key = m_tree.GetItemText(row, 1);
+  CString key = m_tree.GetItemText(row, 1);
+  key.erase(key.find_last_not_of(L' ') + 1);  // padded to a width
   return key.empty() ? name : name + L", " + key;
 }
 

@@ -19,7 +19,8 @@ void CTreeListHeaderCtrl::Autofit(int except, int delta) {
   }
   // Columns without any width have no shares to fill the window by.
   for (int column = 0; column < GetItemCount() && sum != width && sum > 0; ++column) {
-    if (column != except) SetItemWidth(column, static_cast<int>(width * std::int64_t{GetItem(column)->width} / sum));
+    if (column != except)
+      SetItemWidth(column, static_cast<int>(width * std::int64_t{GetItem(column)->width} / sum));
   }
   Invalidate();
 }

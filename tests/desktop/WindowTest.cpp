@@ -4,6 +4,7 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include "Display.h"
 #include "Files.h"
 #include "platform/qt/QtToolkit.h"
 #include "workbench/app/MainWindow.h"
@@ -16,24 +17,11 @@ namespace {
 
 using namespace workbench;
 
-void Wait(int milliseconds) {
-  QEventLoop loop;
-  QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
-  loop.exec();
-}
-
 class Window : public ::testing::Test {
  protected:
   Window() : m_window(std::make_unique<MainWindow>(m_messages)) {
     m_window->show();
     WaitUntil([this] { return m_window->isActiveWindow() || m_window->isVisible(); });
-  }
-  template <typename Condition>
-  bool WaitUntil(const Condition& condition, int seconds = 60) {
-    QElapsedTimer time;
-    time.start();
-    while (!condition() && time.elapsed() < seconds * 1000) Wait(10);
-    return condition();
   }
   void Open(const QString& path) {
     m_window->Import({path});
@@ -47,16 +35,11 @@ class Window : public ::testing::Test {
     for (; index > 0; --index) row = Tree().GetNextSiblingItem(row);
     return row;
   }
-  /// The display's own pointer and keys.
-  static void Display(const QStringList& what) {
-    ASSERT_EQ(QProcess::execute("xdotool", what), 0);
-    Wait(400);
-  }
   void ClickRow(int part, int right) {
     CRect area;
     ASSERT_TRUE(Tree().GetItemRect(Part(part), area, true));
     const CPoint at = Tree().ClientToScreen({area.left + right, (area.top + area.bottom) / 2});
-    Display({"mousemove", QString::number(at.x), QString::number(at.y), "click", "1"});
+    Display(QStringList{"mousemove"} << At(at) << QStringList{"click", "1"});
   }
   /// How many pixels of the view show a colour like this.
   int Pixels(const std::function<bool(const QColor&)>& like) {
@@ -105,7 +88,7 @@ TEST_F(Window, SelectionDeletionAndUndoGoBothWays) {
   // A click in the middle of the view picks what stands there.
   Display({"key", "ctrl+shift+z"});
   const QPoint middle = m_window->View().mapToGlobal(m_window->View().rect().center());
-  Display({"mousemove", QString::number(middle.x()), QString::number(middle.y()), "click", "1"});
+  Display(QStringList{"mousemove"} << At({middle.x(), middle.y()}) << QStringList{"click", "1"});
   EXPECT_EQ(Tree().GetSelectedCount(), 1);
 }
 

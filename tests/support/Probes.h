@@ -24,7 +24,9 @@ class ProbeNode : public CQDTreeItem {
     log += ") ";
     if (onUpdate) onUpdate(*this);
   }
-  void OnMenuEvent(unsigned command) override { log += workbench::ToUtf8(GetTitle()) + ":" + std::to_string(command) + " "; }
+  void OnMenuEvent(unsigned command) override {
+    log += workbench::ToUtf8(GetTitle()) + ":" + std::to_string(command) + " ";
+  }
   void CreateContextMenu(CPoint&) override { log += "menu " + workbench::ToUtf8(GetTitle()) + " "; }
   void SetPropertyView() override { log += "page " + workbench::ToUtf8(GetTitle()) + " "; }
   void SetMultiPropertyView() override { log += "pages " + workbench::ToUtf8(GetTitle()) + " "; }
@@ -35,7 +37,9 @@ class ProbeNode : public CQDTreeItem {
     CQDTreeItem::OnClickCheck(oldState);
     return stops ? 0 : 1;
   }
-  void OnDrop(std::vector<CQDTreeItem*>& nodes) override { log += "drop" + Titles(nodes) + " on " + workbench::ToUtf8(GetTitle()) + " "; }
+  void OnDrop(std::vector<CQDTreeItem*>& nodes) override {
+    log += "drop" + Titles(nodes) + " on " + workbench::ToUtf8(GetTitle()) + " ";
+  }
   void OnRDrop(std::vector<CQDTreeItem*>& nodes, CQDTreeItem* target) override {
     log += "rdrop" + Titles(nodes) + " on " + workbench::ToUtf8(target->GetTitle()) + " ";
   }

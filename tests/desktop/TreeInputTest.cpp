@@ -1,0 +1,147 @@
+// A works tree in a window of its own under the display's real mouse and keyboard.
+
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <QWidget>
+
+#include "Display.h"
+#include "platform/qt/QtToolkit.h"
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/text/Utf8.h"
+
+namespace qd::test {
+namespace {
+
+/// A row that may be dragged onto any other below the root, and renamed.
+class Item final : public CQDTreeItem {
+ public:
+  Item(CQDTreeListCtrl* control, CQDTreeItem* parent, const CString& title)
+      : CQDTreeItem(control, parent, title, 21, 1) {
+    m_leftDrag = m_multiLeftDrag = m_editable = true;
+    if (parent != nullptr) SetTreeItemType(kKind);
+    RegsiterDragEnableType(kKind);
+  }
+  int MakeChildItems() override {
+    if (GetParent() != nullptr) return 1;
+    for (int i = 0; i < 40; ++i)
+      (new Item(GetControl(), this, L"Item " + std::to_wstring(i)))->MakeItem(kInsertLast);
+    return 1;
+  }
+  void OnDrop(std::vector<CQDTreeItem*>& nodes) override {
+    dropped = std::to_string(nodes.size()) + " on " + workbench::ToUtf8(GetTitle());
+  }
+  void OnEditChange(const wchar_t* text) override { renamed = workbench::ToUtf8(text); }
+
+  static constexpr std::uint16_t kKind = 40;
+  static inline std::string dropped;
+  static inline std::string renamed;
+};
+
+class Factory final : public IQDTreeGroupFactory {
+ public:
+  CQDTreeItem* CreateRootItem(int, CQDTreeListCtrl* control) override {
+    return new Item(control, nullptr, L"Root");
+  }
+};
+
+class TreeInput : public ::testing::Test {
+ protected:
+  TreeInput() {
+    if (qEnvironmentVariableIsSet("QD_DARK")) QGuiApplication::setPalette(QPalette(QColor(45, 45, 48)));
+    m_bar.SetBkColor(m_toolkit.GetColour(SystemColour::Window));
+    m_bar.SetDocument(&m_doc);
+    m_bar.Create(nullptr, 0, {0, 0, 400, 500});
+    QtToolkit::WidgetOf(m_bar)->setParent(&m_window);
+    m_window.setGeometry(100, 100, 400, 500);
+    QtToolkit::WidgetOf(m_bar)->setGeometry(0, 0, 400, 500);
+    m_window.show();
+    m_window.activateWindow();
+    QtToolkit::WidgetOf(m_bar)->show();
+    m_bar.CreateTreeItems(1, &m_factory, 1);
+    Wait(300);
+  }
+  ~TreeInput() override {
+    m_bar.DestroyTreeItems();
+    QtToolkit::WidgetOf(m_bar)->setParent(nullptr);
+    m_bar.DestroyWindow();
+  }
+  CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
+  /// A screen point on a line of the tree: on its title, or at x of the window.
+  CPoint Line(int line, int x = 90) {
+    return Tree().ClientToScreen({x, line * Tree().GetItemHeight() + Tree().GetItemHeight() / 2});
+  }
+  /// Presses at the first point, walks to the others, does what `last` says and releases.
+  void Drag(const std::vector<CPoint>& points, const QString& picture, const QStringList& last = {}) {
+    constexpr int kNearTheEnd = 550;
+    QTimer::singleShot(kNearTheEnd, &m_window, [picture] { Picture(picture); });
+    QStringList script = QStringList{"mousemove"} << At(points.front()) << QStringList{"mousedown", "1"};
+    for (const CPoint& point : points) {
+      script << QStringList{"sleep", "0.1", "mousemove"} << At(point);
+    }
+    Display(script << QStringList{"sleep", "0.5"} << last << QStringList{"mouseup", "1"});
+  }
+  /// Keeps a picture of the screen for whoever wants to look, where QD_PICTURES names a folder.
+  static void Picture(const QString& name) {
+    const QString folder = qEnvironmentVariable("QD_PICTURES");
+    if (!folder.isEmpty()) QGuiApplication::primaryScreen()->grabWindow(0).save(folder + "/" + name + ".png");
+  }
+
+  QtToolkit m_toolkit;
+  workbench::WorkDocument m_doc;
+  Factory m_factory;
+  QWidget m_window;
+  CWorksTreeBar m_bar;
+};
+
+TEST_F(TreeInput, ABandSelectsAndADragDrops) {
+  Drag({Line(1, 8), Line(2, 30), Line(4, 60)}, "band");
+  EXPECT_EQ(Tree().GetSelectedCount(), 4);
+  Drag({Line(2), Line(3), Line(8)}, "drag");
+  EXPECT_EQ(Item::dropped, "4 on Item 7");
+  EXPECT_FALSE(Tree().IsDragging());
+  Item::dropped.clear();
+  Drag({Line(5), Line(6), Line(9)}, "escape", {"key", "Escape"});
+  EXPECT_EQ(Item::dropped, "");
+  EXPECT_EQ(Tree().GetItemState(Tree().GetFirstSelectedItem(), kRowDropHighlight), 0U);
+}
+
+TEST_F(TreeInput, TitlesAreEditedInPlace) {
+  Display(QStringList{"mousemove"} << At(Line(3)) << QStringList{"click", "1"});
+  Display({"key", "F2"});
+  ASSERT_EQ(Tree().IsEditing(), 1);
+  Display({"type", "--delay", "5", "new.name (%1)"});
+  Picture("rename");
+  Display({"key", "Return"});
+  EXPECT_EQ(Item::renamed, "new.name (%1)");
+  EXPECT_TRUE(Tree().HasFocus());
+  Display({"key", "F2"});
+  Display({"type", "other"});
+  Display({"key", "Escape"});
+  EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"new.name (%1)");
+  Display({"key", "F2"});
+  Display({"type", "clicked away"});
+  Display(QStringList{"mousemove"} << At(Line(6)) << QStringList{"click", "1"});
+  EXPECT_EQ(Item::renamed, "clicked away");
+}
+
+TEST_F(TreeInput, KeysWalkTypeAndCheck) {
+  Display(QStringList{"mousemove"} << At(Line(1)) << QStringList{"click", "1"});
+  Display({"key", "shift+Down"});
+  Display({"key", "shift+Down"});
+  EXPECT_EQ(Tree().GetSelectedCount(), 3);
+  Display({"key", "space"});
+  EXPECT_EQ(Tree().WhichCheck(Tree().GetFirstSelectedItem()), kUnchecked);
+  EXPECT_EQ(Tree().GetSelectedCount(), 3);
+  Display({"key", "ctrl+a"});
+  EXPECT_EQ(Tree().GetSelectedCount(), 41);
+  Display({"type", "--delay", "5", "item 3"});
+  EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 3");
+  Display({"key", "End"});
+  EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 39");
+}
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,94 @@
+#!/usr/bin/env python3
+"""Looks at the workbench through the accessibility bus as a screen reader does.
+
+Usage: accessibility.py WORKBENCH MODEL, under a display and a session bus. Prints what does not hold and ends with 1.
+"""
+import subprocess
+import sys
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi  # noqa: E402
+
+failures = []
+
+
+def expect(what, holds):
+    if not holds:
+        failures.append(what)
+
+
+def find(node, role, depth=0):
+    """All objects of a role below a node, not looking inside trees."""
+    if node is None or depth > 12:
+        return []
+    if node.get_role() == role:
+        return [node]
+    return [hit for i in range(node.get_child_count()) for hit in find(node.get_child_at_index(i), role, depth + 1)]
+
+
+def has(node, *states):
+    return all(node.get_state_set().contains(state) for state in states)
+
+
+def act(node, name):
+    names = [Atspi.Action.get_action_name(node, i) for i in range(node.get_n_actions())]
+    node.do_action(names.index(name))
+
+
+def wait_for(make, seconds=30):
+    end = time.time() + seconds
+    while time.time() < end:
+        result = make()
+        if result:
+            return result
+        time.sleep(0.2)
+    return None
+
+
+def workbench_with_parts():
+    desktop = Atspi.get_desktop(0)
+    for i in range(desktop.get_child_count()):
+        program = desktop.get_child_at_index(i)
+        for tree in find(program, Atspi.Role.TREE):
+            root = tree.get_child_at_index(0)
+            geometry = root and root.get_child_at_index(0)
+            if geometry and geometry.get_child_count() > 0:
+                return tree
+    return None
+
+
+program = subprocess.Popen(sys.argv[1:3], stderr=subprocess.DEVNULL)
+try:
+    tree = wait_for(workbench_with_parts)
+    expect("a tree with parts is on the bus", tree)
+    if tree:
+        root = tree.get_child_at_index(0)
+        geometry = root.get_child_at_index(0)
+        part = geometry.get_child_at_index(1)
+        expect("the tree has one root", tree.get_child_count() == 1)
+        # The toolkit's bridge to the bus calls the items of trees table cells.
+        roles = (Atspi.Role.TREE_ITEM, Atspi.Role.TABLE_CELL)
+        expect("rows are tree items", root.get_role() in roles and part.get_role() in roles)
+        expect("a row names its place among its siblings", part.get_index_in_parent() == 1)
+        expect("levels follow the tree", part.get_parent().get_name() == geometry.get_name() == "Geometry")
+        expect("a title and an ID make the name", part.get_name() == "Shaft, 2")
+        expect("the root is open", has(root, Atspi.StateType.EXPANDABLE, Atspi.StateType.EXPANDED))
+        expect("a part is checked", has(part, Atspi.StateType.CHECKED))
+        expect("nothing is selected yet", not has(part, Atspi.StateType.SELECTED))
+
+        act(part, "Toggle")
+        expect("the box can be pressed", wait_for(lambda: not has(part, Atspi.StateType.CHECKED), 5))
+        act(part, "SetFocus")
+        expect("a row can be selected", wait_for(lambda: has(part, Atspi.StateType.SELECTED), 5))
+        act(geometry, "Expand")
+        expect("a branch can be closed", wait_for(lambda: not has(geometry, Atspi.StateType.EXPANDED), 5))
+        expect("rows in it are not showing", not has(part, Atspi.StateType.SHOWING))
+finally:
+    program.kill()
+
+for failure in failures:
+    print("does not hold:", failure)
+sys.exit(1 if failures else 0)
