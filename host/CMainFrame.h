@@ -3,24 +3,21 @@
 #include <memory>
 
 #include "host/CQDDocBase.h"
+#include "host/IPropertySet.h"
 #include "platform/Export.h"
 
 namespace qd {
 
 class IWorksTreeManager;
 
-/// A page of the property grid.
-class IPropertySet {
- public:
-  virtual ~IPropertySet() = default;
-};
-
 /// The property window of a document.
 class CPropertiesWnd {
  public:
-  /// Shows a page, or nothing for null. The window owns the page until the next one.
+  /// Shows a page, made by its ShowProperty, or nothing for null. The window owns the page until the next one.
   virtual void SetPropertySet(std::unique_ptr<IPropertySet> page) = 0;
   virtual void Refresh() = 0;
+  /// The page on show, null for none.
+  virtual IPropertySet* GetPropertySet() const = 0;
 
  protected:
   ~CPropertiesWnd() = default;

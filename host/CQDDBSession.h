@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "host/DPool.h"
+#include "host/IAppDB.h"
 #include "platform/Types.h"
 
 namespace qd {
@@ -14,6 +15,8 @@ class CQDDBSession {
   virtual DPoolMset& GetMsetPool() = 0;
   virtual DPoolGset& GetGsetPool() = 0;
   virtual DPoolMaterial& GetMaterialPool() = 0;
+  virtual DPoolGKey& GetGKeyPool() = 0;
+  virtual IAppDB& GetAppDB() = 0;
 
   /// The pool that an iterator belongs to, 0 when it names no living record. Iterators are unique over all pools.
   virtual std::uint16_t GetDataType(iterator itr) const = 0;

@@ -7,6 +7,8 @@
 
 namespace qd {
 
+class CQDCommandObj;
+
 /// What docking panes know of a document.
 class CDocument {
  public:
@@ -26,6 +28,16 @@ class CQDDocBase : public CDocument {
   virtual CQDLabelManager* GetLabelManager() = 0;
   virtual CQDModelRange* GetModelRange() = 0;
   virtual CQDPostManager* GetPostManager() = 0;
+  virtual CMPUData* GetMPUData() = 0;
+  virtual ISectionAPI* GetSectionAPI() = 0;
+
+  /// Asks the user for files and imports them.
+  virtual void Import() = 0;
+  /// Runs a command object. Returns 1, or 0 with nothing changed.
+  virtual int RunCommand(const CQDCommandObj& command) = 0;
+  virtual void SetModelInfoChangedFlag(int changed) = 0;
+  virtual void SetPendingUpdate(int pending) = 0;
+  virtual void ReMakeAllLabel(int notify) = 0;
 
   /// The selection buffer: what is selected in the document, whoever selected it.
   virtual void ClearSelectBuffer(int notify) = 0;

@@ -29,6 +29,16 @@ class DPoolGeom : public DPool<tagTGeom> {
   /// Stores a changed record inside the open transaction. The two flags are the host's: write through (0) and
   /// announce (1). Returns 1, 0 on failure.
   virtual int Private_Modify(iterator itr, const tagTGeom& record, int direct, int announce) = 0;
+  /// Puts parts into a geometry set inside the open transaction. Returns 1, 0 on failure.
+  virtual int Private_ApplyGset(const std::vector<iterator>& itrs, iterator gset) = 0;
+  /// Appends the CAD item numbers of parts; iterators that name no part are left out.
+  virtual void GetHCADItemArray(const std::vector<iterator>& itrs, std::vector<int>& cadItems) const = 0;
+  /// 1 for a part whose topology is a solid.
+  virtual int IsSolid(iterator itr) const = 0;
+  /// Tells for each kind of topology whether a geometry set holds parts of it.
+  virtual void GetTypeExist(iterator gset, int (&exists)[5]) const = 0;
+  /// The parts of one kind in a geometry set, oldest first.
+  virtual void GetItrGsetTypeList(iterator gset, int kind, std::vector<iterator>& itrs) const = 0;
 
  protected:
   ~DPoolGeom() = default;
@@ -38,14 +48,40 @@ class DPoolMset : public DPool<tagTMset> {
  public:
   /// The mesh set that meshes a part, 0 when it has none.
   virtual iterator GetItrByGeomItr(iterator geom) const = 0;
+  /// Stores a changed record inside the open transaction. Returns 1, 0 on failure.
+  virtual int Modify(iterator itr, const tagTMset& record) = 0;
 
  protected:
   ~DPoolMset() = default;
 };
 
 class DPoolGset : public DPool<tagTGset> {
+ public:
+  /// A name that no set has: `text` with the first free number behind it.
+  virtual CString GetNewCopyName(const CString& text) const = 0;
+  /// 1 when a set has this name.
+  virtual int Exist(const CString& name) const = 0;
+  /// The set that new parts go to; 0 when there is none.
+  virtual iterator GetCurrentSet() const = 0;
+  /// Makes a set the current one at once: no transaction, no undo, no notice.
+  virtual void PutCurrentSet(iterator itr) = 0;
+  /// Likewise inside the open transaction. Returns 1, 0 on failure.
+  virtual int SetCurrentSet(iterator itr) = 0;
+  /// Deletes an empty set inside the open transaction. Returns 1, 0 on failure.
+  virtual int Delete(iterator itr) = 0;
+
  protected:
   ~DPoolGset() = default;
+};
+
+/// Keys of parts, by which commands on shapes name them.
+class DPoolGKey {
+ public:
+  /// The key of a part, 0 when it has none.
+  virtual iterator GetItrByGeomItr(iterator geom) const = 0;
+
+ protected:
+  ~DPoolGKey() = default;
 };
 
 class DPoolMaterial : public DPool<tagTMaterial> {

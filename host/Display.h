@@ -14,6 +14,11 @@ class CRenderObjManager {
   virtual void SetShowHide(int cadItem, int show) = 0;
   /// 0 shading, 1 edge shading, 2 wireframe, 3 bounding box.
   virtual unsigned GetRenderMode(int cadItem) const = 0;
+  virtual void SetRenderMode(const std::vector<int>& cadItems, unsigned mode) = 0;
+  /// 0 is transparent, 1 opaque.
+  virtual void SetTransparency(const std::vector<int>& cadItems, double fraction) = 0;
+  /// Swaps what is shown with what was shown before the last change.
+  virtual void ChangePrevShowHide() = 0;
   /// Marks whether a part has a mesh that stands for it.
   virtual void SetMeshMark(int cadItem, int present) = 0;
   /// Bracket a change of visibility; the outermost pair keeps the state before it as the previous one.
@@ -37,9 +42,24 @@ class CCADSession {
 class CQDMeshManager {
  public:
   virtual void ShowHideMset(iterator mset, int show) = 0;
+  virtual void ShowHideMset(const std::vector<iterator>& msets, int show) = 0;
+  /// Notes a change; all noted ones take effect together with the commit.
+  virtual void ShowHideMsetUnit(iterator mset, int show) = 0;
+  virtual void CommitShowHideMsetUnit() = 0;
 
  protected:
   ~CQDMeshManager() = default;
+};
+
+/// Drawing of mesh sets, by key.
+class CMPUData {
+ public:
+  virtual void SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) = 0;
+  /// 0 is transparent, 255 opaque.
+  virtual void SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) = 0;
+
+ protected:
+  ~CMPUData() = default;
 };
 
 /// Labels of one kind of record.
@@ -84,9 +104,33 @@ class CQDPostManager {
   ~CQDPostManager() = default;
 };
 
+/// Section planes of a view follow what is shown. Both calls are marks.
+class ISectionAPI {
+ public:
+  virtual void UpdateClipSlice(CQDViewBase& view) = 0;
+  virtual void UpdateClipVect(CQDViewBase& view) = 0;
+
+ protected:
+  ~ISectionAPI() = default;
+};
+
+/// How a view colours parts.
+class CQDRenderManager {
+ public:
+  /// 0: by the part's colour, 1: by its material's colour.
+  virtual void SetAllColorModelType(int type) = 0;
+
+ protected:
+  ~CQDRenderManager() = default;
+};
+
 /// A 3-D view of a document.
 class CQDViewBase {
  public:
+  virtual CQDRenderManager* GetRenderManager() = 0;
+  virtual int IsPostMode() const = 0;
+  /// Repaints the window, without erasing for 0.
+  virtual void Invalidate(int erase) = 0;
   /// Asks for a redraw at the next frame; `reserved` is 0.
   virtual void Redraw(int reserved) = 0;
   virtual bool IsOver(CPoint screen) const = 0;

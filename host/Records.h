@@ -9,9 +9,6 @@
 
 namespace qd {
 
-/// The longest name of a model entity, in characters.
-inline constexpr std::size_t kLongestName = 63;
-
 /// Base of the plain records. Records are immutable once they are in a pool; a change stores a new record.
 struct tagTRecord {
   std::int32_t id = 0;  ///< number shown to the user, 0 none; given by the pool
@@ -33,6 +30,9 @@ struct PartFacets {
 struct PartShape {
   std::string brep;  ///< in the exchange form of the geometry kernel
   PartFacets facets;
+  double volume = 0;  ///< model units; 0 for what has none
+  double area = 0;    ///< of all faces
+  double length = 0;  ///< of all edges
 };
 
 /// A geometry part.
@@ -42,7 +42,8 @@ struct tagTGeom : tagTRecord {
   TopologyKind kind = TopologyKind::Solid;
   CString name;
   iterator material = 0;
-  iterator gset = 0;  ///< geometry set that holds the part
+  iterator gset = 0;     ///< geometry set that holds the part
+  bool flexible = true;  ///< body type of a solid: flexible or rigid
   std::shared_ptr<const PartShape> shape;
 };
 
@@ -79,9 +80,13 @@ struct tagTMset : tagTRecord {
 
 inline constexpr std::uint32_t kMsetKeyMask = 0x1FFFFFFF;
 
-/// A material.
+/// An isotropic material. Numbers are in model units.
 struct tagTMaterial : tagTRecord {
   CString name;
+  double youngsModulus = 0;
+  double poissonsRatio = 0;
+  double density = 0;
+  COLORREF colour = 0xC0C0C0;
 };
 
 }  // namespace qd

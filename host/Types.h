@@ -14,6 +14,7 @@ enum DataType : std::uint16_t {
   kDataMaterial = 7,       ///< materials, which geometry refers to
   kDataMaterialTitle = 8,  ///< records that titles of parts with a material depend on
   kDataGeom = 9,           ///< geometry parts
+  kDataGKey = 11,          ///< keys of geometry parts
   kDataGset = 21           ///< geometry sets
 };
 

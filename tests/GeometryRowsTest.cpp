@@ -3,6 +3,7 @@
 #include "support/Model.h"
 
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
+#include "qd_wrt/geometry/CQDTreeItemPart.h"
 
 namespace qd::test {
 namespace {

@@ -85,6 +85,13 @@ class Document final : public CQDDocBase {
   CQDLabelManager* GetLabelManager() override { return nullptr; }
   CQDModelRange* GetModelRange() override { return nullptr; }
   CQDPostManager* GetPostManager() override { return nullptr; }
+  CMPUData* GetMPUData() override { return nullptr; }
+  ISectionAPI* GetSectionAPI() override { return nullptr; }
+  void Import() override {}
+  int RunCommand(const CQDCommandObj&) override { return 0; }
+  void SetModelInfoChangedFlag(int) override {}
+  void SetPendingUpdate(int) override {}
+  void ReMakeAllLabel(int) override {}
   void ClearSelectBuffer(int) override {}
   void AddToSelBuffer(iterator) override {}
   const std::vector<iterator>& GetSelectBuffer() const override { return m_buffer; }

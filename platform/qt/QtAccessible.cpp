@@ -65,11 +65,11 @@ class TreeForReaders final : public QAccessibleWidget {
   /// The object of a row; null for none.
   QAccessibleInterface* ObjectOf(HTREEITEM row) {
     if (Rows() == nullptr || !Rows()->IsLive(row)) return nullptr;
-    const auto known = m_ids.find(row);
+    const auto known = m_ids.find(row.value);
     if (known != m_ids.end()) return QAccessible::accessibleInterface(known->second);
     ForgetDeadRows();
     auto* made = new RowForReaders(*this, row);  // owned by the registry until its id is deleted
-    m_ids.emplace(row, QAccessible::registerAccessibleInterface(made));
+    m_ids.emplace(row.value, QAccessible::registerAccessibleInterface(made));
     return made;
   }
 
@@ -90,7 +90,7 @@ class TreeForReaders final : public QAccessibleWidget {
     constexpr std::size_t kWorthIt = 4096;
     if (m_ids.size() < m_swept + kWorthIt) return;
     std::erase_if(m_ids, [this](const auto& entry) {
-      if (Rows()->IsLive(entry.first)) return false;
+      if (Rows()->IsLive(HTREEITEM{entry.first})) return false;
       QAccessible::deleteAccessibleInterface(entry.second);
       return true;
     });
@@ -98,7 +98,7 @@ class TreeForReaders final : public QAccessibleWidget {
   }
 
   QPointer<SurfaceWidget> m_surface;
-  std::map<HTREEITEM, QAccessible::Id> m_ids;
+  std::map<std::uint64_t, QAccessible::Id> m_ids;  // by row
   std::size_t m_swept = 0;
 };
 

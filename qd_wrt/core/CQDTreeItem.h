@@ -142,6 +142,9 @@ class QD_EXPORT CQDTreeItem {
   /// The children in order of creation; a copy, so that children may come and go meanwhile.
   std::vector<CQDTreeItem*> Children() const;
   int GetAllChildCount() const;
+  /// Visits all descendants, each before its own children, without recursion. No node may come or go meanwhile.
+  template <typename Visit>
+  void ForEachBelow(const Visit& visit) const;
   /// Appends a child (1) or takes its first occurrence out (0); returns 1.
   int RegistToChild(CQDTreeItem* child, int add);
   /// Makes the row, registers the data types and makes the subtree. `where`: the sibling to stand behind or an
@@ -161,6 +164,8 @@ class QD_EXPORT CQDTreeItem {
   const std::list<unsigned short>& GetDataTypeList() const;
   void PushUpdateInfo(const tagTRNotify& record);
   void PushUpdateInfo(std::shared_ptr<const UpdateBatch> batch);
+  /// The change records that wait for this node.
+  std::vector<tagTRNotify> PendingRecords() const;
   /// Calls OnUpdate, drops the pending updates and repaints the control.
   void Update();
 
@@ -189,6 +194,8 @@ class QD_EXPORT CQDTreeItem {
   /// Hands the records of all checked nodes of this branch to the document, by tree-item type.
   void GetChecked();
   void SetMeshShowHide(iterator itr, int show);
+  /// Redraws the active view if this node's view-update flag is set.
+  void RedrawView();
 
   // ---- flags ----------------------------------------------------------------------------------------------
   /// Effective tree-item type: 0 for the control's root, else the first non-zero own type from here upwards.
@@ -231,12 +238,8 @@ class QD_EXPORT CQDTreeItem {
  protected:
   /// For RegisterReceiveDataType.
   void FollowDataType(unsigned short type);
-  std::vector<tagTRNotify> PendingRecords() const;
   /// Deletes all children, last first.
   void RemoveAllChildItems();
-  /// Redraws the active view if this node's view-update flag is set.
-  void RedrawView();
-
   bool m_hasCheck : 1;
   bool m_leftDrag : 1 = false;
   bool m_rightDrag : 1 = false;
@@ -283,9 +286,6 @@ class QD_EXPORT CQDTreeItem {
   bool TakeOut(CQDTreeItem* child);
   void CloseHoles();
   void Detach();
-  /// Visits all descendants, each before its own children, without recursion.
-  template <typename Visit>
-  void ForEachBelow(const Visit& visit) const;
 
   std::uint16_t m_treeItemType = 0;
   bool m_detached = false;

@@ -177,6 +177,17 @@ void CQDTreeListCtrl::SetTextOf(HTREEITEM row, int column, const CString& text) 
   if (SetItemText(row, column, text) != 0) InvalidateRow(row);
 }
 
+void CQDTreeListCtrl::SortByData(HTREEITEM parent) {
+  if (!IsLive(parent)) return;
+  SortRows(parent, [](std::uint64_t a, std::uint64_t b) {
+    const auto data = [](std::uint64_t word) {
+      const auto* record = reinterpret_cast<const CTLItem*>(word);
+      return record != nullptr ? static_cast<int>(record->GetData()) : 0;
+    };
+    return data(a) - data(b);
+  });
+}
+
 void CQDTreeListCtrl::SetTitle(const CString& title) {
   if (m_root != nullptr) m_root->ChangeTitle(title);
 }

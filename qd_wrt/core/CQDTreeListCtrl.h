@@ -70,6 +70,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   /// Writes the title of the root.
   void SetTitle(const CString& title);
   void SortItem(HTREEITEM parent, int column, int byName) { SortItems(column, byName, parent); }
+  /// Sorts the children of a row by their data values.
+  void SortByData(HTREEITEM parent);
 
   // ---- changes of the database ----------------------------------------------------------------------------
   void AddItemDataTypeMap(unsigned short type, CQDTreeItem* node);
@@ -77,6 +79,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   /// The host's change notice. `hint` designates its update record, 0 for none. Does nothing without a document.
   /// A notice that comes while a node handles another one waits until that is done.
   void UpdateDB(CQDDocBase* doc, std::uint64_t hint);
+  /// Counts the notices handled, the one being handled included.
+  std::uint64_t NoticeNumber() const { return m_noticeNumber; }
 
   // ---- selection ------------------------------------------------------------------------------------------
   /// Nodes of the selected visible rows, top to bottom. Returns their number.
@@ -195,6 +199,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
 
   int m_handlers = 0;
   bool m_updating = false;
+  std::uint64_t m_noticeNumber = 0;
   std::vector<std::vector<tagTRNotify>> m_waitingNotices;
   std::vector<std::unique_ptr<CQDTreeItem>> m_graveyard;
   int m_depth = 0;

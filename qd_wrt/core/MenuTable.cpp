@@ -1,10 +1,19 @@
 #include "qd_wrt/core/MenuTable.h"
 
+#include <utility>
+
 #include "host/CMSGFunction.h"
 
 namespace qd {
 
-TableMenu::TableMenu(std::span<const MenuEntry> table) {
+std::vector<MenuEntry> JoinMenus(std::initializer_list<std::span<const MenuEntry>> tables) {
+  std::vector<MenuEntry> joined;
+  for (const auto& table : tables) joined.insert(joined.end(), table.begin(), table.end());
+  return joined;
+}
+
+TableMenu::TableMenu(std::span<const MenuEntry> table, std::function<void(CQDTreeMenu&)> materials)
+    : m_materials(std::move(materials)) {
   Build(table);
 }
 
@@ -12,11 +21,15 @@ CQDTreeMenu& TableMenu::Build(std::span<const MenuEntry> table) {
   CQDTreeMenu& menu = *m_menus.emplace_back(std::make_unique<CQDTreeMenu>());
   for (const MenuEntry& entry : table) {
     if (entry.when != nullptr && !entry.when()) continue;
+    if (entry.materials) {
+      if (m_materials) m_materials(menu);
+      continue;
+    }
     if (entry.key.empty()) {
       menu.AddSeparator();
       continue;
     }
-    CString text = CMSGFunction::GetValue(entry.key);
+    CString text = entry.literal ? CString(entry.key.begin(), entry.key.end()) : CMSGFunction::GetValue(entry.key);
     if (entry.opensDialog) text += L"...";
     if (entry.submenu.empty()) {
       menu.AddMenu(entry.command, text.c_str(), entry.icon);

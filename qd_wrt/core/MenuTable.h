@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <memory>
 #include <span>
 #include <string_view>
@@ -11,7 +12,7 @@
 
 namespace qd {
 
-/// One line of a menu table. An entry without text is a separator.
+/// One line of a menu table. An entry without text is a separator, or the place of the list of materials.
 struct MenuEntry {
   unsigned command = 0;
   std::string_view key{};  ///< message key of the text
@@ -19,17 +20,24 @@ struct MenuEntry {
   bool opensDialog = false;              ///< adds "..." to the text
   bool (*when)() = nullptr;              ///< left out unless this is null or answers true
   std::span<const MenuEntry> submenu{};  ///< makes it a submenu
+  bool literal = false;                  ///< the key is the text itself
+  bool materials = false;                ///< the materials stand here
 };
+
+/// Tables one after another.
+QD_EXPORT std::vector<MenuEntry> JoinMenus(std::initializer_list<std::span<const MenuEntry>> tables);
 
 /// A menu built from a table, with its submenus.
 class QD_EXPORT TableMenu {
  public:
-  explicit TableMenu(std::span<const MenuEntry> table);
+  /// `materials` fills the place of the list of materials; without it the place stays empty.
+  explicit TableMenu(std::span<const MenuEntry> table, std::function<void(CQDTreeMenu&)> materials = {});
   CQDTreeMenu& Menu() { return *m_menus.front(); }
 
  private:
   CQDTreeMenu& Build(std::span<const MenuEntry> table);
 
+  std::function<void(CQDTreeMenu&)> m_materials;
   std::vector<std::unique_ptr<CQDTreeMenu>> m_menus;
 };
 

@@ -43,6 +43,7 @@ void CQDTreeListCtrl::UpdateDB(CQDDocBase* doc, std::uint64_t hint) {
 }
 
 void CQDTreeListCtrl::DispatchChanges(const std::vector<tagTRNotify>& changes) {
+  ++m_noticeNumber;
   // One batch per data type, shared by all its followers: a notice costs its records plus the nodes it touches.
   std::map<unsigned short, std::shared_ptr<UpdateBatch>> batches;
   std::vector<unsigned short> types;  // by first record

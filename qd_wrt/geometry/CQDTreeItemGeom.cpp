@@ -1,9 +1,13 @@
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 
-#include "host/CGeomPrevShowHideStarter.h"
+#include <set>
+
 #include "host/CMSGFunction.h"
-#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "host/CMainFrame.h"
+#include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeomData.h"
+#include "qd_wrt/geometry/GeomMenus.h"
+#include "qd_wrt/properties/CPropertySetGeomMain.h"
 
 namespace qd {
 
@@ -15,15 +19,8 @@ constexpr std::uint16_t kTreeItemTypeGeom = 9;
 
 }  // namespace
 
-int GetGeomImage(unsigned mode, int hasMesh) {
-  constexpr int kPlain[] = {22, 21, 23, 24};
-  constexpr int kMeshed[] = {26, 25, 27, 28};
-  if (mode > 3) return 21;
-  return hasMesh != 0 ? kMeshed[mode] : kPlain[mode];
-}
-
 CQDTreeItemGeom::CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 0) {
+    : CQDTreeGeomRoot(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 0) {
   SetTreeItemType(kTreeItemTypeGeom);
 }
 
@@ -48,14 +45,11 @@ int CQDTreeItemGeom::MakeChildItem(iterator itr) {
 
 int CQDTreeItemGeom::ModifyChildItem(iterator itr) {
   CQDTreeItem* child = FindChild(itr);
-  const tagTGeom* record = GetDBSession()->GetGeomPool().GetAtNU(itr);
-  if (child == nullptr || record == nullptr) return 0;
-  if (static_cast<CQDTreeItemGeomData*>(child)->MakeTitle() != child->GetTitle()) child->SetTitleIncludeType();
-  if (record->colour != child->GetColor()) {
-    child->SetColor(record->colour);
-    GetControl()->SetItemColor(child->GetTreeItemHandle(), record->colour, 1);
-  }
-  return 1;
+  return child != nullptr ? static_cast<CQDTreeItemPart*>(child)->FollowRecord() : 0;
+}
+
+void CQDTreeItemGeom::GetGeomItems(std::vector<CQDTreeItem*>& parts) const {
+  parts = ChildrenByRecord();
 }
 
 // ---- changes of the database ----------------------------------------------------------------------------
@@ -71,7 +65,9 @@ void CQDTreeItemGeom::OnUpdate() {
         ApplyChange(change);
         break;
       case kDataMset:
-        if (gone || change.kind == kChangeAdded) remeshed.insert(MarkMesh(change.itr, gone ? 0 : 1));
+        if (!gone && change.kind != kChangeAdded) break;
+        ShowHideGeomPart(change.itr, gone ? 0 : 1);
+        if (const tagTMset* mset = GetDBSession()->GetMsetPool().GetAtNU(change.itr)) remeshed.insert(mset->geom);
         break;
       case kDataMaterial:
         if (gone || change.kind == kChangeModified) materials.insert(change.itr);
@@ -93,14 +89,12 @@ void CQDTreeItemGeom::OnUpdate() {
   }
 }
 
-/// Tells the CAD side whether the part of a mesh set is meshed. Returns the part, 0 when there is none.
-iterator CQDTreeItemGeom::MarkMesh(iterator mset, int present) {
+/// Tells the CAD side whether the part of a mesh set is meshed.
+void CQDTreeItemGeom::ShowHideGeomPart(iterator mset, int show) {
   const tagTMset* record = GetDBSession()->GetMsetPool().GetAtNU(mset);
-  if (record == nullptr || record->geom == 0) return 0;
-  const tagTGeom* geom = GetDBSession()->GetGeomPool().GetAtNU(record->geom);
+  const tagTGeom* geom = record != nullptr ? GetDBSession()->GetGeomPool().GetAtNU(record->geom) : nullptr;
   CCADSession* cad = GetDocument()->GetCADSession();
-  if (geom != nullptr && cad != nullptr) cad->GetRenderObjects().SetMeshMark(geom->cadItem, present);
-  return record->geom;
+  if (geom != nullptr && cad != nullptr) cad->GetRenderObjects().SetMeshMark(geom->cadItem, show);
 }
 
 void CQDTreeItemGeom::ChangeStateImage(iterator itr) {
@@ -108,11 +102,7 @@ void CQDTreeItemGeom::ChangeStateImage(iterator itr) {
   if (child != nullptr) child->RefreshImage();
 }
 
-void CQDTreeItemGeom::ChangeRenderMode() {
-  for (CQDTreeItem* child : Children()) child->RefreshImage();
-}
-
-// ---- titles, colours, language --------------------------------------------------------------------------
+// ---- titles, language, property page --------------------------------------------------------------------
 
 void CQDTreeItemGeom::ChangeGeomTitle(CQDDocBase*, int mode) {
   for (CQDTreeItem* child : Children()) static_cast<CQDTreeItemGeomData*>(child)->SetTitleMode(mode);
@@ -127,31 +117,60 @@ void CQDTreeItemGeom::GetGeomTitleAndColor(int& title, int& colour) {
   colour = m_colourMode;
 }
 
-void CQDTreeItemGeom::ChangeGeomColor(int mode) {
-  m_colourMode = mode;
-}
-
 void CQDTreeItemGeom::OnChangeLanguage() {
   ChangeTitle(CMSGFunction::GetValue(kTitleKey));
   CQDTreeBranch::OnChangeLanguage();
 }
 
-// ---- visibility -----------------------------------------------------------------------------------------
-
-void CQDTreeItemGeom::SetShowHideItem(int, TArray<iterator>& itrs, int show, unsigned) {
-  for (const iterator itr : itrs) {
-    if (CQDTreeItem* child = FindChild(itr)) child->OnClickCheck(show != 0 ? kUnchecked : kChecked);
-  }
+void CQDTreeItemGeom::SetPropertyView() {
+  CMainFrame* frame = CMainFrame::Get();
+  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(GetDocument()) : nullptr;
+  if (window == nullptr) return;
+  window->SetPropertySet(std::make_unique<CPropertySetGeomMain>(GetDocument(), 0, kDataGeom, this));
+  window->Refresh();
 }
 
-void CQDTreeItemGeom::SwitchAll(int oldState) {
-  CQDDocBase* doc = GetDocument();
-  {
-    const CGeomPrevShowHideStarter batch(doc->GetCADSession());
-    for (CQDTreeItem* child : Children()) child->OnClickCheck(oldState);
+// ---- menu, commands, drop -------------------------------------------------------------------------------
+
+void CQDTreeItemGeom::CreateContextMenu(CPoint& screen) {
+  if (GetControl()->GetSelectedCount() != 1) return;
+  TableMenu menu(GeometryRootMenu(), [this](CQDTreeMenu& list) { ListMaterials(list); });
+  GetControl()->TrackMenu(menu.Menu(), screen);
+}
+
+/// Materials and meshing are for all parts, whatever is selected.
+bool CQDTreeItemGeom::RunOwn(unsigned command, const std::vector<CQDTreeItem*>&) {
+  std::vector<CQDTreeItem*> all;
+  if (const iterator material = TakeMaterial(command); material != 0) {
+    GetGeomItems(all);
+    ApplyMaterialTo(GetDocument(), IteratorsOf(all), material);
+    return true;
   }
-  if (doc->GetModelRange() != nullptr) doc->GetModelRange()->UpdateAllRange(1);
-  RedrawView();
+  if (command != kCommandMaterialDialog && command != kCommandGenerateMesh && command != kCommandDeleteMesh) {
+    return false;
+  }
+  GetGeomItems(all);
+  return PartCommands(*this, all, Meshes()).Run(command);
+}
+
+void CQDTreeItemGeom::ShowHideMesh(int show, const std::vector<CQDTreeItem*>& parts) {
+  PartCommands(*this, parts, Meshes()).ShowHideMesh(show);
+}
+
+void CQDTreeItemGeom::DeleteMeshAll() {
+  std::vector<CQDTreeItem*> all;
+  GetGeomItems(all);
+  PartCommands(*this, all, Meshes()).DeleteMeshes();
+}
+
+void CQDTreeItemGeom::OnDrop(std::vector<CQDTreeItem*>& nodes) {
+  if (nodes.size() != 1) return;
+  const iterator dropped = nodes.front()->GetIterator();
+  if (GetDBSession() == nullptr || GetDBSession()->GetDataType(dropped) != kDataMaterial) return;
+  std::vector<CQDTreeItem*> all;
+  GetGeomItems(all);
+  ApplyMaterialTo(GetDocument(), IteratorsOf(all), dropped);
+  ChangeGeomTitle();
 }
 
 }  // namespace qd

@@ -1,53 +1,57 @@
 #pragma once
 
-#include <set>
-#include <vector>
-
-#include "qd_wrt/core/CQDTreeBranch.h"
+#include "qd_wrt/geometry/CQDTreeGeomRoot.h"
+#include "qd_wrt/properties/IGeomDisplayModes.h"
 
 namespace qd {
 
-/// Icon of a part by the render mode of its CAD item and whether it has a mesh.
-QD_EXPORT int GetGeomImage(unsigned mode, int hasMesh);
-
 /// The root of the geometry branch: one child per record of the geometry pool.
-class QD_EXPORT CQDTreeItemGeom : public CQDTreeBranch {
+class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayModes {
  public:
   CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
   int MakeChildItems() override;
+  void CreateContextMenu(CPoint& screen) override;
   void RegisterReceiveDataType() override;
+  /// Applies a single dropped material to all parts.
+  void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
+  void SetPropertyView() override;
   void OnChangeLanguage() override;
-  /// Shows or hides the parts of the given records; kind and flags have no effect.
-  void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
   /// Passes the title mode (0 name, else name with material) to every child; new children take the root's own
   /// mode, which SetTitleMode stores.
   void ChangeGeomTitle(CQDDocBase* doc, int mode) override;
   void GetGeomTitleAndColor(int& title, int& colour) override;
-  void ChangeGeomColor(int mode) override;
+  void ChangeGeomColor(int mode) override { m_colourMode = mode; }
   void OnUpdate() override;
 
   int MakeChildItem(iterator itr) override;
   /// 0 for an unknown record; none is made.
   int ModifyChildItem(iterator itr) override;
+  void GetGeomItems(std::vector<CQDTreeItem*>& parts) const override;
 
   /// Every child reads its title anew.
   void ChangeGeomTitle();
-  int GetTitleMode() const { return m_titleMode; }
-  void SetTitleMode(int mode) { m_titleMode = mode; }
-  /// Show or hide all parts, with one redraw.
-  void ShowPartAll() { SwitchAll(kUnchecked); }
-  void HidePartAll() { SwitchAll(kChecked); }
-  /// Every part's icon follows its render mode and mesh.
-  void ChangeRenderMode();
   void ChangeStateImage(iterator itr);
+  void ShowHideMesh(int show, const std::vector<CQDTreeItem*>& parts);
+  /// Deletes the meshes of all parts, whatever is selected.
+  void DeleteMeshAll();
+
+  int GetColourMode() const override { return m_colourMode; }
+  int GetTitleMode() const override { return m_titleMode; }
+  void SetColourMode(int mode) override { m_colourMode = mode; }
+  void SetTitleMode(int mode) override { m_titleMode = mode; }
+  std::weak_ptr<void> GetLife() const override { return m_life; }
+
+ protected:
+  bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) override;
+  PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::Follow; }
 
  private:
-  void SwitchAll(int oldState);
-  iterator MarkMesh(iterator mset, int present);
+  void ShowHideGeomPart(iterator mset, int show);
 
   int m_colourMode = 0;
   int m_titleMode = 0;
+  std::shared_ptr<void> m_life = std::make_shared<char>();
 };
 
 }  // namespace qd

@@ -1,42 +1,33 @@
 #pragma once
 
-#include "qd_wrt/core/CQDTreeItem.h"
+#include "qd_wrt/geometry/CQDTreeItemPart.h"
 
 namespace qd {
 
 class CQDTreeItemGeom;
 
-/// A geometry part: shows number, colour and name; its box shows and hides the part, its icon tells the render
-/// mode and whether there is a mesh.
-class QD_EXPORT CQDTreeItemGeomData : public CQDTreeItem {
+/// A geometry part in the geometry branch. Its title may carry the material's name; its menu acts on the selected
+/// parts.
+class QD_EXPORT CQDTreeItemGeomData : public CQDTreeItemPart {
  public:
   /// The record must be readable.
   CQDTreeItemGeomData(CQDTreeListCtrl* control, CQDTreeItemGeom* root, iterator itr);
 
-  int MakeChildItems() override { return 1; }
-  /// Checks the box if the part is shown.
-  void OnInitialize() override;
-  int OnClickCheck(int oldState) override;
-  void RefreshImage() override { ChangeImage(CurrentImage()); }
-  void SetTitleIncludeType() override;
-  /// Renames the part. An empty name is refused; a longer one than names can be is cut.
-  void OnEditChange(const wchar_t* text) override;
-  iterator GetIterator() const override { return m_itr; }
+  void CreateContextMenu(CPoint& screen) override;
+  void OnMenuEvent(unsigned command) override;
+  /// Applies a dropped material to the part.
+  void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
 
   /// 0: name, else name with the material's name.
   void SetTitleMode(int mode);
-  /// The title that the record gives now.
-  CString MakeTitle() const;
-  /// The icon that render mode and mesh give now.
-  int CurrentImage() const;
+
+ protected:
+  CString TitleSuffix() const override;
 
  private:
-  const tagTGeom* Record() const;
-  CString MaterialSuffix() const;
-  int Rename(const CString& name);
-  CRenderObjManager* RenderObjects() const;
+  CQDTreeItemGeom& Root() const;
+  bool RunVisibility(unsigned command, const std::vector<CQDTreeItem*>& parts);
 
-  iterator m_itr;
   int m_titleMode;
 };
 

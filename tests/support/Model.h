@@ -20,17 +20,31 @@ namespace qd::test {
 /// What the module told the property window.
 class RecordedProperties final : public CPropertiesWnd {
  public:
-  void SetPropertySet(std::unique_ptr<IPropertySet> page) override { log += page == nullptr ? "clear " : "page "; }
+  void SetPropertySet(std::unique_ptr<IPropertySet> page) override {
+    log += page == nullptr ? "clear " : "page ";
+    m_page = std::move(page);
+  }
   void Refresh() override { log += "refresh "; }
+  IPropertySet* GetPropertySet() const override { return m_page.get(); }
   std::string log;
+
+ private:
+  std::unique_ptr<IPropertySet> m_page;
 };
 
 /// A view that counts.
 class RecordedView final : public CQDViewBase {
  public:
+  explicit RecordedView(CQDRenderManager& manager) : m_manager(manager) {}
   void Redraw(int) override { ++redraws; }
+  CQDRenderManager* GetRenderManager() override { return &m_manager; }
+  int IsPostMode() const override { return 0; }
+  void Invalidate(int) override {}
   bool IsOver(CPoint) const override { return true; }
   int redraws = 0;
+
+ private:
+  CQDRenderManager& m_manager;
 };
 
 /// The host's frame around one document and one works tree on the headless toolkit, over the real model library.
@@ -126,8 +140,8 @@ class ModelTest : public ::testing::Test,
 
   HeadlessToolkit m_toolkit;
   RecordedProperties m_properties;
-  RecordedView m_view;
   workbench::WorkDocument m_doc;
+  RecordedView m_view{m_doc.GetDisplay()};
   workbench::TreeFactory m_factory;
   CWorksTreeBar m_bar;
   CWorksTreeManager m_manager;

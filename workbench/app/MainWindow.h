@@ -79,6 +79,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void OnDatabaseChanged(const CQDUpdateRecord& record) override;
 
   void Warn(const CString& text) override;
+  bool Ask(const CString& text) override;
   void StartNextImport();
   void StoreImported(ImportedModel& model);
   void EndImport();

@@ -15,6 +15,7 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
 
   void SetPropertySet(std::unique_ptr<IPropertySet> page) override { m_page = std::move(page); }
   void Refresh() override;
+  IPropertySet* GetPropertySet() const override { return m_page.get(); }
 
  private:
   std::unique_ptr<IPropertySet> m_page;

@@ -25,8 +25,47 @@ DisplayState::CadItem& DisplayState::Need(int cadItem) {
   return m_items[index];
 }
 
+// ---- parts ----------------------------------------------------------------------------------------------
+
+void DisplayState::NoteShown(int cadItem) {
+  m_changing.emplace(cadItem, GetCadItem(cadItem).shown);
+}
+
 void DisplayState::SetShowHide(int cadItem, int show) {
+  if (GetCadItem(cadItem).shown == (show != 0)) return;
+  BeginShowHide();
+  NoteShown(cadItem);
   Need(cadItem).shown = show != 0;
+  MarkDirty();
+  EndShowHide();
+}
+
+void DisplayState::BeginShowHide() {
+  if (m_batches++ == 0) m_changing.clear();
+}
+
+void DisplayState::EndShowHide() {
+  if (--m_batches > 0) return;
+  // Items that ended as they began have not changed.
+  std::erase_if(m_changing,
+                [this](const auto& change) { return GetCadItem(change.first).shown == change.second; });
+  if (!m_changing.empty()) m_previous = std::exchange(m_changing, {});
+}
+
+void DisplayState::ChangePrevShowHide() {
+  const std::map<int, bool> previous = m_previous;
+  BeginShowHide();
+  for (const auto& [cadItem, shown] : previous) SetShowHide(cadItem, shown ? 1 : 0);
+  EndShowHide();
+}
+
+void DisplayState::SetRenderMode(const std::vector<int>& cadItems, unsigned mode) {
+  for (const int cadItem : cadItems) Need(cadItem).mode = static_cast<std::uint8_t>(mode);
+  MarkDirty();
+}
+
+void DisplayState::SetTransparency(const std::vector<int>& cadItems, double fraction) {
+  for (const int cadItem : cadItems) Need(cadItem).opacity = static_cast<float>(fraction);
   MarkDirty();
 }
 
@@ -35,12 +74,42 @@ void DisplayState::SetMeshMark(int cadItem, int present) {
   MarkDirty();
 }
 
+void DisplayState::SetAllColorModelType(int type) {
+  m_colourModel = type;
+  MarkDirty();
+}
+
+// ---- mesh sets ------------------------------------------------------------------------------------------
+
 void DisplayState::ShowHideMset(iterator mset, int show) {
   if (show != 0) {
     m_hiddenMsets.erase(mset);
   } else {
     m_hiddenMsets.insert(mset);
   }
+  MarkDirty();
+}
+
+void DisplayState::ShowHideMset(const std::vector<iterator>& msets, int show) {
+  for (const iterator mset : msets) ShowHideMset(mset, show);
+}
+
+void DisplayState::CommitShowHideMsetUnit() {
+  for (const auto& [mset, show] : std::exchange(m_units, {})) ShowHideMset(mset, show);
+}
+
+DisplayState::MeshLook DisplayState::GetMeshLook(std::uint32_t key) const {
+  const auto found = m_meshLooks.find(key);
+  return found != m_meshLooks.end() ? found->second : MeshLook{};
+}
+
+void DisplayState::SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) {
+  for (const std::uint32_t key : keys) m_meshLooks[key].mode = mode;
+  MarkDirty();
+}
+
+void DisplayState::SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) {
+  for (const std::uint32_t key : keys) m_meshLooks[key].opacity = value;
   MarkDirty();
 }
 

@@ -17,12 +17,21 @@ class DisplayState final : public CCADSession,
                            public CQDMeshManager,
                            public CQDModelRange,
                            public CQDPostManager,
+                           public CMPUData,
+                           public ISectionAPI,
+                           public CQDRenderManager,
                            public CQDLabelManager {
  public:
   struct CadItem {
     bool shown = true;
     bool meshed = false;
     std::uint8_t mode = 1;
+    float opacity = 1;
+    bool operator==(const CadItem&) const = default;
+  };
+  struct MeshLook {
+    unsigned mode = 1;
+    unsigned char opacity = 255;
   };
 
   /// Called at the first mark after the marks were last taken, so that a frame can be scheduled.
@@ -38,11 +47,29 @@ class DisplayState final : public CCADSession,
   int GetShowHide(int cadItem) const override { return GetCadItem(cadItem).shown ? 1 : 0; }
   void SetShowHide(int cadItem, int show) override;
   unsigned GetRenderMode(int cadItem) const override { return GetCadItem(cadItem).mode; }
+  void SetRenderMode(const std::vector<int>& cadItems, unsigned mode) override;
+  void SetTransparency(const std::vector<int>& cadItems, double fraction) override;
+  void ChangePrevShowHide() override;
   void SetMeshMark(int cadItem, int present) override;
-  void BeginShowHide() override { ++m_batches; }
-  void EndShowHide() override { --m_batches; }
+  /// The outermost bracket keeps what was shown before it, if anything changes inside.
+  void BeginShowHide() override;
+  void EndShowHide() override;
 
   void ShowHideMset(iterator mset, int show) override;
+  void ShowHideMset(const std::vector<iterator>& msets, int show) override;
+  void ShowHideMsetUnit(iterator mset, int show) override { m_units.emplace_back(mset, show); }
+  void CommitShowHideMsetUnit() override;
+
+  MeshLook GetMeshLook(std::uint32_t key) const;
+  void SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) override;
+  void SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) override;
+
+  void UpdateClipSlice(CQDViewBase&) override { MarkDirty(); }
+  void UpdateClipVect(CQDViewBase&) override { MarkDirty(); }
+
+  void SetAllColorModelType(int type) override;
+  /// 0: parts in their own colours, 1: in those of their materials.
+  int GetColorModelType() const { return m_colourModel; }
 
   void UpdateAllRange(int) override { MarkDirty(); }
   void UpdateCADRange(int) override { MarkDirty(); }
@@ -56,9 +83,16 @@ class DisplayState final : public CCADSession,
 
  private:
   CadItem& Need(int cadItem);
+  void NoteShown(int cadItem);
 
   std::vector<CadItem> m_items;  // by CAD item number; items beyond the end are as made
   std::set<iterator> m_hiddenMsets;
+  std::vector<std::pair<iterator, int>> m_units;
+  std::map<std::uint32_t, MeshLook> m_meshLooks;
+  // What the last change of visibility turned round, and what the open one has so far: item and state before.
+  std::map<int, bool> m_previous;
+  std::map<int, bool> m_changing;
+  int m_colourModel = 0;
   std::function<void()> m_onDirty;
   int m_batches = 0;
   bool m_dirty = false;

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "workbench/display/HostCommands.h"
+
 namespace qd::workbench {
 
 void WorkDocument::SetSelectBuffer(std::vector<iterator> itrs) {
@@ -19,6 +21,14 @@ void WorkDocument::ClearSelectBuffer(int notify) {
 void WorkDocument::AddToSelBuffer(iterator itr) {
   m_selection.push_back(itr);
   m_display.MarkDirty();
+}
+
+void WorkDocument::Import() {
+  if (m_onImport) m_onImport();
+}
+
+int WorkDocument::RunCommand(const CQDCommandObj& command) {
+  return RunHostCommand(m_database, command);
 }
 
 }  // namespace qd::workbench

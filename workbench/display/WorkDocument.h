@@ -29,6 +29,18 @@ class WorkDocument final : public CQDDocBase {
   CQDLabelManager* GetLabelManager() override { return &m_display; }
   CQDModelRange* GetModelRange() override { return &m_display; }
   CQDPostManager* GetPostManager() override { return &m_display; }
+  CMPUData* GetMPUData() override { return &m_display; }
+  ISectionAPI* GetSectionAPI() override { return &m_display; }
+
+  /// Called when the user asks for an import.
+  void SetOnImport(std::function<void()> onImport) { m_onImport = std::move(onImport); }
+  void Import() override;
+  int RunCommand(const CQDCommandObj& command) override;
+  void SetModelInfoChangedFlag(int changed) override { m_modelInfoChanged = changed != 0; }
+  /// Whether something was changed that a save would keep beside the model.
+  bool IsModelInfoChanged() const { return m_modelInfoChanged; }
+  void SetPendingUpdate(int) override { m_display.MarkDirty(); }
+  void ReMakeAllLabel(int) override { m_display.MarkDirty(); }
 
   void ClearSelectBuffer(int notify) override;
   void AddToSelBuffer(iterator itr) override;
@@ -48,6 +60,8 @@ class WorkDocument final : public CQDDocBase {
   std::vector<iterator> m_selection;
   std::vector<iterator> m_checked;
   std::function<void()> m_onSelection;
+  std::function<void()> m_onImport;
+  bool m_modelInfoChanged = false;
 };
 
 }  // namespace qd::workbench

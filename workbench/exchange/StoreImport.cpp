@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
 #include "workbench/text/Utf8.h"
 
@@ -22,8 +23,18 @@ CString NameOf(const std::string& utf8) {
   return name;
 }
 
+/// Parts outside of assemblies go to the current set; a document without sets gets its first one.
+iterator DefaultSet(Database& database) {
+  GsetPool& sets = database.GetGsetPool();
+  if (const iterator current = sets.GetCurrentSet(); current != 0) return current;
+  tagTGset first;
+  first.name = sets.GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
+  return sets.Add(std::move(first));
+}
+
 bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
   std::map<std::string, iterator> setOf;
+  iterator defaultSet = 0;
   for (ImportedPart& part : parts) {
     tagTGeom record;
     if (!part.assembly.empty()) {
@@ -35,6 +46,10 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
         if (set == 0) return false;
       }
       record.gset = set;
+    } else {
+      if (defaultSet == 0) defaultSet = DefaultSet(database);
+      if (defaultSet == 0) return false;
+      record.gset = defaultSet;
     }
     record.name = NameOf(part.name);
     record.colour = part.colour & 0xFFFFFFU;

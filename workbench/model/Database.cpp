@@ -7,13 +7,21 @@
 
 namespace qd::workbench {
 
+namespace {
+constexpr std::uint16_t kDataSettings = 200;
+}
+
 Database::Database()
     : m_geoms(kDataGeom, *this),
       m_msets(kDataMset, *this),
-      m_gsets(kDataGset, *this),
+      m_settings(kDataSettings, *this),
+      m_gsets(kDataGset, *this, m_geoms, m_settings),
       m_materials(kDataMaterial, *this),
-      m_stores{
-          {kDataGeom, &m_geoms}, {kDataMset, &m_msets}, {kDataGset, &m_gsets}, {kDataMaterial, &m_materials}} {}
+      m_stores{{kDataGeom, &m_geoms},
+               {kDataMset, &m_msets},
+               {kDataSettings, &m_settings},
+               {kDataGset, &m_gsets},
+               {kDataMaterial, &m_materials}} {}
 
 IPoolStore* Database::StoreOf(iterator itr) const {
   const auto found = m_stores.find(TypeOf(itr));
@@ -31,6 +39,30 @@ std::int32_t Database::GetRecordID(iterator itr) const {
   return record != nullptr ? record->id : 0;
 }
 
+// ---- what the pools do not know --------------------------------------------------------------------------
+
+std::vector<IAppDB::Material> Database::ListMaterials() const {
+  std::vector<Material> list;
+  for (const iterator itr : m_materials.GetItrList()) list.push_back({m_materials.GetAtNU(itr)->name, itr});
+  return list;
+}
+
+int Database::IsFlexibleBody(iterator geom) const {
+  const tagTGeom* record = m_geoms.GetAtNU(geom);
+  return record != nullptr && record->kind == TopologyKind::Solid && record->flexible ? 1 : 0;
+}
+
+int Database::SetBodyType(const std::vector<iterator>& geoms, int flexible) {
+  for (const iterator geom : geoms) {
+    const tagTGeom* old = m_geoms.GetAtNU(geom);
+    if (old == nullptr) return 0;
+    tagTGeom record = *old;
+    record.flexible = flexible != 0;
+    if (m_geoms.Modify(geom, std::move(record)) == 0) return 0;
+  }
+  return 1;
+}
+
 // ---- transactions ---------------------------------------------------------------------------------------
 
 int Database::BeginTransaction(const CString& title) {
@@ -41,7 +73,7 @@ int Database::BeginTransaction(const CString& title) {
 }
 
 bool Database::Note(JournalEntry entry) {
-  if (!m_open) return false;
+  if (!m_open || (m_guard && !m_guard(entry.itr))) return false;
   m_journal.push_back(std::move(entry));
   return true;
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
 
 #include "host/CQDDBSession.h"
 #include "workbench/model/Journal.h"
-#include "workbench/model/Pool.h"
+#include "workbench/model/Pools.h"
 
 namespace qd::workbench {
 
@@ -24,7 +25,7 @@ class IDatabaseListener {
 ///
 /// Every write happens inside a transaction. One journal of records before and after serves rollback, undo and
 /// redo alike. After a commit, an undo or a redo the listener gets the net changes once.
-class Database final : public CQDDBSession, private IJournalKeeper {
+class Database final : public CQDDBSession, public IAppDB, private IJournalKeeper {
  public:
   Database();
   Database(const Database&) = delete;
@@ -37,6 +38,12 @@ class Database final : public CQDDBSession, private IJournalKeeper {
   MsetPool& GetMsetPool() override { return m_msets; }
   GsetPool& GetGsetPool() override { return m_gsets; }
   MaterialPool& GetMaterialPool() override { return m_materials; }
+  GKeyPool& GetGKeyPool() override { return m_keys; }
+  IAppDB& GetAppDB() override { return *this; }
+
+  std::vector<Material> ListMaterials() const override;
+  int IsFlexibleBody(iterator geom) const override;
+  int SetBodyType(const std::vector<iterator>& geoms, int flexible) override;
 
   std::uint16_t GetDataType(iterator itr) const override;
   std::int32_t GetRecordID(iterator itr) const override;
@@ -45,6 +52,8 @@ class Database final : public CQDDBSession, private IJournalKeeper {
   int CommitTransaction() override;
   void RollbackTransaction() override;
   bool IsInTransaction() const { return m_open; }
+  /// A guard is asked before each write and refuses it with false; null lets everything pass.
+  void SetWriteGuard(std::function<bool(iterator)> guard) { m_guard = std::move(guard); }
 
   bool CanUndo() const { return !m_open && !m_undo.empty(); }
   bool CanRedo() const { return !m_open && !m_redo.empty(); }
@@ -73,10 +82,13 @@ class Database final : public CQDDBSession, private IJournalKeeper {
 
   GeomPool m_geoms;
   MsetPool m_msets;
+  SettingsPool m_settings;
   GsetPool m_gsets;
   MaterialPool m_materials;
+  GKeyPool m_keys;
   std::map<std::uint16_t, IPoolStore*> m_stores;
   IDatabaseListener* m_listener = nullptr;
+  std::function<bool(iterator)> m_guard;
   bool m_open = false;
   CString m_title;
   std::vector<JournalEntry> m_journal;

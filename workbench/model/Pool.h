@@ -98,9 +98,10 @@ class Pool : public Interface, public IPoolStore {
 
   void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) override {
     std::shared_ptr<const T>& place = m_records[Index(itr)];
-    if (place != nullptr) OnLeave(itr, *place);
-    m_count -= place != nullptr ? 1 : 0;
-    place = std::static_pointer_cast<const T>(std::move(record));
+    const std::shared_ptr<const T> before =
+        std::exchange(place, std::static_pointer_cast<const T>(std::move(record)));
+    if (before != nullptr) OnLeave(itr, *before);
+    m_count -= before != nullptr ? 1 : 0;
     m_count += place != nullptr ? 1 : 0;
     if (place != nullptr) OnEnter(itr, *place);
   }
@@ -113,7 +114,14 @@ class Pool : public Interface, public IPoolStore {
 
  protected:
   ~Pool() = default;
-  /// Called when a record comes into or leaves its place, for indexes over the records.
+  IJournalKeeper& Keeper() { return m_keeper; }
+  /// Writes the pool's only record without noting it; makes it when there is none.
+  void PutSilently(T record) {
+    if (m_records.empty()) m_records.emplace_back();
+    record.id = 1;
+    Restore(static_cast<iterator>(m_type) << kTypeShift | 1, std::make_shared<const T>(std::move(record)));
+  }
+  /// Called after a record has come into its place and after it has left it, for indexes over the records.
   virtual void OnEnter(iterator, const T&) {}
   virtual void OnLeave(iterator, const T&) {}
 
@@ -133,37 +141,6 @@ class Pool : public Interface, public IPoolStore {
   IJournalKeeper& m_keeper;
   std::deque<std::shared_ptr<const T>> m_records;  // by running number; null where a record is gone
   std::size_t m_count = 0;
-};
-
-class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
- public:
-  using Pool::Pool;
-  int Private_Modify(iterator itr, const tagTGeom& record, int, int) override { return Modify(itr, record); }
-};
-
-class MsetPool final : public Pool<tagTMset, DPoolMset> {
- public:
-  using Pool::Pool;
-  iterator GetItrByGeomItr(iterator geom) const override {
-    const std::uint64_t* found = m_msetOfGeom.Find(geom);
-    return found != nullptr ? *found : 0;
-  }
-
- private:
-  void OnEnter(iterator itr, const tagTMset& record) override { m_msetOfGeom.Assign(record.geom, itr); }
-  void OnLeave(iterator, const tagTMset& record) override { m_msetOfGeom.Erase(record.geom); }
-
-  FlatMap m_msetOfGeom;
-};
-
-class GsetPool final : public Pool<tagTGset, DPoolGset> {
- public:
-  using Pool::Pool;
-};
-
-class MaterialPool final : public Pool<tagTMaterial, DPoolMaterial> {
- public:
-  using Pool::Pool;
 };
 
 }  // namespace qd::workbench

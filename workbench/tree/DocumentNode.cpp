@@ -6,6 +6,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
+#include "qd_wrt/geometry/CQDTreeItemTopo.h"
 
 namespace qd::workbench {
 
@@ -23,11 +24,20 @@ DocumentNode::DocumentNode(CQDTreeListCtrl* control, int treeType)
     : CQDTreeItem(control, nullptr, control->GetDocument()->GetPathName(), kIcon, 0), m_treeType(treeType) {}
 
 int DocumentNode::MakeChildItems() {
-  if (m_treeType != kModelTree) return 1;
+  if (m_treeType == kGeometrySetTree) {
+    m_sets = new CQDTreeItemTopo(GetControl(), this);
+    m_sets->MakeItem(kInsertLast);
+    m_sets->Expand(1);
+    return 1;
+  }
   m_geometry = new CQDTreeItemGeom(GetControl(), this);
   m_geometry->MakeItem(kInsertLast);
   m_geometry->Expand(1);
   return 1;
+}
+
+CQDTreeGeomRoot* DocumentNode::Parts() const {
+  return m_geometry != nullptr ? static_cast<CQDTreeGeomRoot*>(m_geometry) : m_sets;
 }
 
 void DocumentNode::CreateContextMenu(CPoint& screen) {
@@ -36,17 +46,18 @@ void DocumentNode::CreateContextMenu(CPoint& screen) {
 }
 
 void DocumentNode::OnMenuEvent(unsigned command) {
-  if (m_geometry == nullptr) return;
-  if (command == kCommandShowAll) m_geometry->ShowPartAll();
-  if (command == kCommandHideAll) m_geometry->HidePartAll();
+  CQDTreeGeomRoot* parts = Parts();
+  if (parts == nullptr) return;
+  if (command == kCommandShowAll) parts->ShowPartAll();
+  if (command == kCommandHideAll) parts->HidePartAll();
 }
 
 void DocumentNode::SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) {
-  if (m_geometry != nullptr) m_geometry->SetShowHideItem(kind, itrs, show, flags);
+  if (CQDTreeGeomRoot* parts = Parts()) parts->SetShowHideItem(kind, itrs, show, flags);
 }
 
 void DocumentNode::OnMenuEventGeomRoot(unsigned command) {
-  if (m_geometry != nullptr) m_geometry->OnMenuEvent(command);
+  if (CQDTreeGeomRoot* parts = Parts()) parts->OnMenuEvent(command);
 }
 
 void DocumentNode::ChangeGeomTitle(CQDDocBase* doc, int mode) {

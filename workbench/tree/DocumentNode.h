@@ -4,8 +4,10 @@
 #include "qd_wrt/core/Factories.h"
 
 namespace qd {
+class CQDTreeGeomRoot;
 class CQDTreeItemGeom;
-}
+class CQDTreeItemTopo;
+}  // namespace qd
 
 namespace qd::workbench {
 
@@ -28,8 +30,11 @@ class DocumentNode final : public CQDTreeItem {
   void ChangeGeomColor(int mode) override;
 
  private:
+  CQDTreeGeomRoot* Parts() const;
+
   int m_treeType;
   CQDTreeItemGeom* m_geometry = nullptr;  // a child; null in trees without geometry branch
+  CQDTreeItemTopo* m_sets = nullptr;      // likewise for geometry sets
 };
 
 class TreeFactory final : public IQDTreeGroupFactory {

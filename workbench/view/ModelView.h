@@ -32,6 +32,9 @@ class ModelView final : public QOpenGLWidget, public CQDViewBase {
   bool IsUpToDate() const;
 
   void Redraw(int reserved) override;
+  CQDRenderManager* GetRenderManager() override { return &m_doc.GetDisplay(); }
+  int IsPostMode() const override { return 0; }
+  void Invalidate(int) override { Redraw(0); }
   bool IsOver(CPoint screen) const override;
 
  protected:

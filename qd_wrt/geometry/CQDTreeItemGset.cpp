@@ -1,0 +1,258 @@
+#include "qd_wrt/geometry/CQDTreeItemGset.h"
+
+#include <algorithm>
+#include <set>
+
+#include "host/CMSGFunction.h"
+#include "host/CQDCommandObj.h"
+#include "host/CTransaction.h"
+#include "host/Dialogs.h"
+#include "host/MessageOutput.h"
+#include "qd_wrt/core/CommandNumbers.h"
+#include "qd_wrt/geometry/CQDTreeItemTopo.h"
+#include "qd_wrt/geometry/CQDTreeItemTopoGroup.h"
+#include "qd_wrt/geometry/GeomMenus.h"
+#include "qd_wrt/geometry/PartCommands.h"
+#include "qd_wrt/geometry/TopologyCommands.h"
+
+namespace qd {
+
+namespace {
+constexpr unsigned kIcon = 21;
+}
+
+CQDTreeItemGset::CQDTreeItemGset(CQDTreeListCtrl* control, CQDTreeItem* parent, iterator itr)
+    : CQDTreeItem(control, parent, CString(), kIcon, 1), m_itr(itr) {
+  m_editable = true;
+  m_leftDrag = m_multiLeftDrag = true;
+  RegsiterDragEnableType(kDataGeom);
+  if (const tagTGset* record = Record()) SetTitle(record->name);
+}
+
+const tagTGset* CQDTreeItemGset::Record() const {
+  return GetDBSession() != nullptr ? GetDBSession()->GetGsetPool().GetAtNU(m_itr) : nullptr;
+}
+
+void CQDTreeItemGset::RegisterReceiveDataType() {
+  FollowDataType(kDataGeom);
+}
+
+void CQDTreeItemGset::SetTitleIncludeType() {
+  if (const tagTGset* record = Record()) ChangeTitle(record->name);
+}
+
+// ---- groups ---------------------------------------------------------------------------------------------
+
+CQDTreeItemTopoGroup* CQDTreeItemGset::MakeGroup(int kind) {
+  CQDTreeListCtrl* control = GetControl();
+  CQDTreeItemTopoGroup* group = nullptr;
+  switch (static_cast<TopologyKind>(kind)) {
+    case TopologyKind::Point:
+      group = new CQDTreeItemTopoPoint(control, this);
+      break;
+    case TopologyKind::Curve:
+      group = new CQDTreeItemTopoCurve(control, this);
+      break;
+    case TopologyKind::Surface:
+      group = new CQDTreeItemTopoSurface(control, this);
+      break;
+    case TopologyKind::Solid:
+      group = new CQDTreeItemTopoSolid(control, this);
+      break;
+    case TopologyKind::Compound:
+      group = new CQDTreeItemTopoCompound(control, this);
+      break;
+  }
+  // Entities that come from another set may take that set's last of a kind with them.
+  m_groups[static_cast<std::size_t>(kind)] = group;
+  group->MakeItem(kInsertLast);
+  control->SetItemData(group->GetTreeItemHandle(), static_cast<std::uint32_t>(kind));
+  return group;
+}
+
+int CQDTreeItemGset::MakeChildItems() {
+  int exists[5];
+  GetDBSession()->GetGeomPool().GetTypeExist(m_itr, exists);
+  for (int kind = 0; kind < 5; ++kind) {
+    if (exists[kind] != 0) MakeGroup(kind);
+  }
+  return 1;
+}
+
+void CQDTreeItemGset::DropEmptyGroups() {
+  int exists[5];
+  GetDBSession()->GetGeomPool().GetTypeExist(m_itr, exists);
+  for (std::size_t kind = 0; kind < m_groups.size(); ++kind) {
+    if (exists[kind] != 0 || m_groups[kind] == nullptr) continue;
+    DeleteChild(m_groups[kind]);
+    m_groups[kind] = nullptr;
+  }
+}
+
+/// Acts on the records that concern this set only: those of its parts before or after the change.
+void CQDTreeItemGset::OnUpdate() {
+  const std::vector<tagTRNotify> mine = TopologyRootOf(*this).RecordsOfSet(*this);
+  if (mine.empty()) return;
+  const std::array<CQDTreeItemTopoGroup*, 5> before = m_groups;
+  DropEmptyGroups();
+  int exists[5];
+  GetDBSession()->GetGeomPool().GetTypeExist(m_itr, exists);
+  bool made = false;
+  for (std::size_t kind = 0; kind < m_groups.size(); ++kind) {
+    if (exists[kind] != 0 && m_groups[kind] == nullptr) {
+      MakeGroup(static_cast<int>(kind));
+      made = true;
+    } else if (m_groups[kind] != nullptr && m_groups[kind] == before[kind]) {
+      for (const tagTRNotify& change : mine) m_groups[kind]->PushUpdateInfo(change);
+      m_groups[kind]->Update();
+    }
+  }
+  if (made) SortChild();
+}
+
+void CQDTreeItemGset::SortChild() {
+  GetControl()->SortByData(GetTreeItemHandle());
+}
+
+void CQDTreeItemGset::GetGeomItems(std::vector<CQDTreeItem*>& parts) const {
+  for (const CQDTreeItemTopoGroup* group : m_groups) {
+    if (group == nullptr) continue;
+    const std::vector<CQDTreeItem*> children = group->Children();
+    parts.insert(parts.end(), children.begin(), children.end());
+  }
+}
+
+int CQDTreeItemGset::GetGeomItrs(std::map<iterator, int>& itrs) const {
+  std::vector<CQDTreeItem*> parts;
+  GetGeomItems(parts);
+  const std::size_t before = itrs.size();
+  for (const CQDTreeItem* part : parts) itrs.emplace(part->GetIterator(), 1);
+  return static_cast<int>(itrs.size() - before);
+}
+
+void CQDTreeItemGset::GetCadItemArray(std::vector<int>& cadItems) const {
+  std::vector<CQDTreeItem*> parts;
+  GetGeomItems(parts);
+  GetDBSession()->GetGeomPool().GetHCADItemArray(IteratorsOf(parts), cadItems);
+}
+
+void CQDTreeItemGset::ChangeRenderMode() {
+  std::vector<CQDTreeItem*> parts;
+  GetGeomItems(parts);
+  for (CQDTreeItem* part : parts) ChangeStateImage(part, part->GetIterator());
+}
+
+void CQDTreeItemGset::ChangeStateImage(CQDTreeItem* part, iterator) {
+  part->RefreshImage();
+}
+
+int CQDTreeItemGset::OnClickCheck(int oldState) {
+  CQDTreeItem::OnClickCheck(oldState);
+  for (CQDTreeItemTopoGroup* group : m_groups) {
+    if (group != nullptr) group->OnClickCheck(oldState);
+  }
+  return 1;
+}
+
+// ---- menu and commands ----------------------------------------------------------------------------------
+
+void CQDTreeItemGset::CreateContextMenu(CPoint& screen) {
+  const bool single = GetControl()->GetSelectedCount() == 1;
+  TableMenu menu(GeometrySetMenu(IsAnySelectedHidden(*GetControl()), single));
+  GetControl()->TrackMenu(menu.Menu(), screen);
+}
+
+void CQDTreeItemGset::OnMenuEvent(unsigned command) {
+  if (command < kCommandFirstOfSets || command > kCommandLastOfSets) return;
+  if (command == kCommandDelete) return DeleteSelectedItems();
+  if (command == kCommandCurrentSet) return GetDBSession()->GetGsetPool().PutCurrentSet(m_itr);
+  RunTopologyCommand(*this, command);
+}
+
+void CQDTreeItemGset::NewGeometrySet() {
+  tagTGset record;
+  record.name = GetDBSession()->GetGsetPool().GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
+  record.name.resize(std::min(record.name.size(), kMaxNameLength));
+  CQDCommandObj(GetDocument(), L"GeomSet")
+      .Set(L"Action", 0)
+      .Set(L"Itr", std::vector<iterator>{m_itr})
+      .Set(L"Data", std::vector<tagTGset>{record})
+      .Execute();
+}
+
+void CQDTreeItemGset::DeleteSelectedItems() {
+  std::vector<CQDTreeItem*> selected;
+  GetControl()->GetSelectedTreeItems(selected, 0);
+  std::vector<iterator> sets;
+  for (const CQDTreeItem* node : selected) {
+    if (dynamic_cast<const CQDTreeItemGset*>(node) != nullptr) sets.push_back(node->GetIterator());
+  }
+  if (!sets.empty()) GetDBSession()->GetGsetPool().TR_Del(sets);
+}
+
+void CQDTreeItemGset::OnEditChange(const wchar_t* text) {
+  const tagTGset* old = Record();
+  const CString name = text;
+  if (old == nullptr || name == old->name) return;
+  tagTGset record = *old;
+  record.name = name.substr(0, kMaxNameLength);
+  const DPoolGset& sets = GetDBSession()->GetGsetPool();
+  // Sets are found by name, so a name that only becomes another's by being cut is taken too.
+  const bool taken = sets.Exist(name) != 0 || (record.name != old->name && sets.Exist(record.name) != 0);
+  if (taken) {
+    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_EXIST_NEW_DATA_NAME"), {name});
+  } else if (record.name.empty()) {
+    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_NAME_EMPTY"));
+  } else if (record.name != old->name) {
+    CQDCommandObj(GetDocument(), L"GeomSet")
+        .Set(L"Action", 1)
+        .Set(L"Itr", std::vector<iterator>{m_itr})
+        .Set(L"Data", std::vector<tagTGset>{record})
+        .Execute();
+  }
+  if (!IsDetached()) SetTitleIncludeType();
+}
+
+// ---- drop -----------------------------------------------------------------------------------------------
+
+void CQDTreeItemGset::OnDrop(std::vector<CQDTreeItem*>& nodes) {
+  CQDDBSession* session = GetDBSession();
+  std::map<iterator, int> parts;
+  std::set<iterator> merged;
+  for (const CQDTreeItem* node : nodes) {
+    const iterator itr = node->GetIterator();
+    const std::uint16_t type = session->GetDataType(itr);
+    if (type == kDataGeom && session->GetGeomPool().GetAtNU(itr)->gset != m_itr) parts.emplace(itr, 1);
+    const auto* set = type == kDataGset && itr != m_itr ? dynamic_cast<const CQDTreeItemGset*>(node) : nullptr;
+    if (set == nullptr) continue;
+    merged.insert(itr);
+    set->GetGeomItrs(parts);
+  }
+  std::vector<iterator> itrs;
+  for (const auto& [itr, mark] : parts) itrs.push_back(itr);
+  if (!merged.empty()) return Merge({merged.begin(), merged.end()}, itrs);
+  if (itrs.empty()) return;
+  CQDCommandObj(GetDocument(), L"Geom")
+      .Set(L"Action", CString(L"ApplyGset"))
+      .Set(L"Itr", itrs)
+      .Set(L"ItrGset", m_itr)
+      .Execute();
+}
+
+/// All parts of the sets come here and the sets go; all of it or nothing.
+void CQDTreeItemGset::Merge(const std::vector<iterator>& sets, const std::vector<iterator>& parts) {
+  CQDDBSession* session = GetDBSession();
+  const iterator target = m_itr;
+  if (!qdAskYesNo(CMSGFunction::GetValue("IDS_QD_WRT_MERGE_GEOMSET"))) return;
+  CTransaction transaction(session);
+  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_GeomSet")) == 0) return;
+  if (session->GetGeomPool().Private_ApplyGset(parts, target) == 0) return;
+  const iterator current = session->GetGsetPool().GetCurrentSet();
+  for (const iterator set : sets) {
+    if (set == current && session->GetGsetPool().SetCurrentSet(target) == 0) return;
+    if (session->GetGsetPool().Delete(set) == 0) return;
+  }
+  transaction.Commit(1);
+}
+
+}  // namespace qd

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <array>
+#include <map>
+#include <vector>
+
+#include "qd_wrt/core/CQDTreeItem.h"
+
+namespace qd {
+
+class CQDTreeItemTopoGroup;
+
+/// A geometry set: one group for each kind of topology that its parts have, in the order of the kinds.
+class QD_EXPORT CQDTreeItemGset : public CQDTreeItem {
+ public:
+  /// The record must be readable.
+  CQDTreeItemGset(CQDTreeListCtrl* control, CQDTreeItem* parent, iterator itr);
+
+  int MakeChildItems() override;
+  void OnMenuEvent(unsigned command) override;
+  void CreateContextMenu(CPoint& screen) override;
+  void RegisterReceiveDataType() override;
+  /// Switches the set's box and everything in it.
+  int OnClickCheck(int oldState) override;
+  void OnEditChange(const wchar_t* text) override;
+  /// Takes in dropped parts; dropped sets are merged into this one after a question.
+  void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
+  void SetTitleIncludeType() override;
+  iterator GetIterator() const override { return m_itr; }
+  void OnUpdate() override;
+
+  void GetGeomItems(std::vector<CQDTreeItem*>& parts) const;
+  /// Adds the records of the set's parts; returns how many were added.
+  int GetGeomItrs(std::map<iterator, int>& itrs) const;
+  void GetCadItemArray(std::vector<int>& cadItems) const;
+  void ChangeRenderMode();
+  void ChangeStateImage(CQDTreeItem* part, iterator itr);
+  void SortChild();
+  /// Adds a set with a free name to the model.
+  void NewGeometrySet();
+  void DeleteSelectedItems();
+  /// Removes groups whose kind the set holds no more.
+  void DropEmptyGroups();
+
+ private:
+  const tagTGset* Record() const;
+  CQDTreeItemTopoGroup* MakeGroup(int kind);
+  void Merge(const std::vector<iterator>& sets, const std::vector<iterator>& parts);
+
+  iterator m_itr;
+  std::array<CQDTreeItemTopoGroup*, 5> m_groups{};  // by kind; null while the set holds none
+};
+
+}  // namespace qd

@@ -1,0 +1,112 @@
+#include "qd_wrt/geometry/CQDTreeItemPart.h"
+
+#include "host/CMainFrame.h"
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/properties/CPropertySetGeom.h"
+#include "qd_wrt/properties/PartEdits.h"
+
+namespace qd {
+
+int GetGeomImage(unsigned mode, int hasMesh) {
+  constexpr int kPlain[] = {22, 21, 23, 24};
+  constexpr int kMeshed[] = {26, 25, 27, 28};
+  if (mode > 3) return 21;
+  return hasMesh != 0 ? kMeshed[mode] : kPlain[mode];
+}
+
+CQDTreeItemPart::CQDTreeItemPart(CQDTreeListCtrl* control, CQDTreeItem* parent, iterator itr)
+    : CQDTreeItem(control, parent, CString(), 0, 1), m_itr(itr) {
+  m_isGeom = true;
+  m_showID = true;
+  m_showColour = true;
+  m_editable = true;
+  if (const tagTGeom* record = Record()) {
+    m_id = record->id;
+    m_colour = record->colour;
+    SetTitle(record->name);
+  }
+  m_icon = static_cast<unsigned>(CurrentImage());
+}
+
+const tagTGeom* CQDTreeItemPart::Record() const {
+  return GetDBSession() != nullptr ? GetDBSession()->GetGeomPool().GetAtNU(m_itr) : nullptr;
+}
+
+CRenderObjManager* CQDTreeItemPart::RenderObjects() const {
+  CCADSession* cad = GetDocument()->GetCADSession();
+  return cad != nullptr ? &cad->GetRenderObjects() : nullptr;
+}
+
+// ---- title, colour, icon --------------------------------------------------------------------------------
+
+CString CQDTreeItemPart::MakeTitle() const {
+  const tagTGeom* record = Record();
+  return record != nullptr ? record->name + TitleSuffix() : CString();
+}
+
+int CQDTreeItemPart::FollowRecord() {
+  const tagTGeom* record = Record();
+  if (record == nullptr) return 0;
+  if (MakeTitle() != GetTitle()) SetTitleIncludeType();
+  if (record->colour != GetColor()) {
+    SetColor(record->colour);
+    GetControl()->SetItemColor(GetTreeItemHandle(), record->colour, 1);
+  }
+  return 1;
+}
+
+int CQDTreeItemPart::CurrentImage() const {
+  const tagTGeom* record = Record();
+  const CRenderObjManager* objects = RenderObjects();
+  const unsigned mode = record != nullptr && objects != nullptr ? objects->GetRenderMode(record->cadItem) : 0;
+  const bool meshed = GetDBSession() != nullptr && GetDBSession()->GetMsetPool().GetItrByGeomItr(m_itr) != 0;
+  return GetGeomImage(mode, meshed ? 1 : 0);
+}
+
+void CQDTreeItemPart::OnEditChange(const wchar_t* text) {
+  CString name = text;
+  // The editor began with the whole title.
+  const CString suffix = TitleSuffix();
+  if (!suffix.empty() && name.ends_with(suffix)) name.resize(name.size() - suffix.size());
+  RenamePart(GetDBSession(), m_itr, std::move(name));
+  if (!IsDetached()) SetTitleIncludeType();
+}
+
+void CQDTreeItemPart::SetPropertyView() {
+  CMainFrame* frame = CMainFrame::Get();
+  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(GetDocument()) : nullptr;
+  if (window == nullptr) return;
+  window->SetPropertySet(std::make_unique<CPropertySetGeom>(GetDocument(), m_itr));
+  window->Refresh();
+}
+
+// ---- visibility -----------------------------------------------------------------------------------------
+
+void CQDTreeItemPart::OnInitialize() {
+  const tagTGeom* record = Record();
+  const CRenderObjManager* objects = RenderObjects();
+  const bool hidden = record != nullptr && objects != nullptr && objects->GetShowHide(record->cadItem) == 0;
+  GetControl()->SetChecked(GetTreeItemHandle(), hidden ? kUnchecked : kChecked);
+}
+
+int CQDTreeItemPart::OnClickCheck(int oldState) {
+  const int show = oldState != kChecked ? 1 : 0;
+  GetControl()->SetChecked(GetTreeItemHandle(), show != 0 ? kChecked : kUnchecked);
+  const tagTGeom* record = Record();
+  CQDDocBase* doc = GetDocument();
+  if (record == nullptr) return 1;
+  if (CRenderObjManager* objects = RenderObjects()) objects->SetShowHide(record->cadItem, show);
+  SetMeshShowHide(GetDBSession()->GetMsetPool().GetItrByGeomItr(m_itr), show);
+  if (CQDModelRange* range = doc->GetModelRange()) {
+    range->UpdateAllRange(1);
+    range->UpdateCADRange(1);
+  }
+  doc->ClearSelectBuffer(1);
+  if (CQDViewBase* view = doc->GetActiveView(); view != nullptr && doc->GetPostManager() != nullptr) {
+    doc->GetPostManager()->UpdateShowHideGeom(*view);
+    doc->GetPostManager()->UpdateActivity(*view, 1);
+  }
+  return 1;
+}
+
+}  // namespace qd

@@ -1,0 +1,149 @@
+#include "qd_wrt/geometry/CQDTreeItemTopo.h"
+
+#include <algorithm>
+
+#include "host/CMSGFunction.h"
+#include "host/CQDCommandObj.h"
+#include "qd_wrt/core/CommandNumbers.h"
+#include "qd_wrt/geometry/CQDTreeItemGset.h"
+#include "qd_wrt/geometry/GeomMenus.h"
+
+namespace qd {
+
+namespace {
+
+constexpr const char* kTitleKey = "IDS_DB_DATA_NAME_GEOM";
+constexpr unsigned kIcon = 21;
+constexpr std::uint16_t kTreeItemTypeGeom = 9;
+
+}  // namespace
+
+CQDTreeItemTopo::CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent)
+    : CQDTreeGeomRoot(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 1) {
+  SetTreeItemType(kTreeItemTypeGeom);
+}
+
+void CQDTreeItemTopo::RegisterReceiveDataType() {
+  for (const unsigned short type : {kDataGset, kDataMset, kDataMaterial, kDataMaterialTitle}) FollowDataType(type);
+}
+
+// ---- children -------------------------------------------------------------------------------------------
+
+int CQDTreeItemTopo::MakeChildItems() {
+  if (GetDBSession() == nullptr) return 0;
+  for (const iterator itr : GetDBSession()->GetGsetPool().GetItrList()) MakeChildItem(itr);
+  return 1;
+}
+
+int CQDTreeItemTopo::MakeChildItem(iterator itr) {
+  if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
+  if (GetDBSession()->GetGsetPool().GetAtNU(itr) == nullptr) return 0;
+  AddChild(itr, new CQDTreeItemGset(GetControl(), this, itr));
+  return 1;
+}
+
+int CQDTreeItemTopo::ModifyChildItem(iterator itr) {
+  CQDTreeItem* child = FindChild(itr);
+  const tagTGset* record = GetDBSession()->GetGsetPool().GetAtNU(itr);
+  if (child == nullptr || record == nullptr) return 0;
+  if (record->name != child->GetTitle()) child->SetTitleIncludeType();
+  return 1;
+}
+
+void CQDTreeItemTopo::OnUpdate() {
+  for (const tagTRNotify& change : PendingRecords()) {
+    if (change.dataType == kDataGset) ApplyChange(change);
+  }
+}
+
+std::vector<tagTRNotify> CQDTreeItemTopo::RecordsOfSet(const CQDTreeItemGset& set) {
+  const std::uint64_t notice = GetControl()->NoticeNumber();
+  if (m_sortedNotice != notice) {
+    m_sortedNotice = notice;
+    m_recordsOfSets.clear();
+    for (const tagTRNotify& change : set.PendingRecords()) {
+      const tagTGeom* record = GetDBSession()->GetGeomPool().GetAtNU(change.itr);
+      const bool alive = GetDBSession()->GetDataType(change.itr) != 0;
+      const CQDTreeItem* node = GetControl()->FindGeomNode(change.itr);
+      const iterator now = alive && record != nullptr ? record->gset : 0;
+      const iterator before = node != nullptr ? node->GetParent()->GetParent()->GetIterator() : 0;
+      if (now != 0) m_recordsOfSets[now].push_back(change);
+      if (before != 0 && before != now) m_recordsOfSets[before].push_back(change);
+    }
+  }
+  const auto found = m_recordsOfSets.find(set.GetIterator());
+  return found != m_recordsOfSets.end() ? found->second : std::vector<tagTRNotify>();
+}
+
+CQDTreeItem* CQDTreeItemTopo::NodeOfRecord(iterator itr) const {
+  CQDTreeItem* set = FindChild(itr);
+  return set != nullptr ? set : GetControl()->FindGeomNode(itr);
+}
+
+void CQDTreeItemTopo::GetGeomItems(std::vector<CQDTreeItem*>& parts) const {
+  parts.clear();
+  for (CQDTreeItem* child : Children()) static_cast<CQDTreeItemGset*>(child)->GetGeomItems(parts);
+  std::sort(parts.begin(), parts.end(),
+            [](const CQDTreeItem* a, const CQDTreeItem* b) { return a->GetIterator() < b->GetIterator(); });
+}
+
+int CQDTreeItemTopo::OnClickCheck(int oldState) {
+  CQDTreeItem::OnClickCheck(oldState);
+  for (CQDTreeItem* child : Children()) child->OnClickCheck(oldState);
+  return 1;
+}
+
+void CQDTreeItemTopo::OnChangeLanguage() {
+  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
+  CQDTreeBranch::OnChangeLanguage();
+}
+
+// ---- menu, commands, drop -------------------------------------------------------------------------------
+
+void CQDTreeItemTopo::CreateContextMenu(CPoint& screen) {
+  if (GetControl()->GetSelectedCount() != 1) return;
+  TableMenu menu(TopologyRootMenu());
+  GetControl()->TrackMenu(menu.Menu(), screen);
+}
+
+bool CQDTreeItemTopo::RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) {
+  const std::vector<iterator> itrs = IteratorsOf(acting);
+  const PartSet chosen(itrs.begin(), itrs.end());
+  switch (command) {
+    case kCommandNewSet:
+      NewGeometrySet();
+      return true;
+    case kCommandShowOnly:
+      ShowPartOnly(chosen);
+      return true;
+    case kCommandHideOnly:
+      HidePartOnly(chosen);
+      return true;
+    case kCommandShow:
+      ShowPart(chosen);
+      return true;
+    case kCommandHide:
+      HidePart(chosen);
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Without naming a set beside the new one, unlike the command of a set.
+void CQDTreeItemTopo::NewGeometrySet() {
+  tagTGset record;
+  record.name = GetDBSession()->GetGsetPool().GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
+  record.name.resize(std::min(record.name.size(), kMaxNameLength));
+  CQDCommandObj(GetDocument(), L"GeomSet").Set(L"Action", 0).Set(L"Data", std::vector<tagTGset>{record}).Execute();
+}
+
+void CQDTreeItemTopo::OnDrop(std::vector<CQDTreeItem*>& nodes) {
+  const iterator dropped = nodes.size() == 1 ? nodes.front()->GetIterator() : 0;
+  if (GetDBSession() == nullptr || GetDBSession()->GetDataType(dropped) != kDataMaterial) return;
+  std::vector<CQDTreeItem*> all;
+  GetGeomItems(all);
+  ApplyMaterialTo(GetDocument(), IteratorsOf(all), dropped);
+}
+
+}  // namespace qd

@@ -1,0 +1,147 @@
+#include "workbench/model/Pools.h"
+
+#include <set>
+
+namespace qd::workbench {
+
+// ---- parts ----------------------------------------------------------------------------------------------
+
+void GeomPool::OnEnter(iterator itr, const tagTGeom& record) {
+  Members& members = m_sets[record.gset][static_cast<std::size_t>(record.kind)];
+  members.tidy = members.tidy && (members.itrs.empty() || members.itrs.back() < itr);
+  members.itrs.push_back(itr);
+  ++members.count;
+}
+
+void GeomPool::OnLeave(iterator, const tagTGeom& record) {
+  Members& members = m_sets[record.gset][static_cast<std::size_t>(record.kind)];
+  members.tidy = false;
+  if (--members.count == 0) members = {};
+}
+
+const GeomPool::Members* GeomPool::Find(iterator gset, int kind) const {
+  const auto found = m_sets.find(gset);
+  if (found == m_sets.end()) return nullptr;
+  Members& members = found->second[static_cast<std::size_t>(kind)];
+  if (!members.tidy) {
+    std::sort(members.itrs.begin(), members.itrs.end());
+    members.itrs.erase(std::unique(members.itrs.begin(), members.itrs.end()), members.itrs.end());
+    std::erase_if(members.itrs, [&](iterator itr) {
+      const auto record = std::static_pointer_cast<const tagTGeom>(Get(itr));
+      return record == nullptr || record->gset != gset || static_cast<int>(record->kind) != kind;
+    });
+    members.tidy = true;
+  }
+  return &members;
+}
+
+void GeomPool::GetTypeExist(iterator gset, int (&exists)[5]) const {
+  const auto found = m_sets.find(gset);
+  for (std::size_t kind = 0; kind < 5; ++kind) {
+    exists[kind] = found != m_sets.end() && found->second[kind].count != 0 ? 1 : 0;
+  }
+}
+
+void GeomPool::GetItrGsetTypeList(iterator gset, int kind, std::vector<iterator>& itrs) const {
+  if (kind < 0 || kind >= 5) return;
+  if (const Members* members = Find(gset, kind))
+    itrs.insert(itrs.end(), members->itrs.begin(), members->itrs.end());
+}
+
+std::vector<iterator> GeomPool::PartsOf(iterator gset) const {
+  std::vector<iterator> parts;
+  for (int kind = 0; kind < 5; ++kind) GetItrGsetTypeList(gset, kind, parts);
+  return parts;
+}
+
+int GeomPool::Private_ApplyGset(const std::vector<iterator>& itrs, iterator gset) {
+  for (const iterator itr : itrs) {
+    const auto old = std::static_pointer_cast<const tagTGeom>(Get(itr));
+    if (old == nullptr) return 0;
+    tagTGeom record = *old;
+    record.gset = gset;
+    if (Modify(itr, std::move(record)) == 0) return 0;
+  }
+  return 1;
+}
+
+void GeomPool::GetHCADItemArray(const std::vector<iterator>& itrs, std::vector<int>& cadItems) const {
+  for (const iterator itr : itrs) {
+    if (const tagTGeom* record = GetAtNU(itr)) cadItems.push_back(record->cadItem);
+  }
+}
+
+int GeomPool::IsSolid(iterator itr) const {
+  const tagTGeom* record = GetAtNU(itr);
+  return record != nullptr && record->kind == TopologyKind::Solid ? 1 : 0;
+}
+
+// ---- settings -------------------------------------------------------------------------------------------
+
+tagTSettings SettingsPool::Current() const {
+  const std::vector<iterator> all = GetItrList();
+  return all.empty() ? tagTSettings{} : *GetAtNU(all.front());
+}
+
+int SettingsPool::Store(const tagTSettings& settings) {
+  const std::vector<iterator> all = GetItrList();
+  return all.empty() ? Add(settings) != 0 : Modify(all.front(), settings);
+}
+
+void SettingsPool::Put(const tagTSettings& settings) {
+  PutSilently(settings);
+}
+
+// ---- geometry sets --------------------------------------------------------------------------------------
+
+void GsetPool::OnLeave(iterator, const tagTGset& record) {
+  const auto name = m_names.find(record.name);
+  if (name != m_names.end() && --name->second == 0) m_names.erase(name);
+}
+
+CString GsetPool::GetNewCopyName(const CString& text) const {
+  constexpr std::size_t kRoomForNumber = 11;
+  const CString stem = text.substr(0, kMaxNameLength - kRoomForNumber) + L" ";
+  int number = static_cast<int>(Count()) + 1;
+  while (Exist(stem + std::to_wstring(number)) != 0) ++number;
+  return stem + std::to_wstring(number);
+}
+
+iterator GsetPool::GetCurrentSet() const {
+  const iterator current = m_settings.Current().currentGset;
+  if (Get(current) != nullptr) return current;
+  const std::vector<iterator> all = GetItrList();
+  return all.empty() ? 0 : all.front();
+}
+
+void GsetPool::PutCurrentSet(iterator itr) {
+  tagTSettings settings = m_settings.Current();
+  settings.currentGset = itr;
+  m_settings.Put(settings);
+}
+
+int GsetPool::SetCurrentSet(iterator itr) {
+  tagTSettings settings = m_settings.Current();
+  settings.currentGset = itr;
+  return m_settings.Store(settings);
+}
+
+int GsetPool::TR_Del(const std::vector<iterator>& itrs) {
+  const std::set<iterator> gone(itrs.begin(), itrs.end());
+  iterator heir = GetCurrentSet();
+  if (gone.contains(heir)) {
+    heir = 0;
+    for (const iterator itr : GetItrList()) {
+      if (heir == 0 && !gone.contains(itr)) heir = itr;
+    }
+  }
+  if (heir == 0) return 0;
+  return Keeper().InTransaction("IDS_QD_TRANS_Delete", [&] {
+    for (const iterator itr : gone) {
+      if (m_geoms.Private_ApplyGset(m_geoms.PartsOf(itr), heir) == 0) return 0;
+    }
+    return Pool::TR_Del({gone.begin(), gone.end()});
+  });
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,112 @@
+#pragma once
+
+#include <array>
+#include <map>
+#include <string>
+#include <unordered_map>
+
+#include "workbench/model/Pool.h"
+
+namespace qd::workbench {
+
+/// Geometry parts, with an index by geometry set and kind of topology.
+class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
+ public:
+  using Pool::Pool;
+  int Private_Modify(iterator itr, const tagTGeom& record, int, int) override { return Modify(itr, record); }
+  int Private_ApplyGset(const std::vector<iterator>& itrs, iterator gset) override;
+  void GetHCADItemArray(const std::vector<iterator>& itrs, std::vector<int>& cadItems) const override;
+  int IsSolid(iterator itr) const override;
+  void GetTypeExist(iterator gset, int (&exists)[5]) const override;
+  void GetItrGsetTypeList(iterator gset, int kind, std::vector<iterator>& itrs) const override;
+  /// All parts of a set.
+  std::vector<iterator> PartsOf(iterator gset) const;
+
+ private:
+  /// Parts that are or were in a set: put in order, and cleared of those that left, only when they are asked for.
+  struct Members {
+    std::vector<iterator> itrs;
+    std::size_t count = 0;
+    bool tidy = true;
+  };
+  void OnEnter(iterator itr, const tagTGeom& record) override;
+  void OnLeave(iterator itr, const tagTGeom& record) override;
+  const Members* Find(iterator gset, int kind) const;
+
+  mutable std::unordered_map<iterator, std::array<Members, 5>> m_sets;
+};
+
+class MsetPool final : public Pool<tagTMset, DPoolMset> {
+ public:
+  using Pool::Pool;
+  int Modify(iterator itr, const tagTMset& record) override { return Pool::Modify(itr, record); }
+  iterator GetItrByGeomItr(iterator geom) const override {
+    const std::uint64_t* found = m_msetOfGeom.Find(geom);
+    return found != nullptr ? *found : 0;
+  }
+
+ private:
+  void OnEnter(iterator itr, const tagTMset& record) override { m_msetOfGeom.Assign(record.geom, itr); }
+  void OnLeave(iterator, const tagTMset& record) override { m_msetOfGeom.Erase(record.geom); }
+
+  FlatMap m_msetOfGeom;
+};
+
+/// What a document remembers beside its model.
+struct tagTSettings : tagTRecord {
+  iterator currentGset = 0;
+};
+
+/// One record of settings, made with the first write.
+class SettingsPool final : public Pool<tagTSettings, DPool<tagTSettings>> {
+ public:
+  using Pool::Pool;
+  /// The settings, or the ones that a new document has.
+  tagTSettings Current() const;
+  /// Inside the open transaction.
+  int Store(const tagTSettings& settings);
+  /// At once and without a trace.
+  void Put(const tagTSettings& settings);
+};
+
+/// Geometry sets. Every part belongs to one, so the last set is not deleted; parts of a deleted set go to another.
+class GsetPool final : public Pool<tagTGset, DPoolGset> {
+ public:
+  GsetPool(std::uint16_t type, IJournalKeeper& keeper, GeomPool& geoms, SettingsPool& settings)
+      : Pool(type, keeper), m_geoms(geoms), m_settings(settings) {}
+  CString GetNewCopyName(const CString& text) const override;
+  int Exist(const CString& name) const override { return m_names.contains(name) ? 1 : 0; }
+  /// The current set, or the oldest one where none was chosen.
+  iterator GetCurrentSet() const override;
+  void PutCurrentSet(iterator itr) override;
+  int SetCurrentSet(iterator itr) override;
+  int Delete(iterator itr) override { return Pool::TR_Del({itr}); }
+  int TR_Del(const std::vector<iterator>& itrs) override;
+
+ private:
+  void OnEnter(iterator, const tagTGset& record) override { ++m_names[record.name]; }
+  void OnLeave(iterator itr, const tagTGset& record) override;
+
+  GeomPool& m_geoms;
+  SettingsPool& m_settings;
+  std::map<CString, int> m_names;
+};
+
+class MaterialPool final : public Pool<tagTMaterial, DPoolMaterial> {
+ public:
+  using Pool::Pool;
+};
+
+/// Every part has a key with the same running number.
+class GKeyPool final : public DPoolGKey {
+ public:
+  iterator GetItrByGeomItr(iterator geom) const override {
+    return TypeOf(geom) == kDataGeom ? Number(geom) | static_cast<iterator>(kDataGKey) << kTypeShift : 0;
+  }
+  static iterator GeomOfKey(iterator key) { return Number(key) | static_cast<iterator>(kDataGeom) << kTypeShift; }
+
+ private:
+  static iterator Number(iterator itr) { return itr & ((1ULL << kTypeShift) - 1); }
+};
+
+}  // namespace qd::workbench
