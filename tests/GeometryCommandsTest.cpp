@@ -1,0 +1,378 @@
+// Menus and commands of the geometry branch over the real model.
+
+#include "qd_wrt/geometry/CQDTreeItemGeom.h"
+#include "qd_wrt/geometry/GeomMenus.h"
+#include "support/Geometry.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+const CString kRoot = L"IDS_DB_DATA_NAME_GEOM";
+
+/// Parts a, b and c, the last one hidden; a has a mesh.
+class GeometryCommands : public GeometryTest {
+ protected:
+  GeometryCommands() {
+    const auto parts = AddParts({L"a", L"b", L"c"});
+    a = parts[0];
+    b = parts[1];
+    c = parts[2];
+    mesh = AddMesh(a);
+    Open();
+    Tree().Expand(Row(kRoot), ExpandAction::Expand);
+    m_toolkit.Pump();
+    Node(L"c")->OnClickCheck(kChecked);
+    m_view.redraws = 0;
+    m_doc.SetModelInfoChangedFlag(0);
+  }
+  std::string Shown() {
+    std::string shown;
+    for (const auto& [name, part] : {std::pair("a", a), std::pair("b", b), std::pair("c", c)}) {
+      const bool box = Node(CString(1, static_cast<wchar_t>(*name)))->GetCheckStatus() == kChecked;
+      EXPECT_EQ(box, IsShown(part)) << name;
+      if (IsShown(part)) shown += name;
+    }
+    return shown;
+  }
+  std::vector<unsigned> Modes() {
+    std::vector<unsigned> modes;
+    for (const iterator part : {a, b, c}) modes.push_back(m_doc.GetDisplay().GetRenderMode(Part(part).cadItem));
+    return modes;
+  }
+
+  iterator a, b, c, mesh;
+};
+
+// ---- menus ----------------------------------------------------------------------------------------------
+
+constexpr const char* kDisplay =
+    "IDS_QD_WRT_DISPLAY_MODE{IDS_QD_WRT_EDGE_SHADING|IDS_QD_WRT_SHADING|IDS_QD_WRT_WIREFRAME|"
+    "IDS_QD_WRT_BOUNDING_BOX}|IDS_QD_WRT_TRANSPARENT{IDS_QD_WRT_PART_TRANSPARENT|1|2|3|4|5|6|7|8|9|"
+    "IDS_QD_WRT_PART_OPAQUE}";
+constexpr const char* kVisibility =
+    "IDS_QD_WRT_GEOM_SHOW|IDS_QD_WRT_GEOM_HIDE|IDS_QD_WRT_SHOW_ONLY|IDS_QD_WRT_HIDE_ONLY|"
+    "IDS_QD_WRT_REVERSE_SHOW_HIDE";
+
+TEST_F(GeometryCommands, TheRootsMenuListsTheMaterials) {
+  AddMaterial(L"Steel & iron");
+  Select({kRoot});
+  EXPECT_EQ(Menu(), std::string("IDS_QD_WRT_SHOW_ALL|IDS_QD_WRT_HIDE_ALL|IDS_QD_WRT_REVERSE_SHOW_HIDE|-|"
+                                "IDS_QD_WRT_SHOW_MESH|IDS_QD_WRT_HIDE_MESH|-|IDS_QD_CMD_OPTION_SUB_Import...|"
+                                "IDS_QD_WRT_MODEL_SIMPLY...|-|IDS_QD_WRT_MATERIAL_APPLY{Steel & iron|-|"
+                                "IDS_QD_WRT_ISO_MATERIAL_APPLY...}|IDS_QD_WRT_MODEL_CREATE_MESH{"
+                                "IDS_QD_WRT_MESH_TETRA_GENERATE...}|-|") +
+                        kDisplay + "|-|IDS_QD_WRT_PART_DELETE|IDS_QD_WRT_MESH_DELETE");
+  Select({kRoot, L"a"});
+  const std::size_t shown = m_toolkit.ShownMenus().size();
+  Menu();
+  EXPECT_EQ(m_toolkit.ShownMenus().size(), shown);  // for one selected row only
+}
+
+TEST_F(GeometryCommands, ThePartsMenuIsShortWithAHiddenPart) {
+  const std::string head = std::string(kVisibility) + "|-|IDS_QD_WRT_SHOW_MESH|IDS_QD_WRT_HIDE_MESH|-|";
+  const std::string tail = "IDS_QD_WRT_PART_DELETE|IDS_QD_WRT_MESH_DELETE";
+  Select({L"b", L"c"});
+  EXPECT_EQ(Menu(), head + tail);
+  const std::string full =
+      head +
+      "IDS_QD_WRT_MODEL_SIMPLY...|IDS_QD_WRT_MATERIAL_APPLY{IDS_QD_WRT_ISO_MATERIAL_APPLY...}|"
+      "IDS_QD_WRT_MODEL_CREATE_MESH{IDS_QD_WRT_MESH_TETRA_GENERATE...}|-|" +
+      kDisplay + "|IDS_QD_WRT_RANDOM_COLOR|IDS_QD_WRT_Display_Contact_of_Selected_Part|-|" + tail +
+      "|-|IDS_QD_DB_DEFORMABLE_BODY{";
+  Select({L"b"});
+  EXPECT_EQ(Menu(), full + "IDS_QD_DB_BODY_RIGID|[x] IDS_QD_DB_BODY_FLEXIBLE}");
+  Command(kCommandRigid);
+  Select({L"b"});
+  EXPECT_EQ(Menu(), full + "[x] IDS_QD_DB_BODY_RIGID|IDS_QD_DB_BODY_FLEXIBLE}");
+  Select({L"a", L"b"});
+  EXPECT_EQ(Menu(), full + "IDS_QD_DB_BODY_RIGID|IDS_QD_DB_BODY_FLEXIBLE}");
+}
+
+// ---- visibility -----------------------------------------------------------------------------------------
+
+struct VisibilityCase {
+  const char* name;
+  std::vector<CString> selected;
+  unsigned command;
+  std::string shown;
+};
+class Visibility : public GeometryCommands, public ::testing::WithParamInterface<VisibilityCase> {};
+TEST_P(Visibility, ChangesBoxesAndPartsWithOneRedraw) {
+  Select(GetParam().selected);
+  Command(GetParam().command);
+  EXPECT_EQ(Shown(), GetParam().shown);
+  EXPECT_EQ(m_view.redraws, 1);
+  EXPECT_TRUE(m_doc.IsModelInfoChanged());
+  // Back to what was before, whatever the command did on the way.
+  Select({kRoot});
+  Command(kCommandPrevious);
+  EXPECT_EQ(Shown(), "ab");
+}
+INSTANTIATE_TEST_SUITE_P(Commands, Visibility,
+                         ::testing::Values(VisibilityCase{"show_all", {kRoot}, kCommandShowAll, "abc"},
+                                           VisibilityCase{"hide_all", {kRoot}, kCommandHideAll, ""},
+                                           VisibilityCase{"reverse_all", {kRoot}, kCommandReverseAll, "c"},
+                                           VisibilityCase{"show", {L"b", L"c"}, kCommandShow, "abc"},
+                                           VisibilityCase{"hide", {L"b", L"c"}, kCommandHide, "a"},
+                                           VisibilityCase{"show_only", {L"c"}, kCommandShowOnly, "c"},
+                                           VisibilityCase{"hide_only", {L"a"}, kCommandHideOnly, "bc"},
+                                           VisibilityCase{"reverse", {L"b", L"c"}, kCommandReverse, "ac"}),
+                         [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(GeometryCommands, MeshesFollowTheShownPartsOfTheList) {
+  Select({kRoot});
+  Command(kCommandHideMesh);
+  EXPECT_FALSE(m_doc.GetDisplay().IsMsetShown(mesh));
+  Command(kCommandShowMesh);
+  EXPECT_TRUE(m_doc.GetDisplay().IsMsetShown(mesh));
+  Node(L"a")->OnClickCheck(kChecked);  // a hidden part takes its mesh along
+  EXPECT_FALSE(m_doc.GetDisplay().IsMsetShown(mesh));
+  Command(kCommandShowMesh);
+  EXPECT_FALSE(m_doc.GetDisplay().IsMsetShown(mesh));
+  Command(kCommandShowMeshUnits);
+  EXPECT_TRUE(m_doc.GetDisplay().IsMsetShown(mesh));
+}
+
+// ---- drawing --------------------------------------------------------------------------------------------
+
+TEST_F(GeometryCommands, RenderModesGoToPartsAndMeshesAndChangeTheIcons) {
+  const struct {
+    unsigned command;
+    unsigned cad;
+    unsigned mesh;
+    int icon;
+  } cases[] = {{kCommandEdgeShading, 1, 1, 25},
+               {kCommandShading, 0, 0, 26},
+               {kCommandWireframe, 2, 3, 27},
+               {kCommandBoundingBox, 3, 6, 28}};
+  for (const auto& mode : cases) {
+    Select({L"a"});
+    Command(mode.command);
+    EXPECT_EQ(Modes(), (std::vector<unsigned>{mode.cad, 1, 1}));
+    EXPECT_EQ(m_doc.GetDisplay().GetMeshLook(1).mode, mode.mesh);
+    EXPECT_EQ(Tree().GetItemImage(Row(L"a")), mode.icon);
+  }
+  Select({L"a"});
+  Tree().OnMenuEventGeomRoot(kCommandFirstShortcut + 2);  // the host's shortcut acts on all parts
+  EXPECT_EQ(Modes(), (std::vector<unsigned>{2, 2, 2}));
+  EXPECT_EQ(Tree().GetItemImage(Row(L"c")), 23);
+}
+
+TEST_F(GeometryCommands, TransparencyIsAFractionForPartsAndAByteForMeshes) {
+  Select({L"a"});
+  Command(kCommandTransparent + 3);
+  EXPECT_FLOAT_EQ(m_doc.GetDisplay().GetCadItem(Part(a).cadItem).opacity, 0.3F);
+  EXPECT_EQ(m_doc.GetDisplay().GetMeshLook(1).opacity, 76);
+  EXPECT_EQ(Tree().GetSelectedCount(), 0);
+  Select({kRoot});
+  Command(kCommandOpaque);
+  EXPECT_FLOAT_EQ(m_doc.GetDisplay().GetCadItem(Part(a).cadItem).opacity, 1.0F);
+}
+
+TEST_F(GeometryCommands, RandomColoursAreOneActOverPartsAndTheirMeshes) {
+  const auto before = Data().Snapshot();
+  Select({kRoot});
+  Command(kCommandRandomColour);
+  EXPECT_NE(Part(a).colour, Part(b).colour);
+  EXPECT_NE(Part(b).colour, Part(c).colour);
+  EXPECT_EQ(Data().GetMsetPool().GetAtNU(mesh)->colour, Part(a).colour);
+  EXPECT_FALSE(m_doc.IsModelInfoChanged());  // the transaction tells of it
+  EXPECT_EQ(Data().Undo(), 1);
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+// ---- the model ------------------------------------------------------------------------------------------
+
+TEST_F(GeometryCommands, DeletingPartsAndMeshesIsOneActEach) {
+  const auto before = Data().Snapshot();
+  Select({L"a", L"b"});
+  Command(kCommandDeleteMesh);
+  EXPECT_EQ(Data().GetDataType(mesh), 0);
+  Data().Undo();
+  Select({L"a", L"b"});
+  Command(kCommandDelete);
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [-c]]");
+  Data().Undo();
+  Select({kRoot});
+  Command(kCommandDelete);
+  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM]");
+  Data().Undo();
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+TEST_F(GeometryCommands, MaterialsOfTheMenuAndOfDropsReachTheParts) {
+  const iterator steel = AddMaterial(L"Steel");
+  const iterator brass = AddMaterial(L"Brass");
+  m_toolkit.AnswerMenu(MaterialCommandBase() + 1);
+  Select({kRoot});
+  Menu();
+  EXPECT_EQ(Part(c).material, brass);
+  m_toolkit.AnswerMenu(MaterialCommandBase());
+  Select({L"b"});
+  Menu();
+  EXPECT_EQ(Part(b).material, steel);
+  EXPECT_EQ(Part(a).material, brass);
+  Command(MaterialCommandBase());  // the list is used up
+  EXPECT_EQ(Part(a).material, brass);
+  Tree().GetQDRootItem()->ChangeGeomTitle(&m_doc, 1);
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a (Brass) *b (Steel) -c (Brass)]]");
+}
+
+TEST_F(GeometryCommands, DialogsGetTheirLists) {
+  Select({kRoot});
+  Command(kCommandMaterialDialog);
+  Command(kCommandGenerateMesh);  // parts that are shown
+  Command(kCommandSimplify);
+  EXPECT_EQ(m_app.TakeLog(), "CLbcMaterialMainDlg 0 of 3 CMeshGenerateMeshDlg 2 of 2 CSimplifyDlg ");
+  Select({L"a", L"c"});
+  Command(kCommandMaterialDialog);
+  Command(kCommandGenerateMesh);
+  Command(kCommandContacts);
+  EXPECT_EQ(m_app.TakeLog(), "CLbcMaterialMainDlg 0 of 2 CMeshGenerateMeshDlg 2 of 1 contacts 2 ");
+}
+
+TEST_F(GeometryCommands, AnEmptyBranchDoesNothing) {
+  Data().GetGeomPool().TR_Del({a, b, c});
+  const auto before = Data().Snapshot();
+  for (const unsigned command : {kCommandShowAll, kCommandHideAll, kCommandReverseAll, kCommandRandomColour,
+                                 kCommandDelete, kCommandShowMesh, kCommandWireframe, kCommandRigid}) {
+    Select({kRoot});
+    Command(command);
+  }
+  EXPECT_EQ(Data().Snapshot(), before);
+  EXPECT_EQ(Data().UndoTitle(), L"IDS_QD_TRANS_Delete");
+}
+
+// ---- failures -------------------------------------------------------------------------------------------
+
+struct FaultCase {
+  const char* name;
+  unsigned command;
+  int writes;
+};
+class Faults : public GeometryCommands, public ::testing::WithParamInterface<FaultCase> {};
+TEST_P(Faults, AtAnyWriteLeaveTheModelAsItWas) {
+  const auto before = Data().Snapshot();
+  const std::string rows = Print();
+  for (int failing = 0; failing < GetParam().writes; ++failing) {
+    int writes = 0;
+    Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
+    Select({kRoot});
+    Command(GetParam().command);
+    Data().SetWriteGuard(nullptr);
+    EXPECT_EQ(writes, failing + 1);
+    EXPECT_EQ(Data().Snapshot(), before) << failing;
+    EXPECT_EQ(Print(), rows);
+    EXPECT_FALSE(Data().IsInTransaction());
+  }
+  // Nor can anything begin while another transaction is open.
+  ASSERT_EQ(Data().BeginTransaction(L"other"), 1);
+  if (GetParam().command != kCommandDelete && GetParam().command != kCommandDeleteMesh)
+    Command(GetParam().command);
+  Data().RollbackTransaction();
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+INSTANTIATE_TEST_SUITE_P(Commands, Faults,
+                         ::testing::Values(FaultCase{"random_colours", kCommandRandomColour, 4},
+                                           FaultCase{"delete", kCommandDelete, 3},
+                                           FaultCase{"delete_mesh", kCommandDeleteMesh, 1},
+                                           FaultCase{"body_type", kCommandRigid, 3}),
+                         [](const auto& param) { return std::string(param.param.name); });
+
+struct NameCase {
+  const wchar_t* typed;
+  CString stored;
+  std::string told;
+};
+class PartNames : public GeometryCommands, public ::testing::WithParamInterface<NameCase> {};
+TEST_P(PartNames, AreStoredRefusedOrCut) {
+  Node(L"b")->OnEditChange(GetParam().typed);
+  EXPECT_EQ(Part(b).name, GetParam().stored);
+  EXPECT_EQ(Tree().GetItemText(Tree().FindGeomNode(b)->GetTreeItemHandle(), 0), GetParam().stored);
+  EXPECT_EQ(m_app.TakeLog(), GetParam().told);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Texts, PartNames,
+    ::testing::Values(NameCase{L"new", L"new", ""}, NameCase{L"b", L"b", ""},
+                      NameCase{L"a", L"a", ""},  // parts may share a name
+                      NameCase{L"", L"b", "warn IDS_QD_DB_NAME_EMPTY "},
+                      NameCase{L"1234567890123456789012345678901234567890123456789012345678901234",
+                               CString(L"123456789012345678901234567890123456789012345678901234567890123"), ""}));
+
+// ---- property pages -------------------------------------------------------------------------------------
+
+class Pages : public GeometryCommands {
+ protected:
+  IPropertySet& Page() {
+    IPropertySet* page = m_properties.GetPropertySet();
+    EXPECT_NE(page, nullptr);
+    page->ShowProperty();
+    return *page;
+  }
+  CBCGPProp* RowOf(IPropertySet& page, const CString& name) {
+    for (const auto& row : page.GetRows()) {
+      if (row->name == name) return row.get();
+    }
+    return nullptr;
+  }
+  void Choose(const CString& row, const CString& value) {
+    CBCGPProp* prop = RowOf(Page(), row);
+    ASSERT_NE(prop, nullptr);
+    prop->value = value;
+    m_properties.GetPropertySet()->OnPropertyChanged(prop, prop->data);
+  }
+};
+
+TEST_F(Pages, TheRootsPageSetsColoursAndTitlesOfAllParts) {
+  const iterator steel = AddMaterial(L"Steel");
+  ChangePart(a, [steel](tagTGeom& part) { part.material = steel; });
+  Select({kRoot});
+  Tree().OnSelchangAction();
+  EXPECT_FALSE(Page().HasApplyButton());
+  Choose(L"IDS_QD_WRT_GEOM_SHADING_COLOR", L"IDS_QD_WRT_GEOM_MATL_COLOR");
+  EXPECT_EQ(m_doc.GetDisplay().GetColorModelType(), 1);
+  Choose(L"IDS_QD_WRT_GEOM_SHADING_COLOR", L"a text of another language");
+  EXPECT_EQ(m_doc.GetDisplay().GetColorModelType(), 1);
+  Choose(L"IDS_QD_WRT_GEOM_GEOM_TITLE", L"IDS_QD_WRT_GEOM_GEOM_NAME_MATL_NAME");
+  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM [a (Steel) b -c]]");
+  EXPECT_EQ(RowOf(Page(), L"IDS_QD_WRT_GEOM_GEOM_TITLE")->value, L"IDS_QD_WRT_GEOM_GEOM_NAME_MATL_NAME");
+  int title = 0;
+  int colour = 0;
+  Tree().GetGeomTitleAndColor(title, colour);
+  EXPECT_EQ(title + colour * 10, 11);
+  Choose(L"IDS_QD_WRT_GEOM_GEOM_TITLE", L"a text of another language");  // the name alone
+  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM [a b -c]]");
+}
+
+TEST_F(Pages, APageOutlivesItsRoot) {
+  Select({kRoot});
+  Tree().OnSelchangAction();
+  IPropertySet& page = Page();
+  CBCGPProp row = *RowOf(page, L"IDS_QD_WRT_GEOM_GEOM_TITLE");
+  m_bar.DestroyTreeItems();
+  page.OnPropertyChanged(&row, row.data);
+  page.ShowProperty();
+  EXPECT_TRUE(page.GetRows().empty());
+}
+
+TEST_F(Pages, APartsPageChangesThePart) {
+  const iterator steel = AddMaterial(L"Steel");
+  Select({L"a"});
+  Tree().OnSelchangAction();
+  Choose(L"IDS_QD_WRT_PROP_NAME", L"renamed");
+  Choose(L"IDS_QD_WRT_PROP_MATERIAL", L"Steel");
+  Choose(L"IDS_QD_DB_DEFORMABLE_BODY", L"IDS_QD_DB_BODY_RIGID");
+  EXPECT_EQ(Part(a).name, L"renamed");
+  EXPECT_EQ(Part(a).material, steel);
+  EXPECT_FALSE(Part(a).flexible);
+  Choose(L"IDS_QD_WRT_PROP_MATERIAL", L"IDS_QD_WRT_PROP_NO_MATERIAL");
+  EXPECT_EQ(Part(a).material, 0U);
+  Choose(L"IDS_QD_WRT_PROP_NAME", L"");
+  EXPECT_EQ(Part(a).name, L"renamed");
+  EXPECT_EQ(m_app.TakeLog(), "warn IDS_QD_DB_NAME_EMPTY ");
+}
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,435 @@
+// The geometry-set tree over the real model: sets, groups by kind, parts, their menus, commands and drops.
+
+#include <random>
+
+#include "qd_wrt/geometry/CQDTreeItemGset.h"
+#include "support/Geometry.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+const CString kRoot = L"IDS_DB_DATA_NAME_GEOM";
+
+/// Sets A (solids a1 and a2, surface a3) and B (solid b1).
+class GeometrySets : public GeometryTest {
+ protected:
+  GeometrySets() {
+    A = AddSet(L"A");
+    B = AddSet(L"B");
+    a1 = AddPartTo(A, L"a1");
+    a2 = AddPartTo(A, L"a2");
+    a3 = AddPartTo(A, L"a3", TopologyKind::Surface);
+    b1 = AddPartTo(B, L"b1");
+    m_bar.CreateTreeItems(kGeometrySetTree, &m_factory, 1);
+    m_toolkit.Pump();
+    m_view.redraws = 0;
+  }
+  /// The tree below its root, with short names for the kinds.
+  std::string Sets() {
+    std::string state = State();
+    const auto replace = [&state](const std::string& from, const std::string& to) {
+      for (std::size_t at = state.find(from); at != std::string::npos; at = state.find(from)) {
+        state.replace(at, from.size(), to);
+      }
+    };
+    replace("IDS_QD_WRT_GEOMSET_", "");
+    const std::size_t first = state.find("[", state.find("NAME_GEOM")) + 1;
+    return state.substr(first, state.size() - 2 - first);
+  }
+  void Change(iterator part, const std::function<void(tagTGeom&)>& change) { ChangePart(part, change); }
+
+  iterator A, B, a1, a2, a3, b1;
+};
+
+// ---- following the model --------------------------------------------------------------------------------
+
+TEST_F(GeometrySets, StandWithTheirGroupsAndCounts) {
+  EXPECT_EQ(Sets(), "A [SURFACE [1] [a3] SOLID [2] [a1 a2]] B [SOLID [1] [b1]]");
+  EXPECT_EQ(Tree().GetItemImage(Row(L"a1")), 21);
+}
+
+TEST_F(GeometrySets, PartsComeGoAndMoveInTheSameNotice) {
+  const iterator curve = AddPartTo(A, L"a4", TopologyKind::Curve);
+  EXPECT_EQ(Sets(), "A [CURVE [1] [a4] SURFACE [1] [a3] SOLID [2] [a1 a2]] B [SOLID [1] [b1]]");
+  Change(curve, [](tagTGeom& part) { part.kind = TopologyKind::Solid; });
+  EXPECT_EQ(Sets(), "A [SURFACE [1] [a3] SOLID [3] [a1 a2 a4]] B [SOLID [1] [b1]]");
+  Change(a3, [this](tagTGeom& part) { part.gset = B; });
+  EXPECT_EQ(Sets(), "A [SOLID [3] [a1 a2 a4]] B [SURFACE [1] [a3] SOLID [1] [b1]]");
+  Data().GetGeomPool().TR_Del({b1, a1});
+  EXPECT_EQ(Sets(), "A [SOLID [2] [a2 a4]] B [SURFACE [1] [a3]]");
+  while (Data().Undo() != 0 && Data().UndoTitle() != L"act") {
+  }
+  Change(a2, [](tagTGeom& part) {
+    part.name = L"renamed";
+    part.colour = Rgb(7, 7, 7);
+  });
+  EXPECT_EQ(Tree().GetRecord(Row(L"renamed"))->GetColor(), Rgb(7, 7, 7));
+}
+
+TEST_F(GeometrySets, ASetMadeWithItsPartsInOneActTakesThemFromTheOthers) {
+  iterator C = 0;
+  Act([&] {
+    tagTGset record;
+    record.name = L"C";
+    C = Data().GetGsetPool().Add(record);
+    for (const iterator part : {a3, b1}) {
+      tagTGeom moved = Part(part);
+      moved.gset = C;
+      Data().GetGeomPool().Modify(part, moved);
+    }
+  });
+  EXPECT_EQ(Sets(), "A [SOLID [2] [a1 a2]] B C [SURFACE [1] [a3] SOLID [1] [b1]]");
+  Data().Undo();
+  EXPECT_EQ(Sets(), "A [SURFACE [1] [a3] SOLID [2] [a1 a2]] B [SOLID [1] [b1]]");
+  Data().Redo();
+  EXPECT_EQ(Sets(), "A [SOLID [2] [a1 a2]] B C [SURFACE [1] [a3] SOLID [1] [b1]]");
+}
+
+TEST_F(GeometrySets, RandomChangesEndInTheTreeThatARebuildGives) {
+  std::mt19937 random(5);
+  const auto roll = [&random](std::size_t sides) { return random() % sides; };
+  for (int round = 0; round < 150; ++round) {
+    Act([&] {
+      for (std::size_t writes = 1 + roll(6); writes > 0; --writes) {
+        const auto sets = Data().GetGsetPool().GetItrList();
+        const auto parts = Data().GetGeomPool().GetItrList();
+        switch (roll(6)) {
+          case 0:
+            Data().GetGsetPool().Add({{}, L"set" + std::to_wstring(round)});
+            break;
+          case 1:
+            if (sets.size() > 1) Data().GetGsetPool().TR_Del({sets[roll(sets.size())]});
+            break;
+          case 2:
+            if (!parts.empty()) Data().GetGeomPool().TR_Del({parts[roll(parts.size())]});
+            break;
+          case 3: {
+            tagTGeom record;
+            record.name = L"p" + std::to_wstring(round);
+            record.kind = static_cast<TopologyKind>(roll(5));
+            record.gset = sets[roll(sets.size())];
+            Data().GetGeomPool().Add(record);
+            break;
+          }
+          default:
+            if (parts.empty()) break;
+            const iterator itr = parts[roll(parts.size())];
+            tagTGeom record = *Data().GetGeomPool().GetAtNU(itr);
+            record.kind = static_cast<TopologyKind>(roll(5));
+            record.gset = sets[roll(sets.size())];
+            Data().GetGeomPool().Modify(itr, record);
+            break;
+        }
+      }
+    });
+    if (roll(4) == 0) Data().Undo();
+    // Siblings stand in the order in which they came, so both trees are compared sorted.
+    const auto lines = [this] {
+      std::vector<std::string> rows;
+      std::vector<std::pair<HTREEITEM, std::string>> open{{Tree().GetRootItem(), ""}};
+      while (!open.empty()) {
+        const auto [row, path] = open.back();
+        open.pop_back();
+        rows.push_back(path + "/" + ToUtf8(Tree().GetItemText(row, 0)));
+        for (HTREEITEM child = Tree().GetChildItem(row); child; child = Tree().GetNextSiblingItem(child)) {
+          open.emplace_back(child, rows.back());
+        }
+      }
+      std::sort(rows.begin(), rows.end());
+      return rows;
+    };
+    const auto followed = lines();
+    m_bar.CreateTreeItems(kGeometrySetTree, &m_factory, 1);
+    ASSERT_EQ(followed, lines()) << "round " << round;
+  }
+}
+
+TEST_F(GeometrySets, OtherDataLeavesTheTreeAlone) {
+  const std::string before = Print();
+  AddMesh(a1);
+  AddMaterial(L"Steel");
+  EXPECT_EQ(Print(), before);
+}
+
+// ---- names and sets -------------------------------------------------------------------------------------
+
+struct SetNameCase {
+  const wchar_t* typed;
+  CString stored;
+  std::string told;
+};
+class SetNames : public GeometrySets, public ::testing::WithParamInterface<SetNameCase> {};
+TEST_P(SetNames, AreStoredRefusedOrCut) {
+  Node(L"A")->OnEditChange(GetParam().typed);
+  EXPECT_EQ(Data().GetGsetPool().GetAtNU(A)->name, GetParam().stored);
+  EXPECT_EQ(Node(GetParam().stored)->GetIterator(), A);
+  EXPECT_EQ(m_app.TakeLog(), GetParam().told);
+}
+const CString kLong(63, L'x');
+INSTANTIATE_TEST_SUITE_P(
+    Texts, SetNames,
+    ::testing::Values(SetNameCase{L"new", L"new", ""}, SetNameCase{L"A", L"A", ""},
+                      SetNameCase{L"B", L"A", "warn IDS_QD_DB_EXIST_NEW_DATA_NAME "},
+                      SetNameCase{L"", L"A", "warn IDS_QD_DB_NAME_EMPTY "},
+                      SetNameCase{L"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxyz", kLong,
+                                  ""}));
+
+TEST_F(GeometrySets, ACutNameThatAnotherSetHasIsRefused) {
+  const iterator C = AddSet(kLong);
+  Node(L"A")->OnEditChange((kLong + L"more").c_str());
+  EXPECT_EQ(Data().GetGsetPool().GetAtNU(A)->name, L"A");
+  EXPECT_EQ(Data().GetDataType(C), kDataGset);
+}
+
+TEST_F(GeometrySets, NewCurrentAndDeletedSets) {
+  Select({L"A"});
+  Command(kCommandNewSet);
+  Tree().OnMenuEventGeomRoot(kCommandNewSet);
+  const auto sets = Data().GetGsetPool().GetItrList();
+  ASSERT_EQ(sets.size(), 4U);
+  EXPECT_EQ(Data().GetGsetPool().GetAtNU(sets[2])->name, L"IDS_QD_WRT_GEOMSET 3");
+  EXPECT_EQ(Data().GetGsetPool().GetAtNU(sets[3])->name, L"IDS_QD_WRT_GEOMSET 4");
+  Select({L"B"});
+  Command(kCommandCurrentSet);
+  EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), B);
+  const auto before = Data().Snapshot();
+  Select({L"A", L"IDS_QD_WRT_GEOMSET 3", L"IDS_QD_WRT_GEOMSET 4"});
+  Command(kCommandDelete);  // their parts go to the current set
+  EXPECT_EQ(Sets(), "B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
+  Select({L"B"});
+  Command(kCommandDelete);  // the last one stays
+  EXPECT_EQ(Sets(), "*B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
+  Data().Undo();
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+// ---- drops ----------------------------------------------------------------------------------------------
+
+TEST_F(GeometrySets, DroppedPartsChangeTheirSet) {
+  Drag({L"a1", L"a3"}, L"B");
+  EXPECT_EQ(Sets(), "A [SOLID [1] [a2]] B [SURFACE [1] [a3] SOLID [2] [b1 a1]]");
+  const auto before = Data().Snapshot();
+  Drag({L"a1"}, L"B");   // is there already
+  Drag({L"a1"}, L"a3");  // the same set
+  Drag({L"B"}, L"B");
+  EXPECT_EQ(Data().Snapshot(), before);
+  EXPECT_EQ(m_app.TakeLog(), "");
+  Drag({L"a1"}, L"a2");  // onto a part of another set
+  EXPECT_EQ(Part(a1).gset, A);
+}
+
+TEST_F(GeometrySets, MergingAsksAndIsOneAct) {
+  Data().GetGsetPool().PutCurrentSet(A);
+  const auto before = Data().Snapshot();
+  m_app.answer = false;
+  Drag({L"A"}, L"B");
+  EXPECT_EQ(Data().Snapshot(), before);
+  m_app.answer = true;
+  Drag({L"A"}, L"B");
+  EXPECT_EQ(m_app.TakeLog(), "ask IDS_QD_WRT_MERGE_GEOMSET ask IDS_QD_WRT_MERGE_GEOMSET ");
+  EXPECT_EQ(Sets(), "B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
+  EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), B);
+  Data().Undo();
+  EXPECT_EQ(Data().Snapshot(), before);
+  EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), A);
+}
+
+TEST_F(GeometrySets, AMergeThatFailsAtAnyWriteChangesNothing) {
+  Data().GetGsetPool().PutCurrentSet(A);
+  const auto before = Data().Snapshot();
+  int failing = 0;
+  for (bool done = false; !done; ++failing) {
+    int writes = 0;
+    Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
+    Drag({L"A"}, L"B");
+    Data().SetWriteGuard(nullptr);
+    done = writes <= failing;
+    if (done) break;
+    EXPECT_EQ(Data().Snapshot(), before) << failing;
+  }
+  EXPECT_EQ(failing, 5);  // three parts, the current mark, the set
+  EXPECT_EQ(Sets(), "B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
+}
+
+// ---- visibility and commands ----------------------------------------------------------------------------
+
+struct SetVisibilityCase {
+  const char* name;
+  std::vector<CString> selected;
+  unsigned command;
+  std::string sets;
+};
+class SetVisibility : public GeometrySets, public ::testing::WithParamInterface<SetVisibilityCase> {};
+TEST_P(SetVisibility, ReachesAllThatIsBelow) {
+  Node(L"a2")->OnClickCheck(kChecked);
+  Select(GetParam().selected);
+  m_view.redraws = 0;
+  Command(GetParam().command);
+  std::string sets = Sets();
+  std::erase(sets, '*');
+  EXPECT_EQ(sets, GetParam().sets);
+  EXPECT_EQ(m_view.redraws, 1);
+  for (const auto& [title, part] : {std::pair(L"a1", a1), std::pair(L"a2", a2), std::pair(L"a3", a3)}) {
+    EXPECT_EQ(Node(title)->GetCheckStatus() == kChecked, IsShown(part));
+  }
+}
+INSTANTIATE_TEST_SUITE_P(
+    Commands, SetVisibility,
+    ::testing::Values(
+        SetVisibilityCase{
+            "hide_a_set", {L"A"}, kCommandHide, "-A [-SURFACE [1] [-a3] -SOLID [2] [-a1 -a2]] B [SOLID [1] [b1]]"},
+        SetVisibilityCase{
+            "show_a_set", {L"A"}, kCommandShow, "A [SURFACE [1] [a3] SOLID [2] [a1 a2]] B [SOLID [1] [b1]]"},
+        SetVisibilityCase{"show_only",
+                          {L"B"},
+                          kCommandShowOnly,
+                          "-A [-SURFACE [1] [-a3] -SOLID [2] [-a1 -a2]] B [SOLID [1] [b1]]"},
+        SetVisibilityCase{
+            "hide_only", {L"B"}, kCommandHideOnly, "A [SURFACE [1] [a3] SOLID [2] [a1 a2]] -B [-SOLID [1] [-b1]]"},
+        SetVisibilityCase{"reverse_a_set",
+                          {L"A"},
+                          kCommandReverse,
+                          "A [-SURFACE [1] [-a3] SOLID [2] [-a1 a2]] B [SOLID [1] [b1]]"},
+        SetVisibilityCase{"reverse_a_set_and_its_part",
+                          {L"A", L"a2"},
+                          kCommandReverse,
+                          "A [-SURFACE [1] [-a3] SOLID [2] [-a1 a2]] B [SOLID [1] [b1]]"},
+        SetVisibilityCase{
+            "hide_a_part", {L"a3"}, kCommandHide, "A [SURFACE [1] [-a3] SOLID [2] [a1 -a2]] B [SOLID [1] [b1]]"},
+        SetVisibilityCase{"reverse_all",
+                          {kRoot},
+                          kCommandReverseAll,
+                          "A [-SURFACE [1] [-a3] SOLID [2] [-a1 a2]] -B [-SOLID [1] [-b1]]"}),
+    [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(GeometrySets, CommandsGetThePartsOfTheSelectedSets) {
+  Node(L"a2")->OnClickCheck(kChecked);
+  Select({L"A"});
+  for (const unsigned command : {kCommandTranslate, kCommandSweep, kCommandAttach, kCommandProject,
+                                 kCommandIncludeExclude, kCommandSimplify}) {
+    Command(command);
+  }
+  EXPECT_EQ(m_app.TakeLog(),
+            "CQDGeomTransformDlg 41121 type 8 keys 2 CQDGeomTransformDlg 41152 type 8 keys 2 CQDGeomAttachDlg "
+            "CQDGeomProjectDlg CQDGeomIncludeExcludeDlg 1 CSimplifyDlg ");
+  Command(kCommandWireframe);
+  EXPECT_EQ(m_doc.GetDisplay().GetRenderMode(Part(a3).cadItem), 2U);
+  EXPECT_EQ(m_doc.GetDisplay().GetRenderMode(Part(b1).cadItem), 1U);
+  EXPECT_EQ(Tree().GetItemImage(Row(L"a3")), 23);
+  EXPECT_TRUE(m_doc.IsModelInfoChanged());
+  Select({L"A"});
+  m_app.TakeLog();
+  Command(kCommandGenerateMesh);  // no command of sets
+  EXPECT_EQ(m_app.TakeLog(), "");
+  Select({L"b1"});
+  Command(kCommandDelete);
+  EXPECT_EQ(Data().GetDataType(b1), 0);
+  const auto before = Data().Snapshot();
+  Select({L"IDS_QD_WRT_GEOMSET_SOLID [2]"});
+  Command(kCommandDelete);  // a group's parts stay
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+TEST_F(GeometrySets, GroupsSortTheirParts) {
+  const iterator early = AddPartTo(A, L"B2");
+  AddPartTo(A, L"a10");
+  const CString group = L"IDS_QD_WRT_GEOMSET_SOLID [4]";
+  Select({group});
+  Command(kCommandSortByName);
+  EXPECT_EQ(Sets(), "A [SURFACE [1] [a3] *SOLID [4] [a1 a2 a10 B2]] B [SOLID [1] [b1]]");
+  Command(kCommandSortByCreation);
+  EXPECT_EQ(Sets(), "A [SURFACE [1] [a3] *SOLID [4] [a1 a2 B2 a10]] B [SOLID [1] [b1]]");
+  EXPECT_NE(early, 0U);
+}
+
+// ---- menus ----------------------------------------------------------------------------------------------
+
+constexpr const char* kVisibility =
+    "IDS_QD_WRT_GEOM_SHOW|IDS_QD_WRT_GEOM_HIDE|IDS_QD_WRT_SHOW_ONLY|IDS_QD_WRT_HIDE_ONLY|"
+    "IDS_QD_WRT_REVERSE_SHOW_HIDE";
+constexpr const char* kSort = "|-|IDS_QD_WRT_Sort{IDS_QD_WRT_by_Creation|IDS_QD_WRT_by_Name}";
+constexpr const char* kTransform =
+    "IDS_QD_WRT_TRANSFORM{IDS_QD_WRT_TRANSFORM_TRANSLATE...|IDS_QD_WRT_TRANSFORM_ROTATE...|"
+    "IDS_QD_WRT_TRANSFORM_MIRROR...|IDS_QD_WRT_TRANSFORM_SCALE...|IDS_QD_WRT_TRANSFORM_SWEEP_TRANSLATE...|"
+    "IDS_QD_WRT_TRANSFORM_ATTACH...}";
+
+struct SetMenuCase {
+  const char* name;
+  ProductVariant variant;
+  std::vector<CString> selected;
+  bool hidden;
+  std::string menu;  // without the display submenus
+};
+class SetMenus : public GeometrySets, public ::testing::WithParamInterface<SetMenuCase> {};
+TEST_P(SetMenus, DependOnVariantAndSelection) {
+  SetProductVariant(GetParam().variant);
+  if (GetParam().hidden) Node(L"A")->OnClickCheck(kChecked);
+  Select(GetParam().selected);
+  std::string menu = Menu();
+  if (const std::size_t display = menu.find("|IDS_QD_WRT_DISPLAY_MODE"); display != std::string::npos) {
+    const std::size_t end = menu.find("PART_OPAQUE}") + std::string("PART_OPAQUE}").size();
+    menu.replace(display, end - display, "|display");
+  }
+  EXPECT_EQ(menu, GetParam().menu);
+}
+const std::string kSetHead = std::string(kVisibility) + "|-|IDS_QD_WRT_GEOMSET_NEW|IDS_QD_WRT_INCLUDE_EXCLUDE...|";
+const std::string kImport = "IDS_QD_CMD_OPTION_SUB_Import...|IDS_QD_WRT_MODEL_SIMPLY...|";
+const CString kSolids = L"IDS_QD_WRT_GEOMSET_SOLID [2]";
+INSTANTIATE_TEST_SUITE_P(
+    Menus, SetMenus,
+    ::testing::Values(
+        SetMenuCase{"one_set",
+                    ProductVariant::Standard,
+                    {L"A"},
+                    false,
+                    kSetHead + "IDS_QD_WRT_GEOMSET_CURRENT|-|" + kImport + kTransform + "|-|display"},
+        SetMenuCase{"two_sets",
+                    ProductVariant::RVT,
+                    {L"A", L"B"},
+                    false,
+                    kSetHead + "-|" + kImport + kTransform + "|-|display"},
+        SetMenuCase{"hidden_set",
+                    ProductVariant::Standard,
+                    {L"A"},
+                    true,
+                    kSetHead + "IDS_QD_WRT_GEOMSET_CURRENT|-|IDS_QD_WRT_PART_DELETE"},
+        SetMenuCase{"short_variant", ProductVariant::KSL, {L"A"}, false, std::string(kVisibility) + "|-|display"},
+        SetMenuCase{"short_variant_hidden", ProductVariant::KSL, {L"A"}, true, kVisibility},
+        SetMenuCase{
+            "root",
+            ProductVariant::Standard,
+            {kRoot},
+            false,
+            "IDS_QD_WRT_SHOW_ALL|IDS_QD_WRT_HIDE_ALL|IDS_QD_WRT_REVERSE_SHOW_HIDE|-|IDS_QD_WRT_GEOMSET_NEW|-|" +
+                kImport + kTransform + "|-|display"},
+        SetMenuCase{"root_of_the_short_variant",
+                    ProductVariant::KSL,
+                    {kRoot},
+                    false,
+                    "IDS_QD_WRT_SHOW_ALL|IDS_QD_WRT_HIDE_ALL|IDS_QD_WRT_REVERSE_SHOW_HIDE|-|display"},
+        SetMenuCase{"solids",
+                    ProductVariant::ZDH,
+                    {kSolids},
+                    false,
+                    std::string(kVisibility) + kSort + "|-|IDS_QD_WRT_GEOMSET_NEW|IDS_QD_WRT_PART_DELETE|" +
+                        kImport + kTransform +
+                        "|IDS_QD_WRT_MODEL_CREATE_MESH{IDS_QD_WRT_MESH_TETRA_GENERATE...}|-|display|-|"
+                        "IDS_QD_DB_BODY_RIGID|IDS_QD_DB_BODY_FLEXIBLE|IDS_QD_WRT_ISO_MATERIAL_APPLY..."},
+        SetMenuCase{"surfaces",
+                    ProductVariant::RVT,
+                    {L"IDS_QD_WRT_GEOMSET_SURFACE [1]"},
+                    false,
+                    std::string(kVisibility) + kSort + "|-|IDS_QD_WRT_GEOMSET_NEW|IDS_QD_WRT_PART_DELETE|" +
+                        kImport + kTransform + "|-|display"},
+        SetMenuCase{"solids_of_the_short_variant",
+                    ProductVariant::KSL,
+                    {kSolids},
+                    false,
+                    std::string(kVisibility) + kSort + "|-|display"},
+        SetMenuCase{"hidden_solids", ProductVariant::RVT, {kSolids}, true, std::string(kVisibility) + kSort}),
+    [](const auto& param) { return std::string(param.param.name); });
+
+}  // namespace
+}  // namespace qd::test
