@@ -90,7 +90,7 @@ void BM_ChangeOneRecord(benchmark::State& state) {
     record.name += L"'";
     CTransaction transaction(&model.m_doc.GetDatabase());
     transaction.Begin(L"rename");
-    pool.Modify(itr, std::move(record));
+    pool.Change(itr, std::move(record));
     transaction.Commit(1);
   }
 }
@@ -117,7 +117,7 @@ void BM_TenThousandChangesInOneNotice(benchmark::State& state) {
     for (std::size_t i = 0; i < 10'000; ++i) {
       tagTGeom record = *pool.GetAtNU(parts[i * 97]);
       record.colour ^= 0xFFU;
-      pool.Modify(parts[i * 97], std::move(record));
+      pool.Change(parts[i * 97], std::move(record));
     }
     transaction.Commit(1);
   }

@@ -217,7 +217,23 @@ TEST_F(GeometryCommands, MaterialsOfTheMenuAndOfDropsReachTheParts) {
   Command(MaterialCommandBase());  // the list is used up
   EXPECT_EQ(Part(a).material, brass);
   Tree().GetQDRootItem()->ChangeGeomTitle(&m_doc, 1);
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a (Brass) *b (Steel) -c (Brass)]]");
+  EXPECT_EQ(State(),
+            "model.step [IDS_DB_DATA_NAME_GEOM [a (Brass) *b (Steel) -c (Brass)] IDS_WB_MATERIALS [Steel Brass]]");
+}
+
+TEST_F(GeometryCommands, ADroppedMaterialGoesToThePartOrToAll) {
+  const iterator steel = AddMaterial(L"Steel");
+  const auto before = Data().Snapshot();
+  Drag({L"a"}, L"b");             // no material
+  Drag({L"Steel", L"a"}, kRoot);  // not alone
+  EXPECT_EQ(Data().Snapshot(), before);
+  Drag({L"Steel"}, L"b");
+  EXPECT_EQ(Part(b).material, steel);
+  EXPECT_EQ(Part(a).material, 0U);
+  Drag({L"Steel"}, kRoot);
+  EXPECT_EQ(Part(c).material, steel);
+  Data().GetMaterialPool().TR_Del({steel});
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a b -c]]");
 }
 
 TEST_F(GeometryCommands, DialogsGetTheirLists) {
@@ -336,14 +352,14 @@ TEST_F(Pages, TheRootsPageSetsColoursAndTitlesOfAllParts) {
   Choose(L"IDS_QD_WRT_GEOM_SHADING_COLOR", L"a text of another language");
   EXPECT_EQ(m_doc.GetDisplay().GetColorModelType(), 1);
   Choose(L"IDS_QD_WRT_GEOM_GEOM_TITLE", L"IDS_QD_WRT_GEOM_GEOM_NAME_MATL_NAME");
-  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM [a (Steel) b -c]]");
+  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM [a (Steel) b -c] IDS_WB_MATERIALS [Steel]]");
   EXPECT_EQ(RowOf(Page(), L"IDS_QD_WRT_GEOM_GEOM_TITLE")->value, L"IDS_QD_WRT_GEOM_GEOM_NAME_MATL_NAME");
   int title = 0;
   int colour = 0;
   Tree().GetGeomTitleAndColor(title, colour);
   EXPECT_EQ(title + colour * 10, 11);
   Choose(L"IDS_QD_WRT_GEOM_GEOM_TITLE", L"a text of another language");  // the name alone
-  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM [a b -c]]");
+  EXPECT_EQ(State(), "model.step [*IDS_DB_DATA_NAME_GEOM [a b -c] IDS_WB_MATERIALS [Steel]]");
 }
 
 TEST_F(Pages, APageOutlivesItsRoot) {

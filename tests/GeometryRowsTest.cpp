@@ -113,17 +113,19 @@ TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
   const iterator steel = Material(L"Steel");
   ChangePart(parts[0], [&](tagTGeom& part) { part.material = steel; });
   OpenBranch();
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt Nut]]");
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt Nut] IDS_WB_MATERIALS [Steel]]");
   m_bar.ChangeGeomTitle(&m_doc, 1);
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Steel) Nut]]");  // no material: the name alone
+  EXPECT_EQ(State(),
+            "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Steel) Nut] IDS_WB_MATERIALS [Steel]]");  // no material: the
+                                                                                                // name alone
   Act([&] {
-    Data().GetMaterialPool().Modify(steel, [] {
+    Data().GetMaterialPool().Change(steel, [] {
       tagTMaterial m;
       m.name = L"Iron";
       return m;
     }());
   });
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Iron) Nut]]");
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Iron) Nut] IDS_WB_MATERIALS [Iron]]");
   Data().GetMaterialPool().TR_Del({steel});
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt Nut]]");
   int title = -1;

@@ -77,7 +77,7 @@ TEST_F(GeometrySets, ASetMadeWithItsPartsInOneActTakesThemFromTheOthers) {
     for (const iterator part : {a3, b1}) {
       tagTGeom moved = Part(part);
       moved.gset = C;
-      Data().GetGeomPool().Modify(part, moved);
+      Data().GetGeomPool().Change(part, moved);
     }
   });
   EXPECT_EQ(Sets(), "A [SOLID [2] [a1 a2]] B C [SURFACE [1] [a3] SOLID [1] [b1]]");
@@ -119,7 +119,7 @@ TEST_F(GeometrySets, RandomChangesEndInTheTreeThatARebuildGives) {
             tagTGeom record = *Data().GetGeomPool().GetAtNU(itr);
             record.kind = static_cast<TopologyKind>(roll(5));
             record.gset = sets[roll(sets.size())];
-            Data().GetGeomPool().Modify(itr, record);
+            Data().GetGeomPool().Change(itr, record);
             break;
         }
       }

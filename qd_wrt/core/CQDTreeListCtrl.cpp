@@ -276,6 +276,15 @@ void CQDTreeListCtrl::SetGeomRenderMode(const TArray<iterator>& itrs) {
   Invalidate();
 }
 
+void CQDTreeListCtrl::RefreshParts(const TArray<iterator>& itrs) {
+  for (const iterator itr : itrs) {
+    CQDTreeItem* node = FindGeomNode(itr);
+    if (node == nullptr) continue;
+    node->OnInitialize();
+    node->RefreshImage();
+  }
+}
+
 void CQDTreeListCtrl::ShowHideGeom(const TArray<iterator>& itrs, int show) {
   const Handler handler(*this);
   for (const iterator itr : itrs) {

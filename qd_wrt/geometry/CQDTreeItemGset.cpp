@@ -229,6 +229,7 @@ void CQDTreeItemGset::OnDrop(std::vector<CQDTreeItem*>& nodes) {
     set->GetGeomItrs(parts);
   }
   std::vector<iterator> itrs;
+  itrs.reserve(parts.size());
   for (const auto& [itr, mark] : parts) itrs.push_back(itr);
   if (!merged.empty()) return Merge({merged.begin(), merged.end()}, itrs);
   if (itrs.empty()) return;

@@ -2,8 +2,11 @@
 
 #include <QEventLoop>
 
+#include <QDirIterator>
+#include <QRegularExpression>
+
 #include "Files.h"
-#include "workbench/app/ImportJob.h"
+#include "workbench/app/ExchangeJob.h"
 #include "workbench/app/MessageTables.h"
 
 namespace qd::test {
@@ -17,16 +20,16 @@ struct Outcome {
   bool finished = false;
 };
 
-Outcome Import(const QString& path, const std::function<void(ImportJob&)>& meanwhile = nullptr) {
+Outcome Import(const QString& path, const std::function<void(ExchangeJob&)>& meanwhile = nullptr) {
   Outcome outcome;
   QEventLoop loop;
-  ImportJob job(path);
-  QObject::connect(&job, &ImportJob::Finished, &loop, [&](ImportedModel& model) {
+  ExchangeJob job(path);
+  QObject::connect(&job, &ExchangeJob::Finished, &loop, [&](ImportedModel& model) {
     outcome.model = std::move(model);
     outcome.finished = true;
     loop.quit();
   });
-  QObject::connect(&job, &ImportJob::Failed, &loop, [&](const QString& reason) {
+  QObject::connect(&job, &ExchangeJob::Failed, &loop, [&](const QString& reason) {
     outcome.failure = reason;
     loop.quit();
   });
@@ -146,7 +149,8 @@ TEST_F(ImportFile, BadFilesAreNamedByTheirFault) {
 }
 
 TEST_F(ImportFile, ACancelledOneLeavesNothing) {
-  const Outcome outcome = Import(m_files.Make({"grid", "60"}, "grid.step"), [](ImportJob& job) { job.Cancel(); });
+  const Outcome outcome =
+      Import(m_files.Make({"grid", "60"}, "grid.step"), [](ExchangeJob& job) { job.Cancel(); });
   EXPECT_FALSE(outcome.finished);
   EXPECT_TRUE(outcome.failure.isEmpty());
 }
@@ -165,6 +169,18 @@ TEST(MessageTables, HoldTheSameKeysAndPlaceholdersInEveryLanguage) {
   EXPECT_GT(english.size(), 30U);
   for (const QString& language : MessageTables::Languages())
     EXPECT_EQ(read(language), english) << language.toStdString();
+  // Every key that the sources name has a text.
+  QDirIterator sources(QD_SOURCE_FOLDER, {"*.cpp", "*.h"}, QDir::Files, QDirIterator::Subdirectories);
+  const QRegularExpression key("\"(IDS_[A-Za-z0-9_]+)\"");
+  while (sources.hasNext()) {
+    const QString path = sources.next();
+    if (!path.contains("/qd_wrt/") && !path.contains("/workbench/")) continue;
+    QRegularExpressionMatchIterator found = key.globalMatch(QString::fromUtf8(Files::Read(path)));
+    while (found.hasNext()) {
+      const QString name = found.next().captured(1);
+      EXPECT_TRUE(english.contains(name)) << name.toStdString() << " in " << path.toStdString();
+    }
+  }
   EXPECT_FALSE(tables.SetLanguage("xx"));
   EXPECT_EQ(Text("IDS_QD_WRT_Item"), "Item");
   EXPECT_EQ(Text("IDS_WB_IMPORT_FAILED", {"%s", "why"}), "%s: why");

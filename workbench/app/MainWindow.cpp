@@ -13,6 +13,7 @@
 #include <QProgressBar>
 #include <QSettings>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolButton>
 #include <algorithm>
 #include <iostream>
@@ -39,12 +40,25 @@ MainWindow::MainWindow(MessageTables& messages) : m_messages(messages), m_doc(st
       std::map<long, CSwitchDockablePane*>{{kModelTree, m_modelPane}, {kGeometrySetTree, m_gsetPane}}, &m_factory);
   m_manager->CreateTreeItems(m_doc.get(), kModelTree);
   m_doc->GetDatabase().SetListener(this);
+  m_doc->SetOnImport([this] { OnImport(); });
+  m_doc->GetDisplay().SetOnItemsChanged([this] { QTimer::singleShot(0, this, [this] { SyncTrees(); }); });
+  m_operations = new OperationRunner(*m_doc, this);
+  connect(m_operations, &OperationRunner::Started, this,
+          [this](const QString& title) { ShowProgress(Text("IDS_WB_WORKING", {title})); });
+  connect(m_operations, &OperationRunner::Progress, m_progress, &QProgressBar::setValue);
+  connect(m_operations, &OperationRunner::Said, this, &MainWindow::Say);
+  connect(m_operations, &OperationRunner::Ended, this, &MainWindow::HideProgress);
+  m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
   ApplyPalette();
   Retranslate();
 }
 
 MainWindow::~MainWindow() {
   m_job.reset();
+  m_dialogs.reset();
+  delete m_operations;
+  m_doc->GetDisplay().SetOnItemsChanged(nullptr);
+  m_doc->SetOnImport(nullptr);
   m_doc->GetDatabase().SetListener(nullptr);
   m_manager->DestroyTreeItems(m_doc.get());
   // The panes and the view look at the document, so they go before it.
@@ -85,6 +99,7 @@ void MainWindow::MakePanes() {
   connect(m_cancel, &QToolButton::clicked, this, [this] {
     m_waiting.clear();
     if (m_job != nullptr) m_job->Cancel();
+    m_operations->Cancel();
   });
   statusBar()->addPermanentWidget(m_progress);
   statusBar()->addPermanentWidget(m_cancel);
@@ -268,15 +283,12 @@ void MainWindow::Import(const QStringList& paths) {
 
 void MainWindow::StartNextImport() {
   if (m_waiting.isEmpty()) return;
-  m_job = std::make_unique<ImportJob>(m_waiting.takeFirst());
+  m_job = std::make_unique<ExchangeJob>(m_waiting.takeFirst());
   const QString path = m_job->Path();
-  statusBar()->showMessage(Text("IDS_WB_IMPORTING", {path}));
-  m_progress->setValue(0);
-  m_progress->show();
-  m_cancel->show();
-  connect(m_job.get(), &ImportJob::Progress, m_progress, &QProgressBar::setValue);
-  connect(m_job.get(), &ImportJob::Finished, this, [this](ImportedModel& model) { StoreImported(model); });
-  connect(m_job.get(), &ImportJob::Failed, this, [this, path](const QString& reason) {
+  ShowProgress(Text("IDS_WB_IMPORTING", {path}));
+  connect(m_job.get(), &ExchangeJob::Progress, m_progress, &QProgressBar::setValue);
+  connect(m_job.get(), &ExchangeJob::Finished, this, [this](ImportedModel& model) { StoreImported(model); });
+  connect(m_job.get(), &ExchangeJob::Failed, this, [this, path](const QString& reason) {
     if (reason.isEmpty()) {
       Say(Text("IDS_WB_IMPORT_CANCELLED", {path}), false);
     } else {
@@ -300,19 +312,40 @@ void MainWindow::StoreImported(ImportedModel& model) {
   const CString title = FromQt(Text("IDS_WB_TRANS_IMPORT", {QFileInfo(path).fileName()}));
   StoreImport(m_doc->GetDatabase(), std::move(model), title);
   // An empty branch cannot stand open, so the first parts open it.
-  if (first) m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->GetChild(0)->Expand(1);
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) {
+    if (first) pane->Bar().GetTreeCtrl().GetQDRootItem()->GetChild(0)->Expand(1);
+  }
   if (parts > 0) Say(Text("IDS_WB_IMPORTED_PARTS", {path, QLocale().toString(parts)}), false);
   if (sets > 0) Say(Text("IDS_WB_IMPORTED_MESH", {path, QLocale().toString(sets)}), false);
   EndImport();
 }
 
 void MainWindow::EndImport() {
-  m_progress->hide();
-  m_cancel->hide();
-  statusBar()->clearMessage();
+  HideProgress();
   // The job is in the middle of its last signal.
   m_job.release()->deleteLater();
   StartNextImport();
+}
+
+void MainWindow::ShowProgress(const QString& text) {
+  statusBar()->showMessage(text);
+  m_progress->setValue(0);
+  m_progress->show();
+  m_cancel->show();
+}
+
+void MainWindow::HideProgress() {
+  m_progress->hide();
+  m_cancel->hide();
+  statusBar()->clearMessage();
+}
+
+void MainWindow::SyncTrees() {
+  TArray<iterator> parts;
+  for (const int cadItem : m_doc->GetDisplay().TakeChangedItems()) {
+    parts.push_back(m_doc->GetDatabase().GetGeomPool().ItrOfNumber(cadItem));
+  }
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->Bar().GetTreeCtrl().RefreshParts(parts);
 }
 
 void MainWindow::Warn(const CString& text) {

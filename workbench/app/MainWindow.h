@@ -7,7 +7,8 @@
 #include "host/CMainFrame.h"
 #include "host/MessageOutput.h"
 #include "qd_wrt/core/CWorksTreeManager.h"
-#include "workbench/app/ImportJob.h"
+#include "workbench/app/DialogHost.h"
+#include "workbench/app/ExchangeJob.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/Database.h"
@@ -47,6 +48,9 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   WorkDocument& Document() { return *m_doc; }
   ModelView& View() { return *m_view; }
   TreePane& ModelTreePane() { return *m_modelPane; }
+  TreePane& SetTreePane() { return *m_gsetPane; }
+  PropertyPane& Properties() { return *m_properties; }
+  bool IsWorking() const { return m_operations->IsRunning(); }
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
   IWorksTreeManager* GetWorksTreeManager() override { return m_manager.get(); }
@@ -78,6 +82,10 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void OnPick(iterator itr, bool add);
   void OnDatabaseChanged(const CQDUpdateRecord& record) override;
 
+  /// Rows of parts follow what was done in the other tree.
+  void SyncTrees();
+  void ShowProgress(const QString& text);
+  void HideProgress();
   void Warn(const CString& text) override;
   bool Ask(const CString& text) override;
   void StartNextImport();
@@ -97,12 +105,14 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   QPlainTextEdit* m_messageText = nullptr;
   QProgressBar* m_progress = nullptr;
   QToolButton* m_cancel = nullptr;
+  OperationRunner* m_operations = nullptr;
+  std::unique_ptr<DialogHost> m_dialogs;
   std::vector<Translated> m_translated;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
   QAction* m_delete = nullptr;
   QStringList m_waiting;
-  std::unique_ptr<ImportJob> m_job;
+  std::unique_ptr<ExchangeJob> m_job;
   int m_failed = 0;
 };
 

@@ -6,7 +6,7 @@
 #include "platform/headless/HeadlessToolkit.h"
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
-#include "workbench/app/ImportJob.h"
+#include "workbench/app/ExchangeJob.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/exchange/StoreImport.h"
 #include "workbench/tree/DocumentNode.h"
@@ -40,13 +40,13 @@ class Follower final : private IDatabaseListener {
 
 bool ImportInto(WorkDocument& doc, const QString& path) {
   QEventLoop loop;
-  ImportJob job(path);
+  ExchangeJob job(path);
   bool good = false;
-  QObject::connect(&job, &ImportJob::Finished, &loop, [&](ImportedModel& model) {
+  QObject::connect(&job, &ExchangeJob::Finished, &loop, [&](ImportedModel& model) {
     good = StoreImport(doc.GetDatabase(), std::move(model), FromQt(path)) != 0;
     loop.quit();
   });
-  QObject::connect(&job, &ImportJob::Failed, &loop, [&](const QString& reason) {
+  QObject::connect(&job, &ExchangeJob::Failed, &loop, [&](const QString& reason) {
     std::cerr << Text("IDS_WB_IMPORT_FAILED", {path, reason}).toStdString() << std::endl;
     loop.quit();
   });

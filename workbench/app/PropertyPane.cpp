@@ -1,20 +1,139 @@
 #include "workbench/app/PropertyPane.h"
 
+#include <QColorDialog>
+#include <QComboBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QTimer>
+#include <map>
+#include <utility>
+
+#include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
 
 namespace qd::workbench {
 
-PropertyPane::PropertyPane(QWidget* parent) : QDockWidget(parent), m_empty(new QLabel(this)) {
+PropertyPane::PropertyPane(QWidget* parent)
+    : QDockWidget(parent), m_stack(new QStackedWidget(this)), m_empty(new QLabel), m_grid(new QTreeWidget) {
   setObjectName("properties");
   setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
   m_empty->setAlignment(Qt::AlignCenter);
   m_empty->setEnabled(false);
-  setWidget(m_empty);
+  m_grid->setColumnCount(2);
+  m_grid->setHeaderHidden(true);
+  m_grid->setRootIsDecorated(false);
+  m_grid->setSelectionMode(QAbstractItemView::NoSelection);
+  m_grid->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  m_stack->addWidget(m_empty);
+  m_stack->addWidget(m_grid);
+  setWidget(m_stack);
   Refresh();
 }
 
+PropertyPane::~PropertyPane() = default;
+
+void PropertyPane::SetPropertySet(std::unique_ptr<IPropertySet> page) {
+  m_page = std::move(page);
+  if (m_page != nullptr) m_page->SetOnLayout([this] { ShowRows(); });
+  Schedule();
+}
+
 void PropertyPane::Refresh() {
-  m_empty->setText(m_page == nullptr ? Text("IDS_WB_NO_PROPERTIES") : QString());
+  m_empty->setText(Text("IDS_WB_NO_PROPERTIES"));
+  Schedule();
+}
+
+void PropertyPane::Schedule() {
+  if (std::exchange(m_waiting, true)) return;
+  QTimer::singleShot(0, this, &PropertyPane::ShowNow);
+}
+
+void PropertyPane::ShowNow() {
+  if (!std::exchange(m_waiting, false)) return;
+  m_stack->setCurrentIndex(m_page == nullptr ? 0 : 1);
+  if (m_page == nullptr) {
+    m_grid->clear();
+  } else {
+    m_page->ShowProperty();
+  }
+}
+
+void PropertyPane::ShowRows() {
+  m_grid->clear();
+  std::map<const CBCGPProp*, QTreeWidgetItem*> items;
+  for (const auto& row : m_page->GetRows()) {
+    QTreeWidgetItem* above = row->parent != nullptr ? items[row->parent] : m_grid->invisibleRootItem();
+    auto* item = new QTreeWidgetItem(above, {ToQt(row->name)});  // owned by the grid
+    items[row.get()] = item;
+    item->setToolTip(0, ToQt(row->description));
+    if (row->kind == CBCGPProp::Kind::Title) {
+      QFont bold = m_grid->font();
+      bold.setBold(true);
+      item->setFont(0, bold);
+      item->setFirstColumnSpanned(true);
+    } else if (row->readOnly) {
+      item->setText(1, ToQt(row->value));
+    } else {
+      m_grid->setItemWidget(item, 1, EditorFor(*row));
+    }
+  }
+  m_grid->expandAll();
+}
+
+/// Rows die with the page, editors with the grid, and both go together; a change is told after the editor is done.
+QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
+  switch (row.kind) {
+    case CBCGPProp::Kind::Options: {
+      auto* box = new QComboBox;
+      for (const CString& option : row.options) box->addItem(ToQt(option));
+      box->setCurrentText(ToQt(row.value));
+      connect(box, &QComboBox::activated, this, [this, &row, box] {
+        row.value = FromQt(box->currentText());
+        Tell(row);
+      });
+      return box;
+    }
+    case CBCGPProp::Kind::Colour: {
+      auto* button = new QPushButton;
+      button->setStyleSheet(QString("background-color: %1").arg(ToQt(row.colour).name()));
+      button->setAccessibleName(ToQt(row.name));
+      connect(button, &QPushButton::clicked, this, [this, &row] {
+        const IPropertySet* page = m_page.get();
+        const QColor chosen = QColorDialog::getColor(ToQt(row.colour), this, Text("IDS_WB_PICK_COLOUR"));
+        if (!chosen.isValid() || page != m_page.get()) return;  // the page has changed meanwhile
+        row.colour = FromQt(chosen);
+        Tell(row);
+      });
+      return button;
+    }
+    default: {
+      auto* edit = new QLineEdit(ToQt(row.value));
+      edit->setMaxLength(static_cast<int>(kMaxNameLength));
+      edit->setFrame(false);
+      connect(edit, &QLineEdit::editingFinished, this, [this, &row, edit] {
+        if (FromQt(edit->text()) == row.value) return;
+        row.value = FromQt(edit->text());
+        Tell(row);
+      });
+      return edit;
+    }
+  }
+}
+
+void PropertyPane::Tell(CBCGPProp& row) {
+  // The page makes its rows anew for what it has refused, too.
+  m_page->OnPropertyChanged(&row, row.data);
+  Schedule();
+}
+
+QStringList PropertyPane::Lines() const {
+  QStringList lines;
+  if (m_page == nullptr) return lines;
+  for (const auto& row : m_page->GetRows()) lines << ToQt(row->name) + ": " + ToQt(row->value);
+  return lines;
 }
 
 }  // namespace qd::workbench

@@ -1,25 +1,42 @@
 #pragma once
 
 #include <QDockWidget>
-#include <QLabel>
+#include <QTreeWidget>
 #include <memory>
 
 #include "host/CMainFrame.h"
 
+class QStackedWidget;
+class QLabel;
+
 namespace qd::workbench {
 
-/// The property window.
+/// The property window: shows the rows of the current page as a grid. Pages change often while the model changes,
+/// so a page is made and shown once per turn of the event loop.
 class PropertyPane final : public QDockWidget, public CPropertiesWnd {
  public:
   explicit PropertyPane(QWidget* parent);
+  ~PropertyPane() override;
 
-  void SetPropertySet(std::unique_ptr<IPropertySet> page) override { m_page = std::move(page); }
+  void SetPropertySet(std::unique_ptr<IPropertySet> page) override;
   void Refresh() override;
   IPropertySet* GetPropertySet() const override { return m_page.get(); }
+  /// Makes and shows a page that waits, at once.
+  void ShowNow();
+  /// The rows as "name: value" lines.
+  QStringList Lines() const;
 
  private:
+  void Schedule();
+  void ShowRows();
+  QWidget* EditorFor(CBCGPProp& row);
+  void Tell(CBCGPProp& row);
+
   std::unique_ptr<IPropertySet> m_page;
-  QLabel* m_empty;  // owned by this widget
+  QStackedWidget* m_stack;  // these are owned by this widget
+  QLabel* m_empty;
+  QTreeWidget* m_grid;
+  bool m_waiting = false;
 };
 
 }  // namespace qd::workbench

@@ -25,6 +25,15 @@ DisplayState::CadItem& DisplayState::Need(int cadItem) {
   return m_items[index];
 }
 
+void DisplayState::NoteChanged(int cadItem) {
+  m_changedItems.push_back(cadItem);
+  if (m_changedItems.size() == 1 && m_onItemsChanged) m_onItemsChanged();
+}
+
+std::vector<int> DisplayState::TakeChangedItems() {
+  return std::exchange(m_changedItems, {});
+}
+
 // ---- parts ----------------------------------------------------------------------------------------------
 
 void DisplayState::NoteShown(int cadItem) {
@@ -36,6 +45,7 @@ void DisplayState::SetShowHide(int cadItem, int show) {
   BeginShowHide();
   NoteShown(cadItem);
   Need(cadItem).shown = show != 0;
+  NoteChanged(cadItem);
   MarkDirty();
   EndShowHide();
 }
@@ -60,7 +70,10 @@ void DisplayState::ChangePrevShowHide() {
 }
 
 void DisplayState::SetRenderMode(const std::vector<int>& cadItems, unsigned mode) {
-  for (const int cadItem : cadItems) Need(cadItem).mode = static_cast<std::uint8_t>(mode);
+  for (const int cadItem : cadItems) {
+    Need(cadItem).mode = static_cast<std::uint8_t>(mode);
+    NoteChanged(cadItem);
+  }
   MarkDirty();
 }
 

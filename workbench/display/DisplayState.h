@@ -36,6 +36,10 @@ class DisplayState final : public CCADSession,
 
   /// Called at the first mark after the marks were last taken, so that a frame can be scheduled.
   void SetOnDirty(std::function<void()> onDirty) { m_onDirty = std::move(onDirty); }
+  /// Called at the first change of a part's visibility or render mode after the changed ones were last taken.
+  void SetOnItemsChanged(std::function<void()> onItemsChanged) { m_onItemsChanged = std::move(onItemsChanged); }
+  /// The CAD items that have changed so since the last call.
+  std::vector<int> TakeChangedItems();
   /// Whether anything was marked since the last call; clears the marks.
   bool TakeDirty();
 
@@ -84,6 +88,7 @@ class DisplayState final : public CCADSession,
  private:
   CadItem& Need(int cadItem);
   void NoteShown(int cadItem);
+  void NoteChanged(int cadItem);
 
   std::vector<CadItem> m_items;  // by CAD item number; items beyond the end are as made
   std::set<iterator> m_hiddenMsets;
@@ -94,6 +99,8 @@ class DisplayState final : public CCADSession,
   std::map<int, bool> m_changing;
   int m_colourModel = 0;
   std::function<void()> m_onDirty;
+  std::function<void()> m_onItemsChanged;
+  std::vector<int> m_changedItems;
   int m_batches = 0;
   bool m_dirty = false;
 };

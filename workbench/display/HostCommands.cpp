@@ -26,7 +26,7 @@ int ApplyMaterial(Database& database, const std::vector<iterator>& parts, iterat
       if (database.GetDataType(part) != kDataGeom) return 0;
       tagTGeom record = *database.GetGeomPool().GetAtNU(part);
       record.material = material;
-      if (database.GetGeomPool().Modify(part, std::move(record)) == 0) return 0;
+      if (database.GetGeomPool().Change(part, std::move(record)) == 0) return 0;
     }
     return 1;
   });
@@ -67,7 +67,7 @@ int RunGeomSet(Database& database, const CQDCommandObj& command) {
   if (*action != kModify || itrs == nullptr || itrs->size() != data->size()) return 0;
   return Act(database, kModifySet, [&] {
     for (std::size_t i = 0; i < itrs->size(); ++i) {
-      if (pool.Modify((*itrs)[i], (*data)[i]) == 0) return 0;
+      if (pool.Change((*itrs)[i], (*data)[i]) == 0) return 0;
     }
     return 1;
   });

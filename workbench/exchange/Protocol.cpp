@@ -136,6 +136,9 @@ std::string Encode(const ImportedPart& part) {
       .Put(facets.triangles)
       .Put(facets.lineSizes)
       .Put(facets.lines)
+      .Put(part.shape.volume)
+      .Put(part.shape.area)
+      .Put(part.shape.length)
       .Take();
 }
 
@@ -153,6 +156,9 @@ std::optional<ImportedPart> DecodePart(std::string_view payload) {
                          .Get(facets.triangles)
                          .Get(facets.lineSizes)
                          .Get(facets.lines)
+                         .Get(part.shape.volume)
+                         .Get(part.shape.area)
+                         .Get(part.shape.length)
                          .IsWhole();
   if (!whole || part.kind > TopologyKind::Compound || !IsSound(facets)) return std::nullopt;
   return part;
@@ -190,6 +196,39 @@ std::optional<ImportError> DecodeError(std::string_view payload) {
   ImportError error;
   if (!Reader(payload).Get(error.key).Get(error.detail).IsWhole()) return std::nullopt;
   return error;
+}
+
+std::string Encode(const ShapeOperation& operation) {
+  Writer writer;
+  writer.Put(operation.kind)
+      .Put(operation.point)
+      .Put(operation.vector)
+      .Put(operation.amount)
+      .Put(operation.target);
+  writer.Put(static_cast<std::uint64_t>(operation.operands.size()));
+  for (const ShapeOperation::Operand& operand : operation.operands) {
+    writer.Put(operand.name).Put(operand.brep).Put(operand.kind);
+  }
+  return writer.Take();
+}
+
+std::optional<ShapeOperation> DecodeOperation(std::string_view payload) {
+  ShapeOperation operation;
+  Reader reader(payload);
+  std::uint64_t operands = 0;
+  reader.Get(operation.kind)
+      .Get(operation.point)
+      .Get(operation.vector)
+      .Get(operation.amount)
+      .Get(operation.target);
+  reader.Get(operands);
+  for (std::uint64_t i = 0; i < operands && reader.IsGood(); ++i) {
+    ShapeOperation::Operand& operand = operation.operands.emplace_back();
+    reader.Get(operand.name).Get(operand.brep).Get(operand.kind);
+    if (operand.kind > TopologyKind::Compound) return std::nullopt;
+  }
+  if (!reader.IsWhole() || operation.kind > ShapeOperationKind::Mesh) return std::nullopt;
+  return operation;
 }
 
 std::string FrameOf(FrameType type, std::string_view payload) {

@@ -21,6 +21,24 @@ enum class FrameType : std::uint32_t {
   Error = 5,  ///< a message key and a detail for it
 };
 
+/// What can be done with shapes.
+enum class ShapeOperationKind : std::uint32_t { Translate, Rotate, Mirror, Scale, Sweep, Simplify, Project, Mesh };
+
+/// Work on shapes. The answer is one part for each operand, in order, or for a mesh one mesh set.
+struct ShapeOperation {
+  struct Operand {
+    std::string name;  ///< for messages, UTF-8
+    std::string brep;
+    TopologyKind kind = TopologyKind::Solid;
+  };
+  ShapeOperationKind kind = ShapeOperationKind::Translate;
+  double point[3] = {0, 0, 0};   ///< on the axis or plane, or the centre
+  double vector[3] = {0, 0, 1};  ///< way, axis, normal or direction
+  double amount = 0;             ///< angle in degrees, factor, least area or element size
+  std::string target;            ///< shape to project onto
+  std::vector<Operand> operands;
+};
+
 struct ImportError {
   std::string key;     ///< message key of the reason
   std::string detail;  ///< for the text's "%s", may be empty
@@ -30,12 +48,14 @@ std::string EncodeProgress(std::uint32_t thousandths);
 std::string Encode(const ImportedPart& part);
 std::string Encode(const ImportedMeshSet& set);
 std::string Encode(const ImportError& error);
+std::string Encode(const ShapeOperation& operation);
 
 /// Each answers nothing for a payload that is cut short, too long or otherwise none.
 std::optional<std::uint32_t> DecodeProgress(std::string_view payload);
 std::optional<ImportedPart> DecodePart(std::string_view payload);
 std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload);
 std::optional<ImportError> DecodeError(std::string_view payload);
+std::optional<ShapeOperation> DecodeOperation(std::string_view payload);
 
 /// A frame around a payload, ready to be written.
 std::string FrameOf(FrameType type, std::string_view payload);

@@ -58,7 +58,7 @@ int Database::SetBodyType(const std::vector<iterator>& geoms, int flexible) {
     if (old == nullptr) return 0;
     tagTGeom record = *old;
     record.flexible = flexible != 0;
-    if (m_geoms.Modify(geom, std::move(record)) == 0) return 0;
+    if (m_geoms.Change(geom, std::move(record)) == 0) return 0;
   }
   return 1;
 }

@@ -62,7 +62,7 @@ class Pool : public Interface, public IPoolStore {
   }
 
   /// Stores a changed record inside the open transaction. 1, or 0 for an unknown record or on failure.
-  int Modify(iterator itr, T record) {
+  int Change(iterator itr, T record) {
     const T* old = Live(itr);
     if (old == nullptr) return 0;
     record.id = old->id;
@@ -92,6 +92,10 @@ class Pool : public Interface, public IPoolStore {
     });
   }
 
+  /// The iterator of the record with a running number, whether it stands or not.
+  iterator ItrOfNumber(int number) const {
+    return static_cast<iterator>(m_type) << kTypeShift | static_cast<iterator>(number);
+  }
   std::size_t Count() const { return m_count; }
   /// The number that the next record will get.
   int NextNumber() const { return static_cast<int>(m_records.size()) + 1; }

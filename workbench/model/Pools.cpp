@@ -60,7 +60,7 @@ int GeomPool::Private_ApplyGset(const std::vector<iterator>& itrs, iterator gset
     if (old == nullptr) return 0;
     tagTGeom record = *old;
     record.gset = gset;
-    if (Modify(itr, std::move(record)) == 0) return 0;
+    if (Change(itr, std::move(record)) == 0) return 0;
   }
   return 1;
 }
@@ -85,7 +85,7 @@ tagTSettings SettingsPool::Current() const {
 
 int SettingsPool::Store(const tagTSettings& settings) {
   const std::vector<iterator> all = GetItrList();
-  return all.empty() ? Add(settings) != 0 : Modify(all.front(), settings);
+  return all.empty() ? Add(settings) != 0 : Change(all.front(), settings);
 }
 
 void SettingsPool::Put(const tagTSettings& settings) {

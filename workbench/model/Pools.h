@@ -13,7 +13,7 @@ namespace qd::workbench {
 class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
  public:
   using Pool::Pool;
-  int Private_Modify(iterator itr, const tagTGeom& record, int, int) override { return Modify(itr, record); }
+  int Private_Modify(iterator itr, const tagTGeom& record, int, int) override { return Change(itr, record); }
   int Private_ApplyGset(const std::vector<iterator>& itrs, iterator gset) override;
   void GetHCADItemArray(const std::vector<iterator>& itrs, std::vector<int>& cadItems) const override;
   int IsSolid(iterator itr) const override;
@@ -39,7 +39,7 @@ class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
 class MsetPool final : public Pool<tagTMset, DPoolMset> {
  public:
   using Pool::Pool;
-  int Modify(iterator itr, const tagTMset& record) override { return Pool::Modify(itr, record); }
+  int Modify(iterator itr, const tagTMset& record) override { return Change(itr, record); }
   iterator GetItrByGeomItr(iterator geom) const override {
     const std::uint64_t* found = m_msetOfGeom.Find(geom);
     return found != nullptr ? *found : 0;

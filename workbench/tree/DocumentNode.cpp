@@ -7,6 +7,7 @@
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
+#include "workbench/tree/MaterialNodes.h"
 
 namespace qd::workbench {
 
@@ -33,7 +34,33 @@ int DocumentNode::MakeChildItems() {
   m_geometry = new CQDTreeItemGeom(GetControl(), this);
   m_geometry->MakeItem(kInsertLast);
   m_geometry->Expand(1);
+  FollowMaterials();
   return 1;
+}
+
+void DocumentNode::RegisterReceiveDataType() {
+  if (m_treeType == kModelTree) FollowDataType(kDataMaterial);
+}
+
+void DocumentNode::OnUpdate() {
+  const bool stood = m_materials != nullptr;
+  FollowMaterials();
+  if (!stood || m_materials == nullptr) return;
+  for (const tagTRNotify& change : PendingRecords()) m_materials->PushUpdateInfo(change);
+  m_materials->Update();
+}
+
+void DocumentNode::FollowMaterials() {
+  const bool any = GetDBSession() != nullptr && !GetDBSession()->GetMaterialPool().GetItrList().empty();
+  if (any == (m_materials != nullptr)) return;
+  if (any) {
+    m_materials = new MaterialBranch(GetControl(), this);
+    m_materials->MakeItem(m_geometry->GetTreeItemHandle());  // meshes, when they come, stay last
+    m_materials->Expand(1);
+  } else {
+    DeleteChild(m_materials);
+    m_materials = nullptr;
+  }
 }
 
 CQDTreeGeomRoot* DocumentNode::Parts() const {

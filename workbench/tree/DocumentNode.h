@@ -11,6 +11,8 @@ class CQDTreeItemTopo;
 
 namespace qd::workbench {
 
+class MaterialBranch;
+
 /// Tree types of the workbench, in the order in which the module visits them.
 enum TreeType : long { kModelTree = 1, kGeometrySetTree = 2 };
 
@@ -21,6 +23,9 @@ class DocumentNode final : public CQDTreeItem {
   DocumentNode(CQDTreeListCtrl* control, int treeType);
 
   int MakeChildItems() override;
+  /// Follows materials, to make their branch with the first one and to take it away with the last.
+  void RegisterReceiveDataType() override;
+  void OnUpdate() override;
   void CreateContextMenu(CPoint& screen) override;
   void OnMenuEvent(unsigned command) override;
   void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
@@ -31,9 +36,11 @@ class DocumentNode final : public CQDTreeItem {
 
  private:
   CQDTreeGeomRoot* Parts() const;
+  void FollowMaterials();
 
   int m_treeType;
   CQDTreeItemGeom* m_geometry = nullptr;  // a child; null in trees without geometry branch
+  MaterialBranch* m_materials = nullptr;  // a child; null while there are no materials
   CQDTreeItemTopo* m_sets = nullptr;      // likewise for geometry sets
 };
 

@@ -68,6 +68,27 @@ vtkSmartPointer<vtkPolyData> EdgesOf(const PartFacets& facets, vtkPoints* points
   return edges;
 }
 
+/// The outline of the bounding box of a shape.
+vtkSmartPointer<vtkPolyData> BoxOf(vtkPolyData* shape) {
+  double bounds[6];
+  shape->GetBounds(bounds);
+  auto box = vtkSmartPointer<vtkPolyData>::New();
+  vtkNew<vtkPoints> points;
+  for (int corner = 0; corner < 8; ++corner) {
+    points->InsertNextPoint(bounds[corner & 1], bounds[2 + (corner >> 1 & 1)], bounds[4 + (corner >> 2 & 1)]);
+  }
+  vtkNew<vtkCellArray> lines;
+  for (int corner = 0; corner < 8; ++corner) {
+    for (const int axis : {1, 2, 4}) {
+      const vtkIdType ends[2] = {corner, corner | axis};
+      if ((corner & axis) == 0) lines->InsertNextCell(2, ends);
+    }
+  }
+  box->SetPoints(points);
+  box->SetLines(lines);
+  return box;
+}
+
 void SetColour(vtkCompositeDataDisplayAttributes& attributes, vtkPolyData* block, COLORREF colour) {
   const double rgb[3] = {(colour & 0xFFU) / 255.0, (colour >> 8U & 0xFFU) / 255.0,
                          (colour >> 16U & 0xFFU) / 255.0};
@@ -104,8 +125,11 @@ PartScene::Chunk& PartScene::ChunkWithRoom() {
   auto chunk = std::make_unique<Chunk>();
   chunk->faces = MakeLayer();
   chunk->edges = MakeLayer();
-  chunk->edges.actor->GetProperty()->LightingOff();
-  chunk->edges.actor->PickableOff();
+  chunk->boxes = MakeLayer();
+  for (const Layer* lines : {&chunk->edges, &chunk->boxes}) {
+    lines->actor->GetProperty()->LightingOff();
+    lines->actor->PickableOff();
+  }
   // Faces step back a little, so that the edges on them are seen whole.
   chunk->faces.mapper->SetResolveCoincidentTopologyToPolygonOffset();
   chunk->faces.mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1, 1);
@@ -131,9 +155,11 @@ void PartScene::Remove(iterator itr) {
   if (known == m_parts.end()) return;
   const Part& part = known->second;
   Chunk& chunk = *part.chunk;
-  for (const auto& [layer, block] : {std::pair(&chunk.faces, part.faces), std::pair(&chunk.edges, part.edges)}) {
+  for (const auto& [layer, block] : {std::pair(&chunk.faces, part.faces), std::pair(&chunk.edges, part.edges),
+                                     std::pair(&chunk.boxes, part.box)}) {
     layer->attributes->RemoveBlockColor(block);
     layer->attributes->RemoveBlockVisibility(block);
+    layer->attributes->RemoveBlockOpacity(block);
     layer->blocks->SetBlock(part.block, nullptr);
     layer->blocks->Modified();
   }
@@ -174,6 +200,8 @@ void PartScene::Make(iterator itr) {
   part.edges = EdgesOf(part.shape->facets, points);
   chunk.faces.blocks->SetBlock(part.block, part.faces);
   chunk.edges.blocks->SetBlock(part.block, part.edges);
+  part.box = BoxOf(part.edges);
+  chunk.boxes.blocks->SetBlock(part.block, part.box);
   m_parts.emplace(itr, std::move(part));
 }
 
@@ -183,25 +211,44 @@ void PartScene::Update() {
   for (auto& [itr, part] : m_parts) {
     const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
     if (record == nullptr) continue;
-    Look look;
-    look.shown = m_doc.GetDisplay().GetCadItem(record->cadItem).shown;
-    look.faces = selected.contains(itr) ? kHighlight : record->colour;
-    look.edges = record->kind == TopologyKind::Curve ? look.faces : kEdge;
+    const Look look = LookOf(*record, selected.contains(itr));
     if (part.look != look) Apply(part, look);
   }
   for (const auto& chunk : m_chunks) {
     if (!std::exchange(chunk->changed, false)) continue;
     chunk->faces.mapper->Modified();
     chunk->edges.mapper->Modified();
+    chunk->boxes.mapper->Modified();
   }
+}
+
+PartScene::Look PartScene::LookOf(const tagTGeom& record, bool selected) const {
+  enum Mode : unsigned { kShading, kEdgeShading, kWireframe, kBoundingBox };
+  const DisplayState::CadItem& item = m_doc.GetDisplay().GetCadItem(record.cadItem);
+  const bool thin = record.kind == TopologyKind::Curve || record.kind == TopologyKind::Point;
+  Look look;
+  look.box = item.shown && item.mode == kBoundingBox;
+  look.faces = item.shown && item.mode <= kEdgeShading;
+  look.edges = item.shown && !look.box && (thin || item.mode != kShading);
+  look.opacity = item.opacity;
+  const tagTMaterial* material = m_doc.GetDisplay().GetColorModelType() == 1
+                                     ? m_doc.GetDatabase().GetMaterialPool().GetAtNU(record.material)
+                                     : nullptr;
+  look.colour = selected ? kHighlight : material != nullptr ? material->colour : record.colour;
+  look.lineColour = thin || selected || item.mode >= kWireframe ? look.colour : kEdge;
+  return look;
 }
 
 void PartScene::Apply(Part& part, const Look& look) {
   Chunk& chunk = *part.chunk;
-  chunk.faces.attributes->SetBlockVisibility(part.faces, look.shown);
-  chunk.edges.attributes->SetBlockVisibility(part.edges, look.shown);
-  SetColour(*chunk.faces.attributes, part.faces, look.faces);
-  SetColour(*chunk.edges.attributes, part.edges, look.edges);
+  const auto apply = [](const Layer& layer, vtkPolyData* block, bool visible, COLORREF colour, float opacity) {
+    layer.attributes->SetBlockVisibility(block, visible);
+    layer.attributes->SetBlockOpacity(block, opacity);
+    SetColour(*layer.attributes, block, colour);
+  };
+  apply(chunk.faces, part.faces, look.faces, look.colour, look.opacity);
+  apply(chunk.edges, part.edges, look.edges, look.lineColour, look.opacity);
+  apply(chunk.boxes, part.box, look.box, look.colour, 1);
   part.look = look;
   chunk.changed = true;
 }

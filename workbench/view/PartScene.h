@@ -55,15 +55,19 @@ class PartScene {
   struct Chunk {
     Layer faces;
     Layer edges;
+    Layer boxes;                  // what a part is drawn as when only its bounding box is wanted
     std::vector<iterator> parts;  // by block, 0 where a block is free
     std::size_t count = 0;
     bool changed = false;
   };
   /// How a part is drawn.
   struct Look {
-    bool shown = true;
-    COLORREF faces = 0;
-    COLORREF edges = 0;
+    bool faces = true;
+    bool edges = true;
+    bool box = false;
+    COLORREF colour = 0;
+    COLORREF lineColour = 0;
+    float opacity = 1;
     bool operator==(const Look&) const = default;
   };
   struct Part {
@@ -71,6 +75,7 @@ class PartScene {
     unsigned block = 0;
     vtkSmartPointer<vtkPolyData> faces;
     vtkSmartPointer<vtkPolyData> edges;
+    vtkSmartPointer<vtkPolyData> box;
     std::shared_ptr<const PartShape> shape;
     std::optional<Look> look;  // none until it was first drawn
   };
@@ -79,6 +84,7 @@ class PartScene {
   Chunk& ChunkWithRoom();
   void Remove(iterator itr);
   void Make(iterator itr);
+  Look LookOf(const tagTGeom& record, bool selected) const;
   void Apply(Part& part, const Look& look);
 
   WorkDocument& m_doc;

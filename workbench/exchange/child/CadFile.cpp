@@ -24,10 +24,9 @@
 #include <functional>
 #include <map>
 #include <optional>
-#include <sstream>
 #include <vector>
 
-#include "workbench/exchange/child/Facets.h"
+#include "workbench/exchange/child/Shapes.h"
 
 namespace qd::workbench {
 
@@ -48,38 +47,6 @@ class ReadProgress final : public Message_ProgressIndicator {
  private:
   Sink& m_sink;
 };
-
-/// A body on its way out.
-struct Body {
-  TopoDS_Shape shape;
-  TopologyKind kind;
-};
-
-/// The bodies of a shape: solids, and what does not belong to one, each at its own level.
-std::vector<Body> BodiesOf(const TopoDS_Shape& shape) {
-  struct Level {
-    TopAbs_ShapeEnum what;
-    TopAbs_ShapeEnum notIn;
-    TopologyKind kind;
-  };
-  constexpr Level kLevels[] = {
-      {TopAbs_SOLID, TopAbs_SHAPE, TopologyKind::Solid},  {TopAbs_SHELL, TopAbs_SOLID, TopologyKind::Surface},
-      {TopAbs_FACE, TopAbs_SHELL, TopologyKind::Surface}, {TopAbs_WIRE, TopAbs_FACE, TopologyKind::Curve},
-      {TopAbs_EDGE, TopAbs_WIRE, TopologyKind::Curve},    {TopAbs_VERTEX, TopAbs_EDGE, TopologyKind::Point}};
-  std::vector<Body> bodies;
-  for (const Level& level : kLevels) {
-    for (TopExp_Explorer at(shape, level.what, level.notIn); at.More(); at.Next()) {
-      bodies.push_back({at.Current(), level.kind});
-    }
-  }
-  return bodies;
-}
-
-std::string BrepOf(const TopoDS_Shape& shape) {
-  std::ostringstream out;
-  BRepTools::Write(shape, out, false, false, TopTools_FormatVersion_CURRENT);
-  return out.str();
-}
 
 COLORREF ColourOf(const Quantity_Color& colour) {
   double red = 0;
@@ -274,8 +241,7 @@ void ReadCadFile(const std::string& path, FileFormat format, Sink& sink) {
     for (std::size_t i = 0; i < found.size(); ++i) {
       ImportedPart& part = found[i].part;
       if (part.name.empty()) part.name = NameByKind(part.kind, numbers);
-      part.shape.facets = FacetsOf(found[i].shape);
-      part.shape.brep = BrepOf(found[i].shape);
+      part.shape = PartShapeOf(found[i].shape);
       sink.Part(part);
       sink.Progress(kReadShare +
                     (1 - kReadShare) * static_cast<double>(i + 1) / static_cast<double>(found.size()));

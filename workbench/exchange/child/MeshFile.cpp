@@ -1,9 +1,16 @@
 #include "workbench/exchange/child/MeshFile.h"
 
 #include <gmsh.h>
+#include <unistd.h>
 
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
 #include <set>
 #include <unordered_map>
+
+#include "workbench/exchange/child/Operation.h"
 
 namespace qd::workbench {
 
@@ -104,7 +111,62 @@ void SendGroups(Sink& sink) {
   }
 }
 
+/// A file that goes with its object.
+class TemporaryFile {
+ public:
+  TemporaryFile() {
+    const int descriptor = mkstemps(m_path.data(), kSuffixLength);
+    if (descriptor >= 0) close(descriptor);
+  }
+  ~TemporaryFile() { std::remove(m_path.c_str()); }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  const std::string& Path() const { return m_path; }
+
+ private:
+  static constexpr int kSuffixLength = 5;
+  std::string m_path = (std::filesystem::temp_directory_path() / "qd_meshXXXXXX.brep").string();
+};
+
+/// Meshes one shape and sends its elements of the highest dimension.
+void MeshOne(const ShapeOperation::Operand& operand, double size, Sink& sink) {
+  const TemporaryFile file;
+  std::ofstream(file.Path(), std::ios::binary) << operand.brep;
+  gmsh::model::add(operand.name);
+  gmsh::vectorpair entities;
+  gmsh::model::occ::importShapes(file.Path(), entities);
+  gmsh::model::occ::synchronize();
+  gmsh::option::setNumber("Mesh.MeshSizeMin", size / 2);
+  gmsh::option::setNumber("Mesh.MeshSizeMax", size);
+  const int dimension = gmsh::model::getDimension();
+  gmsh::model::mesh::generate(dimension);
+  ImportedMeshSet set;
+  set.name = operand.name;
+  gmsh::model::getEntities(entities, dimension);
+  for (const auto& [entityDimension, tag] : entities) AddElements(entityDimension, tag, set.mesh);
+  AddUsedNodes(AllNodes(), set.mesh);
+  gmsh::model::remove();
+  if (set.mesh.blocks.empty()) throw std::string("no elements");
+  sink.MeshSet(set);
+}
+
 }  // namespace
+
+void MeshOperands(const ShapeOperation& operation, Sink& sink) {
+  if (!(operation.amount > 0)) throw ImportError{"IDS_WB_OPERATION_ZERO", ""};
+  const Session session;
+  double done = 0;
+  for (const ShapeOperation::Operand& operand : operation.operands) {
+    try {
+      MeshOne(operand, operation.amount, sink);
+    } catch (const std::string& reason) {
+      throw ImportError{"IDS_WB_OPERATION_MESH", operand.name + ": " + reason};
+    } catch (int) {
+      throw ImportError{"IDS_WB_OPERATION_MESH", operand.name};
+    }
+    sink.Progress(++done / static_cast<double>(operation.operands.size()));
+  }
+}
 
 void ReadMeshFile(const std::string& path, Sink& sink) {
   const Session session;

@@ -1,16 +1,18 @@
-// The exchange program: reads one CAD or mesh file and sends what it holds over its standard output. It runs as a
-// child of the workbench, because the libraries that read files may crash or hang on a bad one.
+// The exchange program: reads one CAD or mesh file, or works on shapes, and sends the results over its standard
+// output. It runs as a child of the workbench, because the libraries may crash or hang on bad input.
 //
-// Usage: qd_exchange FILE
+// Usage: qd_exchange FILE, or qd_exchange --operation with the request on standard input
 
 #include <unistd.h>
 
 #include <cstdio>
 #include <iostream>
+#include <iterator>
 
 #include "workbench/exchange/child/CadFile.h"
 #include "workbench/exchange/child/FileCheck.h"
 #include "workbench/exchange/child/MeshFile.h"
+#include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Sink.h"
 
 namespace {
@@ -26,6 +28,13 @@ void Import(const std::string& path, Sink& sink) {
   }
 }
 
+void Operate(Sink& sink) {
+  const std::string request{std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+  const auto operation = DecodeOperation(request);
+  if (!operation || operation->operands.empty()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
+  RunOperation(*operation, sink);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -38,7 +47,11 @@ int main(int argc, char** argv) {
   dup2(STDERR_FILENO, STDOUT_FILENO);
   Sink sink(pipe);
   try {
-    Import(argv[1], sink);
+    if (std::string(argv[1]) == "--operation") {
+      Operate(sink);
+    } else {
+      Import(argv[1], sink);
+    }
     sink.Finish();
     return 0;
   } catch (const ImportError& error) {

@@ -10,14 +10,16 @@
 
 namespace qd::workbench {
 
-/// Reads one file in the exchange program and gathers what it sends. Nothing reaches the document before the
-/// whole file has arrived; a crash, an error or a cancel leaves nothing behind. Lives until it has ended.
-class ImportJob final : public QObject {
+/// Lets the exchange program read a file, or work on shapes, and gathers what it sends. Nothing reaches the
+/// document before all of it has arrived; a crash, an error or a cancel leaves nothing behind. Lives until it has
+/// ended.
+class ExchangeJob final : public QObject {
   Q_OBJECT
 
  public:
-  explicit ImportJob(QString path, QObject* parent = nullptr);
-  ~ImportJob() override;
+  explicit ExchangeJob(QString path, QObject* parent = nullptr);
+  explicit ExchangeJob(const ShapeOperation& operation, QObject* parent = nullptr);
+  ~ExchangeJob() override;
 
   void Start();
   /// Ends the program; Failed follows with an empty reason.
@@ -38,7 +40,10 @@ class ImportJob final : public QObject {
   void End();
   void Fail(const QString& reason);
 
-  QString m_path;
+  void Connect();
+
+  QString m_path;         // of the file; empty for work on shapes
+  std::string m_request;  // otherwise
   QProcess m_process;
   FrameReader m_reader;
   QTimer m_more;

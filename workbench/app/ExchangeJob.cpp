@@ -1,4 +1,4 @@
-#include "workbench/app/ImportJob.h"
+#include "workbench/app/ExchangeJob.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
@@ -8,10 +8,19 @@
 
 namespace qd::workbench {
 
-ImportJob::ImportJob(QString path, QObject* parent) : QObject(parent), m_path(std::move(path)) {
+ExchangeJob::ExchangeJob(QString path, QObject* parent) : QObject(parent), m_path(std::move(path)) {
+  Connect();
+}
+
+ExchangeJob::ExchangeJob(const ShapeOperation& operation, QObject* parent)
+    : QObject(parent), m_request(Encode(operation)) {
+  Connect();
+}
+
+void ExchangeJob::Connect() {
   m_more.setSingleShot(true);
   m_more.setInterval(0);
-  connect(&m_more, &QTimer::timeout, this, &ImportJob::TakeFrames);
+  connect(&m_more, &QTimer::timeout, this, &ExchangeJob::TakeFrames);
   connect(&m_process, &QProcess::readyReadStandardOutput, this, [this] { m_more.start(); });
   connect(&m_process, &QProcess::finished, this, [this] {
     m_exited = true;
@@ -24,28 +33,33 @@ ImportJob::ImportJob(QString path, QObject* parent) : QObject(parent), m_path(st
   m_process.setStandardErrorFile(QProcess::nullDevice());
 }
 
-ImportJob::~ImportJob() {
+ExchangeJob::~ExchangeJob() {
   m_process.disconnect(this);
   m_process.kill();
   m_process.waitForFinished(1000);
 }
 
-void ImportJob::Start() {
-  m_process.start(QCoreApplication::applicationDirPath() + "/qd_exchange", {m_path});
+void ExchangeJob::Start() {
+  const bool reads = m_request.empty();
+  m_process.start(QCoreApplication::applicationDirPath() + "/qd_exchange",
+                  {reads ? m_path : QString("--operation")});
+  if (reads) return;
+  m_process.write(m_request.data(), static_cast<qint64>(m_request.size()));
+  m_process.closeWriteChannel();
 }
 
-void ImportJob::Cancel() {
+void ExchangeJob::Cancel() {
   Fail({});
 }
 
-void ImportJob::Fail(const QString& reason) {
+void ExchangeJob::Fail(const QString& reason) {
   if (std::exchange(m_ended, true)) return;
   m_process.kill();
   emit Failed(reason);
 }
 
 /// Takes what has arrived, for a moment at a time, so that the window stays alive.
-void ImportJob::TakeFrames() {
+void ExchangeJob::TakeFrames() {
   constexpr qint64 kRun = 20;  // milliseconds
   constexpr qint64 kPiece = 1 << 20;
   QElapsedTimer run;
@@ -65,7 +79,7 @@ void ImportJob::TakeFrames() {
   if (!m_ended) m_more.start();
 }
 
-void ImportJob::TakeFrame(const FrameReader::Frame& frame) {
+void ExchangeJob::TakeFrame(const FrameReader::Frame& frame) {
   switch (frame.type) {
     case FrameType::Progress:
       if (const auto done = DecodeProgress(frame.payload)) emit Progress(static_cast<int>(*done));
@@ -88,7 +102,7 @@ void ImportJob::TakeFrame(const FrameReader::Frame& frame) {
   Fail(Text("IDS_WB_IMPORT_CRASHED"));  // nothing that the program sends
 }
 
-void ImportJob::End() {
+void ExchangeJob::End() {
   if (!m_done) return Fail(Text("IDS_WB_IMPORT_CRASHED"));
   if (std::exchange(m_ended, true)) return;
   emit Finished(m_model);

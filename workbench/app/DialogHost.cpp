@@ -1,0 +1,149 @@
+#include "workbench/app/DialogHost.h"
+
+#include <algorithm>
+#include <list>
+#include <map>
+
+#include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/IncludeExcludeDialog.h"
+#include "workbench/app/MaterialDialog.h"
+#include "workbench/app/OperationDialog.h"
+
+namespace qd::workbench {
+
+namespace {
+
+using Kind = ShapeOperationKind;
+
+/// Forms of the transform dialog by command.
+const std::map<unsigned, OperationForm>& Transforms() {
+  static const std::map<unsigned, OperationForm> kForms{{kCommandTranslate,
+                                                         {.titleKey = "IDS_QD_WRT_TRANSFORM_TRANSLATE",
+                                                          .kind = Kind::Translate,
+                                                          .vectorKey = "IDS_WB_VECTOR",
+                                                          .vector = {10, 0, 0}}},
+                                                        {kCommandRotate,
+                                                         {.titleKey = "IDS_QD_WRT_TRANSFORM_ROTATE",
+                                                          .kind = Kind::Rotate,
+                                                          .pointKey = "IDS_WB_POINT",
+                                                          .vectorKey = "IDS_WB_DIRECTION",
+                                                          .amountKey = "IDS_WB_ANGLE",
+                                                          .amount = 90}},
+                                                        {kCommandMirror,
+                                                         {.titleKey = "IDS_QD_WRT_TRANSFORM_MIRROR",
+                                                          .kind = Kind::Mirror,
+                                                          .pointKey = "IDS_WB_POINT",
+                                                          .vectorKey = "IDS_WB_NORMAL",
+                                                          .vector = {1, 0, 0}}},
+                                                        {kCommandScale,
+                                                         {.titleKey = "IDS_QD_WRT_TRANSFORM_SCALE",
+                                                          .kind = Kind::Scale,
+                                                          .pointKey = "IDS_WB_POINT",
+                                                          .amountKey = "IDS_WB_FACTOR",
+                                                          .amount = 2}},
+                                                        {kCommandSweep,
+                                                         {.titleKey = "IDS_QD_WRT_TRANSFORM_SWEEP_TRANSLATE",
+                                                          .kind = Kind::Sweep,
+                                                          .vectorKey = "IDS_WB_VECTOR",
+                                                          .vector = {0, 0, 10}}}};
+  return kForms;
+}
+
+/// Forms of the other dialogs by class name.
+const std::map<CString, OperationForm>& Forms() {
+  static const std::map<CString, OperationForm> kForms{
+      {L"CSimplifyDlg",
+       {.titleKey = "IDS_QD_WRT_MODEL_SIMPLY",
+        .kind = Kind::Simplify,
+        .amountKey = "IDS_WB_FACE_AREA",
+        .amount = 1}},
+      {L"CQDGeomProjectDlg",
+       {.titleKey = "IDS_WB_PROJECT", .kind = Kind::Project, .vectorKey = "IDS_WB_DIRECTION", .target = true}},
+      {L"CQDGeomAttachDlg",
+       {.titleKey = "IDS_QD_WRT_TRANSFORM_ATTACH", .kind = Kind::Translate, .target = true, .alignment = true}}};
+  return kForms;
+}
+
+constexpr OperationForm kMeshForm{.titleKey = "IDS_QD_WRT_MESH_TETRA_GENERATE",
+                                  .kind = Kind::Mesh,
+                                  .amountKey = "IDS_WB_ELEMENT_SIZE",
+                                  .amount = 5,
+                                  .solidsOnly = true};
+
+}  // namespace
+
+DialogHost::DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window)
+    : m_doc(doc), m_runner(runner), m_window(window) {}
+
+DialogHost::~DialogHost() {
+  for (const auto& [name, dialog] : m_open) delete dialog.data();
+}
+
+/// One dialog of a class at a time: a new one takes the place of the old.
+void DialogHost::Show(QDialog* dialog, const CString& dialogClass) {
+  CloseDialog(&m_doc, dialogClass);
+  m_open[dialogClass] = dialog;
+  dialog->show();
+}
+
+void DialogHost::CloseDialog(CQDDocBase*, const CString& dialogClass) {
+  if (QDialog* open = m_open[dialogClass]) open->close();
+}
+
+void DialogHost::CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) {
+  CloseDialog(doc, dialogClass);
+}
+
+std::vector<iterator> DialogHost::PartsOfKeys(const std::vector<iterator>& keys) const {
+  std::vector<iterator> parts(keys.size());
+  std::transform(keys.begin(), keys.end(), parts.begin(), GKeyPool::GeomOfKey);
+  return parts;
+}
+
+std::vector<iterator> DialogHost::PartsInView() const {
+  Database& database = m_doc.GetDatabase();
+  const auto hidden = [&](iterator part) {
+    return database.GetDataType(part) != kDataGeom ||
+           !m_doc.GetDisplay().GetCadItem(database.GetGeomPool().GetAtNU(part)->cadItem).shown;
+  };
+  std::vector<iterator> parts = m_doc.GetSelectBuffer();
+  std::erase_if(parts, hidden);
+  if (!parts.empty()) return parts;
+  parts = database.GetGeomPool().GetItrList();
+  std::erase_if(parts, hidden);
+  return parts;
+}
+
+// ---- what the module asks for ---------------------------------------------------------------------------
+
+void DialogHost::OpenDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
+  if (dialogClass != L"CLbcMaterialMainDlg") return;
+  const auto* parts = static_cast<const std::list<iterator>*>(data);
+  Show(new MaterialDialog(m_doc, {parts->begin(), parts->end()}, m_window), dialogClass);
+}
+
+void DialogHost::OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
+  const auto* keys = static_cast<const std::list<iterator>*>(data);
+  Show(new OperationDialog(m_doc, m_runner, kMeshForm, PartsOfKeys({keys->begin(), keys->end()}), m_window),
+       dialogClass);
+}
+
+void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first, const void*) {
+  if (dialogClass == L"CQDGeomIncludeExcludeDlg") {
+    return Show(new IncludeExcludeDialog(m_doc, *static_cast<const iterator*>(first), m_window), dialogClass);
+  }
+  const auto* operands = static_cast<const tagTGeomGUI*>(first);
+  const std::vector<iterator> parts = operands != nullptr ? PartsOfKeys(operands->keys) : PartsInView();
+  if (dialogClass == L"CQDGeomTransformDlg") {
+    const auto form = Transforms().find(IQueryMenuID2Idx::GetMenuID());
+    if (form != Transforms().end()) {
+      Show(new OperationDialog(m_doc, m_runner, form->second, parts, m_window), dialogClass);
+    }
+    return;
+  }
+  const auto form = Forms().find(dialogClass);
+  if (form != Forms().end())
+    Show(new OperationDialog(m_doc, m_runner, form->second, parts, m_window), dialogClass);
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QDialog>
+#include <QPointer>
+#include <QWidget>
+#include <map>
+#include <vector>
+
+#include "host/Dialogs.h"
+#include "qd_wrt/core/IAppWrt.h"
+#include "workbench/app/OperationRunner.h"
+
+namespace qd::workbench {
+
+/// Opens the dialogs that the works trees ask for by name. They are modeless and belong to the window.
+class DialogHost final : public IAppWrt, public IGeomDialog {
+ public:
+  DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window);
+  ~DialogHost() override;
+
+  void OpenDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
+  void CloseDialog(CQDDocBase* doc, const CString& dialogClass) override;
+  void OpenMeshDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
+  void CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) override;
+  int GetMenuIndexOfAutoMesh2D() override { return 0; }
+  int GetMenuIndexOfAutoMesh3D() override { return 1; }
+  int GetMenuIndexOfMappedMesh2D() override { return 2; }
+  int GetMenuIndexOfMappedMesh3D() override { return 3; }
+
+ protected:
+  void Open(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second) override;
+
+ private:
+  void Show(QDialog* dialog, const CString& dialogClass);
+  std::vector<iterator> PartsOfKeys(const std::vector<iterator>& keys) const;
+  /// The selected parts that are shown, or all that are shown.
+  std::vector<iterator> PartsInView() const;
+
+  WorkDocument& m_doc;
+  OperationRunner& m_runner;
+  QWidget* m_window;
+  std::map<CString, QPointer<QDialog>> m_open;
+};
+
+}  // namespace qd::workbench

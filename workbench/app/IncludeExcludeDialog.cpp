@@ -1,0 +1,74 @@
+#include "workbench/app/IncludeExcludeDialog.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+
+#include "host/CTransaction.h"
+#include "platform/qt/QtConvert.h"
+#include "workbench/app/MessageTables.h"
+
+namespace qd::workbench {
+
+IncludeExcludeDialog::IncludeExcludeDialog(WorkDocument& doc, iterator gset, QWidget* parent)
+    : QDialog(parent), m_doc(doc), m_gset(gset), m_outside(new QListWidget), m_inside(new QListWidget) {
+  setWindowTitle(Text("IDS_QD_WRT_INCLUDE_EXCLUDE"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setObjectName("sets");
+  auto* layout = new QGridLayout(this);
+  layout->addWidget(new QLabel(Text("IDS_WB_NOT_IN_SET")), 0, 0);
+  layout->addWidget(new QLabel(Text("IDS_WB_IN_SET")), 0, 2);
+  for (QListWidget* list : {m_outside, m_inside}) list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  layout->addWidget(m_outside, 1, 0, 4, 1);
+  layout->addWidget(m_inside, 1, 2, 4, 1);
+  auto* include = new QPushButton(Text("IDS_WB_INCLUDE"));
+  auto* exclude = new QPushButton(Text("IDS_WB_EXCLUDE"));
+  auto* close = new QPushButton(Text("IDS_WB_CLOSE"));
+  include->setObjectName("include");
+  exclude->setObjectName("exclude");
+  layout->addWidget(include, 2, 1);
+  layout->addWidget(exclude, 3, 1);
+  layout->addWidget(close, 5, 2);
+  connect(include, &QPushButton::clicked, this, [this] { Move(*m_outside, m_gset); });
+  connect(exclude, &QPushButton::clicked, this, [this] { Move(*m_inside, OtherSet()); });
+  connect(close, &QPushButton::clicked, this, &QDialog::close);
+  ListParts();
+}
+
+void IncludeExcludeDialog::ListParts() {
+  m_outside->clear();
+  m_inside->clear();
+  for (const iterator part : m_doc.GetDatabase().GetGeomPool().GetItrList()) {
+    const tagTGeom& record = *m_doc.GetDatabase().GetGeomPool().GetAtNU(part);
+    auto* item = new QListWidgetItem(ToQt(record.name), record.gset == m_gset ? m_inside : m_outside);
+    item->setData(Qt::UserRole, QVariant::fromValue(part));
+  }
+}
+
+iterator IncludeExcludeDialog::OtherSet() const {
+  const GsetPool& sets = m_doc.GetDatabase().GetGsetPool();
+  if (const iterator current = sets.GetCurrentSet(); current != m_gset) return current;
+  for (const iterator set : sets.GetItrList()) {
+    if (set != m_gset) return set;
+  }
+  return 0;
+}
+
+void IncludeExcludeDialog::Move(const QListWidget& from, iterator to) {
+  Database& database = m_doc.GetDatabase();
+  std::vector<iterator> parts;
+  for (const QListWidgetItem* item : from.selectedItems()) {
+    const auto part = item->data(Qt::UserRole).value<iterator>();
+    if (database.GetDataType(part) == kDataGeom) parts.push_back(part);
+  }
+  if (!parts.empty() && database.GetDataType(to) == kDataGset) {
+    CTransaction transaction(&database);
+    const bool done = transaction.Begin(FromQt(Text("IDS_QD_TRANS_Modify_Geometry"))) != 0 &&
+                      database.GetGeomPool().Private_ApplyGset(parts, to) != 0;
+    if (done) transaction.Commit(1);
+  }
+  ListParts();
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,139 @@
+#include "workbench/app/MaterialDialog.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <cmath>
+#include <utility>
+
+#include "host/CQDColorGenerator.h"
+#include "host/CTransaction.h"
+#include "platform/qt/QtConvert.h"
+#include "workbench/app/MessageTables.h"
+
+namespace qd::workbench {
+
+namespace {
+
+// Steel in millimetres, tonnes and seconds.
+constexpr double kYoung = 210000;
+constexpr double kPoisson = 0.3;
+constexpr double kDensity = 7.85e-9;
+
+QString Number(double value) {
+  return QLocale::c().toString(value, 'g', 10);
+}
+
+bool ReadNumber(const QLineEdit& edit, double& value) {
+  bool good = false;
+  value = QLocale::c().toDouble(edit.text().trimmed().replace(',', '.'), &good);
+  return good && std::isfinite(value);
+}
+
+}  // namespace
+
+MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent)
+    : QDialog(parent),
+      m_doc(doc),
+      m_parts(std::move(parts)),
+      m_list(new QComboBox),
+      m_name(new QLineEdit),
+      m_young(new QLineEdit),
+      m_poisson(new QLineEdit),
+      m_density(new QLineEdit),
+      m_fault(new QLabel) {
+  setWindowTitle(Text("IDS_WB_MATERIALS"));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setObjectName("materials");
+  m_name->setMaxLength(static_cast<int>(kMaxNameLength));
+  m_name->setObjectName("name");
+  m_fault->setWordWrap(true);
+  auto* layout = new QFormLayout(this);
+  layout->addRow(new QLabel(Text("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))})));
+  layout->addRow(Text("IDS_WB_MATERIAL"), m_list);
+  layout->addRow(Text("IDS_QD_WRT_PROP_NAME"), m_name);
+  layout->addRow(Text("IDS_WB_MATERIAL_YOUNG"), m_young);
+  layout->addRow(Text("IDS_WB_MATERIAL_POISSON"), m_poisson);
+  layout->addRow(Text("IDS_WB_MATERIAL_DENSITY"), m_density);
+  layout->addRow(m_fault);
+  auto* buttons = new QDialogButtonBox;
+  QPushButton* apply = buttons->addButton(Text("IDS_WB_APPLY"), QDialogButtonBox::ApplyRole);
+  apply->setObjectName("apply");
+  connect(apply, &QPushButton::clicked, this, &MaterialDialog::Apply);
+  connect(buttons->addButton(Text("IDS_WB_CLOSE"), QDialogButtonBox::RejectRole), &QPushButton::clicked, this,
+          &QDialog::close);
+  layout->addRow(buttons);
+  connect(m_list, &QComboBox::activated, this, &MaterialDialog::ShowChosen);
+  ListMaterials(0);
+}
+
+iterator MaterialDialog::Chosen() const {
+  return m_list->currentData().value<iterator>();
+}
+
+void MaterialDialog::ListMaterials(iterator chosen) {
+  m_list->clear();
+  m_list->addItem(Text("IDS_WB_MATERIAL_NEW"), QVariant::fromValue(iterator{0}));
+  for (const IAppDB::Material& material : m_doc.GetDatabase().ListMaterials()) {
+    m_list->addItem(ToQt(material.label), QVariant::fromValue(material.itr));
+    if (material.itr == chosen) m_list->setCurrentIndex(m_list->count() - 1);
+  }
+  ShowChosen();
+}
+
+void MaterialDialog::ShowChosen() {
+  tagTMaterial record;
+  record.youngsModulus = kYoung;
+  record.poissonsRatio = kPoisson;
+  record.density = kDensity;
+  if (const tagTMaterial* known = m_doc.GetDatabase().GetMaterialPool().GetAtNU(Chosen())) record = *known;
+  m_name->setText(ToQt(record.name));
+  m_young->setText(Number(record.youngsModulus));
+  m_poisson->setText(Number(record.poissonsRatio));
+  m_density->setText(Number(record.density));
+  m_fault->clear();
+}
+
+bool MaterialDialog::Read(tagTMaterial& record) {
+  record.name = FromQt(m_name->text().trimmed());
+  constexpr double kLeastRatio = -1;
+  constexpr double kGreatestRatio = 0.5;
+  return !record.name.empty() && ReadNumber(*m_young, record.youngsModulus) && record.youngsModulus > 0 &&
+         ReadNumber(*m_poisson, record.poissonsRatio) && record.poissonsRatio > kLeastRatio &&
+         record.poissonsRatio <= kGreatestRatio && ReadNumber(*m_density, record.density) && record.density >= 0;
+}
+
+void MaterialDialog::Apply() {
+  Database& database = m_doc.GetDatabase();
+  iterator material = Chosen();
+  tagTMaterial record;
+  if (const tagTMaterial* known = database.GetMaterialPool().GetAtNU(material)) {
+    record = *known;
+  } else {
+    material = 0;
+    CQDColorGenerator colours;
+    for (std::size_t i = 0; i <= database.GetMaterialPool().Count(); ++i) record.colour = colours.GetNextColor();
+  }
+  if (!Read(record)) return m_fault->setText(Text("IDS_WB_MATERIAL_INVALID"));
+  CTransaction transaction(&database);
+  if (transaction.Begin(FromQt(Text("IDS_WB_TRANS_MATERIAL"))) == 0) return;
+  if (material == 0) {
+    material = database.GetMaterialPool().Add(record);
+    if (material == 0) return;
+  } else if (database.GetMaterialPool().Change(material, record) == 0) {
+    return;
+  }
+  for (const iterator part : m_parts) {
+    if (database.GetDataType(part) != kDataGeom) continue;  // deleted since the dialog opened
+    tagTGeom changed = *database.GetGeomPool().GetAtNU(part);
+    changed.material = material;
+    if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return;
+  }
+  if (transaction.Commit(1) != 0) ListMaterials(material);
+}
+
+}  // namespace qd::workbench

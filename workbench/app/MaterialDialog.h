@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+#include <vector>
+
+#include "workbench/display/WorkDocument.h"
+
+class QComboBox;
+class QLineEdit;
+class QLabel;
+
+namespace qd::workbench {
+
+/// Makes and edits isotropic materials and applies them to parts.
+class MaterialDialog final : public QDialog {
+ public:
+  MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent);
+
+ private:
+  void ListMaterials(iterator chosen);
+  void ShowChosen();
+  /// Stores what is entered and applies it to the parts, as one act.
+  void Apply();
+  bool Read(tagTMaterial& record);
+  iterator Chosen() const;
+
+  WorkDocument& m_doc;
+  std::vector<iterator> m_parts;
+  QComboBox* m_list;  // all are owned by this dialog
+  QLineEdit* m_name;
+  QLineEdit* m_young;
+  QLineEdit* m_poisson;
+  QLineEdit* m_density;
+  QLabel* m_fault;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,148 @@
+#include "workbench/app/OperationDialog.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QDoubleSpinBox>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "platform/qt/QtConvert.h"
+#include "workbench/app/MessageTables.h"
+
+namespace qd::workbench {
+
+namespace {
+
+constexpr double kFar = 1e9;
+constexpr int kDecimals = 6;
+
+struct Box {
+  std::array<double, 3> least;
+  std::array<double, 3> greatest;
+};
+
+Box BoxOf(WorkDocument& doc, const std::vector<iterator>& parts) {
+  Box box;
+  box.least.fill(std::numeric_limits<double>::max());
+  box.greatest.fill(std::numeric_limits<double>::lowest());
+  for (const iterator part : parts) {
+    const tagTGeom* record = doc.GetDatabase().GetGeomPool().GetAtNU(part);
+    if (record == nullptr || record->shape == nullptr) continue;
+    const std::vector<float>& points = record->shape->facets.points;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      box.least[i % 3] = std::min<double>(box.least[i % 3], points[i]);
+      box.greatest[i % 3] = std::max<double>(box.greatest[i % 3], points[i]);
+    }
+  }
+  return box;
+}
+
+QDoubleSpinBox* MakeNumber(double value) {
+  auto* number = new QDoubleSpinBox;
+  number->setRange(-kFar, kFar);
+  number->setDecimals(kDecimals);
+  number->setValue(value);
+  number->setButtonSymbols(QAbstractSpinBox::NoButtons);
+  return number;
+}
+
+}  // namespace
+
+OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form,
+                                 std::vector<iterator> parts, QWidget* parent)
+    : QDialog(parent), m_doc(doc), m_runner(runner), m_form(form), m_parts(std::move(parts)) {
+  setWindowTitle(Text(form.titleKey));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setObjectName("operation");
+  auto* layout = new QFormLayout(this);
+  layout->addRow(new QLabel(
+      m_parts.empty() ? Text("IDS_WB_NO_PARTS")
+                      : Text("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))})));
+  if (form.pointKey != nullptr) m_point = AddTriple(*layout, form.pointKey, {0, 0, 0});
+  if (form.vectorKey != nullptr) m_vector = AddTriple(*layout, form.vectorKey, form.vector);
+  if (form.amountKey != nullptr) {
+    m_amount = MakeNumber(form.amount);
+    layout->addRow(Text(form.amountKey), m_amount);
+  }
+  if (form.target) {
+    m_target = new QComboBox;
+    for (const iterator part : m_doc.GetDatabase().GetGeomPool().GetItrList()) {
+      if (std::find(m_parts.begin(), m_parts.end(), part) != m_parts.end()) continue;
+      m_target->addItem(ToQt(m_doc.GetDatabase().GetGeomPool().GetAtNU(part)->name), QVariant::fromValue(part));
+    }
+    layout->addRow(Text("IDS_WB_TARGET"), m_target);
+  }
+  if (form.alignment) {
+    m_alignment = new QComboBox;
+    for (const char* key : {"IDS_WB_ATTACH_CENTRE", "IDS_WB_ATTACH_ON_TOP", "IDS_WB_ATTACH_MINIMUM"}) {
+      m_alignment->addItem(Text(key));
+    }
+    layout->addRow(Text("IDS_WB_ATTACH_MODE"), m_alignment);
+  }
+  auto* buttons = new QDialogButtonBox;
+  m_apply = buttons->addButton(Text("IDS_WB_APPLY"), QDialogButtonBox::ApplyRole);
+  m_apply->setObjectName("apply");
+  m_apply->setEnabled(!m_parts.empty() && (m_target == nullptr || m_target->count() > 0));
+  connect(m_apply, &QPushButton::clicked, this, &OperationDialog::Apply);
+  connect(buttons->addButton(Text("IDS_WB_CLOSE"), QDialogButtonBox::RejectRole), &QPushButton::clicked, this,
+          &QDialog::close);
+  connect(&runner, &OperationRunner::Started, this, [this] { m_apply->setEnabled(false); });
+  connect(&runner, &OperationRunner::Ended, this, [this] { m_apply->setEnabled(true); });
+  layout->addRow(buttons);
+}
+
+OperationDialog::Triple OperationDialog::AddTriple(QFormLayout& layout, const char* key,
+                                                   const std::array<double, 3>& values) {
+  Triple triple{};
+  auto* row = new QHBoxLayout;
+  for (std::size_t axis = 0; axis < triple.size(); ++axis) {
+    triple[axis] = MakeNumber(values[axis]);
+    row->addWidget(triple[axis]);
+  }
+  layout.addRow(Text(key), row);
+  return triple;
+}
+
+std::array<double, 3> OperationDialog::AlignmentWay() const {
+  enum Alignment { kCentres, kOnTop, kLeastCorners };
+  const Box moved = BoxOf(m_doc, m_parts);
+  const Box target = BoxOf(m_doc, {m_target->currentData().value<iterator>()});
+  std::array<double, 3> way{};
+  for (std::size_t axis = 0; axis < way.size(); ++axis) {
+    way[axis] = m_alignment->currentIndex() == kLeastCorners
+                    ? target.least[axis] - moved.least[axis]
+                    : (target.least[axis] + target.greatest[axis] - moved.least[axis] - moved.greatest[axis]) / 2;
+  }
+  if (m_alignment->currentIndex() == kOnTop) way[2] = target.greatest[2] - moved.least[2];
+  return way;
+}
+
+void OperationDialog::Apply() {
+  ShapeOperation operation;
+  operation.kind = m_form.kind;
+  for (std::size_t axis = 0; axis < 3; ++axis) {
+    if (m_point[0] != nullptr) operation.point[axis] = m_point[axis]->value();
+    if (m_vector[0] != nullptr) operation.vector[axis] = m_vector[axis]->value();
+  }
+  if (m_amount != nullptr) operation.amount = m_amount->value();
+  if (m_alignment != nullptr) {
+    const std::array<double, 3> way = AlignmentWay();
+    std::copy(way.begin(), way.end(), operation.vector);
+  } else if (m_target != nullptr) {
+    const tagTGeom* target = m_doc.GetDatabase().GetGeomPool().GetAtNU(m_target->currentData().value<iterator>());
+    if (target != nullptr && target->shape != nullptr) operation.target = target->shape->brep;
+  }
+  std::vector<iterator> parts = m_parts;
+  if (m_form.solidsOnly) {
+    std::erase_if(parts, [this](iterator part) { return m_doc.GetDatabase().GetGeomPool().IsSolid(part) == 0; });
+  }
+  m_runner.Start(std::move(operation), parts, windowTitle());
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <vector>
+
+#include "workbench/app/ExchangeJob.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/exchange/ApplyResults.h"
+
+namespace qd::workbench {
+
+/// Runs work on parts in the exchange program, one job at a time, and applies the results as one undoable act.
+class OperationRunner final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit OperationRunner(WorkDocument& doc, QObject* parent = nullptr) : QObject(parent), m_doc(doc) {}
+
+  bool IsRunning() const { return m_job != nullptr; }
+  /// Starts a job on parts; the operation's operands are filled in here. False, with a message, when another one
+  /// is running or there are no parts.
+  bool Start(ShapeOperation operation, const std::vector<iterator>& parts, const QString& title);
+  void Cancel();
+
+ signals:
+  void Started(const QString& title);
+  /// 0 to 1000.
+  void Progress(int thousandths);
+  void Said(const QString& text, bool failure);
+  void Ended(bool done);
+
+ private:
+  void Apply(ImportedModel& model);
+  void End(const QString& text, bool failure, bool done);
+
+  WorkDocument& m_doc;
+  std::unique_ptr<ExchangeJob> m_job;
+  std::vector<WorkedPart> m_parts;
+  ShapeOperationKind m_kind = ShapeOperationKind::Translate;
+  QString m_title;
+};
+
+}  // namespace qd::workbench

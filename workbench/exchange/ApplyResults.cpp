@@ -1,0 +1,83 @@
+#include "workbench/exchange/ApplyResults.h"
+
+#include <functional>
+#include <utility>
+
+#include "host/CTransaction.h"
+
+namespace qd::workbench {
+
+namespace {
+
+bool AreAsTheyWere(Database& database, const std::vector<WorkedPart>& parts) {
+  for (const WorkedPart& part : parts) {
+    if (database.GetDataType(part.itr) != kDataGeom) return false;
+    if (database.GetGeomPool().GetAtNU(part.itr)->shape != part.shape) return false;
+  }
+  return true;
+}
+
+int Act(Database& database, const CString& title, const std::function<bool()>& writes) {
+  CTransaction transaction(&database);
+  if (transaction.Begin(title) == 0 || !writes()) return 0;
+  return transaction.Commit(1);
+}
+
+}  // namespace
+
+int ReplaceShapes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+                  const CString& title) {
+  if (results.parts.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
+  return Act(database, title, [&] {
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      tagTGeom record = *database.GetGeomPool().GetAtNU(parts[i].itr);
+      record.kind = results.parts[i].kind;
+      record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
+      if (database.GetGeomPool().Change(parts[i].itr, std::move(record)) == 0) return false;
+    }
+    return true;
+  });
+}
+
+int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+             const CString& title) {
+  if (results.parts.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
+  return Act(database, title, [&] {
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      tagTGeom record = *database.GetGeomPool().GetAtNU(parts[i].itr);
+      record.kind = results.parts[i].kind;
+      record.gset = database.GetGsetPool().GetCurrentSet();
+      record.material = 0;
+      record.cadItem = database.GetGeomPool().NextNumber();
+      record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
+      if (database.GetGeomPool().Add(std::move(record)) == 0) return false;
+    }
+    return true;
+  });
+}
+
+int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+              const CString& title) {
+  if (results.meshSets.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
+  MsetPool& meshes = database.GetMsetPool();
+  return Act(database, title, [&] {
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      const iterator before = meshes.GetItrByGeomItr(parts[i].itr);
+      if (before != 0 && meshes.TR_Del({before}) == 0) return false;
+      const tagTGeom& geom = *database.GetGeomPool().GetAtNU(parts[i].itr);
+      tagTMset record;
+      record.name = geom.name;
+      record.colour = geom.colour;
+      record.geom = parts[i].itr;
+      record.key = static_cast<std::uint32_t>(meshes.NextNumber()) & kMsetKeyMask;
+      MeshData& mesh = results.meshSets[i].mesh;
+      record.nodeCount = mesh.nodeIds.size();
+      for (const MeshData::Block& block : mesh.blocks) record.elementCount += block.elementIds.size();
+      record.mesh = std::make_shared<const MeshData>(std::move(mesh));
+      if (meshes.Add(std::move(record)) == 0) return false;
+    }
+    return true;
+  });
+}
+
+}  // namespace qd::workbench
