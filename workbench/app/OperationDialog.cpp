@@ -80,6 +80,7 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
   }
   if (form.alignment) {
     m_alignment = new QComboBox;
+    m_alignment->setObjectName("alignment");
     for (const char* key : {"IDS_WB_ATTACH_CENTRE", "IDS_WB_ATTACH_ON_TOP", "IDS_WB_ATTACH_MINIMUM"}) {
       m_alignment->addItem(Text(key));
     }
