@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "host/Types.h"
@@ -33,6 +34,8 @@ struct PartShape {
   double volume = 0;  ///< model units; 0 for what has none
   double area = 0;    ///< of all faces
   double length = 0;  ///< of all edges
+  /// What a single face or edge is: message key of its kind, 0, then keys and values of its measures.
+  std::vector<std::pair<std::string, double>> geometry;
 };
 
 /// A geometry part.

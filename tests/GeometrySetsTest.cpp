@@ -1,5 +1,6 @@
 // The geometry-set tree over the real model: sets, groups by kind, parts, their menus, commands and drops.
 
+#include <functional>
 #include <random>
 
 #include "qd_wrt/geometry/CQDTreeItemGset.h"
@@ -14,6 +15,13 @@ const CString kRoot = L"IDS_DB_DATA_NAME_GEOM";
 
 /// Sets A (solids a1 and a2, surface a3) and B (solid b1).
 class GeometrySets : public GeometryTest {
+ public:
+  using GeometryTest::Command;
+  using GeometryTest::Drag;
+  using GeometryTest::Node;
+  using GeometryTest::Select;
+  using GeometryTest::Tree;
+
  protected:
   GeometrySets() {
     A = AddSet(L"A");
@@ -252,6 +260,75 @@ TEST_F(GeometrySets, AMergeThatFailsAtAnyWriteChangesNothing) {
   EXPECT_EQ(failing, 5);  // three parts, the current mark, the set
   EXPECT_EQ(Sets(), "B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
 }
+
+struct ActCase {
+  const char* name;
+  std::function<void(GeometrySets&)> act;
+};
+class EveryAct : public GeometrySets, public ::testing::WithParamInterface<ActCase> {};
+TEST_P(EveryAct, IsAllOrNothing) {
+  AddMaterial(L"Steel");
+  Data().GetGsetPool().PutCurrentSet(A);
+  const auto before = Data().Snapshot();
+  const std::string rows = Print();
+  int failing = 0;
+  for (;; ++failing) {
+    int writes = 0;
+    Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
+    GetParam().act(*this);
+    m_toolkit.Pump();
+    Data().SetWriteGuard(nullptr);
+    ASSERT_FALSE(Data().IsInTransaction());
+    if (writes <= failing) break;
+    EXPECT_EQ(Data().Snapshot(), before) << "write " << failing;
+    EXPECT_EQ(Print(), rows) << "write " << failing;
+  }
+  EXPECT_GT(failing, 0);
+  EXPECT_NE(Data().Snapshot(), before);
+  EXPECT_EQ(Data().Undo(), 1);
+  EXPECT_EQ(Data().Snapshot(), before);
+  // What comes back stands behind its siblings.
+  std::string again = Print();
+  std::string sorted = rows;
+  std::sort(again.begin(), again.end());
+  std::sort(sorted.begin(), sorted.end());
+  EXPECT_EQ(again, sorted);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Acts, EveryAct,
+    ::testing::Values(
+        ActCase{"drop_parts",
+                [](GeometrySets& test) {
+                  test.Drag({L"a1", L"a3"}, L"B");
+                }},
+        ActCase{"merge", [](GeometrySets& test) { test.Drag({L"A"}, L"B"); }},
+        ActCase{"delete_sets",
+                [](GeometrySets& test) {
+                  test.Select({L"A"});
+                  test.Command(kCommandDelete);
+                  test.Tree().ResetSelection(1);
+                }},
+        ActCase{"new_set",
+                [](GeometrySets& test) {
+                  test.Select({L"A"});
+                  test.Command(kCommandNewSet);
+                  test.Tree().ResetSelection(1);
+                }},
+        ActCase{"rename_a_set", [](GeometrySets& test) { test.Node(L"A")->OnEditChange(L"C"); }},
+        ActCase{"rename_a_part", [](GeometrySets& test) { test.Node(L"a1")->OnEditChange(L"c1"); }},
+        ActCase{"random_colours",
+                [](GeometrySets& test) {
+                  test.Select({L"A"});
+                  test.Command(kCommandRandomColour);
+                  test.Tree().ResetSelection(1);
+                }},
+        ActCase{"body_type",
+                [](GeometrySets& test) {
+                  test.Select({L"A"});
+                  test.Tree().NodeOf(test.Tree().GetFirstSelectedItem())->GetChild(1)->OnMenuEvent(kCommandRigid);
+                  test.Tree().ResetSelection(1);
+                }}),
+    [](const auto& param) { return std::string(param.param.name); });
 
 // ---- visibility and commands ----------------------------------------------------------------------------
 

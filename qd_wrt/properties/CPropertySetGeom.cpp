@@ -68,6 +68,13 @@ void CPropertySetGeom::AddMeasures(CBCGPProp* parent, const tagTGeom& record) {
   if (solid) add("IDS_QD_WRT_PROP_VOLUME", record.shape->volume);
   if (record.kind >= TopologyKind::Surface) add("IDS_QD_WRT_PROP_AREA", record.shape->area);
   if (record.kind == TopologyKind::Curve) add("IDS_QD_WRT_PROP_LENGTH", record.shape->length);
+  for (const auto& [key, value] : record.shape->geometry) {
+    if (value > 0) {
+      add(key.c_str(), value);
+    } else {
+      AddText(parent, Text("IDS_QD_WRT_PROP_GEOMETRY"), Text(key.c_str()), kReadOnlyRow, true);
+    }
+  }
   CQDDBSession* session = GetDocument()->GetDBSession();
   if (solid && session->GetDataType(record.material) == kDataMaterial) {
     add("IDS_QD_WRT_PROP_MASS",

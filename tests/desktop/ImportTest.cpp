@@ -131,7 +131,7 @@ TEST_F(ImportFile, BadFilesAreNamedByTheirFault) {
       {m_files.Write("empty.step", ""), Text("IDS_WB_IMPORT_EMPTY")},
       {m_files.Write("cut.step", step.left(step.size() / 2)), Text("IDS_WB_IMPORT_TRUNCATED")},
       {m_files.Write("cut.igs", igs.left(igs.size() / 2)), Text("IDS_WB_IMPORT_TRUNCATED")},
-      {m_files.Write("cut.brep", brep.left(brep.size() / 2)), Text("IDS_WB_IMPORT_DAMAGED")},
+      {m_files.Write("cut.brep", brep.left(brep.size() / 2)), Text("IDS_WB_IMPORT_TRUNCATED")},
       {m_files.Write("foreign.step", "hello"), Text("IDS_WB_IMPORT_FOREIGN", {".step"})},
       {m_files.Write("other.txt", "hello"), Text("IDS_WB_IMPORT_FORMAT", {".txt"})},
       {m_files.Write("bare.step", "ISO-10303-21;\nHEADER;\nENDSEC;\nDATA;\nENDSEC;\nEND-ISO-10303-21;\n"),

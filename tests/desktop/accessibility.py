@@ -55,7 +55,9 @@ def workbench_with_parts():
         for tree in find(program, Atspi.Role.TREE):
             root = tree.get_child_at_index(0)
             geometry = root and root.get_child_at_index(0)
-            if geometry and geometry.get_child_count() > 0:
+            # The tree of geometry sets looks much the same; the parts stand in the model tree.
+            part = geometry and geometry.get_child_count() > 1 and geometry.get_child_at_index(1)
+            if part and part.get_name().startswith("Shaft"):
                 return tree
     return None
 

@@ -123,6 +123,37 @@ std::optional<std::uint32_t> DecodeProgress(std::string_view payload) {
   return thousandths;
 }
 
+namespace {
+
+/// Keys divided by blanks.
+std::string Keys(const std::vector<std::pair<std::string, double>>& pairs) {
+  std::string keys;
+  for (const auto& [key, value] : pairs) keys += key + " ";
+  return keys;
+}
+
+std::vector<double> Values(const std::vector<std::pair<std::string, double>>& pairs) {
+  std::vector<double> values;
+  values.reserve(pairs.size());
+  for (const auto& [key, value] : pairs) values.push_back(value);
+  return values;
+}
+
+/// False when there are not as many keys as values.
+bool Pair(const std::string& keys, const std::vector<double>& values,
+          std::vector<std::pair<std::string, double>>& pairs) {
+  std::size_t at = 0;
+  for (const double value : values) {
+    const std::size_t end = keys.find(' ', at);
+    if (end == std::string::npos) return false;
+    pairs.emplace_back(keys.substr(at, end - at), value);
+    at = end + 1;
+  }
+  return at == keys.size();
+}
+
+}  // namespace
+
 std::string Encode(const ImportedPart& part) {
   const PartFacets& facets = part.shape.facets;
   return Writer()
@@ -139,12 +170,16 @@ std::string Encode(const ImportedPart& part) {
       .Put(part.shape.volume)
       .Put(part.shape.area)
       .Put(part.shape.length)
+      .Put(Keys(part.shape.geometry))
+      .Put(Values(part.shape.geometry))
       .Take();
 }
 
 std::optional<ImportedPart> DecodePart(std::string_view payload) {
   ImportedPart part;
   PartFacets& facets = part.shape.facets;
+  std::string keys;
+  std::vector<double> values;
   const bool whole = Reader(payload)
                          .Get(part.name)
                          .Get(part.assembly)
@@ -159,8 +194,11 @@ std::optional<ImportedPart> DecodePart(std::string_view payload) {
                          .Get(part.shape.volume)
                          .Get(part.shape.area)
                          .Get(part.shape.length)
+                         .Get(keys)
+                         .Get(values)
                          .IsWhole();
   if (!whole || part.kind > TopologyKind::Compound || !IsSound(facets)) return std::nullopt;
+  if (!Pair(keys, values, part.shape.geometry)) return std::nullopt;
   return part;
 }
 

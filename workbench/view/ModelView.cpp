@@ -15,6 +15,7 @@
 #include <vtkSelectionNode.h>
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QOpenGLContext>
 #include <QSurfaceFormat>
@@ -134,8 +135,10 @@ void ModelView::Apply(const CQDUpdateRecord& record) {
 void ModelView::BuildSome() {
   constexpr int kRun = 20;
   const bool more = m_window->scene->Build(kRun);
-  // Drawn as they come: a frame that takes up many new shapes at once would be a pause of its own.
-  Redraw(0);
+  // Drawn as they come: a frame that takes up many new shapes at once would be a pause of its own. But no more
+  // time goes into such frames than into the shapes.
+  m_builtSinceFrame += kRun;
+  if (!more || m_builtSinceFrame >= m_lastFrame) Redraw(0);
   if (more) {
     QTimer::singleShot(0, this, [this] { BuildSome(); });
     return;
@@ -184,6 +187,9 @@ void ModelView::resizeGL(int width, int height) {
 void ModelView::paintGL() {
   if (!m_window->ready || m_window->painting) return;
   m_window->painting = true;
+  m_builtSinceFrame = 0;
+  QElapsedTimer time;
+  time.start();
   m_doc.GetDisplay().TakeDirty();
   if (m_dirty) {
     m_dirty = false;
@@ -196,6 +202,7 @@ void ModelView::paintGL() {
   m_window->window->Render();
   m_window->window->GetState()->Pop();
   m_window->painting = false;
+  m_lastFrame = time.elapsed();
 }
 
 // ---- mouse ----------------------------------------------------------------------------------------------

@@ -211,14 +211,13 @@ void PartScene::Update() {
   for (auto& [itr, part] : m_parts) {
     const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
     if (record == nullptr) continue;
-    const Look look = LookOf(*record, selected.contains(itr));
+    const Look look = LookOf(*record, selected.contains(itr) || selected.contains(record->gset));
     if (part.look != look) Apply(part, look);
   }
   for (const auto& chunk : m_chunks) {
     if (!std::exchange(chunk->changed, false)) continue;
-    chunk->faces.mapper->Modified();
-    chunk->edges.mapper->Modified();
-    chunk->boxes.mapper->Modified();
+    // Telling the mappers instead would make their buffers anew.
+    for (const Layer* layer : {&chunk->faces, &chunk->edges, &chunk->boxes}) layer->attributes->Modified();
   }
 }
 
@@ -239,16 +238,29 @@ PartScene::Look PartScene::LookOf(const tagTGeom& record, bool selected) const {
   return look;
 }
 
+/// Writes only what has changed: showing or hiding everything would cost three times as much otherwise.
 void PartScene::Apply(Part& part, const Look& look) {
   Chunk& chunk = *part.chunk;
-  const auto apply = [](const Layer& layer, vtkPolyData* block, bool visible, COLORREF colour, float opacity) {
-    layer.attributes->SetBlockVisibility(block, visible);
-    layer.attributes->SetBlockOpacity(block, opacity);
-    SetColour(*layer.attributes, block, colour);
+  const Look* before = part.look ? &*part.look : nullptr;
+  const auto show = [before](const Layer& layer, vtkPolyData* block, bool Look::*visible, const Look& now) {
+    if (before == nullptr || before->*visible != now.*visible) {
+      layer.attributes->SetBlockVisibility(block, now.*visible);
+    }
   };
-  apply(chunk.faces, part.faces, look.faces, look.colour, look.opacity);
-  apply(chunk.edges, part.edges, look.edges, look.lineColour, look.opacity);
-  apply(chunk.boxes, part.box, look.box, look.colour, 1);
+  show(chunk.faces, part.faces, &Look::faces, look);
+  show(chunk.edges, part.edges, &Look::edges, look);
+  show(chunk.boxes, part.box, &Look::box, look);
+  if (before == nullptr || before->colour != look.colour) {
+    SetColour(*chunk.faces.attributes, part.faces, look.colour);
+    SetColour(*chunk.boxes.attributes, part.box, look.colour);
+  }
+  if (before == nullptr || before->lineColour != look.lineColour) {
+    SetColour(*chunk.edges.attributes, part.edges, look.lineColour);
+  }
+  if (before == nullptr || before->opacity != look.opacity) {
+    chunk.faces.attributes->SetBlockOpacity(part.faces, look.opacity);
+    chunk.edges.attributes->SetBlockOpacity(part.edges, look.opacity);
+  }
   part.look = look;
   chunk.changed = true;
 }

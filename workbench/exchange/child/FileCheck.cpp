@@ -84,6 +84,16 @@ bool BeginsRight(FileFormat format, const Ends& ends) {
   return false;
 }
 
+/// The list of shapes is closed by a star, and only the root's number and place follow. A reader takes what a cut
+/// file leaves out from wherever its memory happens to be.
+bool EndsWithRootShape(const std::string& tail) {
+  const std::size_t star = tail.rfind('*');
+  if (star == std::string::npos) return false;
+  const std::string root = tail.substr(star + 1);
+  return root.find_first_of("+-") != std::string::npos &&
+         root.find_first_not_of("+-0123456789 \t\r\n") == std::string::npos;
+}
+
 bool EndsRight(FileFormat format, const Ends& ends) {
   switch (format) {
     case FileFormat::Step:
@@ -97,8 +107,9 @@ bool EndsRight(FileFormat format, const Ends& ends) {
     case FileFormat::Stl:
       return Has(ends.tail, "endsolid") || IsBinaryStl(ends);
     case FileFormat::Brep:
+      return EndsWithRootShape(ends.tail);
     case FileFormat::Bdf:
-      return true;  // the readers notice
+      return true;  // the reader notices
   }
   return false;
 }

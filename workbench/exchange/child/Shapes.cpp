@@ -1,12 +1,23 @@
 #include "workbench/exchange/child/Shapes.h"
 
+#include <BRepAdaptor_Curve.hxx>
+#include <BRepAdaptor_Surface.hxx>
 #include <BRepGProp.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
 #include <GProp_GProps.hxx>
 #include <Standard_Failure.hxx>
+#include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
 #include <cmath>
+#include <gp_Circ.hxx>
+#include <gp_Cone.hxx>
+#include <gp_Cylinder.hxx>
+#include <gp_Elips.hxx>
+#include <gp_Sphere.hxx>
+#include <gp_Torus.hxx>
 #include <sstream>
 
 #include "workbench/exchange/child/Facets.h"
@@ -42,6 +53,59 @@ std::string BrepOf(const TopoDS_Shape& shape) {
 
 }  // namespace
 
+namespace {
+
+using Measures = std::vector<std::pair<std::string, double>>;
+
+Measures GeometryOfFace(const TopoDS_Face& face) {
+  const BRepAdaptor_Surface surface(face);
+  switch (surface.GetType()) {
+    case GeomAbs_Plane:
+      return {{"IDS_QD_WRT_PROP_PLANE", 0}};
+    case GeomAbs_Cylinder:
+      return {{"IDS_QD_WRT_PROP_CYLINDER", 0}, {"IDS_QD_WRT_PROP_RADIUS", surface.Cylinder().Radius()}};
+    case GeomAbs_Cone:
+      return {{"IDS_QD_WRT_PROP_CONE", 0}, {"IDS_QD_WRT_PROP_RADIUS", surface.Cone().RefRadius()}};
+    case GeomAbs_Sphere:
+      return {{"IDS_QD_WRT_PROP_SPHERE", 0}, {"IDS_QD_WRT_PROP_RADIUS", surface.Sphere().Radius()}};
+    case GeomAbs_Torus:
+      return {{"IDS_QD_WRT_PROP_TORUS", 0},
+              {"IDS_QD_WRT_PROP_RADIUS", surface.Torus().MajorRadius()},
+              {"IDS_QD_WRT_PROP_MINOR_RADIUS", surface.Torus().MinorRadius()}};
+    default:
+      return {{"IDS_QD_WRT_PROP_FREE_FORM", 0}};
+  }
+}
+
+Measures GeometryOfEdge(const TopoDS_Edge& edge) {
+  const BRepAdaptor_Curve curve(edge);
+  switch (curve.GetType()) {
+    case GeomAbs_Line:
+      return {{"IDS_QD_WRT_PROP_LINE", 0}};
+    case GeomAbs_Circle:
+      return {{"IDS_QD_WRT_PROP_CIRCLE", 0}, {"IDS_QD_WRT_PROP_RADIUS", curve.Circle().Radius()}};
+    case GeomAbs_Ellipse:
+      return {{"IDS_QD_WRT_PROP_ELLIPSE", 0},
+              {"IDS_QD_WRT_PROP_RADIUS", curve.Ellipse().MajorRadius()},
+              {"IDS_QD_WRT_PROP_MINOR_RADIUS", curve.Ellipse().MinorRadius()}};
+    default:
+      return {{"IDS_QD_WRT_PROP_FREE_FORM", 0}};
+  }
+}
+
+/// Of a shape that is one face, or one edge without a face; nothing for any other.
+Measures GeometryOf(const TopoDS_Shape& shape) {
+  TopTools_IndexedMapOfShape faces;
+  TopExp::MapShapes(shape, TopAbs_FACE, faces);
+  if (faces.Extent() == 1) return GeometryOfFace(TopoDS::Face(faces(1)));
+  TopTools_IndexedMapOfShape edges;
+  TopExp::MapShapes(shape, TopAbs_EDGE, edges);
+  if (faces.IsEmpty() && edges.Extent() == 1) return GeometryOfEdge(TopoDS::Edge(edges(1)));
+  return {};
+}
+
+}  // namespace
+
 PartShape PartShapeOf(const TopoDS_Shape& shape) {
   PartShape result;
   result.facets = FacetsOf(shape);
@@ -55,6 +119,7 @@ PartShape PartShapeOf(const TopoDS_Shape& shape) {
   result.length = lines.Mass();
   result.area = faces.Mass();
   result.volume = std::abs(volume.Mass());
+  result.geometry = GeometryOf(shape);
   return result;
 }
 
