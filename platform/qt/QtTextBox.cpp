@@ -1,7 +1,5 @@
 #include "platform/qt/QtTextBox.h"
 
-#include <QKeyEvent>
-#include <QPointer>
 #include <utility>
 
 #include "platform/CWnd.h"
@@ -49,8 +47,7 @@ void TextBoxEvents::FocusLost(const QFocusEvent& event) {
 
 // ---- edit box -------------------------------------------------------------------------------------------
 
-EditWidget::EditWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent)
-    : QLineEdit(parent), m_events(toolkit, owner) {
+EditWidget::EditWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent) : TextBoxWidget(toolkit, owner, parent) {
   setTextMargins(0, 0, 0, 0);
 }
 
@@ -62,30 +59,9 @@ CString EditWidget::GetText() const {
   return FromQt(text());
 }
 
-void EditWidget::SelectAll() {
-  selectAll();
-}
-
-bool EditWidget::event(QEvent* event) {
-  const bool key = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-  if (!key || !TextBoxEvents::IsForBox(static_cast<QKeyEvent&>(*event))) return QLineEdit::event(event);
-  if (event->type() == QEvent::ShortcutOverride) {
-    event->accept();
-  } else {
-    m_events.Press(static_cast<QKeyEvent&>(*event), [this](QKeyEvent& pressed) { keyPressEvent(&pressed); });
-  }
-  return true;
-}
-
-void EditWidget::focusOutEvent(QFocusEvent* event) {
-  QLineEdit::focusOutEvent(event);
-  m_events.FocusLost(*event);
-}
-
 // ---- list -----------------------------------------------------------------------------------------------
 
-ListWidget::ListWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent)
-    : QComboBox(parent), m_events(toolkit, owner) {
+ListWidget::ListWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent) : TextBoxWidget(toolkit, owner, parent) {
   setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
 }
 
@@ -99,22 +75,6 @@ CString ListWidget::GetText() const {
 
 void ListWidget::AddChoice(const CString& text) {
   addItem(ToQt(text));
-}
-
-bool ListWidget::event(QEvent* event) {
-  const bool key = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
-  if (!key || !TextBoxEvents::IsForBox(static_cast<QKeyEvent&>(*event))) return QComboBox::event(event);
-  if (event->type() == QEvent::ShortcutOverride) {
-    event->accept();
-  } else {
-    m_events.Press(static_cast<QKeyEvent&>(*event), [this](QKeyEvent& pressed) { keyPressEvent(&pressed); });
-  }
-  return true;
-}
-
-void ListWidget::focusOutEvent(QFocusEvent* event) {
-  QComboBox::focusOutEvent(event);
-  m_events.FocusLost(*event);
 }
 
 }  // namespace qd

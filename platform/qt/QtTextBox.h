@@ -1,7 +1,10 @@
 #pragma once
 
 #include <QComboBox>
+#include <QFocusEvent>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <functional>
 
 #include "platform/Toolkit.h"
 
@@ -29,42 +32,51 @@ class TextBoxEvents {
   std::function<void()> m_pending;  // the key that the owner is being asked about
 };
 
-class EditWidget final : public QLineEdit, public ITextBox {
+/// A widget of Qt with these events.
+template <typename Widget>
+class TextBoxWidget : public Widget, public ITextBox {
  public:
-  EditWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent);
+  TextBoxWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent) : Widget(parent), m_events(toolkit, owner) {}
   TextBoxEvents& Events() { return m_events; }
-
-  void SetText(const CString& text) override;
-  CString GetText() const override;
-  void SelectAll() override;
-  void AddChoice(const CString&) override {}
   void HandleKey() override { m_events.HandleKey(); }
 
  protected:
-  bool event(QEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
+  bool event(QEvent* event) override {
+    const bool key = event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress;
+    if (!key || !TextBoxEvents::IsForBox(static_cast<QKeyEvent&>(*event))) return Widget::event(event);
+    if (event->type() == QEvent::ShortcutOverride) {
+      event->accept();
+    } else {
+      m_events.Press(static_cast<QKeyEvent&>(*event),
+                     [this](QKeyEvent& pressed) { this->keyPressEvent(&pressed); });
+    }
+    return true;
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    Widget::focusOutEvent(event);
+    m_events.FocusLost(*event);
+  }
 
  private:
   TextBoxEvents m_events;
 };
 
-class ListWidget final : public QComboBox, public ITextBox {
+class EditWidget final : public TextBoxWidget<QLineEdit> {
+ public:
+  EditWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent);
+  void SetText(const CString& text) override;
+  CString GetText() const override;
+  void SelectAll() override { selectAll(); }
+  void AddChoice(const CString&) override {}
+};
+
+class ListWidget final : public TextBoxWidget<QComboBox> {
  public:
   ListWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent);
-  TextBoxEvents& Events() { return m_events; }
-
   void SetText(const CString& text) override;
   CString GetText() const override;
   void SelectAll() override {}
   void AddChoice(const CString& text) override;
-  void HandleKey() override { m_events.HandleKey(); }
-
- protected:
-  bool event(QEvent* event) override;
-  void focusOutEvent(QFocusEvent* event) override;
-
- private:
-  TextBoxEvents m_events;
 };
 
 }  // namespace qd

@@ -24,6 +24,21 @@ std::vector<CQDTreeItem*> CQDTreeBranch::ChildrenByRecord() const {
   return children;
 }
 
+int CQDTreeBranch::MakeChildItems() {
+  if (GetDBSession() == nullptr) return 0;
+  for (const iterator itr : Records()) MakeChildItem(itr);
+  return 1;
+}
+
+int CQDTreeBranch::MakeChildItem(iterator itr) {
+  if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
+  CQDTreeItem* child = MakeNode(itr);
+  if (child == nullptr) return 0;
+  AddChild(itr, child);
+  return 1;
+}
+
+/// From here on the child is found.
 void CQDTreeBranch::AddChild(iterator itr, CQDTreeItem* child) {
   if (!child->IsGeom() && !child->IsMesh() && !child->IsDatum()) {
     m_unmapped.Assign(itr, reinterpret_cast<std::uint64_t>(child));

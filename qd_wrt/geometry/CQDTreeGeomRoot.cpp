@@ -4,11 +4,30 @@
 #include <utility>
 
 #include "host/CGeomPrevShowHideStarter.h"
+#include "host/CMSGFunction.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/GeomMenus.h"
 
 namespace qd {
+
+namespace {
+
+constexpr const char* kTitleKey = "IDS_DB_DATA_NAME_GEOM";
+constexpr unsigned kIcon = 21;
+constexpr std::uint16_t kTreeItemTypeGeom = 9;
+
+}  // namespace
+
+CQDTreeGeomRoot::CQDTreeGeomRoot(CQDTreeListCtrl* control, CQDTreeItem* parent, int hasCheck)
+    : CQDTreeBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, hasCheck) {
+  SetTreeItemType(kTreeItemTypeGeom);
+}
+
+void CQDTreeGeomRoot::OnChangeLanguage() {
+  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
+  CQDTreeBranch::OnChangeLanguage();
+}
 
 // ---- visibility -----------------------------------------------------------------------------------------
 
@@ -169,6 +188,14 @@ bool CQDTreeGeomRoot::RunVisibility(unsigned command, const std::vector<CQDTreeI
 }
 
 // ---- materials ------------------------------------------------------------------------------------------
+
+void CQDTreeGeomRoot::OnDrop(std::vector<CQDTreeItem*>& nodes) {
+  const iterator dropped = nodes.size() == 1 ? nodes.front()->GetIterator() : 0;
+  if (GetDBSession() == nullptr || GetDBSession()->GetDataType(dropped) != kDataMaterial) return;
+  std::vector<CQDTreeItem*> all;
+  GetGeomItems(all);
+  ApplyMaterialTo(GetDocument(), IteratorsOf(all), dropped);
+}
 
 void CQDTreeGeomRoot::ListMaterials(CQDTreeMenu& menu) {
   constexpr unsigned kMost = 0x4000;  // the numbers end before those of other messages begin again

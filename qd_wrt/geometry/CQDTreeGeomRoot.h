@@ -14,7 +14,7 @@ class CQDTreeMenu;
 /// parts, commands on the selection or on everything, and the list of materials of a menu.
 class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
  public:
-  using CQDTreeBranch::CQDTreeBranch;
+  CQDTreeGeomRoot(CQDTreeListCtrl* control, CQDTreeItem* parent, int hasCheck);
   /// Records of parts or, in the geometry-set tree, of sets too.
   using PartSet = std::set<iterator>;
 
@@ -38,6 +38,9 @@ class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
   void ChangeRenderMode();
 
   void OnMenuEvent(unsigned command) override;
+  /// Applies a single dropped material to all parts.
+  void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
+  void OnChangeLanguage() override;
   /// Shows or hides by record; kind and flags have no effect.
   void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
 

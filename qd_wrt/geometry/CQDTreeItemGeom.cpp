@@ -2,7 +2,6 @@
 
 #include <set>
 
-#include "host/CMSGFunction.h"
 #include "host/CMainFrame.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeomData.h"
@@ -11,18 +10,8 @@
 
 namespace qd {
 
-namespace {
-
-constexpr const char* kTitleKey = "IDS_DB_DATA_NAME_GEOM";
-constexpr unsigned kIcon = 21;
-constexpr std::uint16_t kTreeItemTypeGeom = 9;
-
-}  // namespace
-
 CQDTreeItemGeom::CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeGeomRoot(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 0) {
-  SetTreeItemType(kTreeItemTypeGeom);
-}
+    : CQDTreeGeomRoot(control, parent, 0) {}
 
 void CQDTreeItemGeom::RegisterReceiveDataType() {
   for (const unsigned short type : {kDataGeom, kDataMset, kDataMaterial, kDataMaterialTitle}) FollowDataType(type);
@@ -30,17 +19,13 @@ void CQDTreeItemGeom::RegisterReceiveDataType() {
 
 // ---- children -------------------------------------------------------------------------------------------
 
-int CQDTreeItemGeom::MakeChildItems() {
-  if (GetDBSession() == nullptr) return 0;
-  for (const iterator itr : GetDBSession()->GetGeomPool().GetItrList()) MakeChildItem(itr);
-  return 1;
+std::vector<iterator> CQDTreeItemGeom::Records() const {
+  return GetDBSession()->GetGeomPool().GetItrList();
 }
 
-int CQDTreeItemGeom::MakeChildItem(iterator itr) {
-  if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
-  if (GetDBSession()->GetGeomPool().GetAtNU(itr) == nullptr) return 0;
-  AddChild(itr, new CQDTreeItemGeomData(GetControl(), this, itr));
-  return 1;
+CQDTreeItem* CQDTreeItemGeom::MakeNode(iterator itr) {
+  const bool readable = GetDBSession()->GetGeomPool().GetAtNU(itr) != nullptr;
+  return readable ? new CQDTreeItemGeomData(GetControl(), this, itr) : nullptr;
 }
 
 int CQDTreeItemGeom::ModifyChildItem(iterator itr) {
@@ -102,7 +87,7 @@ void CQDTreeItemGeom::ChangeStateImage(iterator itr) {
   if (child != nullptr) child->RefreshImage();
 }
 
-// ---- titles, language, property page --------------------------------------------------------------------
+// ---- titles, property page ------------------------------------------------------------------------------
 
 void CQDTreeItemGeom::ChangeGeomTitle(CQDDocBase*, int mode) {
   for (CQDTreeItem* child : Children()) static_cast<CQDTreeItemGeomData*>(child)->SetTitleMode(mode);
@@ -115,11 +100,6 @@ void CQDTreeItemGeom::ChangeGeomTitle() {
 void CQDTreeItemGeom::GetGeomTitleAndColor(int& title, int& colour) {
   title = m_titleMode;
   colour = m_colourMode;
-}
-
-void CQDTreeItemGeom::OnChangeLanguage() {
-  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
-  CQDTreeBranch::OnChangeLanguage();
 }
 
 void CQDTreeItemGeom::SetPropertyView() {
@@ -164,12 +144,7 @@ void CQDTreeItemGeom::DeleteMeshAll() {
 }
 
 void CQDTreeItemGeom::OnDrop(std::vector<CQDTreeItem*>& nodes) {
-  if (nodes.size() != 1) return;
-  const iterator dropped = nodes.front()->GetIterator();
-  if (GetDBSession() == nullptr || GetDBSession()->GetDataType(dropped) != kDataMaterial) return;
-  std::vector<CQDTreeItem*> all;
-  GetGeomItems(all);
-  ApplyMaterialTo(GetDocument(), IteratorsOf(all), dropped);
+  CQDTreeGeomRoot::OnDrop(nodes);
   ChangeGeomTitle();
 }
 

@@ -10,13 +10,11 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
  public:
   CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
-  int MakeChildItems() override;
   void CreateContextMenu(CPoint& screen) override;
   void RegisterReceiveDataType() override;
-  /// Applies a single dropped material to all parts.
+  /// Titles may name the dropped material.
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
   void SetPropertyView() override;
-  void OnChangeLanguage() override;
   /// Passes the title mode (0 name, else name with material) to every child; new children take the root's own
   /// mode, which SetTitleMode stores.
   void ChangeGeomTitle(CQDDocBase* doc, int mode) override;
@@ -24,7 +22,6 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
   void ChangeGeomColor(int mode) override { m_colourMode = mode; }
   void OnUpdate() override;
 
-  int MakeChildItem(iterator itr) override;
   /// 0 for an unknown record; none is made.
   int ModifyChildItem(iterator itr) override;
   void GetGeomItems(std::vector<CQDTreeItem*>& parts) const override;
@@ -43,6 +40,8 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
   std::weak_ptr<void> GetLife() const override { return m_life; }
 
  protected:
+  std::vector<iterator> Records() const override;
+  CQDTreeItem* MakeNode(iterator itr) override;
   bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) override;
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::Follow; }
 

@@ -10,18 +10,8 @@
 
 namespace qd {
 
-namespace {
-
-constexpr const char* kTitleKey = "IDS_DB_DATA_NAME_GEOM";
-constexpr unsigned kIcon = 21;
-constexpr std::uint16_t kTreeItemTypeGeom = 9;
-
-}  // namespace
-
 CQDTreeItemTopo::CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeGeomRoot(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 1) {
-  SetTreeItemType(kTreeItemTypeGeom);
-}
+    : CQDTreeGeomRoot(control, parent, 1) {}
 
 void CQDTreeItemTopo::RegisterReceiveDataType() {
   for (const unsigned short type : {kDataGset, kDataMset, kDataMaterial, kDataMaterialTitle}) FollowDataType(type);
@@ -29,17 +19,13 @@ void CQDTreeItemTopo::RegisterReceiveDataType() {
 
 // ---- children -------------------------------------------------------------------------------------------
 
-int CQDTreeItemTopo::MakeChildItems() {
-  if (GetDBSession() == nullptr) return 0;
-  for (const iterator itr : GetDBSession()->GetGsetPool().GetItrList()) MakeChildItem(itr);
-  return 1;
+std::vector<iterator> CQDTreeItemTopo::Records() const {
+  return GetDBSession()->GetGsetPool().GetItrList();
 }
 
-int CQDTreeItemTopo::MakeChildItem(iterator itr) {
-  if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
-  if (GetDBSession()->GetGsetPool().GetAtNU(itr) == nullptr) return 0;
-  AddChild(itr, new CQDTreeItemGset(GetControl(), this, itr));
-  return 1;
+CQDTreeItem* CQDTreeItemTopo::MakeNode(iterator itr) {
+  const bool readable = GetDBSession()->GetGsetPool().GetAtNU(itr) != nullptr;
+  return readable ? new CQDTreeItemGset(GetControl(), this, itr) : nullptr;
 }
 
 int CQDTreeItemTopo::ModifyChildItem(iterator itr) {
@@ -93,12 +79,7 @@ int CQDTreeItemTopo::OnClickCheck(int oldState) {
   return 1;
 }
 
-void CQDTreeItemTopo::OnChangeLanguage() {
-  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
-  CQDTreeBranch::OnChangeLanguage();
-}
-
-// ---- menu, commands, drop -------------------------------------------------------------------------------
+// ---- menu and commands -----------------------------------------------------------------------------------
 
 void CQDTreeItemTopo::CreateContextMenu(CPoint& screen) {
   if (GetControl()->GetSelectedCount() != 1) return;
@@ -136,14 +117,6 @@ void CQDTreeItemTopo::NewGeometrySet() {
   record.name = GetDBSession()->GetGsetPool().GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
   record.name.resize(std::min(record.name.size(), kMaxNameLength));
   CQDCommandObj(GetDocument(), L"GeomSet").Set(L"Action", 0).Set(L"Data", std::vector<tagTGset>{record}).Execute();
-}
-
-void CQDTreeItemTopo::OnDrop(std::vector<CQDTreeItem*>& nodes) {
-  const iterator dropped = nodes.size() == 1 ? nodes.front()->GetIterator() : 0;
-  if (GetDBSession() == nullptr || GetDBSession()->GetDataType(dropped) != kDataMaterial) return;
-  std::vector<CQDTreeItem*> all;
-  GetGeomItems(all);
-  ApplyMaterialTo(GetDocument(), IteratorsOf(all), dropped);
 }
 
 }  // namespace qd

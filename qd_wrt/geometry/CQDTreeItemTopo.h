@@ -14,18 +14,13 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
  public:
   CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
-  int MakeChildItems() override;
   void CreateContextMenu(CPoint& screen) override;
   void RegisterReceiveDataType() override;
   /// Switches the root's box and all sets.
   int OnClickCheck(int oldState) override;
-  /// Applies a single dropped material to all parts.
-  void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
-  void OnChangeLanguage() override;
   /// Acts on sets; changes of meshes and materials reach the root too but are none of its business.
   void OnUpdate() override;
 
-  int MakeChildItem(iterator itr) override;
   int ModifyChildItem(iterator itr) override;
   void GetGeomItems(std::vector<CQDTreeItem*>& parts) const override;
   /// Adds a set with a free name to the model.
@@ -36,6 +31,8 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
   std::vector<tagTRNotify> RecordsOfSet(const CQDTreeItemGset& set);
 
  protected:
+  std::vector<iterator> Records() const override;
+  CQDTreeItem* MakeNode(iterator itr) override;
   CQDTreeItem* NodeOfRecord(iterator itr) const override;
   bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) override;
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::StayAsTheyAre; }

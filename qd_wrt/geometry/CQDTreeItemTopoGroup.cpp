@@ -25,24 +25,27 @@ CQDTreeItemGset& CQDTreeItemTopoGroup::Set() const {
 // ---- children -------------------------------------------------------------------------------------------
 
 int CQDTreeItemTopoGroup::MakeChildItems() {
+  const int made = CQDTreeBranch::MakeChildItems();
+  RefreshTitle();
+  return made;
+}
+
+std::vector<iterator> CQDTreeItemTopoGroup::Records() const {
   std::vector<iterator> parts;
   GetDBSession()->GetGeomPool().GetItrGsetTypeList(Set().GetIterator(), static_cast<int>(m_kind), parts);
-  for (const iterator itr : parts) MakeChildItem(itr);
-  RefreshTitle();
-  return 1;
+  return parts;
 }
 
 int CQDTreeItemTopoGroup::MakeChildItem(iterator itr) {
-  if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
   if (GetDBSession()->GetGeomPool().GetAtNU(itr) == nullptr) return 0;
-  CQDTreeItem* elsewhere = GetControl()->FindGeomNode(itr);
-  if (auto* other = elsewhere != nullptr ? dynamic_cast<CQDTreeItemTopoGroup*>(elsewhere->GetParent()) : nullptr) {
-    other->DeleteChildItem(itr);
-    other->RefreshTitle();
-    other->Set().DropEmptyGroups();
+  CQDTreeItem* standing = GetControl()->FindGeomNode(itr);
+  auto* group = standing != nullptr ? dynamic_cast<CQDTreeItemTopoGroup*>(standing->GetParent()) : nullptr;
+  if (group != nullptr && group != this) {
+    group->DeleteChildItem(itr);
+    group->RefreshTitle();
+    group->Set().DropEmptyGroups();
   }
-  AddChild(itr, MakeEntity(itr));
-  return 1;
+  return CQDTreeBranch::MakeChildItem(itr);
 }
 
 int CQDTreeItemTopoGroup::ModifyChildItem(iterator itr) {

@@ -33,7 +33,7 @@ class QD_EXPORT CQDTreeItemTopoGroup : public CQDTreeBranch {
 
  protected:
   CQDTreeItemTopoGroup(CQDTreeListCtrl* control, CQDTreeItem* set, TopologyKind kind, const char* key);
-  virtual CQDTreeItemTopoData* MakeEntity(iterator itr) = 0;
+  std::vector<iterator> Records() const override;
 
  private:
   CString MakeTitle() const;
@@ -55,7 +55,7 @@ class TopoGroupOf final : public CQDTreeItemTopoGroup {
                                      "IDS_QD_WRT_GEOMSET_COMPOUND"};
     return kKeys[static_cast<int>(Kind)];
   }
-  CQDTreeItemTopoData* MakeEntity(iterator itr) override { return new TopoDataOf<Kind>(GetControl(), this, itr); }
+  CQDTreeItem* MakeNode(iterator itr) override { return new TopoDataOf<Kind>(GetControl(), this, itr); }
 };
 using CQDTreeItemTopoPoint = TopoGroupOf<TopologyKind::Point>;
 using CQDTreeItemTopoCurve = TopoGroupOf<TopologyKind::Curve>;

@@ -36,7 +36,8 @@ PropertyPane::PropertyPane(QWidget* parent)
 PropertyPane::~PropertyPane() = default;
 
 void PropertyPane::SetPropertySet(std::unique_ptr<IPropertySet> page) {
-  m_page = std::move(page);
+  // The old page may be in the middle of a change that it makes itself.
+  m_retired.push_back(std::exchange(m_page, std::move(page)));
   if (m_page != nullptr) m_page->SetOnLayout([this] { ShowRows(); });
   Schedule();
 }
@@ -53,12 +54,10 @@ void PropertyPane::Schedule() {
 
 void PropertyPane::ShowNow() {
   if (!std::exchange(m_waiting, false)) return;
+  m_grid->clear();
+  m_retired.clear();
   m_stack->setCurrentIndex(m_page == nullptr ? 0 : 1);
-  if (m_page == nullptr) {
-    m_grid->clear();
-  } else {
-    m_page->ShowProperty();
-  }
+  if (m_page != nullptr) m_page->ShowProperty();
 }
 
 void PropertyPane::ShowRows() {

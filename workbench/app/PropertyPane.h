@@ -3,6 +3,7 @@
 #include <QDockWidget>
 #include <QTreeWidget>
 #include <memory>
+#include <vector>
 
 #include "host/CMainFrame.h"
 
@@ -33,7 +34,8 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   void Tell(CBCGPProp& row);
 
   std::unique_ptr<IPropertySet> m_page;
-  QStackedWidget* m_stack;  // these are owned by this widget
+  std::vector<std::unique_ptr<IPropertySet>> m_retired;  // rows of theirs may still be on show
+  QStackedWidget* m_stack;                               // these are owned by this widget
   QLabel* m_empty;
   QTreeWidget* m_grid;
   bool m_waiting = false;

@@ -34,16 +34,13 @@ void OpenMaterials(CQDDocBase* doc) {
 MaterialBranch::MaterialBranch(CQDTreeListCtrl* control, CQDTreeItem* parent)
     : CQDTreeBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 0) {}
 
-int MaterialBranch::MakeChildItems() {
-  for (const iterator itr : GetDBSession()->GetMaterialPool().GetItrList()) MakeChildItem(itr);
-  return 1;
+std::vector<iterator> MaterialBranch::Records() const {
+  return GetDBSession()->GetMaterialPool().GetItrList();
 }
 
-int MaterialBranch::MakeChildItem(iterator itr) {
-  if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
-  if (GetDBSession()->GetMaterialPool().GetAtNU(itr) == nullptr) return 0;
-  AddChild(itr, new MaterialNode(GetControl(), this, itr));
-  return 1;
+CQDTreeItem* MaterialBranch::MakeNode(iterator itr) {
+  const bool readable = GetDBSession()->GetMaterialPool().GetAtNU(itr) != nullptr;
+  return readable ? new MaterialNode(GetControl(), this, itr) : nullptr;
 }
 
 int MaterialBranch::ModifyChildItem(iterator itr) {

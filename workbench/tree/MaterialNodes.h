@@ -16,13 +16,15 @@ class MaterialBranch final : public CQDTreeBranch {
  public:
   MaterialBranch(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
-  int MakeChildItems() override;
   void CreateContextMenu(CPoint& screen) override;
   void OnMenuEvent(unsigned command) override;
   void SetTitleIncludeType() override;
   void OnUpdate() override;
-  int MakeChildItem(iterator itr) override;
   int ModifyChildItem(iterator itr) override;
+
+ protected:
+  std::vector<iterator> Records() const override;
+  CQDTreeItem* MakeNode(iterator itr) override;
 };
 
 /// A material; dropped on geometry it is applied to it.
