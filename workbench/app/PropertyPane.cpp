@@ -54,6 +54,8 @@ void PropertyPane::Schedule() {
 
 void PropertyPane::ShowNow() {
   if (!std::exchange(m_waiting, false)) return;
+  // Editors lose the focus while they go, and their rows are about to go too.
+  for (QLineEdit* edit : m_grid->findChildren<QLineEdit*>()) edit->blockSignals(true);
   m_grid->clear();
   m_retired.clear();
   m_stack->setCurrentIndex(m_page == nullptr ? 0 : 1);
@@ -84,12 +86,14 @@ void PropertyPane::ShowRows() {
 
 /// Rows die with the page, editors with the grid, and both go together; a change is told after the editor is done.
 QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
+  const IPropertySet* page = m_page.get();
   switch (row.kind) {
     case CBCGPProp::Kind::Options: {
       auto* box = new QComboBox;
       for (const CString& option : row.options) box->addItem(ToQt(option));
       box->setCurrentText(ToQt(row.value));
-      connect(box, &QComboBox::activated, this, [this, &row, box] {
+      connect(box, &QComboBox::activated, this, [this, page, &row, box] {
+        if (page != m_page.get()) return;
         row.value = FromQt(box->currentText());
         Tell(row);
       });
@@ -99,8 +103,7 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
       auto* button = new QPushButton;
       button->setStyleSheet(QString("background-color: %1").arg(ToQt(row.colour).name()));
       button->setAccessibleName(ToQt(row.name));
-      connect(button, &QPushButton::clicked, this, [this, &row] {
-        const IPropertySet* page = m_page.get();
+      connect(button, &QPushButton::clicked, this, [this, page, &row] {
         const QColor chosen = QColorDialog::getColor(ToQt(row.colour), this, Text("IDS_WB_PICK_COLOUR"));
         if (!chosen.isValid() || page != m_page.get()) return;  // the page has changed meanwhile
         row.colour = FromQt(chosen);
@@ -112,8 +115,9 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
       auto* edit = new QLineEdit(ToQt(row.value));
       edit->setMaxLength(static_cast<int>(kMaxNameLength));
       edit->setFrame(false);
-      connect(edit, &QLineEdit::editingFinished, this, [this, &row, edit] {
-        if (FromQt(edit->text()) == row.value) return;
+      connect(edit, &QLineEdit::editingFinished, this, [this, page, &row, edit] {
+        // An editor of a page that is not shown any more goes with what was typed into it.
+        if (page != m_page.get() || FromQt(edit->text()) == row.value) return;
         row.value = FromQt(edit->text());
         Tell(row);
       });
