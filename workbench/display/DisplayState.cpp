@@ -36,8 +36,12 @@ std::vector<int> DisplayState::TakeChangedItems() {
 
 // ---- parts ----------------------------------------------------------------------------------------------
 
+/// Keeps what an item shows before the open change touches it.
 void DisplayState::NoteShown(int cadItem) {
-  m_changing.emplace(cadItem, GetCadItem(cadItem).shown);
+  CadItem& item = Need(cadItem);
+  if (std::exchange(item.change, m_change) == m_change) return;
+  item.shownBefore = item.shown;
+  m_changing.push_back(cadItem);
 }
 
 void DisplayState::SetShowHide(int cadItem, int show) {
@@ -51,19 +55,27 @@ void DisplayState::SetShowHide(int cadItem, int show) {
 }
 
 void DisplayState::BeginShowHide() {
-  if (m_batches++ == 0) m_changing.clear();
+  if (m_batches++ > 0) return;
+  m_changing.clear();
+  ++m_change;
 }
 
 void DisplayState::EndShowHide() {
   if (--m_batches > 0) return;
   // Items that ended as they began have not changed.
-  std::erase_if(m_changing,
-                [this](const auto& change) { return GetCadItem(change.first).shown == change.second; });
-  if (!m_changing.empty()) m_previous = std::exchange(m_changing, {});
+  std::erase_if(m_changing, [this](int cadItem) {
+    const CadItem& item = GetCadItem(cadItem);
+    return item.shown == item.shownBefore;
+  });
+  if (m_changing.empty()) return;
+  m_previous.clear();
+  for (const int cadItem : std::exchange(m_changing, {})) {
+    m_previous.emplace_back(cadItem, GetCadItem(cadItem).shownBefore);
+  }
 }
 
 void DisplayState::ChangePrevShowHide() {
-  const std::map<int, bool> previous = m_previous;
+  const std::vector<std::pair<int, bool>> previous = m_previous;
   BeginShowHide();
   for (const auto& [cadItem, shown] : previous) SetShowHide(cadItem, shown ? 1 : 0);
   EndShowHide();

@@ -27,7 +27,8 @@ class DisplayState final : public CCADSession,
     bool meshed = false;
     std::uint8_t mode = 1;
     float opacity = 1;
-    bool operator==(const CadItem&) const = default;
+    bool shownBefore = true;   ///< the change of visibility `change`
+    std::uint32_t change = 0;  ///< the last one that the item took part in
   };
   struct MeshLook {
     unsigned mode = 1;
@@ -94,9 +95,9 @@ class DisplayState final : public CCADSession,
   std::set<iterator> m_hiddenMsets;
   std::vector<std::pair<iterator, int>> m_units;
   std::map<std::uint32_t, MeshLook> m_meshLooks;
-  // What the last change of visibility turned round, and what the open one has so far: item and state before.
-  std::map<int, bool> m_previous;
-  std::map<int, bool> m_changing;
+  std::vector<std::pair<int, bool>> m_previous;  // what the last change turned round: items and their state before
+  std::vector<int> m_changing;                   // items that the open change has touched
+  std::uint32_t m_change = 0;                    // counts the changes
   int m_colourModel = 0;
   std::function<void()> m_onDirty;
   std::function<void()> m_onItemsChanged;
