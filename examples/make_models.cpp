@@ -1,14 +1,16 @@
 // Makes the example models. Usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box
-// FILE.igs
+// FILE.igs | mixed FILE.brep
 
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
+#include <BRepBuilderAPI_MakeFace.hxx>
 #include <BRepBuilderAPI_Transform.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
 #include <BRepTools.hxx>
+#include <BRep_Builder.hxx>
 #include <IGESControl_Writer.hxx>
 #include <Message.hxx>
 #include <Message_Messenger.hxx>
@@ -16,11 +18,13 @@
 #include <STEPCAFControl_Writer.hxx>
 #include <TDataStd_Name.hxx>
 #include <TDocStd_Document.hxx>
+#include <TopoDS_Compound.hxx>
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <gp_Ax2.hxx>
+#include <gp_Pln.hxx>
 #include <iostream>
 #include <string>
 
@@ -135,11 +139,27 @@ bool MakeBox(const std::string& path) {
   return writer.AddShape(box) && writer.Write(path.c_str());
 }
 
+/// A block with a small hole, a face above it and a line above both: one body of each kind.
+bool MakeMixed(const char* path) {
+  const gp_Ax2 axis(gp_Pnt(5, 5, 0), gp_Dir(0, 0, 1));
+  TopoDS_Compound all;
+  const BRep_Builder builder;
+  builder.MakeCompound(all);
+  builder.Add(all, BRepAlgoAPI_Cut(BRepPrimAPI_MakeBox(20, 20, 10).Shape(),
+                                   BRepPrimAPI_MakeCylinder(axis, 0.5, 10).Shape())
+                       .Shape());
+  builder.Add(all, BRepBuilderAPI_MakeFace(gp_Pln(gp_Pnt(0, 0, 20), gp_Dir(0, 0, 1)), 0, 10, 0, 10).Shape());
+  builder.Add(all, BRepBuilderAPI_MakeEdge(gp_Pnt(2, 15, 30), gp_Pnt(18, 15, 30)).Shape());
+  return BRepTools::Write(all, path);
+}
+
 bool Make(const std::string& what, int argc, char** argv) {
   if (what == "pump" && argc == 3) return MakePump(argv[2]);
   if (what == "grid" && argc == 4) return MakeGrid(std::stoi(argv[2]), argv[3]);
   if (what == "box" && argc == 3) return MakeBox(argv[2]);
-  std::cerr << "usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box FILE.igs\n";
+  if (what == "mixed" && argc == 3) return MakeMixed(argv[2]);
+  std::cerr << "usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box FILE.igs | "
+               "mixed FILE.brep\n";
   return false;
 }
 

@@ -74,6 +74,25 @@ TEST_F(TreeList, AZeroSizeWindowIsHarmless) {
   Key(kKeyPageDown);
 }
 
+TEST(TreeListWithoutColumns, TakesInputAndPaintsNoText) {
+  HeadlessToolkit toolkit;
+  Parent parent;
+  CTreeListCtrl tree;
+  parent.Create(nullptr, 0, {0, 0, 300, 200});
+  tree.Create(&parent, 2, {0, 0, 300, 200});
+  const HTREEITEM row = tree.InsertItem(L"row\twith\nbreaks", 1, 0, {}, kInsertLast);
+  tree.InsertItem(L"child", 0, 0, row, kInsertLast);
+  toolkit.Click(tree, {30, 5});
+  toolkit.DoubleClick(tree, {60, 5});
+  toolkit.Pump();
+  EXPECT_TRUE(tree.IsExpanded(row));
+  tree.SetSelectedItem(row);
+  tree.ShowEdit(row);
+  EXPECT_EQ(tree.IsEditing(), 0);
+  toolkit.Pump();
+  for (const std::string& call : toolkit.Paint(tree)) EXPECT_FALSE(call.starts_with("text")) << call;
+}
+
 // ---- header ---------------------------------------------------------------------------------------------
 
 TEST_F(TreeList, DraggingAnEdgeResizesAColumnAndEscapeTakesItBack) {

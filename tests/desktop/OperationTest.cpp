@@ -32,9 +32,10 @@ struct Bounds {
 /// A window with a grid of four blocks.
 class Operations : public ::testing::Test {
  protected:
-  Operations() : m_window(std::make_unique<MainWindow>(m_messages)) {
+  explicit Operations(const QStringList& model = {"grid", "4"}, const QString& file = "grid.step")
+      : m_window(std::make_unique<MainWindow>(m_messages)) {
     m_window->show();
-    m_window->Import({m_files.Make({"grid", "4"}, "grid.step")});
+    m_window->Import({m_files.Make(model, file)});
     EXPECT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
   }
   Database& Data() { return m_window->Document().GetDatabase(); }
@@ -114,6 +115,66 @@ TEST_F(Operations, TransformsMoveTurnMirrorAndScale) {
   EXPECT_NEAR(Part(0).shape->volume, volume * 8, volume * 1e-4);
   Data().Undo();
   EXPECT_EQ(Data().Snapshot(), before);
+}
+
+/// A block with a small hole, a face and a line.
+class MixedOperations : public Operations {
+ protected:
+  MixedOperations() : Operations({"mixed"}, "mixed.brep") {
+    for (std::size_t i = 0; i < Parts().size(); ++i) {
+      if (Part(i).kind == TopologyKind::Solid) block = i;
+      if (Part(i).kind == TopologyKind::Surface) face = i;
+      if (Part(i).kind == TopologyKind::Curve) line = i;
+    }
+  }
+  std::size_t block = 9, face = 9, line = 9;
+};
+
+TEST_F(MixedOperations, SweepingMakesASurfaceASolidAndMovesItToItsGroup) {
+  const auto before = Data().Snapshot();
+  Command(Sets(), {face}, kCommandSweep);
+  Apply({0, 0, 5});
+  EXPECT_EQ(Part(face).kind, TopologyKind::Solid);
+  EXPECT_NEAR(Part(face).shape->volume, 10 * 10 * 5, 1e-3);
+  const CQDTreeItem* node = Sets().FindGeomNode(Parts()[face]);
+  ASSERT_NE(node, nullptr);
+  EXPECT_EQ(node->GetParent()->GetTitle(), L"Solid [2]");
+  Data().Undo();
+  EXPECT_EQ(Data().Snapshot(), before);
+  EXPECT_EQ(Sets().FindGeomNode(Parts()[face])->GetParent()->GetTitle(), L"Surface [1]");
+}
+
+TEST_F(MixedOperations, SimplifyingTakesSmallFacesOut) {
+  const double volume = Part(block).shape->volume;
+  Command(Sets(), {block}, kCommandSimplify);
+  Apply({40});  // the hole's wall has 31
+  EXPECT_NEAR(Part(block).shape->volume, 20 * 20 * 10, 1e-3);
+  EXPECT_LT(volume, 20 * 20 * 10 - 1);
+}
+
+TEST_F(MixedOperations, ProjectingAddsACurveOnTheTarget) {
+  Command(Sets(), {line}, kCommandProject);
+  QDialog* dialog = Dialog("operation");
+  ASSERT_NE(dialog, nullptr);
+  auto* target = dialog->findChild<QComboBox*>("target");
+  target->setCurrentIndex(target->findData(QVariant::fromValue(Parts()[block])));
+  Apply({0, 0, -1});
+  ASSERT_EQ(Parts().size(), 4U);
+  EXPECT_EQ(Part(3).kind, TopologyKind::Curve);
+  EXPECT_NEAR(BoundsOf(3).greatest[2], 10, 1e-3);
+  EXPECT_NEAR(BoundsOf(3).greatest[0] - BoundsOf(3).least[0], 16, 1e-3);
+}
+
+TEST_F(MixedOperations, PagesTellWhatSingleFacesAndEdgesAre) {
+  const auto lines = [this](std::size_t part) {
+    Model().SetSelection(1, {Parts()[part]});
+    Wait(50);
+    return m_window->Properties().Lines();
+  };
+  EXPECT_TRUE(lines(face).contains("Geometry: Plane"));
+  EXPECT_TRUE(lines(face).contains("Area: 100"));
+  EXPECT_TRUE(lines(line).contains("Geometry: Line"));
+  EXPECT_TRUE(lines(line).contains("Length: 16"));
 }
 
 TEST_F(Operations, WhatCannotBeDoneIsSaidAndChangesNothing) {

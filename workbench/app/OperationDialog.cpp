@@ -72,6 +72,7 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
   }
   if (form.target) {
     m_target = new QComboBox;
+    m_target->setObjectName("target");
     for (const iterator part : m_doc.GetDatabase().GetGeomPool().GetItrList()) {
       if (std::find(m_parts.begin(), m_parts.end(), part) != m_parts.end()) continue;
       m_target->addItem(ToQt(m_doc.GetDatabase().GetGeomPool().GetAtNU(part)->name), QVariant::fromValue(part));
