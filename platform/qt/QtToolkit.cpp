@@ -6,6 +6,7 @@
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QImage>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QPixmap>
 #include <QPointer>
@@ -151,12 +152,41 @@ void QtToolkit::WindowGone(const CWnd& window) {
   if (m_capture != nullptr && m_capture->owner == &window) LoseCapture();
 }
 
+namespace {
+
+/// Brings Escape to the holder of the mouse wherever the focus is: a press that becomes a drag does not take it.
+class EscapeToHolder final : public QObject {
+ public:
+  EscapeToHolder(QtToolkit& toolkit, CWnd& holder) : m_toolkit(toolkit), m_holder(holder), m_life(holder.Life()) {
+    QApplication::instance()->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (!key || static_cast<QKeyEvent*>(event)->key() != Qt::Key_Escape || m_life.expired()) return false;
+    event->accept();
+    if (event->type() == QEvent::KeyPress) {
+      m_toolkit.Deliver({.kind = MessageKind::KeyDown, .target = &m_holder, .key = kKeyEscape});
+    }
+    return true;
+  }
+
+ private:
+  QtToolkit& m_toolkit;
+  CWnd& m_holder;
+  std::weak_ptr<void> m_life;
+};
+
+}  // namespace
+
 CaptureEnd QtToolkit::RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) {
   if (!owner.IsCreated()) return CaptureEnd::Lost;
   const std::weak_ptr<void> life = owner.Life();
   QEventLoop loop;
   Capture capture{&owner, &decide, &loop, false};
   Capture* outer = std::exchange(m_capture, &capture);
+  const EscapeToHolder escape(*this, owner);
   loop.exec();
   m_capture = outer;
   return capture.stopped && !life.expired() && owner.IsCreated() ? CaptureEnd::Stopped : CaptureEnd::Lost;
