@@ -276,6 +276,10 @@ void PartCommands::ShowContacts(unsigned) {
 
 // ---- meshes and bodies ----------------------------------------------------------------------------------
 
+void PartCommands::SwitchMesh(unsigned command) {
+  ShowHideMesh(command == kCommandShowMesh ? 1 : 0);
+}
+
 void PartCommands::ShowHideMesh(int show) {
   if (m_parts.empty()) return;
   CQDDBSession* session = m_doc->GetDBSession();

@@ -50,7 +50,7 @@ class PartCommands {
   void OpenAttach(unsigned);
   void OpenMaterials(unsigned);
   void OpenSimplify(unsigned);
-  void SwitchMesh(unsigned command) { ShowHideMesh(command == 41200 ? 1 : 0); }
+  void SwitchMesh(unsigned command);
   void ShowMeshUnits(unsigned);
   void OpenMeshing(unsigned);
   void DeleteMesh(unsigned) { DeleteMeshes(); }

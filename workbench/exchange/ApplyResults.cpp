@@ -23,37 +23,41 @@ int Act(Database& database, const CString& title, const std::function<bool()>& w
   return transaction.Commit(1);
 }
 
-}  // namespace
+enum class Target { SameParts, NewParts };
 
-int ReplaceShapes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
-                  const CString& title) {
+/// Stores one result for each part, in it or as a part of its own.
+int StoreShapes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+                const CString& title, Target target) {
   if (results.parts.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
+  GeomPool& pool = database.GetGeomPool();
   return Act(database, title, [&] {
     for (std::size_t i = 0; i < parts.size(); ++i) {
-      tagTGeom record = *database.GetGeomPool().GetAtNU(parts[i].itr);
+      tagTGeom record = *pool.GetAtNU(parts[i].itr);
       record.kind = results.parts[i].kind;
       record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
-      if (database.GetGeomPool().Change(parts[i].itr, std::move(record)) == 0) return false;
+      if (target == Target::SameParts) {
+        if (pool.Change(parts[i].itr, std::move(record)) == 0) return false;
+        continue;
+      }
+      record.gset = database.GetGsetPool().GetCurrentSet();
+      record.material = 0;
+      record.cadItem = pool.NextNumber();
+      if (pool.Add(std::move(record)) == 0) return false;
     }
     return true;
   });
 }
 
+}  // namespace
+
+int ReplaceShapes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+                  const CString& title) {
+  return StoreShapes(database, parts, std::move(results), title, Target::SameParts);
+}
+
 int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
              const CString& title) {
-  if (results.parts.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
-  return Act(database, title, [&] {
-    for (std::size_t i = 0; i < parts.size(); ++i) {
-      tagTGeom record = *database.GetGeomPool().GetAtNU(parts[i].itr);
-      record.kind = results.parts[i].kind;
-      record.gset = database.GetGsetPool().GetCurrentSet();
-      record.material = 0;
-      record.cadItem = database.GetGeomPool().NextNumber();
-      record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
-      if (database.GetGeomPool().Add(std::move(record)) == 0) return false;
-    }
-    return true;
-  });
+  return StoreShapes(database, parts, std::move(results), title, Target::NewParts);
 }
 
 int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
