@@ -13,6 +13,7 @@ class CQDDBSession {
  public:
   virtual DPoolGeom& GetGeomPool() = 0;
   virtual DPoolMset& GetMsetPool() = 0;
+  virtual DPoolMGInfo& GetMGInfoPool() = 0;
   virtual DPoolGset& GetGsetPool() = 0;
   virtual DPoolMaterial& GetMaterialPool() = 0;
   virtual DPoolGKey& GetGKeyPool() = 0;

@@ -15,6 +15,19 @@ class CDocument {
   virtual ~CDocument() = default;
 };
 
+/// A modeless dialog that shows what the model holds.
+class IQDCurrentDialog {
+ public:
+  /// The model has changed; `reserved` is 0.
+  virtual void Update(int reserved) = 0;
+
+ protected:
+  ~IQDCurrentDialog() = default;
+};
+
+/// What the document's delete operation is asked to delete.
+inline constexpr int kDeleteModelData = 18;
+
 /// An open document. It outlives its works trees' items.
 class CQDDocBase : public CDocument {
  public:
@@ -35,6 +48,11 @@ class CQDDocBase : public CDocument {
   virtual void Import() = 0;
   /// Runs a command object. Returns 1, or 0 with nothing changed.
   virtual int RunCommand(const CQDCommandObj& command) = 0;
+  /// Deletes records as one undoable act; `operation` is kDeleteModelData. Mesh sets nested in deleted ones move
+  /// to the nearest set above that stays. Returns 1, or 0 with nothing changed.
+  virtual int DeleteData(int operation, const std::vector<iterator>& itrs) = 0;
+  /// The dialog that the user works with, null for none.
+  virtual IQDCurrentDialog* GetCurrentDialog() = 0;
   virtual void SetModelInfoChangedFlag(int changed) = 0;
   virtual void SetPendingUpdate(int pending) = 0;
   virtual void ReMakeAllLabel(int notify) = 0;

@@ -44,15 +44,52 @@ class DPoolGeom : public DPool<tagTGeom> {
   ~DPoolGeom() = default;
 };
 
+/// Mesh sets. Writes without a note run inside the open transaction; integer results are 1, or 0 on failure.
 class DPoolMset : public DPool<tagTMset> {
  public:
+  /// Appends the mesh sets whose parent has this key, oldest first; 0 stands for the top level.
+  virtual void GetItrListByParentMsetK(std::uint32_t key, TArray<iterator>& itrs) const = 0;
+  /// The mesh set with a key, 0 when there is none.
+  virtual iterator GetItrByKey(std::uint32_t key) const = 0;
   /// The mesh set that meshes a part, 0 when it has none.
   virtual iterator GetItrByGeomItr(iterator geom) const = 0;
-  /// Stores a changed record inside the open transaction. Returns 1, 0 on failure.
+  /// A mesh set of this name, 0 when there is none.
+  virtual iterator GetItr(const CString& name) const = 0;
+  virtual int Exist(const CString& name) const = 0;
+  /// A name that no set has: `text` with the first free number behind it.
+  virtual CString GetNewCopyName(const CString& text) const = 0;
+  virtual COLORREF GetNewColor() = 0;
+  virtual std::uint32_t GetNewKey() const = 0;
+  /// The set that takes what belongs to no other, 0 when there is none. It cannot be deleted or merged away.
+  virtual iterator GetDefaultMset() const = 0;
+  /// Returns the new record's iterator, 0 on failure.
+  virtual iterator Add(const tagTMset& record) = 0;
+  /// Stores a changed record. A parent that is the set itself or stands below it is refused.
   virtual int Modify(iterator itr, const tagTMset& record) = 0;
+  /// Moves the nodes and elements of sets into another and deletes the sets; sets nested in them move up under
+  /// the target.
+  virtual int Merge(iterator target, const TArray<iterator>& itrs) = 0;
+  /// Each one undoable act of its own: deletes all sets but the default one, which is emptied; deletes all sets
+  /// without nodes. Sets nested in deleted ones move to the nearest set above that stays.
+  virtual int TR_Del_All() = 0;
+  virtual int TR_Del_EmptyMset() = 0;
 
  protected:
   ~DPoolMset() = default;
+};
+
+/// How meshes were generated.
+class DPoolMGInfo {
+ public:
+  /// The record with a key, 0 when there is none.
+  virtual iterator GetItrByKey(std::uint32_t key) const = 0;
+  /// Reads a record. Returns 1; 0 with `record` as it was when there is none.
+  virtual int GetAt(iterator itr, tagTMGInfo& record) const = 0;
+  /// Deletes a record inside the open transaction. Returns 1, 0 on failure.
+  virtual int Delete(iterator itr) = 0;
+
+ protected:
+  ~DPoolMGInfo() = default;
 };
 
 class DPoolGset : public DPool<tagTGset> {

@@ -3,28 +3,42 @@
 namespace qd {
 
 namespace {
-IGeomDialog* s_dialogs = nullptr;
-unsigned s_command = 0;
+
+template <typename Family>
+IHostDialogs<Family>*& TheHost() {
+  static IHostDialogs<Family>* host = nullptr;
+  return host;
+}
+
 }  // namespace
 
-IGeomDialog::IGeomDialog() {
-  s_dialogs = this;
+template <typename Family>
+IHostDialogs<Family>::IHostDialogs() {
+  TheHost<Family>() = this;
 }
 
-IGeomDialog::~IGeomDialog() {
-  if (s_dialogs == this) s_dialogs = nullptr;
+template <typename Family>
+IHostDialogs<Family>::~IHostDialogs() {
+  if (TheHost<Family>() == this) TheHost<Family>() = nullptr;
 }
 
-void IGeomDialog::DoModeless(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second) {
-  if (s_dialogs != nullptr) s_dialogs->Open(doc, dialogClass, first, second);
+template <typename Family>
+void IHostDialogs<Family>::DoModeless(CQDDocBase* doc, const CString& dialogClass, const void* first,
+                                      const void* second) {
+  if (IHostDialogs* host = TheHost<Family>()) host->Open(doc, dialogClass, first, second);
 }
 
-void IQueryMenuID2Idx::SetMenuID(unsigned command) {
-  s_command = command;
+template class IHostDialogs<struct GeometryDialogs>;
+template class IHostDialogs<struct MeshDialogs>;
+
+IQueryMenuID2Idx& IQueryMenuID2Idx::Instance() {
+  static IQueryMenuID2Idx instance;
+  return instance;
 }
 
-unsigned IQueryMenuID2Idx::GetMenuID() {
-  return s_command;
+int IQueryMenuID2Idx::GetIndex(unsigned command) const {
+  const auto found = m_indexes.find(command);
+  return found != m_indexes.end() ? found->second : 0;
 }
 
 }  // namespace qd

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <vector>
 
 #include "host/CQDDocBase.h"
@@ -13,27 +14,52 @@ struct tagTGeomGUI {
   std::vector<iterator> keys;
 };
 
-/// The host's dialogs on shapes. The host makes one object, which registers itself.
-class QD_EXPORT IGeomDialog {
- public:
-  IGeomDialog();
-  virtual ~IGeomDialog();
-  IGeomDialog(const IGeomDialog&) = delete;
-  IGeomDialog& operator=(const IGeomDialog&) = delete;
+/// What the dialogs on meshes get.
+struct tagTMeshGUI {
+  std::vector<iterator> targets;  ///< parts to mesh
+  bool remesh = false;            ///< in place of the mesh of a set
+  void Init() { *this = {}; }
+};
 
-  /// Opens a dialog by its class name, modeless. What the pointers refer to is copied before the call returns;
-  /// what they are depends on the dialog. Without a host nothing happens.
+/// A family of the host's dialogs. The host makes one object, which registers itself.
+template <typename Family>
+class QD_EXPORT IHostDialogs {
+ public:
+  IHostDialogs();
+  virtual ~IHostDialogs();
+  IHostDialogs(const IHostDialogs&) = delete;
+  IHostDialogs& operator=(const IHostDialogs&) = delete;
+
+  /// Opens a dialog by its class name, modeless. What the pointers refer to, the last command and its index are
+  /// copied before the call returns; what the pointers are depends on the dialog. Without a host nothing happens.
   static void DoModeless(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second);
 
  protected:
   virtual void Open(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second) = 0;
 };
 
-/// The last menu command, for dialogs that serve several.
+extern template class QD_EXPORT IHostDialogs<struct GeometryDialogs>;
+extern template class QD_EXPORT IHostDialogs<struct MeshDialogs>;
+
+/// Dialogs on shapes: they get a tagTGeomGUI or nothing.
+using IGeomDialog = IHostDialogs<struct GeometryDialogs>;
+/// Dialogs on meshes: they get a tagTMeshGUI, or the iterator of a mesh set, or nothing.
+using IQDMeshgDialog = IHostDialogs<struct MeshDialogs>;
+
+/// The last menu command, for dialogs that serve several, and what menus note about a command.
 class QD_EXPORT IQueryMenuID2Idx {
  public:
-  static void SetMenuID(unsigned command);
-  static unsigned GetMenuID();
+  static IQueryMenuID2Idx& Instance();
+
+  void SetMenuID(unsigned command, int index) { m_indexes[command] = index; }
+  /// 0 for a command that nothing was noted about.
+  int GetIndex(unsigned command) const;
+  void SetLastCommand(unsigned command) { m_lastCommand = command; }
+  unsigned GetLastCommand() const { return m_lastCommand; }
+
+ private:
+  std::map<unsigned, int> m_indexes;
+  unsigned m_lastCommand = 0;
 };
 
 }  // namespace qd

@@ -41,20 +41,47 @@ class CCADSession {
 /// Shown state of mesh sets.
 class CQDMeshManager {
  public:
+  virtual int IsMsetShown(iterator mset) const = 0;
   virtual void ShowHideMset(iterator mset, int show) = 0;
   virtual void ShowHideMset(const std::vector<iterator>& msets, int show) = 0;
-  /// Notes a change; all noted ones take effect together with the commit.
+  /// Changes without asking for a frame; the commit, or any other change, brings all of them to the screen.
   virtual void ShowHideMsetUnit(iterator mset, int show) = 0;
   virtual void CommitShowHideMsetUnit() = 0;
+  /// How all meshes are coloured: by set 0, by property 1, by material 2, by element type 3, by top-level set 4.
+  virtual void SetMeshColorMode(unsigned mode) = 0;
+  /// The colours of mesh sets have changed.
+  virtual void UpdateMeshColor() = 0;
 
  protected:
   ~CQDMeshManager() = default;
 };
 
-/// Drawing of mesh sets, by key.
+/// What can be drawn beside the elements of a mesh set; bits.
+enum MeshAddOn : std::uint32_t {
+  kAddOnNodes = 1,
+  kAddOnNodeIds = 2,
+  kAddOnElementIds = 4,
+  kAddOnNodalSystems = 8,
+  kAddOnElementSystems = 16,
+  kAddOnMaterialSystems = 32,
+  kAddOnAll = 0xFFFFFFFF
+};
+
+/// Drawing of mesh sets, by key. "All" means the sets to come, too.
 class CMPUData {
  public:
+  /// 0 shading, 1 shading with element edges, 2 wireframe, 3 wireframe of the free faces, 4 feature edges,
+  /// 5 shading with feature edges, 6 bounding box.
   virtual void SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) = 0;
+  /// Elements drawn smaller, each by itself: on where it was off for the first of the sets.
+  virtual void ToggleShrink(const std::vector<std::uint32_t>& keys) = 0;
+  /// 1 when all the sets have all of the bits; 0 for no sets.
+  virtual int HasAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) const = 0;
+  virtual void SetAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) = 0;
+  virtual void DelAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) = 0;
+  virtual int HasAddOnInfoAll(std::uint32_t bits) const = 0;
+  virtual void SetAddOnInfoAll(std::uint32_t bits) = 0;
+  virtual void DelAddOnInfoAll(std::uint32_t bits) = 0;
   /// 0 is transparent, 255 opaque.
   virtual void SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) = 0;
 
@@ -99,6 +126,8 @@ class CQDPostManager {
  public:
   virtual void UpdateShowHideGeom(CQDViewBase& view) = 0;
   virtual void UpdateActivity(CQDViewBase& view, int notify) = 0;
+  /// Follows the visibility of mesh sets.
+  virtual void UpdateShowHideMSet(CQDViewBase& view, int notify) = 0;
 
  protected:
   ~CQDPostManager() = default;

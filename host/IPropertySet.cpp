@@ -35,22 +35,25 @@ CBCGPProp* IPropertySet::AddGeneralPropertyWithOption(CBCGPProp* parent, const C
 }
 
 CBCGPProp* IPropertySet::AddText(CBCGPProp* parent, const CString& name, const CString& value, std::uint64_t data,
-                                 bool readOnly) {
+                                 bool readOnly, const CString& description) {
   CBCGPProp row;
   row.parent = parent;
   row.name = name;
   row.value = value;
   row.data = data;
   row.readOnly = readOnly;
+  row.description = description;
   return Add(std::move(row));
 }
 
-CBCGPProp* IPropertySet::AddColour(CBCGPProp* parent, const CString& name, COLORREF colour, std::uint64_t data) {
+CBCGPProp* IPropertySet::AddColour(CBCGPProp* parent, const CString& name, COLORREF colour, std::uint64_t data,
+                                   const CString& description) {
   CBCGPProp row;
   row.parent = parent;
   row.kind = CBCGPProp::Kind::Colour;
   row.name = name;
   row.colour = colour;
+  row.description = description;
   row.data = data;
   return Add(std::move(row));
 }

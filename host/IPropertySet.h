@@ -21,6 +21,8 @@ struct CBCGPProp {
   CString description;
   std::uint64_t data = 0;  ///< the page's own mark
   bool readOnly = false;
+  bool calculate = false;  ///< a click on the row asks the page for its value
+  bool collapsed = false;  ///< a title whose rows are not shown until it is opened
 };
 
 /// A page of the property grid: rows that the page makes and the grid shows.
@@ -37,6 +39,8 @@ class QD_EXPORT IPropertySet {
   virtual void ApplyProperty() {}
   /// Called with the row that the user has changed and its data.
   virtual void OnPropertyChanged(CBCGPProp* row, std::uint64_t data) = 0;
+  /// Called when the user clicks a row that is to be calculated.
+  virtual void CalProp(CBCGPProp*) {}
 
   const std::vector<std::unique_ptr<CBCGPProp>>& GetRows() const { return m_rows; }
   CQDDocBase* GetDocument() const { return m_doc; }
@@ -54,8 +58,9 @@ class QD_EXPORT IPropertySet {
                                           const std::vector<CString>& options, int current,
                                           const CString& description, std::uint64_t data, int flag);
   CBCGPProp* AddText(CBCGPProp* parent, const CString& name, const CString& value, std::uint64_t data,
-                     bool readOnly);
-  CBCGPProp* AddColour(CBCGPProp* parent, const CString& name, COLORREF colour, std::uint64_t data);
+                     bool readOnly, const CString& description = {});
+  CBCGPProp* AddColour(CBCGPProp* parent, const CString& name, COLORREF colour, std::uint64_t data,
+                       const CString& description = {});
   static void ExtractString(const CBCGPProp* row, CString& text);
   void AdjustLayout();
   void SetInfo(int) {}

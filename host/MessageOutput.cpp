@@ -14,10 +14,6 @@ IMessageOutput::~IMessageOutput() {
   if (s_output == this) s_output = nullptr;
 }
 
-bool qdAskYesNo(const CString& text) {
-  return s_output != nullptr && s_output->Ask(text);
-}
-
 void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments) {
   if (s_output == nullptr) return;
   CString text;

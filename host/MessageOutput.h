@@ -16,14 +16,9 @@ class QD_EXPORT IMessageOutput {
   IMessageOutput(const IMessageOutput&) = delete;
   IMessageOutput& operator=(const IMessageOutput&) = delete;
   virtual void Warn(const CString& text) = 0;
-  /// Asks a question to be answered with yes or no. Messages are handled meanwhile.
-  virtual bool Ask(const CString& text) = 0;
 };
 
 /// Shows a warning. Each "%s" of `format` is replaced by the next argument. Without an output nothing happens.
 QD_EXPORT void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments = {});
-
-/// Asks the user; no without an output.
-QD_EXPORT bool qdAskYesNo(const CString& text);
 
 }  // namespace qd

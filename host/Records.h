@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "host/Types.h"
@@ -55,7 +57,8 @@ struct tagTGset : tagTRecord {
   CString name;
 };
 
-/// Nodes and elements of a mesh set.
+/// Nodes and elements of a mesh set. Numbers of nodes and elements are unique in the document; sets that meet
+/// hold the nodes between them both.
 struct MeshData {
   struct Block {
     int elementType =
@@ -64,24 +67,50 @@ struct MeshData {
     std::vector<std::uint64_t> elementIds;
     std::vector<std::uint64_t> nodeIds;  ///< nodesPerElement for each element
   };
-  std::vector<std::uint64_t> nodeIds;
-  std::vector<double> coordinates;  ///< x, y, z beside nodeIds
+  std::vector<std::uint64_t> nodeIds;  ///< ascending, each once
+  std::vector<double> coordinates;     ///< x, y, z beside nodeIds
   std::vector<Block> blocks;
 };
 
-/// A mesh set; sets nest by parent.
+/// Keys of mesh sets are the low 29 bits of a record's key field, the top three are flags.
+inline constexpr std::uint32_t kMsetKeyMask = 0x1FFFFFFF;
+
+/// A mesh set; sets nest by the key of their parent.
 struct tagTMset : tagTRecord {
-  std::uint32_t key = 0;  ///< the low 29 bits are the key that display calls take, the top three are flags
+  std::uint32_t key = 0;  ///< with its flags
   CString name;
   COLORREF colour = 0;
-  iterator parent = 0;  ///< mesh set above, 0 at top level
-  iterator geom = 0;    ///< part that the set meshes, 0 none
+  std::uint32_t parent = 0;  ///< key of the mesh set above, 0 at top level
+  iterator geom = 0;         ///< part that the set meshes, 0 none
+  iterator property = 0;     ///< of its elements, 0 none
+  std::uint32_t mgInfo = 0;  ///< key of how it was generated, 0 none
   std::uint64_t nodeCount = 0;
   std::uint64_t elementCount = 0;
   std::shared_ptr<const MeshData> mesh;
+
+  void Init() { *this = {}; }
 };
 
-inline constexpr std::uint32_t kMsetKeyMask = 0x1FFFFFFF;
+/// What elements are made of.
+struct tagTProperty : tagTRecord {
+  enum class Kind : std::uint8_t { Solid, Shell, Beam };
+  CString name;
+  Kind kind = Kind::Solid;
+  iterator material = 0;
+  double size = 0;  ///< thickness of shells, area of beams; model units
+};
+
+/// How a mesh set was generated.
+struct tagTMGInfo : tagTRecord {
+  enum Method : int { kAutoSolid, kMapSolid, k2D3D, kAutoLayer };
+  /// A switch, a choice by its place, or a number in model units.
+  using Option = std::variant<bool, int, double>;
+
+  int kind = 0;  ///< 0 and 2 are generators of solids; of others no parameters are shown
+  int method = kAutoSolid;
+  std::vector<iterator> targets;          ///< parts that were meshed
+  std::map<std::string, Option> options;  ///< the parameters used, by the message keys of their names
+};
 
 /// An isotropic material. Numbers are in model units.
 struct tagTMaterial : tagTRecord {

@@ -11,11 +11,13 @@ namespace qd {
 enum DataType : std::uint16_t {
   kDataCord = 2,           ///< coordinate systems
   kDataMset = 5,           ///< mesh sets
+  kDataProperty = 6,       ///< properties of elements
   kDataMaterial = 7,       ///< materials, which geometry refers to
   kDataMaterialTitle = 8,  ///< records that titles of parts with a material depend on
   kDataGeom = 9,           ///< geometry parts
   kDataGKey = 11,          ///< keys of geometry parts
-  kDataGset = 21           ///< geometry sets
+  kDataGset = 21,          ///< geometry sets
+  kDataMGInfo = 64         ///< how meshes were generated
 };
 
 /// What happened to a record.

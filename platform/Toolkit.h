@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/CDialog.h"
 #include "platform/Export.h"
 #include "platform/Message.h"
 #include "platform/Picture.h"
@@ -143,6 +144,10 @@ class QD_EXPORT IToolkit {
   virtual CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) = 0;
   /// Shows a pop-up menu and returns the chosen command, 0 for none.
   virtual unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) = 0;
+  /// Makes the window of a dialog from its template, not shown yet.
+  virtual std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) = 0;
+  /// Shows a message box.
+  virtual MessageAnswer ShowMessage(const CString& text, MessageButtons buttons) = 0;
 
  protected:
   IToolkit();

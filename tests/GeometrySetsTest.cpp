@@ -231,12 +231,12 @@ TEST_F(GeometrySets, DroppedPartsChangeTheirSet) {
 TEST_F(GeometrySets, MergingAsksAndIsOneAct) {
   Data().GetGsetPool().PutCurrentSet(A);
   const auto before = Data().Snapshot();
-  m_app.answer = false;
+  m_toolkit.AnswerMessage(MessageAnswer::No);
   Drag({L"A"}, L"B");
   EXPECT_EQ(Data().Snapshot(), before);
-  m_app.answer = true;
+  m_toolkit.AnswerMessage(MessageAnswer::Yes);
   Drag({L"A"}, L"B");
-  EXPECT_EQ(m_app.TakeLog(), "ask IDS_QD_WRT_MERGE_GEOMSET ask IDS_QD_WRT_MERGE_GEOMSET ");
+  EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>(2, L"IDS_QD_WRT_MERGE_GEOMSET"));
   EXPECT_EQ(Sets(), "B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
   EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), B);
   Data().Undo();
@@ -251,6 +251,7 @@ TEST_F(GeometrySets, AMergeThatFailsAtAnyWriteChangesNothing) {
   for (bool done = false; !done; ++failing) {
     int writes = 0;
     Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
+    m_toolkit.AnswerMessage(MessageAnswer::Yes);
     Drag({L"A"}, L"B");
     Data().SetWriteGuard(nullptr);
     done = writes <= failing;

@@ -53,10 +53,10 @@ class App final : public IAppWrt {
   void CloseDialog(CQDDocBase*, const CString&) override {}
   void OpenMeshDialog(int, CQDDocBase*, const CString&, void*) override {}
   void CloseMeshDialog(CQDDocBase*, const CString&) override {}
-  int GetMenuIndexOfAutoMesh2D() override { return 0; }
-  int GetMenuIndexOfAutoMesh3D() override { return 0; }
-  int GetMenuIndexOfMappedMesh2D() override { return 0; }
-  int GetMenuIndexOfMappedMesh3D() override { return 0; }
+  int GetMenuIndexOfAutoSolid() const override { return 0; }
+  int GetMenuIndexOfMapSolid() const override { return 0; }
+  int GetMenuIndexOf2D3D() const override { return 0; }
+  int GetMenuIndexOfAutoLayer() const override { return 0; }
 };
 
 TEST(Application, TheLatestObjectIsTheInstanceAndAnyEndClearsIt) {
@@ -89,6 +89,8 @@ class Document final : public CQDDocBase {
   ISectionAPI* GetSectionAPI() override { return nullptr; }
   void Import() override {}
   int RunCommand(const CQDCommandObj&) override { return 0; }
+  int DeleteData(int, const std::vector<iterator>&) override { return 0; }
+  IQDCurrentDialog* GetCurrentDialog() override { return nullptr; }
   void SetModelInfoChangedFlag(int) override {}
   void SetPendingUpdate(int) override {}
   void ReMakeAllLabel(int) override {}

@@ -27,12 +27,13 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"qd_wrt/panel", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
       {"qd_wrt/properties", {"platform", "host"}},
       {"qd_wrt/geometry", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
+      {"qd_wrt/mesh", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
       {"workbench/text", {}},
       {"workbench/model", {"platform", "host"}},
       {"workbench/display", {"platform", "host", "workbench/model"}},
       {"workbench/exchange", {"platform", "host", "workbench/model", "workbench/text"}},
       {"workbench/tree",
-       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "workbench/text"}},
+       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "workbench/text"}},
       {"workbench/view", {"platform", "host", "workbench/model", "workbench/display"}}};
   return kRules;
 }

@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Toolkit.h"
@@ -45,6 +46,15 @@ class HeadlessToolkit final : public IToolkit {
   void AnswerMenu(unsigned command) { m_menuAnswers.push_back(command); }
   /// The pop-up menus shown so far: entries as "text", "[x] text" or "-", submenus in braces.
   const std::vector<std::string>& ShownMenus() const { return m_menus; }
+  /// What the next message boxes answer, in order; without an answer a box is closed.
+  void AnswerMessage(MessageAnswer answer) { m_messageAnswers.push_back(answer); }
+  /// The message boxes shown since the last call.
+  std::vector<CString> TakeMessages() { return std::exchange(m_messages, {}); }
+  /// What the user does in the next dialogs: presses controls, in order. A dialog that is still open then is
+  /// closed.
+  void AnswerDialog(std::vector<int> presses) { m_dialogAnswers.push_back(std::move(presses)); }
+  /// The dialogs shown since the last call: caption, then texts of the controls, "(x)" before checked ones.
+  std::vector<std::string> TakeDialogs() { return std::exchange(m_dialogs, {}); }
   /// Paints the whole window now and returns what was drawn, one call a line.
   std::vector<std::string> Paint(CWnd& window);
   /// Paint requests handled by Pump since the last call.
@@ -63,9 +73,12 @@ class HeadlessToolkit final : public IToolkit {
   void SetWaitCursor(bool) override {}
   CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
   unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
+  std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) override;
+  MessageAnswer ShowMessage(const CString& text, MessageButtons buttons) override;
 
  private:
   friend class HeadlessPeer;
+  friend class HeadlessDialog;
   struct Timer {
     CWnd* owner;
     unsigned id;
@@ -86,6 +99,10 @@ class HeadlessToolkit final : public IToolkit {
   std::vector<Timer> m_timers;
   std::vector<unsigned> m_menuAnswers;
   std::vector<std::string> m_menus;
+  std::vector<MessageAnswer> m_messageAnswers;
+  std::vector<CString> m_messages;
+  std::vector<std::vector<int>> m_dialogAnswers;
+  std::vector<std::string> m_dialogs;
   unsigned long m_now = 0;
   int m_paints = 0;
   CPoint m_cursor;

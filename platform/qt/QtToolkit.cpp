@@ -19,6 +19,7 @@
 #include "platform/CWnd.h"
 #include "platform/qt/QtAccessible.h"
 #include "platform/qt/QtConvert.h"
+#include "platform/qt/QtDialog.h"
 #include "platform/qt/QtPeer.h"
 
 namespace qd {
@@ -225,6 +226,14 @@ unsigned QtToolkit::TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) {
   Fill(popup, menu, widget != nullptr ? widget->devicePixelRatioF() : 1.0);
   const QAction* chosen = popup.exec(ToQt(screen));
   return chosen != nullptr ? chosen->data().toUInt() : 0;
+}
+
+std::unique_ptr<IDialogPeer> QtToolkit::MakeDialog(CDialog& owner, const DialogTemplate& layout) {
+  return MakeQtDialog(owner, layout);
+}
+
+MessageAnswer QtToolkit::ShowMessage(const CString& text, MessageButtons buttons) {
+  return ShowQtMessage(text, buttons);
 }
 
 }  // namespace qd

@@ -40,6 +40,8 @@ class QtToolkit final : public IToolkit {
   void SetWaitCursor(bool on) override;
   CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
   unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
+  std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) override;
+  MessageAnswer ShowMessage(const CString& text, MessageButtons buttons) override;
 
  private:
   struct Capture {

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "host/CMainFrame.h"
-#include "platform/FlatMap.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 
 namespace qd {
@@ -141,15 +140,19 @@ void CQDTreeItem::MakeSubtree() {
   MakeChildItems();
   const auto editable = [](const CQDTreeItem* child) { return child != nullptr && child->m_editable; };
   const ChildList& children = ChildPlaces();
-  if (std::any_of(children.begin(), children.end(), editable)) SortBranchesFromHere();
+  if (std::any_of(children.begin(), children.end(), editable)) SortBranchesFromHere(0);
   OnInitialize();
 }
 
-/// Sorts the children of this row and of every row after it on its level by key. Rows that follow are sorted too
-/// on purpose: branches that stand already keep one order with those that are made in front of them.
-void CQDTreeItem::SortBranchesFromHere() {
+/// Rows that follow are sorted too on purpose: branches that stand already keep one order with those that are made
+/// in front of them.
+void CQDTreeItem::SortBranchesFromHere(int byName, FlatMap* walked) {
   for (HTREEITEM row = m_row; row; row = m_control->GetNextSiblingItem(row)) {
-    if (m_control->ItemHasChildren(row)) m_control->SortItems(0, 0, row);
+    if (walked != nullptr) {
+      if (walked->Contains(row.value)) return;
+      walked->Assign(row.value, 1);
+    }
+    if (m_control->ItemHasChildren(row)) m_control->SortItems(0, byName, row);
   }
 }
 

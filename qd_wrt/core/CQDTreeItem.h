@@ -9,6 +9,7 @@
 #include "host/CQDDocBase.h"
 #include "host/Types.h"
 #include "platform/Export.h"
+#include "platform/FlatMap.h"
 #include "platform/Types.h"
 #include "platform/tree/RowTree.h"
 #include "qd_wrt/core/PendingUpdates.h"
@@ -238,6 +239,9 @@ class QD_EXPORT CQDTreeItem {
  protected:
   /// For RegisterReceiveDataType.
   void FollowDataType(unsigned short type);
+  /// Sorts the children of this row and of every row after it on its level, by key or by name. A row in `walked`
+  /// ends the walk: it and those after it are sorted already. The rows walked now are added.
+  void SortBranchesFromHere(int byName, FlatMap* walked = nullptr);
   /// Deletes all children, last first.
   void RemoveAllChildItems();
   bool m_hasCheck : 1;
@@ -281,7 +285,6 @@ class QD_EXPORT CQDTreeItem {
   Extras& NeedExtras();
   const ChildList& ChildPlaces() const;
   void MakeSubtree();
-  void SortBranchesFromHere();
   void AppendChild(CQDTreeItem* child);
   bool TakeOut(CQDTreeItem* child);
   void CloseHoles();

@@ -12,8 +12,7 @@ std::vector<MenuEntry> JoinMenus(std::initializer_list<std::span<const MenuEntry
   return joined;
 }
 
-TableMenu::TableMenu(std::span<const MenuEntry> table, std::function<void(CQDTreeMenu&)> materials)
-    : m_materials(std::move(materials)) {
+TableMenu::TableMenu(std::span<const MenuEntry> table, MenuFill fill) : m_fill(std::move(fill)) {
   Build(table);
 }
 
@@ -22,7 +21,7 @@ CQDTreeMenu& TableMenu::Build(std::span<const MenuEntry> table) {
   for (const MenuEntry& entry : table) {
     if (entry.when != nullptr && !entry.when()) continue;
     if (entry.materials) {
-      if (m_materials) m_materials(menu);
+      if (m_fill.materials) m_fill.materials(menu);
       continue;
     }
     if (entry.key.empty()) {
@@ -30,11 +29,14 @@ CQDTreeMenu& TableMenu::Build(std::span<const MenuEntry> table) {
       continue;
     }
     CString text = entry.literal ? CString(entry.key.begin(), entry.key.end()) : CMSGFunction::GetValue(entry.key);
+    text.append(entry.suffix.begin(), entry.suffix.end());
     if (entry.opensDialog) text += L"...";
-    if (entry.submenu.empty()) {
-      menu.AddMenu(entry.command, text.c_str(), entry.icon);
-    } else {
+    if (!entry.submenu.empty()) {
       menu.AddSubMenu(Build(entry.submenu), text.c_str());
+    } else if (entry.checkable && m_fill.isChecked && m_fill.isChecked(entry.command)) {
+      menu.AddCheckMenu(entry.command, text.c_str(), entry.icon);
+    } else {
+      menu.AddMenu(entry.command, text.c_str(), entry.icon);
     }
   }
   return menu;

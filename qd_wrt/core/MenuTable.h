@@ -22,22 +22,29 @@ struct MenuEntry {
   std::span<const MenuEntry> submenu{};  ///< makes it a submenu
   bool literal = false;                  ///< the key is the text itself
   bool materials = false;                ///< the materials stand here
+  bool checkable = false;                ///< may have a check mark
+  std::string_view suffix{};             ///< behind the text
 };
 
 /// Tables one after another.
 QD_EXPORT std::vector<MenuEntry> JoinMenus(std::initializer_list<std::span<const MenuEntry>> tables);
 
+/// What a table leaves open.
+struct MenuFill {
+  std::function<void(CQDTreeMenu&)> materials{};      ///< the list of materials; without it the place stays empty
+  std::function<bool(unsigned command)> isChecked{};  ///< asked for checkable entries
+};
+
 /// A menu built from a table, with its submenus.
 class QD_EXPORT TableMenu {
  public:
-  /// `materials` fills the place of the list of materials; without it the place stays empty.
-  explicit TableMenu(std::span<const MenuEntry> table, std::function<void(CQDTreeMenu&)> materials = {});
+  explicit TableMenu(std::span<const MenuEntry> table, MenuFill fill = {});
   CQDTreeMenu& Menu() { return *m_menus.front(); }
 
  private:
   CQDTreeMenu& Build(std::span<const MenuEntry> table);
 
-  std::function<void(CQDTreeMenu&)> m_materials;
+  MenuFill m_fill;
   std::vector<std::unique_ptr<CQDTreeMenu>> m_menus;
 };
 

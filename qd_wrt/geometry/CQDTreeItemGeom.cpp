@@ -114,7 +114,7 @@ void CQDTreeItemGeom::SetPropertyView() {
 
 void CQDTreeItemGeom::CreateContextMenu(CPoint& screen) {
   if (GetControl()->GetSelectedCount() != 1) return;
-  TableMenu menu(GeometryRootMenu(), [this](CQDTreeMenu& list) { ListMaterials(list); });
+  TableMenu menu(GeometryRootMenu(), {.materials = [this](CQDTreeMenu& list) { ListMaterials(list); }});
   GetControl()->TrackMenu(menu.Menu(), screen);
 }
 

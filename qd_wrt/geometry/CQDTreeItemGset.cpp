@@ -8,6 +8,7 @@
 #include "host/CTransaction.h"
 #include "host/Dialogs.h"
 #include "host/MessageOutput.h"
+#include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
 #include "qd_wrt/geometry/CQDTreeItemTopoGroup.h"
@@ -244,7 +245,8 @@ void CQDTreeItemGset::OnDrop(std::vector<CQDTreeItem*>& nodes) {
 void CQDTreeItemGset::Merge(const std::vector<iterator>& sets, const std::vector<iterator>& parts) {
   CQDDBSession* session = GetDBSession();
   const iterator target = m_itr;
-  if (!qdAskYesNo(CMSGFunction::GetValue("IDS_QD_WRT_MERGE_GEOMSET"))) return;
+  const CString question = CMSGFunction::GetValue("IDS_QD_WRT_MERGE_GEOMSET");
+  if (AfxMessageBox(question, MessageButtons::YesNo) != MessageAnswer::Yes) return;
   CTransaction transaction(session);
   if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_GeomSet")) == 0) return;
   if (session->GetGeomPool().Private_ApplyGset(parts, target) == 0) return;

@@ -238,7 +238,7 @@ int PartCommands::Recolour() {
 void PartCommands::OpenTransform(unsigned command) {
   constexpr int kOperandParts = 8;
   const tagTGeomGUI operands{kOperandParts, KeysOfShown(m_parts)};
-  IQueryMenuID2Idx::SetMenuID(command);
+  IQueryMenuID2Idx::Instance().SetLastCommand(command);
   IGeomDialog::DoModeless(m_doc, L"CQDGeomTransformDlg", &operands, nullptr);
 }
 

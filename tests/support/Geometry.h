@@ -21,26 +21,21 @@ class RecordedApp final : public IAppWrt, public IGeomDialog, public IMessageOut
   void SetSelectAssignedContact(CQDDocBase*, std::list<iterator>& parts) override {
     log += "contacts " + std::to_string(parts.size()) + " ";
   }
-  int GetMenuIndexOfAutoMesh2D() override { return 1; }
-  int GetMenuIndexOfAutoMesh3D() override { return 2; }
-  int GetMenuIndexOfMappedMesh2D() override { return 3; }
-  int GetMenuIndexOfMappedMesh3D() override { return 4; }
+  int GetMenuIndexOfAutoSolid() const override { return 1; }
+  int GetMenuIndexOfMapSolid() const override { return 2; }
+  int GetMenuIndexOf2D3D() const override { return 3; }
+  int GetMenuIndexOfAutoLayer() const override { return 4; }
   void Warn(const CString& text) override { log += "warn " + workbench::ToUtf8(text) + " "; }
-  bool Ask(const CString& text) override {
-    log += "ask " + workbench::ToUtf8(text) + " ";
-    return answer;
-  }
   std::string TakeLog() { return std::exchange(log, {}); }
 
   std::string log;
-  bool answer = true;
 
  protected:
   void Open(CQDDocBase*, const CString& dialog, const void* first, const void*) override {
     log += workbench::ToUtf8(dialog);
     if (dialog == L"CQDGeomTransformDlg") {
       const auto* operands = static_cast<const tagTGeomGUI*>(first);
-      log += " " + std::to_string(IQueryMenuID2Idx::GetMenuID()) + " type " + std::to_string(operands->type) +
+      log += " " + std::to_string(IQueryMenuID2Idx::Instance().GetLastCommand()) + " type " + std::to_string(operands->type) +
              " keys " + std::to_string(operands->keys.size());
     }
     if (dialog == L"CQDGeomIncludeExcludeDlg")

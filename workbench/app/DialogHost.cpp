@@ -135,7 +135,7 @@ void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first
   const auto* operands = static_cast<const tagTGeomGUI*>(first);
   const std::vector<iterator> parts = operands != nullptr ? PartsOfKeys(operands->keys) : PartsInView();
   if (dialogClass == L"CQDGeomTransformDlg") {
-    const auto form = Transforms().find(IQueryMenuID2Idx::GetMenuID());
+    const auto form = Transforms().find(IQueryMenuID2Idx::Instance().GetLastCommand());
     if (form != Transforms().end()) {
       Show(new OperationDialog(m_doc, m_runner, form->second, parts, m_window), dialogClass);
     }

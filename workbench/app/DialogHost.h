@@ -22,10 +22,10 @@ class DialogHost final : public IAppWrt, public IGeomDialog {
   void CloseDialog(CQDDocBase* doc, const CString& dialogClass) override;
   void OpenMeshDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
   void CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) override;
-  int GetMenuIndexOfAutoMesh2D() override { return 0; }
-  int GetMenuIndexOfAutoMesh3D() override { return 1; }
-  int GetMenuIndexOfMappedMesh2D() override { return 2; }
-  int GetMenuIndexOfMappedMesh3D() override { return 3; }
+  int GetMenuIndexOfAutoSolid() const override { return 0; }
+  int GetMenuIndexOfMapSolid() const override { return 1; }
+  int GetMenuIndexOf2D3D() const override { return 2; }
+  int GetMenuIndexOfAutoLayer() const override { return 3; }
 
  protected:
   void Open(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second) override;

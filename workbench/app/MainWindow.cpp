@@ -8,7 +8,6 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <QMenuBar>
-#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QSettings>
@@ -351,10 +350,6 @@ void MainWindow::SyncTrees() {
 void MainWindow::Warn(const CString& text) {
   Say(ToQt(text), false);
   statusBar()->showMessage(ToQt(text), kWarningTime);
-}
-
-bool MainWindow::Ask(const CString& text) {
-  return QMessageBox::question(this, Text("IDS_WB_APP"), ToQt(text)) == QMessageBox::Yes;
 }
 
 void MainWindow::Say(const QString& text, bool failure) {

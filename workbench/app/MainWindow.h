@@ -87,7 +87,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void ShowProgress(const QString& text);
   void HideProgress();
   void Warn(const CString& text) override;
-  bool Ask(const CString& text) override;
   void StartNextImport();
   void StoreImported(ImportedModel& model);
   void EndImport();

@@ -106,35 +106,92 @@ void DisplayState::SetAllColorModelType(int type) {
 
 // ---- mesh sets ------------------------------------------------------------------------------------------
 
-void DisplayState::ShowHideMset(iterator mset, int show) {
+void DisplayState::ShowHideMsetUnit(iterator mset, int show) {
+  if (IsMsetShown(mset) == (show != 0 ? 1 : 0)) return;
   if (show != 0) {
-    m_hiddenMsets.erase(mset);
+    m_hiddenMsets.Erase(mset);
   } else {
-    m_hiddenMsets.insert(mset);
+    m_hiddenMsets.Assign(mset, 1);
   }
+  m_changedMsets.push_back(mset);
+}
+
+void DisplayState::ShowHideMset(iterator mset, int show) {
+  ShowHideMsetUnit(mset, show);
   MarkDirty();
 }
 
 void DisplayState::ShowHideMset(const std::vector<iterator>& msets, int show) {
-  for (const iterator mset : msets) ShowHideMset(mset, show);
+  for (const iterator mset : msets) ShowHideMsetUnit(mset, show);
+  MarkDirty();
 }
 
-void DisplayState::CommitShowHideMsetUnit() {
-  for (const auto& [mset, show] : std::exchange(m_units, {})) ShowHideMset(mset, show);
+void DisplayState::SetMeshColorMode(unsigned mode) {
+  m_meshColourMode = mode;
+  MarkDirty();
 }
 
 DisplayState::MeshLook DisplayState::GetMeshLook(std::uint32_t key) const {
   const auto found = m_meshLooks.find(key);
-  return found != m_meshLooks.end() ? found->second : MeshLook{};
+  MeshLook look = found != m_meshLooks.end() ? found->second : MeshLook{};
+  look.addOns ^= m_addOns;
+  return look;
 }
 
-void DisplayState::SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) {
-  for (const std::uint32_t key : keys) m_meshLooks[key].mode = mode;
+template <typename Change>
+void DisplayState::ChangeLooks(const std::vector<std::uint32_t>& keys, const Change& change) {
+  for (const std::uint32_t key : keys) change(m_meshLooks[key]);
+  ++m_lookRevision;
   MarkDirty();
 }
 
+void DisplayState::SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) {
+  ChangeLooks(keys, [mode](MeshLook& look) { look.mode = static_cast<std::uint8_t>(mode); });
+}
+
 void DisplayState::SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) {
-  for (const std::uint32_t key : keys) m_meshLooks[key].opacity = value;
+  ChangeLooks(keys, [value](MeshLook& look) { look.opacity = value; });
+}
+
+void DisplayState::ToggleShrink(const std::vector<std::uint32_t>& keys) {
+  const bool shrink = !keys.empty() && !GetMeshLook(keys.front()).shrink;
+  ChangeLooks(keys, [shrink](MeshLook& look) { look.shrink = shrink; });
+}
+
+int DisplayState::HasAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) const {
+  for (const std::uint32_t key : keys) {
+    if ((GetMeshLook(key).addOns & bits) != bits) return 0;
+  }
+  return keys.empty() ? 0 : 1;
+}
+
+void DisplayState::SetAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) {
+  ChangeLooks(keys, [=, this](MeshLook& look) { look.addOns = ((look.addOns ^ m_addOns) | bits) ^ m_addOns; });
+}
+
+void DisplayState::DelAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) {
+  ChangeLooks(keys, [=, this](MeshLook& look) { look.addOns = ((look.addOns ^ m_addOns) & ~bits) ^ m_addOns; });
+}
+
+int DisplayState::HasAddOnInfoAll(std::uint32_t bits) const {
+  if ((m_addOns & bits) != bits) return 0;
+  for (const auto& [key, look] : m_meshLooks) {
+    if ((look.addOns & bits) != 0) return 0;
+  }
+  return 1;
+}
+
+void DisplayState::SetAddOnInfoAll(std::uint32_t bits) {
+  m_addOns |= bits;
+  for (auto& [key, look] : m_meshLooks) look.addOns &= ~bits;
+  ++m_lookRevision;
+  MarkDirty();
+}
+
+void DisplayState::DelAddOnInfoAll(std::uint32_t bits) {
+  m_addOns &= ~bits;
+  for (auto& [key, look] : m_meshLooks) look.addOns &= ~bits;
+  ++m_lookRevision;
   MarkDirty();
 }
 

@@ -2,11 +2,12 @@
 
 #include <cstdint>
 #include <functional>
-#include <map>
-#include <set>
+#include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "host/Display.h"
+#include "platform/FlatMap.h"
 
 namespace qd::workbench {
 
@@ -30,9 +31,13 @@ class DisplayState final : public CCADSession,
     bool shownBefore = true;   ///< the change of visibility `change`
     std::uint32_t change = 0;  ///< the last one that the item took part in
   };
+  /// How a mesh set is drawn.
   struct MeshLook {
-    unsigned mode = 1;
-    unsigned char opacity = 255;
+    std::uint8_t mode = 1;
+    std::uint8_t opacity = 255;
+    bool shrink = false;
+    std::uint32_t addOns = 0;
+    bool operator==(const MeshLook&) const = default;
   };
 
   /// Called at the first mark after the marks were last taken, so that a frame can be scheduled.
@@ -45,7 +50,6 @@ class DisplayState final : public CCADSession,
   bool TakeDirty();
 
   const CadItem& GetCadItem(int cadItem) const;
-  bool IsMsetShown(iterator mset) const { return !m_hiddenMsets.contains(mset); }
 
   CRenderObjManager& GetRenderObjects() override { return *this; }
 
@@ -60,14 +64,29 @@ class DisplayState final : public CCADSession,
   void BeginShowHide() override;
   void EndShowHide() override;
 
+  int IsMsetShown(iterator mset) const override { return m_hiddenMsets.Contains(mset) ? 0 : 1; }
   void ShowHideMset(iterator mset, int show) override;
   void ShowHideMset(const std::vector<iterator>& msets, int show) override;
-  void ShowHideMsetUnit(iterator mset, int show) override { m_units.emplace_back(mset, show); }
-  void CommitShowHideMsetUnit() override;
+  void ShowHideMsetUnit(iterator mset, int show) override;
+  void CommitShowHideMsetUnit() override { MarkDirty(); }
+  void SetMeshColorMode(unsigned mode) override;
+  void UpdateMeshColor() override { MarkDirty(); }
+  unsigned GetMeshColorMode() const { return m_meshColourMode; }
+  /// The mesh sets whose visibility has changed since the last call.
+  std::vector<iterator> TakeChangedMsets() { return std::exchange(m_changedMsets, {}); }
 
   MeshLook GetMeshLook(std::uint32_t key) const;
+  /// Counts the changes of the looks of mesh sets.
+  std::uint64_t MeshLookRevision() const { return m_lookRevision; }
   void SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) override;
   void SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) override;
+  void ToggleShrink(const std::vector<std::uint32_t>& keys) override;
+  int HasAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) const override;
+  void SetAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) override;
+  void DelAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) override;
+  int HasAddOnInfoAll(std::uint32_t bits) const override;
+  void SetAddOnInfoAll(std::uint32_t bits) override;
+  void DelAddOnInfoAll(std::uint32_t bits) override;
 
   void UpdateClipSlice(CQDViewBase&) override { MarkDirty(); }
   void UpdateClipVect(CQDViewBase&) override { MarkDirty(); }
@@ -80,6 +99,7 @@ class DisplayState final : public CCADSession,
   void UpdateCADRange(int) override { MarkDirty(); }
   void UpdateShowHideGeom(CQDViewBase&) override { MarkDirty(); }
   void UpdateActivity(CQDViewBase&, int) override { MarkDirty(); }
+  void UpdateShowHideMSet(CQDViewBase&, int) override { MarkDirty(); }
 
   /// No record of the workbench has labels of its own yet.
   CQDLabel* GetLabel(int) override { return nullptr; }
@@ -92,9 +112,15 @@ class DisplayState final : public CCADSession,
   void NoteChanged(int cadItem);
 
   std::vector<CadItem> m_items;  // by CAD item number; items beyond the end are as made
-  std::set<iterator> m_hiddenMsets;
-  std::vector<std::pair<iterator, int>> m_units;
-  std::map<std::uint32_t, MeshLook> m_meshLooks;
+  template <typename Change>
+  void ChangeLooks(const std::vector<std::uint32_t>& keys, const Change& change);
+
+  FlatMap m_hiddenMsets;
+  std::vector<iterator> m_changedMsets;
+  std::unordered_map<std::uint32_t, MeshLook> m_meshLooks;  // their add-ons are those that differ from m_addOns
+  std::uint32_t m_addOns = 0;                               // of all sets without a choice of their own
+  std::uint64_t m_lookRevision = 0;
+  unsigned m_meshColourMode = 0;
   std::vector<std::pair<int, bool>> m_previous;  // what the last change turned round: items and their state before
   std::vector<int> m_changing;                   // items that the open change has touched
   std::uint32_t m_change = 0;                    // counts the changes

@@ -27,6 +27,10 @@ void WorkDocument::Import() {
   if (m_onImport) m_onImport();
 }
 
+int WorkDocument::DeleteData(int operation, const std::vector<iterator>& itrs) {
+  return operation == kDeleteModelData ? m_database.Delete(itrs) : 0;
+}
+
 int WorkDocument::RunCommand(const CQDCommandObj& command) {
   return RunHostCommand(m_database, command);
 }

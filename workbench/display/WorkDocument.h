@@ -36,6 +36,10 @@ class WorkDocument final : public CQDDocBase {
   void SetOnImport(std::function<void()> onImport) { m_onImport = std::move(onImport); }
   void Import() override;
   int RunCommand(const CQDCommandObj& command) override;
+  int DeleteData(int operation, const std::vector<iterator>& itrs) override;
+  IQDCurrentDialog* GetCurrentDialog() override { return m_dialog; }
+  /// The dialog that the user works with now; null when it closes.
+  void SetCurrentDialog(IQDCurrentDialog* dialog) { m_dialog = dialog; }
   void SetModelInfoChangedFlag(int changed) override { m_modelInfoChanged = changed != 0; }
   /// Whether something was changed that a save would keep beside the model.
   bool IsModelInfoChanged() const { return m_modelInfoChanged; }
@@ -61,6 +65,7 @@ class WorkDocument final : public CQDDocBase {
   std::vector<iterator> m_checked;
   std::function<void()> m_onSelection;
   std::function<void()> m_onImport;
+  IQDCurrentDialog* m_dialog = nullptr;
   bool m_modelInfoChanged = false;
 };
 

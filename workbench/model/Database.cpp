@@ -4,6 +4,7 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
+#include "workbench/model/MeshEdit.h"
 
 namespace qd::workbench {
 
@@ -13,13 +14,17 @@ constexpr std::uint16_t kDataSettings = 200;
 
 Database::Database()
     : m_geoms(kDataGeom, *this),
-      m_msets(kDataMset, *this),
       m_settings(kDataSettings, *this),
+      m_generations(kDataMGInfo, *this),
+      m_msets(kDataMset, *this, m_settings, m_generations),
+      m_properties(kDataProperty, *this),
       m_gsets(kDataGset, *this, m_geoms, m_settings),
       m_materials(kDataMaterial, *this),
       m_stores{{kDataGeom, &m_geoms},
                {kDataMset, &m_msets},
                {kDataSettings, &m_settings},
+               {kDataMGInfo, &m_generations},
+               {kDataProperty, &m_properties},
                {kDataGset, &m_gsets},
                {kDataMaterial, &m_materials}} {}
 
@@ -63,6 +68,31 @@ int Database::SetBodyType(const std::vector<iterator>& geoms, int flexible) {
   return 1;
 }
 
+int Database::GetProperty(iterator itr, Property& property) const {
+  const tagTProperty* record = m_properties.GetAtNU(itr);
+  if (record == nullptr) return 0;
+  property = {record->id, record->name, false, 0, {}};
+  if (const tagTMaterial* material = m_materials.GetAtNU(record->material)) {
+    property.hasMaterial = true;
+    property.materialNumber = material->id;
+    property.materialName = material->name;
+  }
+  return 1;
+}
+
+/// Elements without property are of the material of the part that they mesh.
+int Database::GetMassCentre(iterator mset, MassCentre& result, const ProgressCall& progress) const {
+  const tagTMset* record = m_msets.GetAtNU(mset);
+  if (record == nullptr) return 0;
+  result = {};
+  if (record->mesh == nullptr) return 1;
+  const tagTProperty* property = m_properties.GetAtNU(record->property);
+  const tagTGeom* part = m_geoms.GetAtNU(record->geom);
+  const iterator made = property != nullptr ? property->material : part != nullptr ? part->material : 0;
+  const tagTMaterial* material = m_materials.GetAtNU(made);
+  return SumMass(*record->mesh, property, material != nullptr ? material->density : 0, result, progress);
+}
+
 // ---- transactions ---------------------------------------------------------------------------------------
 
 int Database::BeginTransaction(const CString& title) {
@@ -100,6 +130,18 @@ int Database::InTransaction(const char* titleKey, const std::function<int()>& wo
   CTransaction transaction(this);
   if (transaction.Begin(CMSGFunction::GetValue(titleKey)) == 0 || work() == 0) return 0;
   return transaction.Commit(1);
+}
+
+int Database::Delete(const std::vector<iterator>& itrs) {
+  std::map<std::uint16_t, std::vector<iterator>> byType;
+  for (const iterator itr : itrs) byType[GetDataType(itr)].push_back(itr);
+  if (byType.empty() || byType.contains(0)) return 0;
+  return InTransaction("IDS_QD_TRANS_Delete", [&] {
+    for (const auto& [type, records] : byType) {
+      if (m_stores.at(type)->DeleteAll(records) == 0) return 0;
+    }
+    return 1;
+  });
 }
 
 // ---- undo and redo --------------------------------------------------------------------------------------

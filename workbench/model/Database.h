@@ -7,6 +7,7 @@
 
 #include "host/CQDDBSession.h"
 #include "workbench/model/Journal.h"
+#include "workbench/model/MsetPool.h"
 #include "workbench/model/Pools.h"
 
 namespace qd::workbench {
@@ -36,6 +37,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
 
   GeomPool& GetGeomPool() override { return m_geoms; }
   MsetPool& GetMsetPool() override { return m_msets; }
+  MGInfoPool& GetMGInfoPool() override { return m_generations; }
+  PropertyPool& GetPropertyPool() { return m_properties; }
   GsetPool& GetGsetPool() override { return m_gsets; }
   MaterialPool& GetMaterialPool() override { return m_materials; }
   GKeyPool& GetGKeyPool() override { return m_keys; }
@@ -44,9 +47,14 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   std::vector<Material> ListMaterials() const override;
   int IsFlexibleBody(iterator geom) const override;
   int SetBodyType(const std::vector<iterator>& geoms, int flexible) override;
+  int GetProperty(iterator itr, Property& property) const override;
+  int GetMassCentre(iterator mset, MassCentre& result, const ProgressCall& progress) const override;
 
   std::uint16_t GetDataType(iterator itr) const override;
   std::int32_t GetRecordID(iterator itr) const override;
+
+  /// Deletes records of any pools as one undoable act. Returns 1, or 0 with nothing changed.
+  int Delete(const std::vector<iterator>& itrs);
 
   int BeginTransaction(const CString& title) override;
   int CommitTransaction() override;
@@ -81,8 +89,10 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   void Announce(const std::vector<JournalEntry>& net, bool forward);
 
   GeomPool m_geoms;
-  MsetPool m_msets;
   SettingsPool m_settings;
+  MGInfoPool m_generations;
+  MsetPool m_msets;
+  PropertyPool m_properties;
   GsetPool m_gsets;
   MaterialPool m_materials;
   GKeyPool m_keys;

@@ -40,10 +40,19 @@ class IPoolStore {
   /// Puts a record into its place without noting it; null takes it out.
   virtual void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) = 0;
   virtual std::shared_ptr<const tagTRecord> Get(iterator itr) const = 0;
+  /// Deletes records as DPool does.
+  virtual int DeleteAll(const std::vector<iterator>& itrs) = 0;
   virtual void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const = 0;
 
  protected:
   ~IPoolStore() = default;
+};
+
+/// For host interfaces that are no record pools themselves.
+template <typename T, typename Interface>
+class RecordPool : public DPool<T>, public Interface {
+ protected:
+  ~RecordPool() = default;
 };
 
 /// Records of one type, behind the host's pool interface.
@@ -112,6 +121,7 @@ class Pool : public Interface, public IPoolStore {
   std::shared_ptr<const tagTRecord> Get(iterator itr) const override {
     return Live(itr) != nullptr ? m_records[Index(itr)] : nullptr;
   }
+  int DeleteAll(const std::vector<iterator>& itrs) override { return this->TR_Del(itrs); }
   void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const override {
     out.insert(out.end(), m_records.begin(), m_records.end());
   }

@@ -92,6 +92,20 @@ void SettingsPool::Put(const tagTSettings& settings) {
   PutSilently(settings);
 }
 
+// ---- generation of meshes -------------------------------------------------------------------------------
+
+iterator MGInfoPool::GetItrByKey(std::uint32_t key) const {
+  const iterator itr = key != 0 ? ItrOfNumber(static_cast<int>(key)) : 0;
+  return itr != 0 && Get(itr) != nullptr ? itr : 0;
+}
+
+int MGInfoPool::GetAt(iterator itr, tagTMGInfo& record) const {
+  const tagTMGInfo* stored = GetAtNU(itr);
+  if (stored == nullptr) return 0;
+  record = *stored;
+  return 1;
+}
+
 // ---- geometry sets --------------------------------------------------------------------------------------
 
 void GsetPool::OnLeave(iterator, const tagTGset& record) {

@@ -36,25 +36,10 @@ class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
   mutable std::unordered_map<iterator, std::array<Members, 5>> m_sets;
 };
 
-class MsetPool final : public Pool<tagTMset, DPoolMset> {
- public:
-  using Pool::Pool;
-  int Modify(iterator itr, const tagTMset& record) override { return Change(itr, record); }
-  iterator GetItrByGeomItr(iterator geom) const override {
-    const std::uint64_t* found = m_msetOfGeom.Find(geom);
-    return found != nullptr ? *found : 0;
-  }
-
- private:
-  void OnEnter(iterator itr, const tagTMset& record) override { m_msetOfGeom.Assign(record.geom, itr); }
-  void OnLeave(iterator, const tagTMset& record) override { m_msetOfGeom.Erase(record.geom); }
-
-  FlatMap m_msetOfGeom;
-};
-
 /// What a document remembers beside its model.
 struct tagTSettings : tagTRecord {
   iterator currentGset = 0;
+  iterator defaultMset = 0;
 };
 
 /// One record of settings, made with the first write.
@@ -95,6 +80,21 @@ class GsetPool final : public Pool<tagTGset, DPoolGset> {
 class MaterialPool final : public Pool<tagTMaterial, DPoolMaterial> {
  public:
   using Pool::Pool;
+};
+
+class PropertyPool final : public Pool<tagTProperty, DPool<tagTProperty>> {
+ public:
+  using Pool::Pool;
+};
+
+/// How meshes were generated; a record's key is its running number.
+class MGInfoPool final : public Pool<tagTMGInfo, RecordPool<tagTMGInfo, DPoolMGInfo>> {
+ public:
+  using Pool::Pool;
+  iterator GetItrByKey(std::uint32_t key) const override;
+  int GetAt(iterator itr, tagTMGInfo& record) const override;
+  int Delete(iterator itr) override { return Pool::TR_Del({itr}); }
+  static std::uint32_t KeyOf(iterator itr) { return static_cast<std::uint32_t>(itr); }
 };
 
 /// Every part has a key with the same running number.

@@ -7,6 +7,7 @@
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
+#include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "workbench/tree/MaterialNodes.h"
 
 namespace qd::workbench {
@@ -35,6 +36,9 @@ int DocumentNode::MakeChildItems() {
   m_geometry->MakeItem(kInsertLast);
   m_geometry->Expand(1);
   FollowMaterials();
+  m_meshes = new CQDTreeItemMesh(GetControl(), this);
+  m_meshes->MakeItem(kInsertLast);
+  m_meshes->Expand(1);
   return 1;
 }
 
@@ -55,7 +59,7 @@ void DocumentNode::FollowMaterials() {
   if (any == (m_materials != nullptr)) return;
   if (any) {
     m_materials = new MaterialBranch(GetControl(), this);
-    m_materials->MakeItem(m_geometry->GetTreeItemHandle());  // meshes, when they come, stay last
+    m_materials->MakeItem(m_geometry->GetTreeItemHandle());  // meshes stay last
     m_materials->Expand(1);
   } else {
     DeleteChild(m_materials);
@@ -77,6 +81,9 @@ void DocumentNode::OnMenuEvent(unsigned command) {
   if (parts == nullptr) return;
   if (command == kCommandShowAll) parts->ShowPartAll();
   if (command == kCommandHideAll) parts->HidePartAll();
+  if (m_meshes == nullptr) return;
+  if (command == kCommandShowAll) m_meshes->OnClickCheck(kUnchecked);
+  if (command == kCommandHideAll) m_meshes->OnClickCheck(kChecked);
 }
 
 void DocumentNode::SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) {
@@ -85,6 +92,10 @@ void DocumentNode::SetShowHideItem(int kind, TArray<iterator>& itrs, int show, u
 
 void DocumentNode::OnMenuEventGeomRoot(unsigned command) {
   if (CQDTreeGeomRoot* parts = Parts()) parts->OnMenuEvent(command);
+}
+
+void DocumentNode::OnMenuEventMeshRoot(unsigned command) {
+  if (m_meshes != nullptr) m_meshes->OnMenuEvent(command);
 }
 
 void DocumentNode::ChangeGeomTitle(CQDDocBase* doc, int mode) {

@@ -6,6 +6,7 @@
 namespace qd {
 class CQDTreeGeomRoot;
 class CQDTreeItemGeom;
+class CQDTreeItemMesh;
 class CQDTreeItemTopo;
 }  // namespace qd
 
@@ -30,6 +31,7 @@ class DocumentNode final : public CQDTreeItem {
   void OnMenuEvent(unsigned command) override;
   void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
   void OnMenuEventGeomRoot(unsigned command) override;
+  void OnMenuEventMeshRoot(unsigned command) override;
   void ChangeGeomTitle(CQDDocBase* doc, int mode) override;
   void GetGeomTitleAndColor(int& title, int& colour) override;
   void ChangeGeomColor(int mode) override;
@@ -40,6 +42,7 @@ class DocumentNode final : public CQDTreeItem {
 
   int m_treeType;
   CQDTreeItemGeom* m_geometry = nullptr;  // a child; null in trees without geometry branch
+  CQDTreeItemMesh* m_meshes = nullptr;    // likewise
   MaterialBranch* m_materials = nullptr;  // a child; null while there are no materials
   CQDTreeItemTopo* m_sets = nullptr;      // likewise for geometry sets
 };

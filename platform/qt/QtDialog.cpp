@@ -1,0 +1,160 @@
+#include "platform/qt/QtDialog.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QFontMetrics>
+#include <QGroupBox>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStyle>
+#include <algorithm>
+#include <map>
+
+#include "platform/qt/QtConvert.h"
+
+namespace qd {
+
+namespace {
+
+/// Dialog units in pixels. Controls of this style need more height than the units give, so heights follow the
+/// tallest control and widths grow with the texts.
+struct Units {
+  double x;
+  double y;
+};
+
+Units UnitsOf(const QFont& font) {
+  constexpr int kRowUnits = 10;  // of a radio button
+  const QFontMetrics metrics(font);
+  const QRadioButton sample(QStringLiteral("X"));
+  const double x = std::max(metrics.averageCharWidth(), 1) / 4.0;
+  return {x, std::max(metrics.height() / 8.0, sample.sizeHint().height() / double(kRowUnits))};
+}
+
+class QtDialog final : public IDialogPeer {
+ public:
+  QtDialog(CDialog& owner, const DialogTemplate& layout)
+      : m_dialog(QApplication::activeWindow()), m_layout(layout) {
+    m_dialog.setObjectName(QStringLiteral("dialog%1").arg(layout.id));
+    SetCaption(CString(layout.caption));
+    for (const DialogControl& control : layout.controls) {
+      QWidget* widget = Make(control);
+      widget->setObjectName(QString::number(control.id));
+      m_controls[control.id] = widget;
+      if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+        button->setText(ToQt(control.text));
+        QObject::connect(button, &QAbstractButton::clicked, &m_dialog,
+                         [&owner, id = control.id] { owner.Press(id); });
+      }
+    }
+  }
+
+  void SetCaption(const CString& text) override { m_dialog.setWindowTitle(ToQt(text)); }
+  void SetText(int id, const CString& text) override {
+    QString shown = ToQt(text);
+    shown.replace('&', "&&");
+    if (auto* button = Find<QAbstractButton>(id)) button->setText(shown);
+    if (auto* group = Find<QGroupBox>(id)) group->setTitle(shown);
+  }
+  void SetChecked(int id, bool checked) override {
+    if (auto* button = Find<QAbstractButton>(id)) button->setChecked(checked);
+  }
+  bool IsChecked(int id) const override {
+    const auto* button = Find<QAbstractButton>(id);
+    return button != nullptr && button->isChecked();
+  }
+  void End(int result) override { m_dialog.done(result); }
+  int Run() override {
+    Arrange();
+    const int result = m_dialog.exec();
+    return result != 0 ? result : kDialogCancel;
+  }
+
+ private:
+  template <typename Widget>
+  Widget* Find(int id) const {
+    const auto found = m_controls.find(id);
+    return found != m_controls.end() ? qobject_cast<Widget*>(found->second) : nullptr;
+  }
+
+  QWidget* Make(const DialogControl& control) {
+    switch (control.kind) {
+      case DialogControl::Kind::GroupBox:
+        return new QGroupBox(&m_dialog);
+      case DialogControl::Kind::RadioButton:
+        return new QRadioButton(&m_dialog);
+      case DialogControl::Kind::PushButton: {
+        auto* button = new QPushButton(&m_dialog);
+        button->setDefault(control.id == kDialogOk);
+        return button;
+      }
+    }
+    return nullptr;
+  }
+
+  /// Texts of other languages are wider than the template was laid out for: everything grows alike.
+  void Arrange() {
+    Units units = UnitsOf(m_dialog.font());
+    for (const DialogControl& control : m_layout.controls) {
+      if (control.kind == DialogControl::Kind::GroupBox) continue;
+      const QSize wanted = m_controls[control.id]->sizeHint();
+      units.x = std::max(units.x, wanted.width() / double(control.width));
+      units.y = std::max(units.y, wanted.height() / double(control.height));
+    }
+    // The frame of a group takes its title out of the space of its contents.
+    int below = 0;
+    for (const DialogControl& control : m_layout.controls) {
+      QRect area(int(control.x * units.x), int(control.y * units.y), int(control.width * units.x),
+                 int(control.height * units.y));
+      if (control.kind == DialogControl::Kind::GroupBox) {
+        below = m_dialog.style()->pixelMetric(QStyle::PM_DefaultFrameWidth) + 4;
+        area.setHeight(area.height() + below);
+      } else {
+        area.translate(0, below);
+      }
+      m_controls[control.id]->setGeometry(area);
+    }
+    m_dialog.setFixedSize(int(m_layout.width * units.x), int(m_layout.height * units.y) + below);
+  }
+
+  QDialog m_dialog;
+  const DialogTemplate& m_layout;
+  std::map<int, QWidget*> m_controls;  // owned by the dialog
+};
+
+}  // namespace
+
+std::unique_ptr<IDialogPeer> MakeQtDialog(CDialog& owner, const DialogTemplate& layout) {
+  return std::make_unique<QtDialog>(owner, layout);
+}
+
+MessageAnswer ShowQtMessage(const CString& text, MessageButtons buttons) {
+  QMessageBox box(buttons == MessageButtons::Ok ? QMessageBox::Warning : QMessageBox::Question,
+                  QApplication::applicationDisplayName(), ToQt(text), QMessageBox::NoButton,
+                  QApplication::activeWindow());
+  box.setTextFormat(Qt::PlainText);
+  switch (buttons) {
+    case MessageButtons::Ok:
+      box.setStandardButtons(QMessageBox::Ok);
+      break;
+    case MessageButtons::YesNo:
+      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No);
+      break;
+    case MessageButtons::YesNoCancel:
+      box.setStandardButtons(QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+      break;
+  }
+  switch (box.exec()) {
+    case QMessageBox::Yes:
+      return MessageAnswer::Yes;
+    case QMessageBox::No:
+      return MessageAnswer::No;
+    case QMessageBox::Cancel:
+      return MessageAnswer::Cancel;
+    default:
+      return MessageAnswer::Ok;
+  }
+}
+
+}  // namespace qd

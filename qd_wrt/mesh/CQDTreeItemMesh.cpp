@@ -1,0 +1,148 @@
+#include "qd_wrt/mesh/CQDTreeItemMesh.h"
+
+#include <algorithm>
+
+#include "host/CMSGFunction.h"
+#include "host/CQDColorGenerator.h"
+#include "host/CTransaction.h"
+#include "platform/Toolkit.h"
+#include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/core/CommandNumbers.h"
+#include "qd_wrt/mesh/CQDTreeItemMeshData.h"
+#include "qd_wrt/mesh/MsetSwitch.h"
+
+namespace qd {
+
+namespace {
+
+constexpr const char* kTitleKey = "IDS_QD_WRT_MESH";
+constexpr unsigned kIcon = 1;
+
+}  // namespace
+
+CQDTreeItemMesh::CQDTreeItemMesh(CQDTreeListCtrl* control, CQDTreeItem* parent)
+    : CQDTreeMeshBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 1) {
+  SetTreeItemType(kTreeItemTypeMesh);
+}
+
+void CQDTreeItemMesh::RegisterReceiveDataType() {
+  FollowDataType(kDataMset);
+}
+
+CQDTreeMeshBranch* CQDTreeItemMesh::BranchOf(std::uint32_t parentKey) {
+  if (parentKey == 0) return this;
+  return dynamic_cast<CQDTreeMeshBranch*>(FindMset(GetDBSession()->GetMsetPool().GetItrByKey(parentKey)));
+}
+
+CQDTreeItem* CQDTreeItemMesh::FindMset(iterator itr) const {
+  return itr != 0 ? GetControl()->FindMeshNode(itr) : nullptr;
+}
+
+void CQDTreeItemMesh::OnChangeLanguage() {
+  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
+  CQDTreeMeshBranch::OnChangeLanguage();
+}
+
+// ---- visibility -----------------------------------------------------------------------------------------
+
+int CQDTreeItemMesh::OnClickCheck(int oldState) {
+  if (HasCheck()) {
+    GetControl()->SetChecked(GetTreeItemHandle(), oldState == kChecked ? kUnchecked : kChecked);
+  }
+  std::vector<CQDTreeItem*> sets;
+  GetChildItemMset(sets);
+  // In the middle of a batch of more commands nothing is redrawn yet.
+  MsetSwitch(oldState).Switch(sets, IsViewUpdate());
+  return 1;
+}
+
+void CQDTreeItemMesh::SwitchTopLevel(const std::set<iterator>& itrs, int oldState) {
+  for (const iterator itr : itrs) {
+    if (CQDTreeItem* node = FindChild(itr)) node->OnClickCheck(oldState);
+  }
+}
+
+void CQDTreeItemMesh::ShowMesh(const std::set<iterator>& itrs) {
+  SwitchTopLevel(itrs, kUnchecked);
+}
+
+void CQDTreeItemMesh::HideMesh(const std::set<iterator>& itrs) {
+  SwitchTopLevel(itrs, kChecked);
+}
+
+void CQDTreeItemMesh::ShowHideNode(const std::vector<CQDTreeItem*>& items, int show) {
+  for (CQDTreeItem* item : items) {
+    if (item->IsMesh()) static_cast<CQDTreeItemMeshData*>(item)->ShowHideNode(show);
+  }
+}
+
+// ---- how meshes are drawn -------------------------------------------------------------------------------
+
+void CQDTreeItemMesh::SetMeshRenderMode(const std::vector<CQDTreeItem*>& items, unsigned mode) {
+  if (items.empty() || GetDocument()->GetMPUData() == nullptr) return;
+  GetDocument()->GetMPUData()->SetRenderMode(MsetKeysOf(items), mode);
+  RefreshMeshDisplay(*this);
+}
+
+void CQDTreeItemMesh::SetMeshTransparancy(const std::vector<CQDTreeItem*>& items, unsigned char value) {
+  if (items.empty() || GetDocument()->GetMPUData() == nullptr) return;
+  GetDocument()->GetMPUData()->SetTransparency(MsetKeysOf(items), value);
+  RefreshMeshDisplay(*this);
+}
+
+void CQDTreeItemMesh::SetMeshColorMode(const std::vector<CQDTreeItem*>& items, unsigned mode) {
+  if (items.empty() || GetDocument()->GetMeshManager() == nullptr) return;
+  GetDocument()->GetMeshManager()->SetMeshColorMode(mode);
+  RefreshMeshDisplay(*this);
+}
+
+int CQDTreeItemMesh::Recolour(const std::vector<iterator>& itrs) {
+  DPoolMset& pool = GetDBSession()->GetMsetPool();
+  CTransaction transaction(GetDBSession());
+  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Mset")) == 0) return 0;
+  CQDColorGenerator colours;
+  for (const iterator itr : itrs) {
+    const tagTMset* old = pool.GetAtNU(itr);
+    if (old == nullptr) return 0;
+    tagTMset record = *old;
+    record.colour = colours.GetNextColor();
+    if (pool.Modify(itr, record) == 0) return 0;
+  }
+  return transaction.Commit(1);
+}
+
+void CQDTreeItemMesh::SetMeshRandomColor(const std::vector<CQDTreeItem*>& items) {
+  const std::vector<iterator> itrs = MsetsOf(items);
+  if (itrs.empty()) return;
+  IToolkit::Instance().SetWaitCursor(true);
+  const int done = Recolour(itrs);
+  if (done != 0) {
+    if (CQDMeshManager* meshes = GetDocument()->GetMeshManager()) meshes->UpdateMeshColor();
+    RefreshMeshDisplay(*this);
+  }
+  IToolkit::Instance().SetWaitCursor(false);
+}
+
+// ---- drop -----------------------------------------------------------------------------------------------
+
+void CQDTreeItemMesh::OnDrop(std::vector<CQDTreeItem*>&) {
+  CQDDBSession* session = GetDBSession();
+  std::vector<CQDTreeItem*> selected;
+  GetControl()->GetSelectedTreeItems(selected, 0);
+  std::vector<iterator> sets;
+  for (const CQDTreeItem* node : selected) {
+    const iterator itr = node->GetIterator();
+    if (session->GetDataType(itr) != kDataMset) return;
+    if (itr != session->GetMsetPool().GetDefaultMset()) sets.push_back(itr);
+  }
+  CTransaction transaction(session);
+  if (sets.empty() || transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Mesh_Set")) == 0) return;
+  for (const iterator itr : sets) {
+    tagTMset record = *session->GetMsetPool().GetAtNU(itr);
+    record.parent = 0;
+    if (session->GetMsetPool().Modify(itr, record) == 0) return;
+  }
+  transaction.Commit(1);
+}
+
+}  // namespace qd

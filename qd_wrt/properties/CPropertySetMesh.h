@@ -1,0 +1,53 @@
+#pragma once
+
+#include <vector>
+
+#include "host/IPropertySet.h"
+#include "host/Records.h"
+#include "platform/Export.h"
+
+namespace qd {
+
+/// The page of one mesh set, whose name and colour can be changed, or of several, of which it shows the sums.
+class QD_EXPORT CPropertySetMesh final : public IPropertySet {
+ public:
+  CPropertySetMesh(CQDDocBase* doc, iterator itr, std::uint16_t dataType) : IPropertySet(doc, itr, dataType) {}
+  /// From now on the page is that of several sets.
+  void SetSets(TArray<iterator> sets) { m_sets = std::move(sets); }
+
+  void ShowProperty() override;
+  /// Writes name and colour, if they were changed, in one transaction. A name that is in use is ignored.
+  void ApplyProperty() override;
+  void OnPropertyChanged(CBCGPProp* row, std::uint64_t data) override;
+  /// A click on mass or centre computes all of them.
+  void CalProp(CBCGPProp* row) override;
+
+  void ShowMultiProperty(TArray<iterator>& sets);
+  /// Computes the mass and its centre and writes them into their rows; a stopped computation leaves them empty.
+  void InputMassCenter();
+  /// The page never meshes anew; that is the dialogs'. Always 1.
+  int PerformRemesh() { return 1; }
+  /// Whether the user has changed a row of the mesh generation since the page was made.
+  bool IsGenerationChanged() const { return m_generationChanged; }
+  bool IsCalculating() const { return m_calculating; }
+
+ private:
+  void Clear();
+  void AddIdentity(CBCGPProp* title, const tagTMset& record);
+  void AddProperty(CBCGPProp* title, const tagTMset& record);
+  void AddMass();
+  void AddGeneration(const tagTMset& record);
+  void AddParameters(CBCGPProp* title, const tagTMGInfo& generation);
+  CBCGPProp* AddNumber(CBCGPProp* title, const char* key, const char* description, std::uint64_t number);
+
+  TArray<iterator> m_sets;
+  bool m_calculating = false;
+  bool m_generationChanged = false;
+  // Rows that are read or written later; null while they are not there.
+  CBCGPProp* m_name = nullptr;
+  CBCGPProp* m_colour = nullptr;
+  CBCGPProp* m_mass[4] = {};  // mass, then its centre
+  std::vector<const CBCGPProp*> m_generation;
+};
+
+}  // namespace qd

@@ -1,0 +1,192 @@
+#include "workbench/model/MsetPool.h"
+
+#include <vector>
+
+#include "host/CMSGFunction.h"
+#include "workbench/model/MeshEdit.h"
+
+namespace qd::workbench {
+
+namespace {
+
+std::uint32_t KeyOf(const tagTMset& record) {
+  return record.key & kMsetKeyMask;
+}
+
+}  // namespace
+
+// ---- indexes --------------------------------------------------------------------------------------------
+
+void MsetPool::OnEnter(iterator itr, const tagTMset& record) {
+  if (record.geom != 0) m_msetOfGeom.Assign(record.geom, itr);
+  m_msetOfKey.Assign(KeyOf(record), itr);
+  m_names.emplace(record.name, itr);
+  std::set<iterator>& siblings = m_children[record.parent];
+  siblings.insert(siblings.end(), itr);
+  m_lastKey = std::max(m_lastKey, KeyOf(record));
+}
+
+void MsetPool::OnLeave(iterator itr, const tagTMset& record) {
+  if (GetItrByGeomItr(record.geom) == itr) m_msetOfGeom.Erase(record.geom);
+  m_msetOfKey.Erase(KeyOf(record));
+  m_names.erase({record.name, itr});
+  const auto siblings = m_children.find(record.parent);
+  siblings->second.erase(itr);
+  if (siblings->second.empty()) m_children.erase(siblings);
+}
+
+void MsetPool::GetItrListByParentMsetK(std::uint32_t key, TArray<iterator>& itrs) const {
+  const auto found = m_children.find(key & kMsetKeyMask);
+  if (found != m_children.end()) itrs.insert(itrs.end(), found->second.begin(), found->second.end());
+}
+
+iterator MsetPool::GetItrByKey(std::uint32_t key) const {
+  const std::uint64_t* found = m_msetOfKey.Find(key & kMsetKeyMask);
+  return found != nullptr ? *found : 0;
+}
+
+iterator MsetPool::GetItrByGeomItr(iterator geom) const {
+  const std::uint64_t* found = geom != 0 ? m_msetOfGeom.Find(geom) : nullptr;
+  return found != nullptr ? *found : 0;
+}
+
+iterator MsetPool::GetItr(const CString& name) const {
+  const auto found = m_names.lower_bound({name, 0});
+  return found != m_names.end() && found->first == name ? found->second : 0;
+}
+
+CString MsetPool::GetNewCopyName(const CString& text) const {
+  constexpr std::size_t kRoomForNumber = 11;
+  const CString stem = text.substr(0, kMaxNameLength - kRoomForNumber) + L" ";
+  std::size_t number = Count() + 1;
+  while (Exist(stem + std::to_wstring(number)) != 0) ++number;
+  return stem + std::to_wstring(number);
+}
+
+std::uint32_t MsetPool::GetNewKey() const {
+  return m_lastKey < kMsetKeyMask ? m_lastKey + 1 : 0;
+}
+
+// ---- writes ---------------------------------------------------------------------------------------------
+
+/// Walks up from the parent; meeting the set itself would make a circle.
+bool MsetPool::MayStandBelow(std::uint32_t key, std::uint32_t parent) const {
+  while (parent != 0) {
+    const iterator above = parent != key ? GetItrByKey(parent) : 0;
+    if (above == 0) return false;
+    parent = GetAtNU(above)->parent;
+  }
+  return true;
+}
+
+iterator MsetPool::Add(const tagTMset& record) {
+  tagTMset added = record;
+  if (KeyOf(added) == 0) added.key |= GetNewKey();
+  added.parent &= kMsetKeyMask;
+  const bool refused =
+      KeyOf(added) == 0 || GetItrByKey(added.key) != 0 || !MayStandBelow(KeyOf(added), added.parent);
+  return refused ? 0 : Pool::Add(std::move(added));
+}
+
+int MsetPool::Modify(iterator itr, const tagTMset& record) {
+  const auto before = std::static_pointer_cast<const tagTMset>(Get(itr));
+  if (before == nullptr || KeyOf(*before) != KeyOf(record)) return 0;
+  tagTMset changed = record;
+  changed.parent &= kMsetKeyMask;
+  if (changed.parent != before->parent && !MayStandBelow(KeyOf(changed), changed.parent)) return 0;
+  return Change(itr, std::move(changed));
+}
+
+int MsetPool::Delete(const std::set<iterator>& gone, std::uint32_t heir) {
+  if (gone.contains(GetDefaultMset())) return 0;
+  for (const iterator itr : gone) {
+    const auto record = std::static_pointer_cast<const tagTMset>(Get(itr));
+    if (record == nullptr) return 0;
+    std::uint32_t above = heir;
+    if (heir == 0) {
+      above = record->parent;
+      while (above != 0 && gone.contains(GetItrByKey(above))) above = GetAtNU(GetItrByKey(above))->parent;
+    }
+    TArray<iterator> nested;
+    GetItrListByParentMsetK(record->key, nested);
+    for (const iterator child : nested) {
+      if (gone.contains(child)) continue;
+      tagTMset moved = *GetAtNU(child);
+      moved.parent = above;
+      if (Modify(child, moved) == 0) return 0;
+    }
+    const iterator generation = m_generations.GetItrByKey(record->mgInfo);
+    if (generation != 0 && m_generations.Delete(generation) == 0) return 0;
+  }
+  // The lowest first, so that no parent goes before what stands below it.
+  return Pool::TR_Del({gone.begin(), gone.end()});
+}
+
+int MsetPool::TR_Del(const std::vector<iterator>& itrs) {
+  return Keeper().InTransaction("IDS_QD_TRANS_Delete",
+                                [&] { return Delete({itrs.begin(), itrs.end()}, 0); });
+}
+
+int MsetPool::Merge(iterator target, const TArray<iterator>& itrs) {
+  const auto into = std::static_pointer_cast<const tagTMset>(Get(target));
+  const std::set<iterator> merged(itrs.begin(), itrs.end());
+  if (into == nullptr || merged.empty()) return 0;
+  std::vector<MeshPtr> meshes{into->mesh};
+  for (const iterator itr : merged) {
+    const auto record = std::static_pointer_cast<const tagTMset>(Get(itr));
+    // A set above the target cannot go into it.
+    if (record == nullptr || itr == target || !MayStandBelow(KeyOf(*record), into->parent)) return 0;
+    meshes.push_back(record->mesh);
+  }
+  return Keeper().InTransaction("IDS_QD_TRANS_Merge_Mesh_Set", [&] {
+    tagTMset record = *into;
+    PutMesh(record, JoinMeshes(meshes));
+    return Modify(target, record) != 0 ? Delete(merged, KeyOf(record)) : 0;
+  });
+}
+
+int MsetPool::TR_Del_All() {
+  const iterator spared = GetDefaultMset();
+  std::set<iterator> gone;
+  for (const iterator itr : GetItrList()) {
+    if (itr != spared) gone.insert(itr);
+  }
+  return Keeper().InTransaction("IDS_QD_WRT_DELETE_ALL_MESH_SET", [&] {
+    if (spared != 0) {
+      tagTMset emptied = *GetAtNU(spared);
+      emptied.parent = 0;
+      PutMesh(emptied, nullptr);
+      if (Modify(spared, emptied) == 0) return 0;
+    }
+    return Delete(gone, 0);
+  });
+}
+
+int MsetPool::TR_Del_EmptyMset() {
+  std::set<iterator> gone;
+  for (const iterator itr : GetItrList()) {
+    if (GetAtNU(itr)->nodeCount == 0 && itr != GetDefaultMset()) gone.insert(itr);
+  }
+  if (gone.empty()) return 1;
+  return Keeper().InTransaction("IDS_QD_WRT_DELETE_EMPTY_MESH_SET", [&] { return Delete(gone, 0); });
+}
+
+// ---- the default set ------------------------------------------------------------------------------------
+
+iterator MsetPool::GetDefaultMset() const {
+  const iterator itr = m_settings.Current().defaultMset;
+  return Get(itr) != nullptr ? itr : 0;
+}
+
+iterator MsetPool::NeedDefaultMset() {
+  if (const iterator known = GetDefaultMset(); known != 0) return known;
+  tagTMset record;
+  record.name = CMSGFunction::GetValue("IDS_WB_DEFAULT_MESH_SET");
+  if (Exist(record.name) != 0) record.name = GetNewCopyName(record.name);
+  record.colour = GetNewColor();
+  tagTSettings settings = m_settings.Current();
+  settings.defaultMset = Add(record);
+  return settings.defaultMset != 0 && m_settings.Store(settings) != 0 ? settings.defaultMset : 0;
+}
+
+}  // namespace qd::workbench
