@@ -276,6 +276,7 @@ TEST_P(EveryAct, IsAllOrNothing) {
   for (;; ++failing) {
     int writes = 0;
     Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
+    m_toolkit.AnswerMessage(MessageAnswer::Yes);
     GetParam().act(*this);
     m_toolkit.Pump();
     Data().SetWriteGuard(nullptr);

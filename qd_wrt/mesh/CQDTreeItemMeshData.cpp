@@ -188,8 +188,7 @@ int CQDTreeItemMeshData::MergeMeshSet(iterator target, const TArray<iterator>& l
   CQDDBSession* session = GetDBSession();
   const tagTMset* record = session->GetMsetPool().GetAtNU(target);
   CTransaction transaction(session);
-  if (record == nullptr ||
-      transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_Mesh_Set")) == 0) {
+  if (record == nullptr || transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_Mesh_Set")) == 0) {
     return 0;
   }
   // The merged mesh is not any more what was generated.

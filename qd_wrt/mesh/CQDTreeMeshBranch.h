@@ -39,8 +39,8 @@ class QD_EXPORT CQDTreeMeshBranch : public CQDTreeBranch {
   bool HasLeft(const CQDTreeItem& node, const tagTRNotify& change) const;
 };
 
-/// What follows a change of how meshes are shown: nothing stays selected and the view is redrawn, unless the node's
-/// view-update flag is off.
+/// What follows a change of how meshes are shown: nothing stays selected and the view is redrawn, unless the
+/// node's view-update flag is off.
 void RefreshMeshDisplay(CQDTreeItem& node);
 
 /// Records and keys of mesh-set nodes, in their order; other nodes are left out.

@@ -49,8 +49,8 @@ namespace {
 /// Commands after which a save keeps more than the model. Shading is not among them, nor what shows or hides all
 /// or only some.
 bool ChangesModelInfo(unsigned command) {
-  constexpr unsigned kCommands[] = {kCommandShowOnly,    kCommandHideOnly,   kCommandReverse, kCommandShowMesh,
-                                    kCommandHideMesh,    kCommandClearAddOns, kCommandMeshSmooth, kCommandShrink};
+  constexpr unsigned kCommands[] = {kCommandShowOnly, kCommandHideOnly,    kCommandReverse,    kCommandShowMesh,
+                                    kCommandHideMesh, kCommandClearAddOns, kCommandMeshSmooth, kCommandShrink};
   if (std::find(std::begin(kCommands), std::end(kCommands), command) != std::end(kCommands)) return true;
   if (command >= kCommandMeshFeatureShading && command <= kCommandNodes) return true;
   return command >= kCommandNodeIds && command <= kCommandMeshOpaque;
@@ -133,7 +133,8 @@ void CQDTreeItemMeshData::ClearAddOns(unsigned) {
 }
 
 void CQDTreeItemMeshData::SetRenderMode(unsigned command) {
-  if (CQDTreeItemMesh* root = GetMeshTreeItem()) root->SetMeshRenderMode(SelectedSets(), MeshRenderModeOf(command));
+  if (CQDTreeItemMesh* root = GetMeshTreeItem())
+    root->SetMeshRenderMode(SelectedSets(), MeshRenderModeOf(command));
 }
 
 void CQDTreeItemMeshData::ToggleAddOn(unsigned command) {

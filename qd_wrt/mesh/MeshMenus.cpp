@@ -55,17 +55,16 @@ constexpr std::array<MenuEntry, 9> kRootAddOns{
      NotKSL(Check(kCommandAllMaterialSystems, "IDS_QD_WRT_MESH_DISP_MATL_CSYS")),
      NotKSL({})}};
 constexpr std::array<MenuEntry, 1> kRootClear{{{kCommandClearAllAddOns, "IDS_QD_WRT_MESH_DISP_HIDE_ALL"}}};
-constexpr std::array<MenuEntry, 10> kSetAddOns{
-    {Check(kCommandNodes, "IDS_QD_WRT_MESH_DISP_NODE"),
-     {},
-     Check(kCommandNodeIds, "IDS_QD_WRT_MESH_DISP_NODE_ID"),
-     Check(kCommandElementIds, "IDS_QD_WRT_MESH_DISP_ELEM_ID"),
-     {},
-     Check(kCommandNodalSystems, "IDS_QD_WRT_MESH_DISP_NODAL_CSYS"),
-     Check(kCommandElementSystems, "IDS_QD_WRT_MESH_DISP_ELEM_CSYS"),
-     Check(kCommandMaterialSystems, "IDS_QD_WRT_MESH_DISP_MATL_CSYS"),
-     {},
-     {kCommandClearAddOns, "IDS_QD_WRT_MESH_DISP_HIDE_ALL"}}};
+constexpr std::array<MenuEntry, 10> kSetAddOns{{Check(kCommandNodes, "IDS_QD_WRT_MESH_DISP_NODE"),
+                                                {},
+                                                Check(kCommandNodeIds, "IDS_QD_WRT_MESH_DISP_NODE_ID"),
+                                                Check(kCommandElementIds, "IDS_QD_WRT_MESH_DISP_ELEM_ID"),
+                                                {},
+                                                Check(kCommandNodalSystems, "IDS_QD_WRT_MESH_DISP_NODAL_CSYS"),
+                                                Check(kCommandElementSystems, "IDS_QD_WRT_MESH_DISP_ELEM_CSYS"),
+                                                Check(kCommandMaterialSystems, "IDS_QD_WRT_MESH_DISP_MATL_CSYS"),
+                                                {},
+                                                {kCommandClearAddOns, "IDS_QD_WRT_MESH_DISP_HIDE_ALL"}}};
 constexpr std::array<MenuEntry, 11> kTransparencies{{{kCommandMeshTransparent, "IDS_QD_WRT_PART_TRANSPARENT"},
                                                      Digit(kCommandMeshTransparent + 1, "1"),
                                                      Digit(kCommandMeshTransparent + 2, "2"),
@@ -85,13 +84,12 @@ constexpr std::array<MenuEntry, 2> kSorts{
 constexpr std::array<MenuEntry, 3> kAllSets{{{kCommandShowAllMeshes, "IDS_QD_WRT_SHOW_ALL"},
                                              {kCommandHideAllMeshes, "IDS_QD_WRT_HIDE_ALL"},
                                              {kCommandReverseAll, "IDS_QD_WRT_REVERSE_SHOW_HIDE"}}};
-constexpr std::array<MenuEntry, 6> kMaking{
-    {{},
-     Submenu("IDS_MENU_WRT_MESH_ADD", kGenerators),
-     {},
-     {kCommandNewSet, "IDS_QD_WRT_NEW_MESH_SET"},
-     {kCommandDeleteAllMeshSets, "IDS_QD_WRT_DELETE_ALL_MESH_SET"},
-     {kCommandDeleteEmptyMeshSets, "IDS_QD_WRT_DELETE_EMPTY_MESH_SET"}}};
+constexpr std::array<MenuEntry, 6> kMaking{{{},
+                                            Submenu("IDS_MENU_WRT_MESH_ADD", kGenerators),
+                                            {},
+                                            {kCommandNewSet, "IDS_QD_WRT_NEW_MESH_SET"},
+                                            {kCommandDeleteAllMeshSets, "IDS_QD_WRT_DELETE_ALL_MESH_SET"},
+                                            {kCommandDeleteEmptyMeshSets, "IDS_QD_WRT_DELETE_EMPTY_MESH_SET"}}};
 constexpr std::array<MenuEntry, 5> kVisibility{{{kCommandShowMesh, "IDS_QD_WRT_GEOM_SHOW"},
                                                 {kCommandHideMesh, "IDS_QD_WRT_GEOM_HIDE"},
                                                 {kCommandShowMeshOnly, "IDS_QD_WRT_SHOW_ONLY"},
@@ -116,8 +114,8 @@ constexpr std::array<MenuEntry, 1> kRename{
 std::vector<MenuEntry> MeshRootMenu() {
   static const std::vector<MenuEntry> kAddOns = JoinMenus({kRootAddOns, kRootClear});
   const std::array<MenuEntry, 1> display{Submenu("IDS_QD_WRT_DISPLAY", kAddOns)};
-  const std::span<const MenuEntry> making = IsKSL() == 0 ? std::span<const MenuEntry>(kMaking)
-                                                         : std::span<const MenuEntry>();
+  const std::span<const MenuEntry> making =
+      IsKSL() == 0 ? std::span<const MenuEntry>(kMaking) : std::span<const MenuEntry>();
   return JoinMenus({kAllSets, making, kSeparator, kModes, display, kTransparency, kSeparator, kSort});
 }
 

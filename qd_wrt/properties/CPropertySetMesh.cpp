@@ -100,8 +100,8 @@ void CPropertySetMesh::AddIdentity(CBCGPProp* title, const tagTMset& record) {
 
 void CPropertySetMesh::AddProperty(CBCGPProp* title, const tagTMset& record) {
   IAppDB::Property property;
-  const bool known =
-      record.property != 0 && GetDocument()->GetDBSession()->GetAppDB().GetProperty(record.property, property) != 0;
+  const bool known = record.property != 0 &&
+                     GetDocument()->GetDBSession()->GetAppDB().GetProperty(record.property, property) != 0;
   if (!known) return;
   AddText(title, Text("IDS_QD_WRT_MESH_PROPERTY"), NumberAndName(property.number, property.name), 0, true,
           Text("IDS_QD_WRT_MESH_PROPERTY_DESC"));
@@ -130,12 +130,11 @@ void CPropertySetMesh::AddGeneration(const tagTMset& record) {
   constexpr int kKindOfOtherSolids = 2;
   if (itr == 0 || pool.GetAt(itr, generation) == 0 || (generation.kind & ~kKindOfOtherSolids) != 0) return;
   CBCGPProp* title = AddTitle(nullptr, Text("IDS_QD_MESH_GEN_INFO"));
-  CBCGPProp* method =
-      AddGeneralPropertyWithOption(title, Text("IDS_QDMESH_METHOD"),
-                                   {Text("IDS_QDMESH_TAB_AUTO_SOLID"), Text("IDS_QDMESH_TAB_MAP_SOLID"),
-                                    Text("IDS_QDMESH_TAB_GENERATE_2D_TO_3D"),
-                                    Text("IDS_QDMESH_TAB_AUTO_SOLID_LAYERED")},
-                                   generation.method, {}, 0, 1);
+  CBCGPProp* method = AddGeneralPropertyWithOption(
+      title, Text("IDS_QDMESH_METHOD"),
+      {Text("IDS_QDMESH_TAB_AUTO_SOLID"), Text("IDS_QDMESH_TAB_MAP_SOLID"),
+       Text("IDS_QDMESH_TAB_GENERATE_2D_TO_3D"), Text("IDS_QDMESH_TAB_AUTO_SOLID_LAYERED")},
+      generation.method, {}, 0, 1);
   method->readOnly = true;
   m_generation.push_back(method);
   AddParameters(title, generation);
@@ -146,8 +145,7 @@ void CPropertySetMesh::AddParameters(CBCGPProp* title, const tagTMGInfo& generat
   for (const MeshParameter& parameter : ParametersOfMethod(generation.method)) {
     const auto option = generation.options.find(std::string(parameter.key));
     if (option == generation.options.end()) continue;
-    m_generation.push_back(
-        AddText(title, Text(parameter.key), ValueOf(parameter, option->second), 0, true));
+    m_generation.push_back(AddText(title, Text(parameter.key), ValueOf(parameter, option->second), 0, true));
   }
 }
 

@@ -10,7 +10,7 @@
 namespace qd::test {
 
 /// Writes down what the module asks of the application.
-class RecordedApp final : public IAppWrt, public IGeomDialog, public IMessageOutput {
+class RecordedApp final : public IAppWrt, public IGeomDialog, public IQDMeshgDialog, public IMessageOutput {
  public:
   void OpenDialog(int flag, CQDDocBase*, const CString& dialog, void* data) override { Note(flag, dialog, data); }
   void CloseDialog(CQDDocBase*, const CString&) override {}
@@ -31,15 +31,23 @@ class RecordedApp final : public IAppWrt, public IGeomDialog, public IMessageOut
   std::string log;
 
  protected:
-  void Open(CQDDocBase*, const CString& dialog, const void* first, const void*) override {
+  void Open(CQDDocBase*, const CString& dialog, const void* first, const void* second) override {
     log += workbench::ToUtf8(dialog);
     if (dialog == L"CQDGeomTransformDlg") {
       const auto* operands = static_cast<const tagTGeomGUI*>(first);
-      log += " " + std::to_string(IQueryMenuID2Idx::Instance().GetLastCommand()) + " type " + std::to_string(operands->type) +
-             " keys " + std::to_string(operands->keys.size());
+      log += " " + std::to_string(IQueryMenuID2Idx::Instance().GetLastCommand()) + " type " +
+             std::to_string(operands->type) + " keys " + std::to_string(operands->keys.size());
     }
     if (dialog == L"CQDGeomIncludeExcludeDlg")
       log += " " + std::to_string(*static_cast<const iterator*>(first) & 0xFF);
+    if (dialog == L"CQDMeshIncludeExcludeDlg")
+      log += " " + std::to_string(*static_cast<const iterator*>(first) & 0xFF);
+    if (dialog.starts_with(L"CQDMesh")) log += " " + std::to_string(IQueryMenuID2Idx::Instance().GetLastCommand());
+    if (dialog == L"CQDMeshGen3DDlg" && second != nullptr) {
+      const auto* arguments = static_cast<const tagTMeshGUI*>(first);
+      log += " of " + std::to_string(*static_cast<const iterator*>(second) & 0xFF) + " targets " +
+             std::to_string(arguments->targets.size()) + (arguments->remesh ? " again" : "");
+    }
     log += " ";
   }
 
@@ -97,30 +105,6 @@ class GeometryTest : public ModelTest {
   }
   const tagTGeom& Part(iterator itr) { return *Data().GetGeomPool().GetAtNU(itr); }
   bool IsShown(iterator part) { return m_doc.GetDisplay().GetCadItem(Part(part).cadItem).shown; }
-
-  /// Selects rows by title, in one tree or the other.
-  void Select(const std::vector<CString>& titles) {
-    Tree().ResetSelection(1);
-    for (const CString& title : titles) {
-      Tree().EnsureVisible(Row(title));
-      Tree().SetItemState(Row(title), kRowSelected, kRowSelected);
-    }
-  }
-  void Command(unsigned command) {
-    Tree().OnMenuEvent(command);
-    m_toolkit.Pump();
-  }
-  void Drag(const std::vector<CString>& titles, const CString& target) {
-    std::vector<CQDTreeItem*> nodes;
-    for (const CString& title : titles) nodes.push_back(Node(title));
-    Node(target)->OnDrop(nodes);
-    m_toolkit.Pump();
-  }
-  /// The context menu of the first selected row, entries divided by "|".
-  std::string Menu() {
-    Tree().ShowContextMenu({10, 10});
-    return m_toolkit.ShownMenus().empty() ? "" : m_toolkit.ShownMenus().back();
-  }
 
   RecordedApp m_app;
 };

@@ -112,9 +112,35 @@ class ModelTest : public ::testing::Test,
     return {};
   }
   CQDTreeItem* Node(const CString& title) { return Tree().NodeOf(Row(title)); }
-  /// The tree as one line: titles, children in brackets, "-" before unchecked and "*" before selected rows.
+  /// The tree as one line: titles, children in brackets, "-" before unchecked and "*" before selected rows. The
+  /// mesh branch stands beside it.
   std::string State() { return Describe(Tree().GetRootItem()); }
+  std::string Meshes() { return Describe(Row(L"IDS_QD_WRT_MESH")); }
   std::string Print() { return workbench::PrintTree(Tree()); }
+
+  /// Selects rows by title, in one tree or the other.
+  void Select(const std::vector<CString>& titles) {
+    Tree().ResetSelection(1);
+    for (const CString& title : titles) {
+      Tree().EnsureVisible(Row(title));
+      Tree().SetItemState(Row(title), kRowSelected, kRowSelected);
+    }
+  }
+  void Command(unsigned command) {
+    Tree().OnMenuEvent(command);
+    m_toolkit.Pump();
+  }
+  void Drag(const std::vector<CString>& titles, const CString& target) {
+    std::vector<CQDTreeItem*> nodes;
+    for (const CString& title : titles) nodes.push_back(Node(title));
+    Node(target)->OnDrop(nodes);
+    m_toolkit.Pump();
+  }
+  /// The context menu of the first selected row, entries divided by "|".
+  std::string Menu() {
+    Tree().ShowContextMenu({10, 10});
+    return m_toolkit.ShownMenus().empty() ? "" : m_toolkit.ShownMenus().back();
+  }
 
   /// A point on the row's text, or on its check box.
   CPoint PointOf(const CString& title) { return PointAt(title, 4); }
@@ -166,6 +192,7 @@ class ModelTest : public ::testing::Test,
     if (!Tree().GetChildItem(row)) return text;
     text += " [";
     for (HTREEITEM child = Tree().GetChildItem(row); child; child = Tree().GetNextSiblingItem(child)) {
+      if (Tree().GetItemText(child, 0) == L"IDS_QD_WRT_MESH") continue;
       if (text.back() != '[') text += " ";
       text += Describe(child);
     }

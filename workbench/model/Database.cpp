@@ -20,12 +20,8 @@ Database::Database()
       m_properties(kDataProperty, *this),
       m_gsets(kDataGset, *this, m_geoms, m_settings),
       m_materials(kDataMaterial, *this),
-      m_stores{{kDataGeom, &m_geoms},
-               {kDataMset, &m_msets},
-               {kDataSettings, &m_settings},
-               {kDataMGInfo, &m_generations},
-               {kDataProperty, &m_properties},
-               {kDataGset, &m_gsets},
+      m_stores{{kDataGeom, &m_geoms},         {kDataMset, &m_msets},          {kDataSettings, &m_settings},
+               {kDataMGInfo, &m_generations}, {kDataProperty, &m_properties}, {kDataGset, &m_gsets},
                {kDataMaterial, &m_materials}} {}
 
 IPoolStore* Database::StoreOf(iterator itr) const {

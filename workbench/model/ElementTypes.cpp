@@ -19,18 +19,8 @@ constexpr std::array<Edge, 6> kTetEdges{{{0, 1}, {1, 2}, {2, 0}, {0, 3}, {1, 3},
 constexpr std::array<Tet, 1> kTetTets{{{0, 1, 2, 3}}};
 constexpr std::array<ElementFace, 6> kHexFaces{
     {{0, 3, 2, 1}, {4, 5, 6, 7}, {0, 1, 5, 4}, {1, 2, 6, 5}, {2, 3, 7, 6}, {3, 0, 4, 7}}};
-constexpr std::array<Edge, 12> kHexEdges{{{0, 1},
-                                          {1, 2},
-                                          {2, 3},
-                                          {3, 0},
-                                          {4, 5},
-                                          {5, 6},
-                                          {6, 7},
-                                          {7, 4},
-                                          {0, 4},
-                                          {1, 5},
-                                          {2, 6},
-                                          {3, 7}}};
+constexpr std::array<Edge, 12> kHexEdges{
+    {{0, 1}, {1, 2}, {2, 3}, {3, 0}, {4, 5}, {5, 6}, {6, 7}, {7, 4}, {0, 4}, {1, 5}, {2, 6}, {3, 7}}};
 // Around the diagonal from corner 0 to corner 6.
 constexpr std::array<Tet, 6> kHexTets{
     {{0, 1, 2, 6}, {0, 2, 3, 6}, {0, 3, 7, 6}, {0, 7, 4, 6}, {0, 4, 5, 6}, {0, 5, 1, 6}}};

@@ -150,8 +150,7 @@ std::vector<std::uint32_t> CornerPlaces(const MeshData& mesh, const MeshData::Bl
   places.reserve(block.elementIds.size() * wanted);
   for (std::size_t element = 0; element < block.elementIds.size(); ++element) {
     for (std::size_t corner = 0; corner < wanted; ++corner) {
-      places.push_back(
-          static_cast<std::uint32_t>(PlaceOfNode(mesh, block.nodeIds[element * width + corner])));
+      places.push_back(static_cast<std::uint32_t>(PlaceOfNode(mesh, block.nodeIds[element * width + corner])));
     }
   }
   return places;

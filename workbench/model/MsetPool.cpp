@@ -83,8 +83,9 @@ iterator MsetPool::Add(const tagTMset& record) {
   tagTMset added = record;
   if (KeyOf(added) == 0) added.key |= GetNewKey();
   added.parent &= kMsetKeyMask;
-  const bool refused =
-      KeyOf(added) == 0 || GetItrByKey(added.key) != 0 || !MayStandBelow(KeyOf(added), added.parent);
+  // Nothing stands below a new key, so there is no circle to look for.
+  const bool homeless = added.parent != 0 && GetItrByKey(added.parent) == 0;
+  const bool refused = KeyOf(added) == 0 || GetItrByKey(added.key) != 0 || homeless;
   return refused ? 0 : Pool::Add(std::move(added));
 }
 
@@ -123,8 +124,7 @@ int MsetPool::Delete(const std::set<iterator>& gone, std::uint32_t heir) {
 }
 
 int MsetPool::TR_Del(const std::vector<iterator>& itrs) {
-  return Keeper().InTransaction("IDS_QD_TRANS_Delete",
-                                [&] { return Delete({itrs.begin(), itrs.end()}, 0); });
+  return Keeper().InTransaction("IDS_QD_TRANS_Delete", [&] { return Delete({itrs.begin(), itrs.end()}, 0); });
 }
 
 int MsetPool::Merge(iterator target, const TArray<iterator>& itrs) {
