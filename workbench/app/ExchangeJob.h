@@ -1,23 +1,27 @@
 #pragma once
 
 #include <QObject>
-#include <QProcess>
-#include <QString>
-#include <QTimer>
+#include <QThread>
+#include <memory>
+#include <string>
 
 #include "workbench/exchange/ImportedModel.h"
 #include "workbench/exchange/Protocol.h"
 
 namespace qd::workbench {
 
-/// Lets the exchange program read a file, or work on shapes, and gathers what it sends. Nothing reaches the
-/// document before all of it has arrived; a crash, an error or a cancel leaves nothing behind. Lives until it has
-/// ended.
+class ExchangeReader;
+
+/// Lets the exchange program read a file, work on shapes or write a file, and gathers what it sends. Nothing
+/// reaches the document before all of it has arrived; a crash, an error or a cancel leaves nothing behind. The
+/// bytes are taken in on a thread of their own: a large mesh takes seconds to look through.
 class ExchangeJob final : public QObject {
   Q_OBJECT
 
  public:
+  /// Reads a file.
   explicit ExchangeJob(QString path, QObject* parent = nullptr);
+  /// Works on shapes.
   explicit ExchangeJob(const ShapeOperation& operation, QObject* parent = nullptr);
   ~ExchangeJob() override;
 
@@ -29,28 +33,19 @@ class ExchangeJob final : public QObject {
  signals:
   /// 0 to 1000.
   void Progress(int thousandths);
-  /// All of the file; emitted once, and nothing after it.
+  /// All of the results; emitted once, and nothing after it.
   void Finished(qd::workbench::ImportedModel& model);
   /// A reason for the user, empty after a cancel; emitted once, and nothing after it.
   void Failed(const QString& reason);
 
  private:
-  void TakeFrames();
-  void TakeFrame(const FrameReader::Frame& frame);
-  void End();
-  void Fail(const QString& reason);
+  void Prepare(ExchangeReader* reader);
+  void End(const QString& reason, const std::shared_ptr<ImportedModel>& model);
 
-  void Connect();
-
-  QString m_path;         // of the file; empty for work on shapes
-  std::string m_request;  // otherwise
-  QProcess m_process;
-  FrameReader m_reader;
-  QTimer m_more;
-  ImportedModel m_model;
-  bool m_done = false;   // the program has sent its last frame
-  bool m_ended = false;  // a result was emitted
-  bool m_exited = false;
+  QString m_path;                      // of the file; empty for work on shapes
+  QThread* m_thread = nullptr;         // owned; outlives the job when it is too busy to stop at once
+  ExchangeReader* m_reader = nullptr;  // lives on the thread, and goes with it
+  bool m_ended = false;                // a result was emitted
 };
 
 }  // namespace qd::workbench

@@ -210,7 +210,7 @@ void MainWindow::RestoreLayout() {
 
 void MainWindow::OnImport() {
   const QString filter = Text("IDS_WB_IMPORT_FILTER") +
-                         " (*.step *.stp *.iges *.igs *.brep *.brp *.msh *.unv *.bdf *.nas *.stl);;" +
+                         " (*.step *.stp *.iges *.igs *.brep *.brp *.msh *.unv *.bdf *.nas *.stl *.inp);;" +
                          Text("IDS_WB_ALL_FILES") + " (*)";
   Import(QFileDialog::getOpenFileNames(this, Text("IDS_WB_IMPORT").remove('&'), QString(), filter));
 }
@@ -226,7 +226,11 @@ void MainWindow::OnRedo() {
 void MainWindow::OnDelete() {
   std::vector<iterator> parts = m_doc->GetSelectBuffer();
   std::erase_if(parts, [this](iterator itr) { return m_doc->GetDatabase().GetDataType(itr) != kDataGeom; });
-  if (!parts.empty()) m_doc->GetDatabase().GetGeomPool().TR_Del(parts);
+  if (!parts.empty()) {
+    m_doc->GetDatabase().GetGeomPool().TR_Del(parts);
+  } else {
+    m_modelPane->Bar().GetTreeCtrl().OnMenuEvent(kCommandDeleteMesh);  // of meshes; asks for nested ones
+  }
 }
 
 void MainWindow::OnFit() {
@@ -252,7 +256,10 @@ void MainWindow::OnPick(iterator itr, bool add) {
     }
   }
   m_doc->SetSelectBuffer(std::move(selection));
-  for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->Bar().OnSelectGeom(m_doc.get());
+  constexpr int kAnyKind = 0;
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) {
+    pane->Bar().GetTreeCtrl().SetSelection(kAnyKind, m_doc->GetSelectBuffer());
+  }
 }
 
 void MainWindow::OnDatabaseChanged(const CQDUpdateRecord& record) {
@@ -303,16 +310,21 @@ void MainWindow::StoreImported(ImportedModel& model) {
   const QString path = m_job->Path();
   const std::size_t parts = model.parts.size();
   const std::size_t sets = model.meshSets.size();
-  const bool first = m_doc->GetDatabase().GetGeomPool().Count() == 0;
+  const bool first =
+      m_doc->GetDatabase().GetGeomPool().Count() == 0 && m_doc->GetDatabase().GetMsetPool().Count() == 0;
+  for (const ImportNote& note : model.notes) {
+    Say(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), false);
+  }
   if (first) {
     m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
     m_manager->ResetFilePath(m_doc.get());
   }
   const CString title = FromQt(Text("IDS_WB_TRANS_IMPORT", {QFileInfo(path).fileName()}));
   StoreImport(m_doc->GetDatabase(), std::move(model), title);
-  // An empty branch cannot stand open, so the first parts open it.
+  // An empty branch cannot stand open, so the first records open it.
   for (TreePane* pane : {m_modelPane, m_gsetPane}) {
-    if (first) pane->Bar().GetTreeCtrl().GetQDRootItem()->GetChild(0)->Expand(1);
+    if (!first) break;
+    for (CQDTreeItem* branch : pane->Bar().GetTreeCtrl().GetQDRootItem()->Children()) branch->Expand(1);
   }
   if (parts > 0) Say(Text("IDS_WB_IMPORTED_PARTS", {path, QLocale().toString(parts)}), false);
   if (sets > 0) Say(Text("IDS_WB_IMPORTED_MESH", {path, QLocale().toString(sets)}), false);

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/CTransaction.h"
+#include "workbench/model/MeshNumbers.h"
 
 namespace qd::workbench {
 
@@ -65,6 +66,7 @@ int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, Imported
   if (results.meshSets.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
   MsetPool& meshes = database.GetMsetPool();
   return Act(database, title, [&] {
+    Numbering next = NextNumbers(meshes);
     for (std::size_t i = 0; i < parts.size(); ++i) {
       const iterator before = meshes.GetItrByGeomItr(parts[i].itr);
       if (before != 0 && meshes.TR_Del({before}) == 0) return false;
@@ -73,12 +75,9 @@ int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, Imported
       record.name = geom.name;
       record.colour = geom.colour;
       record.geom = parts[i].itr;
-      record.key = static_cast<std::uint32_t>(meshes.NextNumber()) & kMsetKeyMask;
-      MeshData& mesh = results.meshSets[i].mesh;
-      record.nodeCount = mesh.nodeIds.size();
-      for (const MeshData::Block& block : mesh.blocks) record.elementCount += block.elementIds.size();
-      record.mesh = std::make_shared<const MeshData>(std::move(mesh));
-      if (meshes.Add(std::move(record)) == 0) return false;
+      PutMesh(record, next.Apply(std::make_shared<const MeshData>(std::move(results.meshSets[i].mesh))));
+      if (record.mesh != nullptr) next.Continue(*record.mesh);
+      if (meshes.Add(record) == 0) return false;
     }
     return true;
   });

@@ -17,15 +17,40 @@ struct ImportedPart {
   PartShape shape;
 };
 
+struct ImportedMaterial {
+  std::string name;
+  double youngsModulus = 0;
+  double poissonsRatio = 0;
+  double density = 0;
+};
+
+struct ImportedProperty {
+  std::string name;
+  tagTProperty::Kind kind = tagTProperty::Kind::Solid;
+  double size = 0;
+  std::int32_t material = -1;  ///< by place, -1 for none
+};
+
 /// One group of elements of a mesh file.
 struct ImportedMeshSet {
   std::string name;
+  std::int32_t parent = -1;    ///< an earlier set, by place; -1 at top level
+  std::int32_t property = -1;  ///< by place, -1 for none
   MeshData mesh;
+};
+
+/// Something that the user should know of a file that was read nevertheless: a message key and a detail for it.
+struct ImportNote {
+  std::string key;
+  std::string detail;
 };
 
 struct ImportedModel {
   std::vector<ImportedPart> parts;
+  std::vector<ImportedMaterial> materials;
+  std::vector<ImportedProperty> properties;
   std::vector<ImportedMeshSet> meshSets;
+  std::vector<ImportNote> notes;
 };
 
 }  // namespace qd::workbench

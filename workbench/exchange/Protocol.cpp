@@ -1,7 +1,12 @@
 #include "workbench/exchange/Protocol.h"
 
+#include <algorithm>
+#include <functional>
 #include <type_traits>
 #include <utility>
+
+#include "workbench/model/ElementTypes.h"
+#include "workbench/model/MeshEdit.h"
 
 namespace qd::workbench {
 
@@ -100,13 +105,18 @@ bool IsSound(const PartFacets& facets) {
          linePoints == facets.lines.size() && AllBelow(facets.lines, points);
 }
 
+/// Known kinds of elements, nodes in ascending order, and each element's nodes among them.
 bool IsSound(const MeshData& mesh) {
   if (mesh.coordinates.size() != mesh.nodeIds.size() * 3) return false;
+  if (std::adjacent_find(mesh.nodeIds.begin(), mesh.nodeIds.end(), std::greater_equal<>()) != mesh.nodeIds.end()) {
+    return false;
+  }
   for (const MeshData::Block& block : mesh.blocks) {
-    const bool sized =
-        block.nodesPerElement > 0 &&
-        block.nodeIds.size() == block.elementIds.size() * static_cast<std::size_t>(block.nodesPerElement);
-    if (!sized) return false;
+    const ElementType* type = FindElementType(block.elementType);
+    if (type == nullptr || block.nodesPerElement != type->nodes) return false;
+    if (block.nodeIds.size() != block.elementIds.size() * static_cast<std::size_t>(type->nodes)) return false;
+    const auto known = [&mesh](std::uint64_t node) { return PlaceOfNode(mesh, node) < mesh.nodeIds.size(); };
+    if (!std::all_of(block.nodeIds.begin(), block.nodeIds.end(), known)) return false;
   }
   return true;
 }
@@ -204,7 +214,7 @@ std::optional<ImportedPart> DecodePart(std::string_view payload) {
 
 std::string Encode(const ImportedMeshSet& set) {
   Writer writer;
-  writer.Put(set.name).Put(set.mesh.nodeIds).Put(set.mesh.coordinates);
+  writer.Put(set.name).Put(set.parent).Put(set.property).Put(set.mesh.nodeIds).Put(set.mesh.coordinates);
   writer.Put(static_cast<std::uint64_t>(set.mesh.blocks.size()));
   for (const MeshData::Block& block : set.mesh.blocks) {
     writer.Put(block.elementType).Put(block.nodesPerElement).Put(block.elementIds).Put(block.nodeIds);
@@ -216,7 +226,8 @@ std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload) {
   ImportedMeshSet set;
   Reader reader(payload);
   std::uint64_t blocks = 0;
-  reader.Get(set.name).Get(set.mesh.nodeIds).Get(set.mesh.coordinates).Get(blocks);
+  reader.Get(set.name).Get(set.parent).Get(set.property).Get(set.mesh.nodeIds).Get(set.mesh.coordinates);
+  reader.Get(blocks);
   for (std::uint64_t i = 0; i < blocks && reader.IsGood(); ++i) {
     MeshData::Block block;
     reader.Get(block.elementType).Get(block.nodesPerElement).Get(block.elementIds).Get(block.nodeIds);
@@ -224,6 +235,46 @@ std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload) {
   }
   if (!reader.IsWhole() || !IsSound(set.mesh)) return std::nullopt;
   return set;
+}
+
+std::string Encode(const ImportedMaterial& material) {
+  return Writer()
+      .Put(material.name)
+      .Put(material.youngsModulus)
+      .Put(material.poissonsRatio)
+      .Put(material.density)
+      .Take();
+}
+
+std::optional<ImportedMaterial> DecodeMaterial(std::string_view payload) {
+  ImportedMaterial material;
+  const bool whole = Reader(payload)
+                         .Get(material.name)
+                         .Get(material.youngsModulus)
+                         .Get(material.poissonsRatio)
+                         .Get(material.density)
+                         .IsWhole();
+  return whole ? std::optional(material) : std::nullopt;
+}
+
+std::string Encode(const ImportedProperty& property) {
+  return Writer().Put(property.name).Put(property.kind).Put(property.size).Put(property.material).Take();
+}
+
+std::optional<ImportedProperty> DecodeProperty(std::string_view payload) {
+  ImportedProperty property;
+  const bool whole =
+      Reader(payload).Get(property.name).Get(property.kind).Get(property.size).Get(property.material).IsWhole();
+  return whole && property.kind <= tagTProperty::Kind::Beam ? std::optional(property) : std::nullopt;
+}
+
+std::string Encode(const ImportNote& note) {
+  return Writer().Put(note.key).Put(note.detail).Take();
+}
+
+std::optional<ImportNote> DecodeNote(std::string_view payload) {
+  ImportNote note;
+  return Reader(payload).Get(note.key).Get(note.detail).IsWhole() ? std::optional(note) : std::nullopt;
 }
 
 std::string Encode(const ImportError& error) {

@@ -19,6 +19,9 @@ enum class FrameType : std::uint32_t {
   MeshSet = 3,
   Done = 4,
   Error = 5,  ///< a message key and a detail for it
+  Material = 6,
+  Property = 7,
+  Note = 8
 };
 
 /// What can be done with shapes.
@@ -47,6 +50,9 @@ struct ImportError {
 std::string EncodeProgress(std::uint32_t thousandths);
 std::string Encode(const ImportedPart& part);
 std::string Encode(const ImportedMeshSet& set);
+std::string Encode(const ImportedMaterial& material);
+std::string Encode(const ImportedProperty& property);
+std::string Encode(const ImportNote& note);
 std::string Encode(const ImportError& error);
 std::string Encode(const ShapeOperation& operation);
 
@@ -54,6 +60,9 @@ std::string Encode(const ShapeOperation& operation);
 std::optional<std::uint32_t> DecodeProgress(std::string_view payload);
 std::optional<ImportedPart> DecodePart(std::string_view payload);
 std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload);
+std::optional<ImportedMaterial> DecodeMaterial(std::string_view payload);
+std::optional<ImportedProperty> DecodeProperty(std::string_view payload);
+std::optional<ImportNote> DecodeNote(std::string_view payload);
 std::optional<ImportError> DecodeError(std::string_view payload);
 std::optional<ShapeOperation> DecodeOperation(std::string_view payload);
 

@@ -1,11 +1,13 @@
 #include "workbench/exchange/StoreImport.h"
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <utility>
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
+#include "workbench/model/MeshNumbers.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -61,17 +63,58 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
   return true;
 }
 
-bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets) {
+/// Names are unique among materials and the like only where the file made them so; equal ones are one.
+std::vector<iterator> StoreMaterials(Database& database, const std::vector<ImportedMaterial>& materials) {
+  std::vector<iterator> itrs;
+  for (const ImportedMaterial& material : materials) {
+    tagTMaterial record;
+    record.name = NameOf(material.name);
+    record.youngsModulus = material.youngsModulus;
+    record.poissonsRatio = material.poissonsRatio;
+    record.density = material.density;
+    itrs.push_back(database.GetMaterialPool().Add(std::move(record)));
+  }
+  return itrs;
+}
+
+iterator At(const std::vector<iterator>& itrs, std::int32_t place) {
+  return place >= 0 && static_cast<std::size_t>(place) < itrs.size() ? itrs[static_cast<std::size_t>(place)] : 0;
+}
+
+std::vector<iterator> StoreProperties(Database& database, const std::vector<ImportedProperty>& properties,
+                                      const std::vector<iterator>& materials) {
+  std::vector<iterator> itrs;
+  for (const ImportedProperty& property : properties) {
+    tagTProperty record;
+    record.name = NameOf(property.name);
+    record.kind = property.kind;
+    record.size = property.size;
+    record.material = At(materials, property.material);
+    itrs.push_back(database.GetPropertyPool().Add(std::move(record)));
+  }
+  return itrs;
+}
+
+bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets,
+                   const std::vector<iterator>& properties) {
+  MsetPool& pool = database.GetMsetPool();
+  const Numbering numbering = NextNumbers(pool);
+  std::vector<iterator> itrs;
   for (ImportedMeshSet& set : sets) {
     tagTMset record;
     record.name = NameOf(set.name);
-    record.key = static_cast<std::uint32_t>(database.GetMsetPool().NextNumber()) & kMsetKeyMask;
-    record.nodeCount = set.mesh.nodeIds.size();
-    for (const MeshData::Block& block : set.mesh.blocks) record.elementCount += block.elementIds.size();
-    record.mesh = std::make_shared<const MeshData>(std::move(set.mesh));
-    if (database.GetMsetPool().Add(std::move(record)) == 0) return false;
+    record.colour = pool.GetNewColor();
+    if (const iterator parent = At(itrs, set.parent); parent != 0) record.parent = pool.GetAtNU(parent)->key;
+    record.property = At(properties, set.property);
+    PutMesh(record, numbering.Apply(std::make_shared<const MeshData>(std::move(set.mesh))));
+    itrs.push_back(pool.Add(record));
+    if (itrs.back() == 0) return false;
   }
   return true;
+}
+
+bool AreAll(const std::vector<iterator>& itrs) {
+  return std::find(itrs.begin(), itrs.end(), iterator{0}) == itrs.end();
 }
 
 }  // namespace
@@ -79,7 +122,10 @@ bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets) {
 int StoreImport(Database& database, ImportedModel model, const CString& title) {
   CTransaction transaction(&database);
   if (transaction.Begin(title) == 0) return 0;
-  if (!StoreParts(database, model.parts) || !StoreMeshSets(database, model.meshSets)) return 0;
+  if (!StoreParts(database, model.parts)) return 0;
+  const std::vector<iterator> materials = StoreMaterials(database, model.materials);
+  const std::vector<iterator> properties = StoreProperties(database, model.properties, materials);
+  if (!AreAll(materials) || !AreAll(properties) || !StoreMeshSets(database, model.meshSets, properties)) return 0;
   return transaction.Commit(1);
 }
 

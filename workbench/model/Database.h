@@ -37,6 +37,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
 
   GeomPool& GetGeomPool() override { return m_geoms; }
   MsetPool& GetMsetPool() override { return m_msets; }
+  const MsetPool& GetMsetPool() const { return m_msets; }
   MGInfoPool& GetMGInfoPool() override { return m_generations; }
   PropertyPool& GetPropertyPool() { return m_properties; }
   GsetPool& GetGsetPool() override { return m_gsets; }

@@ -5,6 +5,7 @@
 #include <vtkGenericOpenGLRenderWindow.h>
 #include <vtkGenericRenderWindowInteractor.h>
 #include <vtkHardwareSelector.h>
+#include <vtkIdTypeArray.h>
 #include <vtkInformation.h>
 #include <vtkInteractorStyleTrackballCamera.h>
 #include <vtkLightKit.h>
@@ -22,6 +23,8 @@
 #include <QTimer>
 #include <QWheelEvent>
 
+#include "workbench/view/MeshLabels.h"
+#include "workbench/view/MeshScene.h"
 #include "workbench/view/PartScene.h"
 
 namespace qd::workbench {
@@ -36,6 +39,8 @@ struct ModelView::Window {
   vtkNew<vtkCallbackCommand> isCurrent;
   vtkNew<vtkCallbackCommand> frame;
   std::unique_ptr<PartScene> scene;
+  std::unique_ptr<MeshScene> meshes;
+  MeshLabels* labels = nullptr;  // owned by the view
   bool ready = false;
   bool painting = false;
 };
@@ -70,6 +75,8 @@ ModelView::ModelView(WorkDocument& doc, QWidget* parent)
   w.interactor->SetRenderWindow(w.window);
   w.interactor->SetInteractorStyle(w.style);
   w.scene = std::make_unique<PartScene>(doc, *w.renderer);
+  w.meshes = std::make_unique<MeshScene>(doc, *w.renderer, [this] { Redraw(0); });
+  w.labels = new MeshLabels(*w.meshes, *w.renderer, this);
 
   w.makeCurrent->SetClientData(this);
   w.makeCurrent->SetCallback([](vtkObject*, unsigned long, void* self, void*) {
@@ -115,7 +122,7 @@ void ModelView::Redraw(int) {
 }
 
 bool ModelView::IsUpToDate() const {
-  return !m_dirty && !m_building;
+  return !m_dirty && !m_building && !m_window->meshes->IsBuilding();
 }
 
 bool ModelView::IsOver(CPoint screen) const {
@@ -124,6 +131,7 @@ bool ModelView::IsOver(CPoint screen) const {
 
 void ModelView::Apply(const CQDUpdateRecord& record) {
   m_window->scene->Apply(record);
+  m_window->meshes->Apply(record);
   if (m_window->scene->IsBuilding() && !m_building) {
     m_building = true;
     QTimer::singleShot(0, this, [this] { BuildSome(); });
@@ -152,7 +160,8 @@ void ModelView::BuildSome() {
 
 void ModelView::FitAll() {
   double bounds[6];
-  if (!m_window->scene->ShownBounds(bounds)) return;
+  const bool parts = m_window->scene->ShownBounds(bounds);
+  if (!m_window->meshes->AddShownBounds(bounds, parts)) return;
   m_fitWhenBuilt = false;
   vtkCamera* camera = m_window->renderer->GetActiveCamera();
   const double least[3] = {bounds[0], bounds[2], bounds[4]};
@@ -194,6 +203,8 @@ void ModelView::paintGL() {
   if (m_dirty) {
     m_dirty = false;
     m_window->scene->Update();
+    m_window->meshes->Update();
+    if (m_fitWhenBuilt && !m_building && !m_window->meshes->IsBuilding()) FitAll();
     m_window->renderer->ResetCameraClippingRange();
   }
   // Qt has used the context in between.
@@ -202,6 +213,7 @@ void ModelView::paintGL() {
   m_window->window->Render();
   m_window->window->GetState()->Pop();
   m_window->painting = false;
+  m_window->labels->Follow();
   m_lastFrame = time.elapsed();
 }
 
@@ -262,11 +274,15 @@ iterator ModelView::PickAt(const QPointF& at) {
   update();
   if (selection == nullptr || selection->GetNumberOfNodes() == 0) return 0;
   vtkInformation* properties = selection->GetNode(0)->GetProperties();
+  const auto* picked = vtkProp::SafeDownCast(properties->Get(vtkSelectionNode::PROP()));
+  auto* cells = vtkArrayDownCast<vtkIdTypeArray>(selection->GetNode(0)->GetSelectionList());
+  const bool mesh = cells != nullptr && cells->GetNumberOfValues() > 0;
+  if (const iterator set = mesh ? m_window->meshes->SetOfCell(picked, cells->GetValue(0)) : 0; set != 0)
+    return set;
   if (properties->Has(vtkSelectionNode::COMPOSITE_INDEX()) == 0) return 0;
   // Number 0 is the data set as a whole, its blocks follow.
   const int index = properties->Get(vtkSelectionNode::COMPOSITE_INDEX());
-  const auto* prop = vtkProp::SafeDownCast(properties->Get(vtkSelectionNode::PROP()));
-  return index > 0 ? m_window->scene->PartOfBlock(prop, static_cast<unsigned>(index - 1)) : 0;
+  return index > 0 ? m_window->scene->PartOfBlock(picked, static_cast<unsigned>(index - 1)) : 0;
 }
 
 }  // namespace qd::workbench

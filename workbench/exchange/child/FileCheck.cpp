@@ -80,6 +80,8 @@ bool BeginsRight(FileFormat format, const Ends& ends) {
       return Has(ends.head, "GRID") || Has(ends.head, "BEGIN BULK") || Has(ends.head, "$");
     case FileFormat::Stl:
       return Has(ends.head, "solid") || IsBinaryStl(ends);
+    case FileFormat::Inp:
+      return Has(ends.head, "*");
   }
   return false;
 }
@@ -109,6 +111,7 @@ bool EndsRight(FileFormat format, const Ends& ends) {
     case FileFormat::Brep:
       return EndsWithRootShape(ends.tail);
     case FileFormat::Bdf:
+    case FileFormat::Inp:
       return true;  // the reader notices
   }
   return false;
@@ -119,7 +122,7 @@ FileFormat FormatOf(const fs::path& path) {
       {".step", FileFormat::Step}, {".stp", FileFormat::Step},  {".iges", FileFormat::Iges},
       {".igs", FileFormat::Iges},  {".brep", FileFormat::Brep}, {".brp", FileFormat::Brep},
       {".msh", FileFormat::Msh},   {".unv", FileFormat::Unv},   {".bdf", FileFormat::Bdf},
-      {".nas", FileFormat::Bdf},   {".stl", FileFormat::Stl}};
+      {".nas", FileFormat::Bdf},   {".stl", FileFormat::Stl},   {".inp", FileFormat::Inp}};
   std::string extension = path.extension().string();
   std::transform(extension.begin(), extension.end(), extension.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });

@@ -4,7 +4,7 @@
 
 namespace qd::workbench {
 
-enum class FileFormat { Step, Iges, Brep, Msh, Unv, Bdf, Stl };
+enum class FileFormat { Step, Iges, Brep, Msh, Unv, Bdf, Stl, Inp };
 
 inline bool IsMeshFormat(FileFormat format) {
   return format >= FileFormat::Msh;

@@ -3,6 +3,7 @@
 #include <gmsh.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include <unordered_map>
 
 #include "workbench/exchange/child/Operation.h"
+#include "workbench/model/ElementTypes.h"
 
 namespace qd::workbench {
 
@@ -60,14 +62,16 @@ void AddElements(int dimension, int entity, MeshData& mesh) {
   }
 }
 
-/// Gives the mesh the nodes that its elements use.
+/// Gives the mesh the nodes that its elements use, in ascending order.
 void AddUsedNodes(const Coordinates& nodes, MeshData& mesh) {
-  std::set<std::uint64_t> used;
-  for (const MeshData::Block& block : mesh.blocks) used.insert(block.nodeIds.begin(), block.nodeIds.end());
-  for (const std::uint64_t node : used) {
+  for (const MeshData::Block& block : mesh.blocks) {
+    mesh.nodeIds.insert(mesh.nodeIds.end(), block.nodeIds.begin(), block.nodeIds.end());
+  }
+  std::sort(mesh.nodeIds.begin(), mesh.nodeIds.end());
+  mesh.nodeIds.erase(std::unique(mesh.nodeIds.begin(), mesh.nodeIds.end()), mesh.nodeIds.end());
+  for (const std::uint64_t node : mesh.nodeIds) {
     const auto found = nodes.find(node);
     if (found == nodes.end()) throw ImportError{"IDS_WB_IMPORT_NODE", std::to_string(node)};
-    mesh.nodeIds.push_back(node);
     mesh.coordinates.insert(mesh.coordinates.end(), found->second.begin(), found->second.end());
   }
 }
@@ -78,33 +82,52 @@ struct Group {
   std::string name;
 };
 
-std::vector<Group> GroupsOfFile() {
+/// The groups of the file. An entity belongs to the first group that names it; entities of the mesh's own
+/// dimension that no group names make groups of their own.
+std::vector<Group> GroupsOfFile(std::vector<ImportNote>& notes) {
   std::vector<Group> groups;
+  std::set<std::pair<int, int>> taken;
   gmsh::vectorpair physical;
   gmsh::model::getPhysicalGroups(physical);
   for (const auto& [dimension, tag] : physical) {
     Group& group = groups.emplace_back();
     group.dimension = dimension;
-    gmsh::model::getEntitiesForPhysicalGroup(dimension, tag, group.entities);
     gmsh::model::getPhysicalName(dimension, tag, group.name);
     if (group.name.empty()) group.name = "Group " + std::to_string(tag);
+    std::vector<int> entities;
+    gmsh::model::getEntitiesForPhysicalGroup(dimension, tag, entities);
+    for (const int entity : entities) {
+      if (taken.emplace(dimension, entity).second) group.entities.push_back(entity);
+    }
+    if (group.entities.size() < entities.size()) notes.push_back({"IDS_WB_NOTE_SHARED_SET", group.name});
   }
-  if (!groups.empty()) return groups;
   gmsh::vectorpair entities;
   gmsh::model::getEntities(entities, gmsh::model::getDimension());
-  for (const auto& [dimension, tag] : entities)
-    groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
+  for (const auto& [dimension, tag] : entities) {
+    if (!taken.contains({dimension, tag})) groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
+  }
   return groups;
+}
+
+void CheckElementTypes(const MeshData& mesh) {
+  for (const MeshData::Block& block : mesh.blocks) {
+    if (FindElementType(block.elementType) == nullptr) {
+      throw ImportError{"IDS_WB_IMPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
+    }
+  }
 }
 
 void SendGroups(Sink& sink) {
   const Coordinates nodes = AllNodes();
-  const std::vector<Group> groups = GroupsOfFile();
+  std::vector<ImportNote> notes;
+  const std::vector<Group> groups = GroupsOfFile(notes);
+  for (const ImportNote& note : notes) sink.Note(note);
   double done = 0;
   for (const Group& group : groups) {
     ImportedMeshSet set;
     set.name = group.name;
     for (const int entity : group.entities) AddElements(group.dimension, entity, set.mesh);
+    CheckElementTypes(set.mesh);
     AddUsedNodes(nodes, set.mesh);
     if (!set.mesh.blocks.empty()) sink.MeshSet(set);
     sink.Progress(++done / static_cast<double>(groups.size()));

@@ -12,6 +12,9 @@ class Sink {
   void Progress(double done);
   void Part(const ImportedPart& part);
   void MeshSet(const ImportedMeshSet& set);
+  void Material(const ImportedMaterial& material) { Send(FrameType::Material, Encode(material)); }
+  void Property(const ImportedProperty& property) { Send(FrameType::Property, Encode(property)); }
+  void Note(const ImportNote& note) { Send(FrameType::Note, Encode(note)); }
   /// Throws when nothing was sent: a file without contents is an error.
   void Finish();
   void Fail(const ImportError& error) { Send(FrameType::Error, Encode(error)); }

@@ -9,6 +9,7 @@
 #include <iostream>
 #include <iterator>
 
+#include "workbench/exchange/InpFile.h"
 #include "workbench/exchange/child/CadFile.h"
 #include "workbench/exchange/child/FileCheck.h"
 #include "workbench/exchange/child/MeshFile.h"
@@ -21,7 +22,13 @@ using namespace qd::workbench;
 
 void Import(const std::string& path, Sink& sink) {
   const FileFormat format = CheckFile(path);
-  if (IsMeshFormat(format)) {
+  if (format == FileFormat::Inp) {
+    const ImportedModel model = ReadInpFile(path, [&sink](double done) { sink.Progress(done); });
+    for (const ImportNote& note : model.notes) sink.Note(note);
+    for (const ImportedMaterial& material : model.materials) sink.Material(material);
+    for (const ImportedProperty& property : model.properties) sink.Property(property);
+    for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);
+  } else if (IsMeshFormat(format)) {
     ReadMeshFile(path, sink);
   } else {
     ReadCadFile(path, format, sink);

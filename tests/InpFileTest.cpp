@@ -1,0 +1,182 @@
+// Solver input files: what is read, how sets nest, and what is said of bad ones.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <numeric>
+
+#include "workbench/exchange/InpElements.h"
+#include "workbench/exchange/InpFile.h"
+#include "workbench/exchange/Protocol.h"
+#include "workbench/model/ElementTypes.h"
+#include "workbench/model/MeshEdit.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+namespace fs = std::filesystem;
+
+class InpFile : public ::testing::Test {
+ protected:
+  InpFile() : m_folder(fs::temp_directory_path() / ("qd_inp" + std::to_string(::getpid()))) {
+    fs::create_directories(m_folder);
+  }
+  ~InpFile() override { fs::remove_all(m_folder); }
+  fs::path Write(const std::string& text, const std::string& name = "model.inp") {
+    std::ofstream(m_folder / name, std::ios::binary) << text;
+    return m_folder / name;
+  }
+  static ImportedModel Read(const fs::path& path) {
+    return ReadInpFile(path, [](double) {});
+  }
+  /// The error that reading a text ends with, as key and detail.
+  std::string ErrorOf(const std::string& text) {
+    try {
+      Read(Write(text));
+    } catch (const ImportError& error) {
+      return error.key + " " + error.detail;
+    }
+    return "none";
+  }
+  /// Sets as "name(elements/nodes)", nested ones in brackets.
+  static std::string Describe(const ImportedModel& model, std::int32_t parent = -1) {
+    std::string text;
+    for (std::size_t i = 0; i < model.meshSets.size(); ++i) {
+      const ImportedMeshSet& set = model.meshSets[i];
+      if (set.parent != parent) continue;
+      text += (text.empty() ? "" : " ") + set.name + "(" + std::to_string(ElementCountOf(set.mesh)) + "/" +
+              std::to_string(set.mesh.nodeIds.size()) + ")";
+      const std::string below = Describe(model, static_cast<std::int32_t>(i));
+      if (!below.empty()) text += " [" + below + "]";
+    }
+    return text;
+  }
+  fs::path m_folder;
+};
+
+const std::string kNodes = "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,2,0,0\n6,2,1,0\n";
+
+TEST_F(InpFile, ReadsSetsSectionsAndMaterials) {
+  const ImportedModel model = Read(fs::path(QD_SOURCE_FOLDER) / "examples" / "bracket.inp");
+  EXPECT_EQ(Describe(model), "SOLIDS(0/0) [WEDGES(2/8) BLOCK(1/8) [LEFT(1/8)]] PLATE(2/6)");
+  ASSERT_EQ(model.materials.size(), 1U);
+  EXPECT_EQ(model.materials[0].name, "STEEL");
+  EXPECT_DOUBLE_EQ(model.materials[0].youngsModulus, 210000);
+  EXPECT_DOUBLE_EQ(model.materials[0].poissonsRatio, 0.3);
+  EXPECT_DOUBLE_EQ(model.materials[0].density, 7.85e-9);
+  for (const ImportedMeshSet& set : model.meshSets) {
+    if (set.name == "SOLIDS") continue;  // holds nothing of its own
+    ASSERT_GE(set.property, 0) << set.name;
+    const ImportedProperty& property = model.properties[static_cast<std::size_t>(set.property)];
+    EXPECT_EQ(property.name, set.name == "PLATE" ? "PLATE" : "SOLIDS");
+    EXPECT_DOUBLE_EQ(property.size, set.name == "PLATE" ? 2 : 0);
+  }
+  EXPECT_TRUE(model.notes.empty());
+}
+
+struct GroupCase {
+  const char* sets;
+  const char* expected;
+  std::size_t notes;
+};
+class InpGroups : public InpFile, public ::testing::WithParamInterface<GroupCase> {};
+TEST_P(InpGroups, NestWhatLiesInOneAnotherAndDoubleNothing) {
+  const ImportedModel model =
+      Read(Write(kNodes + "*ELEMENT, TYPE=S3\n1,1,2,3\n2,1,3,4\n3,2,5,6\n4,2,6,3\n" + GetParam().sets));
+  EXPECT_EQ(Describe(model), GetParam().expected);
+  EXPECT_EQ(model.notes.size(), GetParam().notes);
+  std::uint64_t elements = 0;
+  for (const ImportedMeshSet& set : model.meshSets) elements += ElementCountOf(set.mesh);
+  EXPECT_EQ(elements, 4U);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Sets, InpGroups,
+    ::testing::Values(GroupCase{"", "model(4/6)", 0}, GroupCase{"*ELSET,ELSET=A\n1,2\n", "model(2/4) A(2/4)", 0},
+                      GroupCase{"*Elset, elset=A, generate\n1,4,1\n*ELSET,ELSET=B\n2,\n*ELSET,ELSET=C\n2,3\n",
+                                "A(2/4) [C(1/3) [B(1/3)]]", 0},
+                      GroupCase{"*ELSET,ELSET=A\n1,2\n*ELSET,ELSET=A\n3,4\n", "A(4/6)", 0},
+                      GroupCase{"*ELSET,ELSET=A\n1,2\n*ELSET,ELSET=B\n2,1\n*ELSET,ELSET=C\n3,4\n", "C(2/4) A(2/4)",
+                                1},
+                      GroupCase{"*ELSET,ELSET=A\n1,2,3\n*ELSET,ELSET=B\n3,4\n", "A(2/4) B(2/4)", 1},
+                      GroupCase{"*ELSET,ELSET=ALL\nA,B\n*ELSET,ELSET=A\n1\n*ELSET,ELSET=B\n2,3,4\n",
+                                "ALL(0/0) [B(3/6) A(1/3)]", 0}));
+
+TEST_F(InpFile, FollowsIncludesPartsAndInstances) {
+  fs::create_directories(m_folder / "sub");
+  Write("*INCLUDE, INPUT=\"more.inp\"\n", "sub/first.inp");
+  Write("*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n", "sub/more.inp");
+  EXPECT_EQ(Describe(Read(Write(kNodes.substr(0, 30) + "*Include, input=sub/first.inp\n"))), "E(1/3)");
+  const ImportedModel model = Read(Write("*PART, NAME=P\n" + kNodes +
+                                         "*ELEMENT,TYPE=S4,ELSET=E\n1,1,2,3,4\n2,2,5,6,3\n*END PART\n"
+                                         "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=P\n*END INSTANCE\n"
+                                         "*INSTANCE, NAME=P-2, PART=P\n10,0,0\n10,0,0,10,0,1,90\n*END INSTANCE\n"
+                                         "*ELSET, ELSET=Chosen, INSTANCE=P-2\n2\n*END ASSEMBLY\n"));
+  EXPECT_EQ(Describe(model), "P-1(0/0) [E(2/6)] P-2(0/0) [E(1/4) [Chosen(1/4)]]");
+  const MeshData& turned = model.meshSets.back().mesh;  // shifted by ten, then turned about the shifted origin
+  EXPECT_EQ(turned.nodeIds, (std::vector<std::uint64_t>{8, 9, 11, 12}));
+  EXPECT_NEAR(turned.coordinates[0], 10, 1e-12);
+  EXPECT_NEAR(turned.coordinates[1], 1, 1e-12);
+  EXPECT_EQ(turned.blocks[0].elementIds, (std::vector<std::uint64_t>{4}));
+}
+
+TEST_F(InpFile, BringsNodesOfElementsIntoTheOrderOfRecords) {
+  // The middle nodes lie in the middle of edges: each record's node is where its own numbering wants it.
+  for (const char* name : {"C3D10", "C3D20R", "C3D15", "B32", "S8R", "S6"}) {
+    const InpElement& element = *FindInpElement(name);
+    std::vector<int> order(static_cast<std::size_t>(element.nodes));
+    std::iota(order.begin(), order.end(), 0);
+    if (!element.order.empty()) order.assign(element.order.begin(), element.order.end());
+    std::vector<int> sorted = order;
+    std::sort(sorted.begin(), sorted.end());
+    for (int i = 0; i < element.nodes; ++i) EXPECT_EQ(sorted[static_cast<std::size_t>(i)], i) << name;
+    EXPECT_FALSE(InpNameOf(element.elementType).empty());
+    EXPECT_EQ(FindElementType(element.elementType)->nodes, element.nodes);
+  }
+  EXPECT_EQ(FindInpElement("C3D20R")->elementType, 17);
+  EXPECT_EQ(FindInpElement("C3D2"), nullptr);
+  EXPECT_EQ(FindInpElement("S42"), nullptr);
+  EXPECT_EQ(FindInpElement("CPS4R")->elementType, 3);
+}
+
+struct BadCase {
+  const char* text;
+  const char* error;
+};
+class BadInp : public InpFile, public ::testing::WithParamInterface<BadCase> {};
+TEST_P(BadInp, IsRefusedWithItsPlace) {
+  EXPECT_EQ(ErrorOf(kNodes + GetParam().text), GetParam().error);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Texts, BadInp,
+    ::testing::Values(
+        BadCase{"*ELEMENT, TYPE=S4\n1,1,2,3\n", "IDS_WB_IMPORT_INP_COUNT model.inp, 9: 1,1,2,3"},
+        BadCase{"*ELEMENT, TYPE=S3\n1,1,2,3,4\n", "IDS_WB_IMPORT_INP_COUNT model.inp, 9: 1,1,2,3,4"},
+        BadCase{"*ELEMENT, TYPE=C3D8\n1,1,2,3,4,\n5,6", "IDS_WB_IMPORT_INP_COUNT model.inp, 10: 5,6"},
+        BadCase{"*ELEMENT, TYPE=C3D8\n1,1,2,3,4,\n", "IDS_WB_IMPORT_INP_COUNT model.inp, 9: 1"},
+        BadCase{"*ELEMENT, TYPE=C3D99\n1,1\n", "IDS_WB_IMPORT_INP_TYPE model.inp, 8: C3D99"},
+        BadCase{"*ELEMENT\n1,1\n", "IDS_WB_IMPORT_INP_TYPE model.inp, 8: *ELEMENT"},
+        BadCase{"*ELEMENT, TYPE=S3\n7,1,2,99\n", "IDS_WB_IMPORT_INP_NODE 9: 7 - 99"},
+        BadCase{"*ELEMENT, TYPE=S3\n1,1,2,x\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: x"},
+        BadCase{"*ELEMENT, TYPE=S3\n1,1,2,-3\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: 1"},
+        BadCase{"*ELEMENT, TYPE=S3\n1,1,2,3\n1,1,3,4\n", "IDS_WB_IMPORT_INP_TWICE model.inp, 10: 1"},
+        BadCase{"*NODE\n3,0,0,0\n", "IDS_WB_IMPORT_INP_TWICE 3"},
+        BadCase{"*NODE\n9,0,1e999,0\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: 1e999"},
+        BadCase{"*ELSET, ELSET=A\n55\n", "IDS_WB_IMPORT_INP_ELEMENT model.inp, 9: 55"},
+        BadCase{"*ELSET, ELSET=A\nB\n", "IDS_WB_IMPORT_INP_SET B"},
+        BadCase{"*ELSET, ELSET=A, GENERATE\n1,9,0\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: 1,9,0"},
+        BadCase{"*SOLID SECTION, ELSET=NONE\n", "IDS_WB_IMPORT_INP_SET model.inp, 8: NONE"},
+        BadCase{"*INSTANCE, NAME=I, PART=NONE\n",
+                "IDS_WB_IMPORT_INP_SET model.inp, 8: *INSTANCE, NAME=I, PART=NONE"},
+        BadCase{"*STEP\n*STATIC\n", "IDS_WB_IMPORT_TRUNCATED "},
+        BadCase{"*END STEP\n", "IDS_WB_IMPORT_INP_END model.inp, 8: *END STEP"}));
+
+TEST_F(InpFile, CirclesOfIncludesAndOfSetsEnd) {
+  EXPECT_NE(ErrorOf("*INCLUDE, INPUT=model.inp\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
+  EXPECT_NE(ErrorOf("*INCLUDE, INPUT=/\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
+  EXPECT_EQ(ErrorOf(kNodes + "*ELSET,ELSET=A\nB\n*ELSET,ELSET=B\nA\n"), "none");
+}
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,100 @@
+#include "workbench/display/MeshLook.h"
+
+#include "host/CQDColorGenerator.h"
+
+namespace qd::workbench {
+
+namespace {
+
+enum Mode : unsigned {
+  kShading,
+  kEdgeShading,
+  kWireframe,
+  kFreeFaceWireframe,
+  kFeatureEdges,
+  kFeatureShading,
+  kBoundingBox
+};
+enum ColourMode : unsigned { kBySet, kByProperty, kByMaterial, kByElementType, kByTopSet };
+
+constexpr COLORREF kHighlight = Rgb(0xFF, 0x8C, 0x1A);
+constexpr COLORREF kNone = Rgb(0xA0, 0xA0, 0xA0);
+
+/// The same number always has the same colour, and neighbours are easy to tell apart.
+COLORREF ColourOfNumber(std::int32_t number) {
+  constexpr std::int32_t kColours = 64;
+  static const std::vector<COLORREF> colours = [] {
+    std::vector<COLORREF> made;
+    CQDColorGenerator generator;
+    for (std::int32_t i = 0; i < kColours; ++i) made.push_back(generator.GetNextColor());
+    return made;
+  }();
+  return colours[static_cast<std::size_t>(number % kColours)];
+}
+
+COLORREF ColourOf(const Database& database, const tagTMset& record, unsigned mode, int elementType) {
+  switch (mode) {
+    case kByProperty:
+      return record.property != 0 ? ColourOfNumber(database.GetRecordID(record.property)) : kNone;
+    case kByMaterial: {
+      IAppDB::Property property;
+      const bool known = database.GetProperty(record.property, property) != 0 && property.hasMaterial;
+      return known ? ColourOfNumber(property.materialNumber) : kNone;
+    }
+    case kByElementType:
+      return ColourOfNumber(elementType);
+    case kByTopSet: {
+      const tagTMset* top = &record;
+      while (top->parent != 0) {
+        const tagTMset* above = database.GetMsetPool().GetAtNU(database.GetMsetPool().GetItrByKey(top->parent));
+        if (above == nullptr) break;
+        top = above;
+      }
+      return top->colour;
+    }
+    default:
+      return record.colour;
+  }
+}
+
+}  // namespace
+
+SkinRequest RequestFor(const DisplayState::MeshLook& look) {
+  SkinRequest request;
+  request.shrink = look.shrink;
+  request.faces = look.mode <= kEdgeShading || look.mode == kFeatureShading;
+  switch (look.mode) {
+    case kShading:
+      request.lines = MeshLines::None;
+      break;
+    case kWireframe:
+      request.lines = MeshLines::AllElements;
+      break;
+    case kFeatureEdges:
+    case kFeatureShading:
+      request.lines = MeshLines::Features;
+      break;
+    default:
+      request.lines = MeshLines::FreeFaces;
+      break;
+  }
+  return request;
+}
+
+MsetLook LookOf(const Database& database, const DisplayState& display, const tagTMset& record, iterator itr,
+                const MeshSkin& skin, bool selected) {
+  const DisplayState::MeshLook wanted = display.GetMeshLook(record.key & kMsetKeyMask);
+  MsetLook look;
+  look.shown = display.IsMsetShown(itr) != 0;
+  look.box = wanted.mode == kBoundingBox;
+  look.wire = look.box || (wanted.mode >= kWireframe && wanted.mode <= kFeatureEdges);
+  look.opacity = wanted.opacity;
+  look.addOns = wanted.addOns;
+  for (const MeshSkin::Piece& piece : skin.pieces) {
+    look.colours.push_back(selected ? kHighlight
+                                    : ColourOf(database, record, display.GetMeshColorMode(), piece.elementType));
+  }
+  return look;
+}
+
+}  // namespace qd::workbench

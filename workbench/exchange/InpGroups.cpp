@@ -1,0 +1,163 @@
+#include "workbench/exchange/InpGroups.h"
+
+#include <algorithm>
+#include <numeric>
+#include <unordered_map>
+
+#include "workbench/model/ElementTypes.h"
+
+namespace qd::workbench {
+
+namespace {
+
+constexpr std::uint32_t kNoSet = 0xFFFFFFFF;
+
+/// How the sets of a part lie in one another.
+struct Nesting {
+  std::vector<std::uint32_t> order;                 // the smallest set first; of equal ones the first written
+  std::vector<std::vector<std::uint32_t>> listing;  // by element: the sets that list it, in that order
+  std::vector<std::uint32_t> parent;                // by set: the smallest one that holds all of it
+  std::vector<bool> twin;                           // by set: an earlier one has the same elements
+};
+
+Nesting NestingOf(const InpPart& part) {
+  const std::vector<InpSet>& sets = part.sets;
+  Nesting nesting;
+  nesting.order.resize(sets.size());
+  std::iota(nesting.order.begin(), nesting.order.end(), 0U);
+  std::stable_sort(nesting.order.begin(), nesting.order.end(), [&sets](std::uint32_t a, std::uint32_t b) {
+    return sets[a].elements.size() < sets[b].elements.size();
+  });
+  std::vector<std::uint32_t> rank(sets.size());
+  for (std::uint32_t i = 0; i < nesting.order.size(); ++i) rank[nesting.order[i]] = i;
+  nesting.listing.resize(part.elements.size());
+  for (const std::uint32_t set : nesting.order) {
+    for (const std::uint32_t element : sets[set].elements) nesting.listing[element].push_back(set);
+  }
+  nesting.parent.assign(sets.size(), kNoSet);
+  nesting.twin.assign(sets.size(), false);
+  for (std::uint32_t set = 0; set < sets.size(); ++set) {
+    // Sets that list every element of this one.
+    std::unordered_map<std::uint32_t, std::size_t> shared;
+    for (const std::uint32_t element : sets[set].elements) {
+      for (const std::uint32_t other : nesting.listing[element]) ++shared[other];
+    }
+    for (const auto& [other, count] : shared) {
+      if (other == set || count != sets[set].elements.size()) continue;
+      std::uint32_t& parent = nesting.parent[set];
+      if (sets[other].elements.size() == count) {
+        if (rank[other] < rank[set]) nesting.twin[set] = true;
+      } else if (parent == kNoSet || rank[other] < rank[parent]) {
+        parent = other;
+      }
+    }
+  }
+  return nesting;
+}
+
+/// Whether all elements of a set come into its mesh set or one that is nested in it.
+bool IsWhole(const InpPart& part, const Nesting& nesting, std::uint32_t set) {
+  return std::all_of(part.sets[set].elements.begin(), part.sets[set].elements.end(), [&](std::uint32_t element) {
+    std::uint32_t owner = nesting.listing[element].front();
+    while (owner != set && owner != kNoSet) owner = nesting.parent[owner];
+    return owner == set;
+  });
+}
+
+/// Builds the mesh of a group of elements.
+class GroupMesh {
+ public:
+  explicit GroupMesh(const InpPart& part) : m_part(part), m_used(part.nodeIds.size(), false) {}
+
+  void Add(std::uint32_t place) {
+    const InpPart::Element& element = m_part.elements[place];
+    const int nodes = FindElementType(element.elementType)->nodes;
+    const auto found = m_blockOf.find(element.elementType);
+    if (found == m_blockOf.end()) {
+      m_blockOf[element.elementType] = m_mesh.blocks.size();
+      m_mesh.blocks.emplace_back();
+      m_mesh.blocks.back().elementType = element.elementType;
+      m_mesh.blocks.back().nodesPerElement = nodes;
+    }
+    MeshData::Block& block = m_mesh.blocks[m_blockOf[element.elementType]];
+    block.elementIds.push_back(element.id);
+    for (int i = 0; i < nodes; ++i) {
+      const std::uint64_t node = m_part.elementNodes[element.firstNode + static_cast<std::uint64_t>(i)];
+      block.nodeIds.push_back(node);
+      const auto at = std::lower_bound(m_part.nodeIds.begin(), m_part.nodeIds.end(), node);
+      m_used[static_cast<std::size_t>(at - m_part.nodeIds.begin())] = true;
+    }
+  }
+  void AddNode(std::size_t place) { m_used[place] = true; }
+  MeshData Take() {
+    for (std::size_t place = 0; place < m_used.size(); ++place) {
+      if (!m_used[place]) continue;
+      m_mesh.nodeIds.push_back(m_part.nodeIds[place]);
+      const auto at = m_part.coordinates.begin() + static_cast<std::ptrdiff_t>(place) * 3;
+      m_mesh.coordinates.insert(m_mesh.coordinates.end(), at, at + 3);
+    }
+    return std::move(m_mesh);
+  }
+
+ private:
+  const InpPart& m_part;
+  std::vector<bool> m_used;
+  std::unordered_map<int, std::size_t> m_blockOf;
+  MeshData m_mesh;
+};
+
+/// The property that all elements of a group have, -1 when they differ.
+std::int32_t CommonProperty(const InpPart& part, const std::vector<std::uint32_t>& elements) {
+  if (part.propertyOfElement.empty() || elements.empty()) return -1;
+  const std::int32_t first = part.propertyOfElement[elements.front()];
+  const bool same = std::all_of(elements.begin(), elements.end(),
+                                [&](std::uint32_t element) { return part.propertyOfElement[element] == first; });
+  return same ? first : -1;
+}
+
+}  // namespace
+
+void AddGroups(const InpPart& part, bool always, ImportedModel& model) {
+  const Nesting nesting = NestingOf(part);
+  // Of the sets that list an element, the smallest owns it.
+  std::vector<std::vector<std::uint32_t>> owned(part.sets.size());
+  std::vector<std::uint32_t> homeless;
+  for (std::uint32_t element = 0; element < nesting.listing.size(); ++element) {
+    const auto& sets = nesting.listing[element];
+    (sets.empty() ? homeless : owned[sets.front()]).push_back(element);
+  }
+  std::vector<bool> used(part.nodeIds.size(), false);
+  for (const std::uint64_t node : part.elementNodes) {
+    const auto at = std::lower_bound(part.nodeIds.begin(), part.nodeIds.end(), node);
+    used[static_cast<std::size_t>(at - part.nodeIds.begin())] = true;
+  }
+  std::int32_t top = -1;
+  if (always || !homeless.empty() || std::find(used.begin(), used.end(), false) != used.end()) {
+    GroupMesh mesh(part);
+    for (const std::uint32_t element : homeless) mesh.Add(element);
+    for (std::size_t node = 0; node < used.size(); ++node) {
+      if (!used[node]) mesh.AddNode(node);
+    }
+    if (always) top = static_cast<std::int32_t>(model.meshSets.size());
+    model.meshSets.push_back({part.name, -1, CommonProperty(part, homeless), mesh.Take()});
+  }
+  // The largest first, so that every set comes after the one that it lies in.
+  std::vector<std::int32_t> placeOf(part.sets.size(), -1);
+  for (auto at = nesting.order.rbegin(); at != nesting.order.rend(); ++at) {
+    const std::uint32_t set = *at;
+    if (nesting.twin[set]) {
+      model.notes.push_back({"IDS_WB_NOTE_SAME_SET", part.sets[set].name});
+      continue;
+    }
+    if (!IsWhole(part, nesting, set)) model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", part.sets[set].name});
+    GroupMesh mesh(part);
+    for (const std::uint32_t element : owned[set]) mesh.Add(element);
+    std::uint32_t above = nesting.parent[set];
+    while (above != kNoSet && nesting.twin[above]) above = nesting.parent[above];
+    placeOf[set] = static_cast<std::int32_t>(model.meshSets.size());
+    model.meshSets.push_back({part.sets[set].name, above != kNoSet ? placeOf[above] : top,
+                              CommonProperty(part, owned[set]), mesh.Take()});
+  }
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,266 @@
+#include "workbench/view/MeshBatch.h"
+
+#include <vtkActor.h>
+#include <vtkCellArray.h>
+#include <vtkFloatArray.h>
+#include <vtkNew.h>
+#include <vtkPointData.h>
+#include <vtkPoints.h>
+#include <vtkPolyData.h>
+#include <vtkPolyDataMapper.h>
+#include <vtkProperty.h>
+#include <vtkRenderer.h>
+#include <vtkTypeInt64Array.h>
+#include <vtkUnsignedCharArray.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "host/Display.h"
+
+namespace qd::workbench {
+
+namespace {
+
+constexpr COLORREF kEdge = Rgb(0x28, 0x2C, 0x32);
+constexpr COLORREF kNode = Rgb(0x10, 0x40, 0xA0);
+
+}  // namespace
+
+/// What one actor draws.
+struct MeshBatch::Arrays {
+  int corners = 3;  // of a cell
+  std::vector<float> points;
+  std::vector<unsigned char> colours;  // red, green, blue, opacity, beside points
+  std::vector<vtkTypeInt64> cells;     // point numbers
+  std::vector<std::pair<std::int64_t, iterator>> firstCells;
+
+  std::int64_t PointCount() const { return static_cast<std::int64_t>(points.size() / 3); }
+  void Begin(iterator itr) { firstCells.emplace_back(static_cast<std::int64_t>(cells.size()) / corners, itr); }
+  void AddPoint(float x, float y, float z, COLORREF colour, std::uint8_t opacity = 255) {
+    points.insert(points.end(), {x, y, z});
+    Paint(1, colour, opacity);
+  }
+  void Paint(std::size_t count, COLORREF colour, std::uint8_t opacity) {
+    const std::array<unsigned char, 4> one{static_cast<unsigned char>(colour & 0xFFU),
+                                           static_cast<unsigned char>(colour >> 8U & 0xFFU),
+                                           static_cast<unsigned char>(colour >> 16U & 0xFFU), opacity};
+    for (std::size_t i = 0; i < count; ++i) colours.insert(colours.end(), one.begin(), one.end());
+  }
+  void AddCells(const MeshSkin::Piece& piece, const std::vector<std::uint32_t>& numbers, COLORREF colour,
+                std::uint8_t opacity) {
+    if (numbers.empty()) return;
+    const std::int64_t base = PointCount();
+    points.insert(points.end(), piece.points.begin(), piece.points.end());
+    Paint(piece.points.size() / 3, colour, opacity);
+    cells.reserve(cells.size() + numbers.size());
+    for (const std::uint32_t number : numbers) cells.push_back(base + number);
+  }
+};
+
+namespace {
+
+/// The outline of the bounding box of a skin.
+template <typename Arrays>
+void AddBox(Arrays& lines, const MeshSkin& skin, COLORREF colour) {
+  const std::int64_t base = lines.PointCount();
+  for (int corner = 0; corner < 8; ++corner) {
+    lines.AddPoint(skin.bounds[corner & 1], skin.bounds[2 + (corner >> 1 & 1)], skin.bounds[4 + (corner >> 2 & 1)],
+                   colour);
+  }
+  for (int corner = 0; corner < 8; ++corner) {
+    for (const int axis : {1, 2, 4}) {
+      if ((corner & axis) == 0) lines.cells.insert(lines.cells.end(), {base + corner, base + (corner | axis)});
+    }
+  }
+}
+
+using Axis = std::array<float, 3>;
+
+Axis Unit(const Axis& a) {
+  const float length = std::sqrt(a[0] * a[0] + a[1] * a[1] + a[2] * a[2]);
+  return length > 0 ? Axis{a[0] / length, a[1] / length, a[2] / length} : a;
+}
+Axis Cross(const Axis& a, const Axis& b) {
+  return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
+}
+
+/// Three axes at a point, red, green and blue.
+template <typename Arrays>
+void AddAxes(Arrays& lines, const float* at, const std::array<Axis, 3>& axes, float length) {
+  constexpr COLORREF kColours[] = {Rgb(0xD0, 0x20, 0x20), Rgb(0x20, 0x90, 0x20), Rgb(0x20, 0x40, 0xE0)};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const std::int64_t base = lines.PointCount();
+    lines.AddPoint(at[0], at[1], at[2], kColours[i]);
+    lines.AddPoint(at[0] + length * axes[i][0], at[1] + length * axes[i][1], at[2] + length * axes[i][2],
+                   kColours[i]);
+    lines.cells.insert(lines.cells.end(), {base, base + 1});
+  }
+}
+
+constexpr std::array<Axis, 3> kGlobal{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+
+/// Coordinate systems at the nodes and elements in sight. Nodes and isotropic materials are in the global system;
+/// an element's x axis runs along its first edge, z out of its face.
+template <typename Arrays>
+void AddSystems(Arrays& lines, const MeshSkin& skin, std::uint32_t addOns) {
+  const float length = skin.edgeLength * 0.4F;
+  for (const MeshSkin::Piece& piece : skin.pieces) {
+    if ((addOns & kAddOnNodalSystems) != 0) {
+      for (std::size_t i = 0; i + 2 < piece.points.size(); i += 3)
+        AddAxes(lines, &piece.points[i], kGlobal, length);
+    }
+    if ((addOns & (kAddOnElementSystems | kAddOnMaterialSystems)) == 0) continue;
+    for (std::size_t i = 0; i + 2 < piece.triangles.size(); i += 3) {
+      const bool again = i > 0 && piece.elements[i / 3] == piece.elements[i / 3 - 1];
+      if (again) continue;  // the other half of a quadrangle
+      Axis corner[3];
+      Axis centre{};
+      for (std::size_t c = 0; c < 3; ++c) {
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+          corner[c][axis] = piece.points[std::size_t{piece.triangles[i + c]} * 3 + axis];
+          centre[axis] += corner[c][axis] / 3;
+        }
+      }
+      const auto minus = [](const Axis& a, const Axis& b) { return Axis{a[0] - b[0], a[1] - b[1], a[2] - b[2]}; };
+      const Axis x = Unit(minus(corner[1], corner[0]));
+      const Axis z = Unit(Cross(x, minus(corner[2], corner[0])));
+      if ((addOns & kAddOnElementSystems) != 0) AddAxes(lines, centre.data(), {x, Cross(z, x), z}, length);
+      if ((addOns & kAddOnMaterialSystems) != 0) AddAxes(lines, centre.data(), kGlobal, length * 0.7F);
+    }
+  }
+}
+
+}  // namespace
+
+MeshBatch::~MeshBatch() {
+  for (Layer& layer : m_layers) {
+    if (layer.actor != nullptr) m_renderer.RemoveActor(layer.actor);
+  }
+}
+
+std::size_t MeshBatch::SizeOf(const MsetDrawing& drawing) {
+  return drawing.skin != nullptr ? drawing.skin->TriangleCount() + drawing.skin->LineCount() : 0;
+}
+
+bool MeshBatch::HasRoomFor(std::size_t size) const {
+  constexpr std::size_t kMostCells = 50'000;
+  constexpr std::size_t kMostSets = 2'000;
+  return m_drawings.empty() || (m_size + size <= kMostCells && m_drawings.size() < kMostSets);
+}
+
+void MeshBatch::Add(const MsetDrawing& drawing) {
+  m_drawings.push_back(&drawing);
+  m_size += SizeOf(drawing);
+  m_dirty = true;
+}
+
+void MeshBatch::Remove(const MsetDrawing& drawing) {
+  m_size -= SizeOf(drawing);
+  std::erase(m_drawings, &drawing);
+  m_dirty = true;
+}
+
+void MeshBatch::MakeActor(Layer& layer, LayerKind kind) {
+  layer.actor = vtkSmartPointer<vtkActor>::New();
+  vtkNew<vtkPolyDataMapper> mapper;
+  mapper->SetScalarModeToUsePointData();
+  mapper->SetColorModeToDirectScalars();
+  mapper->ScalarVisibilityOn();
+  vtkProperty* property = layer.actor->GetProperty();
+  if (kind == kFaces || kind == kSeeThrough) {
+    // Faces step back a little, so that the lines on them are seen whole.
+    mapper->SetResolveCoincidentTopologyToPolygonOffset();
+    mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1, 1);
+    property->SetInterpolationToFlat();
+  } else {
+    property->LightingOff();
+  }
+  if (kind == kSeeThrough) layer.actor->ForceTranslucentOn();
+  if (kind == kNodes) property->SetPointSize(4);
+  if (kind == kNodes || kind == kAxes) layer.actor->PickableOff();
+  if (kind == kAxes) property->SetLineWidth(1.5F);
+  layer.actor->SetMapper(mapper);
+  m_renderer.AddActor(layer.actor);
+}
+
+void MeshBatch::Fill(Layer& layer, LayerKind kind, const Arrays& arrays) {
+  if (arrays.cells.empty()) {
+    if (layer.actor != nullptr) layer.actor->VisibilityOff();
+    return;
+  }
+  if (layer.actor == nullptr) MakeActor(layer, kind);
+  vtkNew<vtkFloatArray> coordinates;
+  coordinates->SetNumberOfComponents(3);
+  coordinates->SetNumberOfTuples(arrays.PointCount());
+  std::copy(arrays.points.begin(), arrays.points.end(), coordinates->GetPointer(0));
+  vtkNew<vtkPoints> points;
+  points->SetData(coordinates);
+  const int components = kind == kSeeThrough ? 4 : 3;
+  vtkNew<vtkUnsignedCharArray> colours;
+  colours->SetNumberOfComponents(components);
+  colours->SetNumberOfTuples(arrays.PointCount());
+  unsigned char* to = colours->GetPointer(0);
+  for (std::size_t i = 0; i < arrays.colours.size(); i += 4, to += components) {
+    std::copy_n(&arrays.colours[i], components, to);
+  }
+  vtkNew<vtkTypeInt64Array> connectivity;
+  connectivity->SetNumberOfValues(static_cast<vtkIdType>(arrays.cells.size()));
+  std::copy(arrays.cells.begin(), arrays.cells.end(), connectivity->GetPointer(0));
+  vtkNew<vtkCellArray> cells;
+  cells->SetData(arrays.corners, connectivity);
+  vtkNew<vtkPolyData> data;
+  data->SetPoints(points);
+  data->GetPointData()->SetScalars(colours);
+  if (arrays.corners == 3) data->SetPolys(cells);
+  if (arrays.corners == 2) data->SetLines(cells);
+  if (arrays.corners == 1) data->SetVerts(cells);
+  static_cast<vtkPolyDataMapper*>(layer.actor->GetMapper())->SetInputData(data);
+  layer.actor->VisibilityOn();
+}
+
+void MeshBatch::Refresh() {
+  if (!std::exchange(m_dirty, false)) return;
+  Arrays arrays[kLayers];
+  arrays[kLines].corners = arrays[kAxes].corners = 2;
+  arrays[kNodes].corners = 1;
+  for (const MsetDrawing* drawing : m_drawings) {
+    if (drawing->skin == nullptr || !drawing->look || !drawing->look->shown) continue;
+    const MsetLook& look = *drawing->look;
+    for (Arrays& layer : arrays) layer.Begin(drawing->itr);
+    if (look.box) AddBox(arrays[kLines], *drawing->skin, look.colours.empty() ? kEdge : look.colours.front());
+    for (std::size_t i = 0; i < drawing->skin->pieces.size() && !look.box; ++i) {
+      const MeshSkin::Piece& piece = drawing->skin->pieces[i];
+      const COLORREF colour = look.colours[i];
+      if (look.opacity != 0 && drawing->request.faces) {
+        arrays[look.opacity == 255 ? kFaces : kSeeThrough].AddCells(piece, piece.triangles, colour, look.opacity);
+      }
+      const bool own = look.wire || piece.elementLines < piece.lines.size();
+      arrays[kLines].AddCells(piece, piece.lines, own ? colour : kEdge, 255);
+      if ((look.addOns & kAddOnNodes) != 0 || piece.elementType == 15) {
+        std::vector<std::uint32_t> all(piece.nodes.size());
+        for (std::uint32_t n = 0; n < all.size(); ++n) all[n] = n;
+        arrays[kNodes].AddCells(piece, all, kNode, 255);
+      }
+    }
+    AddSystems(arrays[kAxes], *drawing->skin, look.addOns);
+  }
+  for (int kind = 0; kind < kLayers; ++kind) {
+    m_layers[kind].firstCells = std::move(arrays[kind].firstCells);
+    Fill(m_layers[kind], static_cast<LayerKind>(kind), arrays[kind]);
+  }
+}
+
+iterator MeshBatch::SetOfCell(const vtkProp* prop, std::int64_t cell) const {
+  for (const Layer& layer : m_layers) {
+    if (layer.actor == nullptr || layer.actor != prop) continue;
+    const auto after = std::upper_bound(layer.firstCells.begin(), layer.firstCells.end(), cell,
+                                        [](std::int64_t value, const auto& first) { return value < first.first; });
+    if (after != layer.firstCells.begin()) return std::prev(after)->second;
+  }
+  return 0;
+}
+
+}  // namespace qd::workbench

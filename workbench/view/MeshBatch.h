@@ -1,0 +1,67 @@
+#pragma once
+
+#include <vtkSmartPointer.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "host/Types.h"
+#include "workbench/display/MeshLook.h"
+
+class vtkActor;
+class vtkPolyData;
+class vtkProp;
+class vtkRenderer;
+
+namespace qd::workbench {
+
+/// A mesh set in the view.
+struct MsetDrawing {
+  iterator itr = 0;
+  std::shared_ptr<const MeshData> mesh;
+  SkinRequest request;                   ///< what `skin` was made for
+  std::shared_ptr<const MeshSkin> skin;  ///< null until it was made
+  std::optional<MsetLook> look;          ///< none until it was first drawn
+};
+
+/// Mesh sets that are drawn together: one actor for each kind of thing, however many sets there are. A change of
+/// one of them makes the arrays of the batch anew, so a batch is not large.
+class MeshBatch {
+ public:
+  explicit MeshBatch(vtkRenderer& renderer) : m_renderer(renderer) {}
+  ~MeshBatch();
+  MeshBatch(const MeshBatch&) = delete;
+  MeshBatch& operator=(const MeshBatch&) = delete;
+
+  bool HasRoomFor(std::size_t size) const;
+  void Add(const MsetDrawing& drawing);
+  void Remove(const MsetDrawing& drawing);
+  bool IsEmpty() const { return m_drawings.empty(); }
+  void Touch() { m_dirty = true; }
+  /// Makes the arrays anew if anything was touched.
+  void Refresh();
+  /// The set that a cell of a picked prop belongs to, 0 for none.
+  iterator SetOfCell(const vtkProp* prop, std::int64_t cell) const;
+  static std::size_t SizeOf(const MsetDrawing& drawing);
+
+ private:
+  enum LayerKind { kFaces, kSeeThrough, kLines, kNodes, kAxes, kLayers };
+  struct Layer {
+    vtkSmartPointer<vtkActor> actor;
+    std::vector<std::pair<std::int64_t, iterator>> firstCells;  // by cell
+  };
+  struct Arrays;
+
+  void Fill(Layer& layer, LayerKind kind, const Arrays& arrays);
+  void MakeActor(Layer& layer, LayerKind kind);
+
+  vtkRenderer& m_renderer;
+  std::vector<const MsetDrawing*> m_drawings;
+  std::size_t m_size = 0;
+  Layer m_layers[kLayers];
+  bool m_dirty = false;
+};
+
+}  // namespace qd::workbench
