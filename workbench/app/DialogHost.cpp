@@ -7,6 +7,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/IncludeExcludeDialog.h"
 #include "workbench/app/MaterialDialog.h"
+#include "workbench/app/MeshDialog.h"
 #include "workbench/app/OperationDialog.h"
 
 namespace qd::workbench {
@@ -128,7 +129,29 @@ void DialogHost::OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, vo
        dialogClass);
 }
 
+/// The generators of surface and solid meshes, automatic or mapped as the last command says.
+void DialogHost::OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments) {
+  const unsigned command = IQueryMenuID2Idx::Instance().GetLastCommand();
+  OperationForm form = kMeshForm;
+  form.dimension = dialogClass == L"CQDMeshGen2DDlg" ? 2 : 3;
+  form.solidsOnly = form.dimension == 3;
+  form.mapped = command == kCommandMeshMap2D || command == kCommandMeshMap3D;
+  const char* titles[2][2] = {{"IDS_MENU_WRT_MESH_ADD_2D_AUTO", "IDS_MENU_WRT_MESH_ADD_2D_MAP"},
+                              {"IDS_MENU_WRT_MESH_ADD_3D_AUTO", "IDS_MENU_WRT_MESH_ADD_3D_MAP"}};
+  form.titleKey = titles[form.dimension - 2][form.mapped ? 1 : 0];
+  const std::vector<iterator> parts = arguments.remesh ? arguments.targets : PartsInView();
+  Show(new OperationDialog(m_doc, m_runner, form, parts, m_window), dialogClass);
+}
+
 void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first, const void*) {
+  if (dialogClass == L"CQDMeshGen2DDlg" || dialogClass == L"CQDMeshGen3DDlg") {
+    return OpenMeshing(dialogClass, *static_cast<const tagTMeshGUI*>(first));
+  }
+  const bool forSet = dialogClass == L"CQDMeshIncludeExcludeDlg";
+  if (MeshDialog* dialog = MakeMeshDialog(m_doc, dialogClass, forSet ? *static_cast<const iterator*>(first) : 0,
+                                          IQueryMenuID2Idx::Instance().GetLastCommand(), m_window)) {
+    return Show(dialog, dialogClass);
+  }
   if (dialogClass == L"CQDGeomIncludeExcludeDlg") {
     return Show(new IncludeExcludeDialog(m_doc, *static_cast<const iterator*>(first), m_window), dialogClass);
   }

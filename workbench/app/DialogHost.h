@@ -7,13 +7,14 @@
 #include <vector>
 
 #include "host/Dialogs.h"
+#include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/IAppWrt.h"
 #include "workbench/app/OperationRunner.h"
 
 namespace qd::workbench {
 
 /// Opens the dialogs that the works trees ask for by name. They are modeless and belong to the window.
-class DialogHost final : public IAppWrt, public IGeomDialog {
+class DialogHost final : public IAppWrt, public IGeomDialog, public IQDMeshgDialog {
  public:
   DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window);
   ~DialogHost() override;
@@ -22,15 +23,17 @@ class DialogHost final : public IAppWrt, public IGeomDialog {
   void CloseDialog(CQDDocBase* doc, const CString& dialogClass) override;
   void OpenMeshDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
   void CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) override;
-  int GetMenuIndexOfAutoSolid() const override { return 0; }
-  int GetMenuIndexOfMapSolid() const override { return 1; }
-  int GetMenuIndexOf2D3D() const override { return 2; }
-  int GetMenuIndexOfAutoLayer() const override { return 3; }
+  /// Layered and swept meshes are made anew as automatic ones; sweeping works on mesh sets, not on parts.
+  int GetMenuIndexOfAutoSolid() const override { return kCommandMeshAuto3D; }
+  int GetMenuIndexOfMapSolid() const override { return kCommandMeshMap3D; }
+  int GetMenuIndexOf2D3D() const override { return kCommandMeshAuto3D; }
+  int GetMenuIndexOfAutoLayer() const override { return kCommandMeshAuto3D; }
 
  protected:
   void Open(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second) override;
 
  private:
+  void OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments);
   void Show(QDialog* dialog, const CString& dialogClass);
   std::vector<iterator> PartsOfKeys(const std::vector<iterator>& keys) const;
   /// The selected parts that are shown, or all that are shown.

@@ -1,10 +1,9 @@
 #include "workbench/app/OperationDialog.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialogButtonBox>
-#include <QDoubleSpinBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
@@ -18,9 +17,6 @@
 namespace qd::workbench {
 
 namespace {
-
-constexpr double kFar = 1e9;
-constexpr int kDecimals = 6;
 
 struct Box {
   std::array<double, 3> least;
@@ -41,15 +37,6 @@ Box BoxOf(WorkDocument& doc, const std::vector<iterator>& parts) {
     }
   }
   return box;
-}
-
-QDoubleSpinBox* MakeNumber(double value) {
-  auto* number = new QDoubleSpinBox;
-  number->setRange(-kFar, kFar);
-  number->setDecimals(kDecimals);
-  number->setValue(value);
-  number->setButtonSymbols(QAbstractSpinBox::NoButtons);
-  return number;
 }
 
 }  // namespace
@@ -87,6 +74,11 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
     }
     layout->addRow(Text("IDS_WB_ATTACH_MODE"), m_alignment);
   }
+  if (form.kind == ShapeOperationKind::Mesh) {
+    m_secondOrder = new QCheckBox(Text("IDS_HWB_MESH_HIGH_ORDER"));
+    m_secondOrder->setObjectName("second");
+    layout->addRow(m_secondOrder);
+  }
   auto* buttons = new QDialogButtonBox;
   m_apply = buttons->addButton(Text("IDS_WB_APPLY"), QDialogButtonBox::ApplyRole);
   m_apply->setObjectName("apply");
@@ -97,18 +89,6 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
   connect(&runner, &OperationRunner::Started, this, [this] { m_apply->setEnabled(false); });
   connect(&runner, &OperationRunner::Ended, this, [this] { m_apply->setEnabled(true); });
   layout->addRow(buttons);
-}
-
-OperationDialog::Triple OperationDialog::AddTriple(QFormLayout& layout, const char* key,
-                                                   const std::array<double, 3>& values) {
-  Triple triple{};
-  auto* row = new QHBoxLayout;
-  for (std::size_t axis = 0; axis < triple.size(); ++axis) {
-    triple[axis] = MakeNumber(values[axis]);
-    row->addWidget(triple[axis]);
-  }
-  layout.addRow(Text(key), row);
-  return triple;
 }
 
 std::array<double, 3> OperationDialog::AlignmentWay() const {
@@ -128,6 +108,9 @@ std::array<double, 3> OperationDialog::AlignmentWay() const {
 void OperationDialog::Apply() {
   ShapeOperation operation;
   operation.kind = m_form.kind;
+  operation.dimension = m_form.dimension;
+  operation.mapped = m_form.mapped;
+  operation.secondOrder = m_secondOrder != nullptr && m_secondOrder->isChecked();
   for (std::size_t axis = 0; axis < 3; ++axis) {
     if (m_point[0] != nullptr) operation.point[axis] = m_point[axis]->value();
     if (m_vector[0] != nullptr) operation.vector[axis] = m_vector[axis]->value();

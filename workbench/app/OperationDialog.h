@@ -4,11 +4,11 @@
 #include <array>
 #include <vector>
 
+#include "workbench/app/NumberFields.h"
 #include "workbench/app/OperationRunner.h"
 
+class QCheckBox;
 class QComboBox;
-class QDoubleSpinBox;
-class QFormLayout;
 class QPushButton;
 
 namespace qd::workbench {
@@ -25,6 +25,8 @@ struct OperationForm {
   bool target = false;     ///< another part takes part
   bool alignment = false;  ///< the way follows from how two boxes are brought together
   bool solidsOnly = false;
+  int dimension = 3;    ///< of a mesh
+  bool mapped = false;  ///< likewise
 };
 
 /// A modeless dialog that works on parts. It stays open, so that a step can be repeated.
@@ -34,9 +36,6 @@ class OperationDialog final : public QDialog {
                   std::vector<iterator> parts, QWidget* parent);
 
  private:
-  using Triple = std::array<QDoubleSpinBox*, 3>;
-
-  Triple AddTriple(QFormLayout& layout, const char* key, const std::array<double, 3>& values);
   void Apply();
   /// The way that brings the parts to the target as chosen.
   std::array<double, 3> AlignmentWay() const;
@@ -45,10 +44,11 @@ class OperationDialog final : public QDialog {
   OperationRunner& m_runner;
   OperationForm m_form;
   std::vector<iterator> m_parts;
-  Triple m_point{};
-  Triple m_vector{};
+  TripleField m_point{};
+  TripleField m_vector{};
   QDoubleSpinBox* m_amount = nullptr;  // all are owned by this dialog
   QComboBox* m_target = nullptr;
+  QCheckBox* m_secondOrder = nullptr;
   QComboBox* m_alignment = nullptr;
   QPushButton* m_apply = nullptr;
 };

@@ -26,7 +26,6 @@ bool OperationRunner::Start(ShapeOperation operation, const std::vector<iterator
     emit Said(Text("IDS_WB_OPERATION_FAILED", {title, Text("IDS_WB_NO_PARTS")}), true);
     return false;
   }
-  m_kind = operation.kind;
   m_title = title;
   m_job = std::make_unique<ExchangeJob>(operation);
   connect(m_job.get(), &ExchangeJob::Progress, this, &OperationRunner::Progress);
@@ -36,6 +35,8 @@ bool OperationRunner::Start(ShapeOperation operation, const std::vector<iterator
                          : Text("IDS_WB_OPERATION_FAILED", {m_title, reason}),
         !reason.isEmpty(), false);
   });
+  m_operation = std::move(operation);
+  m_operation.operands.clear();
   emit Started(title);
   m_job->Start();
   return true;
@@ -48,11 +49,11 @@ void OperationRunner::Cancel() {
 void OperationRunner::Apply(ImportedModel& model) {
   Database& database = m_doc.GetDatabase();
   const CString title = FromQt(m_title);
-  const bool meshes = m_kind == ShapeOperationKind::Mesh;
+  const bool meshes = m_operation.kind == ShapeOperationKind::Mesh;
   int done = 0;
   if (meshes) {
-    done = AddMeshes(database, m_parts, std::move(model), title);
-  } else if (m_kind == ShapeOperationKind::Project) {
+    done = AddMeshes(database, m_parts, std::move(model), m_operation, title);
+  } else if (m_operation.kind == ShapeOperationKind::Project) {
     done = AddParts(database, m_parts, std::move(model), title);
   } else {
     done = ReplaceShapes(database, m_parts, std::move(model), title);

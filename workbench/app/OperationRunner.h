@@ -37,7 +37,7 @@ class OperationRunner final : public QObject {
   WorkDocument& m_doc;
   std::unique_ptr<ExchangeJob> m_job;
   std::vector<WorkedPart> m_parts;
-  ShapeOperationKind m_kind = ShapeOperationKind::Translate;
+  ShapeOperation m_operation;  // without its operands
   QString m_title;
 };
 

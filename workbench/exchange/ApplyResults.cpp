@@ -61,23 +61,50 @@ int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedM
   return StoreShapes(database, parts, std::move(results), title, Target::NewParts);
 }
 
+namespace {
+
+/// What the generator was given, as the property page shows it.
+tagTMGInfo GenerationOf(const ShapeOperation& operation, iterator part) {
+  constexpr int kSurfaces = 1;
+  constexpr int kUserSize = 1;
+  tagTMGInfo generation;
+  generation.kind = operation.dimension == 3 ? 0 : kSurfaces;
+  generation.method = operation.mapped ? tagTMGInfo::kMapSolid : tagTMGInfo::kAutoSolid;
+  generation.targets = {part};
+  generation.options["IDS_HWB_MESH_ELEM_SIZE"] = kUserSize;
+  generation.options["IDS_QDMESH_MESHSIZE_ST"] = operation.amount;
+  generation.options["IDS_HWB_MESH_HIGH_ORDER"] = operation.secondOrder;
+  if (!operation.mapped) generation.options["IDS_HWB_MESH_3D_MESHER"] = 0;
+  return generation;
+}
+
+}  // namespace
+
 int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
-              const CString& title) {
+              const ShapeOperation& operation, const CString& title) {
   if (results.meshSets.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
   MsetPool& meshes = database.GetMsetPool();
   return Act(database, title, [&] {
     Numbering next = NextNumbers(meshes);
     for (std::size_t i = 0; i < parts.size(); ++i) {
       const iterator before = meshes.GetItrByGeomItr(parts[i].itr);
-      if (before != 0 && meshes.TR_Del({before}) == 0) return false;
       const tagTGeom& geom = *database.GetGeomPool().GetAtNU(parts[i].itr);
       tagTMset record;
-      record.name = geom.name;
-      record.colour = geom.colour;
-      record.geom = parts[i].itr;
+      if (before != 0) {
+        record = *meshes.GetAtNU(before);  // keeps its name, its colour and its place
+        const iterator old = database.GetMGInfoPool().GetItrByKey(record.mgInfo);
+        if (old != 0 && database.GetMGInfoPool().Delete(old) == 0) return false;
+      } else {
+        record.name = geom.name;
+        record.colour = geom.colour;
+        record.geom = parts[i].itr;
+      }
+      const iterator generation = database.GetMGInfoPool().Add(GenerationOf(operation, parts[i].itr));
+      if (generation == 0) return false;
+      record.mgInfo = MGInfoPool::KeyOf(generation);
       PutMesh(record, next.Apply(std::make_shared<const MeshData>(std::move(results.meshSets[i].mesh))));
-      if (record.mesh != nullptr) next.Continue(*record.mesh);
-      if (meshes.Add(record) == 0) return false;
+      next.Continue(*record.mesh);
+      if (before != 0 ? meshes.Modify(before, record) == 0 : meshes.Add(record) == 0) return false;
     }
     return true;
   });

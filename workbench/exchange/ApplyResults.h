@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "workbench/exchange/ImportedModel.h"
+#include "workbench/exchange/Protocol.h"
 #include "workbench/model/Database.h"
 
 namespace qd::workbench {
@@ -21,8 +22,9 @@ int ReplaceShapes(Database& database, const std::vector<WorkedPart>& parts, Impo
 /// Adds the results as new parts, named after the ones they were made from, in the current geometry set.
 int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
              const CString& title);
-/// Gives parts meshes, instead of those that they may have.
+/// Gives parts the meshes that an operation made, in place of those that they may have, and notes how they were
+/// made.
 int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
-              const CString& title);
+              const ShapeOperation& operation, const CString& title);
 
 }  // namespace qd::workbench

@@ -28,7 +28,8 @@ struct Part {
   std::size_t NeedSet(const std::string& name) {
     const auto [at, isNew] = mesh.setOf.try_emplace(UpperCase(name), mesh.sets.size());
     if (isNew) {
-      mesh.sets.push_back({name, {}});
+      mesh.sets.emplace_back();
+      mesh.sets.back().name = name;
       children.emplace_back();
     }
     return at->second;
@@ -188,6 +189,7 @@ void Reader::BeginSet(const InpLine& line) {
     m_setPart = &found->part;
   }
   m_set = m_setPart->NeedSet(name);
+  m_setPart->mesh.sets[m_set].internal = line.Has("INTERNAL");
   m_generate = line.Has("GENERATE");
   m_data = &Reader::SetData;
 }
@@ -294,7 +296,8 @@ void Reader::SetData(std::string_view text) {
     if (field.front() >= '0' && field.front() <= '9') {
       add(m_lines.Integer(field));
     } else {
-      m_setPart->children[m_set].emplace_back(field);
+      const bool quoted = field.size() >= 2 && field.front() == '"' && field.back() == '"';
+      m_setPart->children[m_set].emplace_back(quoted ? field.substr(1, field.size() - 2) : field);
     }
   }
 }
@@ -375,6 +378,8 @@ std::vector<std::uint32_t> Reader::ElementsOf(Part& part, const std::string& nam
   std::vector<std::uint32_t>& elements = part.mesh.sets[found->second].elements;
   for (const std::string& child : std::exchange(part.children[found->second], {})) {
     const std::vector<std::uint32_t> more = ElementsOf(part, child, depth + 1);
+    part.mesh.sets[found->second].listed.push_back(
+        static_cast<std::uint32_t>(part.mesh.setOf.at(UpperCase(child))));
     part.mesh.sets[found->second].elements.insert(elements.end(), more.begin(), more.end());
   }
   std::sort(elements.begin(), elements.end());

@@ -1,7 +1,6 @@
 #include "workbench/exchange/InpGroups.h"
 
 #include <algorithm>
-#include <numeric>
 #include <unordered_map>
 
 #include "workbench/model/ElementTypes.h"
@@ -14,21 +13,43 @@ constexpr std::uint32_t kNoSet = 0xFFFFFFFF;
 
 /// How the sets of a part lie in one another.
 struct Nesting {
-  std::vector<std::uint32_t> order;                 // the smallest set first; of equal ones the first written
+  std::vector<std::uint32_t> order;                 // the innermost set first
   std::vector<std::vector<std::uint32_t>> listing;  // by element: the sets that list it, in that order
-  std::vector<std::uint32_t> parent;                // by set: the smallest one that holds all of it
+  std::vector<std::uint32_t> parent;                // by set: the one that it lies in
   std::vector<bool> twin;                           // by set: an earlier one has the same elements
 };
 
+/// How deep each set lies in others by what the file lists; sets that list each other in a circle end somewhere.
+std::vector<std::uint32_t> ListedDepth(const std::vector<InpSet>& sets) {
+  std::vector<std::uint32_t> depth(sets.size(), 0);
+  for (std::size_t round = 0; round < sets.size(); ++round) {
+    bool changed = false;
+    for (std::uint32_t set = 0; set < sets.size(); ++set) {
+      for (const std::uint32_t child : sets[set].listed) {
+        if (depth[child] > depth[set] || depth[set] + 1 >= sets.size()) continue;
+        depth[child] = depth[set] + 1;
+        changed = true;
+      }
+    }
+    if (!changed) break;
+  }
+  return depth;
+}
+
+/// A set lies in the smallest one that lists it by name, or else in the smallest one that holds all its elements.
 Nesting NestingOf(const InpPart& part) {
   const std::vector<InpSet>& sets = part.sets;
+  const std::vector<std::uint32_t> depth = ListedDepth(sets);
   Nesting nesting;
-  nesting.order.resize(sets.size());
-  std::iota(nesting.order.begin(), nesting.order.end(), 0U);
-  std::stable_sort(nesting.order.begin(), nesting.order.end(), [&sets](std::uint32_t a, std::uint32_t b) {
-    return sets[a].elements.size() < sets[b].elements.size();
+  for (std::uint32_t set = 0; set < sets.size(); ++set) {
+    if (!sets[set].internal) nesting.order.push_back(set);
+  }
+  std::stable_sort(nesting.order.begin(), nesting.order.end(), [&](std::uint32_t a, std::uint32_t b) {
+    const std::size_t sizeA = sets[a].elements.size();
+    const std::size_t sizeB = sets[b].elements.size();
+    return sizeA != sizeB ? sizeA < sizeB : depth[a] > depth[b];
   });
-  std::vector<std::uint32_t> rank(sets.size());
+  std::vector<std::uint32_t> rank(sets.size(), 0);
   for (std::uint32_t i = 0; i < nesting.order.size(); ++i) rank[nesting.order[i]] = i;
   nesting.listing.resize(part.elements.size());
   for (const std::uint32_t set : nesting.order) {
@@ -36,7 +57,15 @@ Nesting NestingOf(const InpPart& part) {
   }
   nesting.parent.assign(sets.size(), kNoSet);
   nesting.twin.assign(sets.size(), false);
-  for (std::uint32_t set = 0; set < sets.size(); ++set) {
+  const auto takeSmaller = [&](std::uint32_t set, std::uint32_t other) {
+    std::uint32_t& parent = nesting.parent[set];
+    if (rank[other] > rank[set] && (parent == kNoSet || rank[other] < rank[parent])) parent = other;
+  };
+  for (const std::uint32_t set : nesting.order) {
+    for (const std::uint32_t child : sets[set].listed) takeSmaller(child, set);
+  }
+  for (const std::uint32_t set : nesting.order) {
+    if (nesting.parent[set] != kNoSet) continue;
     // Sets that list every element of this one.
     std::unordered_map<std::uint32_t, std::size_t> shared;
     for (const std::uint32_t element : sets[set].elements) {
@@ -44,12 +73,10 @@ Nesting NestingOf(const InpPart& part) {
     }
     for (const auto& [other, count] : shared) {
       if (other == set || count != sets[set].elements.size()) continue;
-      std::uint32_t& parent = nesting.parent[set];
-      if (sets[other].elements.size() == count) {
-        if (rank[other] < rank[set]) nesting.twin[set] = true;
-      } else if (parent == kNoSet || rank[other] < rank[parent]) {
-        parent = other;
-      }
+      if (sets[other].elements.size() > count) takeSmaller(set, other);
+      // Of equal sets that no list connects the first one stands for both.
+      const bool equal = sets[other].elements.size() == count && depth[set] == 0 && sets[set].listed.empty();
+      if (equal && rank[other] < rank[set]) nesting.twin[set] = true;
     }
   }
   return nesting;

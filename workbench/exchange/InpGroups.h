@@ -13,6 +13,8 @@ namespace qd::workbench {
 struct InpSet {
   std::string name;                     ///< as written
   std::vector<std::uint32_t> elements;  ///< ascending, each once
+  std::vector<std::uint32_t> listed;    ///< sets that the file lists in this one, by place
+  bool internal = false;                ///< made by a program for its own use; no mesh set is made of it
 };
 
 /// Nodes, elements and sets of one part of a solver input file.

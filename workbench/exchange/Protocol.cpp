@@ -293,6 +293,9 @@ std::string Encode(const ShapeOperation& operation) {
       .Put(operation.point)
       .Put(operation.vector)
       .Put(operation.amount)
+      .Put(operation.dimension)
+      .Put(operation.mapped)
+      .Put(operation.secondOrder)
       .Put(operation.target);
   writer.Put(static_cast<std::uint64_t>(operation.operands.size()));
   for (const ShapeOperation::Operand& operand : operation.operands) {
@@ -309,6 +312,9 @@ std::optional<ShapeOperation> DecodeOperation(std::string_view payload) {
       .Get(operation.point)
       .Get(operation.vector)
       .Get(operation.amount)
+      .Get(operation.dimension)
+      .Get(operation.mapped)
+      .Get(operation.secondOrder)
       .Get(operation.target);
   reader.Get(operands);
   for (std::uint64_t i = 0; i < operands && reader.IsGood(); ++i) {

@@ -38,6 +38,9 @@ struct ShapeOperation {
   double point[3] = {0, 0, 0};   ///< on the axis or plane, or the centre
   double vector[3] = {0, 0, 1};  ///< way, axis, normal or direction
   double amount = 0;             ///< angle in degrees, factor, least area or element size
+  std::int32_t dimension = 3;    ///< of a mesh: 2 for surfaces, 3 for solids
+  bool mapped = false;           ///< mesh of quadrangles or hexahedra in rows, where the shape allows it
+  bool secondOrder = false;      ///< mesh with nodes in the middle of edges
   std::string target;            ///< shape to project onto
   std::vector<Operand> operands;
 };

@@ -40,8 +40,10 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   const MsetPool& GetMsetPool() const { return m_msets; }
   MGInfoPool& GetMGInfoPool() override { return m_generations; }
   PropertyPool& GetPropertyPool() { return m_properties; }
+  const PropertyPool& GetPropertyPool() const { return m_properties; }
   GsetPool& GetGsetPool() override { return m_gsets; }
   MaterialPool& GetMaterialPool() override { return m_materials; }
+  const MaterialPool& GetMaterialPool() const { return m_materials; }
   GKeyPool& GetGKeyPool() override { return m_keys; }
   IAppDB& GetAppDB() override { return *this; }
 

@@ -75,6 +75,33 @@ const ElementType* FindElementType(int number) {
   return known ? &kTypes[static_cast<std::size_t>(number) - 1] : nullptr;
 }
 
+std::span<const std::array<int, 2>> MiddleNodes(int number) {
+  static constexpr std::array<Edge, 6> kTet{{{0, 1}, {1, 2}, {0, 2}, {0, 3}, {2, 3}, {1, 3}}};
+  static constexpr std::array<Edge, 12> kHex{
+      {{0, 1}, {0, 3}, {0, 4}, {1, 2}, {1, 5}, {2, 3}, {2, 6}, {3, 7}, {4, 5}, {4, 7}, {5, 6}, {6, 7}}};
+  static constexpr std::array<Edge, 9> kPrism{
+      {{0, 1}, {0, 2}, {0, 3}, {1, 2}, {1, 4}, {2, 5}, {3, 4}, {3, 5}, {4, 5}}};
+  static constexpr std::array<Edge, 8> kPyramid{{{0, 1}, {0, 3}, {0, 4}, {1, 2}, {1, 4}, {2, 3}, {2, 4}, {3, 4}}};
+  switch (number) {
+    case 8:
+      return kLineEdges;
+    case 9:
+      return kTriangleEdges;
+    case 11:
+      return kTet;
+    case 16:
+      return kQuadrangleEdges;
+    case 17:
+      return kHex;
+    case 18:
+      return kPrism;
+    case 19:
+      return kPyramid;
+    default:
+      return {};
+  }
+}
+
 const ElementTopology& TopologyOf(ElementShape shape) {
   return kTopologies[static_cast<std::size_t>(shape)];
 }

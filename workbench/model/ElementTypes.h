@@ -36,5 +36,8 @@ std::span<const ElementType> ElementTypes();
 /// Null for a kind that it does not know.
 const ElementType* FindElementType(int number);
 const ElementTopology& TopologyOf(ElementShape shape);
+/// The edges, by their corners, in whose middle the nodes behind the corners lie; nothing for kinds of first order
+/// and for those that have nodes in faces or inside.
+std::span<const std::array<int, 2>> MiddleNodes(int number);
 
 }  // namespace qd::workbench

@@ -151,25 +151,36 @@ class TemporaryFile {
   std::string m_path = (std::filesystem::temp_directory_path() / "qd_meshXXXXXX.brep").string();
 };
 
-/// Meshes one shape and sends its elements of the highest dimension.
-void MeshOne(const ShapeOperation::Operand& operand, double size, Sink& sink) {
+/// Meshes one shape and sends its elements of the wanted dimension.
+void MeshOne(const ShapeOperation& operation, const ShapeOperation::Operand& operand, Sink& sink) {
   const TemporaryFile file;
   std::ofstream(file.Path(), std::ios::binary) << operand.brep;
   gmsh::model::add(operand.name);
   gmsh::vectorpair entities;
   gmsh::model::occ::importShapes(file.Path(), entities);
   gmsh::model::occ::synchronize();
-  gmsh::option::setNumber("Mesh.MeshSizeMin", size / 2);
-  gmsh::option::setNumber("Mesh.MeshSizeMax", size);
-  const int dimension = gmsh::model::getDimension();
+  const int dimension = std::min(gmsh::model::getDimension(), static_cast<int>(operation.dimension));
+  gmsh::option::setNumber("Mesh.MeshSizeMin", operation.amount / 2);
+  gmsh::option::setNumber("Mesh.MeshSizeMax", operation.amount);
+  gmsh::option::setNumber("Mesh.ElementOrder", operation.secondOrder ? 2 : 1);
+  gmsh::option::setNumber("Mesh.SecondOrderIncomplete", 1);
+  if (operation.mapped) gmsh::model::mesh::setTransfiniteAutomatic();
   gmsh::model::mesh::generate(dimension);
   ImportedMeshSet set;
   set.name = operand.name;
   gmsh::model::getEntities(entities, dimension);
   for (const auto& [entityDimension, tag] : entities) AddElements(entityDimension, tag, set.mesh);
+  CheckElementTypes(set.mesh);
   AddUsedNodes(AllNodes(), set.mesh);
   gmsh::model::remove();
   if (set.mesh.blocks.empty()) throw std::string("no elements");
+  const auto isMapped = [](const MeshData::Block& block) {
+    const ElementShape shape = FindElementType(block.elementType)->shape;
+    return shape == ElementShape::Quadrangle || shape == ElementShape::Hexahedron;
+  };
+  if (operation.mapped && !std::all_of(set.mesh.blocks.begin(), set.mesh.blocks.end(), isMapped)) {
+    throw ImportError{"IDS_WB_OPERATION_UNMAPPED", operand.name};
+  }
   sink.MeshSet(set);
 }
 
@@ -181,7 +192,7 @@ void MeshOperands(const ShapeOperation& operation, Sink& sink) {
   double done = 0;
   for (const ShapeOperation::Operand& operand : operation.operands) {
     try {
-      MeshOne(operand, operation.amount, sink);
+      MeshOne(operation, operand, sink);
     } catch (const std::string& reason) {
       throw ImportError{"IDS_WB_OPERATION_MESH", operand.name + ": " + reason};
     } catch (int) {

@@ -1,4 +1,4 @@
-#include "workbench/display/MeshSkin.h"
+#include "workbench/model/MeshSkin.h"
 
 #include <algorithm>
 #include <array>

@@ -1,0 +1,281 @@
+// Meshes written to files and read back, and acts on nodes and elements.
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "support/Mesh.h"
+#include "support/SampleMesh.h"
+#include "workbench/exchange/InpFile.h"
+#include "workbench/exchange/MeshExport.h"
+#include "workbench/exchange/StoreImport.h"
+#include "workbench/model/MeshActs.h"
+#include "workbench/model/MeshNumbers.h"
+#include "workbench/model/MeshSkin.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+namespace fs = std::filesystem;
+
+const ProgressCall kGoOn = [](double) { return true; };
+
+class MeshFiles : public MeshTest {
+ protected:
+  MeshFiles() : m_folder(fs::temp_directory_path() / ("qd_export" + std::to_string(::getpid()))) {
+    fs::create_directories(m_folder);
+  }
+  ~MeshFiles() override { fs::remove_all(m_folder); }
+  iterator AddElementSet(const CString& name, iterator parent, const std::vector<int>& types) {
+    std::vector<MeshPtr> meshes;
+    Numbering next = NextNumbers(Pool());
+    for (const int type : types) {
+      meshes.push_back(
+          OneElement(type, 2.0 * static_cast<double>(next.elements), std::max(next.nodes, next.elements)));
+      next.Continue(*meshes.back());
+    }
+    iterator set = 0;
+    Act([&] {
+      set = PutMset(name, parent, 0);
+      tagTMset record = Mset(set);
+      PutMesh(record, JoinMeshes(meshes));
+      ASSERT_EQ(Pool().Modify(set, record), 1);
+    });
+    return set;
+  }
+  /// Sets with their counts of elements and nodes, as "name parent elements nodes property".
+  static std::vector<std::string> Describe(Database& data) {
+    std::vector<std::string> lines;
+    for (const iterator itr : data.GetMsetPool().GetItrList()) {
+      const tagTMset& set = *data.GetMsetPool().GetAtNU(itr);
+      const iterator parent = data.GetMsetPool().GetItrByKey(set.parent);
+      IAppDB::Property property;
+      data.GetProperty(set.property, property);
+      lines.push_back(ToUtf8(set.name) + "|" +
+                      (parent != 0 ? ToUtf8(data.GetMsetPool().GetAtNU(parent)->name) : "") + "|" +
+                      std::to_string(set.elementCount) + "|" + std::to_string(set.nodeCount) + "|" +
+                      ToUtf8(property.materialName));
+    }
+    std::sort(lines.begin(), lines.end());
+    return lines;
+  }
+  std::string Contents(const fs::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+  }
+  fs::path m_folder;
+};
+
+TEST_F(MeshFiles, SolverInputReadsBackWithTheSameGroupsNodesAndMaterials) {
+  const iterator all = AddElementSet(L"All of it", 0, {});
+  const iterator solids = AddElementSet(L"Solids, \"first\"", all, {4, 5, 6, 7});
+  AddElementSet(L"Second order", solids, {11, 17, 18});
+  AddElementSet(L"only child", AddElementSet(L"holder", all, {}), {2, 3, 9, 16});
+  AddElementSet(L"lines", 0, {1, 8, 15});
+  AddElementSet(L"LINES", 0, {1});
+  AddElementSet(L"empty", 0, {});
+  Act([&] {
+    tagTMaterial steel;
+    steel.name = L"Steel";
+    steel.youngsModulus = 210000;
+    steel.density = 7.85e-9;
+    tagTProperty solid;
+    solid.name = L"solid";
+    solid.material = Data().GetMaterialPool().Add(steel);
+    tagTMset record = Mset(solids);
+    record.property = Data().GetPropertyPool().Add(solid);
+    ASSERT_EQ(Pool().Modify(solids, record), 1);
+  });
+  const fs::path path = m_folder / "model.inp";
+  const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn);
+  ASSERT_FALSE(error) << error->key;
+  Database back;
+  ImportedModel model = ReadInpFile(path, [](double) {});
+  EXPECT_TRUE(model.notes.empty());
+  for (const ImportedMeshSet& set : model.meshSets) EXPECT_EQ(CountBentEdges(set.mesh), 0) << set.name;
+  ASSERT_EQ(StoreImport(back, std::move(model), L"back"), 1);
+  std::vector<std::string> expected = Describe(Data());
+  for (std::string& line : expected) {
+    const auto replace = [&line](const std::string& from, const std::string& to) {
+      for (std::size_t at = line.find(from); at != std::string::npos; at = line.find(from))
+        line.replace(at, from.size(), to);
+    };
+    replace("Solids, \"first\"", "Solids_ _first_");
+    if (line.starts_with("LINES|")) replace("LINES|", "LINES-2|");
+  }
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(Describe(back), expected);
+}
+
+TEST_F(MeshFiles, OnlyWhatIsChosenIsWrittenWithTheGroupsAboveIt) {
+  const iterator a = AddElementSet(L"A", 0, {4});
+  const iterator b = AddElementSet(L"B", a, {5});
+  AddElementSet(L"C", b, {6});
+  AddElementSet(L"D", 0, {4});
+  const ExportModel model = CollectExport(Data(), {b});
+  ASSERT_EQ(model.sets.size(), 3U);
+  EXPECT_EQ(model.sets[0].mesh, nullptr);
+  EXPECT_EQ(model.sets[1].mesh, Mset(b).mesh);
+  EXPECT_EQ(model.sets[2].parent, 1);
+}
+
+TEST_F(MeshFiles, AFailedExportLeavesTheOldFile) {
+  AddElementSet(L"A", 0, {12});
+  for (const char* name : {"a.inp", "a.unv", "a.bdf", "a.xyz"}) {
+    std::ofstream(m_folder / name) << "old";
+    const auto error = WriteMeshFile(m_folder / name, CollectExport(Data(), Pool().GetItrList()), kGoOn);
+    ASSERT_TRUE(error) << name;
+    EXPECT_EQ(error->key, std::string(name) == "a.xyz" ? "IDS_WB_EXPORT_FORMAT" : "IDS_WB_EXPORT_ELEMENT_TYPE");
+    EXPECT_EQ(Contents(m_folder / name), "old");
+  }
+  EXPECT_EQ(WriteMeshFile(m_folder / "none" / "a.msh", CollectExport(Data(), Pool().GetItrList()), kGoOn)->key,
+            "IDS_WB_EXPORT_UNWRITABLE");
+  EXPECT_EQ(WriteMeshFile(m_folder / "b.msh", CollectExport(Data(), {}), kGoOn)->key, "IDS_WB_EXPORT_NOTHING");
+  EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()), 4);
+}
+
+TEST_F(MeshFiles, AStoppedExportLeavesNothing) {
+  auto large = std::make_shared<MeshData>(*Strip(40'000, 1));
+  ExportModel model;
+  model.sets.push_back({"large", -1, -1, large});
+  const auto error = WriteMeshFile(m_folder / "a.msh", model, [](double) { return false; });
+  ASSERT_TRUE(error);
+  EXPECT_EQ(error->key, "");
+  EXPECT_TRUE(fs::is_empty(m_folder));
+}
+
+// ---- acts -----------------------------------------------------------------------------------------------
+
+class MeshActs : public MeshFiles {};
+
+TEST_F(MeshActs, NodesAndElementsGoIntoASetOrTheDefaultOne) {
+  const iterator a = AddElementSet(L"A", 0, {2});
+  EXPECT_EQ(AddNode(Data(), a, {5, 6, 7}, L"node").number, 4U);
+  EXPECT_EQ(AddNode(Data(), 0, {8, 9, 10}, L"node").number, 5U);
+  const iterator other = Pool().GetDefaultMset();
+  ASSERT_NE(other, 0U);
+  EXPECT_EQ(Mset(other).nodeCount, 1U);
+  EXPECT_EQ(AddElement(Data(), other, 2, {1, 4, 5}, L"element").number, 2U);
+  EXPECT_EQ(Mset(other).nodeCount, 3U);
+  EXPECT_EQ(Mset(other).mesh->coordinates[3], 5);  // of node 4, which comes from the other set
+  const auto before = Data().Snapshot();
+  EXPECT_STREQ(AddElement(Data(), a, 2, {1, 4}, L"element").errorKey, "IDS_WB_MESH_NODE_COUNT");
+  EXPECT_STREQ(AddElement(Data(), a, 99, {1, 4}, L"element").errorKey, "IDS_WB_MESH_NODE_COUNT");
+  EXPECT_STREQ(AddElement(Data(), a, 2, {1, 4, 4}, L"element").errorKey, "IDS_WB_MESH_NODE_TWICE");
+  EXPECT_STREQ(AddElement(Data(), a, 2, {1, 4, 77}, L"element").errorKey, "IDS_WB_MESH_NO_NODE");
+  EXPECT_FALSE(AddNode(Data(), 12345, {0, 0, 0}, L"node").IsDone());
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+TEST_F(MeshActs, RunsOfNumbersAreReadOrRefused) {
+  NumberRuns runs;
+  EXPECT_TRUE(ParseRuns(" 5-9, 1 ,7-12,20", runs));
+  EXPECT_EQ(runs, (NumberRuns{{1, 1}, {5, 12}, {20, 20}}));
+  for (const char* bad : {"", "a", "1-", "3-1", "1,,2", "1;2", "-4", "99999999999999999999999"}) {
+    EXPECT_FALSE(ParseRuns(bad, runs)) << bad;
+  }
+}
+
+TEST_F(MeshActs, ElementsMoveBetweenSetsAndNoneIsLost) {
+  const iterator a = AddElementSet(L"A", 0, {2, 3, 4});
+  const iterator b = AddElementSet(L"B", a, {5, 6});
+  const auto elements = Elements();
+  NumberRuns runs;
+  const auto first = Mset(a).mesh->blocks[1].elementIds[0];
+  const auto last = Mset(b).mesh->blocks[0].elementIds[0];
+  ASSERT_TRUE(ParseRuns(std::to_string(first) + "-" + std::to_string(last), runs));
+  const iterator c = AddElementSet(L"C", 0, {});
+  EXPECT_EQ(MoveElements(Data(), runs, c, 0, L"include").number, 3U);
+  EXPECT_EQ(Mset(c).elementCount, 3U);
+  EXPECT_EQ(Mset(a).elementCount, 1U);
+  EXPECT_EQ(Elements(), elements);
+  EXPECT_EQ(MoveElements(Data(), runs, a, c, L"exclude").number, 3U);
+  EXPECT_EQ(Elements(), elements);
+  EXPECT_STREQ(MoveElements(Data(), runs, a, 0, L"again").errorKey, "IDS_WB_MESH_NO_ELEMENTS");
+  EXPECT_FALSE(MoveElements(Data(), runs, 77, 0, L"nowhere").IsDone());
+}
+
+TEST_F(MeshActs, TransformsMoveSharedNodesAndMirroringTurnsElements) {
+  std::vector<int> types;
+  for (const ElementType& type : ElementTypes()) {
+    if (type.shape >= ElementShape::Tetrahedron && type.number != 12 && type.number != 13 && type.number != 14) {
+      types.push_back(type.number);
+    }
+  }
+  const iterator a = AddElementSet(L"A", 0, types);
+  const iterator b = AddElementSet(L"B", 0, {});
+  ASSERT_TRUE(AddElement(Data(), b, 1, {1, 2}, L"line").IsDone());
+  const double before = Mset(b).mesh->coordinates[0];
+  const Transform mirror{{{-1, 0, 0, 100}, {0, 1, 0, 0}, {0, 0, 1, 0}}};
+  EXPECT_EQ(TransformMeshes(Data(), {a}, mirror, L"mirror").number, Mset(a).nodeCount);
+  EXPECT_DOUBLE_EQ(Mset(b).mesh->coordinates[0], 100 - before);
+  EXPECT_EQ(CountBentEdges(*Mset(a).mesh), 0);
+  // Faces of mirrored solids still look out: every element's signed volume stays positive.
+  for (const MeshData::Block& block : Mset(a).mesh->blocks) {
+    const ElementTopology& topology = TopologyOf(FindElementType(block.elementType)->shape);
+    for (const auto& tet : topology.tetrahedra) {
+      std::array<std::array<double, 3>, 4> p{};
+      for (std::size_t i = 0; i < 4; ++i) {
+        const std::size_t place = PlaceOfNode(*Mset(a).mesh, block.nodeIds[static_cast<std::size_t>(tet[i])]);
+        for (std::size_t k = 0; k < 3; ++k)
+          p[i][k] = Mset(a).mesh->coordinates[place * 3 + k] - (i > 0 ? p[0][k] : 0);
+      }
+      const double volume = p[1][0] * (p[2][1] * p[3][2] - p[2][2] * p[3][1]) -
+                            p[1][1] * (p[2][0] * p[3][2] - p[2][2] * p[3][0]) +
+                            p[1][2] * (p[2][0] * p[3][1] - p[2][1] * p[3][0]);
+      EXPECT_GT(volume, 0) << block.elementType;
+    }
+  }
+}
+
+TEST_F(MeshActs, SweepingMakesSolidsOfSurfaces) {
+  const iterator a = AddElementSet(L"A", 0, {2, 3, 4});
+  EXPECT_EQ(SweepMeshes(Data(), {a}, {0, 0, 3}, 3, L"sweep").number, 6U);
+  const tagTMset& made = Mset(Pool().GetItrList().back());
+  EXPECT_EQ(made.name, L"A 2");
+  EXPECT_EQ(made.nodeCount, 28U);
+  IAppDB::MassCentre centre;
+  ASSERT_EQ(SumMass(*made.mesh, nullptr, 1, centre, kGoOn), 1);
+  EXPECT_NEAR(centre.mass, 4.5, 1e-12);
+  EXPECT_NEAR(centre.centre[2], 1.5, 1e-12);
+  const auto all = Elements();
+  EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
+  EXPECT_STREQ(SweepMeshes(Data(), {AddElementSet(L"T", 0, {4})}, {0, 0, 1}, 1, L"sweep").errorKey,
+               "IDS_WB_MESH_NO_SURFACES");
+}
+
+// ---- what is seen of a mesh -----------------------------------------------------------------------------
+
+TEST_F(MeshActs, SkinsShowFreeFacesAndTheWantedLines) {
+  const std::atomic<bool> stop = false;
+  // Two hexahedra side by side, made by sweeping two squares.
+  auto squares = std::make_shared<MeshData>();
+  squares->nodeIds = {1, 2, 3, 4, 5, 6};
+  squares->coordinates = {0, 0, 0, 1, 0, 0, 2, 0, 0, 0, 1, 0, 1, 1, 0, 2, 1, 0};
+  squares->blocks.push_back({3, 4, {1, 2}, {1, 2, 5, 4, 2, 3, 6, 5}});
+  iterator a = 0;
+  Act([&] {
+    a = PutMset(L"A", 0, 0);
+    tagTMset record = Mset(a);
+    PutMesh(record, squares);
+    ASSERT_EQ(Pool().Modify(a, record), 1);
+  });
+  ASSERT_TRUE(SweepMeshes(Data(), {a}, {0, 0, 1}, 1, L"sweep").IsDone());
+  const MeshData& solid = *Mset(Pool().GetItrList().back()).mesh;
+  const auto skin = [&](MeshLines lines, bool shrink) { return MakeSkin(solid, {true, lines, shrink}, stop); };
+  EXPECT_EQ(skin(MeshLines::None, false).TriangleCount(), 20U);  // ten of twelve sides are free
+  EXPECT_EQ(skin(MeshLines::None, false).LineCount(), 0U);
+  EXPECT_EQ(skin(MeshLines::FreeFaces, false).LineCount(), 20U);
+  EXPECT_EQ(skin(MeshLines::AllElements, false).LineCount(), 20U);
+  EXPECT_EQ(skin(MeshLines::Features, false).LineCount(), 16U);  // not those across flat sides
+  EXPECT_EQ(skin(MeshLines::FreeFaces, true).TriangleCount(), 24U);
+  const MeshSkin whole = skin(MeshLines::None, false);
+  EXPECT_FLOAT_EQ(whole.bounds[1], 2);
+  EXPECT_FLOAT_EQ(skin(MeshLines::None, true).bounds[1], 1.9F);
+  EXPECT_EQ(MakeSkin(*OneElement(1, 0, 0), {}, stop).LineCount(), 1U);
+}
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,127 @@
+#include "workbench/app/MeshDialog.h"
+
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QSpinBox>
+
+#include "platform/qt/QtConvert.h"
+#include "workbench/model/ElementTypes.h"
+
+namespace qd::workbench {
+
+MeshDialog::MeshDialog(WorkDocument& doc, const char* titleKey, QWidget* parent)
+    : QDialog(parent), m_doc(doc), m_layout(new QFormLayout(this)), m_outcome(new QLabel) {
+  setWindowTitle(Text(titleKey));
+  setAttribute(Qt::WA_DeleteOnClose);
+  setObjectName("mesh");
+  m_outcome->setObjectName("outcome");
+  m_outcome->setWordWrap(true);
+  m_doc.SetCurrentDialog(this);
+}
+
+MeshDialog::~MeshDialog() {
+  if (m_doc.GetCurrentDialog() == this) m_doc.SetCurrentDialog(nullptr);
+}
+
+QComboBox* MeshDialog::AddSetField(const char* key, bool withDefault) {
+  auto* box = new QComboBox;
+  box->setObjectName(key);
+  m_layout->addRow(Text(key), box);
+  m_sets.push_back({box, withDefault});
+  return box;
+}
+
+QComboBox* MeshDialog::AddTypeField() {
+  auto* box = new QComboBox;
+  box->setObjectName("type");
+  for (const ElementType& type : ElementTypes()) {
+    box->addItem(QString::fromUtf8(type.name.data(), static_cast<qsizetype>(type.name.size())), type.number);
+  }
+  box->setCurrentIndex(box->findData(2));
+  m_layout->addRow(Text("IDS_WB_MESH_TYPE"), box);
+  return box;
+}
+
+QLineEdit* MeshDialog::AddTextField(const char* key, const char* hintKey) {
+  auto* edit = new QLineEdit;
+  edit->setObjectName(key);
+  edit->setPlaceholderText(Text(hintKey));
+  m_layout->addRow(Text(key), edit);
+  return edit;
+}
+
+QSpinBox* MeshDialog::AddCountField(const char* key, int value) {
+  constexpr int kMost = 1000;
+  auto* box = new QSpinBox;
+  box->setRange(1, kMost);
+  box->setValue(value);
+  m_layout->addRow(Text(key), box);
+  return box;
+}
+
+QDoubleSpinBox* MeshDialog::AddNumberField(const char* key, double value) {
+  QDoubleSpinBox* number = MakeNumber(value);
+  m_layout->addRow(Text(key), number);
+  return number;
+}
+
+void MeshDialog::AddInfo(std::function<QString()> info) {
+  auto* label = new QLabel;
+  m_layout->addRow(label);
+  m_infos.emplace_back(label, std::move(info));
+}
+
+void MeshDialog::AddAct(const char* key, const char* name, const char* doneKey,
+                        std::function<ActResult(const CString&)> act) {
+  auto* button = new QPushButton(Text(key));
+  button->setObjectName(name);
+  m_buttons.push_back(button);
+  connect(button, &QPushButton::clicked, this, [this, doneKey, act = std::move(act)] {
+    const ActResult result = act(FromQt(windowTitle()));
+    m_outcome->setText(result.IsDone()
+                           ? Text(doneKey, {QLocale().toString(static_cast<qulonglong>(result.number))})
+                           : Text(result.errorKey, {QString::fromStdString(result.detail)}));
+    Update(0);
+  });
+}
+
+void MeshDialog::Finish() {
+  m_layout->addRow(m_outcome);
+  auto* row = new QHBoxLayout;
+  row->addStretch();
+  for (QWidget* button : m_buttons) row->addWidget(button);
+  auto* close = new QPushButton(Text("IDS_WB_CLOSE"));
+  connect(close, &QPushButton::clicked, this, &QDialog::close);
+  row->addWidget(close);
+  m_layout->addRow(row);
+  Update(0);
+}
+
+void MeshDialog::Update(int) {
+  constexpr int kMostListed = 10'000;  // a list longer than that helps nobody
+  const MsetPool& pool = m_doc.GetDatabase().GetMsetPool();
+  for (const SetField& field : m_sets) {
+    const QVariant chosen = field.box->currentData();
+    field.box->clear();
+    if (field.withDefault) field.box->addItem(Text("IDS_WB_DEFAULT_MESH_SET"), QVariant::fromValue(iterator{0}));
+    for (const iterator itr : pool.GetItrList()) {
+      if (field.box->count() > kMostListed) break;
+      if (!field.withDefault || itr != pool.GetDefaultMset()) {
+        field.box->addItem(ToQt(pool.GetAtNU(itr)->name), QVariant::fromValue(itr));
+      }
+    }
+    if (const int again = field.box->findData(chosen); chosen.isValid() && again >= 0) {
+      field.box->setCurrentIndex(again);
+    }
+  }
+  for (const auto& [label, info] : m_infos) label->setText(info());
+}
+
+iterator ChosenSet(const QComboBox& field) {
+  return field.currentData().value<iterator>();
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QDialog>
+#include <functional>
+#include <vector>
+
+#include "workbench/app/NumberFields.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/model/MeshActs.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QSpinBox;
+
+namespace qd::workbench {
+
+/// A modeless dialog that works on nodes, elements and mesh sets. Each press of its button is one undoable act; it
+/// stays open, so that a step can be repeated.
+class MeshDialog final : public QDialog, public IQDCurrentDialog {
+ public:
+  MeshDialog(WorkDocument& doc, const char* titleKey, QWidget* parent);
+  ~MeshDialog() override;
+
+  /// Lists the mesh sets anew.
+  void Update(int reserved) override;
+
+  // What there is to enter, from top to bottom; the fields belong to the dialog.
+  QComboBox* AddSetField(const char* key, bool withDefault);
+  QComboBox* AddTypeField();
+  QLineEdit* AddTextField(const char* key, const char* hintKey);
+  QSpinBox* AddCountField(const char* key, int value);
+  TripleField AddTripleField(const char* key, const std::array<double, 3>& values) {
+    return AddTriple(*m_layout, key, values);
+  }
+  QDoubleSpinBox* AddNumberField(const char* key, double value);
+  /// A line that is made anew with every update.
+  void AddInfo(std::function<QString()> info);
+  /// A button that runs an act; what came of it is shown below. `doneKey` gets the number of the result.
+  void AddAct(const char* key, const char* name, const char* doneKey,
+              std::function<ActResult(const CString&)> act);
+  /// Closes the list of fields.
+  void Finish();
+
+ private:
+  struct SetField {
+    QComboBox* box;
+    bool withDefault;
+  };
+  WorkDocument& m_doc;
+  QFormLayout* m_layout;
+  QLabel* m_outcome;
+  std::vector<SetField> m_sets;
+  std::vector<std::pair<QLabel*, std::function<QString()>>> m_infos;
+  std::vector<QWidget*> m_buttons;
+};
+
+/// The mesh set chosen in a field, 0 for the default one.
+iterator ChosenSet(const QComboBox& field);
+
+/// The dialogs on meshes by class name; null for a name that is none of theirs. `mset` is the set that the dialog
+/// is opened for, `command` the one that opened it.
+MeshDialog* MakeMeshDialog(WorkDocument& doc, const CString& dialogClass, iterator mset, unsigned command,
+                           QWidget* parent);
+
+}  // namespace qd::workbench

@@ -1,0 +1,206 @@
+// What the dialogs on meshes ask for and do.
+
+#include <QComboBox>
+#include <QLineEdit>
+#include <QLocale>
+#include <QSpinBox>
+#include <cmath>
+#include <map>
+#include <numbers>
+
+#include "platform/qt/QtConvert.h"
+#include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/MeshDialog.h"
+
+namespace qd::workbench {
+
+namespace {
+
+MeshDialog* MakeNodeDialog(WorkDocument& doc, QWidget* parent) {
+  auto* dialog = new MeshDialog(doc, "IDS_MENU_WRT_MESH_ADD_NODE", parent);
+  const TripleField at = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
+  const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", true);
+  dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_NODE_MADE", [&doc, at, set](const CString& title) {
+    return AddNode(doc.GetDatabase(), ChosenSet(*set), ValuesOf(at), title);
+  });
+  return dialog;
+}
+
+MeshDialog* MakeElementDialog(WorkDocument& doc, QWidget* parent) {
+  auto* dialog = new MeshDialog(doc, "IDS_MENU_WRT_MESH_ADD_ELEM", parent);
+  const QComboBox* type = dialog->AddTypeField();
+  const QLineEdit* nodes = dialog->AddTextField("IDS_QD_WRT_MESH_NODE_COUNT", "IDS_WB_MESH_NODES_HINT");
+  const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", true);
+  dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_ELEMENT_MADE",
+                 [&doc, type, nodes, set](const CString& title) -> ActResult {
+                   std::vector<std::uint64_t> numbers;
+                   for (const QString& field : nodes->text().split(',')) {
+                     bool good = false;
+                     numbers.push_back(field.trimmed().toULongLong(&good));
+                     if (!good) return {0, "IDS_WB_MESH_BAD_NUMBERS", nodes->text().toStdString()};
+                   }
+                   return AddElement(doc.GetDatabase(), ChosenSet(*set), type->currentData().toInt(), numbers,
+                                     title);
+                 });
+  return dialog;
+}
+
+MeshDialog* MakeIncludeExcludeDialog(WorkDocument& doc, iterator mset, QWidget* parent) {
+  auto* dialog = new MeshDialog(doc, "IDS_QD_WRT_MESH_INCLUDE_EXCLUDE", parent);
+  dialog->AddInfo([&doc, mset] {
+    const tagTMset* set = doc.GetDatabase().GetMsetPool().GetAtNU(mset);
+    return set != nullptr ? Text("IDS_WB_MESH_CONTENTS", {ToQt(set->name), QLocale().toString(set->elementCount)})
+                          : QString();
+  });
+  const QLineEdit* elements = dialog->AddTextField("IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_WB_MESH_RUNS_HINT");
+  const QComboBox* other = dialog->AddSetField("IDS_WB_MESH_OTHER_SET", false);
+  const auto move = [&doc, elements](iterator target, iterator from, const CString& title) -> ActResult {
+    NumberRuns runs;
+    const std::string text = elements->text().toStdString();
+    if (!ParseRuns(text, runs)) return {0, "IDS_WB_MESH_BAD_NUMBERS", text};
+    return MoveElements(doc.GetDatabase(), runs, target, from, title);
+  };
+  dialog->AddAct("IDS_WB_INCLUDE", "include", "IDS_WB_MESH_MOVED",
+                 [move, mset](const CString& title) { return move(mset, 0, title); });
+  dialog->AddAct("IDS_WB_EXCLUDE", "exclude", "IDS_WB_MESH_MOVED",
+                 [move, mset, other](const CString& title) { return move(ChosenSet(*other), mset, title); });
+  return dialog;
+}
+
+// ---- transforms -----------------------------------------------------------------------------------------
+
+using Point = std::array<double, 3>;
+
+/// Applies three rows about a point.
+Transform About(const Point& point, const std::array<Point, 3>& rows) {
+  Transform transform{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    transform[i][3] = point[i];
+    for (std::size_t k = 0; k < 3; ++k) {
+      transform[i][k] = rows[i][k];
+      transform[i][3] -= rows[i][k] * point[k];
+    }
+  }
+  return transform;
+}
+
+bool Normalise(Point& a) {
+  const double length = std::hypot(a[0], a[1], a[2]);
+  if (length == 0) return false;
+  for (double& part : a) part /= length;
+  return true;
+}
+
+std::array<Point, 3> Rotation(const Point& axis, double degrees) {
+  const double angle = degrees * std::numbers::pi / 180;
+  const double c = std::cos(angle);
+  const double s = std::sin(angle);
+  std::array<Point, 3> rows{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t k = 0; k < 3; ++k) rows[i][k] = (1 - c) * axis[i] * axis[k] + (i == k ? c : 0);
+    rows[i][(i + 1) % 3] -= s * axis[(i + 2) % 3];
+    rows[i][(i + 2) % 3] += s * axis[(i + 1) % 3];
+  }
+  return rows;
+}
+
+std::array<Point, 3> Reflection(const Point& normal) {
+  std::array<Point, 3> rows{};
+  for (std::size_t i = 0; i < 3; ++i) {
+    for (std::size_t k = 0; k < 3; ++k) rows[i][k] = (i == k ? 1 : 0) - 2 * normal[i] * normal[k];
+  }
+  return rows;
+}
+
+/// The selected mesh sets that are shown, or all that are.
+std::vector<iterator> SetsInView(WorkDocument& doc) {
+  const auto unseen = [&doc](iterator itr) {
+    return doc.GetDatabase().GetDataType(itr) != kDataMset || doc.GetDisplay().IsMsetShown(itr) == 0;
+  };
+  std::vector<iterator> sets = doc.GetSelectBuffer();
+  std::erase_if(sets, unseen);
+  if (!sets.empty()) return sets;
+  sets = doc.GetDatabase().GetMsetPool().GetItrList();
+  std::erase_if(sets, unseen);
+  return sets;
+}
+
+constexpr ActResult kNoWay{0, "IDS_WB_OPERATION_ZERO"};
+
+MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* parent) {
+  static const std::map<unsigned, const char*> kTitles{{kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"},
+                                                       {kCommandMeshRotate, "IDS_QD_WRT_TRANSFORM_ROTATE"},
+                                                       {kCommandMeshMirror, "IDS_QD_WRT_TRANSFORM_MIRROR"},
+                                                       {kCommandMeshScale, "IDS_QD_WRT_TRANSFORM_SCALE"},
+                                                       {kCommandMeshSweep, "IDS_QDMESH_TAB_GENERATE_2D_TO_3D"}};
+  const auto title = kTitles.find(command);
+  if (title == kTitles.end()) return nullptr;
+  auto* dialog = new MeshDialog(doc, title->second, parent);
+  dialog->AddInfo([&doc] {
+    return Text("IDS_WB_MESH_SETS", {QLocale().toString(static_cast<qulonglong>(SetsInView(doc).size()))});
+  });
+  const auto act = [&doc, dialog](std::function<ActResult(const std::vector<iterator>&, const CString&)> work) {
+    dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_CHANGED",
+                   [&doc, work = std::move(work)](const CString& text) { return work(SetsInView(doc), text); });
+  };
+  const auto transform = [&doc](const std::vector<iterator>& sets, const Transform& how, const CString& text) {
+    return TransformMeshes(doc.GetDatabase(), sets, how, text);
+  };
+  constexpr std::array<Point, 3> kUnit{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
+  if (command == kCommandMeshTranslate) {
+    const TripleField way = dialog->AddTripleField("IDS_WB_VECTOR", {10, 0, 0});
+    act([=](const auto& sets, const CString& text) {
+      Transform how = About({0, 0, 0}, kUnit);
+      for (std::size_t i = 0; i < 3; ++i) how[i][3] = way[i]->value();
+      return transform(sets, how, text);
+    });
+  } else if (command == kCommandMeshRotate) {
+    const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
+    const TripleField axis = dialog->AddTripleField("IDS_WB_DIRECTION", {0, 0, 1});
+    const QDoubleSpinBox* angle = dialog->AddNumberField("IDS_WB_ANGLE", 90);
+    act([=](const auto& sets, const CString& text) {
+      Point unit = ValuesOf(axis);
+      return Normalise(unit) ? transform(sets, About(ValuesOf(point), Rotation(unit, angle->value())), text)
+                             : kNoWay;
+    });
+  } else if (command == kCommandMeshMirror) {
+    const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
+    const TripleField normal = dialog->AddTripleField("IDS_WB_NORMAL", {1, 0, 0});
+    act([=](const auto& sets, const CString& text) {
+      Point unit = ValuesOf(normal);
+      return Normalise(unit) ? transform(sets, About(ValuesOf(point), Reflection(unit)), text) : kNoWay;
+    });
+  } else if (command == kCommandMeshScale) {
+    const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
+    const QDoubleSpinBox* factor = dialog->AddNumberField("IDS_WB_FACTOR", 2);
+    act([=](const auto& sets, const CString& text) {
+      std::array<Point, 3> rows = kUnit;
+      for (std::size_t i = 0; i < 3; ++i) rows[i][i] = factor->value();
+      return factor->value() != 0 ? transform(sets, About(ValuesOf(point), rows), text) : kNoWay;
+    });
+  } else {
+    const TripleField way = dialog->AddTripleField("IDS_WB_VECTOR", {0, 0, 10});
+    const QSpinBox* layers = dialog->AddCountField("IDS_QD_MESH_LAYERED_NUM_LAYERS", 2);
+    act([&doc, way, layers](const auto& sets, const CString& text) {
+      const Point along = ValuesOf(way);
+      if (std::hypot(along[0], along[1], along[2]) == 0) return kNoWay;
+      return SweepMeshes(doc.GetDatabase(), sets, along, layers->value(), text);
+    });
+  }
+  return dialog;
+}
+
+}  // namespace
+
+MeshDialog* MakeMeshDialog(WorkDocument& doc, const CString& dialogClass, iterator mset, unsigned command,
+                           QWidget* parent) {
+  MeshDialog* dialog = nullptr;
+  if (dialogClass == L"CQDMeshNodeDlg") dialog = MakeNodeDialog(doc, parent);
+  if (dialogClass == L"CQDMeshElemDlg") dialog = MakeElementDialog(doc, parent);
+  if (dialogClass == L"CQDMeshIncludeExcludeDlg") dialog = MakeIncludeExcludeDialog(doc, mset, parent);
+  if (dialogClass == L"CQDMeshTransformDlg") dialog = MakeTransformDialog(doc, command, parent);
+  if (dialog != nullptr) dialog->Finish();
+  return dialog;
+}
+
+}  // namespace qd::workbench
