@@ -59,7 +59,7 @@ class Model final : private IDatabaseListener {
     for (const int item : m_doc.GetDisplay().TakeChangedItems()) {
       changed.push_back(m_doc.GetDatabase().GetGeomPool().ItrOfNumber(item));
     }
-    for (CWorksTreeBar* bar : {&m_parts, &m_sets}) bar->GetTreeCtrl().RefreshParts(changed);
+    for (CWorksTreeBar* bar : {&m_parts, &m_sets}) bar->GetTreeCtrl().RefreshRows(changed);
     m_toolkit.Pump();
   }
 

@@ -276,9 +276,9 @@ void CQDTreeListCtrl::SetGeomRenderMode(const TArray<iterator>& itrs) {
   Invalidate();
 }
 
-void CQDTreeListCtrl::RefreshParts(const TArray<iterator>& itrs) {
+void CQDTreeListCtrl::RefreshRows(const TArray<iterator>& itrs) {
   for (const iterator itr : itrs) {
-    CQDTreeItem* node = FindGeomNode(itr);
+    CQDTreeItem* node = FindNode(itr);
     if (node == nullptr) continue;
     node->OnInitialize();
     node->RefreshImage();

@@ -129,7 +129,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void OnMenuEventDLoadRoot(unsigned command);
   void SetGeomRenderMode(const TArray<iterator>& itrs);
   /// Parts were shown, hidden or drawn otherwise somewhere else: their rows follow.
-  void RefreshParts(const TArray<iterator>& itrs);
+  void RefreshRows(const TArray<iterator>& itrs);
   void ShowHideGeom(const TArray<iterator>& itrs, int show);
   void ShowHideNode(const TArray<iterator>& itrs, int show);
 

@@ -1,13 +1,10 @@
 #include "workbench/app/MainWindow.h"
 
-#include <QActionGroup>
 #include <QApplication>
 #include <QDockWidget>
 #include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QLocale>
-#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QSettings>
@@ -21,7 +18,6 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/TreePane.h"
-#include "workbench/exchange/StoreImport.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -41,21 +37,17 @@ MainWindow::MainWindow(MessageTables& messages) : m_messages(messages), m_doc(st
   m_doc->GetDatabase().SetListener(this);
   m_doc->SetOnImport([this] { OnImport(); });
   m_doc->GetDisplay().SetOnItemsChanged([this] { QTimer::singleShot(0, this, [this] { SyncTrees(); }); });
-  m_operations = new OperationRunner(*m_doc, this);
-  connect(m_operations, &OperationRunner::Started, this,
-          [this](const QString& title) { ShowProgress(Text("IDS_WB_WORKING", {title})); });
-  connect(m_operations, &OperationRunner::Progress, m_progress, &QProgressBar::setValue);
-  connect(m_operations, &OperationRunner::Said, this, &MainWindow::Say);
-  connect(m_operations, &OperationRunner::Ended, this, &MainWindow::HideProgress);
+  MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
   ApplyPalette();
   Retranslate();
 }
 
 MainWindow::~MainWindow() {
-  m_job.reset();
   m_dialogs.reset();
   delete m_operations;
+  delete m_imports;
+  delete m_exporter;
   m_doc->GetDisplay().SetOnItemsChanged(nullptr);
   m_doc->SetOnImport(nullptr);
   m_doc->GetDatabase().SetListener(nullptr);
@@ -96,9 +88,9 @@ void MainWindow::MakePanes() {
   m_progress->setMaximumWidth(260);
   m_cancel = new QToolButton(this);
   connect(m_cancel, &QToolButton::clicked, this, [this] {
-    m_waiting.clear();
-    if (m_job != nullptr) m_job->Cancel();
+    m_imports->Cancel();
     m_operations->Cancel();
+    m_exporter->Cancel();
   });
   statusBar()->addPermanentWidget(m_progress);
   statusBar()->addPermanentWidget(m_cancel);
@@ -106,77 +98,7 @@ void MainWindow::MakePanes() {
   m_cancel->hide();
 }
 
-// ---- menus ----------------------------------------------------------------------------------------------
-
-QAction* MainWindow::Add(QMenu* menu, const char* key, const QKeySequence& shortcut,
-                         void (MainWindow::*handler)()) {
-  QAction* action = menu->addAction(QString(), this, handler);
-  action->setShortcut(shortcut);
-  m_translated.push_back({action, key});
-  return action;
-}
-
-void MainWindow::MakeMenus() {
-  QMenu* file = menuBar()->addMenu(QString());
-  m_translated.push_back({file->menuAction(), "IDS_WB_MENU_FILE"});
-  Add(file, "IDS_WB_IMPORT", QKeySequence::Open, &MainWindow::OnImport);
-  file->addSeparator();
-  m_translated.push_back(
-      {file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT"});
-
-  QMenu* edit = menuBar()->addMenu(QString());
-  m_translated.push_back({edit->menuAction(), "IDS_WB_MENU_EDIT"});
-  m_undo = Add(edit, "IDS_WB_UNDO", QKeySequence::Undo, &MainWindow::OnUndo);
-  m_redo = Add(edit, "IDS_WB_REDO", QKeySequence::Redo, &MainWindow::OnRedo);
-  edit->addSeparator();
-  m_delete = Add(edit, "IDS_WB_DELETE", QKeySequence::Delete, &MainWindow::OnDelete);
-
-  QMenu* view = menuBar()->addMenu(QString());
-  m_translated.push_back({view->menuAction(), "IDS_WB_MENU_VIEW"});
-  Add(view, "IDS_WB_FIT", QKeySequence(Qt::CTRL | Qt::Key_0), &MainWindow::OnFit);
-  Add(view, "IDS_QD_WRT_SHOW_ALL", {}, &MainWindow::OnShowAll);
-  Add(view, "IDS_QD_WRT_HIDE_ALL", {}, &MainWindow::OnHideAll);
-  QMenu* language = view->addMenu(QString());
-  m_translated.push_back({language->menuAction(), "IDS_WB_MENU_LANGUAGE"});
-  auto* group = new QActionGroup(this);
-  for (const QString& code : MessageTables::Languages()) {
-    QAction* action =
-        language->addAction(QLocale(code).nativeLanguageName(), this, [this, code] { SetLanguage(code); });
-    action->setCheckable(true);
-    action->setChecked(code == m_messages.Language());
-    group->addAction(action);
-  }
-  connect(edit, &QMenu::aboutToShow, this, &MainWindow::RefreshActions);
-}
-
-void MainWindow::SetLanguage(const QString& language) {
-  if (!m_messages.SetLanguage(language)) return;
-  Retranslate();
-  m_manager->OnChangeLanguage();
-}
-
-void MainWindow::Retranslate() {
-  for (const auto& [action, key] : m_translated) action->setText(Text(key));
-  setWindowTitle(Text("IDS_WB_APP"));
-  m_modelPane->setWindowTitle(Text("IDS_WB_PANE_MODEL"));
-  m_gsetPane->setWindowTitle(Text("IDS_WB_PANE_GSET"));
-  m_properties->setWindowTitle(Text("IDS_WB_PANE_PROPERTIES"));
-  m_properties->Refresh();
-  m_messagePane->setWindowTitle(Text("IDS_WB_PANE_MESSAGES"));
-  m_cancel->setText(Text("IDS_WB_CANCEL"));
-  RefreshActions();
-}
-
-void MainWindow::RefreshActions() {
-  const Database& database = m_doc->GetDatabase();
-  const auto label = [](const char* key, const CString& title) {
-    return title.empty() ? Text(key) : Text(key) + " – " + ToQt(title).replace('&', "&&");
-  };
-  m_undo->setText(label("IDS_WB_UNDO", database.UndoTitle()));
-  m_redo->setText(label("IDS_WB_REDO", database.RedoTitle()));
-  m_undo->setEnabled(database.CanUndo());
-  m_redo->setEnabled(database.CanRedo());
-}
+// ---- looks ----------------------------------------------------------------------------------------------
 
 /// The trees draw their texts in the system's colours, so their background has to follow the palette.
 void MainWindow::ApplyPalette() {
@@ -280,62 +202,64 @@ bool MainWindow::IsUpToDate() const {
   return !IsImporting() && m_view->IsUpToDate();
 }
 
-// ---- import ---------------------------------------------------------------------------------------------
+// ---- long work ------------------------------------------------------------------------------------------
+
+template <typename Job>
+void MainWindow::Follow(Job& job) {
+  connect(&job, &Job::Started, this, &MainWindow::ShowProgress);
+  connect(&job, &Job::Progress, m_progress, &QProgressBar::setValue);
+  connect(&job, &Job::Said, this, &MainWindow::Say);
+  connect(&job, &Job::Ended, this, &MainWindow::HideProgress);
+}
+
+void MainWindow::MakeJobs() {
+  m_operations = new OperationRunner(*m_doc, this);
+  m_imports = new ImportQueue(*m_doc, this);
+  m_exporter = new MeshExporter(*m_doc, this);
+  m_longWork = std::make_unique<ProgressWindow>(this);
+  Follow(*m_operations);
+  Follow(*m_imports);
+  Follow(*m_exporter);
+  connect(m_imports, &ImportQueue::Storing, this, &MainWindow::BeforeStore);
+  connect(m_imports, &ImportQueue::Stored, this, &MainWindow::AfterStore);
+}
 
 void MainWindow::Import(const QStringList& paths) {
-  m_waiting += paths;
-  if (m_job == nullptr) StartNextImport();
+  m_imports->Add(paths);
 }
 
-void MainWindow::StartNextImport() {
-  if (m_waiting.isEmpty()) return;
-  m_job = std::make_unique<ExchangeJob>(m_waiting.takeFirst());
-  const QString path = m_job->Path();
-  ShowProgress(Text("IDS_WB_IMPORTING", {path}));
-  connect(m_job.get(), &ExchangeJob::Progress, m_progress, &QProgressBar::setValue);
-  connect(m_job.get(), &ExchangeJob::Finished, this, [this](ImportedModel& model) { StoreImported(model); });
-  connect(m_job.get(), &ExchangeJob::Failed, this, [this, path](const QString& reason) {
-    if (reason.isEmpty()) {
-      Say(Text("IDS_WB_IMPORT_CANCELLED", {path}), false);
-    } else {
-      ++m_failed;
-      Say(Text("IDS_WB_IMPORT_FAILED", {path, reason}), true);
-    }
-    EndImport();
-  });
-  m_job->Start();
+/// The first file gives the document its name.
+void MainWindow::BeforeStore(const QString& path) {
+  const Database& database = m_doc->GetDatabase();
+  m_firstImport = m_doc->GetDatabase().GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
+  if (!m_firstImport) return;
+  m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
+  m_manager->ResetFilePath(m_doc.get());
 }
 
-void MainWindow::StoreImported(ImportedModel& model) {
-  const QString path = m_job->Path();
-  const std::size_t parts = model.parts.size();
-  const std::size_t sets = model.meshSets.size();
-  const bool first =
-      m_doc->GetDatabase().GetGeomPool().Count() == 0 && m_doc->GetDatabase().GetMsetPool().Count() == 0;
-  for (const ImportNote& note : model.notes) {
-    Say(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), false);
-  }
-  if (first) {
-    m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
-    m_manager->ResetFilePath(m_doc.get());
-  }
-  const CString title = FromQt(Text("IDS_WB_TRANS_IMPORT", {QFileInfo(path).fileName()}));
-  StoreImport(m_doc->GetDatabase(), std::move(model), title);
-  // An empty branch cannot stand open, so the first records open it.
+/// An empty branch cannot stand open, so the first records open it.
+void MainWindow::AfterStore() {
   for (TreePane* pane : {m_modelPane, m_gsetPane}) {
-    if (!first) break;
+    if (!m_firstImport) return;
     for (CQDTreeItem* branch : pane->Bar().GetTreeCtrl().GetQDRootItem()->Children()) branch->Expand(1);
   }
-  if (parts > 0) Say(Text("IDS_WB_IMPORTED_PARTS", {path, QLocale().toString(parts)}), false);
-  if (sets > 0) Say(Text("IDS_WB_IMPORTED_MESH", {path, QLocale().toString(sets)}), false);
-  EndImport();
 }
 
-void MainWindow::EndImport() {
-  HideProgress();
-  // The job is in the middle of its last signal.
-  m_job.release()->deleteLater();
-  StartNextImport();
+void MainWindow::OnExport() {
+  const QString filter = Text("IDS_WB_EXPORT_FILTER") + " (*.msh *.unv *.bdf *.nas *.inp *.stl)";
+  const QString path = QFileDialog::getSaveFileName(this, Text("IDS_WB_EXPORT").remove('&'), QString(), filter);
+  if (!path.isEmpty()) Export(path);
+}
+
+void MainWindow::Export(const QString& path) {
+  Database& database = m_doc->GetDatabase();
+  std::vector<iterator> sets = m_doc->GetSelectBuffer();
+  std::erase_if(sets, [&database](iterator itr) { return database.GetDataType(itr) != kDataMset; });
+  if (sets.empty()) {
+    sets = database.GetMsetPool().GetItrList();
+    std::erase_if(sets, [this](iterator itr) { return m_doc->GetDisplay().IsMsetShown(itr) == 0; });
+  }
+  m_exporter->Start(path, sets);
 }
 
 void MainWindow::ShowProgress(const QString& text) {
@@ -356,7 +280,9 @@ void MainWindow::SyncTrees() {
   for (const int cadItem : m_doc->GetDisplay().TakeChangedItems()) {
     parts.push_back(m_doc->GetDatabase().GetGeomPool().ItrOfNumber(cadItem));
   }
-  for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->Bar().GetTreeCtrl().RefreshParts(parts);
+  const std::vector<iterator> sets = m_doc->GetDisplay().TakeChangedMsetRows();
+  parts.insert(parts.end(), sets.begin(), sets.end());
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->Bar().GetTreeCtrl().RefreshRows(parts);
 }
 
 void MainWindow::Warn(const CString& text) {

@@ -8,8 +8,10 @@
 #include "host/MessageOutput.h"
 #include "qd_wrt/core/CWorksTreeManager.h"
 #include "workbench/app/DialogHost.h"
-#include "workbench/app/ExchangeJob.h"
+#include "workbench/app/ImportQueue.h"
+#include "workbench/app/MeshExporter.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/ProgressWindow.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/Database.h"
 #include "workbench/tree/DocumentNode.h"
@@ -34,9 +36,9 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
 
   /// Imports files one after another. Messages go to the message pane and, for failures, to standard error too.
   void Import(const QStringList& paths);
-  bool IsImporting() const { return m_job != nullptr || !m_waiting.isEmpty(); }
+  bool IsImporting() const { return m_imports->IsRunning(); }
   /// How many imports have failed so far.
-  int FailedImports() const { return m_failed; }
+  int FailedImports() const { return m_imports->Failed(); }
   /// Whether everything is on screen.
   bool IsUpToDate() const;
   void SetLanguage(const QString& language);
@@ -50,7 +52,9 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   TreePane& ModelTreePane() { return *m_modelPane; }
   TreePane& SetTreePane() { return *m_gsetPane; }
   PropertyPane& Properties() { return *m_properties; }
-  bool IsWorking() const { return m_operations->IsRunning(); }
+  bool IsWorking() const { return m_operations->IsRunning() || m_exporter->IsRunning(); }
+  /// Writes the selected mesh sets, or all that are shown.
+  void Export(const QString& path);
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
   IWorksTreeManager* GetWorksTreeManager() override { return m_manager.get(); }
@@ -67,12 +71,25 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
 
   void MakePanes();
   void MakeMenus();
+  void MakeFileMenu();
+  void MakeEditMenu();
+  void MakeViewMenu();
+  void MakeMeshMenu();
+  void MakeJobs();
+  template <typename Job>
+  void Follow(Job& job);
+  QMenu* AddMenu(QMenu* above, const char* key);
   QAction* Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)());
   void Retranslate();
   void RefreshActions();
   void ApplyPalette();
 
   void OnImport();
+  void OnExport();
+  void BeforeStore(const QString& path);
+  void AfterStore();
+  /// A command for the mesh branch, or for the first selected mesh set, or else for the first of all.
+  void SendToMeshes(unsigned command, bool toSet);
   void OnUndo();
   void OnRedo();
   void OnDelete();
@@ -87,9 +104,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void ShowProgress(const QString& text);
   void HideProgress();
   void Warn(const CString& text) override;
-  void StartNextImport();
-  void StoreImported(ImportedModel& model);
-  void EndImport();
   void Say(const QString& text, bool failure);
 
   MessageTables& m_messages;
@@ -105,14 +119,15 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   QProgressBar* m_progress = nullptr;
   QToolButton* m_cancel = nullptr;
   OperationRunner* m_operations = nullptr;
+  ImportQueue* m_imports = nullptr;
+  MeshExporter* m_exporter = nullptr;
+  std::unique_ptr<ProgressWindow> m_longWork;
   std::unique_ptr<DialogHost> m_dialogs;
   std::vector<Translated> m_translated;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
   QAction* m_delete = nullptr;
-  QStringList m_waiting;
-  std::unique_ptr<ExchangeJob> m_job;
-  int m_failed = 0;
+  bool m_firstImport = false;
 };
 
 }  // namespace qd::workbench

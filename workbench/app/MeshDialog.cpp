@@ -26,6 +26,12 @@ MeshDialog::~MeshDialog() {
   if (m_doc.GetCurrentDialog() == this) m_doc.SetCurrentDialog(nullptr);
 }
 
+/// A closed dialog goes a little later, but nobody works with it any more.
+void MeshDialog::hideEvent(QHideEvent* event) {
+  if (m_doc.GetCurrentDialog() == this) m_doc.SetCurrentDialog(nullptr);
+  QDialog::hideEvent(event);
+}
+
 QComboBox* MeshDialog::AddSetField(const char* key, bool withDefault) {
   auto* box = new QComboBox;
   box->setObjectName(key);

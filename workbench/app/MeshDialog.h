@@ -42,6 +42,9 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   /// Closes the list of fields.
   void Finish();
 
+ protected:
+  void hideEvent(QHideEvent* event) override;
+
  private:
   struct SetField {
     QComboBox* box;

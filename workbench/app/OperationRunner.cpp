@@ -37,7 +37,7 @@ bool OperationRunner::Start(ShapeOperation operation, const std::vector<iterator
   });
   m_operation = std::move(operation);
   m_operation.operands.clear();
-  emit Started(title);
+  emit Started(Text("IDS_WB_WORKING", {title}));
   m_job->Start();
   return true;
 }

@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTimer>
+#include <QVBoxLayout>
 #include <map>
 #include <utility>
 
@@ -17,18 +18,36 @@
 namespace qd::workbench {
 
 PropertyPane::PropertyPane(QWidget* parent)
-    : QDockWidget(parent), m_stack(new QStackedWidget(this)), m_empty(new QLabel), m_grid(new QTreeWidget) {
+    : QDockWidget(parent),
+      m_stack(new QStackedWidget(this)),
+      m_empty(new QLabel),
+      m_grid(new QTreeWidget),
+      m_apply(new QPushButton) {
   setObjectName("properties");
   setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
   m_empty->setAlignment(Qt::AlignCenter);
   m_empty->setEnabled(false);
   m_grid->setColumnCount(2);
   m_grid->setHeaderHidden(true);
-  m_grid->setRootIsDecorated(false);
+  m_grid->setRootIsDecorated(true);
   m_grid->setSelectionMode(QAbstractItemView::NoSelection);
   m_grid->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   m_stack->addWidget(m_empty);
-  m_stack->addWidget(m_grid);
+  auto* page = new QWidget;
+  auto* layout = new QVBoxLayout(page);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(m_grid);
+  layout->addWidget(m_apply, 0, Qt::AlignRight);
+  m_apply->setObjectName("applyProperties");
+  connect(m_apply, &QPushButton::clicked, this, [this] {
+    if (m_page != nullptr) m_page->ApplyProperty();
+    Schedule();
+  });
+  connect(m_grid, &QTreeWidget::itemClicked, this, &PropertyPane::Calculate);
+  connect(m_grid, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* item) {
+    if (const auto row = m_rowOf.find(item); row != m_rowOf.end()) row->second->collapsed = false;
+  });
+  m_stack->addWidget(page);
   setWidget(m_stack);
   Refresh();
 }
@@ -57,18 +76,24 @@ void PropertyPane::ShowNow() {
   // Editors lose the focus while they go, and their rows are about to go too.
   for (QLineEdit* edit : m_grid->findChildren<QLineEdit*>()) edit->blockSignals(true);
   m_grid->clear();
+  m_rowOf.clear();
   m_retired.clear();
   m_stack->setCurrentIndex(m_page == nullptr ? 0 : 1);
-  if (m_page != nullptr) m_page->ShowProperty();
+  if (m_page == nullptr) return;
+  m_page->ShowProperty();
+  m_apply->setVisible(m_page->HasApplyButton());  // said after the rows were laid out
 }
 
 void PropertyPane::ShowRows() {
   m_grid->clear();
+  m_rowOf.clear();
+  m_apply->setText(Text("IDS_WB_APPLY"));
   std::map<const CBCGPProp*, QTreeWidgetItem*> items;
   for (const auto& row : m_page->GetRows()) {
     QTreeWidgetItem* above = row->parent != nullptr ? items[row->parent] : m_grid->invisibleRootItem();
     auto* item = new QTreeWidgetItem(above, {ToQt(row->name)});  // owned by the grid
     items[row.get()] = item;
+    m_rowOf[item] = row.get();
     item->setToolTip(0, ToQt(row->description));
     if (row->kind == CBCGPProp::Kind::Title) {
       QFont bold = m_grid->font();
@@ -81,7 +106,16 @@ void PropertyPane::ShowRows() {
       m_grid->setItemWidget(item, 1, EditorFor(*row));
     }
   }
-  m_grid->expandAll();
+  for (const auto& [row, item] : items) item->setExpanded(!row->collapsed);
+}
+
+void PropertyPane::Calculate(QTreeWidgetItem* item) {
+  const auto row = m_rowOf.find(item);
+  if (row == m_rowOf.end() || !row->second->calculate) return;
+  m_page->CalProp(row->second);
+  for (const auto& [shown, source] : m_rowOf) {
+    if (source->calculate) shown->setText(1, ToQt(source->value));
+  }
 }
 
 /// Rows die with the page, editors with the grid, and both go together; a change is told after the editor is done.
@@ -103,10 +137,11 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
       auto* button = new QPushButton;
       button->setStyleSheet(QString("background-color: %1").arg(ToQt(row.colour).name()));
       button->setAccessibleName(ToQt(row.name));
-      connect(button, &QPushButton::clicked, this, [this, page, &row] {
+      connect(button, &QPushButton::clicked, this, [this, page, &row, button] {
         const QColor chosen = QColorDialog::getColor(ToQt(row.colour), this, Text("IDS_WB_PICK_COLOUR"));
         if (!chosen.isValid() || page != m_page.get()) return;  // the page has changed meanwhile
         row.colour = FromQt(chosen);
+        button->setStyleSheet(QString("background-color: %1").arg(chosen.name()));
         Tell(row);
       });
       return button;
@@ -127,9 +162,9 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
 }
 
 void PropertyPane::Tell(CBCGPProp& row) {
-  // The page makes its rows anew for what it has refused, too.
   m_page->OnPropertyChanged(&row, row.data);
-  Schedule();
+  // What is written at once is shown anew, for the page may have refused it; with an apply button it waits.
+  if (!m_page->HasApplyButton()) Schedule();
 }
 
 QStringList PropertyPane::Lines() const {

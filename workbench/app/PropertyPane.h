@@ -2,11 +2,13 @@
 
 #include <QDockWidget>
 #include <QTreeWidget>
+#include <map>
 #include <memory>
 #include <vector>
 
 #include "host/CMainFrame.h"
 
+class QPushButton;
 class QStackedWidget;
 class QLabel;
 
@@ -32,12 +34,15 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   void ShowRows();
   QWidget* EditorFor(CBCGPProp& row);
   void Tell(CBCGPProp& row);
+  void Calculate(QTreeWidgetItem* item);
 
   std::unique_ptr<IPropertySet> m_page;
   std::vector<std::unique_ptr<IPropertySet>> m_retired;  // rows of theirs may still be on show
   QStackedWidget* m_stack;                               // these are owned by this widget
   QLabel* m_empty;
   QTreeWidget* m_grid;
+  QPushButton* m_apply;
+  std::map<QTreeWidgetItem*, CBCGPProp*> m_rowOf;
   bool m_waiting = false;
 };
 

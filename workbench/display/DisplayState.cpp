@@ -114,6 +114,8 @@ void DisplayState::ShowHideMsetUnit(iterator mset, int show) {
     m_hiddenMsets.Assign(mset, 1);
   }
   m_changedMsets.push_back(mset);
+  m_changedMsetRows.push_back(mset);
+  if (m_changedMsetRows.size() == 1 && m_onItemsChanged) m_onItemsChanged();
 }
 
 void DisplayState::ShowHideMset(iterator mset, int show) {

@@ -42,7 +42,8 @@ class DisplayState final : public CCADSession,
 
   /// Called at the first mark after the marks were last taken, so that a frame can be scheduled.
   void SetOnDirty(std::function<void()> onDirty) { m_onDirty = std::move(onDirty); }
-  /// Called at the first change of a part's visibility or render mode after the changed ones were last taken.
+  /// Called at the first change of a part's visibility or render mode, or of a mesh set's visibility, after the
+  /// changed ones were last taken.
   void SetOnItemsChanged(std::function<void()> onItemsChanged) { m_onItemsChanged = std::move(onItemsChanged); }
   /// The CAD items that have changed so since the last call.
   std::vector<int> TakeChangedItems();
@@ -72,8 +73,9 @@ class DisplayState final : public CCADSession,
   void SetMeshColorMode(unsigned mode) override;
   void UpdateMeshColor() override { MarkDirty(); }
   unsigned GetMeshColorMode() const { return m_meshColourMode; }
-  /// The mesh sets whose visibility has changed since the last call.
+  /// The mesh sets whose visibility has changed since the last call, for the view and for rows.
   std::vector<iterator> TakeChangedMsets() { return std::exchange(m_changedMsets, {}); }
+  std::vector<iterator> TakeChangedMsetRows() { return std::exchange(m_changedMsetRows, {}); }
 
   MeshLook GetMeshLook(std::uint32_t key) const;
   /// Counts the changes of the looks of mesh sets.
@@ -117,6 +119,7 @@ class DisplayState final : public CCADSession,
 
   FlatMap m_hiddenMsets;
   std::vector<iterator> m_changedMsets;
+  std::vector<iterator> m_changedMsetRows;
   std::unordered_map<std::uint32_t, MeshLook> m_meshLooks;  // their add-ons are those that differ from m_addOns
   std::uint32_t m_addOns = 0;                               // of all sets without a choice of their own
   std::uint64_t m_lookRevision = 0;

@@ -28,13 +28,22 @@ constexpr Entry kEntries[] = {{1, "CROD", "0 1"},
                               {18, "CPENTA", "0 1 2 3 4 5 01 12 20 03 14 25 34 45 53"},
                               {19, "CPYRAM", "0 1 2 3 4 01 12 23 30 04 14 24 34"}};
 
-/// A line of fields divided by commas, which goes on after eight of them.
+/// A line of fields, eight columns each, which goes on after eight of them.
 class Card {
  public:
-  Card(TextFile& file, std::string_view name) : m_file(file) { m_file << name; }
+  Card(TextFile& file, std::string_view name) : m_file(file) {
+    m_file << name << std::string(kWidth - name.size(), ' ');
+  }
   Card& operator<<(std::uint64_t number) {
-    Field();
-    m_file << number;
+    constexpr std::uint64_t kGreatest = 99'999'999;
+    constexpr int kFields = 8;
+    if (number > kGreatest) throw ImportError{"IDS_WB_EXPORT_NUMBER", std::to_string(number)};
+    if (m_fields == kFields) {
+      m_file << "+\n+       ";
+      m_fields = 0;
+    }
+    m_file.Right(number, kWidth);
+    ++m_fields;
     return *this;
   }
   void End() {
@@ -43,15 +52,7 @@ class Card {
   }
 
  private:
-  void Field() {
-    constexpr int kFields = 8;
-    if (m_fields == kFields) {
-      m_file << "\n";
-      m_fields = 0;
-    }
-    m_file << ",";
-    ++m_fields;
-  }
+  static constexpr std::size_t kWidth = 8;
   TextFile& m_file;
   int m_fields = 0;
 };

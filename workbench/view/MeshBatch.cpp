@@ -16,9 +16,11 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "host/Display.h"
+#include "workbench/model/ElementTypes.h"
 
 namespace qd::workbench {
 
@@ -26,6 +28,7 @@ namespace {
 
 constexpr COLORREF kEdge = Rgb(0x28, 0x2C, 0x32);
 constexpr COLORREF kNode = Rgb(0x10, 0x40, 0xA0);
+constexpr std::uint8_t kOpaque = 255;
 
 }  // namespace
 
@@ -33,28 +36,27 @@ constexpr COLORREF kNode = Rgb(0x10, 0x40, 0xA0);
 struct MeshBatch::Arrays {
   int corners = 3;  // of a cell
   std::vector<float> points;
-  std::vector<unsigned char> colours;  // red, green, blue, opacity, beside points
+  std::vector<unsigned char> colours;  // red, green, blue, beside points
   std::vector<vtkTypeInt64> cells;     // point numbers
   std::vector<std::pair<std::int64_t, iterator>> firstCells;
 
   std::int64_t PointCount() const { return static_cast<std::int64_t>(points.size() / 3); }
   void Begin(iterator itr) { firstCells.emplace_back(static_cast<std::int64_t>(cells.size()) / corners, itr); }
-  void AddPoint(float x, float y, float z, COLORREF colour, std::uint8_t opacity = 255) {
+  void AddPoint(float x, float y, float z, COLORREF colour) {
     points.insert(points.end(), {x, y, z});
-    Paint(1, colour, opacity);
+    Paint(1, colour);
   }
-  void Paint(std::size_t count, COLORREF colour, std::uint8_t opacity) {
-    const std::array<unsigned char, 4> one{static_cast<unsigned char>(colour & 0xFFU),
+  void Paint(std::size_t count, COLORREF colour) {
+    const std::array<unsigned char, 3> one{static_cast<unsigned char>(colour & 0xFFU),
                                            static_cast<unsigned char>(colour >> 8U & 0xFFU),
-                                           static_cast<unsigned char>(colour >> 16U & 0xFFU), opacity};
+                                           static_cast<unsigned char>(colour >> 16U & 0xFFU)};
     for (std::size_t i = 0; i < count; ++i) colours.insert(colours.end(), one.begin(), one.end());
   }
-  void AddCells(const MeshSkin::Piece& piece, const std::vector<std::uint32_t>& numbers, COLORREF colour,
-                std::uint8_t opacity) {
+  void AddCells(const MeshSkin::Piece& piece, const std::vector<std::uint32_t>& numbers, COLORREF colour) {
     if (numbers.empty()) return;
     const std::int64_t base = PointCount();
     points.insert(points.end(), piece.points.begin(), piece.points.end());
-    Paint(piece.points.size() / 3, colour, opacity);
+    Paint(piece.points.size() / 3, colour);
     cells.reserve(cells.size() + numbers.size());
     for (const std::uint32_t number : numbers) cells.push_back(base + number);
   }
@@ -87,10 +89,14 @@ Axis Cross(const Axis& a, const Axis& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-/// Three axes at a point, red, green and blue.
+/// Three axes at a point: red, green and blue, those of materials in colours of their own.
+enum class AxesOf { Geometry, Material };
 template <typename Arrays>
-void AddAxes(Arrays& lines, const float* at, const std::array<Axis, 3>& axes, float length) {
-  constexpr COLORREF kColours[] = {Rgb(0xD0, 0x20, 0x20), Rgb(0x20, 0x90, 0x20), Rgb(0x20, 0x40, 0xE0)};
+void AddAxes(Arrays& lines, const float* at, const std::array<Axis, 3>& axes, float length,
+             AxesOf what = AxesOf::Geometry) {
+  constexpr COLORREF kBoth[][3] = {{Rgb(0xD0, 0x20, 0x20), Rgb(0x20, 0x90, 0x20), Rgb(0x20, 0x40, 0xE0)},
+                                   {Rgb(0xD0, 0x20, 0xC0), Rgb(0xD0, 0xB0, 0x10), Rgb(0x10, 0xB0, 0xC0)}};
+  const auto& kColours = kBoth[static_cast<int>(what)];
   for (std::size_t i = 0; i < 3; ++i) {
     const std::int64_t base = lines.PointCount();
     lines.AddPoint(at[0], at[1], at[2], kColours[i]);
@@ -128,7 +134,9 @@ void AddSystems(Arrays& lines, const MeshSkin& skin, std::uint32_t addOns) {
       const Axis x = Unit(minus(corner[1], corner[0]));
       const Axis z = Unit(Cross(x, minus(corner[2], corner[0])));
       if ((addOns & kAddOnElementSystems) != 0) AddAxes(lines, centre.data(), {x, Cross(z, x), z}, length);
-      if ((addOns & kAddOnMaterialSystems) != 0) AddAxes(lines, centre.data(), kGlobal, length * 0.7F);
+      if ((addOns & kAddOnMaterialSystems) != 0) {
+        AddAxes(lines, centre.data(), kGlobal, length * 0.7F, AxesOf::Material);
+      }
     }
   }
 }
@@ -136,7 +144,7 @@ void AddSystems(Arrays& lines, const MeshSkin& skin, std::uint32_t addOns) {
 }  // namespace
 
 MeshBatch::~MeshBatch() {
-  for (Layer& layer : m_layers) {
+  for (auto& [key, layer] : m_layers) {
     if (layer.actor != nullptr) m_renderer.RemoveActor(layer.actor);
   }
 }
@@ -163,22 +171,24 @@ void MeshBatch::Remove(const MsetDrawing& drawing) {
   m_dirty = true;
 }
 
-void MeshBatch::MakeActor(Layer& layer, LayerKind kind) {
+void MeshBatch::MakeActor(Layer& layer, const LayerKey& key) {
+  const LayerKind kind = key.first;
   layer.actor = vtkSmartPointer<vtkActor>::New();
   vtkNew<vtkPolyDataMapper> mapper;
   mapper->SetScalarModeToUsePointData();
   mapper->SetColorModeToDirectScalars();
   mapper->ScalarVisibilityOn();
   vtkProperty* property = layer.actor->GetProperty();
-  if (kind == kFaces || kind == kSeeThrough) {
-    // Faces step back a little, so that the lines on them are seen whole.
+  property->SetOpacity(key.second / double(kOpaque));
+  if (kind == kSolids || kind == kSurfaces) {
+    // Faces step back a little, so that the lines on them are seen whole; solids more, for the shells on them.
+    const double back = kind == kSolids ? 2 : 1;
     mapper->SetResolveCoincidentTopologyToPolygonOffset();
-    mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1, 1);
+    mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(back, back);
     property->SetInterpolationToFlat();
   } else {
     property->LightingOff();
   }
-  if (kind == kSeeThrough) layer.actor->ForceTranslucentOn();
   if (kind == kNodes) property->SetPointSize(4);
   if (kind == kNodes || kind == kAxes) layer.actor->PickableOff();
   if (kind == kAxes) property->SetLineWidth(1.5F);
@@ -186,26 +196,22 @@ void MeshBatch::MakeActor(Layer& layer, LayerKind kind) {
   m_renderer.AddActor(layer.actor);
 }
 
-void MeshBatch::Fill(Layer& layer, LayerKind kind, const Arrays& arrays) {
+void MeshBatch::Fill(Layer& layer, const LayerKey& key, const Arrays& arrays) {
   if (arrays.cells.empty()) {
     if (layer.actor != nullptr) layer.actor->VisibilityOff();
     return;
   }
-  if (layer.actor == nullptr) MakeActor(layer, kind);
+  if (layer.actor == nullptr) MakeActor(layer, key);
   vtkNew<vtkFloatArray> coordinates;
   coordinates->SetNumberOfComponents(3);
   coordinates->SetNumberOfTuples(arrays.PointCount());
   std::copy(arrays.points.begin(), arrays.points.end(), coordinates->GetPointer(0));
   vtkNew<vtkPoints> points;
   points->SetData(coordinates);
-  const int components = kind == kSeeThrough ? 4 : 3;
   vtkNew<vtkUnsignedCharArray> colours;
-  colours->SetNumberOfComponents(components);
+  colours->SetNumberOfComponents(3);
   colours->SetNumberOfTuples(arrays.PointCount());
-  unsigned char* to = colours->GetPointer(0);
-  for (std::size_t i = 0; i < arrays.colours.size(); i += 4, to += components) {
-    std::copy_n(&arrays.colours[i], components, to);
-  }
+  std::copy(arrays.colours.begin(), arrays.colours.end(), colours->GetPointer(0));
   vtkNew<vtkTypeInt64Array> connectivity;
   connectivity->SetNumberOfValues(static_cast<vtkIdType>(arrays.cells.size()));
   std::copy(arrays.cells.begin(), arrays.cells.end(), connectivity->GetPointer(0));
@@ -221,40 +227,62 @@ void MeshBatch::Fill(Layer& layer, LayerKind kind, const Arrays& arrays) {
   layer.actor->VisibilityOn();
 }
 
+/// Adds what a set shows of its elements.
+void MeshBatch::Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& arrays) const {
+  constexpr int kPointElement = 15;
+  const MsetLook& look = *drawing.look;
+  const auto layer = [&](LayerKind kind, int corners, std::uint8_t opacity = kOpaque) -> Arrays& {
+    Arrays& into = arrays[{kind, opacity}];
+    into.corners = corners;
+    into.Begin(drawing.itr);
+    return into;
+  };
+  for (std::size_t i = 0; i < drawing.skin->pieces.size(); ++i) {
+    const MeshSkin::Piece& piece = drawing.skin->pieces[i];
+    const bool solid = TopologyOf(FindElementType(piece.elementType)->shape).dimension == 3;
+    const COLORREF colour = look.colours[i];
+    if (look.opacity != 0 && drawing.request.faces) {
+      layer(solid ? kSolids : kSurfaces, 3, look.opacity).AddCells(piece, piece.triangles, colour);
+    }
+    const bool own = look.wire || piece.elementLines < piece.lines.size();
+    layer(kLines, 2).AddCells(piece, piece.lines, own ? colour : kEdge);
+    if ((look.addOns & kAddOnNodes) != 0 || piece.elementType == kPointElement) {
+      std::vector<std::uint32_t> all(piece.nodes.size());
+      std::iota(all.begin(), all.end(), 0U);
+      layer(kNodes, 1).AddCells(piece, all, kNode);
+    }
+  }
+}
+
 void MeshBatch::Refresh() {
   if (!std::exchange(m_dirty, false)) return;
-  Arrays arrays[kLayers];
-  arrays[kLines].corners = arrays[kAxes].corners = 2;
-  arrays[kNodes].corners = 1;
+  // In one order, whatever came first: where faces coincide, the last one is seen.
+  std::sort(m_drawings.begin(), m_drawings.end(),
+            [](const MsetDrawing* a, const MsetDrawing* b) { return a->itr < b->itr; });
+  std::map<LayerKey, Arrays> arrays;
   for (const MsetDrawing* drawing : m_drawings) {
     if (drawing->skin == nullptr || !drawing->look || !drawing->look->shown) continue;
     const MsetLook& look = *drawing->look;
-    for (Arrays& layer : arrays) layer.Begin(drawing->itr);
-    if (look.box) AddBox(arrays[kLines], *drawing->skin, look.colours.empty() ? kEdge : look.colours.front());
-    for (std::size_t i = 0; i < drawing->skin->pieces.size() && !look.box; ++i) {
-      const MeshSkin::Piece& piece = drawing->skin->pieces[i];
-      const COLORREF colour = look.colours[i];
-      if (look.opacity != 0 && drawing->request.faces) {
-        arrays[look.opacity == 255 ? kFaces : kSeeThrough].AddCells(piece, piece.triangles, colour, look.opacity);
-      }
-      const bool own = look.wire || piece.elementLines < piece.lines.size();
-      arrays[kLines].AddCells(piece, piece.lines, own ? colour : kEdge, 255);
-      if ((look.addOns & kAddOnNodes) != 0 || piece.elementType == 15) {
-        std::vector<std::uint32_t> all(piece.nodes.size());
-        for (std::uint32_t n = 0; n < all.size(); ++n) all[n] = n;
-        arrays[kNodes].AddCells(piece, all, kNode, 255);
-      }
+    if (!look.box) Collect(*drawing, arrays);
+    if (look.box) {
+      Arrays& lines = arrays[{kLines, kOpaque}];
+      lines.corners = 2;
+      lines.Begin(drawing->itr);
+      AddBox(lines, *drawing->skin, look.colours.empty() ? kEdge : look.colours.front());
     }
-    AddSystems(arrays[kAxes], *drawing->skin, look.addOns);
+    Arrays& axes = arrays[{kAxes, kOpaque}];
+    axes.corners = 2;
+    AddSystems(axes, *drawing->skin, look.addOns);
   }
-  for (int kind = 0; kind < kLayers; ++kind) {
-    m_layers[kind].firstCells = std::move(arrays[kind].firstCells);
-    Fill(m_layers[kind], static_cast<LayerKind>(kind), arrays[kind]);
+  for (auto& [key, layer] : m_layers) arrays.try_emplace(key);
+  for (auto& [key, layer] : arrays) {
+    m_layers[key].firstCells = std::move(layer.firstCells);
+    Fill(m_layers[key], key, layer);
   }
 }
 
 iterator MeshBatch::SetOfCell(const vtkProp* prop, std::int64_t cell) const {
-  for (const Layer& layer : m_layers) {
+  for (const auto& [key, layer] : m_layers) {
     if (layer.actor == nullptr || layer.actor != prop) continue;
     const auto after = std::upper_bound(layer.firstCells.begin(), layer.firstCells.end(), cell,
                                         [](std::int64_t value, const auto& first) { return value < first.first; });

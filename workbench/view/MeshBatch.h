@@ -3,8 +3,10 @@
 #include <vtkSmartPointer.h>
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "host/Types.h"
@@ -47,20 +49,23 @@ class MeshBatch {
   static std::size_t SizeOf(const MsetDrawing& drawing);
 
  private:
-  enum LayerKind { kFaces, kSeeThrough, kLines, kNodes, kAxes, kLayers };
+  enum LayerKind { kSolids, kSurfaces, kLines, kNodes, kAxes };
+  /// One actor draws one kind of thing in one opacity.
+  using LayerKey = std::pair<LayerKind, std::uint8_t>;
   struct Layer {
     vtkSmartPointer<vtkActor> actor;
     std::vector<std::pair<std::int64_t, iterator>> firstCells;  // by cell
   };
   struct Arrays;
 
-  void Fill(Layer& layer, LayerKind kind, const Arrays& arrays);
-  void MakeActor(Layer& layer, LayerKind kind);
+  void Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& arrays) const;
+  void Fill(Layer& layer, const LayerKey& key, const Arrays& arrays);
+  void MakeActor(Layer& layer, const LayerKey& key);
 
   vtkRenderer& m_renderer;
   std::vector<const MsetDrawing*> m_drawings;
   std::size_t m_size = 0;
-  Layer m_layers[kLayers];
+  std::map<LayerKey, Layer> m_layers;
   bool m_dirty = false;
 };
 

@@ -19,6 +19,7 @@
 #include <QElapsedTimer>
 #include <QMouseEvent>
 #include <QOpenGLContext>
+#include <QOpenGLFunctions>
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <QWheelEvent>
@@ -212,6 +213,12 @@ void ModelView::paintGL() {
   m_window->window->GetState()->Push();
   m_window->window->Render();
   m_window->window->GetState()->Pop();
+  // What is seen through things is mixed in the picture, not with the window behind it.
+  QOpenGLFunctions* gl = context()->functions();
+  gl->glColorMask(GL_FALSE, GL_FALSE, GL_FALSE, GL_TRUE);
+  gl->glClearColor(0, 0, 0, 1);
+  gl->glClear(GL_COLOR_BUFFER_BIT);
+  gl->glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
   m_window->painting = false;
   m_window->labels->Follow();
   m_lastFrame = time.elapsed();

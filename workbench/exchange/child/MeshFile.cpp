@@ -8,11 +8,15 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <set>
 #include <unordered_map>
+#include <unordered_set>
 
 #include "workbench/exchange/child/Operation.h"
+#include "workbench/exchange/child/UnvGroups.h"
 #include "workbench/model/ElementTypes.h"
+#include "workbench/model/MeshEdit.h"
 
 namespace qd::workbench {
 
@@ -82,9 +86,9 @@ struct Group {
   std::string name;
 };
 
-/// The groups of the file. An entity belongs to the first group that names it; entities of the mesh's own
-/// dimension that no group names make groups of their own.
-std::vector<Group> GroupsOfFile(std::vector<ImportNote>& notes) {
+/// The groups of the file. An entity belongs to the first group that names it; entities that no group names make
+/// groups of their own, but for the sides of solids in files that list these beside the solids.
+std::vector<Group> GroupsOfFile(FileFormat format, std::vector<ImportNote>& notes) {
   std::vector<Group> groups;
   std::set<std::pair<int, int>> taken;
   gmsh::vectorpair physical;
@@ -101,10 +105,13 @@ std::vector<Group> GroupsOfFile(std::vector<ImportNote>& notes) {
     }
     if (group.entities.size() < entities.size()) notes.push_back({"IDS_WB_NOTE_SHARED_SET", group.name});
   }
+  const bool solverFile = format == FileFormat::Bdf || format == FileFormat::Unv;
+  const int least = solverFile ? 1 : gmsh::model::getDimension();
   gmsh::vectorpair entities;
-  gmsh::model::getEntities(entities, gmsh::model::getDimension());
+  gmsh::model::getEntities(entities);
   for (const auto& [dimension, tag] : entities) {
-    if (!taken.contains({dimension, tag})) groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
+    if (dimension >= least && !taken.contains({dimension, tag}))
+      groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
   }
   return groups;
 }
@@ -117,21 +124,44 @@ void CheckElementTypes(const MeshData& mesh) {
   }
 }
 
-void SendGroups(Sink& sink) {
+std::vector<ImportedMeshSet> SetsOfFile(FileFormat format, Sink& sink) {
   const Coordinates nodes = AllNodes();
   std::vector<ImportNote> notes;
-  const std::vector<Group> groups = GroupsOfFile(notes);
+  const std::vector<Group> groups = GroupsOfFile(format, notes);
   for (const ImportNote& note : notes) sink.Note(note);
-  double done = 0;
+  std::vector<ImportedMeshSet> sets;
   for (const Group& group : groups) {
     ImportedMeshSet set;
     set.name = group.name;
     for (const int entity : group.entities) AddElements(group.dimension, entity, set.mesh);
     CheckElementTypes(set.mesh);
     AddUsedNodes(nodes, set.mesh);
-    if (!set.mesh.blocks.empty()) sink.MeshSet(set);
-    sink.Progress(++done / static_cast<double>(groups.size()));
+    if (!set.mesh.blocks.empty()) sets.push_back(std::move(set));
   }
+  return sets;
+}
+
+/// Moves the elements of the file's named groups, which the library passes over, into sets of these names. An
+/// element of several groups goes into the first.
+void ApplyNamedGroups(const std::vector<UnvGroup>& groups, std::vector<ImportedMeshSet>& sets) {
+  std::vector<ImportedMeshSet> named;
+  for (const UnvGroup& group : groups) {
+    const std::unordered_set<std::uint64_t> wanted(group.elements.begin(), group.elements.end());
+    std::vector<MeshPtr> taken;
+    for (ImportedMeshSet& set : sets) {
+      SplitMesh split =
+          SplitByElement(set.mesh, [&wanted](std::uint64_t element) { return wanted.contains(element); });
+      if (split.taken->blocks.empty()) continue;
+      taken.push_back(std::move(split.taken));
+      set.mesh = *split.left;
+    }
+    if (taken.empty()) continue;
+    named.emplace_back();
+    named.back().name = group.name;
+    named.back().mesh = *JoinMeshes(taken);
+  }
+  std::erase_if(sets, [](const ImportedMeshSet& set) { return set.mesh.blocks.empty(); });
+  sets.insert(sets.begin(), std::make_move_iterator(named.begin()), std::make_move_iterator(named.end()));
 }
 
 /// A file that goes with its object.
@@ -202,11 +232,13 @@ void MeshOperands(const ShapeOperation& operation, Sink& sink) {
   }
 }
 
-void ReadMeshFile(const std::string& path, Sink& sink) {
+void ReadMeshFile(const std::string& path, FileFormat format, Sink& sink) {
   const Session session;
   try {
     gmsh::merge(path);
-    SendGroups(sink);
+    std::vector<ImportedMeshSet> sets = SetsOfFile(format, sink);
+    if (format == FileFormat::Unv) ApplyNamedGroups(ReadUnvGroups(path), sets);
+    for (const ImportedMeshSet& set : sets) sink.MeshSet(set);
   } catch (const std::string& reason) {
     throw ImportError{"IDS_WB_IMPORT_READER", reason};
   } catch (int) {

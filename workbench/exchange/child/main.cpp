@@ -29,7 +29,7 @@ void Import(const std::string& path, Sink& sink) {
     for (const ImportedProperty& property : model.properties) sink.Property(property);
     for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);
   } else if (IsMeshFormat(format)) {
-    ReadMeshFile(path, sink);
+    ReadMeshFile(path, format, sink);
   } else {
     ReadCadFile(path, format, sink);
   }

@@ -1,0 +1,169 @@
+// The menus of the main window.
+
+#include <QActionGroup>
+#include <QDockWidget>
+#include <QLocale>
+#include <QMenuBar>
+#include <QToolButton>
+
+#include "host/CQDUnitCtrl.h"
+#include "platform/qt/QtConvert.h"
+#include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/MainWindow.h"
+#include "workbench/app/PropertyPane.h"
+#include "workbench/app/TreePane.h"
+
+namespace qd::workbench {
+
+// ---- menus ----------------------------------------------------------------------------------------------
+
+QAction* MainWindow::Add(QMenu* menu, const char* key, const QKeySequence& shortcut,
+                         void (MainWindow::*handler)()) {
+  QAction* action = menu->addAction(QString(), this, handler);
+  action->setShortcut(shortcut);
+  m_translated.push_back({action, key});
+  return action;
+}
+
+void MainWindow::MakeMenus() {
+  MakeFileMenu();
+  MakeEditMenu();
+  MakeViewMenu();
+  MakeMeshMenu();
+}
+
+QMenu* MainWindow::AddMenu(QMenu* above, const char* key) {
+  QMenu* menu = above != nullptr ? above->addMenu(QString()) : menuBar()->addMenu(QString());
+  m_translated.push_back({menu->menuAction(), key});
+  return menu;
+}
+
+void MainWindow::MakeFileMenu() {
+  QMenu* file = AddMenu(nullptr, "IDS_WB_MENU_FILE");
+  Add(file, "IDS_WB_IMPORT", QKeySequence::Open, &MainWindow::OnImport);
+  Add(file, "IDS_WB_EXPORT", QKeySequence(Qt::CTRL | Qt::Key_E), &MainWindow::OnExport);
+  file->addSeparator();
+  m_translated.push_back(
+      {file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT"});
+}
+
+void MainWindow::MakeEditMenu() {
+  QMenu* edit = AddMenu(nullptr, "IDS_WB_MENU_EDIT");
+  m_undo = Add(edit, "IDS_WB_UNDO", QKeySequence::Undo, &MainWindow::OnUndo);
+  m_redo = Add(edit, "IDS_WB_REDO", QKeySequence::Redo, &MainWindow::OnRedo);
+  edit->addSeparator();
+  m_delete = Add(edit, "IDS_WB_DELETE", QKeySequence::Delete, &MainWindow::OnDelete);
+  connect(edit, &QMenu::aboutToShow, this, &MainWindow::RefreshActions);
+}
+
+void MainWindow::MakeViewMenu() {
+  QMenu* view = AddMenu(nullptr, "IDS_WB_MENU_VIEW");
+  Add(view, "IDS_WB_FIT", QKeySequence(Qt::CTRL | Qt::Key_0), &MainWindow::OnFit);
+  Add(view, "IDS_QD_WRT_SHOW_ALL", {}, &MainWindow::OnShowAll);
+  Add(view, "IDS_QD_WRT_HIDE_ALL", {}, &MainWindow::OnHideAll);
+  const auto choice = [this](QMenu* menu, const QString& text, bool checked, QActionGroup* group) {
+    QAction* action = menu->addAction(text);
+    action->setCheckable(true);
+    action->setChecked(checked);
+    group->addAction(action);
+    return action;
+  };
+  QMenu* language = AddMenu(view, "IDS_WB_MENU_LANGUAGE");
+  auto* languages = new QActionGroup(this);
+  for (const QString& code : MessageTables::Languages()) {
+    connect(choice(language, QLocale(code).nativeLanguageName(), code == m_messages.Language(), languages),
+            &QAction::triggered, this, [this, code] { SetLanguage(code); });
+  }
+  QMenu* units = AddMenu(view, "IDS_WB_MENU_UNITS");
+  auto* systems = new QActionGroup(this);
+  constexpr const wchar_t* kSystems[][2] = {{L"mm", L"t"}, {L"m", L"kg"}, {L"in", L"lb"}};
+  for (const auto& [length, mass] : kSystems) {
+    connect(
+        choice(units, ToQt(CString(length) + L", " + mass), length == CQDUnitCtrl::GetUnitSystemLength(), systems),
+        &QAction::triggered, this, [this, length, mass] {
+          CQDUnitCtrl::SetUnitSystem(length, mass);
+          m_properties->Refresh();
+        });
+  }
+}
+
+void MainWindow::MakeMeshMenu() {
+  struct Entry {
+    const char* key;
+    unsigned command;
+    bool toSet = false;  // the commands of sets that their menus do not list
+  };
+  constexpr Entry kEntries[] = {{"IDS_MENU_WRT_MESH_ADD_NODE", kCommandMeshNode},
+                                {"IDS_MENU_WRT_MESH_ADD_ELEM", kCommandMeshElement},
+                                {"IDS_MENU_WRT_MESH_ADD_2D_AUTO", kCommandMeshAuto2D},
+                                {"IDS_MENU_WRT_MESH_ADD_2D_MAP", kCommandMeshMap2D},
+                                {"IDS_MENU_WRT_MESH_ADD_3D_AUTO", kCommandMeshAuto3D},
+                                {"IDS_MENU_WRT_MESH_ADD_3D_MAP", kCommandMeshMap3D},
+                                {"IDS_WB_MESH_AGAIN", kCommandRemesh, true},
+                                {nullptr, 0},
+                                {"IDS_QD_WRT_TRANSFORM_TRANSLATE", kCommandMeshTranslate, true},
+                                {"IDS_QD_WRT_TRANSFORM_ROTATE", kCommandMeshRotate, true},
+                                {"IDS_QD_WRT_TRANSFORM_MIRROR", kCommandMeshMirror, true},
+                                {"IDS_QD_WRT_TRANSFORM_SCALE", kCommandMeshScale, true},
+                                {"IDS_QDMESH_TAB_GENERATE_2D_TO_3D", kCommandMeshSweep, true},
+                                {nullptr, 0},
+                                {"IDS_WB_COLOUR_BY_SET", kCommandMeshColourMode},
+                                {"IDS_WB_COLOUR_BY_PROPERTY", kCommandMeshColourMode + 1},
+                                {"IDS_WB_COLOUR_BY_MATERIAL", kCommandMeshColourMode + 2},
+                                {"IDS_WB_COLOUR_BY_TYPE", kCommandMeshColourMode + 3},
+                                {"IDS_WB_COLOUR_BY_TOP_SET", kCommandLastMeshColourMode},
+                                {"IDS_QD_WRT_RANDOM_COLOR", kCommandMeshRandomColour}};
+  QMenu* mesh = AddMenu(nullptr, "IDS_WB_MENU_MESH");
+  for (const Entry& entry : kEntries) {
+    if (entry.key == nullptr) {
+      mesh->addSeparator();
+      continue;
+    }
+    m_translated.push_back(
+        {mesh->addAction(QString(), this, [this, entry] { SendToMeshes(entry.command, entry.toSet); }),
+         entry.key});
+  }
+}
+
+void MainWindow::SendToMeshes(unsigned command, bool toSet) {
+  CQDTreeListCtrl& tree = m_modelPane->Bar().GetTreeCtrl();
+  if (!toSet) return m_modelPane->Bar().OnMenuEventMeshRoot(m_doc.get(), command);
+  std::vector<CQDTreeItem*> selected;
+  tree.GetSelectedTreeItems(selected, 0);
+  const auto set =
+      std::find_if(selected.begin(), selected.end(), [](const CQDTreeItem* node) { return node->IsMesh(); });
+  const std::vector<iterator> all = m_doc->GetDatabase().GetMsetPool().GetItrList();
+  CQDTreeItem* node = set != selected.end() ? *set : all.empty() ? nullptr : tree.FindMeshNode(all.front());
+  if (node != nullptr) node->OnMenuEvent(command);
+}
+
+void MainWindow::SetLanguage(const QString& language) {
+  if (!m_messages.SetLanguage(language)) return;
+  Retranslate();
+  m_manager->OnChangeLanguage();
+}
+
+void MainWindow::Retranslate() {
+  for (const auto& [action, key] : m_translated) action->setText(Text(key));
+  setWindowTitle(Text("IDS_WB_APP"));
+  m_modelPane->setWindowTitle(Text("IDS_WB_PANE_MODEL"));
+  m_gsetPane->setWindowTitle(Text("IDS_WB_PANE_GSET"));
+  m_properties->setWindowTitle(Text("IDS_WB_PANE_PROPERTIES"));
+  m_properties->Refresh();
+  m_messagePane->setWindowTitle(Text("IDS_WB_PANE_MESSAGES"));
+  m_cancel->setText(Text("IDS_WB_CANCEL"));
+  RefreshActions();
+}
+
+void MainWindow::RefreshActions() {
+  const Database& database = m_doc->GetDatabase();
+  const auto label = [](const char* key, const CString& title) {
+    return title.empty() ? Text(key) : Text(key) + " – " + ToQt(title).replace('&', "&&");
+  };
+  m_undo->setText(label("IDS_WB_UNDO", database.UndoTitle()));
+  m_redo->setText(label("IDS_WB_REDO", database.RedoTitle()));
+  m_undo->setEnabled(database.CanUndo());
+  m_redo->setEnabled(database.CanRedo());
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+#include <atomic>
+#include <memory>
+#include <vector>
+
+#include "workbench/display/WorkDocument.h"
+
+namespace qd::workbench {
+
+/// Writes mesh sets to a file on another thread, one file at a time.
+class MeshExporter final : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit MeshExporter(WorkDocument& doc, QObject* parent = nullptr) : QObject(parent), m_doc(doc) {}
+  ~MeshExporter() override { Cancel(); }
+
+  /// Starts writing; does nothing but say so while another file is being written.
+  void Start(const QString& path, const std::vector<iterator>& msets);
+  void Cancel();
+  bool IsRunning() const { return m_stop != nullptr; }
+  /// How many exports have failed so far.
+  int Failed() const { return m_failed; }
+
+ signals:
+  void Started(const QString& title);
+  /// 0 to 1000.
+  void Progress(int thousandths);
+  void Said(const QString& text, bool failure);
+  void Ended();
+
+ private:
+  void End(const QString& text, bool failure);
+
+  WorkDocument& m_doc;
+  std::shared_ptr<std::atomic<bool>> m_stop;  // null while nothing is written
+  int m_failed = 0;
+};
+
+}  // namespace qd::workbench
