@@ -3,6 +3,7 @@
 #include <vtkActor.h>
 #include <vtkCellArray.h>
 #include <vtkFloatArray.h>
+#include <vtkIdTypeArray.h>
 #include <vtkNew.h>
 #include <vtkPointData.h>
 #include <vtkPoints.h>
@@ -10,7 +11,6 @@
 #include <vtkPolyDataMapper.h>
 #include <vtkProperty.h>
 #include <vtkRenderer.h>
-#include <vtkTypeInt64Array.h>
 #include <vtkUnsignedCharArray.h>
 
 #include <algorithm>
@@ -146,6 +146,7 @@ void AddSystems(Arrays& lines, const MeshSkin& skin, std::uint32_t addOns) {
 MeshBatch::~MeshBatch() {
   for (auto& [key, layer] : m_layers) {
     if (layer.actor != nullptr) m_renderer.RemoveActor(layer.actor);
+    if (layer.coarse != nullptr) m_renderer.RemoveActor(layer.coarse);
   }
 }
 
@@ -171,14 +172,14 @@ void MeshBatch::Remove(const MsetDrawing& drawing) {
   m_dirty = true;
 }
 
-void MeshBatch::MakeActor(Layer& layer, const LayerKey& key) {
+vtkSmartPointer<vtkActor> MeshBatch::MakeActor(const LayerKey& key) {
   const LayerKind kind = key.first;
-  layer.actor = vtkSmartPointer<vtkActor>::New();
+  auto actor = vtkSmartPointer<vtkActor>::New();
   vtkNew<vtkPolyDataMapper> mapper;
   mapper->SetScalarModeToUsePointData();
   mapper->SetColorModeToDirectScalars();
   mapper->ScalarVisibilityOn();
-  vtkProperty* property = layer.actor->GetProperty();
+  vtkProperty* property = actor->GetProperty();
   property->SetOpacity(key.second / double(kOpaque));
   if (kind == kSolids || kind == kSurfaces) {
     // Faces step back a little, so that the lines on them are seen whole; solids more, for the shells on them.
@@ -190,18 +191,21 @@ void MeshBatch::MakeActor(Layer& layer, const LayerKey& key) {
     property->LightingOff();
   }
   if (kind == kNodes) property->SetPointSize(4);
-  if (kind == kNodes || kind == kAxes) layer.actor->PickableOff();
+  if (kind == kNodes || kind == kAxes) actor->PickableOff();
   if (kind == kAxes) property->SetLineWidth(1.5F);
-  layer.actor->SetMapper(mapper);
-  m_renderer.AddActor(layer.actor);
+  actor->SetMapper(mapper);
+  m_renderer.AddActor(actor);
+  return actor;
 }
 
 void MeshBatch::Fill(Layer& layer, const LayerKey& key, const Arrays& arrays) {
-  if (arrays.cells.empty()) {
+  layer.every = 0;
+  layer.empty = arrays.cells.empty();
+  if (layer.empty) {
     if (layer.actor != nullptr) layer.actor->VisibilityOff();
     return;
   }
-  if (layer.actor == nullptr) MakeActor(layer, key);
+  if (layer.actor == nullptr) layer.actor = MakeActor(key);
   vtkNew<vtkFloatArray> coordinates;
   coordinates->SetNumberOfComponents(3);
   coordinates->SetNumberOfTuples(arrays.PointCount());
@@ -212,7 +216,7 @@ void MeshBatch::Fill(Layer& layer, const LayerKey& key, const Arrays& arrays) {
   colours->SetNumberOfComponents(3);
   colours->SetNumberOfTuples(arrays.PointCount());
   std::copy(arrays.colours.begin(), arrays.colours.end(), colours->GetPointer(0));
-  vtkNew<vtkTypeInt64Array> connectivity;
+  vtkNew<vtkIdTypeArray> connectivity;
   connectivity->SetNumberOfValues(static_cast<vtkIdType>(arrays.cells.size()));
   std::copy(arrays.cells.begin(), arrays.cells.end(), connectivity->GetPointer(0));
   vtkNew<vtkCellArray> cells;
@@ -225,6 +229,63 @@ void MeshBatch::Fill(Layer& layer, const LayerKey& key, const Arrays& arrays) {
   if (arrays.corners == 1) data->SetVerts(cells);
   static_cast<vtkPolyDataMapper*>(layer.actor->GetMapper())->SetInputData(data);
   layer.actor->VisibilityOn();
+}
+
+// ---- turning --------------------------------------------------------------------------------------------
+
+std::size_t MeshBatch::CountOf(std::initializer_list<LayerKind> kinds) const {
+  std::size_t count = 0;
+  for (const auto& [key, layer] : m_layers) {
+    if (layer.empty || std::find(kinds.begin(), kinds.end(), key.first) == kinds.end()) continue;
+    count += static_cast<std::size_t>(layer.actor->GetMapper()->GetInput()->GetNumberOfCells());
+  }
+  return count;
+}
+
+/// Every n-th cell with its points.
+void MeshBatch::MakeCoarse(Layer& layer, const LayerKey& key, std::size_t every) {
+  auto* whole = vtkPolyData::SafeDownCast(layer.actor->GetMapper()->GetInput());
+  const bool lines = key.first == kWires;
+  vtkCellArray* from = lines ? whole->GetLines() : whole->GetPolys();
+  const float* coordinates = static_cast<vtkFloatArray*>(whole->GetPoints()->GetData())->GetPointer(0);
+  const unsigned char* colours = static_cast<vtkUnsignedCharArray*>(whole->GetPointData()->GetScalars())->GetPointer(0);
+  Arrays arrays;
+  arrays.corners = lines ? 2 : 3;
+  for (vtkIdType cell = 0; cell < from->GetNumberOfCells(); cell += static_cast<vtkIdType>(every)) {
+    vtkIdType count = 0;
+    const vtkIdType* corners = nullptr;
+    from->GetCellAtId(cell, count, corners);
+    for (vtkIdType i = 0; i < count; ++i) {
+      arrays.cells.push_back(arrays.PointCount());
+      arrays.points.insert(arrays.points.end(), coordinates + corners[i] * 3, coordinates + corners[i] * 3 + 3);
+      arrays.colours.insert(arrays.colours.end(), colours + corners[i] * 3, colours + corners[i] * 3 + 3);
+    }
+  }
+  Layer part;
+  part.actor = layer.coarse;
+  Fill(part, key, arrays);
+  layer.coarse = part.actor;
+  layer.coarse->PickableOff();
+  layer.every = every;
+}
+
+void MeshBatch::ShowCoarse(std::size_t everyFace, std::size_t everyWire) {
+  for (auto& [key, layer] : m_layers) {
+    if (layer.empty) continue;
+    const bool faces = key.first == kSolids || key.first == kSurfaces;
+    const std::size_t every = faces ? everyFace : everyWire;
+    layer.actor->SetVisibility((faces || key.first == kWires) && every == 1 ? 1 : 0);
+    if ((!faces && key.first != kWires) || every == 1) continue;
+    if (layer.every != every) MakeCoarse(layer, key, every);
+    layer.coarse->VisibilityOn();
+  }
+}
+
+void MeshBatch::ShowWhole() {
+  for (auto& [key, layer] : m_layers) {
+    if (layer.coarse != nullptr) layer.coarse->VisibilityOff();
+    if (layer.actor != nullptr) layer.actor->SetVisibility(layer.empty ? 0 : 1);
+  }
 }
 
 /// Adds what a set shows of its elements.
@@ -245,7 +306,7 @@ void MeshBatch::Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& 
       layer(solid ? kSolids : kSurfaces, 3, look.opacity).AddCells(piece, piece.triangles, colour);
     }
     const bool own = look.wire || piece.elementLines < piece.lines.size();
-    layer(kLines, 2).AddCells(piece, piece.lines, own ? colour : kEdge);
+    layer(own ? kWires : kEdges, 2).AddCells(piece, piece.lines, own ? colour : kEdge);
     if ((look.addOns & kAddOnNodes) != 0 || piece.elementType == kPointElement) {
       std::vector<std::uint32_t> all(piece.nodes.size());
       std::iota(all.begin(), all.end(), 0U);
@@ -265,7 +326,7 @@ void MeshBatch::Refresh() {
     const MsetLook& look = *drawing->look;
     if (!look.box) Collect(*drawing, arrays);
     if (look.box) {
-      Arrays& lines = arrays[{kLines, kOpaque}];
+      Arrays& lines = arrays[{kWires, kOpaque}];
       lines.corners = 2;
       lines.Begin(drawing->itr);
       AddBox(lines, *drawing->skin, look.colours.empty() ? kEdge : look.colours.front());

@@ -3,6 +3,7 @@
 #include <vtkSmartPointer.h>
 
 #include <cstdint>
+#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -44,23 +45,34 @@ class MeshBatch {
   void Touch() { m_dirty = true; }
   /// Makes the arrays anew if anything was touched.
   void Refresh();
+  /// How many cells are drawn of what stays in sight while the view turns.
+  std::size_t FaceCount() const { return CountOf({kSolids, kSurfaces}); }
+  std::size_t WireCount() const { return CountOf({kWires}); }
+  /// For turning: draws only every n-th face and line, and nothing on the faces.
+  void ShowCoarse(std::size_t everyFace, std::size_t everyWire);
+  void ShowWhole();
   /// The set that a cell of a picked prop belongs to, 0 for none.
   iterator SetOfCell(const vtkProp* prop, std::int64_t cell) const;
   static std::size_t SizeOf(const MsetDrawing& drawing);
 
  private:
-  enum LayerKind { kSolids, kSurfaces, kLines, kNodes, kAxes };
+  enum LayerKind { kSolids, kSurfaces, kEdges, kWires, kNodes, kAxes };
   /// One actor draws one kind of thing in one opacity.
   using LayerKey = std::pair<LayerKind, std::uint8_t>;
   struct Layer {
-    vtkSmartPointer<vtkActor> actor;
+    vtkSmartPointer<vtkActor> actor;   // null while there was nothing to draw
+    vtkSmartPointer<vtkActor> coarse;  // a part of it; null until the view turned
+    std::size_t every = 0;             // of the cells of `actor` are in `coarse`; 0 when these are not its any more
+    bool empty = true;
     std::vector<std::pair<std::int64_t, iterator>> firstCells;  // by cell
   };
   struct Arrays;
 
   void Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& arrays) const;
   void Fill(Layer& layer, const LayerKey& key, const Arrays& arrays);
-  void MakeActor(Layer& layer, const LayerKey& key);
+  vtkSmartPointer<vtkActor> MakeActor(const LayerKey& key);
+  void MakeCoarse(Layer& layer, const LayerKey& key, std::size_t every);
+  std::size_t CountOf(std::initializer_list<LayerKind> kinds) const;
 
   vtkRenderer& m_renderer;
   std::vector<const MsetDrawing*> m_drawings;

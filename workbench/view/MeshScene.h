@@ -30,6 +30,9 @@ class MeshScene {
   bool IsBuilding() const { return m_working || !m_queue.empty(); }
   /// Brings what is drawn up to date with the document.
   void Update();
+  /// While the view turns a large scene is drawn in part, as much as keeps up with the hand.
+  void BeginTurning();
+  void EndTurning();
   iterator SetOfCell(const vtkProp* prop, std::int64_t cell) const;
   /// Widens bounds, least and greatest x, y, z, by the shown sets. Returns whether there are any.
   bool AddShownBounds(double bounds[6], bool any) const;
@@ -64,6 +67,7 @@ class MeshScene {
   std::uint64_t m_lookRevision = 0;
   unsigned m_colourMode = 0;
   bool m_working = false;
+  bool m_turning = false;
   std::shared_ptr<std::atomic<bool>> m_stop = std::make_shared<std::atomic<bool>>(false);
 };
 

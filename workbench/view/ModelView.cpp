@@ -23,6 +23,7 @@
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <QWheelEvent>
+#include <utility>
 
 #include "workbench/view/MeshLabels.h"
 #include "workbench/view/MeshScene.h"
@@ -246,6 +247,7 @@ void ModelView::mousePressEvent(QMouseEvent* event) {
 }
 
 void ModelView::mouseReleaseEvent(QMouseEvent* event) {
+  if (std::exchange(m_turning, false)) m_window->meshes->EndTurning();
   if (event->button() == Qt::MiddleButton) Tell(vtkCommand::MiddleButtonReleaseEvent, event->position(), {});
   if (event->button() == Qt::RightButton) Tell(vtkCommand::RightButtonReleaseEvent, event->position(), {});
   if (event->button() != Qt::LeftButton) return;
@@ -255,6 +257,11 @@ void ModelView::mouseReleaseEvent(QMouseEvent* event) {
 }
 
 void ModelView::mouseMoveEvent(QMouseEvent* event) {
+  constexpr qint64 kSlow = 80;  // milliseconds
+  if (event->buttons() != Qt::NoButton && !m_turning && m_lastFrame > kSlow) {
+    m_turning = true;
+    m_window->meshes->BeginTurning();
+  }
   if (event->buttons() != Qt::NoButton) Tell(vtkCommand::MouseMoveEvent, event->position(), {});
 }
 
