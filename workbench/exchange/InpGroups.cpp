@@ -94,7 +94,7 @@ bool IsWhole(const InpPart& part, const Nesting& nesting, std::uint32_t set) {
 /// Builds the mesh of a group of elements.
 class GroupMesh {
  public:
-  explicit GroupMesh(const InpPart& part) : m_part(part), m_used(part.nodeIds.size(), false) {}
+  explicit GroupMesh(const InpPart& part) : m_part(part) {}
 
   void Add(std::uint32_t place) {
     const InpPart::Element& element = m_part.elements[place];
@@ -111,16 +111,18 @@ class GroupMesh {
     for (int i = 0; i < nodes; ++i) {
       const std::uint64_t node = m_part.elementNodes[element.firstNode + static_cast<std::uint64_t>(i)];
       block.nodeIds.push_back(node);
-      const auto at = std::lower_bound(m_part.nodeIds.begin(), m_part.nodeIds.end(), node);
-      m_used[static_cast<std::size_t>(at - m_part.nodeIds.begin())] = true;
+      m_mesh.nodeIds.push_back(node);
     }
   }
-  void AddNode(std::size_t place) { m_used[place] = true; }
+  void AddNode(std::uint64_t node) { m_mesh.nodeIds.push_back(node); }
   MeshData Take() {
-    for (std::size_t place = 0; place < m_used.size(); ++place) {
-      if (!m_used[place]) continue;
-      m_mesh.nodeIds.push_back(m_part.nodeIds[place]);
-      const auto at = m_part.coordinates.begin() + static_cast<std::ptrdiff_t>(place) * 3;
+    std::vector<std::uint64_t>& nodes = m_mesh.nodeIds;
+    std::sort(nodes.begin(), nodes.end());
+    nodes.erase(std::unique(nodes.begin(), nodes.end()), nodes.end());
+    for (const std::uint64_t node : nodes) {
+      const auto place =
+          std::lower_bound(m_part.nodeIds.begin(), m_part.nodeIds.end(), node) - m_part.nodeIds.begin();
+      const auto at = m_part.coordinates.begin() + place * 3;
       m_mesh.coordinates.insert(m_mesh.coordinates.end(), at, at + 3);
     }
     return std::move(m_mesh);
@@ -128,7 +130,6 @@ class GroupMesh {
 
  private:
   const InpPart& m_part;
-  std::vector<bool> m_used;
   std::unordered_map<int, std::size_t> m_blockOf;
   MeshData m_mesh;
 };
@@ -163,7 +164,7 @@ void AddGroups(const InpPart& part, bool always, ImportedModel& model) {
     GroupMesh mesh(part);
     for (const std::uint32_t element : homeless) mesh.Add(element);
     for (std::size_t node = 0; node < used.size(); ++node) {
-      if (!used[node]) mesh.AddNode(node);
+      if (!used[node]) mesh.AddNode(part.nodeIds[node]);
     }
     if (always) top = static_cast<std::int32_t>(model.meshSets.size());
     model.meshSets.push_back({part.name, -1, CommonProperty(part, homeless), mesh.Take()});

@@ -161,6 +161,7 @@ bool MeshBatch::HasRoomFor(std::size_t size) const {
 }
 
 void MeshBatch::Add(const MsetDrawing& drawing) {
+  m_filled.clear();
   m_drawings.push_back(&drawing);
   m_size += SizeOf(drawing);
   m_dirty = true;
@@ -169,6 +170,7 @@ void MeshBatch::Add(const MsetDrawing& drawing) {
 void MeshBatch::Remove(const MsetDrawing& drawing) {
   m_size -= SizeOf(drawing);
   std::erase(m_drawings, &drawing);
+  m_filled.clear();
   m_dirty = true;
 }
 
@@ -248,7 +250,8 @@ void MeshBatch::MakeCoarse(Layer& layer, const LayerKey& key, std::size_t every)
   const bool lines = key.first == kWires;
   vtkCellArray* from = lines ? whole->GetLines() : whole->GetPolys();
   const float* coordinates = static_cast<vtkFloatArray*>(whole->GetPoints()->GetData())->GetPointer(0);
-  const unsigned char* colours = static_cast<vtkUnsignedCharArray*>(whole->GetPointData()->GetScalars())->GetPointer(0);
+  const unsigned char* colours =
+      static_cast<vtkUnsignedCharArray*>(whole->GetPointData()->GetScalars())->GetPointer(0);
   Arrays arrays;
   arrays.corners = lines ? 2 : 3;
   for (vtkIdType cell = 0; cell < from->GetNumberOfCells(); cell += static_cast<vtkIdType>(every)) {
@@ -315,8 +318,33 @@ void MeshBatch::Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& 
   }
 }
 
+bool MeshBatch::IsAllHidden() const {
+  return std::none_of(m_drawings.begin(), m_drawings.end(),
+                      [](const MsetDrawing* drawing) { return drawing->look && drawing->look->shown; });
+}
+
+bool MeshBatch::IsAsFilled() const {
+  return std::equal(m_drawings.begin(), m_drawings.end(), m_filled.begin(), m_filled.end(),
+                    [](const MsetDrawing* drawing, const auto& filled) {
+                      return drawing == filled.first && drawing->look == filled.second;
+                    });
+}
+
 void MeshBatch::Refresh() {
   if (!std::exchange(m_dirty, false)) return;
+  if (IsAllHidden()) {
+    for (auto& [key, layer] : m_layers) {
+      if (layer.actor != nullptr) layer.actor->VisibilityOff();
+    }
+    return;
+  }
+  if (!m_filled.empty() && IsAsFilled()) return ShowWhole();
+  FillLayers();
+  m_filled.clear();
+  for (const MsetDrawing* drawing : m_drawings) m_filled.emplace_back(drawing, drawing->look.value_or(MsetLook{}));
+}
+
+void MeshBatch::FillLayers() {
   // In one order, whatever came first: where faces coincide, the last one is seen.
   std::sort(m_drawings.begin(), m_drawings.end(),
             [](const MsetDrawing* a, const MsetDrawing* b) { return a->itr < b->itr; });

@@ -43,7 +43,7 @@ class MeshBatch {
   void Remove(const MsetDrawing& drawing);
   bool IsEmpty() const { return m_drawings.empty(); }
   void Touch() { m_dirty = true; }
-  /// Makes the arrays anew if anything was touched.
+  /// Makes the arrays anew if anything was touched. Hiding all sets and showing them again keeps the arrays.
   void Refresh();
   /// How many cells are drawn of what stays in sight while the view turns.
   std::size_t FaceCount() const { return CountOf({kSolids, kSurfaces}); }
@@ -62,12 +62,15 @@ class MeshBatch {
   struct Layer {
     vtkSmartPointer<vtkActor> actor;   // null while there was nothing to draw
     vtkSmartPointer<vtkActor> coarse;  // a part of it; null until the view turned
-    std::size_t every = 0;             // of the cells of `actor` are in `coarse`; 0 when these are not its any more
+    std::size_t every = 0;  // of the cells of `actor` are in `coarse`; 0 when these are not its any more
     bool empty = true;
     std::vector<std::pair<std::int64_t, iterator>> firstCells;  // by cell
   };
   struct Arrays;
 
+  bool IsAllHidden() const;
+  bool IsAsFilled() const;
+  void FillLayers();
   void Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& arrays) const;
   void Fill(Layer& layer, const LayerKey& key, const Arrays& arrays);
   vtkSmartPointer<vtkActor> MakeActor(const LayerKey& key);
@@ -78,6 +81,7 @@ class MeshBatch {
   std::vector<const MsetDrawing*> m_drawings;
   std::size_t m_size = 0;
   std::map<LayerKey, Layer> m_layers;
+  std::vector<std::pair<const MsetDrawing*, MsetLook>> m_filled;  // what the arrays were made from
   bool m_dirty = false;
 };
 

@@ -161,6 +161,11 @@ void ModelView::BuildSome() {
 }
 
 void ModelView::FitAll() {
+  AimAtAll();
+  Redraw(0);
+}
+
+void ModelView::AimAtAll() {
   double bounds[6];
   const bool parts = m_window->scene->ShownBounds(bounds);
   if (!m_window->meshes->AddShownBounds(bounds, parts)) return;
@@ -174,7 +179,6 @@ void ModelView::FitAll() {
   camera->SetPosition(centre[0] + 1, centre[1] - 1.4, centre[2] + 0.9);
   camera->SetViewUp(0, 0, 1);
   m_window->renderer->ResetCamera(bounds);
-  Redraw(0);
 }
 
 // ---- painting -------------------------------------------------------------------------------------------
@@ -206,7 +210,7 @@ void ModelView::paintGL() {
     m_dirty = false;
     m_window->scene->Update();
     m_window->meshes->Update();
-    if (m_fitWhenBuilt && !m_building && !m_window->meshes->IsBuilding()) FitAll();
+    if (m_fitWhenBuilt && !m_building && !m_window->meshes->IsBuilding()) AimAtAll();
     m_window->renderer->ResetCameraClippingRange();
   }
   // Qt has used the context in between.

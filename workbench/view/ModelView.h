@@ -51,6 +51,7 @@ class ModelView final : public QOpenGLWidget, public CQDViewBase {
 
   void Tell(unsigned long event, const QPointF& at, Qt::KeyboardModifiers modifiers);
   void BuildSome();
+  void AimAtAll();
   iterator PickAt(const QPointF& at);
 
   WorkDocument& m_doc;
