@@ -63,7 +63,7 @@ class DPoolMset : public DPool<tagTMset> {
   /// The set that takes what belongs to no other, 0 when there is none. It cannot be deleted or merged away.
   virtual iterator GetDefaultMset() const = 0;
   /// Returns the new record's iterator, 0 on failure.
-  virtual iterator Add(const tagTMset& record) = 0;
+  virtual iterator AddMset(const tagTMset& record) = 0;
   /// Stores a changed record. A parent that is the set itself or stands below it is refused.
   virtual int Modify(iterator itr, const tagTMset& record) = 0;
   /// Moves the nodes and elements of sets into another and deletes the sets; sets nested in them move up under

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <numeric>
 
+#include "workbench/exchange/BdfCheck.h"
 #include "workbench/exchange/InpElements.h"
 #include "workbench/exchange/InpFile.h"
 #include "workbench/exchange/Protocol.h"
@@ -177,6 +178,34 @@ TEST_F(InpFile, CirclesOfIncludesAndOfSetsEnd) {
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=/\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
   EXPECT_EQ(ErrorOf(kNodes + "*ELSET,ELSET=A\nB\n*ELSET,ELSET=B\nA\n"), "none");
 }
+
+// ---- bulk data ------------------------------------------------------------------------------------------
+
+class BadBdf : public InpFile, public ::testing::WithParamInterface<BadCase> {};
+TEST_P(BadBdf, IsNoticedBeforeTheLibraryPassesItOver) {
+  const fs::path path =
+      Write(std::string("$ comment\nBEGIN BULK\nGRID,1,,0.,0.,0.\n") + GetParam().text, "model.bdf");
+  std::string outcome;
+  try {
+    for (const ImportNote& note : CheckBdfFile(path)) outcome += note.key + " " + note.detail;
+  } catch (const ImportError& error) {
+    outcome = error.key + " " + error.detail;
+  }
+  EXPECT_EQ(outcome, GetParam().error);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Texts, BadBdf,
+    ::testing::Values(BadCase{"CTRIA3,1,1,1,2,3\nCORD2R,1,,0.,0.,0.\nENDDATA\n", ""},
+                      BadCase{"CTETRA         1       1       1       2       3       4\nENDDATA\n", ""},
+                      BadCase{"CHEXA          1       1       1       2       3       4       5       6+\n"
+                              "+              7       8\nENDDATA\n",
+                              ""},
+                      BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7,8\nENDDATA\n", ""},
+                      BadCase{"CTRIA9,1,1,1,2,3\nENDDATA\n", "IDS_WB_IMPORT_INP_TYPE 4: CTRIA9"},
+                      BadCase{"CTRIA3,1,1,1,2\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CTRIA3"},
+                      BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CHEXA"},
+                      BadCase{"CELAS1,1,1,1,2\nCELAS1,2,1,1,2\nENDDATA\n", "IDS_WB_NOTE_LEFT_OUT CELAS1"},
+                      BadCase{"CTRIA3,1,1,1,2,3\n", "IDS_WB_IMPORT_TRUNCATED "}));
 
 }  // namespace
 }  // namespace qd::test

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "host/LongWork.h"
 #include "qd_wrt/mesh/CQDMsetOperation.h"
 #include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "qd_wrt/properties/CPropertySetMesh.h"
@@ -554,6 +555,19 @@ TEST_F(MeshPage, NamesPropertyMaterialAndMass) {
   EXPECT_EQ(RowOf(L"IDS_QD_WRT_MESH_MASS").value, L"    6 t");
   EXPECT_EQ(RowOf(L"IDS_QD_WRT_MASSX").value, L"  0.5 mm");
   EXPECT_EQ(RowOf(L"IDS_QD_WRT_MASSZ").value, L"    0 mm");
+}
+
+TEST_F(MeshPage, AStoppedComputationLeavesTheMassEmpty) {
+  struct Stopper final : ILongWork {
+    int Run(const CString&, const std::function<int(const ProgressCall&)>& work) override {
+      return work([](double) { return false; });
+    }
+  } stopper;
+  ChangeMset(d, [](tagTMset& set) { PutMesh(set, Strip(70'000, 9)); });
+  Tree().SelectCTItem(Node(L"D"));
+  m_properties.GetPropertySet()->ShowProperty();
+  m_properties.GetPropertySet()->CalProp(&RowOf(L"IDS_QD_WRT_MASSX"));
+  EXPECT_EQ(RowOf(L"IDS_QD_WRT_MESH_MASS").value, L"");
 }
 
 TEST_F(MeshPage, WritesNameAndColourInOneAct) {

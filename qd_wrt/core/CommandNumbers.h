@@ -19,7 +19,6 @@ enum CommandNumber : unsigned {
   kCommandReverse = 41017,
   kCommandSortByCreation = 41037,
   kCommandSortByName = 41038,
-  kCommandReadChecked = 41039,
   kCommandShow = 41100,
   kCommandHide = 41101,
   kCommandEdgeShading = 41105,

@@ -175,7 +175,7 @@ void CQDTreeItemMesh::NewMeshSet(unsigned, const Targets&) {
   record.name.resize(std::min(record.name.size(), kMaxNameLength));
   CTransaction transaction(GetDBSession());
   if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Add_Mset")) == 0) return;
-  if (pool.Add(record) != 0) transaction.Commit(1);
+  if (pool.AddMset(record) != 0) transaction.Commit(1);
 }
 
 void CQDTreeItemMesh::DeleteSets(unsigned command, const Targets&) {

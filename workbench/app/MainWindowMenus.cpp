@@ -61,7 +61,7 @@ void MainWindow::MakeViewMenu() {
   Add(view, "IDS_WB_FIT", QKeySequence(Qt::CTRL | Qt::Key_0), &MainWindow::OnFit);
   Add(view, "IDS_QD_WRT_SHOW_ALL", {}, &MainWindow::OnShowAll);
   Add(view, "IDS_QD_WRT_HIDE_ALL", {}, &MainWindow::OnHideAll);
-  const auto choice = [this](QMenu* menu, const QString& text, bool checked, QActionGroup* group) {
+  const auto choice = [](QMenu* menu, const QString& text, bool checked, QActionGroup* group) {
     QAction* action = menu->addAction(text);
     action->setCheckable(true);
     action->setChecked(checked);
@@ -77,13 +77,14 @@ void MainWindow::MakeViewMenu() {
   QMenu* units = AddMenu(view, "IDS_WB_MENU_UNITS");
   auto* systems = new QActionGroup(this);
   constexpr const wchar_t* kSystems[][2] = {{L"mm", L"t"}, {L"m", L"kg"}, {L"in", L"lb"}};
-  for (const auto& [length, mass] : kSystems) {
-    connect(
-        choice(units, ToQt(CString(length) + L", " + mass), length == CQDUnitCtrl::GetUnitSystemLength(), systems),
-        &QAction::triggered, this, [this, length, mass] {
-          CQDUnitCtrl::SetUnitSystem(length, mass);
-          m_properties->Refresh();
-        });
+  for (const auto& system : kSystems) {
+    const CString length = system[0];
+    const CString mass = system[1];
+    connect(choice(units, ToQt(length + L", " + mass), length == CQDUnitCtrl::GetUnitSystemLength(), systems),
+            &QAction::triggered, this, [this, length, mass] {
+              CQDUnitCtrl::SetUnitSystem(length, mass);
+              m_properties->Refresh();
+            });
   }
 }
 

@@ -125,7 +125,9 @@ std::vector<iterator> SetsInView(WorkDocument& doc) {
   return sets;
 }
 
-constexpr ActResult kNoWay{0, "IDS_WB_OPERATION_ZERO"};
+ActResult NoWay() {
+  return {0, "IDS_WB_OPERATION_ZERO"};
+}
 
 MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* parent) {
   static const std::map<unsigned, const char*> kTitles{{kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"},
@@ -161,14 +163,14 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
     act([=](const auto& sets, const CString& text) {
       Point unit = ValuesOf(axis);
       return Normalise(unit) ? transform(sets, About(ValuesOf(point), Rotation(unit, angle->value())), text)
-                             : kNoWay;
+                             : NoWay();
     });
   } else if (command == kCommandMeshMirror) {
     const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
     const TripleField normal = dialog->AddTripleField("IDS_WB_NORMAL", {1, 0, 0});
     act([=](const auto& sets, const CString& text) {
       Point unit = ValuesOf(normal);
-      return Normalise(unit) ? transform(sets, About(ValuesOf(point), Reflection(unit)), text) : kNoWay;
+      return Normalise(unit) ? transform(sets, About(ValuesOf(point), Reflection(unit)), text) : NoWay();
     });
   } else if (command == kCommandMeshScale) {
     const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
@@ -176,14 +178,14 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
     act([=](const auto& sets, const CString& text) {
       std::array<Point, 3> rows = kUnit;
       for (std::size_t i = 0; i < 3; ++i) rows[i][i] = factor->value();
-      return factor->value() != 0 ? transform(sets, About(ValuesOf(point), rows), text) : kNoWay;
+      return factor->value() != 0 ? transform(sets, About(ValuesOf(point), rows), text) : NoWay();
     });
   } else {
     const TripleField way = dialog->AddTripleField("IDS_WB_VECTOR", {0, 0, 10});
     const QSpinBox* layers = dialog->AddCountField("IDS_QD_MESH_LAYERED_NUM_LAYERS", 2);
     act([&doc, way, layers](const auto& sets, const CString& text) {
       const Point along = ValuesOf(way);
-      if (std::hypot(along[0], along[1], along[2]) == 0) return kNoWay;
+      if (std::hypot(along[0], along[1], along[2]) == 0) return NoWay();
       return SweepMeshes(doc.GetDatabase(), sets, along, layers->value(), text);
     });
   }

@@ -25,6 +25,7 @@ COLORREF ColourOfNumber(std::int32_t number) {
   constexpr std::int32_t kColours = 64;
   static const std::vector<COLORREF> colours = [] {
     std::vector<COLORREF> made;
+    made.reserve(kColours);
     CQDColorGenerator generator;
     for (std::int32_t i = 0; i < kColours; ++i) made.push_back(generator.GetNextColor());
     return made;
@@ -90,6 +91,7 @@ MsetLook LookOf(const Database& database, const DisplayState& display, const tag
   look.wire = look.box || (wanted.mode >= kWireframe && wanted.mode <= kFeatureEdges);
   look.opacity = wanted.opacity;
   look.addOns = wanted.addOns;
+  look.colours.reserve(skin.pieces.size());
   for (const MeshSkin::Piece& piece : skin.pieces) {
     look.colours.push_back(selected ? kHighlight
                                     : ColourOf(database, record, display.GetMeshColorMode(), piece.elementType));

@@ -442,8 +442,9 @@ ImportedModel Reader::Finish() {
   std::uint64_t lastElement = 0;
   for (const InpPart::Element& element : loose.mesh.elements) lastElement = std::max(lastElement, element.id);
   // A part that is never placed is of no use to a solver, but its mesh is what the user wants to see.
-  for (const auto& [name, part] : m_partOf) {
-    const bool placed = std::any_of(m_instances.begin(), m_instances.end(), [&part](const Instance& instance) {
+  for (const auto& [name, known] : m_partOf) {
+    Part* part = known;
+    const bool placed = std::any_of(m_instances.begin(), m_instances.end(), [part](const Instance& instance) {
       return instance.part.mesh.name == part->mesh.name;
     });
     if (placed) continue;

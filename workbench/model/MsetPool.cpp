@@ -79,14 +79,13 @@ bool MsetPool::MayStandBelow(std::uint32_t key, std::uint32_t parent) const {
   return true;
 }
 
-iterator MsetPool::Add(const tagTMset& record) {
-  tagTMset added = record;
-  if (KeyOf(added) == 0) added.key |= GetNewKey();
-  added.parent &= kMsetKeyMask;
+iterator MsetPool::Add(tagTMset record) {
+  if (KeyOf(record) == 0) record.key |= GetNewKey();
+  record.parent &= kMsetKeyMask;
   // Nothing stands below a new key, so there is no circle to look for.
-  const bool homeless = added.parent != 0 && GetItrByKey(added.parent) == 0;
-  const bool refused = KeyOf(added) == 0 || GetItrByKey(added.key) != 0 || homeless;
-  return refused ? 0 : Pool::Add(std::move(added));
+  const bool homeless = record.parent != 0 && GetItrByKey(record.parent) == 0;
+  const bool refused = KeyOf(record) == 0 || GetItrByKey(record.key) != 0 || homeless;
+  return refused ? 0 : Pool::Add(std::move(record));
 }
 
 int MsetPool::Modify(iterator itr, const tagTMset& record) {

@@ -25,7 +25,8 @@ class MsetPool final : public Pool<tagTMset, DPoolMset> {
   std::uint32_t GetNewKey() const override;
   iterator GetDefaultMset() const override;
   /// A record without key gets one; a key that is taken, or a parent that does not stand, is refused.
-  iterator Add(const tagTMset& record) override;
+  iterator Add(tagTMset record);
+  iterator AddMset(const tagTMset& record) override { return Add(record); }
   int Modify(iterator itr, const tagTMset& record) override;
   int Merge(iterator target, const TArray<iterator>& itrs) override;
   /// Sets nested in deleted ones move to the nearest set above that stays; what is known of the generation of a

@@ -213,7 +213,7 @@ bool MeshScene::AddShownBounds(double bounds[6], bool any) const {
   for (const auto& [itr, entry] : m_entries) {
     const MeshSkin* skin = entry->drawing.skin.get();
     if (skin == nullptr || skin->pieces.empty() || m_doc.GetDisplay().IsMsetShown(itr) == 0) continue;
-    for (int axis = 0; axis < 3; ++axis) {
+    for (std::size_t axis = 0; axis < 3; ++axis) {
       double& least = bounds[2 * axis];
       double& greatest = bounds[2 * axis + 1];
       least = any ? std::min<double>(least, skin->bounds[2 * axis]) : skin->bounds[2 * axis];

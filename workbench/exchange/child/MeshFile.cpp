@@ -13,6 +13,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "workbench/exchange/BdfCheck.h"
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/UnvGroups.h"
 #include "workbench/model/ElementTypes.h"
@@ -29,11 +30,22 @@ class Session {
     gmsh::initialize();
     gmsh::option::setNumber("General.Terminal", 0);
     gmsh::option::setNumber("General.AbortOnError", 2);
+    gmsh::logger::start();
   }
   ~Session() { gmsh::finalize(); }
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 };
+
+/// What the library complained about first; later complaints only follow from it.
+std::string FirstError(const std::string& otherwise) {
+  constexpr std::string_view kMark = "Error: ";
+  std::vector<std::string> log;
+  gmsh::logger::get(log);
+  const auto found =
+      std::find_if(log.begin(), log.end(), [&](const std::string& line) { return line.starts_with(kMark); });
+  return found != log.end() ? found->substr(kMark.size()) : otherwise;
+}
 
 using Coordinates = std::unordered_map<std::size_t, std::array<double, 3>>;
 
@@ -235,14 +247,17 @@ void MeshOperands(const ShapeOperation& operation, Sink& sink) {
 void ReadMeshFile(const std::string& path, FileFormat format, Sink& sink) {
   const Session session;
   try {
+    if (format == FileFormat::Bdf) {
+      for (const ImportNote& note : CheckBdfFile(path)) sink.Note(note);
+    }
     gmsh::merge(path);
     std::vector<ImportedMeshSet> sets = SetsOfFile(format, sink);
     if (format == FileFormat::Unv) ApplyNamedGroups(ReadUnvGroups(path), sets);
     for (const ImportedMeshSet& set : sets) sink.MeshSet(set);
   } catch (const std::string& reason) {
-    throw ImportError{"IDS_WB_IMPORT_READER", reason};
+    throw ImportError{"IDS_WB_IMPORT_READER", FirstError(reason)};
   } catch (int) {
-    throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
+    throw ImportError{"IDS_WB_IMPORT_DAMAGED", FirstError("")};
   }
 }
 
