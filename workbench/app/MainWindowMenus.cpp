@@ -80,8 +80,9 @@ void MainWindow::MakeViewMenu() {
   for (const auto& system : kSystems) {
     const CString length = system[0];
     const CString mass = system[1];
-    connect(choice(units, ToQt(length + L", " + mass), length == CQDUnitCtrl::GetUnitSystemLength(), systems),
-            &QAction::triggered, this, [this, length, mass] {
+    const QString name = QString("%1, %2").arg(ToQt(length), ToQt(mass));
+    connect(choice(units, name, length == CQDUnitCtrl::GetUnitSystemLength(), systems), &QAction::triggered, this,
+            [this, length, mass] {
               CQDUnitCtrl::SetUnitSystem(length, mass);
               m_properties->Refresh();
             });

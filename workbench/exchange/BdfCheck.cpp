@@ -117,6 +117,7 @@ std::vector<ImportNote> CheckBdfFile(const std::filesystem::path& path) {
   CheckEntry(entry, leftOut);
   if (begun && !ended) throw ImportError{"IDS_WB_IMPORT_TRUNCATED", ""};
   std::vector<ImportNote> notes;
+  notes.reserve(leftOut.size());
   for (const std::string& name : leftOut) notes.push_back({"IDS_WB_NOTE_LEFT_OUT", name});
   return notes;
 }
