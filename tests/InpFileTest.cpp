@@ -170,8 +170,20 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"*SOLID SECTION, ELSET=NONE\n", "IDS_WB_IMPORT_INP_SET model.inp, 8: NONE"},
         BadCase{"*INSTANCE, NAME=I, PART=NONE\n",
                 "IDS_WB_IMPORT_INP_SET model.inp, 8: *INSTANCE, NAME=I, PART=NONE"},
-        BadCase{"*STEP\n*STATIC\n", "IDS_WB_IMPORT_TRUNCATED "},
-        BadCase{"*END STEP\n", "IDS_WB_IMPORT_INP_END model.inp, 8: *END STEP"}));
+        BadCase{"*PART, NAME=P\n", "IDS_WB_IMPORT_TRUNCATED "},
+        BadCase{"*END PART\n", "IDS_WB_IMPORT_INP_END model.inp, 8: *END PART"}));
+
+TEST_F(InpFile, ReadsWhatSolversAccept) {
+  const ImportedModel model =
+      Read(Write("*NODE, NSET=N\n1\n2 ,10\n3,10,10\n4,,10,\n5,1D1,0,5.E0\n*ELEMENT, TYPE=S4R, ELSET=E\n1,1,2,3,4\n"
+                 "*ELEMENT, TYPE=D, ELSET=NET\n2,0,1,2\n3,2,3,4\n4,4,5,0\n*ELSET,ELSET=NET\n2,4\n"
+                 "*SHELL SECTION, ELSET=E, COMPOSITE\n.5,,UPPER\n.25,3,LOWER\n*STEP\n*STATIC\n"));
+  EXPECT_EQ(Describe(model), "model(0/1) NET(1/3) E(1/4)");
+  ASSERT_EQ(model.notes.size(), 1U);
+  EXPECT_EQ(model.notes[0].detail, "D");
+  EXPECT_DOUBLE_EQ(model.properties[0].size, 0.75);
+  EXPECT_EQ(model.materials[static_cast<std::size_t>(model.properties[0].material)].name, "UPPER");
+}
 
 TEST_F(InpFile, CirclesOfIncludesAndOfSetsEnd) {
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=model.inp\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);

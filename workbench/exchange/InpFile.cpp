@@ -7,6 +7,7 @@
 #include <numbers>
 #include <numeric>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -115,12 +116,16 @@ class Reader {
 
   const InpElement* m_element = nullptr;
   std::optional<std::size_t> m_elementSet;
+  bool m_isNetwork = false;
+  std::set<std::string> m_leftOut;      // kinds of elements of which some are not read
+  std::set<std::int64_t> m_skipped;     // the numbers of these elements
   std::vector<std::int64_t> m_numbers;  // of an element that goes on over several lines
   std::size_t m_set = 0;
   Part* m_setPart = nullptr;
   bool m_generate = false;
   int m_dataLine = 0;
   std::string m_beamShape;
+  bool m_composite = false;
   std::int32_t m_currentMaterial = -1;
 };
 
@@ -157,9 +162,10 @@ void Reader::Keyword(const InpLine& line) {
     m_partOf[UpperCase(m_part->mesh.name)] = m_part;
   } else if (keyword == "INSTANCE") {
     BeginInstance(line);
-  } else if (keyword == "ASSEMBLY" || keyword == "STEP") {
+  } else if (keyword == "ASSEMBLY") {
     m_open.push_back(keyword);
-  } else if (keyword.starts_with("END ")) {
+  } else if (keyword == "END PART" || keyword == "END INSTANCE" || keyword == "END ASSEMBLY") {
+    // Solvers do not insist on the ends of steps, which hold no mesh.
     const std::string block = keyword.substr(4);
     if (m_open.empty() || m_open.back() != block) m_lines.Fail("IDS_WB_IMPORT_INP_END", line.text);
     m_open.pop_back();
@@ -171,6 +177,7 @@ void Reader::BeginElements(const InpLine& line) {
   const std::string type = UpperCase(line.Parameter("TYPE"));
   m_element = FindInpElement(type);
   if (m_element == nullptr) m_lines.Fail("IDS_WB_IMPORT_INP_TYPE", type.empty() ? line.text : type);
+  m_isNetwork = type == "D";
   m_elementSet.reset();
   if (line.Has("ELSET")) m_elementSet = m_part->NeedSet(line.Parameter("ELSET"));
   m_data = &Reader::ElementData;
@@ -203,6 +210,7 @@ void Reader::BeginSection(const InpLine& line, tagTProperty::Kind kind) {
       {m_part, line.Parameter("ELSET"), static_cast<std::int32_t>(m_model.properties.size()), m_lines.Place()});
   m_model.properties.push_back(std::move(property));
   m_beamShape.clear();
+  m_composite = line.Has("COMPOSITE");
   m_data = &Reader::SectionData;
 }
 
@@ -227,7 +235,6 @@ std::int32_t Reader::MaterialOf(const std::string& name) {
 
 void Reader::NodeData(std::string_view text) {
   InpLines::Fields(text, m_fields);
-  if (m_fields.size() < 2) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", text);
   const std::int64_t id = m_lines.Integer(m_fields[0]);
   if (id <= 0) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", m_fields[0]);
   m_part->mesh.nodeIds.push_back(static_cast<std::uint64_t>(id));
@@ -248,6 +255,13 @@ void Reader::ElementData(std::string_view text) {
 
 void Reader::StoreElement() {
   InpPart& mesh = m_part->mesh;
+  // The ends of networks have no node.
+  if (m_isNetwork && std::find(m_numbers.begin(), m_numbers.end(), 0) != m_numbers.end()) {
+    m_leftOut.insert("D");
+    m_skipped.insert(m_numbers.front());
+    m_numbers.clear();
+    return;
+  }
   if (std::any_of(m_numbers.begin(), m_numbers.end(), [](std::int64_t number) { return number <= 0; })) {
     m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", std::to_string(m_numbers.front()));
   }
@@ -277,7 +291,7 @@ void Reader::SetData(std::string_view text) {
     const auto found = m_setPart->placeOfElement.find(static_cast<std::uint64_t>(id));
     if (found != m_setPart->placeOfElement.end()) {
       elements.push_back(found->second);
-    } else if (!m_generate) {
+    } else if (!m_generate && !m_skipped.contains(id)) {
       m_lines.Fail("IDS_WB_IMPORT_INP_ELEMENT", std::to_string(id));
     }
   };
@@ -303,14 +317,19 @@ void Reader::SetData(std::string_view text) {
 }
 
 void Reader::SectionData(std::string_view text) {
-  if (m_dataLine++ > 0) return;
   InpLines::Fields(text, m_fields);
+  ImportedProperty& property = m_model.properties.back();
+  if (m_composite) {  // a line for each layer: thickness, points, material
+    property.size += m_lines.Number(m_fields[0]);
+    if (property.material < 0 && m_fields.size() > 2) property.material = MaterialOf(std::string(m_fields[2]));
+    return;
+  }
+  if (m_dataLine++ > 0) return;
   std::vector<double> numbers;
   for (const std::string_view field : m_fields) {
     if (!field.empty()) numbers.push_back(m_lines.Number(field));
   }
   if (numbers.empty()) return;
-  ImportedProperty& property = m_model.properties.back();
   const auto ring = [](double outer, double inner) { return std::numbers::pi * (outer * outer - inner * inner); };
   if (property.kind != tagTProperty::Kind::Beam || m_beamShape.empty()) {
     property.size = numbers[0];  // thickness; the area of trusses
@@ -463,6 +482,7 @@ ImportedModel Reader::Finish() {
     for (const InpPart::Element& element : mesh.elements) lastElement = std::max(lastElement, element.id);
     AddGroups(mesh, true, m_model);
   }
+  for (const std::string& kind : m_leftOut) m_model.notes.push_back({"IDS_WB_NOTE_LEFT_OUT", kind});
   if (m_model.meshSets.empty()) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
   return std::move(m_model);
 }
