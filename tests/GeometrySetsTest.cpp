@@ -4,6 +4,7 @@
 #include <random>
 
 #include "qd_wrt/geometry/CQDTreeItemGset.h"
+#include "support/AllOrNothing.h"
 #include "support/Geometry.h"
 
 namespace qd::test {
@@ -272,20 +273,14 @@ TEST_P(EveryAct, IsAllOrNothing) {
   Data().GetGsetPool().PutCurrentSet(A);
   const auto before = Data().Snapshot();
   const std::string rows = Print();
-  int failing = 0;
-  for (;; ++failing) {
-    int writes = 0;
-    Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
-    m_toolkit.AnswerMessage(MessageAnswer::Yes);
-    GetParam().act(*this);
-    m_toolkit.Pump();
-    Data().SetWriteGuard(nullptr);
-    ASSERT_FALSE(Data().IsInTransaction());
-    if (writes <= failing) break;
-    EXPECT_EQ(Data().Snapshot(), before) << "write " << failing;
-    EXPECT_EQ(Print(), rows) << "write " << failing;
-  }
-  EXPECT_GT(failing, 0);
+  const int writes = ExpectAllOrNothing(
+      Data(), [this] { return Print(); },
+      [this] {
+        m_toolkit.AnswerMessage(MessageAnswer::Yes);
+        GetParam().act(*this);
+        m_toolkit.Pump();
+      });
+  EXPECT_GT(writes, 0);
   EXPECT_NE(Data().Snapshot(), before);
   EXPECT_EQ(Data().Undo(), 1);
   EXPECT_EQ(Data().Snapshot(), before);

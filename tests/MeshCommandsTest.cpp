@@ -6,6 +6,7 @@
 #include "qd_wrt/mesh/CQDMsetOperation.h"
 #include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "qd_wrt/properties/CPropertySetMesh.h"
+#include "support/AllOrNothing.h"
 #include "support/Mesh.h"
 
 namespace qd::test {
@@ -423,21 +424,14 @@ class EveryMeshAct : public MeshCommands, public ::testing::WithParamInterface<M
 TEST_P(EveryMeshAct, IsAllOrNothing) {
   const auto before = Data().Snapshot();
   const std::string rows = Print();
-  int failing = 0;
-  for (;; ++failing) {
-    int writes = 0;
-    Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
-    m_toolkit.AnswerMessage(MessageAnswer::Yes);
-    GetParam().act(*this);
-    m_toolkit.Pump();
-    Data().SetWriteGuard(nullptr);
-    m_toolkit.TakeDialogs();
-    ASSERT_FALSE(Data().IsInTransaction());
-    if (writes <= failing) break;
-    EXPECT_EQ(Data().Snapshot(), before) << "write " << failing;
-    EXPECT_EQ(Print(), rows) << "write " << failing;
-  }
-  EXPECT_GT(failing, 0);
+  const int writes = ExpectAllOrNothing(
+      Data(), [this] { return Print(); },
+      [this] {
+        m_toolkit.AnswerMessage(MessageAnswer::Yes);
+        GetParam().act(*this);
+        m_toolkit.Pump();
+      });
+  EXPECT_GT(writes, 0);
   EXPECT_NE(Data().Snapshot(), before);
   EXPECT_EQ(Data().Undo(), 1);
   EXPECT_EQ(Data().Snapshot(), before);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <functional>
 #include <initializer_list>
 #include <memory>
@@ -25,6 +26,18 @@ struct MenuEntry {
   bool checkable = false;                ///< may have a check mark
   std::string_view suffix{};             ///< behind the text
 };
+
+/// The entries of a transparency submenu: transparent, nine steps, opaque, with commands from `transparent` on.
+constexpr std::array<MenuEntry, 11> TransparencyEntries(unsigned transparent) {
+  constexpr std::array<std::string_view, 9> kSteps{"1", "2", "3", "4", "5", "6", "7", "8", "9"};
+  std::array<MenuEntry, 11> entries{};
+  entries.front() = {.command = transparent, .key = "IDS_QD_WRT_PART_TRANSPARENT"};
+  for (unsigned step = 1; step <= kSteps.size(); ++step) {
+    entries[step] = {.command = transparent + step, .key = kSteps[step - 1], .literal = true};
+  }
+  entries.back() = {.command = transparent + 10, .key = "IDS_QD_WRT_PART_OPAQUE"};
+  return entries;
+}
 
 /// Tables one after another.
 QD_EXPORT std::vector<MenuEntry> JoinMenus(std::initializer_list<std::span<const MenuEntry>> tables);

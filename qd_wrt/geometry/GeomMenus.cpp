@@ -13,9 +13,6 @@ namespace {
 constexpr MenuEntry Dialog(unsigned command, std::string_view key) {
   return {.command = command, .key = key, .opensDialog = true};
 }
-constexpr MenuEntry Digit(unsigned command, std::string_view digit) {
-  return {.command = command, .key = digit, .literal = true};
-}
 constexpr MenuEntry Submenu(std::string_view key, std::span<const MenuEntry> entries) {
   return {.key = key, .submenu = entries};
 }
@@ -28,17 +25,7 @@ constexpr std::array<MenuEntry, 4> kDisplayModes{{{kCommandEdgeShading, "IDS_QD_
                                                   {kCommandShading, "IDS_QD_WRT_SHADING"},
                                                   {kCommandWireframe, "IDS_QD_WRT_WIREFRAME"},
                                                   {kCommandBoundingBox, "IDS_QD_WRT_BOUNDING_BOX"}}};
-constexpr std::array<MenuEntry, 11> kTransparencies{{{kCommandTransparent, "IDS_QD_WRT_PART_TRANSPARENT"},
-                                                     Digit(kCommandTransparent + 1, "1"),
-                                                     Digit(kCommandTransparent + 2, "2"),
-                                                     Digit(kCommandTransparent + 3, "3"),
-                                                     Digit(kCommandTransparent + 4, "4"),
-                                                     Digit(kCommandTransparent + 5, "5"),
-                                                     Digit(kCommandTransparent + 6, "6"),
-                                                     Digit(kCommandTransparent + 7, "7"),
-                                                     Digit(kCommandTransparent + 8, "8"),
-                                                     Digit(kCommandTransparent + 9, "9"),
-                                                     {kCommandOpaque, "IDS_QD_WRT_PART_OPAQUE"}}};
+constexpr std::array<MenuEntry, 11> kTransparencies = TransparencyEntries(kCommandTransparent);
 constexpr std::array<MenuEntry, 2> kDisplay{
     {Submenu("IDS_QD_WRT_DISPLAY_MODE", kDisplayModes), Submenu("IDS_QD_WRT_TRANSPARENT", kTransparencies)}};
 constexpr std::array<MenuEntry, 2> kMaterials{

@@ -17,9 +17,6 @@ constexpr MenuEntry Submenu(std::string_view key, std::span<const MenuEntry> ent
 constexpr MenuEntry Check(unsigned command, std::string_view key) {
   return {.command = command, .key = key, .checkable = true};
 }
-constexpr MenuEntry Digit(unsigned command, std::string_view digit) {
-  return {.command = command, .key = digit, .literal = true};
-}
 bool IsNotKSL() {
   return IsKSL() == 0;
 }
@@ -65,17 +62,7 @@ constexpr std::array<MenuEntry, 10> kSetAddOns{{Check(kCommandNodes, "IDS_QD_WRT
                                                 Check(kCommandMaterialSystems, "IDS_QD_WRT_MESH_DISP_MATL_CSYS"),
                                                 {},
                                                 {kCommandClearAddOns, "IDS_QD_WRT_MESH_DISP_HIDE_ALL"}}};
-constexpr std::array<MenuEntry, 11> kTransparencies{{{kCommandMeshTransparent, "IDS_QD_WRT_PART_TRANSPARENT"},
-                                                     Digit(kCommandMeshTransparent + 1, "1"),
-                                                     Digit(kCommandMeshTransparent + 2, "2"),
-                                                     Digit(kCommandMeshTransparent + 3, "3"),
-                                                     Digit(kCommandMeshTransparent + 4, "4"),
-                                                     Digit(kCommandMeshTransparent + 5, "5"),
-                                                     Digit(kCommandMeshTransparent + 6, "6"),
-                                                     Digit(kCommandMeshTransparent + 7, "7"),
-                                                     Digit(kCommandMeshTransparent + 8, "8"),
-                                                     Digit(kCommandMeshTransparent + 9, "9"),
-                                                     {kCommandMeshOpaque, "IDS_QD_WRT_PART_OPAQUE"}}};
+constexpr std::array<MenuEntry, 11> kTransparencies = TransparencyEntries(kCommandMeshTransparent);
 constexpr std::array<MenuEntry, 2> kSorts{
     {{kCommandSortByCreation, "IDS_QD_WRT_by_Creation"}, {kCommandSortByName, "IDS_QD_WRT_by_Name"}}};
 
