@@ -2,11 +2,11 @@
 
 #include <set>
 
-#include "host/CMainFrame.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeomData.h"
 #include "qd_wrt/geometry/GeomMenus.h"
 #include "qd_wrt/properties/CPropertySetGeomMain.h"
+#include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
 
@@ -103,11 +103,7 @@ void CQDTreeItemGeom::GetGeomTitleAndColor(int& title, int& colour) {
 }
 
 void CQDTreeItemGeom::SetPropertyView() {
-  CMainFrame* frame = CMainFrame::Get();
-  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(GetDocument()) : nullptr;
-  if (window == nullptr) return;
-  window->SetPropertySet(std::make_unique<CPropertySetGeomMain>(GetDocument(), 0, kDataGeom, this));
-  window->Refresh();
+  ShowPropertyPage(GetDocument(), std::make_unique<CPropertySetGeomMain>(GetDocument(), 0, kDataGeom, this));
 }
 
 // ---- menu, commands, drop -------------------------------------------------------------------------------

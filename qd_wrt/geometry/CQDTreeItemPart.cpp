@@ -1,9 +1,9 @@
 #include "qd_wrt/geometry/CQDTreeItemPart.h"
 
-#include "host/CMainFrame.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/properties/CPropertySetGeom.h"
 #include "qd_wrt/properties/PartEdits.h"
+#include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
 
@@ -73,11 +73,7 @@ void CQDTreeItemPart::OnEditChange(const wchar_t* text) {
 }
 
 void CQDTreeItemPart::SetPropertyView() {
-  CMainFrame* frame = CMainFrame::Get();
-  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(GetDocument()) : nullptr;
-  if (window == nullptr) return;
-  window->SetPropertySet(std::make_unique<CPropertySetGeom>(GetDocument(), m_itr));
-  window->Refresh();
+  ShowPropertyPage(GetDocument(), std::make_unique<CPropertySetGeom>(GetDocument(), m_itr));
 }
 
 // ---- visibility -----------------------------------------------------------------------------------------

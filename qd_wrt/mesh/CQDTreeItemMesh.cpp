@@ -4,7 +4,6 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CQDColorGenerator.h"
-#include "host/CTransaction.h"
 #include "platform/Toolkit.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
@@ -96,26 +95,13 @@ void CQDTreeItemMesh::SetMeshColorMode(const std::vector<CQDTreeItem*>& items, u
   RefreshMeshDisplay(*this);
 }
 
-int CQDTreeItemMesh::Recolour(const std::vector<iterator>& itrs) {
-  DPoolMset& pool = GetDBSession()->GetMsetPool();
-  CTransaction transaction(GetDBSession());
-  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Mset")) == 0) return 0;
-  CQDColorGenerator colours;
-  for (const iterator itr : itrs) {
-    const tagTMset* old = pool.GetAtNU(itr);
-    if (old == nullptr) return 0;
-    tagTMset record = *old;
-    record.colour = colours.GetNextColor();
-    if (pool.Modify(itr, record) == 0) return 0;
-  }
-  return transaction.Commit(1);
-}
-
 void CQDTreeItemMesh::SetMeshRandomColor(const std::vector<CQDTreeItem*>& items) {
   const std::vector<iterator> itrs = MsetsOf(items);
   if (itrs.empty()) return;
   IToolkit::Instance().SetWaitCursor(true);
-  const int done = Recolour(itrs);
+  CQDColorGenerator colours;
+  const int done = ModifyMsets(*GetDBSession(), "IDS_QD_TRANS_Modify_Mset", itrs,
+                               [&colours](tagTMset& record) { record.colour = colours.GetNextColor(); });
   if (done != 0) {
     if (CQDMeshManager* meshes = GetDocument()->GetMeshManager()) meshes->UpdateMeshColor();
     RefreshMeshDisplay(*this);
@@ -135,14 +121,8 @@ void CQDTreeItemMesh::OnDrop(std::vector<CQDTreeItem*>&) {
     if (session->GetDataType(itr) != kDataMset) return;
     if (itr != session->GetMsetPool().GetDefaultMset()) sets.push_back(itr);
   }
-  CTransaction transaction(session);
-  if (sets.empty() || transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Mesh_Set")) == 0) return;
-  for (const iterator itr : sets) {
-    tagTMset record = *session->GetMsetPool().GetAtNU(itr);
-    record.parent = 0;
-    if (session->GetMsetPool().Modify(itr, record) == 0) return;
-  }
-  transaction.Commit(1);
+  if (sets.empty()) return;
+  ModifyMsets(*session, "IDS_QD_TRANS_Modify_Mesh_Set", sets, [](tagTMset& record) { record.parent = 0; });
 }
 
 }  // namespace qd

@@ -67,7 +67,6 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   void ClearAddOns(unsigned, const Targets&);
   void OpenDialog(unsigned command, const Targets&);
 
-  int Recolour(const std::vector<iterator>& itrs);
   void SwitchTopLevel(const std::set<iterator>& itrs, int oldState);
 };
 

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "host/CMSGFunction.h"
-#include "host/CMainFrame.h"
 #include "host/CTransaction.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
@@ -13,6 +12,7 @@
 #include "qd_wrt/mesh/MsetSwitch.h"
 #include "qd_wrt/properties/CPropertySetMesh.h"
 #include "qd_wrt/properties/MsetName.h"
+#include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
 
@@ -158,21 +158,13 @@ void CQDTreeItemMeshData::OnEditChange(const wchar_t* text) {
 }
 
 void CQDTreeItemMeshData::SetPropertyView() {
-  CMainFrame* frame = CMainFrame::Get();
-  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(GetDocument()) : nullptr;
-  if (window == nullptr) return;
-  window->SetPropertySet(std::make_unique<CPropertySetMesh>(GetDocument(), m_itr, kDataMset));
-  window->Refresh();
+  ShowPropertyPage(GetDocument(), std::make_unique<CPropertySetMesh>(GetDocument(), m_itr, kDataMset));
 }
 
 void CQDTreeItemMeshData::SetMultiPropertyView() {
-  CMainFrame* frame = CMainFrame::Get();
-  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(GetDocument()) : nullptr;
-  if (window == nullptr) return;
   auto page = std::make_unique<CPropertySetMesh>(GetDocument(), m_itr, kDataMset);
   page->SetSets(MsetsOf(SelectedSets()));
-  window->SetPropertySet(std::move(page));
-  window->Refresh();
+  ShowPropertyPage(GetDocument(), std::move(page));
 }
 
 // ---- merge, delete, drop --------------------------------------------------------------------------------
@@ -237,22 +229,6 @@ void CQDTreeItemMeshData::DeleteSelectedItems() {
   if (!gone.empty()) doc->DeleteData(kDeleteModelData, gone);
 }
 
-/// Moves sets below this one; all or none.
-int CQDTreeItemMeshData::Reparent(const std::vector<iterator>& sets) {
-  CQDDBSession* session = GetDBSession();
-  const std::uint32_t parent = ParentKey();
-  CTransaction transaction(session);
-  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Mesh_Set")) == 0) return 0;
-  for (const iterator itr : sets) {
-    const tagTMset* old = session->GetMsetPool().GetAtNU(itr);
-    if (old == nullptr) return 0;
-    tagTMset record = *old;
-    record.parent = parent;
-    if (session->GetMsetPool().Modify(itr, record) == 0) return 0;
-  }
-  return transaction.Commit(1);
-}
-
 void CQDTreeItemMeshData::OnDrop(std::vector<CQDTreeItem*>& nodes) {
   CQDDBSession* session = GetDBSession();
   CQDDocBase* doc = GetDocument();
@@ -272,7 +248,11 @@ void CQDTreeItemMeshData::OnDrop(std::vector<CQDTreeItem*>& nodes) {
   CQDMsetOperation dialog(doc);
   if (dialog.DoModal() != kDialogOk || IsDetached()) return;
   int done = 0;
-  if (dialog.GetOperation() == CQDMsetOperation::kMove) done = Reparent(sets);
+  if (dialog.GetOperation() == CQDMsetOperation::kMove) {
+    const std::uint32_t parent = ParentKey();
+    done = ModifyMsets(*session, "IDS_QD_TRANS_Modify_Mesh_Set", sets,
+                       [parent](tagTMset& record) { record.parent = parent; });
+  }
   if (dialog.GetOperation() == CQDMsetOperation::kMerge) done = MergeMeshSet(m_itr, sets);
   if (done != 0) RefreshMeshDisplay(*this);
 }

@@ -81,7 +81,6 @@ class QD_EXPORT CQDTreeItemMeshData : public CQDTreeMeshBranch {
   void Merge(unsigned command);
   void OpenTransform(unsigned command);
   void OpenRemesh(unsigned);
-  int Reparent(const std::vector<iterator>& sets);
 
   iterator m_itr;
 };

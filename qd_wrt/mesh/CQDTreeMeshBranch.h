@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <vector>
 
 #include "qd_wrt/core/CQDTreeBranch.h"
@@ -42,6 +43,10 @@ class QD_EXPORT CQDTreeMeshBranch : public CQDTreeBranch {
 /// What follows a change of how meshes are shown: nothing stays selected and the view is redrawn, unless the
 /// node's view-update flag is off.
 void RefreshMeshDisplay(CQDTreeItem& node);
+
+/// Changes mesh sets in one transaction, all or none. Returns 1, or 0 with nothing changed.
+int ModifyMsets(CQDDBSession& session, const char* titleKey, const std::vector<iterator>& itrs,
+                const std::function<void(tagTMset&)>& change);
 
 /// Records and keys of mesh-set nodes, in their order; other nodes are left out.
 std::vector<iterator> MsetsOf(const std::vector<CQDTreeItem*>& nodes);

@@ -38,7 +38,7 @@ class Collector {
 
   ExportModel Collect() {
     for (const iterator itr : m_database.GetMsetPool().GetItrList()) {
-      if (IsWritten(itr)) Need(itr);
+      if (IsWritten(itr)) Add(itr);
     }
     return std::move(m_model);
   }
@@ -48,25 +48,35 @@ class Collector {
   bool IsWritten(iterator itr) const {
     while (itr != 0) {
       if (m_chosen.contains(itr)) return true;
-      itr = m_database.GetMsetPool().GetItrByKey(m_database.GetMsetPool().GetAtNU(itr)->parent);
+      itr = Above(itr);
     }
     return false;
   }
 
-  std::int32_t Need(iterator itr) {
-    if (const auto known = m_places.find(itr); known != m_places.end()) return known->second;
+  iterator Above(iterator itr) const {
+    const MsetPool& pool = m_database.GetMsetPool();
+    return pool.GetItrByKey(pool.GetAtNU(itr)->parent);
+  }
+
+  /// Adds a set and the ones above it that are not there yet, from the top.
+  void Add(iterator itr) {
+    std::vector<iterator> missing;
+    for (; itr != 0 && !m_places.contains(itr); itr = Above(itr)) missing.push_back(itr);
+    for (auto at = missing.rbegin(); at != missing.rend(); ++at) AddOne(*at);
+  }
+
+  void AddOne(iterator itr) {
     const tagTMset& record = *m_database.GetMsetPool().GetAtNU(itr);
-    const iterator above = record.parent != 0 ? m_database.GetMsetPool().GetItrByKey(record.parent) : 0;
+    const iterator above = Above(itr);
     ExportSet set;
-    set.parent = above != 0 ? Need(above) : -1;
+    set.parent = above != 0 ? m_places.at(above) : -1;
     set.name = UniqueName(record.name);
     if (IsWritten(itr)) {
       set.mesh = record.mesh;
       set.property = NeedProperty(record.property);
     }
-    const auto place = static_cast<std::int32_t>(m_model.sets.size());
+    m_places[itr] = static_cast<std::int32_t>(m_model.sets.size());
     m_model.sets.push_back(std::move(set));
-    return m_places[itr] = place;
   }
 
   std::string UniqueName(const CString& name) {

@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "host/CMSGFunction.h"
+#include "workbench/model/CopyName.h"
 #include "workbench/model/MeshEdit.h"
 
 namespace qd::workbench {
@@ -56,11 +57,7 @@ iterator MsetPool::GetItr(const CString& name) const {
 }
 
 CString MsetPool::GetNewCopyName(const CString& text) const {
-  constexpr std::size_t kRoomForNumber = 11;
-  const CString stem = text.substr(0, kMaxNameLength - kRoomForNumber) + L" ";
-  std::size_t number = Count() + 1;
-  while (Exist(stem + std::to_wstring(number)) != 0) ++number;
-  return stem + std::to_wstring(number);
+  return CopyName(text, Count() + 1, [this](const CString& name) { return Exist(name) != 0; });
 }
 
 std::uint32_t MsetPool::GetNewKey() const {

@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "workbench/model/CopyName.h"
+
 namespace qd::workbench {
 
 // ---- parts ----------------------------------------------------------------------------------------------
@@ -114,11 +116,7 @@ void GsetPool::OnLeave(iterator, const tagTGset& record) {
 }
 
 CString GsetPool::GetNewCopyName(const CString& text) const {
-  constexpr std::size_t kRoomForNumber = 11;
-  const CString stem = text.substr(0, kMaxNameLength - kRoomForNumber) + L" ";
-  int number = static_cast<int>(Count()) + 1;
-  while (Exist(stem + std::to_wstring(number)) != 0) ++number;
-  return stem + std::to_wstring(number);
+  return CopyName(text, Count() + 1, [this](const CString& name) { return Exist(name) != 0; });
 }
 
 iterator GsetPool::GetCurrentSet() const {

@@ -23,6 +23,7 @@
 #include <QSurfaceFormat>
 #include <QTimer>
 #include <QWheelEvent>
+#include <algorithm>
 #include <utility>
 
 #include "workbench/view/MeshLabels.h"
@@ -132,6 +133,11 @@ bool ModelView::IsOver(CPoint screen) const {
 }
 
 void ModelView::Apply(const CQDUpdateRecord& record) {
+  const auto adds = [](const tagTRNotify& change) {
+    return change.kind == kChangeAdded && (change.dataType == kDataGeom || change.dataType == kDataMset);
+  };
+  // Several files may come one after another; the last one must not stand around the camera.
+  if (!m_touched && std::any_of(record.changes.begin(), record.changes.end(), adds)) m_fitWhenBuilt = true;
   m_window->scene->Apply(record);
   m_window->meshes->Apply(record);
   if (m_window->scene->IsBuilding() && !m_building) {
@@ -243,6 +249,7 @@ void ModelView::Tell(unsigned long event, const QPointF& at, Qt::KeyboardModifie
 
 void ModelView::mousePressEvent(QMouseEvent* event) {
   setFocus();
+  m_touched = true;
   m_pressed = event->position();
   // Ctrl means adding to the selection here, not spinning.
   if (event->button() == Qt::LeftButton) Tell(vtkCommand::LeftButtonPressEvent, event->position(), {});
@@ -271,6 +278,7 @@ void ModelView::mouseMoveEvent(QMouseEvent* event) {
 
 void ModelView::wheelEvent(QWheelEvent* event) {
   if (event->angleDelta().y() == 0) return;
+  m_touched = true;
   const auto what =
       event->angleDelta().y() > 0 ? vtkCommand::MouseWheelForwardEvent : vtkCommand::MouseWheelBackwardEvent;
   Tell(what, event->position(), {});

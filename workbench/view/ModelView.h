@@ -61,6 +61,7 @@ class ModelView final : public QOpenGLWidget, public CQDViewBase {
   bool m_fitWhenBuilt = true;
   bool m_building = false;
   bool m_dirty = true;
+  bool m_touched = false;        // by the user: from then on the camera stays where it is
   bool m_turning = false;        // and the last frame was a slow one
   qint64 m_lastFrame = 0;        // milliseconds
   qint64 m_builtSinceFrame = 0;  // likewise

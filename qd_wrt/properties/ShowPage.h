@@ -1,0 +1,12 @@
+#pragma once
+
+#include <memory>
+
+#include "host/IPropertySet.h"
+
+namespace qd {
+
+/// Gives a document's property window a page. Nothing without a window.
+void ShowPropertyPage(CQDDocBase* doc, std::unique_ptr<IPropertySet> page);
+
+}  // namespace qd
