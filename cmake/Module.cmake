@@ -13,12 +13,13 @@ qd_module_part(qd_panel qd_wrt/panel SEES qd_core qd_treelist host platform)
 qd_module_part(qd_properties qd_wrt/properties SEES host platform)
 qd_module_part(qd_geometry qd_wrt/geometry SEES qd_properties qd_core qd_treelist host platform)
 qd_module_part(qd_mesh qd_wrt/mesh SEES qd_properties qd_core qd_treelist host platform)
+qd_module_part(qd_coords qd_wrt/coords SEES qd_core qd_treelist host platform)
 set_source_files_properties("${QD_ICON_ART}" PROPERTIES GENERATED ON)
 add_dependencies(qd_core icon_art)
 target_sources(qd_core PRIVATE "${QD_ICON_ART}")
 
 set(QD_MODULE_PARTS qd_platform qd_host qd_treelist qd_core qd_panel qd_properties qd_geometry
-                    qd_mesh)
+                    qd_mesh qd_coords)
 add_library(QD_wrt SHARED)
 set_target_properties(QD_wrt PROPERTIES CXX_VISIBILITY_PRESET hidden SOVERSION ${PROJECT_VERSION_MAJOR}
                                         VERSION ${PROJECT_VERSION})

@@ -16,6 +16,7 @@ class CQDDBSession {
   virtual DPoolMGInfo& GetMGInfoPool() = 0;
   virtual DPoolGset& GetGsetPool() = 0;
   virtual DPoolMaterial& GetMaterialPool() = 0;
+  virtual DPoolCord& GetCordPool() = 0;
   virtual DPoolGKey& GetGKeyPool() = 0;
   virtual IAppDB& GetAppDB() = 0;
 

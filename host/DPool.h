@@ -121,6 +121,23 @@ class DPoolGKey {
   ~DPoolGKey() = default;
 };
 
+/// Coordinate systems. Writes run inside the open transaction; integer results are 1, or 0 on failure.
+class DPoolCord : public DPool<tagTCord> {
+ public:
+  /// 1 when a system has this name.
+  virtual int Exist(const CString& name) const = 0;
+  /// 1 for a system that belongs to the model from its beginning and cannot be changed or deleted.
+  virtual int IsDefaultCord(iterator itr) const = 0;
+  virtual int Modify(iterator itr, const tagTCord& record) = 0;
+  /// Deletes one system. After the last one of an act UpdateAfterDeletion is due.
+  virtual int Delete(iterator itr) = 0;
+  /// Brings what referred to deleted systems in order.
+  virtual int UpdateAfterDeletion() = 0;
+
+ protected:
+  ~DPoolCord() = default;
+};
+
 class DPoolMaterial : public DPool<tagTMaterial> {
  protected:
   ~DPoolMaterial() = default;

@@ -30,6 +30,7 @@ void IHostDialogs<Family>::DoModeless(CQDDocBase* doc, const CString& dialogClas
 
 template class IHostDialogs<struct GeometryDialogs>;
 template class IHostDialogs<struct MeshDialogs>;
+template class IHostDialogs<struct CommandDialogs>;
 
 IQueryMenuID2Idx& IQueryMenuID2Idx::Instance() {
   static IQueryMenuID2Idx instance;

@@ -21,6 +21,16 @@ struct tagTMeshGUI {
   void Init() { *this = {}; }
 };
 
+/// What the dialog on coordinate systems gets. The iterator follows the mode without a gap.
+#pragma pack(push, 4)
+struct tagTCordGUI {
+  static constexpr std::uint32_t kEdit = 1;
+  std::uint32_t mode = 0;
+  iterator itr = 0;  ///< the system to edit
+};
+#pragma pack(pop)
+static_assert(sizeof(tagTCordGUI) == 12, "the host reads the iterator behind four bytes");
+
 /// A family of the host's dialogs. The host makes one object, which registers itself.
 template <typename Family>
 class QD_EXPORT IHostDialogs {
@@ -40,11 +50,14 @@ class QD_EXPORT IHostDialogs {
 
 extern template class QD_EXPORT IHostDialogs<struct GeometryDialogs>;
 extern template class QD_EXPORT IHostDialogs<struct MeshDialogs>;
+extern template class QD_EXPORT IHostDialogs<struct CommandDialogs>;
 
 /// Dialogs on shapes: they get a tagTGeomGUI or nothing.
 using IGeomDialog = IHostDialogs<struct GeometryDialogs>;
 /// Dialogs on meshes: they get a tagTMeshGUI, or the iterator of a mesh set, or nothing.
 using IQDMeshgDialog = IHostDialogs<struct MeshDialogs>;
+/// Dialogs on other records: they get a tagTCordGUI, or nothing for a new record.
+using IQDCmdDialog = IHostDialogs<struct CommandDialogs>;
 
 /// The last menu command, for dialogs that serve several, and what menus note about a command.
 class QD_EXPORT IQueryMenuID2Idx {

@@ -100,10 +100,16 @@ class CQDLabel {
   ~CQDLabel() = default;
 };
 
+/// Kind of label, and item type of the branch, of coordinate systems.
+inline constexpr int kLabelCord = 2;
+
 class CQDLabelManager {
  public:
   /// The labels of an item type, null when it has none.
   virtual CQDLabel* GetLabel(int itemType) = 0;
+  /// Whether the label of a record is shown, by the kind of label and the record's number.
+  virtual int GetShowHide(int kind, std::int32_t id) = 0;
+  virtual void SetShowHide(int show, int kind, std::int32_t id) = 0;
 
  protected:
   ~CQDLabelManager() = default;

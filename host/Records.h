@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -110,6 +112,27 @@ struct tagTMGInfo : tagTRecord {
   int method = kAutoSolid;
   std::vector<iterator> targets;          ///< parts that were meshed
   std::map<std::string, Option> options;  ///< the parameters used, by the message keys of their names
+};
+
+/// What the three coordinates of a point are: x, y, z; radius, angle, z; or radius, angle from the third axis,
+/// angle about it.
+enum class CordKind : std::uint8_t { Rectangular, Cylindrical, Spherical };
+
+/// A coordinate system.
+struct tagTCord : tagTRecord {
+  wchar_t name[kMaxNameLength + 1] = {};  ///< terminated
+  CordKind kind = CordKind::Rectangular;
+  iterator parent = 0;  ///< the system in whose straight axes this one is placed; 0 for the global one itself
+  std::array<double, 3> origin{};          ///< model units
+  std::array<double, 3> xAxis{1, 0, 0};    ///< direction of the first axis, of any length
+  std::array<double, 3> xyPlane{0, 1, 0};  ///< a direction on the second axis' side of the plane of the first two
+
+  CString GetName() const { return name; }
+  /// Keeps the text up to its first code 0, as much as a name can hold.
+  void SetName(const CString& text) {
+    const CString cut = CutName(text.substr(0, text.find(L'\0')));
+    *std::copy(cut.begin(), cut.end(), name) = 0;
+  }
 };
 
 /// An isotropic material. Numbers are in model units.

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
+#include "platform/TextCut.h"
 #include "platform/Types.h"
 
 namespace qd {
@@ -47,5 +49,10 @@ inline const CQDUpdateRecord* UpdateRecordOf(std::uint64_t hint) {
 
 /// Longest name of a model entity, in elements.
 inline constexpr std::size_t kMaxNameLength = 63;
+
+/// A name cut to what records hold, between two characters.
+inline CString CutName(const CString& text) {
+  return text.substr(0, CutLength(text, kMaxNameLength));
+}
 
 }  // namespace qd

@@ -28,13 +28,15 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"qd_wrt/properties", {"platform", "host"}},
       {"qd_wrt/geometry", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
       {"qd_wrt/mesh", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
+      {"qd_wrt/coords", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
       {"workbench/text", {}},
       {"workbench/model", {"platform", "host"}},
       {"workbench/display", {"platform", "host", "workbench/model"}},
       {"workbench/exchange", {"platform", "host", "workbench/model", "workbench/text"}},
       {"workbench/tree",
-       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "workbench/text"}},
-      {"workbench/view", {"platform", "host", "workbench/model", "workbench/display"}}};
+       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "qd_wrt/coords",
+        "workbench/text"}},
+      {"workbench/view", {"platform", "platform/qt", "host", "workbench/model", "workbench/display"}}};
   return kRules;
 }
 

@@ -23,6 +23,10 @@ class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
   /// Brings the child of a record up to date. The answer for an unknown record is the branch's own.
   virtual int ModifyChildItem(iterator itr) = 0;
 
+  /// Brings the boxes of a record's child, or of all for 0, in step with what is shown of them elsewhere, where
+  /// the box does not decide that itself.
+  virtual void RereadBoxes(iterator) {}
+
   /// Null when the record has no child here.
   CQDTreeItem* FindChild(iterator itr) const;
   /// All children in ascending order of their records.

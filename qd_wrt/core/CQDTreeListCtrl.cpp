@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "qd_wrt/core/CQDTreeBranch.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 
 namespace qd {
@@ -209,8 +210,19 @@ void CQDTreeListCtrl::OnPrePostMode(int) {
   Invalidate();
 }
 
+/// Labels of an item type have changed: those of one record, or of all for 0.
+void CQDTreeListCtrl::RereadBoxes(int itemType, iterator itr) {
+  if (m_root == nullptr) return;
+  for (CQDTreeItem* below : m_root->Children()) {
+    auto* branch = dynamic_cast<CQDTreeBranch*>(below);
+    if (branch != nullptr && branch->GetItemType() == itemType) branch->RereadBoxes(itr);
+  }
+}
+
 void CQDTreeListCtrl::RestoreLabel() {
-  if (m_root != nullptr) m_root->SetRestoreLabel();
+  if (m_root == nullptr) return;
+  m_root->SetRestoreLabel();
+  RereadBoxes(kLabelCord, 0);
 }
 
 void CQDTreeListCtrl::ShowHideLabel(int itemType, iterator itr, int show) {
@@ -223,6 +235,7 @@ void CQDTreeListCtrl::ShowHideLabel(int itemType, iterator itr, int show) {
   } else {
     label->Hide(id);
   }
+  RereadBoxes(itemType, itr);
 }
 
 void CQDTreeListCtrl::ShowHideLabel(const TArray<iterator>& itrs, int show) {

@@ -175,6 +175,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void SelectFromBuffer(int kind);
   CQDTreeItem* NodeOfRecord(int kind, iterator itr) const;
   bothitrmap* RecordMapOf(const CQDTreeItem* node);
+  void RereadBoxes(int itemType, iterator itr);
   void DispatchChanges(const std::vector<tagTRNotify>& changes);
   void RefreshProperties();
   void ForwardToRoot(void (CQDTreeItem::*hook)(unsigned), unsigned command);

@@ -7,8 +7,10 @@ namespace qd {
 enum CommandNumber : unsigned {
   kCommandFirstOfSets = 41000,  ///< sets look at commands up to kCommandLastOfSets only
   kCommandNewSet = 41000,
+  kCommandAddCord = 41000,
   kCommandDelete = 41002,
   kCommandCurrentSet = 41003,
+  kCommandEditCord = 41003,
   kCommandRename = 41005,
   kCommandImport = 41006,
   kCommandShowAll = 41007,

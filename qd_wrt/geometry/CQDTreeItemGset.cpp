@@ -173,7 +173,7 @@ void CQDTreeItemGset::OnMenuEvent(unsigned command) {
 void CQDTreeItemGset::NewGeometrySet() {
   tagTGset record;
   record.name = GetDBSession()->GetGsetPool().GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
-  record.name.resize(std::min(record.name.size(), kMaxNameLength));
+  record.name = CutName(record.name);
   CQDCommandObj(GetDocument(), L"GeomSet")
       .Set(L"Action", 0)
       .Set(L"Itr", std::vector<iterator>{m_itr})
@@ -196,7 +196,7 @@ void CQDTreeItemGset::OnEditChange(const wchar_t* text) {
   const CString name = text;
   if (old == nullptr || name == old->name) return;
   tagTGset record = *old;
-  record.name = name.substr(0, kMaxNameLength);
+  record.name = CutName(name);
   const DPoolGset& sets = GetDBSession()->GetGsetPool();
   // Sets are found by name, so a name that only becomes another's by being cut is taken too.
   const bool taken = sets.Exist(name) != 0 || (record.name != old->name && sets.Exist(record.name) != 0);

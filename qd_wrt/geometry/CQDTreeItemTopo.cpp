@@ -115,7 +115,7 @@ bool CQDTreeItemTopo::RunOwn(unsigned command, const std::vector<CQDTreeItem*>& 
 void CQDTreeItemTopo::NewGeometrySet() {
   tagTGset record;
   record.name = GetDBSession()->GetGsetPool().GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
-  record.name.resize(std::min(record.name.size(), kMaxNameLength));
+  record.name = CutName(record.name);
   CQDCommandObj(GetDocument(), L"GeomSet").Set(L"Action", 0).Set(L"Data", std::vector<tagTGset>{record}).Execute();
 }
 

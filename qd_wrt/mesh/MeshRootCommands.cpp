@@ -172,7 +172,7 @@ void CQDTreeItemMesh::NewMeshSet(unsigned, const Targets&) {
   record.colour = pool.GetNewColor();
   record.name = CMSGFunction::GetValue("IDS_QD_WRT_NEW_MESHSET");
   if (pool.Exist(record.name) != 0) record.name = pool.GetNewCopyName(record.name);
-  record.name.resize(std::min(record.name.size(), kMaxNameLength));
+  record.name = CutName(record.name);
   CTransaction transaction(GetDBSession());
   if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Add_Mset")) == 0) return;
   if (pool.AddMset(record) != 0) transaction.Commit(1);

@@ -3,7 +3,7 @@
 namespace qd {
 
 std::optional<CString> FreeMsetName(CQDDBSession& session, iterator mset, const CString& text) {
-  const CString name = text.substr(0, kMaxNameLength);
+  const CString name = CutName(text);
   if (name.empty()) return std::nullopt;
   for (const CString* wanted : {&text, &name}) {
     const iterator known = session.GetMsetPool().GetItr(*wanted);

@@ -29,7 +29,7 @@ int ModifyPart(CQDDBSession* session, iterator part, const std::function<void(ta
 }  // namespace
 
 int RenamePart(CQDDBSession* session, iterator part, CString name) {
-  name.resize(std::min(name.size(), kMaxNameLength));
+  name = CutName(name);
   if (name.empty()) {
     qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_NAME_EMPTY"));
     return 0;

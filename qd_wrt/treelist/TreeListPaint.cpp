@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/CDC.h"
+#include "platform/TextCut.h"
 #include "qd_wrt/treelist/CTreeListCtrl.h"
 
 namespace qd {
@@ -12,10 +13,6 @@ namespace {
 constexpr int kTextMargin = 8;  // a text is cut when it comes closer than this to the cell's width
 constexpr int kSwatchColumn = 2;
 constexpr int kSwatchInset = 3;
-
-bool IsSecondHalf(wchar_t element) {
-  return element >= 0xDC00 && element <= 0xDFFF;
-}
 
 }  // namespace
 
@@ -29,9 +26,8 @@ CString FitText(const Font& font, std::wstring_view text, int width) {
   if (shown.empty() || widths.back() <= width) return shown;
   // Widths grow with the prefix, so the longest one that fits is found without measuring each.
   const auto beyond = std::upper_bound(widths.begin(), widths.end(), width);
-  auto length = static_cast<std::size_t>(std::max<long>(beyond - widths.begin() - 1, 0));
-  if (length > 0 && length < shown.size() && IsSecondHalf(shown[length])) --length;
-  shown.resize(length);
+  const auto length = static_cast<std::size_t>(std::max<std::ptrdiff_t>(beyond - widths.begin() - 1, 0));
+  shown.resize(CutLength(shown, length));
   return shown + L"...";
 }
 

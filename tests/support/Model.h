@@ -113,8 +113,9 @@ class ModelTest : public ::testing::Test,
   }
   CQDTreeItem* Node(const CString& title) { return Tree().NodeOf(Row(title)); }
   /// The tree as one line: titles, children in brackets, "-" before unchecked and "*" before selected rows. The
-  /// mesh branch stands beside it.
+  /// branches of meshes and coordinate systems stand beside it.
   std::string State() { return Describe(Tree().GetRootItem()); }
+  std::string Cords() { return Describe(Row(L"IDS_QD_WRT_Coordinate_System")); }
   std::string Meshes() { return Describe(Row(L"IDS_QD_WRT_MESH")); }
   std::string Print() { return workbench::PrintTree(Tree()); }
 
@@ -192,7 +193,8 @@ class ModelTest : public ::testing::Test,
     if (!Tree().GetChildItem(row)) return text;
     text += " [";
     for (HTREEITEM child = Tree().GetChildItem(row); child; child = Tree().GetNextSiblingItem(child)) {
-      if (Tree().GetItemText(child, 0) == L"IDS_QD_WRT_MESH") continue;
+      const CString title = Tree().GetItemText(child, 0);
+      if (title == L"IDS_QD_WRT_MESH" || title == L"IDS_QD_WRT_Coordinate_System") continue;
       if (text.back() != '[') text += " ";
       text += Describe(child);
     }

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/CordDialog.h"
 #include "workbench/app/IncludeExcludeDialog.h"
 #include "workbench/app/MaterialDialog.h"
 #include "workbench/app/MeshDialog.h"
@@ -146,6 +147,11 @@ void DialogHost::OpenMeshing(const CString& dialogClass, const tagTMeshGUI& argu
 void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first, const void*) {
   if (dialogClass == L"CQDMeshGen2DDlg" || dialogClass == L"CQDMeshGen3DDlg") {
     return OpenMeshing(dialogClass, *static_cast<const tagTMeshGUI*>(first));
+  }
+  if (dialogClass == L"CQDCmdCordDlg") {
+    const auto* arguments = static_cast<const tagTCordGUI*>(first);
+    const bool edit = arguments != nullptr && arguments->mode == tagTCordGUI::kEdit;
+    return Show(new CordDialog(m_doc, edit ? arguments->itr : 0, m_window), dialogClass);
   }
   const bool forSet = dialogClass == L"CQDMeshIncludeExcludeDlg";
   if (MeshDialog* dialog = MakeMeshDialog(m_doc, dialogClass, forSet ? *static_cast<const iterator*>(first) : 0,

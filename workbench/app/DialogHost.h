@@ -14,7 +14,7 @@
 namespace qd::workbench {
 
 /// Opens the dialogs that the works trees ask for by name. They are modeless and belong to the window.
-class DialogHost final : public IAppWrt, public IGeomDialog, public IQDMeshgDialog {
+class DialogHost final : public IAppWrt, public IGeomDialog, public IQDMeshgDialog, public IQDCmdDialog {
  public:
   DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window);
   ~DialogHost() override;

@@ -8,23 +8,27 @@
 #include "host/CTransaction.h"
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
 
 namespace qd::workbench {
 
 IncludeExcludeDialog::IncludeExcludeDialog(WorkDocument& doc, iterator gset, QWidget* parent)
     : QDialog(parent), m_doc(doc), m_gset(gset), m_outside(new QListWidget), m_inside(new QListWidget) {
-  setWindowTitle(Text("IDS_QD_WRT_INCLUDE_EXCLUDE"));
+  SetTitle(*this, "IDS_QD_WRT_INCLUDE_EXCLUDE");
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("sets");
   auto* layout = new QGridLayout(this);
-  layout->addWidget(new QLabel(Text("IDS_WB_NOT_IN_SET")), 0, 0);
-  layout->addWidget(new QLabel(Text("IDS_WB_IN_SET")), 0, 2);
+  layout->addWidget(NewLabel("IDS_WB_NOT_IN_SET"), 0, 0);
+  layout->addWidget(NewLabel("IDS_WB_IN_SET"), 0, 2);
   for (QListWidget* list : {m_outside, m_inside}) list->setSelectionMode(QAbstractItemView::ExtendedSelection);
   layout->addWidget(m_outside, 1, 0, 4, 1);
   layout->addWidget(m_inside, 1, 2, 4, 1);
-  auto* include = new QPushButton(Text("IDS_WB_INCLUDE"));
-  auto* exclude = new QPushButton(Text("IDS_WB_EXCLUDE"));
-  auto* close = new QPushButton(Text("IDS_WB_CLOSE"));
+  auto* include = new QPushButton;
+  auto* exclude = new QPushButton;
+  auto* close = new QPushButton;
+  SetText(*include, "IDS_WB_INCLUDE");
+  SetText(*exclude, "IDS_WB_EXCLUDE");
+  SetText(*close, "IDS_WB_CLOSE");
   include->setObjectName("include");
   exclude->setObjectName("exclude");
   layout->addWidget(include, 2, 1);

@@ -14,6 +14,7 @@
 #include "host/CTransaction.h"
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
 
 namespace qd::workbench {
 
@@ -46,26 +47,27 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
       m_poisson(new QLineEdit),
       m_density(new QLineEdit),
       m_fault(new QLabel) {
-  setWindowTitle(Text("IDS_WB_MATERIALS"));
+  SetTitle(*this, "IDS_WB_MATERIALS");
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("materials");
-  m_name->setMaxLength(static_cast<int>(kMaxNameLength));
   m_name->setObjectName("name");
   m_fault->setWordWrap(true);
   auto* layout = new QFormLayout(this);
-  layout->addRow(new QLabel(Text("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))})));
-  layout->addRow(Text("IDS_WB_MATERIAL"), m_list);
-  layout->addRow(Text("IDS_QD_WRT_PROP_NAME"), m_name);
-  layout->addRow(Text("IDS_WB_MATERIAL_YOUNG"), m_young);
-  layout->addRow(Text("IDS_WB_MATERIAL_POISSON"), m_poisson);
-  layout->addRow(Text("IDS_WB_MATERIAL_DENSITY"), m_density);
+  layout->addRow(NewLabel("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
+  layout->addRow(NewLabel("IDS_WB_MATERIAL"), m_list);
+  layout->addRow(NewLabel("IDS_QD_WRT_PROP_NAME"), m_name);
+  layout->addRow(NewLabel("IDS_WB_MATERIAL_YOUNG"), m_young);
+  layout->addRow(NewLabel("IDS_WB_MATERIAL_POISSON"), m_poisson);
+  layout->addRow(NewLabel("IDS_WB_MATERIAL_DENSITY"), m_density);
   layout->addRow(m_fault);
   auto* buttons = new QDialogButtonBox;
-  QPushButton* apply = buttons->addButton(Text("IDS_WB_APPLY"), QDialogButtonBox::ApplyRole);
+  QPushButton* apply = buttons->addButton(QString(), QDialogButtonBox::ApplyRole);
+  QPushButton* close = buttons->addButton(QString(), QDialogButtonBox::RejectRole);
+  SetText(*apply, "IDS_WB_APPLY");
+  SetText(*close, "IDS_WB_CLOSE");
   apply->setObjectName("apply");
   connect(apply, &QPushButton::clicked, this, &MaterialDialog::Apply);
-  connect(buttons->addButton(Text("IDS_WB_CLOSE"), QDialogButtonBox::RejectRole), &QPushButton::clicked, this,
-          &QDialog::close);
+  connect(close, &QPushButton::clicked, this, &QDialog::close);
   layout->addRow(buttons);
   connect(m_list, &QComboBox::activated, this, &MaterialDialog::ShowChosen);
   ListMaterials(0);
@@ -77,7 +79,8 @@ iterator MaterialDialog::Chosen() const {
 
 void MaterialDialog::ListMaterials(iterator chosen) {
   m_list->clear();
-  m_list->addItem(Text("IDS_WB_MATERIAL_NEW"), QVariant::fromValue(iterator{0}));
+  AddChoice(*m_list, "IDS_WB_MATERIAL_NEW");
+  m_list->setItemData(0, QVariant::fromValue(iterator{0}));
   for (const IAppDB::Material& material : m_doc.GetDatabase().ListMaterials()) {
     m_list->addItem(ToQt(material.label), QVariant::fromValue(material.itr));
     if (material.itr == chosen) m_list->setCurrentIndex(m_list->count() - 1);
@@ -95,11 +98,11 @@ void MaterialDialog::ShowChosen() {
   m_young->setText(Number(record.youngsModulus));
   m_poisson->setText(Number(record.poissonsRatio));
   m_density->setText(Number(record.density));
-  m_fault->clear();
+  ClearText(*m_fault);
 }
 
 bool MaterialDialog::Read(tagTMaterial& record) {
-  record.name = FromQt(m_name->text().trimmed());
+  record.name = CutName(FromQt(m_name->text().trimmed()));
   constexpr double kLeastRatio = -1;
   constexpr double kGreatestRatio = 0.5;
   return !record.name.empty() && ReadNumber(*m_young, record.youngsModulus) && record.youngsModulus > 0 &&
@@ -118,7 +121,7 @@ void MaterialDialog::Apply() {
     CQDColorGenerator colours;
     for (std::size_t i = 0; i <= database.GetMaterialPool().Count(); ++i) record.colour = colours.GetNextColor();
   }
-  if (!Read(record)) return m_fault->setText(Text("IDS_WB_MATERIAL_INVALID"));
+  if (!Read(record)) return SetText(*m_fault, "IDS_WB_MATERIAL_INVALID");
   CTransaction transaction(&database);
   if (transaction.Begin(FromQt(Text("IDS_WB_TRANS_MATERIAL"))) == 0) return;
   if (material == 0) {

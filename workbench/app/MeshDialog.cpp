@@ -14,7 +14,7 @@ namespace qd::workbench {
 
 MeshDialog::MeshDialog(WorkDocument& doc, const char* titleKey, QWidget* parent)
     : QDialog(parent), m_doc(doc), m_layout(new QFormLayout(this)), m_outcome(new QLabel) {
-  setWindowTitle(Text(titleKey));
+  SetTitle(*this, titleKey);
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("mesh");
   m_outcome->setObjectName("outcome");
@@ -35,7 +35,7 @@ void MeshDialog::hideEvent(QHideEvent* event) {
 QComboBox* MeshDialog::AddSetField(const char* key, bool withDefault) {
   auto* box = new QComboBox;
   box->setObjectName(key);
-  m_layout->addRow(Text(key), box);
+  m_layout->addRow(NewLabel(key), box);
   m_sets.push_back({box, withDefault});
   return box;
 }
@@ -47,15 +47,15 @@ QComboBox* MeshDialog::AddTypeField() {
     box->addItem(QString::fromUtf8(type.name.data(), static_cast<qsizetype>(type.name.size())), type.number);
   }
   box->setCurrentIndex(box->findData(2));
-  m_layout->addRow(Text("IDS_WB_MESH_TYPE"), box);
+  m_layout->addRow(NewLabel("IDS_WB_MESH_TYPE"), box);
   return box;
 }
 
 QLineEdit* MeshDialog::AddTextField(const char* key, const char* hintKey) {
   auto* edit = new QLineEdit;
   edit->setObjectName(key);
-  edit->setPlaceholderText(Text(hintKey));
-  m_layout->addRow(Text(key), edit);
+  SetHint(*edit, hintKey);
+  m_layout->addRow(NewLabel(key), edit);
   return edit;
 }
 
@@ -64,17 +64,17 @@ QSpinBox* MeshDialog::AddCountField(const char* key, int value) {
   auto* box = new QSpinBox;
   box->setRange(1, kMost);
   box->setValue(value);
-  m_layout->addRow(Text(key), box);
+  m_layout->addRow(NewLabel(key), box);
   return box;
 }
 
 QDoubleSpinBox* MeshDialog::AddNumberField(const char* key, double value) {
   QDoubleSpinBox* number = MakeNumber(value);
-  m_layout->addRow(Text(key), number);
+  m_layout->addRow(NewLabel(key), number);
   return number;
 }
 
-void MeshDialog::AddInfo(std::function<QString()> info) {
+void MeshDialog::AddInfo(std::function<void(QLabel&)> info) {
   auto* label = new QLabel;
   m_layout->addRow(label);
   m_infos.emplace_back(label, std::move(info));
@@ -82,14 +82,17 @@ void MeshDialog::AddInfo(std::function<QString()> info) {
 
 void MeshDialog::AddAct(const char* key, const char* name, const char* doneKey,
                         std::function<ActResult(const CString&)> act) {
-  auto* button = new QPushButton(Text(key));
+  auto* button = new QPushButton;
+  SetText(*button, key);
   button->setObjectName(name);
   m_buttons.push_back(button);
   connect(button, &QPushButton::clicked, this, [this, doneKey, act = std::move(act)] {
     const ActResult result = act(FromQt(windowTitle()));
-    m_outcome->setText(result.IsDone()
-                           ? Text(doneKey, {QLocale().toString(static_cast<qulonglong>(result.number))})
-                           : Text(result.errorKey, {QString::fromStdString(result.detail)}));
+    if (result.IsDone()) {
+      SetText(*m_outcome, doneKey, {QLocale().toString(static_cast<qulonglong>(result.number))});
+    } else {
+      SetText(*m_outcome, result.errorKey, {QString::fromStdString(result.detail)});
+    }
     Update(0);
   });
 }
@@ -99,7 +102,8 @@ void MeshDialog::Finish() {
   auto* row = new QHBoxLayout;
   row->addStretch();
   for (QWidget* button : m_buttons) row->addWidget(button);
-  auto* close = new QPushButton(Text("IDS_WB_CLOSE"));
+  auto* close = new QPushButton;
+  SetText(*close, "IDS_WB_CLOSE");
   connect(close, &QPushButton::clicked, this, &QDialog::close);
   row->addWidget(close);
   m_layout->addRow(row);
@@ -112,7 +116,10 @@ void MeshDialog::Update(int) {
   for (const SetField& field : m_sets) {
     const QVariant chosen = field.box->currentData();
     field.box->clear();
-    if (field.withDefault) field.box->addItem(Text("IDS_WB_DEFAULT_MESH_SET"), QVariant::fromValue(iterator{0}));
+    if (field.withDefault) {
+      AddChoice(*field.box, "IDS_WB_DEFAULT_MESH_SET");
+      field.box->setItemData(0, QVariant::fromValue(iterator{0}));
+    }
     for (const iterator itr : pool.GetItrList()) {
       if (field.box->count() > kMostListed) break;
       if (!field.withDefault || itr != pool.GetDefaultMset()) {
@@ -123,7 +130,7 @@ void MeshDialog::Update(int) {
       field.box->setCurrentIndex(again);
     }
   }
-  for (const auto& [label, info] : m_infos) label->setText(info());
+  for (const auto& [label, info] : m_infos) info(*label);
 }
 
 iterator ChosenSet(const QComboBox& field) {

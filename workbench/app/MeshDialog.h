@@ -35,7 +35,7 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   }
   QDoubleSpinBox* AddNumberField(const char* key, double value);
   /// A line that is made anew with every update.
-  void AddInfo(std::function<QString()> info);
+  void AddInfo(std::function<void(QLabel&)> info);
   /// A button that runs an act; what came of it is shown below. `doneKey` gets the number of the result.
   void AddAct(const char* key, const char* name, const char* doneKey,
               std::function<ActResult(const CString&)> act);
@@ -54,7 +54,7 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   QFormLayout* m_layout;
   QLabel* m_outcome;
   std::vector<SetField> m_sets;
-  std::vector<std::pair<QLabel*, std::function<QString()>>> m_infos;
+  std::vector<std::pair<QLabel*, std::function<void(QLabel&)>>> m_infos;
   std::vector<QWidget*> m_buttons;
 };
 

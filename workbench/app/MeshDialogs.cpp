@@ -1,6 +1,7 @@
 // What the dialogs on meshes ask for and do.
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QSpinBox>
@@ -47,10 +48,11 @@ MeshDialog* MakeElementDialog(WorkDocument& doc, QWidget* parent) {
 
 MeshDialog* MakeIncludeExcludeDialog(WorkDocument& doc, iterator mset, QWidget* parent) {
   auto* dialog = new MeshDialog(doc, "IDS_QD_WRT_MESH_INCLUDE_EXCLUDE", parent);
-  dialog->AddInfo([&doc, mset] {
+  dialog->AddInfo([&doc, mset](QLabel& label) {
     const tagTMset* set = doc.GetDatabase().GetMsetPool().GetAtNU(mset);
-    return set != nullptr ? Text("IDS_WB_MESH_CONTENTS", {ToQt(set->name), QLocale().toString(set->elementCount)})
-                          : QString();
+    const CString name = set != nullptr ? set->name : CString();
+    const auto elements = static_cast<qulonglong>(set != nullptr ? set->elementCount : 0);
+    SetText(label, "IDS_WB_MESH_CONTENTS", {ToQt(name), QLocale().toString(elements)});
   });
   const QLineEdit* elements = dialog->AddTextField("IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_WB_MESH_RUNS_HINT");
   const QComboBox* other = dialog->AddSetField("IDS_WB_MESH_OTHER_SET", false);
@@ -138,8 +140,8 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
   const auto title = kTitles.find(command);
   if (title == kTitles.end()) return nullptr;
   auto* dialog = new MeshDialog(doc, title->second, parent);
-  dialog->AddInfo([&doc] {
-    return Text("IDS_WB_MESH_SETS", {QLocale().toString(static_cast<qulonglong>(SetsInView(doc).size()))});
+  dialog->AddInfo([&doc](QLabel& label) {
+    SetText(label, "IDS_WB_MESH_SETS", {QLocale().toString(static_cast<qulonglong>(SetsInView(doc).size()))});
   });
   const auto act = [&doc, dialog](std::function<ActResult(const std::vector<iterator>&, const CString&)> work) {
     dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_CHANGED",

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
 
 namespace qd::workbench {
 
@@ -31,7 +32,7 @@ inline TripleField AddTriple(QFormLayout& layout, const char* key, const std::ar
     triple[axis] = MakeNumber(values[axis]);
     row->addWidget(triple[axis]);
   }
-  layout.addRow(Text(key), row);
+  layout.addRow(NewLabel(key), row);
   return triple;
 }
 

@@ -12,7 +12,7 @@
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
-#include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
 
 namespace qd::workbench {
 
@@ -44,18 +44,17 @@ Box BoxOf(WorkDocument& doc, const std::vector<iterator>& parts) {
 OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form,
                                  std::vector<iterator> parts, QWidget* parent)
     : QDialog(parent), m_doc(doc), m_runner(runner), m_form(form), m_parts(std::move(parts)) {
-  setWindowTitle(Text(form.titleKey));
+  SetTitle(*this, form.titleKey);
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("operation");
   auto* layout = new QFormLayout(this);
-  layout->addRow(new QLabel(
-      m_parts.empty() ? Text("IDS_WB_NO_PARTS")
-                      : Text("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))})));
+  layout->addRow(NewLabel(m_parts.empty() ? "IDS_WB_NO_PARTS" : "IDS_WB_PARTS",
+                          {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
   if (form.pointKey != nullptr) m_point = AddTriple(*layout, form.pointKey, {0, 0, 0});
   if (form.vectorKey != nullptr) m_vector = AddTriple(*layout, form.vectorKey, form.vector);
   if (form.amountKey != nullptr) {
     m_amount = MakeNumber(form.amount);
-    layout->addRow(Text(form.amountKey), m_amount);
+    layout->addRow(NewLabel(form.amountKey), m_amount);
   }
   if (form.target) {
     m_target = new QComboBox;
@@ -64,28 +63,31 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
       if (std::find(m_parts.begin(), m_parts.end(), part) != m_parts.end()) continue;
       m_target->addItem(ToQt(m_doc.GetDatabase().GetGeomPool().GetAtNU(part)->name), QVariant::fromValue(part));
     }
-    layout->addRow(Text("IDS_WB_TARGET"), m_target);
+    layout->addRow(NewLabel("IDS_WB_TARGET"), m_target);
   }
   if (form.alignment) {
     m_alignment = new QComboBox;
     m_alignment->setObjectName("alignment");
     for (const char* key : {"IDS_WB_ATTACH_CENTRE", "IDS_WB_ATTACH_ON_TOP", "IDS_WB_ATTACH_MINIMUM"}) {
-      m_alignment->addItem(Text(key));
+      AddChoice(*m_alignment, key);
     }
-    layout->addRow(Text("IDS_WB_ATTACH_MODE"), m_alignment);
+    layout->addRow(NewLabel("IDS_WB_ATTACH_MODE"), m_alignment);
   }
   if (form.kind == ShapeOperationKind::Mesh) {
-    m_secondOrder = new QCheckBox(Text("IDS_HWB_MESH_HIGH_ORDER"));
+    m_secondOrder = new QCheckBox;
+    SetText(*m_secondOrder, "IDS_HWB_MESH_HIGH_ORDER");
     m_secondOrder->setObjectName("second");
     layout->addRow(m_secondOrder);
   }
   auto* buttons = new QDialogButtonBox;
-  m_apply = buttons->addButton(Text("IDS_WB_APPLY"), QDialogButtonBox::ApplyRole);
+  m_apply = buttons->addButton(QString(), QDialogButtonBox::ApplyRole);
+  SetText(*m_apply, "IDS_WB_APPLY");
   m_apply->setObjectName("apply");
   m_apply->setEnabled(!m_parts.empty() && (m_target == nullptr || m_target->count() > 0));
   connect(m_apply, &QPushButton::clicked, this, &OperationDialog::Apply);
-  connect(buttons->addButton(Text("IDS_WB_CLOSE"), QDialogButtonBox::RejectRole), &QPushButton::clicked, this,
-          &QDialog::close);
+  QPushButton* close = buttons->addButton(QString(), QDialogButtonBox::RejectRole);
+  SetText(*close, "IDS_WB_CLOSE");
+  connect(close, &QPushButton::clicked, this, &QDialog::close);
   connect(&runner, &OperationRunner::Started, this, [this] { m_apply->setEnabled(false); });
   connect(&runner, &OperationRunner::Ended, this, [this] { m_apply->setEnabled(true); });
   layout->addRow(buttons);

@@ -148,7 +148,6 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
     }
     default: {
       auto* edit = new QLineEdit(ToQt(row.value));
-      edit->setMaxLength(static_cast<int>(kMaxNameLength));
       edit->setFrame(false);
       connect(edit, &QLineEdit::editingFinished, this, [this, page, &row, edit] {
         // An editor of a page that is not shown any more goes with what was typed into it.

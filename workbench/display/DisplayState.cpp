@@ -133,6 +133,39 @@ void DisplayState::SetMeshColorMode(unsigned mode) {
   MarkDirty();
 }
 
+// ---- labels ---------------------------------------------------------------------------------------------
+
+int DisplayState::Labels::IsShown(std::int32_t id) const {
+  return m_hidden.Contains(static_cast<std::uint32_t>(id)) ? 0 : 1;
+}
+
+void DisplayState::Labels::Show(std::int32_t id) {
+  m_hidden.Erase(static_cast<std::uint32_t>(id));
+  m_display.MarkDirty();
+}
+
+void DisplayState::Labels::Hide(std::int32_t id) {
+  m_hidden.Assign(static_cast<std::uint32_t>(id), 1);
+  m_display.MarkDirty();
+}
+
+int DisplayState::GetShowHide(int kind, std::int32_t id) {
+  const CQDLabel* label = GetLabel(kind);
+  return label != nullptr ? label->IsShown(id) : 0;
+}
+
+void DisplayState::SetShowHide(int show, int kind, std::int32_t id) {
+  CQDLabel* label = GetLabel(kind);
+  if (label == nullptr) return;
+  if (show != 0) {
+    label->Show(id);
+  } else {
+    label->Hide(id);
+  }
+}
+
+// ---- looks of mesh sets ---------------------------------------------------------------------------------
+
 DisplayState::MeshLook DisplayState::GetMeshLook(std::uint32_t key) const {
   const auto found = m_meshLooks.find(key);
   MeshLook look = found != m_meshLooks.end() ? found->second : MeshLook{};

@@ -103,8 +103,10 @@ class DisplayState final : public CCADSession,
   void UpdateActivity(CQDViewBase&, int) override { MarkDirty(); }
   void UpdateShowHideMSet(CQDViewBase&, int) override { MarkDirty(); }
 
-  /// No record of the workbench has labels of its own yet.
-  CQDLabel* GetLabel(int) override { return nullptr; }
+  /// Only coordinate systems have labels: their symbols.
+  CQDLabel* GetLabel(int itemType) override { return itemType == kLabelCord ? &m_cordLabels : nullptr; }
+  int GetShowHide(int kind, std::int32_t id) override;
+  void SetShowHide(int show, int kind, std::int32_t id) override;
 
   void MarkDirty();
 
@@ -117,6 +119,20 @@ class DisplayState final : public CCADSession,
   template <typename Change>
   void ChangeLooks(const std::vector<std::uint32_t>& keys, const Change& change);
 
+  /// Labels are shown until they are hidden.
+  class Labels final : public CQDLabel {
+   public:
+    explicit Labels(DisplayState& display) : m_display(display) {}
+    int IsShown(std::int32_t id) const override;
+    void Show(std::int32_t id) override;
+    void Hide(std::int32_t id) override;
+
+   private:
+    DisplayState& m_display;
+    FlatMap m_hidden;
+  };
+
+  Labels m_cordLabels{*this};
   FlatMap m_hiddenMsets;
   std::vector<iterator> m_changedMsets;
   std::vector<iterator> m_changedMsetRows;

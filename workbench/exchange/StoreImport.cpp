@@ -18,11 +18,7 @@ CString NameOf(const std::string& utf8) {
   CString name = FromUtf8(utf8);
   // Code 0 divides the columns of a row, so no name holds it.
   std::erase(name, L'\0');
-  if (name.size() <= kMaxNameLength) return name;
-  name.resize(kMaxNameLength);
-  const wchar_t last = name.back();
-  if (last >= 0xD800 && last <= 0xDBFF) name.pop_back();  // half a character
-  return name;
+  return CutName(name);
 }
 
 /// Parts outside of assemblies go to the current set; a document without sets gets its first one.

@@ -20,9 +20,12 @@ Database::Database()
       m_properties(kDataProperty, *this),
       m_gsets(kDataGset, *this, m_geoms, m_settings),
       m_materials(kDataMaterial, *this),
+      m_cords(kDataCord, *this),
       m_stores{{kDataGeom, &m_geoms},         {kDataMset, &m_msets},          {kDataSettings, &m_settings},
                {kDataMGInfo, &m_generations}, {kDataProperty, &m_properties}, {kDataGset, &m_gsets},
-               {kDataMaterial, &m_materials}} {}
+               {kDataMaterial, &m_materials}, {kDataCord, &m_cords}} {
+  m_cords.MakeDefault();
+}
 
 IPoolStore* Database::StoreOf(iterator itr) const {
   const auto found = m_stores.find(TypeOf(itr));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/CQDDBSession.h"
+#include "workbench/model/CordPool.h"
 #include "workbench/model/Journal.h"
 #include "workbench/model/MsetPool.h"
 #include "workbench/model/Pools.h"
@@ -44,6 +45,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   GsetPool& GetGsetPool() override { return m_gsets; }
   MaterialPool& GetMaterialPool() override { return m_materials; }
   const MaterialPool& GetMaterialPool() const { return m_materials; }
+  CordPool& GetCordPool() override { return m_cords; }
+  const CordPool& GetCordPool() const { return m_cords; }
   GKeyPool& GetGKeyPool() override { return m_keys; }
   IAppDB& GetAppDB() override { return *this; }
 
@@ -98,6 +101,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   PropertyPool m_properties;
   GsetPool m_gsets;
   MaterialPool m_materials;
+  CordPool m_cords;
   GKeyPool m_keys;
   std::map<std::uint16_t, IPoolStore*> m_stores;
   IDatabaseListener* m_listener = nullptr;

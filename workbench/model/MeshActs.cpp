@@ -307,7 +307,7 @@ ActResult SweepMeshes(Database& database, const std::vector<iterator>& msets, co
     if (solid.blocks.empty()) continue;
     numbering.Continue(solid);
     tagTMset record;
-    record.name = set->name.substr(0, kMaxNameLength);
+    record.name = CutName(set->name);
     record.colour = set->colour;
     record.parent = set->parent;
     PutMesh(record, std::make_shared<const MeshData>(std::move(solid)));

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "qd_wrt/coords/CQDTreeItemCord.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/MenuTable.h"
@@ -15,6 +16,9 @@ namespace qd::workbench {
 namespace {
 
 constexpr unsigned kIcon = 0;
+/// Kinds of records in requests to show or hide; of the others the workbench has none.
+constexpr int kShowHideAny = 0;
+constexpr int kShowHideCords = 1;
 constexpr int kShowIcon = 0;
 constexpr int kHideIcon = 1;
 constexpr std::array<MenuEntry, 2> kMenu{
@@ -32,6 +36,8 @@ int DocumentNode::MakeChildItems() {
     m_sets->Expand(1);
     return 1;
   }
+  m_coordinates = new CQDTreeItemCord(GetControl(), this);
+  m_coordinates->MakeItem(kInsertLast);
   m_geometry = new CQDTreeItemGeom(GetControl(), this);
   m_geometry->MakeItem(kInsertLast);
   m_geometry->Expand(1);
@@ -81,13 +87,19 @@ void DocumentNode::OnMenuEvent(unsigned command) {
   if (parts == nullptr) return;
   if (command == kCommandShowAll) parts->ShowPartAll();
   if (command == kCommandHideAll) parts->HidePartAll();
+  if (m_coordinates != nullptr) m_coordinates->OnMenuEvent(command);
   if (m_meshes == nullptr) return;
   if (command == kCommandShowAll) m_meshes->OnClickCheck(kUnchecked);
   if (command == kCommandHideAll) m_meshes->OnClickCheck(kChecked);
 }
 
 void DocumentNode::SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) {
-  if (CQDTreeGeomRoot* parts = Parts()) parts->SetShowHideItem(kind, itrs, show, flags);
+  // Branches do not ask what kind of records they get.
+  if (kind == kShowHideCords) {
+    if (m_coordinates != nullptr) m_coordinates->SetShowHideItem(kind, itrs, show, flags);
+  } else if (kind == kShowHideAny) {
+    if (CQDTreeGeomRoot* parts = Parts()) parts->SetShowHideItem(kind, itrs, show, flags);
+  }
 }
 
 void DocumentNode::OnMenuEventGeomRoot(unsigned command) {

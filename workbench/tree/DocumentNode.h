@@ -5,6 +5,7 @@
 
 namespace qd {
 class CQDTreeGeomRoot;
+class CQDTreeItemCord;
 class CQDTreeItemGeom;
 class CQDTreeItemMesh;
 class CQDTreeItemTopo;
@@ -41,10 +42,11 @@ class DocumentNode final : public CQDTreeItem {
   void FollowMaterials();
 
   int m_treeType;
-  CQDTreeItemGeom* m_geometry = nullptr;  // a child; null in trees without geometry branch
-  CQDTreeItemMesh* m_meshes = nullptr;    // likewise
-  MaterialBranch* m_materials = nullptr;  // a child; null while there are no materials
-  CQDTreeItemTopo* m_sets = nullptr;      // likewise for geometry sets
+  CQDTreeItemCord* m_coordinates = nullptr;  // a child; null in trees without this branch
+  CQDTreeItemGeom* m_geometry = nullptr;     // likewise
+  CQDTreeItemMesh* m_meshes = nullptr;       // likewise
+  MaterialBranch* m_materials = nullptr;     // a child; null while there are no materials
+  CQDTreeItemTopo* m_sets = nullptr;         // likewise for geometry sets
 };
 
 class TreeFactory final : public IQDTreeGroupFactory {

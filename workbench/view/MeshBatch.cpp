@@ -22,6 +22,8 @@
 #include "host/Display.h"
 #include "workbench/model/ElementTypes.h"
 
+#include "workbench/view/AxisSymbol.h"
+
 namespace qd::workbench {
 
 namespace {
@@ -79,8 +81,6 @@ void AddBox(Arrays& lines, const MeshSkin& skin, COLORREF colour) {
   }
 }
 
-using Axis = std::array<float, 3>;
-
 Axis Unit(const Axis& a) {
   const float length = std::sqrt(a[0] * a[0] + a[1] * a[1] + a[2] * a[2]);
   return length > 0 ? Axis{a[0] / length, a[1] / length, a[2] / length} : a;
@@ -89,19 +89,13 @@ Axis Cross(const Axis& a, const Axis& b) {
   return {a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0]};
 }
 
-/// Three axes at a point: red, green and blue, those of materials in colours of their own.
-enum class AxesOf { Geometry, Material };
 template <typename Arrays>
 void AddAxes(Arrays& lines, const float* at, const std::array<Axis, 3>& axes, float length,
-             AxesOf what = AxesOf::Geometry) {
-  constexpr COLORREF kBoth[][3] = {{Rgb(0xD0, 0x20, 0x20), Rgb(0x20, 0x90, 0x20), Rgb(0x20, 0x40, 0xE0)},
-                                   {Rgb(0xD0, 0x20, 0xC0), Rgb(0xD0, 0xB0, 0x10), Rgb(0x10, 0xB0, 0xC0)}};
-  const auto& kColours = kBoth[static_cast<int>(what)];
-  for (std::size_t i = 0; i < 3; ++i) {
+             const std::array<COLORREF, 3>& colours = AxisSymbol::kColours) {
+  for (const AxisSymbol::Line& line : AxisSymbol::Lines({at[0], at[1], at[2]}, axes, length)) {
     const std::int64_t base = lines.PointCount();
-    lines.AddPoint(at[0], at[1], at[2], kColours[i]);
-    lines.AddPoint(at[0] + length * axes[i][0], at[1] + length * axes[i][1], at[2] + length * axes[i][2],
-                   kColours[i]);
+    lines.AddPoint(line.from[0], line.from[1], line.from[2], colours[line.axis]);
+    lines.AddPoint(line.to[0], line.to[1], line.to[2], colours[line.axis]);
     lines.cells.insert(lines.cells.end(), {base, base + 1});
   }
 }
@@ -135,7 +129,7 @@ void AddSystems(Arrays& lines, const MeshSkin& skin, std::uint32_t addOns) {
       const Axis z = Unit(Cross(x, minus(corner[2], corner[0])));
       if ((addOns & kAddOnElementSystems) != 0) AddAxes(lines, centre.data(), {x, Cross(z, x), z}, length);
       if ((addOns & kAddOnMaterialSystems) != 0) {
-        AddAxes(lines, centre.data(), kGlobal, length * 0.7F, AxesOf::Material);
+        AddAxes(lines, centre.data(), kGlobal, length * 0.7F, AxisSymbol::kMaterialColours);
       }
     }
   }

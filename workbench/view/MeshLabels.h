@@ -13,6 +13,7 @@ class vtkRenderer;
 namespace qd::workbench {
 
 class MeshScene;
+class Projection;
 
 /// Numbers of nodes and elements over the view: those in front, as many as can be read.
 class MeshLabels final : public QWidget {
@@ -31,7 +32,7 @@ class MeshLabels final : public QWidget {
     std::uint64_t number;
     bool element;
   };
-  void Collect(const MsetDrawing& drawing, const double matrix[16], std::map<std::pair<int, int>, Label>& cells);
+  void Collect(const MsetDrawing& drawing, const Projection& project, std::map<std::pair<int, int>, Label>& cells);
 
   const MeshScene& m_scene;
   vtkRenderer& m_renderer;

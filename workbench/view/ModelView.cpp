@@ -26,6 +26,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "workbench/view/CordSymbols.h"
 #include "workbench/view/MeshLabels.h"
 #include "workbench/view/MeshScene.h"
 #include "workbench/view/PartScene.h"
@@ -43,7 +44,8 @@ struct ModelView::Window {
   vtkNew<vtkCallbackCommand> frame;
   std::unique_ptr<PartScene> scene;
   std::unique_ptr<MeshScene> meshes;
-  MeshLabels* labels = nullptr;  // owned by the view
+  MeshLabels* labels = nullptr;  // these are owned by the view
+  CordSymbols* cords = nullptr;
   bool ready = false;
   bool painting = false;
 };
@@ -80,6 +82,7 @@ ModelView::ModelView(WorkDocument& doc, QWidget* parent)
   w.scene = std::make_unique<PartScene>(doc, *w.renderer);
   w.meshes = std::make_unique<MeshScene>(doc, *w.renderer, [this] { Redraw(0); });
   w.labels = new MeshLabels(*w.meshes, *w.renderer, this);
+  w.cords = new CordSymbols(doc, *w.renderer, this);
 
   w.makeCurrent->SetClientData(this);
   w.makeCurrent->SetCallback([](vtkObject*, unsigned long, void* self, void*) {
@@ -128,6 +131,10 @@ bool ModelView::IsUpToDate() const {
   return !m_dirty && !m_building && !m_window->meshes->IsBuilding();
 }
 
+const CordSymbols& ModelView::Cords() const {
+  return *m_window->cords;
+}
+
 bool ModelView::IsOver(CPoint screen) const {
   return isVisible() && rect().contains(mapFromGlobal(QPoint(screen.x, screen.y)));
 }
@@ -140,6 +147,7 @@ void ModelView::Apply(const CQDUpdateRecord& record) {
   if (!m_touched && std::any_of(record.changes.begin(), record.changes.end(), adds)) m_fitWhenBuilt = true;
   m_window->scene->Apply(record);
   m_window->meshes->Apply(record);
+  m_window->cords->Apply(record);
   if (m_window->scene->IsBuilding() && !m_building) {
     m_building = true;
     QTimer::singleShot(0, this, [this] { BuildSome(); });
@@ -232,6 +240,7 @@ void ModelView::paintGL() {
   gl->glColorMask(GL_TRUE, GL_TRUE, GL_TRUE, GL_TRUE);
   m_window->painting = false;
   m_window->labels->Follow();
+  m_window->cords->Follow();
   m_lastFrame = time.elapsed();
 }
 

@@ -9,6 +9,8 @@
 
 namespace qd::workbench {
 
+class CordSymbols;
+
 /// The 3-D view of a document. It follows the display state and the selection buffer and draws at most once per
 /// frame, however much was marked. A click picks a part, Ctrl adds to what is picked; dragging turns, the middle
 /// button pans, the wheel zooms.
@@ -30,6 +32,8 @@ class ModelView final : public QOpenGLWidget, public CQDViewBase {
   void SetOnPick(std::function<void(iterator, bool)> onPick) { m_onPick = std::move(onPick); }
   /// Whether everything that was marked is on screen.
   bool IsUpToDate() const;
+  /// The symbols of coordinate systems over the picture.
+  const CordSymbols& Cords() const;
 
   void Redraw(int reserved) override;
   CQDRenderManager* GetRenderManager() override { return &m_doc.GetDisplay(); }

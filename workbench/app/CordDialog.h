@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QDialog>
+
+#include "workbench/app/NumberFields.h"
+#include "workbench/display/WorkDocument.h"
+
+class QComboBox;
+class QLabel;
+class QLineEdit;
+
+namespace qd::workbench {
+
+/// Makes coordinate systems and edits one. What is entered is checked as a whole before anything is stored.
+class CordDialog final : public QDialog, public IQDCurrentDialog {
+ public:
+  /// `edited` is the system to edit, 0 for new ones.
+  CordDialog(WorkDocument& doc, iterator edited, QWidget* parent);
+  ~CordDialog() override;
+
+  /// Lists the systems that there are now.
+  void Update(int reserved) override;
+
+ protected:
+  void hideEvent(QHideEvent* event) override;
+
+ private:
+  void ShowRecord(const tagTCord& record);
+  void ListParents(iterator chosen);
+  tagTCord Entered() const;
+  /// The key of what is wrong with what was entered, null for nothing.
+  const char* FaultOf(const tagTCord& record) const;
+  void Apply();
+  CordPool& Pool() const { return m_doc.GetDatabase().GetCordPool(); }
+
+  WorkDocument& m_doc;
+  iterator m_edited;
+  QLineEdit* m_name;  // all are owned by this dialog
+  QComboBox* m_kind;
+  QComboBox* m_parent;
+  TripleField m_origin;
+  TripleField m_xAxis;
+  TripleField m_xyPlane;
+  QLabel* m_outcome;
+};
+
+}  // namespace qd::workbench

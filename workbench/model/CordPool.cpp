@@ -1,0 +1,106 @@
+#include "workbench/model/CordPool.h"
+
+#include "host/CMSGFunction.h"
+#include "workbench/model/CopyName.h"
+
+namespace qd::workbench {
+
+void CordPool::MakeDefault() {
+  tagTCord global;
+  global.SetName(CMSGFunction::GetValue("IDS_WB_GLOBAL_CORD"));
+  PutSilently(global);
+}
+
+// ---- indexes --------------------------------------------------------------------------------------------
+
+void CordPool::OnEnter(iterator itr, const tagTCord& record) {
+  ++m_names[record.GetName()];
+  if (record.parent != 0) m_children[record.parent].insert(itr);
+}
+
+void CordPool::OnLeave(iterator itr, const tagTCord& record) {
+  const auto name = m_names.find(record.GetName());
+  if (--name->second == 0) m_names.erase(name);
+  const auto siblings = m_children.find(record.parent);
+  if (siblings == m_children.end()) return;
+  siblings->second.erase(itr);
+  if (siblings->second.empty()) m_children.erase(siblings);
+}
+
+std::vector<iterator> CordPool::ChildrenOf(iterator itr) const {
+  const auto found = m_children.find(itr);
+  if (found == m_children.end()) return {};
+  return {found->second.begin(), found->second.end()};
+}
+
+CString CordPool::GetNewCopyName(const CString& text) const {
+  return CopyName(text, Count(), [this](const CString& name) { return Exist(name) != 0; });
+}
+
+Placement CordPool::GlobalPlacement(iterator itr) const {
+  Placement placement;
+  for (const tagTCord* record = GetAtNU(itr); record != nullptr; record = GetAtNU(record->parent)) {
+    placement = Compose(PlacementOf(*record), placement);
+  }
+  return placement;
+}
+
+// ---- writes ---------------------------------------------------------------------------------------------
+
+bool CordPool::IsSound(const tagTCord& record) const {
+  return record.name[0] != 0 && IsPlaceable(record) && Get(record.parent) != nullptr;
+}
+
+bool CordPool::StandsOn(iterator itr, iterator other) const {
+  while (itr != 0 && itr != other) itr = GetAtNU(itr)->parent;
+  return itr == other;
+}
+
+iterator CordPool::Add(tagTCord record) {
+  if (record.parent == 0) record.parent = GetDefaultCord();
+  return IsSound(record) ? Pool::Add(std::move(record)) : 0;
+}
+
+int CordPool::Modify(iterator itr, const tagTCord& record) {
+  if (IsDefaultCord(itr) != 0 || Get(itr) == nullptr) return 0;
+  tagTCord changed = record;
+  if (changed.parent == 0) changed.parent = GetDefaultCord();
+  return IsSound(changed) && !StandsOn(changed.parent, itr) ? Change(itr, std::move(changed)) : 0;
+}
+
+int CordPool::Delete(iterator itr) {
+  const auto record = std::static_pointer_cast<const tagTCord>(Get(itr));
+  if (record == nullptr || IsDefaultCord(itr) != 0 || Pool::TR_Del({itr}) == 0) return 0;
+  m_gone[itr] = *record;
+  return 1;
+}
+
+int CordPool::UpdateAfterDeletion() {
+  // A rollback brings records back without a word.
+  std::erase_if(m_gone, [this](const auto& gone) { return Get(gone.first) != nullptr; });
+  const std::map<iterator, tagTCord> gone = std::exchange(m_gone, {});
+  for (const auto& [parent, left] : gone) {
+    for (const iterator orphan : ChildrenOf(parent)) {
+      tagTCord record = *GetAtNU(orphan);
+      Placement placement = PlacementOf(record);
+      for (auto above = gone.find(record.parent); above != gone.end(); above = gone.find(record.parent)) {
+        placement = Compose(PlacementOf(above->second), placement);
+        record.parent = above->second.parent;
+      }
+      Place(record, placement);
+      if (Change(orphan, std::move(record)) == 0) return 0;
+    }
+  }
+  return 1;
+}
+
+int CordPool::TR_Del(const std::vector<iterator>& itrs) {
+  return Keeper().InTransaction("IDS_QD_TRANS_Delete_CORD", [&] {
+    for (const iterator itr : itrs) {
+      if (Delete(itr) == 0) return 0;
+    }
+    return UpdateAfterDeletion();
+  });
+}
+
+}  // namespace qd::workbench
