@@ -9,6 +9,9 @@ ProductVariant theVariant = ProductVariant::Standard;
 void SetProductVariant(ProductVariant variant) {
   theVariant = variant;
 }
+ProductVariant GetProductVariant() {
+  return theVariant;
+}
 int IsKSL() {
   return theVariant == ProductVariant::KSL ? 1 : 0;
 }

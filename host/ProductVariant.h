@@ -9,6 +9,7 @@ enum class ProductVariant { Standard, KSL, RVT, ZDH };
 
 /// The host sets the variant; open menus and windows keep what they were made with.
 QD_EXPORT void SetProductVariant(ProductVariant variant);
+QD_EXPORT ProductVariant GetProductVariant();
 QD_EXPORT int IsKSL();
 QD_EXPORT int IsRVT();
 QD_EXPORT int IsZDH();

@@ -155,36 +155,5 @@ TEST_F(ImportFile, ACancelledOneLeavesNothing) {
   EXPECT_TRUE(outcome.failure.isEmpty());
 }
 
-TEST(MessageTables, HoldTheSameKeysAndPlaceholdersInEveryLanguage) {
-  MessageTables tables;
-  const auto read = [](const QString& language) {
-    std::map<QString, qsizetype> keys;
-    for (const QByteArray& line : Files::Read(":/messages/" + language + ".txt").split('\n')) {
-      const QString text = QString::fromUtf8(line);
-      if (text.contains('=')) keys[text.section('=', 0, 0)] = text.count("%s");
-    }
-    return keys;
-  };
-  const auto english = read("en");
-  EXPECT_GT(english.size(), 30U);
-  for (const QString& language : MessageTables::Languages())
-    EXPECT_EQ(read(language), english) << language.toStdString();
-  // Every key that the sources name has a text.
-  QDirIterator sources(QD_SOURCE_FOLDER, {"*.cpp", "*.h"}, QDir::Files, QDirIterator::Subdirectories);
-  const QRegularExpression key("\"(IDS_[A-Za-z0-9_]+)\"");
-  while (sources.hasNext()) {
-    const QString path = sources.next();
-    if (!path.contains("/qd_wrt/") && !path.contains("/workbench/")) continue;
-    QRegularExpressionMatchIterator found = key.globalMatch(QString::fromUtf8(Files::Read(path)));
-    while (found.hasNext()) {
-      const QString name = found.next().captured(1);
-      EXPECT_TRUE(english.contains(name)) << name.toStdString() << " in " << path.toStdString();
-    }
-  }
-  EXPECT_FALSE(tables.SetLanguage("xx"));
-  EXPECT_EQ(Text("IDS_QD_WRT_Item"), "Item");
-  EXPECT_EQ(Text("IDS_WB_IMPORT_FAILED", {"%s", "why"}), "%s: why");
-}
-
 }  // namespace
 }  // namespace qd::test

@@ -107,7 +107,8 @@ const char* CordDialog::FaultOf(const tagTCord& record) const {
   }
   const CString name = record.GetName();
   if (name.empty()) return "IDS_QD_DB_NAME_EMPTY";
-  if (Pool().Exist(name) != 0 && (old == nullptr || old->GetName() != name)) return "IDS_QD_DB_EXIST_NEW_DATA_NAME";
+  if (Pool().Exist(name) != 0 && (old == nullptr || old->GetName() != name))
+    return "IDS_QD_DB_EXIST_NEW_DATA_NAME";
   return IsPlaceable(record) ? nullptr : "IDS_WB_CORD_AXES";
 }
 

@@ -17,6 +17,7 @@
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/PropertyPane.h"
+#include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/view/ModelView.h"
 
@@ -40,7 +41,8 @@ MainWindow::MainWindow(MessageTables& messages) : m_messages(messages), m_doc(st
   MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
   ApplyPalette();
-  Retranslate();
+  RefreshActions();
+  SayTableFaults();
 }
 
 MainWindow::~MainWindow() {
@@ -69,6 +71,7 @@ void MainWindow::MakePanes() {
   m_properties = new PropertyPane(this);
   m_messagePane = new QDockWidget(this);
   m_messagePane->setObjectName("messages");
+  SetTitle(*m_messagePane, "IDS_WB_PANE_MESSAGES");
   m_messagePane->setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
   m_messageText = new QPlainTextEdit(m_messagePane);
   m_messageText->setReadOnly(true);
@@ -77,6 +80,10 @@ void MainWindow::MakePanes() {
   addDockWidget(Qt::LeftDockWidgetArea, m_modelPane);
   tabifyDockWidget(m_modelPane, m_gsetPane);
   m_modelPane->raise();
+  SetTitle(*this, "IDS_WB_APP");
+  SetTitle(*m_modelPane, "IDS_WB_PANE_MODEL");
+  SetTitle(*m_gsetPane, "IDS_WB_PANE_GSET");
+  SetTitle(*m_properties, "IDS_WB_PANE_PROPERTIES");
   addDockWidget(Qt::LeftDockWidgetArea, m_properties);
   addDockWidget(Qt::BottomDockWidgetArea, m_messagePane);
   resizeDocks({m_modelPane, m_properties}, {520, 160}, Qt::Vertical);
@@ -87,6 +94,7 @@ void MainWindow::MakePanes() {
   m_progress->setRange(0, 1000);
   m_progress->setMaximumWidth(260);
   m_cancel = new QToolButton(this);
+  SetText(*m_cancel, "IDS_WB_CANCEL");
   connect(m_cancel, &QToolButton::clicked, this, [this] {
     m_imports->Cancel();
     m_operations->Cancel();

@@ -63,12 +63,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void changeEvent(QEvent* event) override;
 
  private:
-  /// A menu action whose text follows the language.
-  struct Translated {
-    QAction* action;
-    const char* key;
-  };
-
   void MakePanes();
   void MakeMenus();
   void MakeFileMenu();
@@ -80,7 +74,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void Follow(Job& job);
   QMenu* AddMenu(QMenu* above, const char* key);
   QAction* Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)());
-  void Retranslate();
+  void SayTableFaults();
   void RefreshActions();
   void ApplyPalette();
 
@@ -90,6 +84,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void AfterStore();
   /// A command for the mesh branch, or for the first selected mesh set, or else for the first of all.
   void SendToMeshes(unsigned command, bool toSet);
+  void OnNewWindow();
   void OnUndo();
   void OnRedo();
   void OnDelete();
@@ -123,7 +118,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   MeshExporter* m_exporter = nullptr;
   std::unique_ptr<ProgressWindow> m_longWork;
   std::unique_ptr<DialogHost> m_dialogs;
-  std::vector<Translated> m_translated;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
   QAction* m_delete = nullptr;

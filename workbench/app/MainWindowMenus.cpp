@@ -1,17 +1,22 @@
 // The menus of the main window.
 
 #include <QActionGroup>
+#include <QApplication>
 #include <QDockWidget>
 #include <QLocale>
 #include <QMenuBar>
+#include <QProcess>
 #include <QToolButton>
+#include <algorithm>
 
 #include "host/CQDUnitCtrl.h"
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/MainWindow.h"
 #include "workbench/app/PropertyPane.h"
+#include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
+#include "workbench/app/VariantNames.h"
 
 namespace qd::workbench {
 
@@ -21,7 +26,7 @@ QAction* MainWindow::Add(QMenu* menu, const char* key, const QKeySequence& short
                          void (MainWindow::*handler)()) {
   QAction* action = menu->addAction(QString(), this, handler);
   action->setShortcut(shortcut);
-  m_translated.push_back({action, key});
+  SetText(*action, key);
   return action;
 }
 
@@ -34,7 +39,7 @@ void MainWindow::MakeMenus() {
 
 QMenu* MainWindow::AddMenu(QMenu* above, const char* key) {
   QMenu* menu = above != nullptr ? above->addMenu(QString()) : menuBar()->addMenu(QString());
-  m_translated.push_back({menu->menuAction(), key});
+  SetText(*menu->menuAction(), key);
   return menu;
 }
 
@@ -43,8 +48,9 @@ void MainWindow::MakeFileMenu() {
   Add(file, "IDS_WB_IMPORT", QKeySequence::Open, &MainWindow::OnImport);
   Add(file, "IDS_WB_EXPORT", QKeySequence(Qt::CTRL | Qt::Key_E), &MainWindow::OnExport);
   file->addSeparator();
-  m_translated.push_back(
-      {file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT"});
+  Add(file, "IDS_WB_NEW_WINDOW", QKeySequence::New, &MainWindow::OnNewWindow);
+  file->addSeparator();
+  SetText(*file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT");
 }
 
 void MainWindow::MakeEditMenu() {
@@ -56,23 +62,31 @@ void MainWindow::MakeEditMenu() {
   connect(edit, &QMenu::aboutToShow, this, &MainWindow::RefreshActions);
 }
 
+namespace {
+
+/// One of a menu's choices, of which one is checked.
+QAction* AddOption(QMenu& menu, QActionGroup& group, bool checked, const QString& text = {}) {
+  QAction* action = menu.addAction(text);
+  action->setCheckable(true);
+  action->setChecked(checked);
+  group.addAction(action);
+  return action;
+}
+
+}  // namespace
+
 void MainWindow::MakeViewMenu() {
   QMenu* view = AddMenu(nullptr, "IDS_WB_MENU_VIEW");
   Add(view, "IDS_WB_FIT", QKeySequence(Qt::CTRL | Qt::Key_0), &MainWindow::OnFit);
   Add(view, "IDS_QD_WRT_SHOW_ALL", {}, &MainWindow::OnShowAll);
   Add(view, "IDS_QD_WRT_HIDE_ALL", {}, &MainWindow::OnHideAll);
-  const auto choice = [](QMenu* menu, const QString& text, bool checked, QActionGroup* group) {
-    QAction* action = menu->addAction(text);
-    action->setCheckable(true);
-    action->setChecked(checked);
-    group->addAction(action);
-    return action;
-  };
+  view->addSeparator();
   QMenu* language = AddMenu(view, "IDS_WB_MENU_LANGUAGE");
   auto* languages = new QActionGroup(this);
-  for (const QString& code : MessageTables::Languages()) {
-    connect(choice(language, QLocale(code).nativeLanguageName(), code == m_messages.Language(), languages),
-            &QAction::triggered, this, [this, code] { SetLanguage(code); });
+  for (const QString& code : m_messages.Languages()) {
+    QAction* option =
+        AddOption(*language, *languages, code == m_messages.Language(), QLocale(code).nativeLanguageName());
+    connect(option, &QAction::triggered, this, [this, code] { SetLanguage(code); });
   }
   QMenu* units = AddMenu(view, "IDS_WB_MENU_UNITS");
   auto* systems = new QActionGroup(this);
@@ -81,11 +95,32 @@ void MainWindow::MakeViewMenu() {
     const CString length = system[0];
     const CString mass = system[1];
     const QString name = QString("%1, %2").arg(ToQt(length), ToQt(mass));
-    connect(choice(units, name, length == CQDUnitCtrl::GetUnitSystemLength(), systems), &QAction::triggered, this,
-            [this, length, mass] {
-              CQDUnitCtrl::SetUnitSystem(length, mass);
-              m_properties->Refresh();
-            });
+    QAction* option = AddOption(*units, *systems, length == CQDUnitCtrl::GetUnitSystemLength(), name);
+    connect(option, &QAction::triggered, this, [this, length, mass] {
+      CQDUnitCtrl::SetUnitSystem(length, mass);
+      m_properties->Refresh();
+    });
+  }
+  QMenu* variant = AddMenu(view, "IDS_WB_MENU_VARIANT");
+  auto* variants = new QActionGroup(this);
+  for (const VariantName& known : kVariants) {
+    QAction* option = AddOption(*variant, *variants, GetProductVariant() == known.variant);
+    SetText(*option, known.key);
+    connect(option, &QAction::triggered, this, [this, known] {
+      SetProductVariant(known.variant);
+      m_manager->OnChangeProgram();
+    });
+  }
+}
+
+/// A program of its own, with the language and variant of this one: a variant is that of a whole program.
+void MainWindow::OnNewWindow() {
+  const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [](const VariantName& known) {
+    return known.variant == GetProductVariant();
+  });
+  const QStringList arguments{"--language", m_messages.Language(), "--variant", variant->name};
+  if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments)) {
+    Say(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
   }
 }
 
@@ -121,9 +156,8 @@ void MainWindow::MakeMeshMenu() {
       mesh->addSeparator();
       continue;
     }
-    m_translated.push_back(
-        {mesh->addAction(QString(), this, [this, entry] { SendToMeshes(entry.command, entry.toSet); }),
-         entry.key});
+    SetText(*mesh->addAction(QString(), this, [this, entry] { SendToMeshes(entry.command, entry.toSet); }),
+            entry.key);
   }
 }
 
@@ -140,21 +174,17 @@ void MainWindow::SendToMeshes(unsigned command, bool toSet) {
 }
 
 void MainWindow::SetLanguage(const QString& language) {
-  if (!m_messages.SetLanguage(language)) return;
-  Retranslate();
-  m_manager->OnChangeLanguage();
+  if (m_messages.SetLanguage(language)) {
+    for (QWidget* window : QApplication::topLevelWidgets()) Retranslate(*window);
+    m_properties->ChangeLanguage();
+    RefreshActions();
+    m_manager->OnChangeLanguage();
+  }
+  SayTableFaults();
 }
 
-void MainWindow::Retranslate() {
-  for (const auto& [action, key] : m_translated) action->setText(Text(key));
-  setWindowTitle(Text("IDS_WB_APP"));
-  m_modelPane->setWindowTitle(Text("IDS_WB_PANE_MODEL"));
-  m_gsetPane->setWindowTitle(Text("IDS_WB_PANE_GSET"));
-  m_properties->setWindowTitle(Text("IDS_WB_PANE_PROPERTIES"));
-  m_properties->Refresh();
-  m_messagePane->setWindowTitle(Text("IDS_WB_PANE_MESSAGES"));
-  m_cancel->setText(Text("IDS_WB_CANCEL"));
-  RefreshActions();
+void MainWindow::SayTableFaults() {
+  for (const QString& fault : m_messages.TakeFaults()) Say(fault, true);
 }
 
 void MainWindow::RefreshActions() {

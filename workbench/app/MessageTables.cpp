@@ -1,46 +1,88 @@
 #include "workbench/app/MessageTables.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <utility>
 
 #include "platform/qt/QtConvert.h"
 
 namespace qd::workbench {
 
 namespace {
-constexpr const char* kFolder = ":/messages";
+constexpr const char* kOwnFolder = ":/messages";
+constexpr const char* kEnglish = "en";
+}  // namespace
+
+MessageTables::MessageTables(const QString& folder)
+    : m_folder(folder.isEmpty() ? kOwnFolder : folder), m_language(kEnglish), m_english(Read(kEnglish)) {}
+
+MessageTables::~MessageTables() {
+  QCoreApplication::removeTranslator(&m_qtTexts);
 }
 
-MessageTables::MessageTables() {
-  SetLanguage("en");
-}
-
-QStringList MessageTables::Languages() {
+QStringList MessageTables::Languages() const {
   QStringList languages;
-  for (const QFileInfo& file : QDir(kFolder).entryInfoList({"*.txt"})) languages << file.baseName();
+  for (const QFileInfo& file : QDir(m_folder).entryInfoList({"*.txt"})) languages << file.baseName();
   languages.sort();
   return languages;
 }
 
-bool MessageTables::SetLanguage(const QString& language) {
-  QFile file(QString("%1/%2.txt").arg(kFolder, language));
-  if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) return false;
-  m_texts.clear();
-  while (!file.atEnd()) {
-    const QString line = QString::fromUtf8(file.readLine()).trimmed();
-    const qsizetype equals = line.indexOf('=');
-    if (equals > 0) m_texts[line.left(equals).toStdString()] = FromQt(line.mid(equals + 1));
+MessageTexts MessageTables::Read(const QString& language) {
+  QFile file(QString("%1/%2.txt").arg(m_folder, language));
+  MessageFile table;
+  if (file.open(QIODevice::ReadOnly)) {
+    table = ParseMessages(file.readAll().toStdString());
+    DropMisformatted(table, m_english);
+  } else {
+    table.faults.push_back(file.errorString().toStdString());
   }
+  NoteFaults(language, table.faults);
+  return table.texts;
+}
+
+/// One line for a table, however much is wrong with it.
+void MessageTables::NoteFaults(const QString& language, const std::vector<std::string>& faults) {
+  if (faults.empty() || m_faulty.contains(language)) return;
+  m_faulty << language;
+  QString line = QString("%1/%2.txt: %3").arg(m_folder, language, QString::fromStdString(faults.front()));
+  if (faults.size() > 1) line += QString(" (+ %1)").arg(faults.size() - 1);
+  m_faults << line;
+}
+
+bool MessageTables::SetLanguage(const QString& language) {
+  MessageTexts texts;
+  if (language == kPseudo) {
+    for (const auto& [key, text] : m_english) texts.emplace(key, PseudoText(text));
+  } else if (language != kEnglish) {
+    texts = Read(language);
+  }
+  if (texts.empty() && language != kEnglish) return false;
+  m_texts = std::move(texts);
   m_language = language;
+  QCoreApplication::removeTranslator(&m_qtTexts);
+  const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+  if (language != kPseudo && m_qtTexts.load(QLocale(language), "qtbase", "_", folder)) {
+    QCoreApplication::installTranslator(&m_qtTexts);
+  }
   return true;
 }
 
+QStringList MessageTables::TakeFaults() {
+  return std::exchange(m_faults, {});
+}
+
 bool MessageTables::Find(std::string_view key, CString& text) const {
-  const auto found = m_texts.find(key);
-  if (found == m_texts.end()) return false;
-  text = found->second;
-  return true;
+  for (const MessageTexts* texts : {&m_texts, &m_english}) {
+    const auto found = texts->find(key);
+    if (found == texts->end()) continue;
+    text = found->second;
+    return true;
+  }
+  return false;
 }
 
 QString Text(const char* key, const QStringList& arguments) {

@@ -2,29 +2,45 @@
 
 #include <QString>
 #include <QStringList>
-#include <map>
-#include <string>
+#include <QTranslator>
 
 #include "host/CMSGFunction.h"
+#include "workbench/text/MessageFile.h"
 
 namespace qd::workbench {
 
-/// The message tables: one file per language, "KEY=text" a line, in UTF-8.
+/// The message tables: one file per language, "KEY=text" a line, in UTF-8. English is what is shown where a table
+/// has no text, or none that fits; without it a key shows itself. The texts of Qt's own dialogs follow.
 class MessageTables final : public CMSGFunction::ITable {
  public:
-  MessageTables();
+  /// Reads the tables in a folder, or, without one, those of the program, and begins with English.
+  explicit MessageTables(const QString& folder = QString());
+  ~MessageTables() override;
 
+  /// The language for tests, made from English.
+  static constexpr const char* kPseudo = "pseudo";
   /// Codes of the languages that there are tables for, sorted.
-  static QStringList Languages();
+  QStringList Languages() const;
   /// Reads a language's table. False, with the table as it was, when there is none that can be read.
   bool SetLanguage(const QString& language);
   const QString& Language() const { return m_language; }
+  /// What was wrong with tables, one line for each and only once, since the last call.
+  QStringList TakeFaults();
 
   bool Find(std::string_view key, CString& text) const override;
 
  private:
+  /// An empty table for one that cannot be used at all.
+  MessageTexts Read(const QString& language);
+  void NoteFaults(const QString& language, const std::vector<std::string>& faults);
+
+  QString m_folder;
   QString m_language;
-  std::map<std::string, CString, std::less<>> m_texts;
+  MessageTexts m_english;
+  MessageTexts m_texts;
+  QStringList m_faults;
+  QStringList m_faulty;  // languages whose faults were noted
+  QTranslator m_qtTexts;
 };
 
 /// The text of a key for Qt, with each "%s" replaced by the next argument.

@@ -3,6 +3,7 @@
 #include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <array>
 
 #include "workbench/app/MessageTables.h"

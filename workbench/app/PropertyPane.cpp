@@ -14,6 +14,7 @@
 
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
 
 namespace qd::workbench {
 
@@ -39,6 +40,8 @@ PropertyPane::PropertyPane(QWidget* parent)
   layout->addWidget(m_grid);
   layout->addWidget(m_apply, 0, Qt::AlignRight);
   m_apply->setObjectName("applyProperties");
+  SetText(*m_apply, "IDS_WB_APPLY");
+  SetText(*m_empty, "IDS_WB_NO_PROPERTIES");
   connect(m_apply, &QPushButton::clicked, this, [this] {
     if (m_page != nullptr) m_page->ApplyProperty();
     Schedule();
@@ -57,12 +60,37 @@ PropertyPane::~PropertyPane() = default;
 void PropertyPane::SetPropertySet(std::unique_ptr<IPropertySet> page) {
   // The old page may be in the middle of a change that it makes itself.
   m_retired.push_back(std::exchange(m_page, std::move(page)));
+  m_entries.clear();
   if (m_page != nullptr) m_page->SetOnLayout([this] { ShowRows(); });
   Schedule();
 }
 
 void PropertyPane::Refresh() {
-  m_empty->setText(Text("IDS_WB_NO_PROPERTIES"));
+  Schedule();
+}
+
+/// The rows are the same in every language, in one order.
+void PropertyPane::KeepEntries() {
+  m_entries.clear();
+  std::map<const CBCGPProp*, QString> typed;
+  for (const auto& [item, row] : m_rowOf) {
+    if (const auto* edit = qobject_cast<QLineEdit*>(m_grid->itemWidget(item, 1))) typed[row] = edit->text();
+  }
+  for (const auto& row : m_page->GetRows()) m_entries.push_back({row->value, row->colour, typed[row.get()]});
+}
+
+void PropertyPane::RestoreEntries() {
+  const auto& rows = m_page->GetRows();
+  if (m_entries.size() != rows.size()) m_entries.clear();
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    const bool isText = rows[i]->kind == CBCGPProp::Kind::Text && (!rows[i]->readOnly || rows[i]->calculate);
+    if (isText) rows[i]->value = m_entries[i].value;
+    if (rows[i]->kind == CBCGPProp::Kind::Colour) rows[i]->colour = m_entries[i].colour;
+  }
+}
+
+void PropertyPane::ChangeLanguage() {
+  if (m_page != nullptr && !m_waiting) KeepEntries();
   Schedule();
 }
 
@@ -87,7 +115,7 @@ void PropertyPane::ShowNow() {
 void PropertyPane::ShowRows() {
   m_grid->clear();
   m_rowOf.clear();
-  m_apply->setText(Text("IDS_WB_APPLY"));
+  RestoreEntries();
   std::map<const CBCGPProp*, QTreeWidgetItem*> items;
   for (const auto& row : m_page->GetRows()) {
     QTreeWidgetItem* above = row->parent != nullptr ? items[row->parent] : m_grid->invisibleRootItem();
@@ -107,6 +135,11 @@ void PropertyPane::ShowRows() {
     }
   }
   for (const auto& [row, item] : items) item->setExpanded(!row->collapsed);
+  for (std::size_t i = 0; i < m_entries.size(); ++i) {
+    auto* edit = qobject_cast<QLineEdit*>(m_grid->itemWidget(items[m_page->GetRows()[i].get()], 1));
+    if (edit != nullptr) edit->setText(m_entries[i].typed);
+  }
+  m_entries.clear();
 }
 
 void PropertyPane::Calculate(QTreeWidgetItem* item) {

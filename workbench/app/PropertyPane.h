@@ -23,6 +23,8 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
 
   void SetPropertySet(std::unique_ptr<IPropertySet> page) override;
   void Refresh() override;
+  /// Shows the page in the language of now, with what was entered and not stored yet.
+  void ChangeLanguage();
   IPropertySet* GetPropertySet() const override { return m_page.get(); }
   /// Makes and shows a page that waits, at once.
   void ShowNow();
@@ -35,6 +37,8 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   QWidget* EditorFor(CBCGPProp& row);
   void Tell(CBCGPProp& row);
   void Calculate(QTreeWidgetItem* item);
+  void KeepEntries();
+  void RestoreEntries();
 
   std::unique_ptr<IPropertySet> m_page;
   std::vector<std::unique_ptr<IPropertySet>> m_retired;  // rows of theirs may still be on show
@@ -43,6 +47,13 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   QTreeWidget* m_grid;
   QPushButton* m_apply;
   std::map<QTreeWidgetItem*, CBCGPProp*> m_rowOf;
+  /// What a row held before it was made anew.
+  struct Entry {
+    CString value;
+    COLORREF colour;
+    QString typed;  // what stands in the editor
+  };
+  std::vector<Entry> m_entries;  // by row
   bool m_waiting = false;
 };
 

@@ -1,15 +1,16 @@
 // The workbench. Usage: workbench [FILE...] [--print-tree] [--screenshot PNG] [--language L] [--variant V]
+// [--messages FOLDER]
 
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QTimer>
+#include <algorithm>
 #include <iostream>
-#include <map>
 
-#include "host/ProductVariant.h"
 #include "platform/qt/QtToolkit.h"
 #include "workbench/app/MainWindow.h"
 #include "workbench/app/PrintTree.h"
+#include "workbench/app/VariantNames.h"
 #include "workbench/view/ModelView.h"
 
 namespace {
@@ -23,23 +24,22 @@ struct Options {
   QStringList files;
   QString screenshot;
   QString language = "en";
+  QString messages;
   ProductVariant variant = ProductVariant::Standard;
   bool printTree = false;
 };
 
 /// Shows how the program is called and ends it when the command line is wrong.
 Options ReadOptions(const QCoreApplication& app) {
-  const std::map<QString, ProductVariant> variants{{"standard", ProductVariant::Standard},
-                                                   {"ksl", ProductVariant::KSL},
-                                                   {"rvt", ProductVariant::RVT},
-                                                   {"zdh", ProductVariant::ZDH}};
+  const QStringList languages = MessageTables().Languages() << MessageTables::kPseudo;
   QCommandLineParser parser;
   parser.setApplicationDescription("Shows CAD and mesh files with their works tree.");
   parser.addHelpOption();
   parser.addPositionalArgument("FILE", "files to import", "[FILE...]");
   parser.addOption({"print-tree", "print the model tree and end"});
   parser.addOption({"screenshot", "write a picture of the window and end", "PNG"});
-  parser.addOption({"language", "language of the texts: " + MessageTables::Languages().join(", "), "L", "en"});
+  parser.addOption({"language", "language of the texts: " + languages.join(", "), "L", "en"});
+  parser.addOption({"messages", "folder with message tables to use in place of the program's own", "FOLDER"});
   parser.addOption({"variant", "product variant: standard, ksl, rvt, zdh", "V", "standard"});
   parser.process(app);
   Options options;
@@ -47,12 +47,15 @@ Options ReadOptions(const QCoreApplication& app) {
   options.screenshot = parser.value("screenshot");
   options.language = parser.value("language");
   options.printTree = parser.isSet("print-tree");
-  const auto variant = variants.find(parser.value("variant"));
-  if (!MessageTables::Languages().contains(options.language) || variant == variants.end()) {
+  options.messages = parser.value("messages");
+  const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [&parser](const VariantName& known) {
+    return parser.value("variant") == known.name;
+  });
+  if (!languages.contains(options.language) || variant == kVariants.end()) {
     std::cerr << parser.helpText().toStdString();
     std::exit(kUsageError);
   }
-  options.variant = variant->second;
+  options.variant = variant->variant;
   return options;
 }
 
@@ -94,8 +97,9 @@ int main(int argc, char** argv) {
   if (WantsNoWindow(argc, argv)) {
     const QCoreApplication app(argc, argv);
     const Options options = ReadOptions(app);
-    MessageTables messages;
+    MessageTables messages(options.messages);
     messages.SetLanguage(options.language);
+    for (const QString& fault : messages.TakeFaults()) std::cerr << fault.toStdString() << std::endl;
     SetProductVariant(options.variant);
     return PrintTreeOf(options.files);
   }
@@ -104,7 +108,7 @@ int main(int argc, char** argv) {
   QApplication::setOrganizationName("QD_wrt");
   QApplication::setApplicationName("workbench");
   const Options options = ReadOptions(app);
-  MessageTables messages;
+  MessageTables messages(options.messages);
   messages.SetLanguage(options.language);
   SetProductVariant(options.variant);
   return RunWindow(app, options, messages);
