@@ -12,34 +12,20 @@
 #include <QTreeWidget>
 #include <set>
 
-#include "Display.h"
-#include "Files.h"
+#include "InWindow.h"
 #include "host/CTransaction.h"
-#include "platform/qt/QtToolkit.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "support/SampleMesh.h"
-#include "workbench/app/MainWindow.h"
-#include "workbench/app/PropertyPane.h"
-#include "workbench/app/TreePane.h"
 #include "workbench/text/Utf8.h"
-#include "workbench/view/ModelView.h"
 
 namespace qd::test {
 namespace {
 
 using namespace workbench;
 
-class Meshes : public ::testing::Test {
+class Meshes : public InWindow {
  protected:
-  Meshes() : m_window(std::make_unique<MainWindow>(m_messages)) { m_window->show(); }
-  void Open(const QString& path) {
-    m_window->Import({path});
-    EXPECT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
-    Wait(100);
-  }
   static QString Example(const char* name) { return QString(QD_SOURCE_FOLDER) + "/examples/" + name; }
-  Database& Data() { return m_window->Document().GetDatabase(); }
-  CQDTreeListCtrl& Tree() { return m_window->ModelTreePane().Bar().GetTreeCtrl(); }
   iterator Named(const CString& name) { return Data().GetMsetPool().GetItr(name); }
   const tagTMset& Set(const CString& name) { return *Data().GetMsetPool().GetAtNU(Named(name)); }
   void Select(const std::vector<CString>& names) {
@@ -60,21 +46,10 @@ class Meshes : public ::testing::Test {
     }
     return groups;
   }
-  QDialog* Dialog(const QString& name) {
-    for (auto* dialog : m_window->findChildren<QDialog*>(name)) {
-      if (dialog->isVisible()) return dialog;
-    }
-    return nullptr;
-  }
   QImage Picture() {
     EXPECT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
     Wait(50);
     return m_window->View().grabFramebuffer();
-  }
-  /// Keeps a picture of the window for whoever wants to look, where QD_PICTURES names a folder.
-  void Keep(const QString& name) {
-    const QString folder = qEnvironmentVariable("QD_PICTURES");
-    if (!folder.isEmpty()) m_window->grab().save(folder + "/" + name + ".png");
   }
   static int Difference(const QImage& a, const QImage& b) {
     int count = 0;
@@ -89,11 +64,6 @@ class Meshes : public ::testing::Test {
     EXPECT_TRUE(WaitUntil([this] { return !m_window->IsWorking(); }));
     return path;
   }
-
-  MessageTables m_messages;
-  QtToolkit m_toolkit;
-  Files m_files;
-  std::unique_ptr<MainWindow> m_window;
 };
 
 // ---- files ----------------------------------------------------------------------------------------------

@@ -9,15 +9,9 @@
 #include <cmath>
 #include <numbers>
 
-#include "Display.h"
-#include "Files.h"
+#include "InWindow.h"
 #include "host/CTransaction.h"
-#include "platform/qt/QtToolkit.h"
 #include "qd_wrt/core/CommandNumbers.h"
-#include "workbench/app/MainWindow.h"
-#include "workbench/app/PropertyPane.h"
-#include "workbench/app/TreePane.h"
-#include "workbench/view/ModelView.h"
 
 namespace qd::test {
 namespace {
@@ -30,15 +24,11 @@ struct Bounds {
 };
 
 /// A window with a grid of four blocks.
-class Operations : public ::testing::Test {
+class Operations : public InWindow {
  protected:
-  explicit Operations(const QStringList& model = {"grid", "4"}, const QString& file = "grid.step")
-      : m_window(std::make_unique<MainWindow>(m_messages)) {
-    m_window->show();
-    m_window->Import({m_files.Make(model, file)});
-    EXPECT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
+  explicit Operations(const QStringList& model = {"grid", "4"}, const QString& file = "grid.step") {
+    Open(m_files.Make(model, file));
   }
-  Database& Data() { return m_window->Document().GetDatabase(); }
   std::vector<iterator> Parts() { return Data().GetGeomPool().GetItrList(); }
   const tagTGeom& Part(std::size_t index) { return *Data().GetGeomPool().GetAtNU(Parts()[index]); }
   Bounds BoundsOf(std::size_t index) {
@@ -61,13 +51,6 @@ class Operations : public ::testing::Test {
     tree.OnMenuEvent(command);
     Wait(50);
   }
-  /// The open dialog of a name; closed ones may not be gone yet.
-  QDialog* Dialog(const QString& name) {
-    for (auto* dialog : m_window->findChildren<QDialog*>(name)) {
-      if (dialog->isVisible()) return dialog;
-    }
-    return nullptr;
-  }
   /// Enters numbers into the open dialog and applies it; waits for the job.
   void Apply(const std::vector<double>& numbers) {
     QDialog* dialog = Dialog("operation");
@@ -80,11 +63,6 @@ class Operations : public ::testing::Test {
     dialog->close();
     Wait(50);
   }
-
-  MessageTables m_messages;
-  QtToolkit m_toolkit;
-  Files m_files;
-  std::unique_ptr<MainWindow> m_window;
 };
 
 TEST_F(Operations, TransformsMoveTurnMirrorAndScale) {

@@ -4,31 +4,16 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
-#include "Display.h"
-#include "Files.h"
-#include "platform/qt/QtToolkit.h"
-#include "workbench/app/MainWindow.h"
-#include "workbench/app/TreePane.h"
+#include "InWindow.h"
 #include "workbench/tree/TreePrinter.h"
-#include "workbench/view/ModelView.h"
 
 namespace qd::test {
 namespace {
 
 using namespace workbench;
 
-class Window : public ::testing::Test {
+class Window : public InWindow {
  protected:
-  Window() : m_window(std::make_unique<MainWindow>(m_messages)) {
-    m_window->show();
-    WaitUntil([this] { return m_window->isActiveWindow() || m_window->isVisible(); });
-  }
-  void Open(const QString& path) {
-    m_window->Import({path});
-    ASSERT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
-    Wait(300);
-  }
-  CQDTreeListCtrl& Tree() { return m_window->ModelTreePane().Bar().GetTreeCtrl(); }
   std::string Print() { return PrintTree(Tree()); }
   HTREEITEM Part(int index) {
     HTREEITEM row = Tree().GetChildItem(Tree().GetNextSiblingItem(Tree().GetChildItem(Tree().GetRootItem())));
@@ -53,11 +38,6 @@ class Window : public ::testing::Test {
   int YellowPixels() {
     return Pixels([](const QColor& c) { return c.hue() > 40 && c.hue() < 55 && c.saturation() > 100; });
   }
-
-  MessageTables m_messages;
-  QtToolkit m_toolkit;
-  std::unique_ptr<MainWindow> m_window;
-  Files m_files;
 };
 
 TEST_F(Window, AClickOnACheckBoxHidesThePartInTheView) {

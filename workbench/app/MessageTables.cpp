@@ -18,7 +18,9 @@ constexpr const char* kEnglish = "en";
 }  // namespace
 
 MessageTables::MessageTables(const QString& folder)
-    : m_folder(folder.isEmpty() ? kOwnFolder : folder), m_language(kEnglish), m_english(Read(kEnglish)) {}
+    : m_folder(folder.isEmpty() ? kOwnFolder : folder), m_language(kEnglish) {
+  m_english = Read(kEnglish);
+}
 
 MessageTables::~MessageTables() {
   QCoreApplication::removeTranslator(&m_qtTexts);

@@ -1,6 +1,7 @@
 #include "workbench/view/CordSymbols.h"
 
 #include <QPainter>
+#include <cmath>
 #include <set>
 #include <utility>
 
@@ -100,6 +101,7 @@ void CordSymbols::paintEvent(QPaintEvent*) {
   const CordPool& pool = m_doc.GetDatabase().GetCordPool();
   constexpr double kBeyond = 1.16;
   constexpr int kNameWidth = 160;
+  constexpr double kNameAway = 12;
   for (const Symbol& symbol : m_symbols) {
     const tagTCord* record = pool.GetAtNU(symbol.itr);
     if (record == nullptr) continue;  // gone since the last frame
@@ -110,8 +112,16 @@ void CordSymbols::paintEvent(QPaintEvent*) {
                        QString::fromUtf8(kAxisNames[static_cast<std::size_t>(record->kind)][axis]));
     }
     const QString name = painter.fontMetrics().elidedText(ToQt(record->GetName()), Qt::ElideRight, kNameWidth);
-    painter.setPen(QColor(0x30, 0x30, 0x30));
-    painter.drawText(symbol.origin + QPointF(5, 14), name);
+    // On the side that the arrows leave free.
+    QPointF away = symbol.origin * 3 - symbol.tips[0] - symbol.tips[1] - symbol.tips[2];
+    const double length = std::hypot(away.x(), away.y());
+    away = length > 1 ? away * (kNameAway / length) : QPointF(0, kNameAway);
+    const QSizeF size(kNameWidth, painter.fontMetrics().height());
+    QRectF place(symbol.origin + away, size);
+    place.translate(-size.width() * (away.x() < 0 ? 1 : 0), -size.height() / 2);
+    painter.setPen(QColor(0x20, 0x20, 0x20));
+    painter.drawText(place, static_cast<int>(away.x() < 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute,
+                     name);
   }
 }
 
