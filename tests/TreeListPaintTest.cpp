@@ -55,7 +55,13 @@ INSTANTIATE_TEST_SUITE_P(Texts, Fitting,
                          ::testing::Values(FitCase{L"abcd", 28, L"abcd"}, FitCase{L"abcd", 27, L"abc..."},
                                            FitCase{L"abcd", 6, L"..."}, FitCase{L"abcd", -5, L"..."},
                                            FitCase{L"", -5, L""}, FitCase{L"a\tb\r\nc", 99, L"a b  c"},
-                                           FitCase{L"x\xD83D\xDE00y", 14, L"x..."}));
+                                           FitCase{L"x\xD83D\xDE00y", 14, L"x..."},
+                                           FitCase{L"abe\x301z", 21, L"ab..."},
+                                           FitCase{L"a\x202E" L"b\x2028"
+                                                   L"c",
+                                                   99,
+                                                   L"a\xFFFD"
+                                                   L"b c"}));
 
 TEST_F(TreeList, ManyChangesPaintOnce) {
   AddFamilies();

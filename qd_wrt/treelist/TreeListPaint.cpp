@@ -13,13 +13,27 @@ namespace {
 constexpr int kTextMargin = 8;  // a text is cut when it comes closer than this to the cell's width
 constexpr int kSwatchColumn = 2;
 constexpr int kSwatchInset = 3;
+/// These would let one name pass for another.
+constexpr wchar_t kLeftToRightOverride = 0x202D;
+constexpr wchar_t kRightToLeftOverride = 0x202E;
+constexpr wchar_t kReplacement = 0xFFFD;
+
+/// A row has one line, whatever its text holds.
+bool EndsLine(wchar_t element) {
+  constexpr wchar_t kNextLine = 0x85;
+  constexpr wchar_t kLineSeparator = 0x2028;
+  constexpr wchar_t kParagraphSeparator = 0x2029;
+  return (element >= 9 && element <= 13) || element == kNextLine || element == kLineSeparator ||
+         element == kParagraphSeparator;
+}
 
 }  // namespace
 
 CString FitText(const Font& font, std::wstring_view text, int width) {
   CString shown(text);
   for (wchar_t& element : shown) {
-    if (element >= 9 && element <= 13) element = L' ';
+    if (EndsLine(element)) element = L' ';
+    if (element == kLeftToRightOverride || element == kRightToLeftOverride) element = kReplacement;
   }
   std::vector<int> widths;
   IToolkit::Instance().PrefixWidths(font, shown, widths);

@@ -119,9 +119,14 @@ void CordSymbols::paintEvent(QPaintEvent*) {
     const QSizeF size(kNameWidth, painter.fontMetrics().height());
     QRectF place(symbol.origin + away, size);
     place.translate(-size.width() * (away.x() < 0 ? 1 : 0), -size.height() / 2);
+    const int align = static_cast<int>(away.x() < 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute;
+    // On a light rim, so that it can be read on parts of any colour.
+    painter.setPen(QColor(255, 255, 255, 150));
+    for (const QPointF& rim : {QPointF(-1, 0), QPointF(1, 0), QPointF(0, -1), QPointF(0, 1)}) {
+      painter.drawText(place.translated(rim), align, name);
+    }
     painter.setPen(QColor(0x20, 0x20, 0x20));
-    painter.drawText(place, static_cast<int>(away.x() < 0 ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignAbsolute,
-                     name);
+    painter.drawText(place, align, name);
   }
 }
 
