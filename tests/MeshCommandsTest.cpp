@@ -49,38 +49,6 @@ class MeshCommands : public MeshTest {
 
 // ---- menus ----------------------------------------------------------------------------------------------
 
-const std::string kModes = "DISPLAY_MODE{WIREFRAME|SHADING|FEATURE_EDGE|FEATURE_EDGESHADING|FREE_FACE_WIREFRAME}";
-const std::string kTransparencies = "TRANSPARENT{PART_TRANSPARENT|1|2|3|4|5|6|7|8|9|PART_OPAQUE}";
-const std::string kSetDisplay =
-    "DISPLAY{DISP_NODE|-|DISP_NODE_ID|DISP_ELEM_ID|-|DISP_NODAL_CSYS|DISP_ELEM_CSYS|DISP_MATL_CSYS|-|DISP_HIDE_"
-    "ALL}";
-const std::string kVisibility = "GEOM_SHOW|GEOM_HIDE|SHOW_ONLY|HIDE_ONLY|REVERSE_SHOW_HIDE|-|";
-
-TEST_F(MeshCommands, MenusFollowVariantAndSelection) {
-  const std::string making =
-      "-|ADD{ADD_NODE|ADD_ELEM|ADD_2D_AUTO|ADD_2D_MAP|ADD_3D_AUTO|ADD_3D_MAP}|-|NEW_MESH_SET|DELETE_ALL_MESH_SET|"
-      "DELETE_EMPTY_MESH_SET|";
-  const std::string tail = "|" + kTransparencies + "|-|Sort{by_Creation|by_Name}";
-  const std::string common = kModes + "|" + kSetDisplay + "|" + kTransparencies + "|SHRINK...";
-  for (const ProductVariant variant : {ProductVariant::Standard, ProductVariant::RVT}) {
-    SetProductVariant(variant);
-    EXPECT_EQ(
-        Menu({kMeshRoot}),
-        "SHOW_ALL|HIDE_ALL|REVERSE_SHOW_HIDE|" + making + "-|" + kModes +
-            "|DISPLAY{DISP_NODE|-|DISP_NODE_ID|DISP_ELEM_ID|-|DISP_NODAL_CSYS|DISP_ELEM_CSYS|DISP_MATL_CSYS|-|"
-            "DISP_HIDE_ALL}" +
-            tail);
-    EXPECT_EQ(Menu({L"B"}), kVisibility + "INCLUDE_EXCLUDE|-|" + common + "|-|DELETE|RENAME (F2)");
-    EXPECT_EQ(Menu({L"E"}), kVisibility + "INCLUDE_EXCLUDE|-|" + common + "|-|DELETE");
-    EXPECT_EQ(Menu({L"B", L"D"}), kVisibility + common + "|-|DELETE|MERGE");
-  }
-  SetProductVariant(ProductVariant::KSL);
-  EXPECT_EQ(Menu({kMeshRoot}), "SHOW_ALL|HIDE_ALL|REVERSE_SHOW_HIDE|-|" + kModes +
-                                   "|DISPLAY{DISP_NODE|-|DISP_NODE_ID|DISP_ELEM_ID|-|DISP_HIDE_ALL}" + tail);
-  EXPECT_EQ(Menu({L"B"}), kVisibility + common);
-  EXPECT_EQ(Menu({L"B", L"D"}), kVisibility + common);
-}
-
 TEST_F(MeshCommands, MenusTellWhatIsShownBesideTheElements) {
   m_doc.GetDisplay().SetAddOnInfo({Mset(b).key}, kAddOnElementIds);
   EXPECT_NE(Menu({L"B"}).find("[x] DISP_ELEM_ID"), std::string::npos);

@@ -57,7 +57,8 @@ INSTANTIATE_TEST_SUITE_P(Texts, Fitting,
                                            FitCase{L"", -5, L""}, FitCase{L"a\tb\r\nc", 99, L"a b  c"},
                                            FitCase{L"x\xD83D\xDE00y", 14, L"x..."},
                                            FitCase{L"abe\x301z", 21, L"ab..."},
-                                           FitCase{L"a\x202E" L"b\x2028"
+                                           FitCase{L"a\x202E"
+                                                   L"b\x2028"
                                                    L"c",
                                                    99,
                                                    L"a\xFFFD"

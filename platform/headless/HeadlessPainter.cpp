@@ -54,7 +54,7 @@ void HeadlessPainter::Image(CPoint at, const Picture&) {
   m_calls.push_back("image " + std::to_string(at.x + m_origin) + "," + std::to_string(at.y));
 }
 
-std::string DescribeMenu(const BCMenu& menu) {
+std::string DescribeMenu(const BCMenu& menu, bool withCommands) {
   std::string text;
   for (const BCMenu::Entry& entry : menu.Entries()) {
     if (!text.empty()) text += "|";
@@ -62,8 +62,10 @@ std::string DescribeMenu(const BCMenu& menu) {
       text += "-";
       continue;
     }
-    text += (entry.checked ? "[x] " : "") + Plain(entry.text);
-    if (entry.subMenu != nullptr) text += "{" + DescribeMenu(*entry.subMenu) + "}";
+    if (entry.checked) text += "[x] ";
+    if (withCommands && entry.subMenu == nullptr) text += std::to_string(entry.id) + " ";
+    text += Plain(entry.text);
+    if (entry.subMenu != nullptr) text += "{" + DescribeMenu(*entry.subMenu, withCommands) + "}";
   }
   return text;
 }

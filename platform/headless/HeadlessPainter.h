@@ -38,6 +38,7 @@ class HeadlessPainter final : public IPainter {
 };
 
 /// A menu as text: entries divided by "|", "[x] " before checked ones, "-" for a separator, submenus in braces.
-std::string DescribeMenu(const BCMenu& menu);
+/// With commands, the number of each stands before its text.
+std::string DescribeMenu(const BCMenu& menu, bool withCommands = false);
 
 }  // namespace qd

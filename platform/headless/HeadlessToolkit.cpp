@@ -291,6 +291,7 @@ CaptureEnd HeadlessToolkit::RunCapture(CWnd& owner, const std::function<CaptureV
 
 unsigned HeadlessToolkit::TrackMenu(CWnd&, const BCMenu& menu, CPoint) {
   m_menus.push_back(DescribeMenu(menu));
+  m_lastMenu = DescribeMenu(menu, true);
   if (m_menuAnswers.empty()) return 0;
   const unsigned answer = m_menuAnswers.front();
   m_menuAnswers.erase(m_menuAnswers.begin());

@@ -46,6 +46,8 @@ class HeadlessToolkit final : public IToolkit {
   void AnswerMenu(unsigned command) { m_menuAnswers.push_back(command); }
   /// The pop-up menus shown so far: entries as "text", "[x] text" or "-", submenus in braces.
   const std::vector<std::string>& ShownMenus() const { return m_menus; }
+  /// The last one, with the number of each command before its text.
+  const std::string& LastMenuWithCommands() const { return m_lastMenu; }
   /// What the next message boxes answer, in order; without an answer a box is closed.
   void AnswerMessage(MessageAnswer answer) { m_messageAnswers.push_back(answer); }
   /// The message boxes shown since the last call.
@@ -99,6 +101,7 @@ class HeadlessToolkit final : public IToolkit {
   std::vector<Timer> m_timers;
   std::vector<unsigned> m_menuAnswers;
   std::vector<std::string> m_menus;
+  std::string m_lastMenu;
   std::vector<MessageAnswer> m_messageAnswers;
   std::vector<CString> m_messages;
   std::vector<std::vector<int>> m_dialogAnswers;
