@@ -93,18 +93,19 @@ void QtToolkit::PrefixWidths(const Font& font, std::wstring_view text, std::vect
   layout.beginLayout();
   const QTextLine line = layout.createLine();
   layout.endLayout();
-  // A position in the text, shaped as a whole; in right-to-left runs the cursor walks back, so only growth counts.
+  // Shaped as a whole; from edge to edge of each character, whichever way its run goes.
   int unit = 0;
-  int widest = 0;
-  const bool rightToLeft = shown.isRightToLeft();
+  double sum = 0;
+  std::pair<double, double> last{-1, -1};
   for (std::size_t i = 0; i < text.size(); ++i) {
+    const std::pair edges(line.cursorToX(unit, QTextLine::Leading), line.cursorToX(unit, QTextLine::Trailing));
     unit += sizeof(wchar_t) > 2 && static_cast<std::uint32_t>(text[i]) > 0xFFFF ? 2 : 1;
-    const double x = line.cursorToX(unit);
-    const double reached = rightToLeft ? line.naturalTextWidth() - x : x;
-    widest = std::max(widest, static_cast<int>(std::ceil(reached)));
-    widths[i + 1] = widest;
+    // The parts of one character have its edges all.
+    if (edges != last) sum += std::abs(edges.second - edges.first);
+    last = edges;
+    widths[i + 1] = static_cast<int>(std::ceil(sum));
   }
-  widths.back() = std::max(widest, static_cast<int>(std::ceil(line.naturalTextWidth())));
+  widths.back() = std::max(widths.back(), static_cast<int>(std::ceil(line.naturalTextWidth())));
 }
 
 QImage QtToolkit::ImageOf(const Picture& picture, double scale) {

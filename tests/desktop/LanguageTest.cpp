@@ -284,6 +284,31 @@ TEST_F(Languages, AnInputMethodComposesInTheEditBox) {
   EXPECT_EQ(ToUtf8(Branch()->GetChild(1)->GetTitle()), "座標");
 }
 
+TEST_F(Languages, TextsAreMeasuredTheWayTheyRun) {
+  const Font font;
+  const int em = m_toolkit.FontHeight(font);
+  const auto width = [&](const CString& text) {
+    std::vector<int> widths;
+    m_toolkit.PrefixWidths(font, text, widths);
+    EXPECT_TRUE(std::is_sorted(widths.begin(), widths.end()));
+    return widths;
+  };
+  for (const QString text :
+       {"plain and long", "مجموعة الشبكة الكبيرة", "Set רשת גדולה and more", "格子 한국어 mixed",
+        "e\u0301e\u0301e\u0301", "👩‍🔧👍🏽👩‍🔧 three"}) {
+    const CString whole = FromQt(text);
+    const std::vector<int> widths = width(whole);
+    for (std::size_t length = 1; length < whole.size(); ++length) {
+      if (CutLength(whole, length) != length) continue;
+      // Letters may join otherwise at an end, but not by more than one of them.
+      EXPECT_NEAR(widths[length], width(whole.substr(0, length)).back(), em) << text.toStdString() << length;
+    }
+  }
+  // A name that turns round in the middle is cut in its second half, not before it.
+  const CString name = FromQt("Set " + QString("ש").repeated(60));
+  EXPECT_GT(FitText(font, name, width(name).back() / 2).size(), 25U);
+}
+
 TEST_F(Languages, NamesInAnyScriptAreDrawnEditedAndSorted) {
   const QStringList names{
       "مجموعة الشبكة 12", "רשת (א)",    "Ängström e\u0301e\u0301", "👩‍🔧👍🏽 bracket", "格子 12",

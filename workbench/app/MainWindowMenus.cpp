@@ -84,8 +84,9 @@ void MainWindow::MakeViewMenu() {
   QMenu* language = AddMenu(view, "IDS_WB_MENU_LANGUAGE");
   auto* languages = new QActionGroup(this);
   for (const QString& code : m_messages.Languages()) {
+    const QString name = QLocale(code).nativeLanguageName();
     QAction* option =
-        AddOption(*language, *languages, code == m_messages.Language(), QLocale(code).nativeLanguageName());
+        AddOption(*language, *languages, code == m_messages.Language(), name.isEmpty() ? code : name);
     connect(option, &QAction::triggered, this, [this, code] { SetLanguage(code); });
   }
   QMenu* units = AddMenu(view, "IDS_WB_MENU_UNITS");
@@ -118,7 +119,8 @@ void MainWindow::OnNewWindow() {
   const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [](const VariantName& known) {
     return known.variant == GetProductVariant();
   });
-  const QStringList arguments{"--language", m_messages.Language(), "--variant", variant->name};
+  QStringList arguments{"--language", m_messages.Language(), "--variant", variant->name};
+  if (!m_messages.Folder().isEmpty()) arguments << "--messages" << m_messages.Folder();
   if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments)) {
     Say(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
   }

@@ -18,7 +18,7 @@ constexpr const char* kEnglish = "en";
 }  // namespace
 
 MessageTables::MessageTables(const QString& folder)
-    : m_folder(folder.isEmpty() ? kOwnFolder : folder), m_language(kEnglish) {
+    : m_given(folder), m_folder(folder.isEmpty() ? kOwnFolder : folder), m_language(kEnglish) {
   m_english = Read(kEnglish);
 }
 

@@ -24,6 +24,8 @@ class MessageTables final : public CMSGFunction::ITable {
   /// Reads a language's table. False, with the table as it was, when there is none that can be read.
   bool SetLanguage(const QString& language);
   const QString& Language() const { return m_language; }
+  /// The folder of tables that was given; empty for the program's own.
+  const QString& Folder() const { return m_given; }
   /// What was wrong with tables, one line for each and only once, since the last call.
   QStringList TakeFaults();
 
@@ -34,6 +36,7 @@ class MessageTables final : public CMSGFunction::ITable {
   MessageTexts Read(const QString& language);
   void NoteFaults(const QString& language, const std::vector<std::string>& faults);
 
+  QString m_given;
   QString m_folder;
   QString m_language;
   MessageTexts m_english;

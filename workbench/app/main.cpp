@@ -31,14 +31,13 @@ struct Options {
 
 /// Shows how the program is called and ends it when the command line is wrong.
 Options ReadOptions(const QCoreApplication& app) {
-  const QStringList languages = MessageTables().Languages() << MessageTables::kPseudo;
   QCommandLineParser parser;
   parser.setApplicationDescription("Shows CAD and mesh files with their works tree.");
   parser.addHelpOption();
   parser.addPositionalArgument("FILE", "files to import", "[FILE...]");
   parser.addOption({"print-tree", "print the model tree and end"});
   parser.addOption({"screenshot", "write a picture of the window and end", "PNG"});
-  parser.addOption({"language", "language of the texts: " + languages.join(", "), "L", "en"});
+  parser.addOption({"language", "language of the texts: " + MessageTables().Languages().join(", "), "L", "en"});
   parser.addOption({"messages", "folder with message tables to use in place of the program's own", "FOLDER"});
   parser.addOption({"variant", "product variant: standard, ksl, rvt, zdh", "V", "standard"});
   parser.process(app);
@@ -48,6 +47,7 @@ Options ReadOptions(const QCoreApplication& app) {
   options.language = parser.value("language");
   options.printTree = parser.isSet("print-tree");
   options.messages = parser.value("messages");
+  const QStringList languages = MessageTables(options.messages).Languages() << "en" << MessageTables::kPseudo;
   const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [&parser](const VariantName& known) {
     return parser.value("variant") == known.name;
   });
