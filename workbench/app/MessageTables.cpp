@@ -19,7 +19,9 @@ constexpr const char* kEnglish = "en";
 
 MessageTables::MessageTables(const QString& folder)
     : m_given(folder), m_folder(folder.isEmpty() ? kOwnFolder : folder), m_language(kEnglish) {
-  m_english = Read(kEnglish);
+  if (QFileInfo::exists(QString("%1/%2.txt").arg(folder, kEnglish))) m_english = Read(folder, kEnglish);
+  MessageTexts own = Read(kOwnFolder, kEnglish);
+  m_english.merge(own);
 }
 
 MessageTables::~MessageTables() {
@@ -33,8 +35,8 @@ QStringList MessageTables::Languages() const {
   return languages;
 }
 
-MessageTexts MessageTables::Read(const QString& language) {
-  QFile file(QString("%1/%2.txt").arg(m_folder, language));
+MessageTexts MessageTables::Read(const QString& folder, const QString& language) {
+  QFile file(QString("%1/%2.txt").arg(folder, language));
   MessageFile table;
   if (file.open(QIODevice::ReadOnly)) {
     table = ParseMessages(file.readAll().toStdString());
@@ -42,15 +44,15 @@ MessageTexts MessageTables::Read(const QString& language) {
   } else {
     table.faults.push_back(file.errorString().toStdString());
   }
-  NoteFaults(language, table.faults);
+  NoteFaults(file.fileName(), table.faults);
   return table.texts;
 }
 
 /// One line for a table, however much is wrong with it.
-void MessageTables::NoteFaults(const QString& language, const std::vector<std::string>& faults) {
-  if (faults.empty() || m_faulty.contains(language)) return;
-  m_faulty << language;
-  QString line = QString("%1/%2.txt: %3").arg(m_folder, language, QString::fromStdString(faults.front()));
+void MessageTables::NoteFaults(const QString& path, const std::vector<std::string>& faults) {
+  if (faults.empty() || m_faulty.contains(path)) return;
+  m_faulty << path;
+  QString line = path + ": " + QString::fromStdString(faults.front());
   if (faults.size() > 1) line += QString(" (+ %1)").arg(faults.size() - 1);
   m_faults << line;
 }
@@ -60,7 +62,7 @@ bool MessageTables::SetLanguage(const QString& language) {
   if (language == kPseudo) {
     for (const auto& [key, text] : m_english) texts.emplace(key, PseudoText(text));
   } else if (language != kEnglish) {
-    texts = Read(language);
+    texts = Read(m_folder, language);
   }
   if (texts.empty() && language != kEnglish) return false;
   m_texts = std::move(texts);

@@ -13,7 +13,8 @@ namespace qd::workbench {
 /// has no text, or none that fits; without it a key shows itself. The texts of Qt's own dialogs follow.
 class MessageTables final : public CMSGFunction::ITable {
  public:
-  /// Reads the tables in a folder, or, without one, those of the program, and begins with English.
+  /// Reads the tables in a folder, or, without one, those of the program, and begins with English. What a folder
+  /// has no English for the program has.
   explicit MessageTables(const QString& folder = QString());
   ~MessageTables() override;
 
@@ -33,8 +34,8 @@ class MessageTables final : public CMSGFunction::ITable {
 
  private:
   /// An empty table for one that cannot be used at all.
-  MessageTexts Read(const QString& language);
-  void NoteFaults(const QString& language, const std::vector<std::string>& faults);
+  MessageTexts Read(const QString& folder, const QString& language);
+  void NoteFaults(const QString& path, const std::vector<std::string>& faults);
 
   QString m_given;
   QString m_folder;
@@ -42,7 +43,7 @@ class MessageTables final : public CMSGFunction::ITable {
   MessageTexts m_english;
   MessageTexts m_texts;
   QStringList m_faults;
-  QStringList m_faulty;  // languages whose faults were noted
+  QStringList m_faulty;  // tables whose faults were noted
   QTranslator m_qtTexts;
 };
 
