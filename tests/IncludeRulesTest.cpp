@@ -33,6 +33,7 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"workbench/model", {"platform", "host"}},
       {"workbench/display", {"platform", "host", "workbench/model"}},
       {"workbench/exchange", {"platform", "host", "workbench/model", "workbench/text"}},
+      {"workbench/store", {"platform", "host", "workbench/model", "workbench/text"}},
       {"workbench/tree",
        {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "qd_wrt/coords",
         "workbench/text"}},
@@ -58,7 +59,7 @@ const std::vector<Library>& Libraries() {
                                                {"^vtk.*", {"workbench/view"}},
                                                {"^gmsh.*", {"workbench/exchange"}},
                                                {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange"}},
-                                               {"^sqlite3.*", {"workbench/model"}},
+                                               {"^sqlite3.*", {"workbench/store"}},
                                                {"^windows\\.h$", {}}};
   return kLibraries;
 }

@@ -8,10 +8,6 @@
 
 namespace qd::workbench {
 
-namespace {
-constexpr std::uint16_t kDataSettings = 200;
-}
-
 Database::Database()
     : m_geoms(kDataGeom, *this),
       m_settings(kDataSettings, *this),
@@ -112,6 +108,10 @@ int Database::CommitTransaction() {
   m_open = false;
   std::vector<JournalEntry> net = NetEffect(std::exchange(m_journal, {}));
   if (net.empty()) return 1;
+  if (m_store != nullptr && !m_store->Write(net, true)) {
+    Replay(net, false);
+    return 0;
+  }
   m_redo.clear();
   m_undo.push_back({m_title, net});
   Announce(net, true);
@@ -143,10 +143,29 @@ int Database::Delete(const std::vector<iterator>& itrs) {
   });
 }
 
+// ---- loading --------------------------------------------------------------------------------------------
+
+void Database::Load(iterator itr, std::shared_ptr<const tagTRecord> record) {
+  IPoolStore* pool = StoreOf(itr);
+  if (pool == nullptr) return;
+  pool->Reserve(itr);
+  pool->Restore(itr, std::move(record));
+}
+
+void Database::ReserveNumbers(iterator last) {
+  if (IPoolStore* pool = StoreOf(last)) pool->Reserve(last);
+}
+
+std::vector<JournalEntry> Database::AllRecords() const {
+  std::vector<JournalEntry> all;
+  for (const auto& [type, pool] : m_stores) pool->AppendAdded(all);
+  return all;
+}
+
 // ---- undo and redo --------------------------------------------------------------------------------------
 
 int Database::Undo() {
-  if (!CanUndo()) return 0;
+  if (!CanUndo() || (m_store != nullptr && !m_store->Write(m_undo.back().net, false))) return 0;
   m_redo.push_back(std::move(m_undo.back()));
   m_undo.pop_back();
   const std::vector<JournalEntry> net = m_redo.back().net;
@@ -156,7 +175,7 @@ int Database::Undo() {
 }
 
 int Database::Redo() {
-  if (!CanRedo()) return 0;
+  if (!CanRedo() || (m_store != nullptr && !m_store->Write(m_redo.back().net, true))) return 0;
   m_undo.push_back(std::move(m_redo.back()));
   m_redo.pop_back();
   const std::vector<JournalEntry> net = m_undo.back().net;

@@ -10,6 +10,7 @@
 #include "workbench/model/Journal.h"
 #include "workbench/model/MsetPool.h"
 #include "workbench/model/Pools.h"
+#include "workbench/model/RecordStore.h"
 
 namespace qd::workbench {
 
@@ -69,6 +70,15 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   /// A guard is asked before each write and refuses it with false; null lets everything pass.
   void SetWriteGuard(std::function<bool(iterator)> guard) { m_guard = std::move(guard); }
 
+  /// Commits, undos and redos are kept there first and do not happen when that fails. Null for none; not owned.
+  void SetStore(IRecordStore* store) { m_store = store; }
+  /// Puts a record of a document into its place, without a trace, before anybody looks.
+  void Load(iterator itr, std::shared_ptr<const tagTRecord> record);
+  /// Numbers up to this one are not given out again.
+  void ReserveNumbers(iterator last);
+  /// Every record as if it had just been added.
+  std::vector<JournalEntry> AllRecords() const;
+
   bool CanUndo() const { return !m_open && !m_undo.empty(); }
   bool CanRedo() const { return !m_open && !m_redo.empty(); }
   /// Title of the act that undo would take back; empty when there is none.
@@ -105,6 +115,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   GKeyPool m_keys;
   std::map<std::uint16_t, IPoolStore*> m_stores;
   IDatabaseListener* m_listener = nullptr;
+  IRecordStore* m_store = nullptr;
   std::function<bool(iterator)> m_guard;
   bool m_open = false;
   CString m_title;

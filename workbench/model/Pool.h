@@ -34,6 +34,11 @@ constexpr std::uint16_t TypeOf(iterator itr) {
   return static_cast<std::uint16_t>(itr >> kTypeShift);
 }
 
+/// The running number of a record within its pool, from 1 on.
+constexpr iterator NumberOf(iterator itr) {
+  return itr & ((iterator{1} << kTypeShift) - 1);
+}
+
 /// The writing side that every pool has, for undo and rollback.
 class IPoolStore {
  public:
@@ -42,6 +47,10 @@ class IPoolStore {
   virtual std::shared_ptr<const tagTRecord> Get(iterator itr) const = 0;
   /// Deletes records as DPool does.
   virtual int DeleteAll(const std::vector<iterator>& itrs) = 0;
+  /// Makes places for records up to this one.
+  virtual void Reserve(iterator last) = 0;
+  /// Appends an entry for each record, as if it had just been added.
+  virtual void AppendAdded(std::vector<JournalEntry>& out) const = 0;
   virtual void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const = 0;
 
  protected:
@@ -121,6 +130,12 @@ class Pool : public Interface, public IPoolStore {
   std::shared_ptr<const tagTRecord> Get(iterator itr) const override {
     return Live(itr) != nullptr ? m_records[Index(itr)] : nullptr;
   }
+  void Reserve(iterator last) override {
+    if (Index(last) >= m_records.size()) m_records.resize(Index(last) + 1);
+  }
+  void AppendAdded(std::vector<JournalEntry>& out) const override {
+    for (const iterator itr : GetItrList()) out.push_back({itr, nullptr, m_records[Index(itr)]});
+  }
   int DeleteAll(const std::vector<iterator>& itrs) override { return this->TR_Del(itrs); }
   void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const override {
     out.insert(out.end(), m_records.begin(), m_records.end());
@@ -140,7 +155,7 @@ class Pool : public Interface, public IPoolStore {
   virtual void OnLeave(iterator, const T&) {}
 
  private:
-  static std::size_t Index(iterator itr) { return static_cast<std::size_t>(itr & ((1ULL << kTypeShift) - 1)) - 1; }
+  static std::size_t Index(iterator itr) { return static_cast<std::size_t>(NumberOf(itr)) - 1; }
 
   const T* Live(iterator itr) const {
     return TypeOf(itr) == m_type && Index(itr) < m_records.size() ? m_records[Index(itr)].get() : nullptr;

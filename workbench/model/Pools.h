@@ -36,6 +36,9 @@ class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
   mutable std::unordered_map<iterator, std::array<Members, 5>> m_sets;
 };
 
+/// Number of the pool of settings; no type of the host's.
+inline constexpr std::uint16_t kDataSettings = 200;
+
 /// What a document remembers beside its model.
 struct tagTSettings : tagTRecord {
   iterator currentGset = 0;

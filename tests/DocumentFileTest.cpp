@@ -1,0 +1,292 @@
+// Documents on disk: what is committed comes back, what cannot be written does not happen, what is no document is
+// refused.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "host/CTransaction.h"
+#include "support/DocumentScript.h"
+#include "support/FaultyDisk.h"
+#include "workbench/store/DocumentFile.h"
+
+namespace qd::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace workbench;
+using ::testing::HasSubstr;
+
+class DocumentFileTest : public ::testing::Test {
+ protected:
+  DocumentFileTest()
+      : m_folder(fs::temp_directory_path() / ("qd_document_" + std::to_string(std::random_device{}()))) {
+    fs::create_directories(m_folder);
+  }
+  ~DocumentFileTest() override { fs::remove_all(m_folder); }
+  std::string Path(const char* name) const { return (m_folder / name).string(); }
+
+  /// A database with its file.
+  struct Document {
+    Database data;
+    std::unique_ptr<DocumentFile> file;
+    DocumentError error;
+    std::string said;
+
+    void Keep() {
+      if (file == nullptr) return;
+      file->SetOnFailure([this](const DocumentError& fault) { said = fault.key; });
+      data.SetStore(file.get());
+    }
+  };
+  std::unique_ptr<Document> Create(const std::string& path, const char* vfs = nullptr) {
+    auto document = std::make_unique<Document>();
+    document->file = DocumentFile::Create(path, document->data, document->error, vfs);
+    document->Keep();
+    return document;
+  }
+  std::unique_ptr<Document> Open(const std::string& path, const char* vfs = nullptr) {
+    auto document = std::make_unique<Document>();
+    document->file = DocumentFile::Open(path, document->data, document->error, vfs);
+    document->Keep();
+    return document;
+  }
+  /// The key of the fault of opening a file; empty when it opens.
+  std::string FaultOf(const std::string& path) {
+    const auto document = Open(path);
+    return document->file == nullptr ? document->error.key : "";
+  }
+  /// Runs statements on a file from outside.
+  static void Sql(const std::string& path, const char* sql) {
+    sqlite3* handle = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
+    char* fault = nullptr;
+    EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, &fault), SQLITE_OK) << fault;
+    sqlite3_close(handle);
+  }
+
+  fs::path m_folder;
+};
+
+TEST_F(DocumentFileTest, EverythingComesBackAsItWas) {
+  std::string written;
+  {
+    const auto document = Create(Path("a.qdw"));
+    ASSERT_NE(document->file, nullptr) << document->error.detail;
+    DocumentScript script(document->data);
+    for (int act = 0; act < 60; ++act) ASSERT_TRUE(script.Run(act));
+    document->data.Undo();
+    document->data.Undo();
+    document->data.Redo();
+    written = Contents(document->data);
+  }
+  EXPECT_FALSE(fs::exists(Path("a.qdw-wal"))) << "a closed document is one file";
+  const auto document = Open(Path("a.qdw"));
+  ASSERT_NE(document->file, nullptr) << document->error.detail;
+  EXPECT_EQ(Contents(document->data), written);
+  EXPECT_FALSE(document->data.CanUndo());
+  // Numbers of records that are gone are not given out again.
+  DocumentScript script(document->data);
+  ASSERT_TRUE(script.Run(60));
+}
+
+TEST_F(DocumentFileTest, NamesOfAnyElementsComeBack) {
+  const std::vector<CString> names{L"",
+                                   L"plain",
+                                   L"\xD800 half",
+                                   L"座標 \U0001F469\x200D\U0001F527",
+                                   L"tab\tand\nline",
+                                   CString(L"code\0zero", 9),
+                                   CString(5000, L'x'),
+                                   L"\xFFFFFF"};
+  {
+    const auto document = Create(Path("names.qdw"));
+    CTransaction transaction(&document->data);
+    transaction.Begin(L"add");
+    for (const CString& name : names) {
+      tagTGeom part;
+      part.name = name;
+      part.cadItem = document->data.GetGeomPool().NextNumber();
+      document->data.GetGeomPool().Add(part);
+    }
+    ASSERT_EQ(transaction.Commit(1), 1);
+  }
+  const auto document = Open(Path("names.qdw"));
+  ASSERT_NE(document->file, nullptr) << document->error.detail;
+  const GeomPool& parts = document->data.GetGeomPool();
+  for (std::size_t i = 0; i < names.size(); ++i)
+    EXPECT_EQ(parts.GetAtNU(parts.GetItrList()[i])->name, names[i]) << i;
+}
+
+TEST_F(DocumentFileTest, ACopyIsWholeAndReplacesWhatWasThere) {
+  const auto document = Create(Path("a.qdw"));
+  DocumentScript script(document->data);
+  for (int act = 0; act < 10; ++act) script.Run(act);
+  std::ofstream(Path("b.qdw")) << "something else";
+  DocumentError error;
+  ASSERT_TRUE(document->file->CopyTo(Path("b.qdw"), error)) << error.detail;
+  EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), Contents(document->data));
+  EXPECT_FALSE(document->file->CopyTo(Path("none/b.qdw"), error));
+  ASSERT_TRUE(script.Run(10)) << "a failed copy harms nothing";
+}
+
+TEST_F(DocumentFileTest, AFileIsOpenOnceAtATime) {
+  const auto document = Create(Path("a.qdw"));
+  EXPECT_EQ(FaultOf(Path("a.qdw")), "IDS_WB_DOC_BUSY");
+  DocumentScript script(document->data);
+  EXPECT_TRUE(script.Run(0));
+}
+
+TEST_F(DocumentFileTest, AFileThatWasTakenAwayIsNoticed) {
+  const auto document = Create(Path("a.qdw"));
+  DocumentScript script(document->data);
+  ASSERT_TRUE(script.Run(0));
+  fs::remove(Path("a.qdw"));
+  const std::string before = Contents(document->data);
+  EXPECT_FALSE(script.Run(1));
+  EXPECT_EQ(document->said, "IDS_WB_DOC_GONE");
+  EXPECT_EQ(Contents(document->data), before);
+}
+
+// ---- files that are not as they should be --------------------------------------------------------------------
+
+struct DamageCase {
+  const char* name;
+  const char* sql;
+  const char* fault;
+};
+class DamagedDocument : public DocumentFileTest, public ::testing::WithParamInterface<DamageCase> {};
+TEST_P(DamagedDocument, IsRefusedWithAReason) {
+  {
+    const auto document = Create(Path("a.qdw"));
+    DocumentScript script(document->data);
+    for (int act = 0; act < 30; ++act) script.Run(act);
+  }
+  Sql(Path("a.qdw"), GetParam().sql);
+  EXPECT_EQ(FaultOf(Path("a.qdw")), GetParam().fault);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, DamagedDocument,
+    ::testing::Values(
+        DamageCase{"untouched", "", ""}, DamageCase{"newer", "PRAGMA user_version = 99", "IDS_WB_DOC_NEWER"},
+        DamageCase{"other_program", "PRAGMA application_id = 7", "IDS_WB_DOC_FOREIGN"},
+        DamageCase{"no_table", "DROP TABLE mset", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"wrong_kind", "UPDATE geom SET kind = 77", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"wrong_pool", "UPDATE geom SET itr = 5 WHERE itr = (SELECT max(itr) FROM geom)",
+                   "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"huge_number", "UPDATE gset SET itr = itr + 100000000000", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"dangling_material", "UPDATE geom SET material = 1970324836974999", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"circle_of_sets", "UPDATE mset SET parent = key & 536870911", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"same_key", "UPDATE mset SET key = 1, parent = 0", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"cut_shape", "UPDATE shape SET data = substr(data, 1, 20)", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"cut_mesh", "UPDATE mesh SET data = substr(data, 1, length(data) - 1)", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"no_global_system", "DELETE FROM cord", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"system_on_itself", "UPDATE cord SET parent = itr WHERE parent != 0", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"flat_axes", "UPDATE cord SET xy_plane = x_axis", "IDS_WB_DOC_DAMAGED"}),
+    [](const auto& damage) { return std::string(damage.param.name); });
+
+TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
+  EXPECT_EQ(FaultOf(Path("none.qdw")), "IDS_WB_IMPORT_MISSING");
+  EXPECT_EQ(FaultOf(m_folder.string()), "IDS_WB_IMPORT_DIRECTORY");
+  std::ofstream(Path("text.qdw"))
+      << "hello, this is a text of some length, longer than any header of a database file";
+  EXPECT_EQ(FaultOf(Path("text.qdw")), "IDS_WB_DOC_FOREIGN");
+  std::ofstream(Path("empty.qdw")) << "";
+  EXPECT_EQ(FaultOf(Path("empty.qdw")), "IDS_WB_DOC_FOREIGN");
+  Sql(Path("other.qdw"), "CREATE TABLE t (a)");
+  EXPECT_EQ(FaultOf(Path("other.qdw")), "IDS_WB_DOC_FOREIGN");
+}
+
+TEST_F(DocumentFileTest, FlippedBitsAndCutsAreRefusedOrHarmless) {
+  std::string whole;
+  {
+    const auto document = Create(Path("a.qdw"));
+    DocumentScript script(document->data);
+    for (int act = 0; act < 30; ++act) script.Run(act);
+  }
+  {
+    std::ifstream in(Path("a.qdw"), std::ios::binary);
+    whole.assign(std::istreambuf_iterator<char>(in), {});
+  }
+  std::mt19937 random(7);
+  int refused = 0;
+  for (int round = 0; round < 300; ++round) {
+    std::string bytes = whole;
+    if (round % 3 == 0) {
+      bytes.resize(random() % bytes.size());
+    } else {
+      for (int flips = 1 + static_cast<int>(random() % 20); flips > 0; --flips) {
+        bytes[random() % bytes.size()] ^= static_cast<char>(1U << random() % 8);
+      }
+    }
+    std::ofstream(Path("b.qdw"), std::ios::binary) << bytes;
+    const auto document = Open(Path("b.qdw"));
+    refused += document->file == nullptr ? 1 : 0;
+  }
+  EXPECT_GT(refused, 100);
+}
+
+// ---- disks that fail ------------------------------------------------------------------------------------------
+
+class FaultyDisks : public DocumentFileTest, public ::testing::WithParamInterface<FaultyDisk::Fault> {};
+
+TEST_P(FaultyDisks, AWriteThatFailsTakesItsActBackAndTheNextOneWorks) {
+  FaultyDisk disk;
+  const auto document = Create(Path("a.qdw"), FaultyDisk::kName);
+  ASSERT_NE(document->file, nullptr);
+  DocumentScript script(document->data);
+  for (int act = 0; act < 12; ++act) ASSERT_TRUE(script.Run(act));
+  int failures = 0;
+  for (int act = 12; act < 24; ++act) {
+    for (int failing = 0;; ++failing) {
+      const std::string before = Contents(document->data);
+      document->said.clear();
+      disk.FailAt(failing, GetParam());
+      const bool done = script.Run(act);
+      disk.Heal();
+      if (done) break;
+      ++failures;
+      EXPECT_EQ(Contents(document->data), before) << "operation " << failing;
+      EXPECT_NE(document->said, "");
+      EXPECT_FALSE(document->data.IsInTransaction());
+      if (GetParam() == FaultyDisk::Fault::Full) {
+        EXPECT_EQ(document->said, "IDS_WB_DOC_FULL");
+      }
+    }
+  }
+  EXPECT_GT(failures, 20);
+  const std::string last = Contents(document->data);
+  const std::string path = document->file->Path();
+  document->data.SetStore(nullptr);
+  document->file.reset();
+  EXPECT_EQ(Contents(Open(path)->data), last);
+}
+
+TEST_P(FaultyDisks, UndoThatCannotBeKeptDoesNotHappen) {
+  FaultyDisk disk;
+  const auto document = Create(Path("a.qdw"), FaultyDisk::kName);
+  DocumentScript script(document->data);
+  for (int act = 0; act < 5; ++act) ASSERT_TRUE(script.Run(act));
+  const std::string before = Contents(document->data);
+  disk.FailAt(0, GetParam());
+  EXPECT_EQ(document->data.Undo(), 0);
+  disk.Heal();
+  EXPECT_EQ(Contents(document->data), before);
+  EXPECT_EQ(document->data.Undo(), 1);
+  disk.FailAt(0, GetParam());
+  EXPECT_EQ(document->data.Redo(), 0);
+  disk.Heal();
+  EXPECT_EQ(document->data.Redo(), 1);
+  EXPECT_EQ(Contents(document->data), before);
+}
+INSTANTIATE_TEST_SUITE_P(Faults, FaultyDisks, ::testing::Values(FaultyDisk::Fault::Error, FaultyDisk::Fault::Full),
+                         [](const auto& fault) {
+                           return fault.param == FaultyDisk::Fault::Full ? "Full" : "Error";
+                         });
+
+}  // namespace
+}  // namespace qd::test

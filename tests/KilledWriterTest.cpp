@@ -1,0 +1,98 @@
+// A program that is killed at any moment loses at most the act that it was about: the file opens, is sound and
+// holds all acts up to one.
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <random>
+
+#include "support/DocumentScript.h"
+#include "workbench/store/DocumentFile.h"
+
+namespace qd::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace workbench;
+
+/// Lets the writer work on a file for some time and kills it. Returns the last act that it said to be committed,
+/// -1 for none.
+int WriteAndKill(const std::string& path, useconds_t microseconds) {
+  int ends[2];
+  EXPECT_EQ(pipe(ends), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    dup2(ends[1], STDOUT_FILENO);
+    close(ends[0]);
+    execl(QD_KILL_WRITER, QD_KILL_WRITER, path.c_str(), static_cast<char*>(nullptr));
+    _exit(127);
+  }
+  close(ends[1]);
+  usleep(microseconds);
+  kill(child, SIGKILL);
+  int status = 0;
+  waitpid(child, &status, 0);
+  EXPECT_TRUE(WIFSIGNALED(status)) << "it ended by itself with " << WEXITSTATUS(status);
+  int last = -1;
+  for (int act = 0; read(ends[0], &act, sizeof(act)) == sizeof(act);) last = act;
+  close(ends[0]);
+  return last;
+}
+
+/// The contents after the first acts of the script, in a memory that never fails.
+class Reference {
+ public:
+  std::string After(int act) {
+    if (act < m_done) *this = {};
+    while (m_done < act) m_script->Run(++m_done);
+    return Contents(*m_data);
+  }
+
+ private:
+  std::unique_ptr<Database> m_data = std::make_unique<Database>();
+  std::unique_ptr<DocumentScript> m_script = std::make_unique<DocumentScript>(*m_data);
+  int m_done = -1;
+};
+
+TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
+  constexpr int kRounds = 20;
+  constexpr int kRoundsOfAFile = 5;
+  constexpr int kLongest = 120'000;  // microseconds
+  const char* wanted = std::getenv("QD_KILLS");
+  const int rounds = wanted != nullptr ? std::atoi(wanted) : kRounds;
+  const fs::path folder = fs::temp_directory_path() / ("qd_killed_" + std::to_string(getpid()));
+  fs::create_directories(folder);
+  std::mt19937 random(std::random_device{}());
+  Reference reference;
+  std::string path;
+  int acts = 0;
+  for (int round = 0; round < rounds; ++round) {
+    if (round % kRoundsOfAFile == 0) path = (folder / (std::to_string(round) + ".qdw")).string();
+    const int said = WriteAndKill(path, 1000 + random() % kLongest);
+    if (!fs::exists(path)) continue;  // killed before it began
+    Database data;
+    DocumentError error;
+    const auto file = DocumentFile::Open(path, data, error);
+    if (file == nullptr && said < 0 && round % kRoundsOfAFile == 0) {
+      fs::remove(path);  // killed while the file was made: it was nobody's document yet
+      continue;
+    }
+    ASSERT_NE(file, nullptr) << error.key << " " << error.detail;
+    const int last = DocumentScript::LastAct(data);
+    EXPECT_GE(last, said) << "what was said to be committed is there";
+    EXPECT_EQ(Contents(data), reference.After(last)) << "after act " << last;
+    acts = std::max(acts, last);
+  }
+  std::cout << rounds << " kills, at most " << acts << " acts in a file\n";
+  EXPECT_GT(acts, 10);
+  fs::remove_all(folder);
+}
+
+}  // namespace
+}  // namespace qd::test

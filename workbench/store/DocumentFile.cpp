@@ -1,0 +1,199 @@
+#include "workbench/store/DocumentFile.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include "workbench/store/RecordCheck.h"
+
+namespace qd::workbench {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* kPoolTable = "CREATE TABLE pool (type INTEGER PRIMARY KEY, last INTEGER NOT NULL) STRICT;";
+
+/// How a file is used: by one program, each transaction on the disk before it counts.
+constexpr const char* kManners =
+    "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
+    "PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY; PRAGMA trusted_schema = OFF;";
+
+/// What brings a file of a version to the next one; from version 1 on.
+constexpr std::array<const char*, DocumentFile::kVersion> kSteps{nullptr};
+
+}  // namespace
+
+DocumentFile::DocumentFile(std::string path, Connection connection)
+    : m_path(std::move(path)), m_file(std::move(connection)), m_tables(MakeRecordTables()) {}
+
+IRecordTable* DocumentFile::TableOf(iterator itr) const {
+  const auto found = std::find_if(m_tables.begin(), m_tables.end(),
+                                  [itr](const auto& table) { return table->Type() == TypeOf(itr); });
+  return found != m_tables.end() ? found->get() : nullptr;
+}
+
+DocumentError DocumentFile::Fault() const {
+  if (m_file.HasMoved()) return {"IDS_WB_DOC_GONE", m_path};
+  if (m_file.IsBusy()) return {"IDS_WB_DOC_BUSY", m_path};
+  if (m_file.IsFull()) return {"IDS_WB_DOC_FULL", m_path};
+  if (m_file.IsForeign()) return {"IDS_WB_DOC_DAMAGED", m_file.Error()};
+  return {"IDS_WB_DOC_FAILED", m_file.Error()};
+}
+
+bool DocumentFile::Prepare() {
+  for (const auto& table : m_tables) table->Attach(m_file);
+  m_noteNumber = std::make_unique<Statement>(m_file.Prepare(
+      "INSERT INTO pool VALUES (?, ?) ON CONFLICT (type) DO UPDATE SET last = max(last, excluded.last)"));
+  return true;
+}
+
+// ---- making and opening ---------------------------------------------------------------------------------
+
+std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, const Database& database,
+                                                   DocumentError& error, const char* vfs) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+  std::unique_ptr<DocumentFile> file(
+      new DocumentFile(path, Connection(path, Connection::Mode::Create, vfs)));  // the constructor is private
+  std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
+                       "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kPoolTable;
+  for (const auto& table : file->m_tables) schema += table->Definition();
+  const bool made = file->m_file.IsOpen() && file->m_file.Run(kManners) &&
+                    file->m_file.Run((schema + "COMMIT;").c_str()) && file->Prepare() &&
+                    file->WriteEntries(database.AllRecords(), true);
+  if (made) return file;
+  error = file->Fault();
+  file.reset();
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+  return nullptr;
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
+                                                 const char* vfs) {
+  std::error_code failed;
+  const fs::file_status status = fs::status(fs::u8path(path), failed);
+  if (!fs::exists(status)) {
+    error = {"IDS_WB_IMPORT_MISSING", path};
+    return nullptr;
+  }
+  if (fs::is_directory(status)) {
+    error = {"IDS_WB_IMPORT_DIRECTORY", path};
+    return nullptr;
+  }
+  std::unique_ptr<DocumentFile> file(
+      new DocumentFile(path, Connection(path, Connection::Mode::Write, vfs)));  // the constructor is private
+  if (!file->m_file.IsOpen() || !file->m_file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;")) {
+    error = file->m_file.IsForeign() ? DocumentError{"IDS_WB_DOC_FOREIGN", path} : file->Fault();
+    return nullptr;
+  }
+  if (file->m_file.Value("PRAGMA application_id") != kApplicationId) {
+    error = {"IDS_WB_DOC_FOREIGN", path};
+    return nullptr;
+  }
+  const std::int64_t version = file->m_file.Value("PRAGMA user_version");
+  if (version > kVersion) {
+    error = {"IDS_WB_DOC_NEWER", std::to_string(version)};
+    return nullptr;
+  }
+  if (version < 1) {
+    error = {"IDS_WB_DOC_FOREIGN", path};
+    return nullptr;
+  }
+  if (!file->m_file.Run(kManners)) {
+    error = file->Fault();
+    return nullptr;
+  }
+  for (auto at = static_cast<std::size_t>(version); at < kVersion; ++at) {
+    const std::string step =
+        "BEGIN;" + std::string(kSteps[at]) + "PRAGMA user_version = " + std::to_string(at + 1) + "; COMMIT;";
+    if (file->m_file.Run(step.c_str())) continue;
+    error = file->Fault();
+    return nullptr;
+  }
+  file->Prepare();
+  return file->ReadInto(database, error) ? std::move(file) : nullptr;
+}
+
+bool DocumentFile::ReadInto(Database& database, DocumentError& error) {
+  RecordCheck check;
+  std::vector<std::pair<iterator, std::shared_ptr<const tagTRecord>>> records;
+  for (const auto& table : m_tables) {
+    const bool read = table->Read(
+        m_file,
+        [&](iterator itr, std::shared_ptr<tagTRecord> record) {
+          check.Add(itr, *record);
+          records.emplace_back(itr, std::move(record));
+        },
+        [&](iterator itr, const std::string& fault) { check.Complain(table->Name(), itr, fault); });
+    if (!read) {
+      error = {"IDS_WB_DOC_DAMAGED", m_file.Error()};
+      return false;
+    }
+  }
+  check.CheckReferences();
+  if (!check.Faults().empty()) {
+    error = {"IDS_WB_DOC_DAMAGED", check.Faults().front()};
+    return false;
+  }
+  for (auto& [itr, record] : records) database.Load(itr, std::move(record));
+  Statement numbers = m_file.Prepare("SELECT type, last FROM pool");
+  while (numbers.Step()) {
+    const auto last = static_cast<iterator>(numbers.Integer(1));
+    if (last == 0 || last > RecordCheck::kMostRecords) continue;
+    database.ReserveNumbers(static_cast<iterator>(numbers.Integer(0)) << kTypeShift | last);
+  }
+  return true;
+}
+
+// ---- writing --------------------------------------------------------------------------------------------
+
+bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forward) {
+  if (m_file.HasMoved() || !m_file.Run("BEGIN IMMEDIATE")) return false;
+  std::map<std::uint16_t, iterator> lastOf;
+  for (const JournalEntry& entry : net) {
+    IRecordTable* table = TableOf(entry.itr);
+    const tagTRecord* before = forward ? entry.before.get() : entry.after.get();
+    const tagTRecord* after = forward ? entry.after.get() : entry.before.get();
+    if (table == nullptr || !table->Put(entry.itr, before, after)) return false;
+    if (before == nullptr) {
+      iterator& last = lastOf[table->Type()];
+      last = std::max<iterator>(last, NumberOf(entry.itr));
+    }
+  }
+  for (const auto& [type, last] : lastOf) {
+    m_noteNumber->Bind(1, static_cast<std::int64_t>(type));
+    m_noteNumber->Bind(2, static_cast<std::int64_t>(last));
+    if (!m_noteNumber->Run()) return false;
+  }
+  return m_file.Run("COMMIT");
+}
+
+bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
+  if (WriteEntries(net, forward)) return true;
+  const DocumentError fault = Fault();
+  // A failed write may have ended the transaction already.
+  if (m_file.IsInTransaction()) m_file.Run("ROLLBACK");
+  if (m_onFailure) m_onFailure(fault);
+  return false;
+}
+
+bool DocumentFile::CopyTo(const std::string& path, DocumentError& error) {
+  const std::string partial = path + ".part";
+  std::remove(partial.c_str());
+  Statement copy = m_file.Prepare("VACUUM INTO ?");
+  copy.BindText(1, partial);
+  if (!copy.Run()) {
+    error = Fault();
+    std::remove(partial.c_str());
+    return false;
+  }
+  std::error_code failed;
+  fs::rename(fs::u8path(partial), fs::u8path(path), failed);
+  if (!failed) return true;
+  error = {"IDS_WB_DOC_FAILED", failed.message()};
+  std::remove(partial.c_str());
+  return false;
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,63 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "workbench/model/Database.h"
+#include "workbench/model/RecordStore.h"
+#include "workbench/store/RecordTables.h"
+#include "workbench/store/Sqlite.h"
+
+namespace qd::workbench {
+
+/// Why a document cannot be used: a message key and a detail for its "%s".
+struct DocumentError {
+  const char* key = nullptr;  ///< null for none
+  std::string detail;
+};
+
+/// A document on disk: a database file that one program has open at a time. Each committed act is one transaction
+/// of the file, which survives the end of the program and of the machine's power. docs/document-format.md
+/// describes the contents.
+class DocumentFile final : public IRecordStore {
+ public:
+  /// What belongs to the format.
+  static constexpr std::int32_t kApplicationId = 0x51445754;
+  static constexpr int kVersion = 1;
+
+  /// Makes a file that holds what the database holds; a file that is there is replaced. Null on failure. `vfs`
+  /// names a file layer for tests.
+  static std::unique_ptr<DocumentFile> Create(const std::string& path, const Database& database,
+                                              DocumentError& error, const char* vfs = nullptr);
+  /// Opens a file and fills a database that nothing was done with yet. Null on failure; the database may hold a
+  /// part then.
+  static std::unique_ptr<DocumentFile> Open(const std::string& path, Database& database, DocumentError& error,
+                                            const char* vfs = nullptr);
+  /// Writes a copy, complete or not at all; a file that is there is replaced.
+  bool CopyTo(const std::string& path, DocumentError& error);
+
+  bool Write(const std::vector<JournalEntry>& net, bool forward) override;
+  /// Told when a write fails.
+  void SetOnFailure(std::function<void(const DocumentError&)> onFailure) { m_onFailure = std::move(onFailure); }
+
+  const std::string& Path() const { return m_path; }
+
+ private:
+  DocumentFile(std::string path, Connection connection);
+
+  bool Prepare();
+  bool WriteEntries(const std::vector<JournalEntry>& net, bool forward);
+  bool ReadInto(Database& database, DocumentError& error);
+  DocumentError Fault() const;
+  IRecordTable* TableOf(iterator itr) const;
+
+  std::string m_path;
+  Connection m_file;
+  std::vector<std::unique_ptr<IRecordTable>> m_tables;
+  std::unique_ptr<Statement> m_noteNumber;
+  std::function<void(const DocumentError&)> m_onFailure;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,404 @@
+#include "workbench/store/RecordTables.h"
+
+#include <array>
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "workbench/model/ModelBytes.h"
+#include "workbench/model/Pools.h"
+#include "workbench/text/Utf8.h"
+
+namespace qd::workbench {
+
+namespace {
+
+// ---- values ---------------------------------------------------------------------------------------------
+
+/// A value on its way into a statement; its bytes must outlive the run.
+struct Value {
+  enum class Kind { Integer, Real, Text, Blob } kind = Kind::Integer;
+  std::int64_t integer = 0;
+  double real = 0;
+  std::string bytes;
+};
+
+Value ValueOf(std::int64_t integer) {
+  return {.kind = Value::Kind::Integer, .integer = integer, .bytes = {}};
+}
+Value ValueOf(double real) {
+  return {.kind = Value::Kind::Real, .real = real, .bytes = {}};
+}
+Value BlobOf(ByteWriter& writer) {
+  return {.kind = Value::Kind::Blob, .bytes = writer.Take()};
+}
+
+/// Text, or, for what no text file could hold as it is, its elements one by one.
+Value ValueOf(const CString& text) {
+  std::string utf8 = ToUtf8(text);
+  if (text.find(L'\0') == CString::npos && FromUtf8(utf8) == text) {
+    return {.kind = Value::Kind::Text, .bytes = std::move(utf8)};
+  }
+  ByteWriter elements;
+  for (const wchar_t element : text) elements.Put(static_cast<std::uint32_t>(element));
+  return BlobOf(elements);
+}
+
+bool Read(const Statement& row, int column, std::int64_t& value) {
+  value = row.Integer(column);
+  return row.IsInteger(column);
+}
+bool Read(const Statement& row, int column, double& value) {
+  value = row.Real(column);
+  return !row.IsNull(column) && !row.IsBlob(column);
+}
+bool Read(const Statement& row, int column, CString& text) {
+  const std::string_view bytes = row.Bytes(column);
+  if (!row.IsBlob(column)) {
+    text = FromUtf8(std::string(bytes));
+    return !row.IsNull(column);
+  }
+  ByteReader reader(bytes);
+  while (!reader.IsWhole() && reader.IsGood()) {
+    std::uint32_t element = 0;
+    reader.Get(element);
+    text += static_cast<wchar_t>(element);
+  }
+  return reader.IsWhole();
+}
+
+// ---- columns --------------------------------------------------------------------------------------------
+
+template <typename T>
+struct Column {
+  const char* name;
+  const char* type;
+  std::function<Value(const T&)> get;
+  std::function<bool(const Statement&, int column, T&)> set;
+};
+
+template <typename T, typename V>
+Column<T> Integer(const char* name, V T::*member, std::int64_t least, std::int64_t greatest) {
+  return {name, "INTEGER",
+          [member](const T& record) { return ValueOf(static_cast<std::int64_t>(record.*member)); },
+          [=](const Statement& row, int column, T& record) {
+            std::int64_t value = 0;
+            if (!Read(row, column, value) || value < least || value > greatest) return false;
+            record.*member = static_cast<V>(value);
+            return true;
+          }};
+}
+constexpr std::int64_t kMost32 = 0xFFFFFFFF;
+constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+template <typename T>
+Column<T> Reference(const char* name, iterator T::*member) {
+  return Integer(name, member, 0, kMost);
+}
+template <typename T>
+Column<T> Real(const char* name, double T::*member) {
+  return {name, "REAL", [member](const T& record) { return ValueOf(record.*member); },
+          [member](const Statement& row, int column, T& record) { return Read(row, column, record.*member); }};
+}
+template <typename T>
+Column<T> Text(const char* name, CString T::*member) {
+  return {name, "ANY", [member](const T& record) { return ValueOf(record.*member); },
+          [member](const Statement& row, int column, T& record) { return Read(row, column, record.*member); }};
+}
+template <typename T>
+Column<T> Triple(const char* name, std::array<double, 3> T::*member) {
+  return {name, "BLOB",
+          [member](const T& record) {
+            ByteWriter bytes;
+            bytes.Put(record.*member);
+            return BlobOf(bytes);
+          },
+          [member](const Statement& row, int column, T& record) {
+            return ByteReader(row.Bytes(column)).Get(record.*member).IsWhole();
+          }};
+}
+
+// ---- large parts ----------------------------------------------------------------------------------------
+
+/// What a record shares with others by pointer and is kept beside its row.
+template <typename T>
+struct NoPart {
+  static constexpr const char* kTable = nullptr;
+};
+
+struct ShapePart {
+  static constexpr const char* kTable = "shape";
+  static constexpr auto kMember = &tagTGeom::shape;
+  using Type = PartShape;
+  static void Put(ByteWriter& writer, const PartShape& shape) { PutShape(writer, shape); }
+  static bool Get(ByteReader& reader, PartShape& shape) { return GetShape(reader, shape); }
+};
+struct MeshPart {
+  static constexpr const char* kTable = "mesh";
+  static constexpr auto kMember = &tagTMset::mesh;
+  using Type = MeshData;
+  static void Put(ByteWriter& writer, const MeshData& mesh) { PutMesh(writer, mesh); }
+  static bool Get(ByteReader& reader, MeshData& mesh) { return GetMesh(reader, mesh); }
+};
+
+// ---- tables ---------------------------------------------------------------------------------------------
+
+template <typename T, typename Part = NoPart<T>>
+class RecordTable final : public IRecordTable {
+ public:
+  RecordTable(std::uint16_t type, const char* name, std::vector<Column<T>> columns)
+      : m_type(type), m_name(name), m_columns(std::move(columns)) {}
+
+  std::uint16_t Type() const override { return m_type; }
+  const char* Name() const override { return m_name; }
+
+  std::string Definition() const override {
+    std::string sql = "CREATE TABLE " + std::string(m_name) + " (itr INTEGER PRIMARY KEY";
+    for (const Column<T>& column : m_columns) {
+      sql += std::string(", ") + column.name + " " + column.type + " NOT NULL";
+    }
+    sql += ") STRICT;";
+    if constexpr (kHasPart) {
+      sql +=
+          "CREATE TABLE " + std::string(Part::kTable) + " (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT;";
+    }
+    return sql;
+  }
+
+  void Attach(Connection& file) override {
+    std::string names = "itr";
+    std::string places = "?";
+    for (const Column<T>& column : m_columns) {
+      names += std::string(", ") + column.name;
+      places += ", ?";
+    }
+    m_put =
+        file.Prepare("INSERT OR REPLACE INTO " + std::string(m_name) + " (" + names + ") VALUES (" + places + ")");
+    m_erase = file.Prepare("DELETE FROM " + std::string(m_name) + " WHERE itr = ?");
+    if constexpr (kHasPart) {
+      const std::string table = Part::kTable;
+      m_putPart = file.Prepare("INSERT OR REPLACE INTO " + table + " (itr, data) VALUES (?, ?)");
+      m_erasePart = file.Prepare("DELETE FROM " + table + " WHERE itr = ?");
+    }
+  }
+
+  bool Put(iterator itr, const tagTRecord* before, const tagTRecord* after) override {
+    if (!PutRow(itr, static_cast<const T*>(after))) return false;
+    if constexpr (kHasPart) {
+      const auto* was = PartOf(before);
+      const auto* is = PartOf(after);
+      if (was != is) return PutPart(itr, is);
+    }
+    return true;
+  }
+
+  bool Read(Connection& file, const Row& onRow, const Fault& onFault) override {
+    std::string sql = "SELECT r.itr";
+    for (const Column<T>& column : m_columns) sql += std::string(", r.") + column.name;
+    if constexpr (kHasPart) sql += ", p.data";
+    sql += " FROM " + std::string(m_name) + " r";
+    if constexpr (kHasPart) sql += " LEFT JOIN " + std::string(Part::kTable) + " p ON p.itr = r.itr";
+    Statement rows = file.Prepare(sql + " ORDER BY r.itr");
+    while (rows.Step()) ReadRow(rows, onRow, onFault);
+    return !rows.Failed();
+  }
+
+  std::string Describe(const tagTRecord& record) const override {
+    std::string text = m_name;
+    for (const Column<T>& column : m_columns) {
+      const Value value = column.get(static_cast<const T&>(record));
+      text += "|" + std::string(column.name) + "=";
+      if (value.kind == Value::Kind::Integer) text += std::to_string(value.integer);
+      if (value.kind == Value::Kind::Real) text += std::to_string(value.real);
+      text += value.bytes;
+    }
+    if constexpr (kHasPart) {
+      if (const auto* part = PartOf(&record)) {
+        ByteWriter bytes;
+        Part::Put(bytes, *part);
+        text += "|" + bytes.Take();
+      }
+    }
+    return text;
+  }
+
+ private:
+  static constexpr bool kHasPart = Part::kTable != nullptr;
+
+  static const auto* PartOf(const tagTRecord* record) {
+    return record != nullptr ? (static_cast<const T*>(record)->*Part::kMember).get() : nullptr;
+  }
+
+  bool PutRow(iterator itr, const T* record) {
+    if (record == nullptr) {
+      m_erase->Bind(1, static_cast<std::int64_t>(itr));
+      return m_erase->Run();
+    }
+    m_put->Bind(1, static_cast<std::int64_t>(itr));
+    std::vector<Value> values;  // alive until the statement has run
+    values.reserve(m_columns.size());
+    int place = 1;
+    for (const Column<T>& column : m_columns) {
+      const Value& value = values.emplace_back(column.get(*record));
+      ++place;
+      switch (value.kind) {
+        case Value::Kind::Integer:
+          m_put->Bind(place, value.integer);
+          break;
+        case Value::Kind::Real:
+          m_put->Bind(place, value.real);
+          break;
+        case Value::Kind::Text:
+          m_put->BindText(place, value.bytes);
+          break;
+        case Value::Kind::Blob:
+          m_put->BindBlob(place, value.bytes);
+          break;
+      }
+    }
+    return m_put->Run();
+  }
+
+  template <typename Large>
+  bool PutPart(iterator itr, const Large* part) {
+    Statement& statement = part != nullptr ? *m_putPart : *m_erasePart;
+    ByteWriter writer;
+    std::string bytes;
+    statement.Bind(1, static_cast<std::int64_t>(itr));
+    if (part != nullptr) {
+      Part::Put(writer, *part);
+      bytes = writer.Take();
+      statement.BindBlob(2, bytes);
+    }
+    return statement.Run();
+  }
+
+  void ReadRow(const Statement& row, const Row& onRow, const Fault& onFault) {
+    const auto itr = static_cast<iterator>(row.Integer(0));
+    auto record = std::make_shared<T>();
+    record->id = static_cast<std::int32_t>(itr & 0x7FFFFFFF);
+    if (TypeOf(itr) != m_type || record->id == 0) return onFault(itr, "a number that is none of this table's");
+    int place = 0;
+    for (const Column<T>& column : m_columns) {
+      if (!column.set(row, ++place, *record)) return onFault(itr, std::string("a wrong value of ") + column.name);
+    }
+    if constexpr (kHasPart) {
+      if (!row.IsNull(place + 1)) {
+        auto part = std::make_shared<typename Part::Type>();
+        ByteReader reader(row.Bytes(place + 1));
+        if (Part::Get(reader, *part) && reader.IsWhole()) {
+          (*record).*Part::kMember = std::move(part);
+        } else {
+          onFault(itr, std::string("damaged: ") + Part::kTable);
+        }
+      }
+    }
+    onRow(itr, std::move(record));
+  }
+
+  std::uint16_t m_type;
+  const char* m_name;
+  std::vector<Column<T>> m_columns;
+  std::optional<Statement> m_put;
+  std::optional<Statement> m_erase;
+  std::optional<Statement> m_putPart;
+  std::optional<Statement> m_erasePart;
+};
+
+// ---- columns of single records --------------------------------------------------------------------------
+
+Column<tagTCord> CordName() {
+  return {"name", "ANY", [](const tagTCord& record) { return ValueOf(record.GetName()); },
+          [](const Statement& row, int column, tagTCord& record) {
+            CString name;
+            const bool good = Read(row, column, name);
+            record.SetName(name);
+            return good && !name.empty();
+          }};
+}
+
+Column<tagTMGInfo> Targets() {
+  return {"targets", "BLOB",
+          [](const tagTMGInfo& record) {
+            ByteWriter bytes;
+            bytes.Put(record.targets);
+            return BlobOf(bytes);
+          },
+          [](const Statement& row, int column, tagTMGInfo& record) {
+            return ByteReader(row.Bytes(column)).Get(record.targets).IsWhole();
+          }};
+}
+
+/// Options by key: which of the three kinds it is, then the value as a number.
+Column<tagTMGInfo> Options() {
+  return {"options", "BLOB",
+          [](const tagTMGInfo& record) {
+            ByteWriter bytes;
+            for (const auto& [key, option] : record.options) {
+              const double value = std::visit([](auto held) { return static_cast<double>(held); }, option);
+              bytes.Put(key).Put(static_cast<std::uint8_t>(option.index())).Put(value);
+            }
+            return BlobOf(bytes);
+          },
+          [](const Statement& row, int column, tagTMGInfo& record) {
+            ByteReader reader(row.Bytes(column));
+            while (!reader.IsWhole() && reader.IsGood()) {
+              std::string key;
+              std::uint8_t kind = 0;
+              double value = 0;
+              reader.Get(key).Get(kind).Get(value);
+              constexpr double kLargestChoice = 1e6;
+              if (kind > 2 || (kind == 1 && !(std::abs(value) < kLargestChoice))) return false;
+              if (kind == 0) record.options[key] = value != 0;
+              if (kind == 1) record.options[key] = static_cast<int>(value);
+              if (kind == 2) record.options[key] = value;
+            }
+            return reader.IsWhole();
+          }};
+}
+
+}  // namespace
+
+std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
+  constexpr auto kCompound = static_cast<std::int64_t>(TopologyKind::Compound);
+  std::vector<std::unique_ptr<IRecordTable>> tables;
+  const auto add = [&tables](auto table) {
+    tables.push_back(std::make_unique<decltype(table)>(std::move(table)));
+  };
+  add(RecordTable<tagTSettings>(kDataSettings, "settings",
+                                {Reference("current_gset", &tagTSettings::currentGset),
+                                 Reference("default_mset", &tagTSettings::defaultMset)}));
+  add(RecordTable<tagTCord>(kDataCord, "cord",
+                            {CordName(), Integer("kind", &tagTCord::kind, 0, 2),
+                             Reference("parent", &tagTCord::parent), Triple("origin", &tagTCord::origin),
+                             Triple("x_axis", &tagTCord::xAxis), Triple("xy_plane", &tagTCord::xyPlane)}));
+  add(RecordTable<tagTMaterial>(
+      kDataMaterial, "material",
+      {Text("name", &tagTMaterial::name), Real("youngs_modulus", &tagTMaterial::youngsModulus),
+       Real("poissons_ratio", &tagTMaterial::poissonsRatio), Real("density", &tagTMaterial::density),
+       Integer("colour", &tagTMaterial::colour, 0, kMost32)}));
+  add(RecordTable<tagTProperty>(
+      kDataProperty, "property",
+      {Text("name", &tagTProperty::name), Integer("kind", &tagTProperty::kind, 0, 2),
+       Reference("material", &tagTProperty::material), Real("size", &tagTProperty::size)}));
+  add(RecordTable<tagTGset>(kDataGset, "gset", {Text("name", &tagTGset::name)}));
+  add(RecordTable<tagTGeom, ShapePart>(
+      kDataGeom, "geom",
+      {Text("name", &tagTGeom::name), Integer("colour", &tagTGeom::colour, 0, kMost32),
+       Integer("cad_item", &tagTGeom::cadItem, 0, kMost32 / 2), Integer("kind", &tagTGeom::kind, 0, kCompound),
+       Reference("material", &tagTGeom::material), Reference("gset", &tagTGeom::gset),
+       Integer("flexible", &tagTGeom::flexible, 0, 1)}));
+  add(RecordTable<tagTMGInfo>(kDataMGInfo, "mesh_generation",
+                              {Integer("kind", &tagTMGInfo::kind, 0, kMost32 / 2),
+                               Integer("method", &tagTMGInfo::method, 0, kMost32 / 2), Targets(), Options()}));
+  add(RecordTable<tagTMset, MeshPart>(
+      kDataMset, "mset",
+      {Text("name", &tagTMset::name), Integer("key", &tagTMset::key, 0, kMost32),
+       Integer("colour", &tagTMset::colour, 0, kMost32), Integer("parent", &tagTMset::parent, 0, kMost32),
+       Reference("geom", &tagTMset::geom), Reference("property", &tagTMset::property),
+       Integer("mg_info", &tagTMset::mgInfo, 0, kMost32), Integer("node_count", &tagTMset::nodeCount, 0, kMost),
+       Integer("element_count", &tagTMset::elementCount, 0, kMost)}));
+  return tables;
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/Records.h"
+#include "workbench/store/Sqlite.h"
+
+namespace qd::workbench {
+
+/// The table of one type of record. Columns stand in its definition, in RecordTables.cpp, and nowhere else.
+class IRecordTable {
+ public:
+  virtual ~IRecordTable() = default;
+
+  virtual std::uint16_t Type() const = 0;
+  virtual const char* Name() const = 0;
+  /// The statement that makes it, and the one that makes the table of its large part, if it has one.
+  virtual std::string Definition() const = 0;
+
+  /// Prepares the statements; the table must stand.
+  virtual void Attach(Connection& file) = 0;
+  /// Writes a record, or takes it out for null. `before` is what stands there, null for nothing: of a large part
+  /// that is the same object nothing is written.
+  virtual bool Put(iterator itr, const tagTRecord* before, const tagTRecord* after) = 0;
+  /// Reads all rows in ascending order. A row that cannot be read goes to `onFault` with a reason, and its record
+  /// is left out; one whose large part cannot be read comes without it. False when the file itself failed.
+  using Row = std::function<void(iterator, std::shared_ptr<tagTRecord>)>;
+  using Fault = std::function<void(iterator, const std::string&)>;
+  virtual bool Read(Connection& file, const Row& onRow, const Fault& onFault) = 0;
+  /// A record as text, for comparing.
+  virtual std::string Describe(const tagTRecord& record) const = 0;
+};
+
+/// A table for each type of record that documents hold.
+std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables();
+
+}  // namespace qd::workbench
