@@ -61,7 +61,9 @@ CString MsetPool::GetNewCopyName(const CString& text) const {
 }
 
 std::uint32_t MsetPool::GetNewKey() const {
-  return m_lastKey < kMsetKeyMask ? m_lastKey + 1 : 0;
+  // Places are kept for deleted sets too, so that a document that was opened anew gives out no key again.
+  const std::uint32_t key = std::max(m_lastKey + 1, static_cast<std::uint32_t>(NextNumber()));
+  return key <= kMsetKeyMask ? key : 0;
 }
 
 // ---- writes ---------------------------------------------------------------------------------------------

@@ -69,8 +69,8 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
   return nullptr;
 }
 
-std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
-                                                 const char* vfs) {
+std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, DocumentError& error,
+                                                   const char* vfs) {
   std::error_code failed;
   const fs::file_status status = fs::status(fs::u8path(path), failed);
   if (!fs::exists(status)) {
@@ -112,7 +112,13 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Databa
     return nullptr;
   }
   file->Prepare();
-  return file->ReadInto(database, error) ? std::move(file) : nullptr;
+  return file;
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
+                                                 const char* vfs) {
+  std::unique_ptr<DocumentFile> file = Attach(path, error, vfs);
+  return file != nullptr && file->ReadInto(database, error) ? std::move(file) : nullptr;
 }
 
 bool DocumentFile::ReadInto(Database& database, DocumentError& error) {
@@ -178,12 +184,24 @@ bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
   return false;
 }
 
-bool DocumentFile::CopyTo(const std::string& path, DocumentError& error) {
+bool DocumentFile::CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress) {
   const std::string partial = path + ".part";
   std::remove(partial.c_str());
+  if (IsInUse(path)) {
+    error = {"IDS_WB_DOC_BUSY", path};
+    return false;
+  }
+  std::error_code none;
+  const double whole = 1.0 + static_cast<double>(fs::file_size(fs::u8path(m_path), none));
+  m_file.SetProgress([&] {
+    const double done = static_cast<double>(fs::file_size(fs::u8path(partial), none));
+    return !progress || progress(std::clamp(done / whole, 0.0, 1.0));
+  });
   Statement copy = m_file.Prepare("VACUUM INTO ?");
   copy.BindText(1, partial);
-  if (!copy.Run()) {
+  const bool copied = copy.Run();
+  m_file.SetProgress(nullptr);
+  if (!copied) {
     error = Fault();
     std::remove(partial.c_str());
     return false;
@@ -194,6 +212,19 @@ bool DocumentFile::CopyTo(const std::string& path, DocumentError& error) {
   error = {"IDS_WB_DOC_FAILED", failed.message()};
   std::remove(partial.c_str());
   return false;
+}
+
+bool DocumentFile::IsInUse(const std::string& path) {
+  if (!fs::exists(fs::u8path(path))) return false;
+  Connection file(path, Connection::Mode::Write);
+  return file.IsOpen() && !file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;") && file.IsBusy();
+}
+
+bool DocumentFile::HoldsAnything() {
+  for (const char* table : {"geom", "mset", "material", "property", "gset"}) {
+    if (m_file.Value(std::string("SELECT count(*) FROM ") + table) > 0) return true;
+  }
+  return m_file.Value("SELECT count(*) FROM cord") > 1;
 }
 
 }  // namespace qd::workbench

@@ -35,8 +35,16 @@ class DocumentFile final : public IRecordStore {
   /// part then.
   static std::unique_ptr<DocumentFile> Open(const std::string& path, Database& database, DocumentError& error,
                                             const char* vfs = nullptr);
-  /// Writes a copy, complete or not at all; a file that is there is replaced.
-  bool CopyTo(const std::string& path, DocumentError& error);
+  /// Opens a file whose contents a database has already.
+  static std::unique_ptr<DocumentFile> Attach(const std::string& path, DocumentError& error,
+                                              const char* vfs = nullptr);
+  /// Writes a copy, complete or not at all; a file that is there is replaced, unless somebody has it open. False
+  /// also when `progress` stops it.
+  bool CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
+  /// Whether a program has a file open.
+  static bool IsInUse(const std::string& path);
+  /// Whether there is anything but what every new document has.
+  bool HoldsAnything();
 
   bool Write(const std::vector<JournalEntry>& net, bool forward) override;
   /// Told when a write fails.

@@ -2,6 +2,8 @@
 
 #include <sqlite3.h>
 
+#include <utility>
+
 namespace qd::workbench {
 
 // ---- statements -----------------------------------------------------------------------------------------
@@ -109,6 +111,13 @@ std::int64_t Connection::Value(const std::string& sql, std::int64_t otherwise) {
 std::string Connection::Text(const std::string& sql) {
   Statement statement = Prepare(sql);
   return statement.Step() ? std::string(statement.Bytes(0)) : std::string();
+}
+
+void Connection::SetProgress(std::function<bool()> goOn) {
+  constexpr int kSteps = 2000;
+  m_goOn = goOn ? std::make_unique<std::function<bool()>>(std::move(goOn)) : nullptr;
+  const auto ask = [](void* call) { return (*static_cast<std::function<bool()>*>(call))() ? 0 : 1; };
+  sqlite3_progress_handler(m_handle.get(), m_goOn != nullptr ? kSteps : 0, ask, m_goOn.get());
 }
 
 bool Connection::IsInTransaction() const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -61,6 +62,8 @@ class Connection {
   /// The first value of the first row, `otherwise` when there is none.
   std::int64_t Value(const std::string& sql, std::int64_t otherwise = 0);
   std::string Text(const std::string& sql);
+  /// Asked now and then while statements run; false ends them with a failure. Null for none.
+  void SetProgress(std::function<bool()> goOn);
   bool IsInTransaction() const;
   /// What went wrong last, in the library's words.
   std::string Error() const;
@@ -77,6 +80,7 @@ class Connection {
   };
   std::unique_ptr<sqlite3, Close> m_handle;
   bool m_open = false;
+  std::unique_ptr<std::function<bool()>> m_goOn;  // stays in its place when the connection moves
 };
 
 }  // namespace qd::workbench

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "workbench/store/DocumentFile.h"
+
+namespace qd::workbench {
+
+/// Keeps the document of a window on disk at all times: in the file that the user gave it, or, until it has one,
+/// in a recovery file, which a crash leaves behind for the next start.
+class DocumentKeeper final : public IRecordStore {
+ public:
+  /// `folder` is where recovery files stand; it is made when it is needed. Both must outlive this.
+  DocumentKeeper(Database& database, std::string folder);
+  /// Takes a recovery file away: who wanted it has saved it.
+  ~DocumentKeeper();
+  DocumentKeeper(const DocumentKeeper&) = delete;
+  DocumentKeeper& operator=(const DocumentKeeper&) = delete;
+
+  bool Write(const std::vector<JournalEntry>& net, bool forward) override;
+  /// Told when something cannot be kept.
+  void SetOnFailure(std::function<void(const DocumentError&)> onFailure) { m_onFailure = std::move(onFailure); }
+
+  /// Fills the database, with which nothing was done yet, from a document.
+  bool Open(const std::string& path, DocumentError& error);
+  /// Likewise from a recovery file, which stays one.
+  bool Recover(const std::string& path, DocumentError& error);
+  /// Copies the document to a path and goes on there.
+  bool SaveAs(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
+
+  /// Whether the user has given the document a file. Such a document never waits to be saved.
+  bool IsNamed() const { return m_named; }
+  /// Whether closing now would lose something.
+  bool IsUnsaved() const { return !m_named && m_file != nullptr && m_file->HoldsAnything(); }
+  /// The file; empty while there is none.
+  std::string Path() const { return m_file != nullptr ? m_file->Path() : std::string(); }
+
+  /// Recovery files that no program has open and that hold something, latest first. Empty ones are taken away.
+  static std::vector<std::string> FindRecoverable(const std::string& folder);
+  static void Discard(const std::string& path);
+
+ private:
+  bool MakeRecoveryFile();
+  void Use(std::unique_ptr<DocumentFile> file, bool named);
+  void LeaveRecoveryFile();
+
+  Database& m_database;
+  std::string m_folder;
+  std::unique_ptr<DocumentFile> m_file;
+  bool m_named = false;
+  bool m_withoutRecovery = false;  // it was told that there can be none
+  std::function<void(const DocumentError&)> m_onFailure;
+};
+
+}  // namespace qd::workbench
