@@ -12,7 +12,7 @@
 #include "host/CTransaction.h"
 #include "support/DocumentScript.h"
 #include "support/FaultyDisk.h"
-#include "workbench/store/DocumentFile.h"
+#include "workbench/store/CheckDocument.h"
 
 namespace qd::test {
 namespace {
@@ -168,6 +168,17 @@ TEST_P(DamagedDocument, IsRefusedWithAReason) {
   }
   Sql(Path("a.qdw"), GetParam().sql);
   EXPECT_EQ(FaultOf(Path("a.qdw")), GetParam().fault);
+  EXPECT_EQ(VerifyDocument(Path("a.qdw")).empty(), GetParam().fault[0] == 0);
+  // What is sound of it makes a new document.
+  std::vector<std::string> notes;
+  DocumentError error;
+  ASSERT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
+  EXPECT_THAT(VerifyDocument(Path("b.qdw")), ::testing::IsEmpty());
+  const auto repaired = Open(Path("b.qdw"));
+  ASSERT_NE(repaired->file, nullptr) << repaired->error.detail;
+  EXPECT_GT(repaired->data.GetMaterialPool().Count(), 0U);
+  DocumentScript script(repaired->data);
+  EXPECT_TRUE(script.Run(3));
 }
 INSTANTIATE_TEST_SUITE_P(
     Kinds, DamagedDocument,
@@ -214,6 +225,7 @@ TEST_F(DocumentFileTest, FlippedBitsAndCutsAreRefusedOrHarmless) {
   }
   std::mt19937 random(7);
   int refused = 0;
+  int repaired = 0;
   for (int round = 0; round < 300; ++round) {
     std::string bytes = whole;
     if (round % 3 == 0) {
@@ -226,7 +238,14 @@ TEST_F(DocumentFileTest, FlippedBitsAndCutsAreRefusedOrHarmless) {
     std::ofstream(Path("b.qdw"), std::ios::binary) << bytes;
     const auto document = Open(Path("b.qdw"));
     refused += document->file == nullptr ? 1 : 0;
+    if (document->file != nullptr) continue;
+    std::vector<std::string> notes;
+    DocumentError error;
+    if (!RepairDocument(Path("b.qdw"), Path("c.qdw"), notes, error)) continue;
+    EXPECT_THAT(VerifyDocument(Path("c.qdw")), ::testing::IsEmpty());
+    ++repaired;
   }
+  EXPECT_GT(repaired, 15);
   EXPECT_GT(refused, 100);
 }
 

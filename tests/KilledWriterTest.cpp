@@ -13,7 +13,7 @@
 #include <random>
 
 #include "support/DocumentScript.h"
-#include "workbench/store/DocumentFile.h"
+#include "workbench/store/CheckDocument.h"
 
 namespace qd::test {
 namespace {
@@ -78,7 +78,7 @@ TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
     if (!fs::exists(path)) continue;  // killed before it began
     Database data;
     DocumentError error;
-    const auto file = DocumentFile::Open(path, data, error);
+    auto file = DocumentFile::Open(path, data, error);
     if (file == nullptr && said < 0 && round % kRoundsOfAFile == 0) {
       fs::remove(path);  // killed while the file was made: it was nobody's document yet
       continue;
@@ -88,6 +88,8 @@ TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
     EXPECT_GE(last, said) << "what was said to be committed is there";
     EXPECT_EQ(Contents(data), reference.After(last)) << "after act " << last;
     acts = std::max(acts, last);
+    file.reset();
+    EXPECT_TRUE(VerifyDocument(path).empty());
   }
   std::cout << rounds << " kills, at most " << acts << " acts in a file\n";
   EXPECT_GT(acts, 10);

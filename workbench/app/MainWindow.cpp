@@ -27,7 +27,11 @@ namespace {
 constexpr int kWarningTime = 8000;  // milliseconds
 }
 
-MainWindow::MainWindow(MessageTables& messages) : m_messages(messages), m_doc(std::make_unique<WorkDocument>()) {
+MainWindow::MainWindow(MessageTables& messages)
+    : m_messages(messages),
+      m_doc(std::make_unique<WorkDocument>()),
+      m_keeper(std::make_unique<DocumentKeeper>(m_doc->GetDatabase(), RecoveryFolder())) {
+  m_keeper->SetOnFailure([this](const DocumentError& error) { OnUnkept(error); });
   m_doc->SetPathName(FromQt(Text("IDS_WB_UNTITLED")));
   resize(1200, 760);
   MakePanes();
@@ -42,6 +46,7 @@ MainWindow::MainWindow(MessageTables& messages) : m_messages(messages), m_doc(st
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
   ApplyPalette();
   RefreshActions();
+  RefreshTitle();
   SayTableFaults();
 }
 
@@ -80,7 +85,6 @@ void MainWindow::MakePanes() {
   addDockWidget(Qt::LeftDockWidgetArea, m_modelPane);
   tabifyDockWidget(m_modelPane, m_gsetPane);
   m_modelPane->raise();
-  SetTitle(*this, "IDS_WB_APP");
   SetTitle(*m_modelPane, "IDS_WB_PANE_MODEL");
   SetTitle(*m_gsetPane, "IDS_WB_PANE_GSET");
   SetTitle(*m_properties, "IDS_WB_PANE_PROPERTIES");
@@ -240,7 +244,7 @@ void MainWindow::Import(const QStringList& paths) {
 void MainWindow::BeforeStore(const QString& path) {
   const Database& database = m_doc->GetDatabase();
   m_firstImport = m_doc->GetDatabase().GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
-  if (!m_firstImport) return;
+  if (!m_firstImport || m_keeper->IsNamed()) return;
   m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
   m_manager->ResetFilePath(m_doc.get());
 }

@@ -14,10 +14,12 @@
 #include "workbench/app/ProgressWindow.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/Database.h"
+#include "workbench/store/DocumentKeeper.h"
 #include "workbench/tree/DocumentNode.h"
 
 class QAction;
 class QDockWidget;
+class QMenu;
 class QPlainTextEdit;
 class QProgressBar;
 class QToolButton;
@@ -39,6 +41,18 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   bool IsImporting() const { return m_imports->IsRunning(); }
   /// How many imports have failed so far.
   int FailedImports() const { return m_imports->Failed(); }
+  /// Opens a document, in this window when nothing was done in it yet, else in one of its own. False, with a
+  /// message, when it cannot be opened.
+  bool OpenDocument(const QString& path);
+  /// Writes the document to a path and goes on there. False, with a message, when that cannot be done.
+  bool SaveAs(const QString& path);
+  /// Asks what is to become of documents that a crash left behind.
+  void OfferRecovery();
+  bool Recover(const QString& path);
+  /// How many documents could not be opened so far.
+  int FailedDocuments() const { return m_failedDocuments; }
+  static std::string RecoveryFolder();
+  DocumentKeeper& Keeper() { return *m_keeper; }
   /// Whether everything is on screen.
   bool IsUpToDate() const;
   void SetLanguage(const QString& language);
@@ -61,6 +75,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
 
  protected:
   void changeEvent(QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
 
  private:
   void MakePanes();
@@ -84,7 +99,17 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void AfterStore();
   /// A command for the mesh branch, or for the first selected mesh set, or else for the first of all.
   void SendToMeshes(unsigned command, bool toSet);
+  bool IsFresh() const;
+  void RefreshTitle();
+  void StartProgram(const QStringList& documents);
   void OnNewWindow();
+  void OnOpen();
+  void OnSave();
+  void OnSaveAs();
+  void OnUnkept(const DocumentError& error);
+  void ShowLoaded(const QString& name);
+  static void NoteRecent(const QString& path);
+  void ListRecent(QMenu& menu);
   void OnUndo();
   void OnRedo();
   void OnDelete();
@@ -103,6 +128,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
 
   MessageTables& m_messages;
   std::unique_ptr<WorkDocument> m_doc;
+  std::unique_ptr<DocumentKeeper> m_keeper;
   TreeFactory m_factory;
   std::unique_ptr<CWorksTreeManager> m_manager;
   ModelView* m_view = nullptr;  // these are owned by their Qt parents
@@ -121,6 +147,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
   QAction* m_delete = nullptr;
+  int m_failedDocuments = 0;
   bool m_firstImport = false;
 };
 

@@ -5,7 +5,6 @@
 #include <QDockWidget>
 #include <QLocale>
 #include <QMenuBar>
-#include <QProcess>
 #include <QToolButton>
 #include <algorithm>
 
@@ -45,10 +44,15 @@ QMenu* MainWindow::AddMenu(QMenu* above, const char* key) {
 
 void MainWindow::MakeFileMenu() {
   QMenu* file = AddMenu(nullptr, "IDS_WB_MENU_FILE");
-  Add(file, "IDS_WB_IMPORT", QKeySequence::Open, &MainWindow::OnImport);
-  Add(file, "IDS_WB_EXPORT", QKeySequence(Qt::CTRL | Qt::Key_E), &MainWindow::OnExport);
-  file->addSeparator();
   Add(file, "IDS_WB_NEW_WINDOW", QKeySequence::New, &MainWindow::OnNewWindow);
+  Add(file, "IDS_WB_OPEN", QKeySequence::Open, &MainWindow::OnOpen);
+  QMenu* recent = AddMenu(file, "IDS_WB_OPEN_RECENT");
+  connect(recent, &QMenu::aboutToShow, this, [this, recent] { ListRecent(*recent); });
+  Add(file, "IDS_WB_SAVE", QKeySequence::Save, &MainWindow::OnSave);
+  Add(file, "IDS_WB_SAVE_AS", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &MainWindow::OnSaveAs);
+  file->addSeparator();
+  Add(file, "IDS_WB_IMPORT", QKeySequence(Qt::CTRL | Qt::Key_I), &MainWindow::OnImport);
+  Add(file, "IDS_WB_EXPORT", QKeySequence(Qt::CTRL | Qt::Key_E), &MainWindow::OnExport);
   file->addSeparator();
   SetText(*file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT");
 }
@@ -114,18 +118,6 @@ void MainWindow::MakeViewMenu() {
   }
 }
 
-/// A program of its own, with the language and variant of this one: a variant is that of a whole program.
-void MainWindow::OnNewWindow() {
-  const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [](const VariantName& known) {
-    return known.variant == GetProductVariant();
-  });
-  QStringList arguments{"--language", m_messages.Language(), "--variant", variant->name};
-  if (!m_messages.Folder().isEmpty()) arguments << "--messages" << m_messages.Folder();
-  if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments)) {
-    Say(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
-  }
-}
-
 void MainWindow::MakeMeshMenu() {
   struct Entry {
     const char* key;
@@ -180,6 +172,7 @@ void MainWindow::SetLanguage(const QString& language) {
     for (QWidget* window : QApplication::topLevelWidgets()) Retranslate(*window);
     m_properties->ChangeLanguage();
     RefreshActions();
+    RefreshTitle();
     m_manager->OnChangeLanguage();
   }
   SayTableFaults();

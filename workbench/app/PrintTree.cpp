@@ -9,6 +9,7 @@
 #include "workbench/app/ExchangeJob.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/exchange/StoreImport.h"
+#include "workbench/store/DocumentFile.h"
 #include "workbench/tree/DocumentNode.h"
 #include "workbench/tree/TreePrinter.h"
 
@@ -38,6 +39,14 @@ class Follower final : private IDatabaseListener {
   CWorksTreeBar m_bar;
 };
 
+bool OpenInto(WorkDocument& doc, const QString& path) {
+  DocumentError error;
+  if (DocumentFile::Open(path.toStdString(), doc.GetDatabase(), error) != nullptr) return true;
+  std::cerr << path.toStdString() << ": " << Text(error.key, {QString::fromStdString(error.detail)}).toStdString()
+            << std::endl;
+  return false;
+}
+
 bool ImportInto(WorkDocument& doc, const QString& path) {
   QEventLoop loop;
   ExchangeJob job(path);
@@ -62,9 +71,15 @@ int PrintTreeOf(const QStringList& paths) {
   HeadlessToolkit toolkit;
   WorkDocument doc;
   doc.SetPathName(FromQt(paths.isEmpty() ? Text("IDS_WB_UNTITLED") : paths.first()));
-  Follower follower(doc);
   bool good = true;
-  for (const QString& path : paths) good = ImportInto(doc, path) && good;
+  const auto isDocument = [](const QString& path) { return path.endsWith(".qdw"); };
+  for (const QString& path : paths) {
+    if (isDocument(path)) good = OpenInto(doc, path) && good;
+  }
+  Follower follower(doc);
+  for (const QString& path : paths) {
+    if (!isDocument(path)) good = ImportInto(doc, path) && good;
+  }
   if (good) std::cout << PrintTree(follower.Bar().GetTreeCtrl()) << std::flush;
   return good ? 0 : 1;
 }

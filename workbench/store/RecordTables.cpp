@@ -193,14 +193,10 @@ class RecordTable final : public IRecordTable {
   }
 
   bool Read(Connection& file, const Row& onRow, const Fault& onFault) override {
-    std::string sql = "SELECT r.itr";
-    for (const Column<T>& column : m_columns) sql += std::string(", r.") + column.name;
-    if constexpr (kHasPart) sql += ", p.data";
-    sql += " FROM " + std::string(m_name) + " r";
-    if constexpr (kHasPart) sql += " LEFT JOIN " + std::string(Part::kTable) + " p ON p.itr = r.itr";
-    Statement rows = file.Prepare(sql + " ORDER BY r.itr");
-    while (rows.Step()) ReadRow(rows, onRow, onFault);
-    return !rows.Failed();
+    return ReadOrdered(file, "", onRow, onFault);
+  }
+  bool ReadBackwards(Connection& file, const Row& onRow, const Fault& onFault) override {
+    return ReadOrdered(file, " DESC", onRow, onFault);
   }
 
   std::string Describe(const tagTRecord& record) const override {
@@ -224,6 +220,17 @@ class RecordTable final : public IRecordTable {
 
  private:
   static constexpr bool kHasPart = Part::kTable != nullptr;
+
+  bool ReadOrdered(Connection& file, const char* order, const Row& onRow, const Fault& onFault) {
+    std::string sql = "SELECT r.itr";
+    for (const Column<T>& column : m_columns) sql += std::string(", r.") + column.name;
+    if constexpr (kHasPart) sql += ", p.data";
+    sql += " FROM " + std::string(m_name) + " r";
+    if constexpr (kHasPart) sql += " LEFT JOIN " + std::string(Part::kTable) + " p ON p.itr = r.itr";
+    Statement rows = file.Prepare(sql + " ORDER BY r.itr" + order);
+    while (rows.Step()) ReadRow(rows, onRow, onFault);
+    return !rows.Failed();
+  }
 
   static const auto* PartOf(const tagTRecord* record) {
     return record != nullptr ? (static_cast<const T*>(record)->*Part::kMember).get() : nullptr;

@@ -30,6 +30,7 @@ class IRecordTable {
   using Row = std::function<void(iterator, std::shared_ptr<tagTRecord>)>;
   using Fault = std::function<void(iterator, const std::string&)>;
   virtual bool Read(Connection& file, const Row& onRow, const Fault& onFault) = 0;
+  virtual bool ReadBackwards(Connection& file, const Row& onRow, const Fault& onFault) = 0;
   /// A record as text, for comparing.
   virtual std::string Describe(const tagTRecord& record) const = 0;
 };

@@ -1,0 +1,104 @@
+// Documents in the window: saved, opened, recovered after a crash.
+
+#include <QFileInfo>
+
+#include "InWindow.h"
+#include "workbench/store/CheckDocument.h"
+#include "workbench/tree/TreePrinter.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+class Documents : public InWindow {
+ protected:
+  std::string Print() { return PrintTree(Tree()).substr(PrintTree(Tree()).find('\n')); }
+  QString Path(const QString& name) { return m_files.Folder() + "/" + name; }
+  /// A window as after a start of the program; the old one is gone as if it had been closed.
+  void Restart() {
+    m_window.reset();
+    m_window = std::make_unique<MainWindow>(m_messages);
+    m_window->show();
+    Wait(100);
+  }
+};
+
+TEST_F(Documents, AreSavedAndOpenedWithPartsMeshesAndPictures) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  const std::string before = Print();
+  EXPECT_TRUE(m_window->Keeper().IsUnsaved());
+  ASSERT_TRUE(m_window->SaveAs(Path("pump.qdw")));
+  EXPECT_FALSE(m_window->Keeper().IsUnsaved());
+  EXPECT_TRUE(m_window->windowTitle().startsWith("pump.qdw"));
+  Data().Undo();  // the history survives saving, and the act goes to the file
+  EXPECT_NE(Print(), before);
+  Data().Redo();
+  Restart();
+  EXPECT_TRUE(VerifyDocument(Path("pump.qdw").toStdString()).empty());
+  ASSERT_TRUE(m_window->OpenDocument(Path("pump.qdw")));
+  EXPECT_EQ(Print(), before);
+  ASSERT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
+  Keep("document");
+  const QImage picture = m_window->View().grabFramebuffer();
+  const QColor corner = picture.pixelColor(5, picture.height() - 5);
+  const QColor middle = picture.pixelColor(picture.width() / 2, picture.height() / 2);
+  EXPECT_NE(corner, middle) << "the model is in sight";
+  // What is done now is in the file at once.
+  const iterator part = Data().GetGeomPool().GetItrList().front();
+  Data().GetGeomPool().TR_Del({part});
+  const std::string after = Print();
+  Restart();
+  ASSERT_TRUE(m_window->OpenDocument(Path("pump.qdw")));
+  EXPECT_EQ(Print(), after);
+}
+
+TEST_F(Documents, AFileThatCannotBeOpenedIsNamedAndTheWindowGoesOn) {
+  m_files.Write("bad.qdw", "no document");
+  EXPECT_FALSE(m_window->OpenDocument(Path("bad.qdw")));
+  EXPECT_FALSE(m_window->OpenDocument(Path("none.qdw")));
+  EXPECT_FALSE(m_window->OpenDocument(m_files.Folder()));
+  EXPECT_EQ(m_window->FailedDocuments(), 3);
+  EXPECT_FALSE(m_window->SaveAs("/proc/none/a.qdw"));
+  Open(m_files.Make({"pump"}, "pump.step"));
+  EXPECT_NE(Print().find("Shaft"), std::string::npos);
+}
+
+TEST_F(Documents, WhatWasNotSavedIsThereAfterACrash) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const std::string before = Print();
+  const QString left = QString::fromStdString(m_window->Keeper().Path());
+  ASSERT_TRUE(QFileInfo::exists(left));
+  // What a killed program leaves behind: the file as it is now.
+  DocumentError error;
+  const QString copy = Path("left.qdw");
+  ASSERT_TRUE(QFile::copy(left, copy));
+  ASSERT_TRUE(QFile::copy(left + "-wal", copy + "-wal"));
+  Restart();
+  EXPECT_FALSE(QFileInfo::exists(left)) << "a closed window leaves nothing";
+  ASSERT_TRUE(m_window->Recover(copy));
+  EXPECT_EQ(Print(), before);
+  EXPECT_TRUE(m_window->Keeper().IsUnsaved());
+  ASSERT_TRUE(m_window->SaveAs(Path("saved.qdw")));
+  EXPECT_FALSE(QFileInfo::exists(copy)) << "saved, it is needed no more";
+}
+
+TEST(Recovery, FindsWhatHoldsSomethingAndIsNotOpen) {
+  const Files files;
+  const std::string folder = files.Folder().toStdString();
+  DocumentError error;
+  Database empty;
+  DocumentFile::Create(folder + "/empty.qdw", empty, error);
+  Database full;
+  full.BeginTransaction(L"add");
+  full.GetMaterialPool().Add({});
+  full.CommitTransaction();
+  DocumentFile::Create(folder + "/closed.qdw", full, error);
+  const auto open = DocumentFile::Create(folder + "/open.qdw", full, error);
+  EXPECT_EQ(DocumentKeeper::FindRecoverable(folder), std::vector<std::string>{folder + "/closed.qdw"});
+  EXPECT_FALSE(QFileInfo::exists(files.Folder() + "/empty.qdw"));
+}
+
+}  // namespace
+}  // namespace qd::test
