@@ -182,5 +182,29 @@ TEST_F(DatabaseTest, RandomActsAreTakenBackAndRepeatedExactly) {
   }
 }
 
+TEST_F(DatabaseTest, TheHistoryIsBoundedAndGivesUpTheOldestActs) {
+  const auto add = [this](std::size_t bytes) {
+    auto shape = std::make_shared<PartShape>();
+    shape->brep.assign(bytes, 'x');
+    tagTGeom part;
+    part.name = std::to_wstring(bytes);
+    part.shape = shape;
+    CTransaction transaction(&m_data);
+    transaction.Begin(L"add");
+    m_data.GetGeomPool().Add(part);
+    transaction.Commit(1);
+  };
+  m_data.SetHistoryLimit(10'000);
+  for (int i = 0; i < 5; ++i) add(3000);
+  int undone = 0;
+  while (m_data.Undo() != 0) ++undone;
+  EXPECT_EQ(undone, 2);  // 3,400 bytes each
+  EXPECT_EQ(m_data.GetGeomPool().Count(), 3U);
+  add(50'000);  // larger than all that is allowed, but the last one
+  EXPECT_FALSE(m_data.CanRedo());
+  EXPECT_EQ(m_data.Undo(), 1);
+  EXPECT_EQ(m_data.Undo(), 0);
+}
+
 }  // namespace
 }  // namespace qd::workbench

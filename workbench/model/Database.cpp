@@ -112,8 +112,7 @@ int Database::CommitTransaction() {
     Replay(net, false);
     return 0;
   }
-  m_redo.clear();
-  m_undo.push_back({m_title, net});
+  Remember({m_title, net, BytesOf(net)});
   Announce(net, true);
   return 1;
 }
@@ -141,6 +140,29 @@ int Database::Delete(const std::vector<iterator>& itrs) {
     }
     return 1;
   });
+}
+
+// ---- history --------------------------------------------------------------------------------------------
+
+/// A new act ends what could be redone.
+void Database::Remember(Act act) {
+  for (const Act& undone : m_redo) m_historyBytes -= undone.bytes;
+  m_redo.clear();
+  m_historyBytes += act.bytes;
+  m_undo.push_back(std::move(act));
+  GiveUpOldest();
+}
+
+void Database::GiveUpOldest() {
+  while (m_historyBytes > m_historyLimit && m_undo.size() > 1) {
+    m_historyBytes -= m_undo.front().bytes;
+    m_undo.pop_front();
+  }
+}
+
+void Database::SetHistoryLimit(std::size_t bytes) {
+  m_historyLimit = bytes;
+  GiveUpOldest();
 }
 
 // ---- loading --------------------------------------------------------------------------------------------

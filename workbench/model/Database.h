@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -79,6 +80,11 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   /// Every record as if it had just been added.
   std::vector<JournalEntry> AllRecords() const;
 
+  /// How many bytes the acts that can be undone or redone may keep alive; the oldest are given up first, the last
+  /// one never.
+  static constexpr std::size_t kHistoryBytes = std::size_t{256} << 20U;
+  void SetHistoryLimit(std::size_t bytes);
+
   bool CanUndo() const { return !m_open && !m_undo.empty(); }
   bool CanRedo() const { return !m_open && !m_redo.empty(); }
   /// Title of the act that undo would take back; empty when there is none.
@@ -95,6 +101,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   struct Act {
     CString title;
     std::vector<JournalEntry> net;
+    std::size_t bytes = 0;
   };
 
   bool Note(JournalEntry entry) override;
@@ -120,8 +127,13 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   bool m_open = false;
   CString m_title;
   std::vector<JournalEntry> m_journal;
-  std::vector<Act> m_undo;
+  void Remember(Act act);
+  void GiveUpOldest();
+
+  std::deque<Act> m_undo;
   std::vector<Act> m_redo;
+  std::size_t m_historyBytes = 0;
+  std::size_t m_historyLimit = kHistoryBytes;
   std::map<iterator, std::shared_ptr<const tagTRecord>> m_ghosts;
 };
 

@@ -1,5 +1,8 @@
 #include "workbench/model/Journal.h"
 
+#include <set>
+#include <utility>
+
 #include "platform/FlatMap.h"
 #include "workbench/model/Pool.h"
 
@@ -19,6 +22,48 @@ std::vector<JournalEntry> NetEffect(const std::vector<JournalEntry>& entries) {
   }
   std::erase_if(net, [](const JournalEntry& entry) { return entry.before == entry.after; });
   return net;
+}
+
+namespace {
+
+std::size_t BytesOf(const PartShape& shape) {
+  const PartFacets& facets = shape.facets;
+  return shape.brep.size() + sizeof(float) * (facets.points.size() + facets.normals.size()) +
+         sizeof(std::uint32_t) * (facets.triangles.size() + facets.lineSizes.size() + facets.lines.size());
+}
+
+std::size_t BytesOf(const MeshData& mesh) {
+  std::size_t words = mesh.nodeIds.size() + mesh.coordinates.size();
+  for (const MeshData::Block& block : mesh.blocks) words += block.elementIds.size() + block.nodeIds.size();
+  return words * sizeof(std::uint64_t);
+}
+
+/// The large part that a record of a type holds, and its size.
+std::pair<const void*, std::size_t> LargePart(std::uint16_t type, const tagTRecord* record) {
+  if (record != nullptr && type == kDataGeom) {
+    if (const auto& shape = static_cast<const tagTGeom*>(record)->shape) return {shape.get(), BytesOf(*shape)};
+  }
+  if (record != nullptr && type == kDataMset) {
+    if (const auto& mesh = static_cast<const tagTMset*>(record)->mesh) return {mesh.get(), BytesOf(*mesh)};
+  }
+  return {nullptr, 0};
+}
+
+}  // namespace
+
+std::size_t BytesOf(const std::vector<JournalEntry>& net) {
+  constexpr std::size_t kEntry = 400;  // two records with their names
+  std::size_t bytes = net.size() * kEntry;
+  std::set<const void*> counted;  // parts of one act may share a shape
+  for (const JournalEntry& entry : net) {
+    const auto before = LargePart(TypeOf(entry.itr), entry.before.get());
+    const auto after = LargePart(TypeOf(entry.itr), entry.after.get());
+    if (before.first == after.first) continue;
+    for (const auto& [part, size] : {before, after}) {
+      if (part != nullptr && counted.insert(part).second) bytes += size;
+    }
+  }
+  return bytes;
 }
 
 CQDUpdateRecord UpdateRecordFor(const std::vector<JournalEntry>& net, bool forward) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -20,6 +21,9 @@ struct JournalEntry {
 /// The net effect of a run of writes: one entry per record, in the order in which they were first touched, and
 /// none for a record that ends as it began.
 std::vector<JournalEntry> NetEffect(const std::vector<JournalEntry>& entries);
+
+/// About how many bytes net entries keep alive, large parts included that both sides do not share.
+std::size_t BytesOf(const std::vector<JournalEntry>& net);
 
 /// What the works trees are told of net entries; `forward` false tells of their undoing.
 CQDUpdateRecord UpdateRecordFor(const std::vector<JournalEntry>& net, bool forward);
