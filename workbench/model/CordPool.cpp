@@ -58,14 +58,14 @@ bool CordPool::StandsOn(iterator itr, iterator other) const {
 
 iterator CordPool::Add(tagTCord record) {
   if (record.parent == 0) record.parent = GetDefaultCord();
-  return IsSound(record) ? Pool::Add(std::move(record)) : 0;
+  return IsSound(record) ? Pool::Add(record) : 0;
 }
 
 int CordPool::Modify(iterator itr, const tagTCord& record) {
   if (IsDefaultCord(itr) != 0 || Get(itr) == nullptr) return 0;
   tagTCord changed = record;
   if (changed.parent == 0) changed.parent = GetDefaultCord();
-  return IsSound(changed) && !StandsOn(changed.parent, itr) ? Change(itr, std::move(changed)) : 0;
+  return IsSound(changed) && !StandsOn(changed.parent, itr) ? Change(itr, changed) : 0;
 }
 
 int CordPool::Delete(iterator itr) {
@@ -88,7 +88,7 @@ int CordPool::UpdateAfterDeletion() {
         record.parent = above->second.parent;
       }
       Place(record, placement);
-      if (Change(orphan, std::move(record)) == 0) return 0;
+      if (Change(orphan, record) == 0) return 0;
     }
   }
   return 1;
