@@ -54,6 +54,13 @@ class FlatMap {
     m_slots.clear();
     m_count = 0;
   }
+  /// In no order.
+  template <typename Visit>
+  void ForEach(const Visit& visit) const {
+    for (const Slot& slot : m_slots) {
+      if (slot.key != 0) visit(slot.key, slot.value);
+    }
+  }
   std::size_t Size() const { return m_count; }
 
  private:

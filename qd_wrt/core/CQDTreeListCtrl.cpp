@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "host/Dialogs.h"
 #include "qd_wrt/core/CQDTreeBranch.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 
@@ -319,7 +320,9 @@ void CQDTreeListCtrl::OnMenuEvent(unsigned command) {
   const HTREEITEM first = GetFirstSelectedItem();
   CQDTreeItem* node = first ? NodeOf(first) : nullptr;
   const bool armed = std::exchange(m_menuArmed, true);
-  if (node != nullptr && armed) node->OnMenuEvent(command);
+  if (node == nullptr || !armed) return;
+  IQueryMenuID2Idx::Instance().SetLastCommand(command);  // the host asks which one it was
+  node->OnMenuEvent(command);
 }
 
 void CQDTreeListCtrl::ForwardToRoot(void (CQDTreeItem::*hook)(unsigned), unsigned command) {

@@ -1,5 +1,6 @@
 // The window with real mouse and key events of the display.
 
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QTimer>
@@ -70,6 +71,48 @@ TEST_F(Window, SelectionDeletionAndUndoGoBothWays) {
   const QPoint middle = m_window->View().mapToGlobal(m_window->View().rect().center());
   Display(QStringList{"mousemove"} << At({middle.x(), middle.y()}) << QStringList{"click", "1"});
   EXPECT_EQ(Tree().GetSelectedCount(), 1);
+}
+
+TEST_F(Window, WhatIsShownIsUndoneAndAnIsolationIsLeft) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const auto hidden = [this] {
+    const std::string tree = Print();
+    int count = 0;
+    for (std::size_t at = tree.find("[ ]"); at != std::string::npos; at = tree.find("[ ]", at + 1)) ++count;
+    return count;
+  };
+  const auto command = [this](int part, unsigned number) {
+    Tree().SelectCTItem(Tree().NodeOf(Part(part)));
+    Tree().OnMenuEvent(number);
+    Wait(50);
+  };
+  command(0, 41101);  // hides the housing
+  EXPECT_EQ(hidden(), 1);
+  command(1, 41009);  // shows the shaft only
+  EXPECT_EQ(hidden(), 8);
+  Data().Undo();
+  Wait(50);
+  EXPECT_EQ(hidden(), 1);
+  Data().Redo();
+  Wait(50);
+  EXPECT_EQ(hidden(), 8);
+  QAction* leave = nullptr;
+  for (QAction* action : m_window->findChildren<QAction*>()) {
+    if (action->text() == Text("IDS_WB_LEAVE_ISOLATION")) leave = action;
+  }
+  ASSERT_NE(leave, nullptr);
+  leave->trigger();
+  Wait(50);
+  EXPECT_EQ(hidden(), 1);
+  // The symbol of a coordinate system, too: by its box, back by undo.
+  CQDTreeItem* global = Tree().GetQDRootItem()->GetChild(0)->GetChild(0);
+  global->OnClickCheck(kChecked);
+  Wait(50);
+  EXPECT_EQ(hidden(), 2);
+  Data().Undo();
+  Wait(50);
+  EXPECT_EQ(hidden(), 1);
+  EXPECT_EQ(global->GetCheckStatus(), kChecked);
 }
 
 TEST_F(Window, AnImportOfAThousandBodiesLeavesTheWindowAlive) {

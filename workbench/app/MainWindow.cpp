@@ -19,6 +19,7 @@
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
+#include "workbench/display/DisplayChange.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -42,6 +43,10 @@ MainWindow::MainWindow(MessageTables& messages)
   m_doc->GetDatabase().SetListener(this);
   m_doc->SetOnImport([this] { OnImport(); });
   m_doc->GetDisplay().SetOnItemsChanged([this] { QTimer::singleShot(0, this, [this] { SyncTrees(); }); });
+  m_doc->GetDisplay().SetOnRecord([this] {
+    m_actsBeforeDisplay = m_doc->GetDatabase().ActNumber();
+    QTimer::singleShot(0, this, [this] { SyncTrees(); });
+  });
   MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
   ApplyPalette();
@@ -56,6 +61,7 @@ MainWindow::~MainWindow() {
   delete m_imports;
   delete m_exporter;
   m_doc->GetDisplay().SetOnItemsChanged(nullptr);
+  m_doc->GetDisplay().SetOnRecord(nullptr);
   m_doc->SetOnImport(nullptr);
   m_doc->GetDatabase().SetListener(nullptr);
   m_manager->DestroyTreeItems(m_doc.get());
@@ -295,6 +301,34 @@ void MainWindow::SyncTrees() {
   const std::vector<iterator> sets = m_doc->GetDisplay().TakeChangedMsetRows();
   parts.insert(parts.end(), sets.begin(), sets.end());
   for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->Bar().GetTreeCtrl().RefreshRows(parts);
+  for (const std::int32_t id : m_doc->GetDisplay().TakeChangedLabels()) {
+    const iterator system = m_doc->GetDatabase().GetCordPool().ItrOfNumber(id);
+    const int shown = m_doc->GetDisplay().GetShowHide(kLabelCord, id);
+    m_modelPane->Bar().ShowHideLabel(m_doc.get(), kLabelCord, system, shown);
+  }
+  RememberDisplay();
+}
+
+/// What one act of the user changed of the display becomes an act that can be undone, or part of the one that was
+/// committed with it.
+void MainWindow::RememberDisplay() {
+  DisplayState& display = m_doc->GetDisplay();
+  const unsigned command = IQueryMenuID2Idx::Instance().GetLastCommand();
+  IQueryMenuID2Idx::Instance().SetLastCommand(0);
+  std::unique_ptr<DisplayChange> change = display.TakeChange();
+  if (change == nullptr) return;
+  const bool isolates = command == kCommandShowOnly || command == kCommandShowMeshOnly;
+  if (isolates && display.Isolation() == nullptr) {
+    display.SetIsolation(std::make_shared<const Visibility>(change->HiddenBefore()));
+    change->isolationAfter = display.Isolation();
+  }
+  const char* title = change->IsOfVisibility() ? "IDS_WB_ACT_VISIBILITY" : "IDS_WB_ACT_DISPLAY";
+  m_doc->GetDatabase().AddChange(CMSGFunction::GetValue(title), std::move(change), m_actsBeforeDisplay);
+  RefreshActions();
+}
+
+void MainWindow::OnLeaveIsolation() {
+  m_doc->GetDisplay().LeaveIsolation();
 }
 
 void MainWindow::Warn(const CString& text) {

@@ -121,6 +121,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
 
   /// Rows of parts follow what was done in the other tree.
   void SyncTrees();
+  void RememberDisplay();
+  void OnLeaveIsolation();
   void ShowProgress(const QString& text);
   void HideProgress();
   void Warn(const CString& text) override;
@@ -146,7 +148,9 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   std::unique_ptr<DialogHost> m_dialogs;
   QAction* m_undo = nullptr;
   QAction* m_redo = nullptr;
+  QAction* m_leave = nullptr;
   QAction* m_delete = nullptr;
+  std::uint64_t m_actsBeforeDisplay = 0;
   int m_failedDocuments = 0;
   bool m_firstImport = false;
 };

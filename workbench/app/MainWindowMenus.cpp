@@ -84,6 +84,8 @@ void MainWindow::MakeViewMenu() {
   Add(view, "IDS_WB_FIT", QKeySequence(Qt::CTRL | Qt::Key_0), &MainWindow::OnFit);
   Add(view, "IDS_QD_WRT_SHOW_ALL", {}, &MainWindow::OnShowAll);
   Add(view, "IDS_QD_WRT_HIDE_ALL", {}, &MainWindow::OnHideAll);
+  m_leave = Add(view, "IDS_WB_LEAVE_ISOLATION", {}, &MainWindow::OnLeaveIsolation);
+  connect(view, &QMenu::aboutToShow, this, &MainWindow::RefreshActions);
   view->addSeparator();
   QMenu* language = AddMenu(view, "IDS_WB_MENU_LANGUAGE");
   auto* languages = new QActionGroup(this);
@@ -191,6 +193,7 @@ void MainWindow::RefreshActions() {
   m_redo->setText(label("IDS_WB_REDO", database.RedoTitle()));
   m_undo->setEnabled(database.CanUndo());
   m_redo->setEnabled(database.CanRedo());
+  m_leave->setEnabled(m_doc->GetDisplay().Isolation() != nullptr);
 }
 
 }  // namespace qd::workbench

@@ -1,8 +1,15 @@
 #include "workbench/display/DisplayState.h"
 
+#include <algorithm>
 #include <utility>
 
+#include "workbench/display/DisplayChange.h"
+
 namespace qd::workbench {
+
+DisplayState::DisplayState() = default;
+
+DisplayState::~DisplayState() = default;
 
 void DisplayState::MarkDirty() {
   if (std::exchange(m_dirty, true)) return;
@@ -48,7 +55,9 @@ void DisplayState::SetShowHide(int cadItem, int show) {
   if (GetCadItem(cadItem).shown == (show != 0)) return;
   BeginShowHide();
   NoteShown(cadItem);
-  Need(cadItem).shown = show != 0;
+  PartLook look = LookOf(cadItem);
+  look.shown = show != 0;
+  ChangePart(cadItem, look);
   NoteChanged(cadItem);
   MarkDirty();
   EndShowHide();
@@ -83,14 +92,20 @@ void DisplayState::ChangePrevShowHide() {
 
 void DisplayState::SetRenderMode(const std::vector<int>& cadItems, unsigned mode) {
   for (const int cadItem : cadItems) {
-    Need(cadItem).mode = static_cast<std::uint8_t>(mode);
+    PartLook look = LookOf(cadItem);
+    look.mode = static_cast<std::uint8_t>(mode);
+    ChangePart(cadItem, look);
     NoteChanged(cadItem);
   }
   MarkDirty();
 }
 
 void DisplayState::SetTransparency(const std::vector<int>& cadItems, double fraction) {
-  for (const int cadItem : cadItems) Need(cadItem).opacity = static_cast<float>(fraction);
+  for (const int cadItem : cadItems) {
+    PartLook look = LookOf(cadItem);
+    look.opacity = static_cast<float>(fraction);
+    ChangePart(cadItem, look);
+  }
   MarkDirty();
 }
 
@@ -100,8 +115,9 @@ void DisplayState::SetMeshMark(int cadItem, int present) {
 }
 
 void DisplayState::SetAllColorModelType(int type) {
-  m_colourModel = type;
-  MarkDirty();
+  ColourModes modes = m_colourModes;
+  modes.parts = type;
+  SetColourModes(modes);
 }
 
 // ---- mesh sets ------------------------------------------------------------------------------------------
@@ -113,6 +129,7 @@ void DisplayState::ShowHideMsetUnit(iterator mset, int show) {
   } else {
     m_hiddenMsets.Assign(mset, 1);
   }
+  if (DisplayChange* change = Recorded()) change->msets.push_back({mset, show != 0});
   m_changedMsets.push_back(mset);
   m_changedMsetRows.push_back(mset);
   if (m_changedMsetRows.size() == 1 && m_onItemsChanged) m_onItemsChanged();
@@ -129,8 +146,9 @@ void DisplayState::ShowHideMset(const std::vector<iterator>& msets, int show) {
 }
 
 void DisplayState::SetMeshColorMode(unsigned mode) {
-  m_meshColourMode = mode;
-  MarkDirty();
+  ColourModes modes = m_colourModes;
+  modes.meshes = mode;
+  SetColourModes(modes);
 }
 
 // ---- labels ---------------------------------------------------------------------------------------------
@@ -140,13 +158,21 @@ int DisplayState::Labels::IsShown(std::int32_t id) const {
 }
 
 void DisplayState::Labels::Show(std::int32_t id) {
-  m_hidden.Erase(static_cast<std::uint32_t>(id));
-  m_display.MarkDirty();
+  if (!m_hidden.Erase(static_cast<std::uint32_t>(id))) return;
+  m_display.NoteLabel(id, true);
 }
 
 void DisplayState::Labels::Hide(std::int32_t id) {
+  if (IsShown(id) == 0) return;
   m_hidden.Assign(static_cast<std::uint32_t>(id), 1);
-  m_display.MarkDirty();
+  m_display.NoteLabel(id, false);
+}
+
+void DisplayState::NoteLabel(std::int32_t id, bool shown) {
+  if (DisplayChange* change = Recorded()) change->labels.push_back({static_cast<std::uint32_t>(id), shown});
+  m_changedLabels.push_back(id);
+  if (m_changedLabels.size() == 1 && m_onItemsChanged) m_onItemsChanged();
+  MarkDirty();
 }
 
 int DisplayState::GetShowHide(int kind, std::int32_t id) {
@@ -167,15 +193,21 @@ void DisplayState::SetShowHide(int show, int kind, std::int32_t id) {
 // ---- looks of mesh sets ---------------------------------------------------------------------------------
 
 DisplayState::MeshLook DisplayState::GetMeshLook(std::uint32_t key) const {
-  const auto found = m_meshLooks.find(key);
-  MeshLook look = found != m_meshLooks.end() ? found->second : MeshLook{};
-  look.addOns ^= m_addOns;
+  const auto found = m_looks.looks.find(key);
+  MeshLook look = found != m_looks.looks.end() ? found->second : MeshLook{};
+  look.addOns ^= m_looks.addOns;
   return look;
 }
 
 template <typename Change>
 void DisplayState::ChangeLooks(const std::vector<std::uint32_t>& keys, const Change& change) {
-  for (const std::uint32_t key : keys) change(m_meshLooks[key]);
+  DisplayChange* recorded = Recorded();
+  for (const std::uint32_t key : keys) {
+    MeshLook& look = m_looks.looks[key];
+    const MeshLook before = look;
+    change(look);
+    if (recorded != nullptr && !(look == before)) recorded->looks.push_back({key, before, look});
+  }
   ++m_lookRevision;
   MarkDirty();
 }
@@ -201,33 +233,142 @@ int DisplayState::HasAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint
 }
 
 void DisplayState::SetAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) {
-  ChangeLooks(keys, [=, this](MeshLook& look) { look.addOns = ((look.addOns ^ m_addOns) | bits) ^ m_addOns; });
+  ChangeLooks(
+      keys, [=, this](MeshLook& look) { look.addOns = ((look.addOns ^ m_looks.addOns) | bits) ^ m_looks.addOns; });
 }
 
 void DisplayState::DelAddOnInfo(const std::vector<std::uint32_t>& keys, std::uint32_t bits) {
-  ChangeLooks(keys, [=, this](MeshLook& look) { look.addOns = ((look.addOns ^ m_addOns) & ~bits) ^ m_addOns; });
+  ChangeLooks(keys, [=, this](MeshLook& look) {
+    look.addOns = ((look.addOns ^ m_looks.addOns) & ~bits) ^ m_looks.addOns;
+  });
 }
 
 int DisplayState::HasAddOnInfoAll(std::uint32_t bits) const {
-  if ((m_addOns & bits) != bits) return 0;
-  for (const auto& [key, look] : m_meshLooks) {
+  if ((m_looks.addOns & bits) != bits) return 0;
+  for (const auto& [key, look] : m_looks.looks) {
     if ((look.addOns & bits) != 0) return 0;
   }
   return 1;
 }
 
-void DisplayState::SetAddOnInfoAll(std::uint32_t bits) {
-  m_addOns |= bits;
-  for (auto& [key, look] : m_meshLooks) look.addOns &= ~bits;
+template <typename Change>
+void DisplayState::ChangeAllLooks(const Change& change) {
+  DisplayChange* recorded = Recorded();
+  LookTable before;
+  if (recorded != nullptr) before = m_looks;
+  change(m_looks);
+  if (recorded != nullptr) recorded->allLooks.push_back({std::move(before), m_looks});
   ++m_lookRevision;
   MarkDirty();
 }
 
+void DisplayState::SetAddOnInfoAll(std::uint32_t bits) {
+  ChangeAllLooks([bits](LookTable& table) {
+    table.addOns |= bits;
+    for (auto& [key, look] : table.looks) look.addOns &= ~bits;
+  });
+}
+
 void DisplayState::DelAddOnInfoAll(std::uint32_t bits) {
-  m_addOns &= ~bits;
-  for (auto& [key, look] : m_meshLooks) look.addOns &= ~bits;
+  ChangeAllLooks([bits](LookTable& table) {
+    table.addOns &= ~bits;
+    for (auto& [key, look] : table.looks) look.addOns &= ~bits;
+  });
+}
+
+// ---- what can be taken back -----------------------------------------------------------------------------
+
+DisplayChange* DisplayState::Recorded() {
+  if (!m_onRecord) return nullptr;
+  if (m_recorded == nullptr) {
+    m_recorded = std::make_unique<DisplayChange>(*this);
+    m_recorded->isolationBefore = m_isolation;
+    m_onRecord();
+  }
+  return m_recorded.get();
+}
+
+std::unique_ptr<DisplayChange> DisplayState::TakeChange() {
+  if (m_recorded == nullptr) return nullptr;
+  m_recorded->isolationAfter = m_isolation;
+  std::unique_ptr<DisplayChange> change = std::move(m_recorded);
+  return change->IsEmpty() ? nullptr : std::move(change);
+}
+
+DisplayState::Unrecorded::Unrecorded(DisplayState& display)
+    : m_display(display), m_kept(std::exchange(display.m_onRecord, nullptr)) {}
+
+DisplayState::Unrecorded::~Unrecorded() {
+  m_display.m_onRecord = std::move(m_kept);
+}
+
+DisplayState::PartLook DisplayState::LookOf(int cadItem) const {
+  const CadItem& item = GetCadItem(cadItem);
+  return {item.shown, item.mode, item.opacity};
+}
+
+void DisplayState::ChangePart(int cadItem, const PartLook& look) {
+  const PartLook before = LookOf(cadItem);
+  if (look == before) return;
+  CadItem& item = Need(cadItem);
+  item.shown = look.shown;
+  item.mode = look.mode;
+  item.opacity = look.opacity;
+  if (DisplayChange* change = Recorded()) change->parts.push_back({cadItem, before, look});
+}
+
+void DisplayState::SetPartLook(int cadItem, const PartLook& look) {
+  ChangePart(cadItem, look);
+  NoteChanged(cadItem);
+  MarkDirty();
+}
+
+void DisplayState::SetLook(std::uint32_t key, const MeshLook& look) {
+  m_looks.looks[key] = look;
   ++m_lookRevision;
   MarkDirty();
+}
+
+void DisplayState::SetLooks(const LookTable& looks) {
+  m_looks = looks;
+  ++m_lookRevision;
+  MarkDirty();
+}
+
+void DisplayState::SetColourModes(const ColourModes& modes) {
+  if (DisplayChange* change = Recorded()) change->modes.push_back({m_colourModes, modes});
+  m_colourModes = modes;
+  MarkDirty();
+}
+
+// ---- isolation ------------------------------------------------------------------------------------------
+
+Visibility DisplayState::HiddenNow() const {
+  Visibility now;
+  for (std::size_t i = 0; i < m_items.size(); ++i) {
+    if (!m_items[i].shown) now.hiddenParts.push_back(static_cast<int>(i));
+  }
+  m_hiddenMsets.ForEach([&now](std::uint64_t mset, std::uint64_t) { now.hiddenMsets.push_back(mset); });
+  return now;
+}
+
+void DisplayState::LeaveIsolation() {
+  const std::shared_ptr<const Visibility> former = m_isolation;
+  if (former == nullptr) return;
+  BeginShowHide();
+  const Visibility now = HiddenNow();
+  for (const int part : now.hiddenParts) {
+    if (!std::binary_search(former->hiddenParts.begin(), former->hiddenParts.end(), part)) SetShowHide(part, 1);
+  }
+  for (const int part : former->hiddenParts) SetShowHide(part, 0);
+  FlatMap hidden;
+  for (const iterator mset : former->hiddenMsets) hidden.Assign(mset, 1);
+  for (const iterator mset : now.hiddenMsets) {
+    if (!hidden.Contains(mset)) ShowHideMset(mset, 1);
+  }
+  for (const iterator mset : former->hiddenMsets) ShowHideMset(mset, 0);
+  EndShowHide();
+  m_isolation = nullptr;
 }
 
 }  // namespace qd::workbench

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -10,6 +11,14 @@
 #include "platform/FlatMap.h"
 
 namespace qd::workbench {
+
+class DisplayChange;
+
+/// What was hidden at a time.
+struct Visibility {
+  std::vector<int> hiddenParts;  ///< CAD item numbers
+  std::vector<iterator> hiddenMsets;
+};
 
 /// What is shown and how: state behind the host's display interfaces. Every call only marks; the view asks once
 /// per frame what has changed.
@@ -39,6 +48,57 @@ class DisplayState final : public CCADSession,
     std::uint32_t addOns = 0;
     bool operator==(const MeshLook&) const = default;
   };
+
+  /// What a user can change of how a part is drawn.
+  struct PartLook {
+    bool shown = true;
+    std::uint8_t mode = 1;
+    float opacity = 1;
+    bool operator==(const PartLook&) const = default;
+  };
+  /// The looks of mesh sets that differ from the one of all.
+  struct LookTable {
+    std::unordered_map<std::uint32_t, MeshLook> looks;
+    std::uint32_t addOns = 0;
+  };
+  struct ColourModes {
+    int parts = 0;
+    unsigned meshes = 0;
+  };
+
+  DisplayState();
+  ~DisplayState();
+
+  /// Called at the first change of the user's after the changes were last taken. Without it none are recorded.
+  void SetOnRecord(std::function<void()> onRecord) { m_onRecord = std::move(onRecord); }
+  /// What was changed since the last call; null for nothing.
+  std::unique_ptr<DisplayChange> TakeChange();
+  /// While one lives nothing is recorded: a change is being taken back or done again.
+  class Unrecorded {
+   public:
+    explicit Unrecorded(DisplayState& display);
+    ~Unrecorded();
+    Unrecorded(const Unrecorded&) = delete;
+    Unrecorded& operator=(const Unrecorded&) = delete;
+
+   private:
+    DisplayState& m_display;
+    std::function<void()> m_kept;
+  };
+  void SetPartLook(int cadItem, const PartLook& look);
+  void SetLook(std::uint32_t key, const MeshLook& look);
+  void SetLooks(const LookTable& looks);
+  void SetColourModes(const ColourModes& modes);
+
+  /// What is hidden now.
+  Visibility HiddenNow() const;
+  /// What was hidden before the user isolated something; null when nothing is isolated.
+  const std::shared_ptr<const Visibility>& Isolation() const { return m_isolation; }
+  void SetIsolation(std::shared_ptr<const Visibility> former) { m_isolation = std::move(former); }
+  /// Brings back what was hidden before the isolation. Of what came since, what is hidden is shown.
+  void LeaveIsolation();
+  /// The labels whose visibility has changed since the last call.
+  std::vector<std::int32_t> TakeChangedLabels() { return std::exchange(m_changedLabels, {}); }
 
   /// Called at the first mark after the marks were last taken, so that a frame can be scheduled.
   void SetOnDirty(std::function<void()> onDirty) { m_onDirty = std::move(onDirty); }
@@ -72,7 +132,7 @@ class DisplayState final : public CCADSession,
   void CommitShowHideMsetUnit() override { MarkDirty(); }
   void SetMeshColorMode(unsigned mode) override;
   void UpdateMeshColor() override { MarkDirty(); }
-  unsigned GetMeshColorMode() const { return m_meshColourMode; }
+  unsigned GetMeshColorMode() const { return m_colourModes.meshes; }
   /// The mesh sets whose visibility has changed since the last call, for the view and for rows.
   std::vector<iterator> TakeChangedMsets() { return std::exchange(m_changedMsets, {}); }
   std::vector<iterator> TakeChangedMsetRows() { return std::exchange(m_changedMsetRows, {}); }
@@ -95,7 +155,7 @@ class DisplayState final : public CCADSession,
 
   void SetAllColorModelType(int type) override;
   /// 0: parts in their own colours, 1: in those of their materials.
-  int GetColorModelType() const { return m_colourModel; }
+  int GetColorModelType() const { return m_colourModes.parts; }
 
   void UpdateAllRange(int) override { MarkDirty(); }
   void UpdateCADRange(int) override { MarkDirty(); }
@@ -112,8 +172,15 @@ class DisplayState final : public CCADSession,
 
  private:
   CadItem& Need(int cadItem);
+  /// Where the change that is going on is noted; null while none is to be.
+  DisplayChange* Recorded();
+  PartLook LookOf(int cadItem) const;
+  void ChangePart(int cadItem, const PartLook& look);
+  template <typename Change>
+  void ChangeAllLooks(const Change& change);
   void NoteShown(int cadItem);
   void NoteChanged(int cadItem);
+  void NoteLabel(std::int32_t id, bool shown);
 
   std::vector<CadItem> m_items;  // by CAD item number; items beyond the end are as made
   template <typename Change>
@@ -136,14 +203,16 @@ class DisplayState final : public CCADSession,
   FlatMap m_hiddenMsets;
   std::vector<iterator> m_changedMsets;
   std::vector<iterator> m_changedMsetRows;
-  std::unordered_map<std::uint32_t, MeshLook> m_meshLooks;  // their add-ons are those that differ from m_addOns
-  std::uint32_t m_addOns = 0;                               // of all sets without a choice of their own
+  LookTable m_looks;  // add-ons of single sets are those that differ from the ones of all
   std::uint64_t m_lookRevision = 0;
-  unsigned m_meshColourMode = 0;
   std::vector<std::pair<int, bool>> m_previous;  // what the last change turned round: items and their state before
   std::vector<int> m_changing;                   // items that the open change has touched
   std::uint32_t m_change = 0;                    // counts the changes
-  int m_colourModel = 0;
+  ColourModes m_colourModes;
+  std::unique_ptr<DisplayChange> m_recorded;
+  std::shared_ptr<const Visibility> m_isolation;
+  std::vector<std::int32_t> m_changedLabels;
+  std::function<void()> m_onRecord;
   std::function<void()> m_onDirty;
   std::function<void()> m_onItemsChanged;
   std::vector<int> m_changedItems;

@@ -146,10 +146,22 @@ int Database::Delete(const std::vector<iterator>& itrs) {
 
 /// A new act ends what could be redone.
 void Database::Remember(Act act) {
+  ++m_actNumber;
   for (const Act& undone : m_redo) m_historyBytes -= undone.bytes;
   m_redo.clear();
   m_historyBytes += act.bytes;
   m_undo.push_back(std::move(act));
+  GiveUpOldest();
+}
+
+void Database::AddChange(const CString& title, std::shared_ptr<IUndoableChange> change, std::uint64_t since) {
+  if (m_actNumber == since || m_undo.empty() || m_undo.back().change != nullptr) {
+    const std::size_t bytes = change->Bytes();
+    return Remember({title, {}, bytes, std::move(change)});
+  }
+  m_historyBytes += change->Bytes();
+  m_undo.back().bytes += change->Bytes();
+  m_undo.back().change = std::move(change);
   GiveUpOldest();
 }
 
@@ -187,23 +199,29 @@ std::vector<JournalEntry> Database::AllRecords() const {
 // ---- undo and redo --------------------------------------------------------------------------------------
 
 int Database::Undo() {
-  if (!CanUndo() || (m_store != nullptr && !m_store->Write(m_undo.back().net, false))) return 0;
+  if (!CanUndo() || !Keep(m_undo.back(), false)) return 0;
   m_redo.push_back(std::move(m_undo.back()));
   m_undo.pop_back();
-  const std::vector<JournalEntry> net = m_redo.back().net;
-  Replay(net, false);
-  Announce(net, false);
+  Replay(Act(m_redo.back()), false);
   return 1;
 }
 
 int Database::Redo() {
-  if (!CanRedo() || (m_store != nullptr && !m_store->Write(m_redo.back().net, true))) return 0;
+  if (!CanRedo() || !Keep(m_redo.back(), true)) return 0;
   m_undo.push_back(std::move(m_redo.back()));
   m_redo.pop_back();
-  const std::vector<JournalEntry> net = m_undo.back().net;
-  Replay(net, true);
-  Announce(net, true);
+  Replay(Act(m_undo.back()), true);
   return 1;
+}
+
+bool Database::Keep(const Act& act, bool forward) {
+  return act.net.empty() || m_store == nullptr || m_store->Write(act.net, forward);
+}
+
+void Database::Replay(const Act& act, bool forward) {
+  Replay(act.net, forward);
+  if (act.change != nullptr) act.change->Restore(forward);
+  if (!act.net.empty()) Announce(act.net, forward);
 }
 
 void Database::Replay(const std::vector<JournalEntry>& entries, bool forward) {

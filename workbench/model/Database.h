@@ -12,6 +12,7 @@
 #include "workbench/model/MsetPool.h"
 #include "workbench/model/Pools.h"
 #include "workbench/model/RecordStore.h"
+#include "workbench/model/UndoableChange.h"
 
 namespace qd::workbench {
 
@@ -85,6 +86,11 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   static constexpr std::size_t kHistoryBytes = std::size_t{256} << 20U;
   void SetHistoryLimit(std::size_t bytes);
 
+  /// Puts a change of something else among the acts, or, when an act was committed since `since`, into that one.
+  void AddChange(const CString& title, std::shared_ptr<IUndoableChange> change, std::uint64_t since);
+  /// Counts the acts that were committed.
+  std::uint64_t ActNumber() const { return m_actNumber; }
+
   bool CanUndo() const { return !m_open && !m_undo.empty(); }
   bool CanRedo() const { return !m_open && !m_redo.empty(); }
   /// Title of the act that undo would take back; empty when there is none.
@@ -102,6 +108,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
     CString title;
     std::vector<JournalEntry> net;
     std::size_t bytes = 0;
+    std::shared_ptr<IUndoableChange> change{};  // beside the records; null for none
   };
 
   bool Note(JournalEntry entry) override;
@@ -109,6 +116,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   int InTransaction(const char* titleKey, const std::function<int()>& work) override;
   IPoolStore* StoreOf(iterator itr) const;
   void Replay(const std::vector<JournalEntry>& entries, bool forward);
+  void Replay(const Act& act, bool forward);
+  bool Keep(const Act& act, bool forward);
   void Announce(const std::vector<JournalEntry>& net, bool forward);
 
   GeomPool m_geoms;
@@ -133,6 +142,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   std::deque<Act> m_undo;
   std::vector<Act> m_redo;
   std::size_t m_historyBytes = 0;
+  std::uint64_t m_actNumber = 0;
   std::size_t m_historyLimit = kHistoryBytes;
   std::map<iterator, std::shared_ptr<const tagTRecord>> m_ghosts;
 };
