@@ -67,6 +67,8 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   int GetPageSize() const;
   /// Scrolls so that the row at `position` is the first on screen, as far as there are rows below.
   void ScrollTo(std::size_t position);
+  /// The position of the first row on screen.
+  std::size_t TopPosition() const;
   int GetItemHeight() const;
   /// Place of a visible row in client coordinates without horizontal offset, also above or below the client area
   /// (clamped far outside). `textOnly`: from where its text starts. False for a hidden row.
@@ -116,7 +118,6 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   /// branches.
   HTREEITEM TargetOfKey(int key);
   /// The first row on screen and its position, for painting a screen.
-  std::size_t TopPosition() const;
 
   /// The vertical scroll bar is brought up to date soon after anything changed.
   void ScheduleLayout();

@@ -54,6 +54,28 @@ TEST_F(Documents, AreSavedAndOpenedWithPartsMeshesAndPictures) {
   EXPECT_EQ(Print(), after);
 }
 
+TEST_F(Documents, TheWindowIsFoundAgainAsItWas) {
+  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  ASSERT_TRUE(m_window->SaveAs(Path("view.qdw")));
+  const auto isOpen = [this](const CString& title) {
+    const iterator set = Data().GetMsetPool().GetItr(title);
+    return Tree().IsExpanded(Tree().FindMeshNode(set)->GetTreeItemHandle());
+  };
+  EXPECT_FALSE(isOpen(L"SOLIDS"));
+  Tree().FindMeshNode(Data().GetMsetPool().GetItr(L"SOLIDS"))->Expand(1);
+  Tree().GetQDRootItem()->GetChild(0)->Expand(0);
+  m_window->ModelTreePane().SetColumnWidths({200, 50, 70});
+  m_window->SetLanguage("de");
+  Restart();
+  m_window->SetLanguage("en");
+  ASSERT_TRUE(m_window->OpenDocument(Path("view.qdw")));
+  EXPECT_TRUE(isOpen(L"SOLIDS"));
+  EXPECT_FALSE(isOpen(L"BLOCK"));
+  EXPECT_FALSE(Tree().IsExpanded(Tree().GetQDRootItem()->GetChild(0)->GetTreeItemHandle()));
+  EXPECT_EQ(m_window->ModelTreePane().ColumnWidths(), (QVariantList{200, 50, 70}));
+  EXPECT_EQ(m_messages.Language(), "de");
+}
+
 TEST_F(Documents, AFileThatCannotBeOpenedIsNamedAndTheWindowGoesOn) {
   m_files.Write("bad.qdw", "no document");
   EXPECT_FALSE(m_window->OpenDocument(Path("bad.qdw")));

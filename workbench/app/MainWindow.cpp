@@ -56,6 +56,7 @@ MainWindow::MainWindow(MessageTables& messages)
 }
 
 MainWindow::~MainWindow() {
+  KeepView();
   m_dialogs.reset();
   delete m_operations;
   delete m_imports;

@@ -108,6 +108,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void OnSaveAs();
   void OnUnkept(const DocumentError& error);
   void ShowLoaded(const QString& name);
+  void KeepView();
+  void RestoreView();
   static void NoteRecent(const QString& path);
   void ListRecent(QMenu& menu);
   void OnUndo();

@@ -5,6 +5,9 @@
 #include <QDateTime>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
@@ -25,6 +28,7 @@ namespace {
 
 constexpr const char* kRecentKey = "recent";
 constexpr qsizetype kMostRecent = 8;
+constexpr const char* kViewName = "window";
 
 QString Filter() {
   return Text("IDS_WB_DOCUMENTS") + " (*.qdw)";
@@ -104,8 +108,37 @@ void MainWindow::ShowLoaded(const QString& name) {
   m_view->Apply(UpdateRecordFor(m_doc->GetDatabase().AllRecords(), true));
   m_firstImport = true;
   AfterStore();
+  RestoreView();
   RefreshActions();
   RefreshTitle();
+}
+
+/// What the window shows of a document goes into its file, apart from the model.
+void MainWindow::KeepView() {
+  if (!m_keeper->IsNamed()) return;
+  QJsonObject view{{"language", m_messages.Language()},
+                   {"panes", QString::fromLatin1(saveState().toBase64())},
+                   {"size", QJsonArray{width(), height()}}};
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) view[pane->objectName()] = pane->ViewState();
+  m_keeper->File()->PutView(kViewName, QJsonDocument(view).toJson(QJsonDocument::Compact).toStdString());
+}
+
+/// Anything may stand in a file, so what does not fit is passed over.
+void MainWindow::RestoreView() {
+  const std::string kept = m_keeper->File()->View(kViewName);
+  const QJsonObject view = QJsonDocument::fromJson(QByteArray::fromStdString(kept)).object();
+  if (view.isEmpty()) return;
+  const QString language = view["language"].toString();
+  const bool known = m_messages.Languages().contains(language);
+  if (known && language != m_messages.Language()) SetLanguage(language);
+  restoreState(QByteArray::fromBase64(view["panes"].toString().toLatin1()));
+  constexpr int kLeast = 300;
+  constexpr int kMost = 10'000;
+  const QJsonArray size = view["size"].toArray();
+  if (size.size() == 2) {
+    resize(std::clamp(size[0].toInt(), kLeast, kMost), std::clamp(size[1].toInt(), kLeast, kMost));
+  }
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->RestoreViewState(view[pane->objectName()].toObject());
 }
 
 void MainWindow::NoteRecent(const QString& path) {
@@ -152,6 +185,7 @@ bool MainWindow::SaveAs(const QString& path) {
   m_doc->SetPathName(FromQt(absolute));
   m_manager->ResetFilePath(m_doc.get());
   NoteRecent(absolute);
+  KeepView();
   RefreshTitle();
   Say(Text("IDS_WB_SAVED", {absolute}), false);
   return true;

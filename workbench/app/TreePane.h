@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDockWidget>
+#include <QJsonObject>
 #include <memory>
 
 #include "host/IWorksTree.h"
@@ -20,6 +21,10 @@ class TreePane final : public QDockWidget, public CSwitchDockablePane {
   /// The widths that the user gave to the columns, as numbers; empty when there are none.
   QVariantList ColumnWidths() const;
   void SetColumnWidths(const QVariantList& widths);
+  /// Columns, open branches and the place on the screen, to be found again in another session: branches of records
+  /// by record, others by where they stand.
+  QJsonObject ViewState();
+  void RestoreViewState(const QJsonObject& state);
 
   IWorksTree* GetTree(CDocument* doc) override;
   void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }

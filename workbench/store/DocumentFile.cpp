@@ -13,7 +13,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kPoolTable = "CREATE TABLE pool (type INTEGER PRIMARY KEY, last INTEGER NOT NULL) STRICT;";
+constexpr const char* kOwnTables =
+    "CREATE TABLE pool (type INTEGER PRIMARY KEY, last INTEGER NOT NULL) STRICT;"
+    "CREATE TABLE view (name TEXT PRIMARY KEY, data BLOB NOT NULL) STRICT;";
 
 /// How a file is used: by one program, each transaction on the disk before it counts.
 constexpr const char* kManners =
@@ -22,6 +24,22 @@ constexpr const char* kManners =
 
 /// What brings a file of a version to the next one; from version 1 on.
 constexpr std::array<const char*, DocumentFile::kVersion> kSteps{nullptr};
+
+/// A file that is being made; it gets its name when it is whole.
+constexpr const char* kPartial = ".part";
+
+/// With what belongs to it: the log of another file would be taken for that of a new one.
+void RemoveFile(const std::string& path) {
+  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+}
+
+bool PutInPlace(const std::string& partial, const std::string& path, DocumentError& error) {
+  RemoveFile(path);
+  std::error_code failed;
+  fs::rename(fs::u8path(partial), fs::u8path(path), failed);
+  if (failed) error = {"IDS_WB_DOC_FAILED", failed.message()};
+  return !failed;
+}
 
 }  // namespace
 
@@ -53,19 +71,20 @@ bool DocumentFile::Prepare() {
 
 std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, const Database& database,
                                                    DocumentError& error, const char* vfs) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
-  std::unique_ptr<DocumentFile> file(
-      new DocumentFile(path, Connection(path, Connection::Mode::Create, vfs)));  // the constructor is private
-  std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
-                       "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kPoolTable;
-  for (const auto& table : file->m_tables) schema += table->Definition();
-  const bool made = file->m_file.IsOpen() && file->m_file.Run(kManners) &&
-                    file->m_file.Run((schema + "COMMIT;").c_str()) && file->Prepare() &&
-                    file->WriteEntries(database.AllRecords(), true);
-  if (made) return file;
-  error = file->Fault();
-  file.reset();
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+  const std::string partial = path + kPartial;
+  RemoveFile(partial);
+  bool made = false;
+  {
+    DocumentFile file(partial, Connection(partial, Connection::Mode::Create, vfs));
+    std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
+                         "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kOwnTables;
+    for (const auto& table : file.m_tables) schema += table->Definition();
+    made = file.m_file.IsOpen() && file.m_file.Run(kManners) && file.m_file.Run((schema + "COMMIT;").c_str()) &&
+           file.Prepare() && file.WriteEntries(database.AllRecords(), true);
+    if (!made) error = file.Fault();
+  }
+  if (made && PutInPlace(partial, path, error)) return Attach(path, error, vfs);
+  RemoveFile(partial);
   return nullptr;
 }
 
@@ -185,8 +204,8 @@ bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
 }
 
 bool DocumentFile::CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress) {
-  const std::string partial = path + ".part";
-  std::remove(partial.c_str());
+  const std::string partial = path + kPartial;
+  RemoveFile(partial);
   if (IsInUse(path)) {
     error = {"IDS_WB_DOC_BUSY", path};
     return false;
@@ -201,16 +220,9 @@ bool DocumentFile::CopyTo(const std::string& path, DocumentError& error, const P
   copy.BindText(1, partial);
   const bool copied = copy.Run();
   m_file.SetProgress(nullptr);
-  if (!copied) {
-    error = Fault();
-    std::remove(partial.c_str());
-    return false;
-  }
-  std::error_code failed;
-  fs::rename(fs::u8path(partial), fs::u8path(path), failed);
-  if (!failed) return true;
-  error = {"IDS_WB_DOC_FAILED", failed.message()};
-  std::remove(partial.c_str());
+  if (!copied) error = Fault();
+  if (copied && PutInPlace(partial, path, error)) return true;
+  RemoveFile(partial);
   return false;
 }
 
@@ -218,6 +230,19 @@ bool DocumentFile::IsInUse(const std::string& path) {
   if (!fs::exists(fs::u8path(path))) return false;
   Connection file(path, Connection::Mode::Write);
   return file.IsOpen() && !file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;") && file.IsBusy();
+}
+
+bool DocumentFile::PutView(const std::string& name, const std::string& bytes) {
+  Statement put = m_file.Prepare("INSERT OR REPLACE INTO view VALUES (?, ?)");
+  put.BindText(1, name);
+  put.BindBlob(2, bytes);
+  return put.Run();
+}
+
+std::string DocumentFile::View(const std::string& name) {
+  Statement get = m_file.Prepare("SELECT data FROM view WHERE name = ?");
+  get.BindText(1, name);
+  return get.Step() ? std::string(get.Bytes(0)) : std::string();
 }
 
 bool DocumentFile::HoldsAnything() {

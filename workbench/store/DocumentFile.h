@@ -43,6 +43,10 @@ class DocumentFile final : public IRecordStore {
   bool CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
   /// Whether a program has a file open.
   static bool IsInUse(const std::string& path);
+  /// What a window wants to find again, apart from the model, by a name of its own; empty for none. False when it
+  /// cannot be kept, which harms nothing.
+  bool PutView(const std::string& name, const std::string& bytes);
+  std::string View(const std::string& name);
   /// Whether there is anything but what every new document has.
   bool HoldsAnything();
 

@@ -35,7 +35,9 @@ class DocumentKeeper final : public IRecordStore {
   bool IsNamed() const { return m_named; }
   /// Whether closing now would lose something.
   bool IsUnsaved() const { return !m_named && m_file != nullptr && m_file->HoldsAnything(); }
-  /// The file; empty while there is none.
+  /// The file itself; null while there is none.
+  DocumentFile* File() { return m_file.get(); }
+  /// Its path; empty while there is none.
   std::string Path() const { return m_file != nullptr ? m_file->Path() : std::string(); }
 
   /// Recovery files that no program has open and that hold something, latest first. Empty ones are taken away.
