@@ -77,8 +77,9 @@ constexpr OperationForm kMeshForm{.titleKey = "IDS_QD_WRT_MESH_TETRA_GENERATE",
 DialogHost::DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window)
     : m_doc(doc), m_runner(runner), m_window(window) {}
 
+/// All of them, also those that are closed and only wait to be deleted: they look at the document.
 DialogHost::~DialogHost() {
-  for (const auto& [name, dialog] : m_open) delete dialog.data();
+  qDeleteAll(m_window->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly));
 }
 
 /// One dialog of a class at a time: a new one takes the place of the old.
