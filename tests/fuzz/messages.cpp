@@ -1,0 +1,13 @@
+// Message tables.
+
+#include <cstdint>
+
+#include "workbench/text/MessageFile.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  using namespace qd::workbench;
+  MessageFile file = ParseMessages(std::string(reinterpret_cast<const char*>(data), size));
+  DropMisformatted(file, {{"A", L"%s of %ld"}, {"B", L""}});
+  for (const auto& [key, text] : file.texts) PseudoText(text);
+  return 0;
+}
