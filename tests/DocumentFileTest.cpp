@@ -13,6 +13,7 @@
 #include "support/DocumentScript.h"
 #include "support/FaultyDisk.h"
 #include "workbench/store/CheckDocument.h"
+#include "workbench/store/DocumentKeeper.h"
 
 namespace qd::test {
 namespace {
@@ -150,6 +151,33 @@ TEST_F(DocumentFileTest, AFileThatWasTakenAwayIsNoticed) {
   EXPECT_FALSE(script.Run(1));
   EXPECT_EQ(document->said, "IDS_WB_DOC_GONE");
   EXPECT_EQ(Contents(document->data), before);
+}
+
+/// A place that nobody can write to, whoever runs the tests.
+constexpr const char* kReadOnlyFolder = "/proc";
+
+TEST_F(DocumentFileTest, AReadOnlyFolderIsToldAndWorkGoesOn) {
+  const std::string folder = kReadOnlyFolder;
+  EXPECT_EQ(Create(folder + "/a.qdw")->error.key, std::string("IDS_WB_DOC_FAILED"));
+  const auto named = Create(Path("a.qdw"));
+  DocumentError error;
+  EXPECT_FALSE(named->file->CopyTo(folder + "/a.qdw", error));
+  DocumentScript(named->data).Run(0);
+  EXPECT_EQ(DocumentScript::LastAct(named->data), 0);
+  // Without a place for recovery files a new document can be worked on, with one word of warning.
+  Database data;
+  std::string said;
+  DocumentKeeper keeper(data, folder + "/recovery");
+  keeper.SetOnFailure([&said](const DocumentError& fault) { said += fault.key; });
+  DocumentScript script(data);
+  EXPECT_TRUE(script.Run(0));
+  EXPECT_TRUE(script.Run(1));
+  EXPECT_EQ(data.Undo(), 1);
+  EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY");
+  // Saved, it has a file with all that was done.
+  ASSERT_TRUE(keeper.SaveAs(Path("saved.qdw"), error)) << error.detail;
+  EXPECT_TRUE(script.Run(2));
+  EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY");
 }
 
 // ---- files that are not as they should be --------------------------------------------------------------------
