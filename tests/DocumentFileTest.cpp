@@ -135,6 +135,39 @@ TEST_F(DocumentFileTest, ACopyIsWholeAndReplacesWhatWasThere) {
   ASSERT_TRUE(script.Run(10)) << "a failed copy harms nothing";
 }
 
+TEST_F(DocumentFileTest, LongWorkTellsHowFarItIsAndCanBeStopped) {
+  {
+    const auto document = Create(Path("a.qdw"));
+    CTransaction transaction(&document->data);
+    transaction.Begin(L"many");
+    for (int i = 0; i < 20'000; ++i) {
+      tagTMaterial material;
+      material.name = std::to_wstring(i);
+      document->data.GetMaterialPool().Add(material);
+    }
+    ASSERT_EQ(transaction.Commit(1), 1);
+    DocumentError error;
+    EXPECT_FALSE(document->file->CopyTo(Path("b.qdw"), error, [](double) { return false; }));
+    EXPECT_FALSE(fs::exists(Path("b.qdw")));
+  }
+  double last = 0;
+  const auto watch = [&last](double done) {
+    EXPECT_GE(done, last);
+    last = done;
+    return true;
+  };
+  DocumentError error;
+  Database data;
+  EXPECT_NE(DocumentFile::Open(Path("a.qdw"), data, error, nullptr, watch), nullptr);
+  EXPECT_GT(last, 0.9);
+  Database untouched;
+  const std::string before = Contents(untouched);
+  EXPECT_EQ(DocumentFile::Open(Path("a.qdw"), untouched, error, nullptr, [](double done) { return done < 0.5; }),
+            nullptr);
+  EXPECT_EQ(error.key, std::string("IDS_WB_IMPORT_CANCELLED"));
+  EXPECT_EQ(Contents(untouched), before) << "a stopped opening fills nothing";
+}
+
 TEST_F(DocumentFileTest, AFileIsOpenOnceAtATime) {
   const auto document = Create(Path("a.qdw"));
   EXPECT_EQ(FaultOf(Path("a.qdw")), "IDS_WB_DOC_BUSY");

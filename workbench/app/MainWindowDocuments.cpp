@@ -90,7 +90,10 @@ bool MainWindow::OpenDocument(const QString& path) {
     return true;
   }
   DocumentError error;
-  if (!m_keeper->Open(absolute.toStdString(), error)) {
+  const int done = qdRunLongWork(FromQt(Text("IDS_WB_OPENING", {absolute})), [&](const ProgressCall& progress) {
+    return m_keeper->Open(absolute.toStdString(), error, progress) ? 1 : 0;
+  });
+  if (done == 0) {
     ++m_failedDocuments;
     Say(absolute + ": " + TextOf(error), true);
     return false;

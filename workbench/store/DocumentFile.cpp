@@ -135,14 +135,23 @@ std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, Docu
 }
 
 std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
-                                                 const char* vfs) {
+                                                 const char* vfs, const ProgressCall& progress) {
   std::unique_ptr<DocumentFile> file = Attach(path, error, vfs);
-  return file != nullptr && file->ReadInto(database, error) ? std::move(file) : nullptr;
+  return file != nullptr && file->ReadInto(database, error, progress) ? std::move(file) : nullptr;
 }
 
-bool DocumentFile::ReadInto(Database& database, DocumentError& error) {
+bool DocumentFile::ReadInto(Database& database, DocumentError& error, const ProgressCall& progress) {
+  double whole = 1;
+  for (const auto& table : m_tables) {
+    whole += static_cast<double>(m_file.Value(std::string("SELECT count(*) FROM ") + table->Name()));
+  }
+  bool stopped = false;
   RecordCheck check;
   std::vector<std::pair<iterator, std::shared_ptr<const tagTRecord>>> records;
+  m_file.SetProgress([&] {
+    stopped = progress && !progress(std::min(static_cast<double>(records.size()) / whole, 1.0));
+    return !stopped;
+  });
   for (const auto& table : m_tables) {
     const bool read = table->Read(
         m_file,
@@ -152,10 +161,12 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error) {
         },
         [&](iterator itr, const std::string& fault) { check.Complain(table->Name(), itr, fault); });
     if (!read) {
-      error = {"IDS_WB_DOC_DAMAGED", m_file.Error()};
+      error = stopped ? DocumentError{"IDS_WB_IMPORT_CANCELLED", m_path}
+                      : DocumentError{"IDS_WB_DOC_DAMAGED", m_file.Error()};
       return false;
     }
   }
+  m_file.SetProgress(nullptr);
   check.CheckReferences();
   if (!check.Faults().empty()) {
     error = {"IDS_WB_DOC_DAMAGED", check.Faults().front()};

@@ -34,7 +34,7 @@ class DocumentFile final : public IRecordStore {
   /// Opens a file and fills a database that nothing was done with yet. Null on failure; the database may hold a
   /// part then.
   static std::unique_ptr<DocumentFile> Open(const std::string& path, Database& database, DocumentError& error,
-                                            const char* vfs = nullptr);
+                                            const char* vfs = nullptr, const ProgressCall& progress = {});
   /// Opens a file whose contents a database has already.
   static std::unique_ptr<DocumentFile> Attach(const std::string& path, DocumentError& error,
                                               const char* vfs = nullptr);
@@ -61,7 +61,7 @@ class DocumentFile final : public IRecordStore {
 
   bool Prepare();
   bool WriteEntries(const std::vector<JournalEntry>& net, bool forward);
-  bool ReadInto(Database& database, DocumentError& error);
+  bool ReadInto(Database& database, DocumentError& error, const ProgressCall& progress);
   DocumentError Fault() const;
   IRecordTable* TableOf(iterator itr) const;
 

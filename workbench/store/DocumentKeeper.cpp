@@ -78,8 +78,8 @@ bool DocumentKeeper::Write(const std::vector<JournalEntry>& net, bool forward) {
 
 // ---- opening and saving ---------------------------------------------------------------------------------
 
-bool DocumentKeeper::Open(const std::string& path, DocumentError& error) {
-  std::unique_ptr<DocumentFile> file = DocumentFile::Open(path, m_database, error);
+bool DocumentKeeper::Open(const std::string& path, DocumentError& error, const ProgressCall& progress) {
+  std::unique_ptr<DocumentFile> file = DocumentFile::Open(path, m_database, error, nullptr, progress);
   if (file == nullptr) return false;
   Use(std::move(file), true);
   return true;

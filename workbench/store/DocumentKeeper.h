@@ -25,7 +25,7 @@ class DocumentKeeper final : public IRecordStore {
   void SetOnFailure(std::function<void(const DocumentError&)> onFailure) { m_onFailure = std::move(onFailure); }
 
   /// Fills the database, with which nothing was done yet, from a document.
-  bool Open(const std::string& path, DocumentError& error);
+  bool Open(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
   /// Likewise from a recovery file, which stays one.
   bool Recover(const std::string& path, DocumentError& error);
   /// Copies the document to a path and goes on there.
