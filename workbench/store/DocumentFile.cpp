@@ -60,11 +60,10 @@ DocumentError DocumentFile::Fault() const {
   return {"IDS_WB_DOC_FAILED", m_file.Error()};
 }
 
-bool DocumentFile::Prepare() {
+void DocumentFile::Prepare() {
   for (const auto& table : m_tables) table->Attach(m_file);
   m_noteNumber = std::make_unique<Statement>(m_file.Prepare(
       "INSERT INTO pool VALUES (?, ?) ON CONFLICT (type) DO UPDATE SET last = max(last, excluded.last)"));
-  return true;
 }
 
 // ---- making and opening ---------------------------------------------------------------------------------
@@ -79,8 +78,9 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
     std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
                          "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kOwnTables;
     for (const auto& table : file.m_tables) schema += table->Definition();
-    made = file.m_file.IsOpen() && file.m_file.Run(kManners) && file.m_file.Run((schema + "COMMIT;").c_str()) &&
-           file.Prepare() && file.WriteEntries(database.AllRecords(), true);
+    made = file.m_file.IsOpen() && file.m_file.Run(kManners) && file.m_file.Run((schema + "COMMIT;").c_str());
+    file.Prepare();
+    made = made && file.WriteEntries(database.AllRecords(), true);
     if (!made) error = file.Fault();
   }
   if (made && PutInPlace(partial, path, error)) return Attach(path, error, vfs);

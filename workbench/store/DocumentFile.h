@@ -59,7 +59,7 @@ class DocumentFile final : public IRecordStore {
  private:
   DocumentFile(std::string path, Connection connection);
 
-  bool Prepare();
+  void Prepare();
   bool WriteEntries(const std::vector<JournalEntry>& net, bool forward);
   bool ReadInto(Database& database, DocumentError& error, const ProgressCall& progress);
   DocumentError Fault() const;

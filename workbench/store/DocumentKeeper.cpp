@@ -55,25 +55,24 @@ void DocumentKeeper::Use(std::unique_ptr<DocumentFile> file, bool named) {
 // ---- writing --------------------------------------------------------------------------------------------
 
 /// Called with the first act, which the database holds already, so the new file gets it with all else.
-bool DocumentKeeper::MakeRecoveryFile() {
+void DocumentKeeper::MakeRecoveryFile() {
   std::error_code failed;
   fs::create_directories(fs::u8path(m_folder), failed);
   DocumentError error;
   std::unique_ptr<DocumentFile> file =
       failed ? nullptr : DocumentFile::Create(NewRecoveryPath(m_folder), m_database, error);
   if (file != nullptr) {
-    Use(std::move(file), false);
-    return true;
+    return Use(std::move(file), false);
   }
   // Work can go on, but not without a word.
   m_withoutRecovery = true;
   if (m_onFailure) m_onFailure({"IDS_WB_DOC_NO_RECOVERY", failed ? failed.message() : error.detail});
-  return true;
 }
 
 bool DocumentKeeper::Write(const std::vector<JournalEntry>& net, bool forward) {
   if (m_file != nullptr) return m_file->Write(net, forward);
-  return m_withoutRecovery || MakeRecoveryFile();
+  if (!m_withoutRecovery) MakeRecoveryFile();
+  return true;
 }
 
 // ---- opening and saving ---------------------------------------------------------------------------------

@@ -45,7 +45,7 @@ class DocumentKeeper final : public IRecordStore {
   static void Discard(const std::string& path);
 
  private:
-  bool MakeRecoveryFile();
+  void MakeRecoveryFile();
   void Use(std::unique_ptr<DocumentFile> file, bool named);
   void LeaveRecoveryFile();
 
