@@ -79,7 +79,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
                          "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kOwnTables;
     for (const auto& table : file.m_tables) schema += table->Definition();
     made = file.m_file.IsOpen() && file.m_file.Run(kManners) && file.m_file.Run((schema + "COMMIT;").c_str());
-    file.Prepare();
+    if (made) file.Prepare();  // what went wrong before must stay the last fault
     made = made && file.WriteEntries(database.AllRecords(), true);
     if (!made) error = file.Fault();
   }
