@@ -1,5 +1,8 @@
 #include "workbench/store/DocumentFile.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
@@ -33,11 +36,22 @@ void RemoveFile(const std::string& path) {
   for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
 }
 
+/// Waits until a file or folder is on the disk.
+void Settle(const fs::path& path) {
+  const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  if (handle < 0) return;
+  fsync(handle);
+  close(handle);
+}
+
+/// The old file stands until the new one takes its place in one step; only its log goes before.
 bool PutInPlace(const std::string& partial, const std::string& path, DocumentError& error) {
-  RemoveFile(path);
+  for (const char* suffix : {"-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+  Settle(fs::u8path(partial));
   std::error_code failed;
   fs::rename(fs::u8path(partial), fs::u8path(path), failed);
   if (failed) error = {"IDS_WB_DOC_FAILED", failed.message()};
+  Settle(fs::absolute(fs::u8path(path)).parent_path());
   return !failed;
 }
 
