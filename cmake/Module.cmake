@@ -6,6 +6,17 @@ qd_layer_headers(host host)
 qd_module_part(qd_platform platform SEES platform)
 file(GLOB tree_sources CONFIGURE_DEPENDS platform/tree/*.cpp)
 target_sources(qd_platform PRIVATE ${tree_sources})
+# The window system of the module's home comes with it; elsewhere the host brings its toolkit.
+if(WIN32)
+  qd_module_part(qd_system platform/win32 SEES platform)
+  target_compile_definitions(qd_system PRIVATE _WIN32_WINNT=0x0A00)  # what knows of each monitor's resolution
+  set(QD_SYSTEM_LIBRARIES comctl32 gdi32 imm32 msimg32 user32)
+else()
+  qd_module_part(qd_system platform/generic SEES platform)
+  set_source_files_properties("${QD_ARTWORK}" PROPERTIES GENERATED ON)
+  add_dependencies(qd_system artwork)
+  target_sources(qd_system PRIVATE "${QD_ARTWORK}")
+endif()
 qd_module_part(qd_host host SEES platform)
 qd_module_part(qd_treelist qd_wrt/treelist SEES platform)
 qd_module_part(qd_core qd_wrt/core SEES qd_treelist host platform)
@@ -14,11 +25,8 @@ qd_module_part(qd_properties qd_wrt/properties SEES host platform)
 qd_module_part(qd_geometry qd_wrt/geometry SEES qd_properties qd_core qd_treelist host platform)
 qd_module_part(qd_mesh qd_wrt/mesh SEES qd_properties qd_core qd_treelist host platform)
 qd_module_part(qd_coords qd_wrt/coords SEES qd_core qd_treelist host platform)
-set_source_files_properties("${QD_ICON_ART}" PROPERTIES GENERATED ON)
-add_dependencies(qd_core icon_art)
-target_sources(qd_core PRIVATE "${QD_ICON_ART}")
 
-set(QD_MODULE_PARTS qd_platform qd_host qd_treelist qd_core qd_panel qd_properties qd_geometry
+set(QD_MODULE_PARTS qd_platform qd_system qd_host qd_treelist qd_core qd_panel qd_properties qd_geometry
                     qd_mesh qd_coords)
 add_library(QD_wrt SHARED)
 set_target_properties(QD_wrt PROPERTIES CXX_VISIBILITY_PRESET hidden SOVERSION ${PROJECT_VERSION_MAJOR}
@@ -27,6 +35,17 @@ foreach(part IN LISTS QD_MODULE_PARTS)
   target_sources(QD_wrt PRIVATE $<TARGET_OBJECTS:${part}>)
   target_link_libraries(QD_wrt INTERFACE $<BUILD_INTERFACE:${part}_headers>)
 endforeach()
+target_link_libraries(QD_wrt PRIVATE ${QD_SYSTEM_LIBRARIES})
+if(WIN32)
+  # Under the name that hosts load it by.
+  set_target_properties(QD_wrt PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
+  set(QD_SCRIPT "${CMAKE_SOURCE_DIR}/resources/windows/QD_wrt.rc")
+  set_source_files_properties("${QD_SCRIPT}" PROPERTIES OBJECT_DEPENDS "${QD_ARTWORK}"
+                              INCLUDE_DIRECTORIES "${QD_ARTWORK_FOLDER}"
+                              COMPILE_DEFINITIONS "QD_VERSION_NUMBERS=${PROJECT_VERSION_MAJOR},${PROJECT_VERSION_MINOR},${PROJECT_VERSION_PATCH},0;QD_VERSION_TEXT=\\\"${PROJECT_VERSION}\\\"")
+  target_sources(QD_wrt PRIVATE "${QD_SCRIPT}")
+  add_dependencies(QD_wrt artwork)
+endif()
 target_link_libraries(QD_wrt INTERFACE $<BUILD_INTERFACE:host_headers> $<BUILD_INTERFACE:platform_headers>)
 target_compile_features(QD_wrt INTERFACE cxx_std_20)
 add_library(QD_wrt::QD_wrt ALIAS QD_wrt)

@@ -14,8 +14,7 @@ IMessageOutput::~IMessageOutput() {
   if (s_output == this) s_output = nullptr;
 }
 
-void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments) {
-  if (s_output == nullptr) return;
+CString qdFormat(const CString& format, std::initializer_list<CString> arguments) {
   CString text;
   std::size_t from = 0;
   for (const CString& argument : arguments) {
@@ -24,7 +23,11 @@ void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString>
     text += format.substr(from, at - from) + argument;
     from = at + 2;
   }
-  s_output->Warn(text + format.substr(from));
+  return text + format.substr(from);
+}
+
+void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments) {
+  if (s_output != nullptr) s_output->Warn(qdFormat(format, arguments));
 }
 
 }  // namespace qd

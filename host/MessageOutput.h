@@ -18,6 +18,9 @@ class QD_EXPORT IMessageOutput {
   virtual void Warn(const CString& text) = 0;
 };
 
+/// A text with each "%s" replaced by the next argument, which is put in as it is.
+QD_EXPORT CString qdFormat(const CString& format, std::initializer_list<CString> arguments);
+
 /// Shows a warning. Each "%s" of `format` is replaced by the next argument. Without an output nothing happens.
 QD_EXPORT void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments = {});
 

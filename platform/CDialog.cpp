@@ -14,11 +14,11 @@ int CDialog::DoModal() {
   return result;
 }
 
-void CDialog::SetWindowText(const CString& text) {
+void CDialog::SetCaption(const CString& text) {
   if (m_peer != nullptr) m_peer->SetCaption(text);
 }
 
-void CDialog::SetDlgItemText(int id, const CString& text) {
+void CDialog::SetItemText(int id, const CString& text) {
   if (m_peer != nullptr) m_peer->SetText(id, text);
 }
 

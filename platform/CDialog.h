@@ -64,8 +64,8 @@ class QD_EXPORT CDialog {
   void Press(int id) { OnCommand(id); }
 
   // While the dialog is open; nothing otherwise.
-  void SetWindowText(const CString& text);
-  void SetDlgItemText(int id, const CString& text);
+  void SetCaption(const CString& text);
+  void SetItemText(int id, const CString& text);
   void CheckDlgButton(int id, bool checked);
   bool IsDlgButtonChecked(int id) const;
   void EndDialog(int result);

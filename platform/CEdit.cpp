@@ -10,11 +10,11 @@ ITextBox* BoxOf(const CWnd& window) {
 
 }  // namespace
 
-void CEdit::SetWindowText(const CString& text) {
+void CEdit::SetText(const CString& text) {
   if (ITextBox* box = BoxOf(*this)) box->SetText(text);
 }
 
-CString CEdit::GetWindowText() const {
+CString CEdit::GetText() const {
   const ITextBox* box = BoxOf(*this);
   return box != nullptr ? box->GetText() : CString();
 }
@@ -35,7 +35,7 @@ void CComboBox::SelectString(const CString& text) {
   if (ITextBox* box = BoxOf(*this)) box->SetText(text);
 }
 
-CString CComboBox::GetWindowText() const {
+CString CComboBox::GetText() const {
   const ITextBox* box = BoxOf(*this);
   return box != nullptr ? box->GetText() : CString();
 }

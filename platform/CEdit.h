@@ -9,9 +9,9 @@ namespace qd {
 class QD_EXPORT CEdit : public CWnd {
  public:
   int Create(CWnd* parent, int id, const CRect& area) { return CWnd::Create(parent, id, area, PeerKind::Edit); }
-  void SetWindowText(const CString& text);
+  void SetText(const CString& text);
   /// Empty without a window.
-  CString GetWindowText() const;
+  CString GetText() const;
   void SelectAll();
 
  protected:
@@ -29,7 +29,7 @@ class QD_EXPORT CComboBox : public CWnd {
   /// Chooses the first entry that equals `text`.
   void SelectString(const CString& text);
   /// The chosen entry; empty without a window.
-  CString GetWindowText() const;
+  CString GetText() const;
 
  protected:
   void HandleKey();

@@ -77,7 +77,7 @@ class CoordinatesTest : public ModelTest {
     Key(kKeyF2);
     ASSERT_NE(Tree().GetEditBox(), nullptr);
     auto& box = static_cast<CEdit&>(*m_toolkit.FocusWindow());
-    box.SetWindowText(text);
+    box.SetText(text);
     m_toolkit.Key(box, kKeyEnter);
     m_toolkit.Pump();
   }

@@ -35,7 +35,7 @@ TEST(Frames, ArriveInPiecesOfAnySize) {
   const std::string stream = FrameOf(FrameType::Progress, EncodeProgress(250)) +
                              FrameOf(FrameType::Part, Encode(SamplePart())) +
                              FrameOf(FrameType::MeshSet, Encode(SampleMesh())) + FrameOf(FrameType::Done, "");
-  for (const std::size_t piece : {1UL, 7UL, 100UL, stream.size()}) {
+  for (const std::size_t piece : std::initializer_list<std::size_t>{1, 7, 100, stream.size()}) {
     FrameReader reader;
     std::vector<FrameReader::Frame> frames;
     for (std::size_t at = 0; at < stream.size(); at += piece) {

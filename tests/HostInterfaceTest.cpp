@@ -5,6 +5,7 @@
 #include <array>
 
 #include "host/CMSGFunction.h"
+#include "platform/ExtensionLibrary.h"
 #include "platform/headless/HeadlessPainter.h"
 #include "platform/headless/HeadlessToolkit.h"
 #include "qd_wrt/core/CQDTreeIcon.h"
@@ -12,7 +13,6 @@
 #include "qd_wrt/core/CWorksTreeManager.h"
 #include "qd_wrt/core/IAppWrt.h"
 #include "qd_wrt/core/MenuTable.h"
-#include "qd_wrt/core/Module.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "qd_wrt/panel/PaneLayout.h"
 

@@ -20,6 +20,8 @@ const std::map<std::string, std::set<std::string>>& Rules() {
   static const std::map<std::string, std::set<std::string>> kRules{
       {"platform", {}},
       {"platform/headless", {"platform"}},
+      {"platform/generic", {"platform"}},
+      {"platform/win32", {"platform"}},
       {"platform/qt", {"platform"}},
       {"host", {"platform"}},
       {"qd_wrt/treelist", {"platform"}},
@@ -37,6 +39,12 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"workbench/tree",
        {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "qd_wrt/coords",
         "workbench/text"}},
+      {"workbench/session",
+       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/model",
+        "workbench/display", "workbench/tree"}},
+      {"workbench/native",
+       {"platform", "platform/win32", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/text",
+        "workbench/model", "workbench/display", "workbench/exchange", "workbench/tree", "workbench/session"}},
       {"workbench/view", {"platform", "platform/qt", "host", "workbench/model", "workbench/display"}}};
   return kRules;
 }
@@ -55,12 +63,13 @@ struct Library {
   std::set<std::string> layers;
 };
 const std::vector<Library>& Libraries() {
-  static const std::vector<Library> kLibraries{{"^Q[A-Z].*", {"platform/qt", "workbench/view"}},
-                                               {"^vtk.*", {"workbench/view"}},
-                                               {"^gmsh.*", {"workbench/exchange"}},
-                                               {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange"}},
-                                               {"^sqlite3.*", {"workbench/store"}},
-                                               {"^windows\\.h$", {}}};
+  static const std::vector<Library> kLibraries{
+      {"^Q[A-Z].*", {"platform/qt", "workbench/view"}},
+      {"^vtk.*", {"workbench/view"}},
+      {"^gmsh.*", {"workbench/exchange"}},
+      {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange"}},
+      {"^sqlite3.*", {"workbench/store"}},
+      {"^(windows|comm(ctrl|dlg))\\.h$", {"platform/win32", "workbench/native"}}};
   return kLibraries;
 }
 

@@ -138,7 +138,7 @@ class Player {
   void InsertUnder(int parent, int key) {
     std::vector<int>& children = m_naive.rows[parent].children;
     const int place = Roll(3);
-    const auto index = children.empty() || place == 0 ? 0UL
+    const auto index = children.empty() || place == 0 ? std::size_t{0}
                        : place == 1                   ? children.size()
                                                       : static_cast<std::size_t>(Roll(children.size())) + 1;
     const HTREEITEM after = index == 0                 ? kInsertFirst

@@ -189,7 +189,7 @@ TEST_F(Editing, AListGivesItsChoiceToTheRow) {
     auto* list = dynamic_cast<CTreeListComboBox*>(Box());
     ASSERT_NE(list, nullptr);
     EXPECT_EQ(list->GetPlace(), (CRect{19, 2, 180, 98}));
-    EXPECT_EQ(list->GetWindowText(), L"combo");
+    EXPECT_EQ(list->GetText(), L"combo");
     list->SelectString(L"whatever");
     Key(key);
     EXPECT_EQ(m_tree.GetItemText(m_combo, 0), L"whatever") << key;

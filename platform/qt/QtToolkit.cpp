@@ -132,28 +132,6 @@ void QtToolkit::SetWaitCursor(bool on) {
 
 // ---- messages and capture -------------------------------------------------------------------------------
 
-void QtToolkit::Deliver(const Message& message) {
-  if (m_capture == nullptr) return message.target->Dispatch(message);
-  Capture* capture = m_capture;
-  const CaptureVerdict verdict = (*capture->decide)(message);
-  if (verdict == CaptureVerdict::Dispatch || verdict == CaptureVerdict::StopAndDispatch) {
-    // A handler may hold a capture of its own.
-    m_capture = verdict == CaptureVerdict::StopAndDispatch ? nullptr : capture;
-    message.target->Dispatch(message);
-  }
-  if (verdict != CaptureVerdict::Stop && verdict != CaptureVerdict::StopAndDispatch) return;
-  capture->stopped = true;
-  capture->loop->quit();
-}
-
-void QtToolkit::LoseCapture() {
-  if (m_capture != nullptr) m_capture->loop->quit();
-}
-
-void QtToolkit::WindowGone(const CWnd& window) {
-  if (m_capture != nullptr && m_capture->owner == &window) LoseCapture();
-}
-
 namespace {
 
 /// Brings Escape to the holder of the mouse wherever the focus is: a press that becomes a drag does not take it.
@@ -183,15 +161,10 @@ class EscapeToHolder final : public QObject {
 }  // namespace
 
 CaptureEnd QtToolkit::RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) {
-  if (!owner.IsCreated()) return CaptureEnd::Lost;
-  const std::weak_ptr<void> life = owner.Life();
   QEventLoop loop;
-  Capture capture{&owner, &decide, &loop, false};
-  Capture* outer = std::exchange(m_capture, &capture);
   const EscapeToHolder escape(*this, owner);
-  loop.exec();
-  m_capture = outer;
-  return capture.stopped && !life.expired() && owner.IsCreated() ? CaptureEnd::Stopped : CaptureEnd::Lost;
+  return m_capture.Run(
+      owner, decide, [&loop] { loop.exec(); }, [&loop] { loop.quit(); });
 }
 
 // ---- menus ----------------------------------------------------------------------------------------------

@@ -2,9 +2,9 @@
 
 #include <functional>
 
+#include "platform/MouseCapture.h"
 #include "platform/Toolkit.h"
 
-class QEventLoop;
 class QFont;
 class QImage;
 class QWidget;
@@ -25,11 +25,11 @@ class QtToolkit final : public IToolkit {
   static QFont FontOf(const Font& font);
 
   /// Hands a message to its window, or to the holder of the capture first. For peers.
-  void Deliver(const Message& message);
+  void Deliver(const Message& message) { m_capture.Deliver(message); }
   /// Ends a running capture as lost. For peers.
-  void LoseCapture();
+  void LoseCapture() { m_capture.Lose(); }
   /// A window is being destroyed, perhaps the one that holds the capture. For peers.
-  void WindowGone(const CWnd& window);
+  void WindowGone(const CWnd& window) { m_capture.WindowGone(window); }
 
   std::unique_ptr<IPeer> MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) override;
   int GetMetric(Metric metric) const override;
@@ -44,13 +44,7 @@ class QtToolkit final : public IToolkit {
   MessageAnswer ShowMessage(const CString& text, MessageButtons buttons) override;
 
  private:
-  struct Capture {
-    const CWnd* owner;
-    const std::function<CaptureVerdict(const Message&)>* decide;
-    QEventLoop* loop;
-    bool stopped;
-  };
-  Capture* m_capture = nullptr;  // the innermost one running
+  MouseCapture m_capture;
 };
 
 }  // namespace qd

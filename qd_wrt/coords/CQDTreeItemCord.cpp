@@ -1,6 +1,7 @@
 #include "qd_wrt/coords/CQDTreeItemCord.h"
 
 #include <array>
+#include <string_view>
 
 #include "host/CMSGFunction.h"
 #include "host/Dialogs.h"
@@ -46,7 +47,7 @@ int CQDTreeItemCord::ModifyChildItem(iterator itr) {
   CQDTreeItem* child = FindChild(itr);
   if (child == nullptr) return MakeChildItem(itr);
   const tagTCord* record = GetDBSession()->GetCordPool().GetAtNU(itr);
-  if (record != nullptr && record->GetName() != child->GetTitle()) child->SetTitleIncludeType();
+  if (record != nullptr && std::wstring_view(record->name) != child->GetTitle()) child->SetTitleIncludeType();
   return 1;
 }
 

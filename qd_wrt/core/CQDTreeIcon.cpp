@@ -1,8 +1,9 @@
 #include "qd_wrt/core/CQDTreeIcon.h"
 
 #include <memory>
+#include <utility>
 
-#include "qd_wrt/core/IconArt.h"
+#include "platform/PictureStrip.h"
 
 namespace qd {
 
@@ -13,13 +14,8 @@ constexpr int kSize = 16;
 /// Appends a strip of a resource number, with one image per 16 pixels of its width, to an image list.
 void AddStrip(CImageList& list, int strip, int width) {
   const int first = list.AddStrip(width / kSize);
-  for (const IconArt& art : AllIconArt()) {
-    if (art.strip != strip) continue;
-    auto picture = std::make_shared<Picture>();
-    picture->width = picture->height = kSize;
-    picture->pixels.assign(art.pixels.begin(), art.pixels.end());
-    picture->pixelsDouble.assign(art.doubled.begin(), art.doubled.end());
-    list.SetPicture(first + art.index, std::move(picture));
+  for (StripPicture& drawn : LoadPictureStrip(strip)) {
+    list.SetPicture(first + drawn.index, std::make_shared<Picture>(std::move(drawn.picture)));
   }
 }
 

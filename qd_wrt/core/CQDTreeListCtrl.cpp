@@ -33,7 +33,7 @@ void CQDTreeListCtrl::CreateTreeItems(int treeType, CQDDocBase* doc, IQDTreeGrou
   m_groupFactory = factory;
   DestroyTreeItems();
   m_active = active != 0;
-  if (doc == nullptr || factory == nullptr) return;
+  if (factory == nullptr) return;
   const Handler handler(*this);
   m_root = factory->CreateRootItem(treeType, this);
   if (m_root == nullptr) return;

@@ -1,4 +1,4 @@
-#include "qd_wrt/core/Module.h"
+#include "platform/ExtensionLibrary.h"
 
 namespace qd {
 

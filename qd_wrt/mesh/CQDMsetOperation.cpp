@@ -26,12 +26,12 @@ CQDMsetOperation::CQDMsetOperation(CQDDocBase* doc)
 
 void CQDMsetOperation::OnInitDialog() {
   CQDDialog::OnInitDialog();
-  SetWindowText(CMSGFunction::GetValue("IDS_QD_WRT_MESHSET_OPERATION"));
-  SetDlgItemText(kGroup, CMSGFunction::GetValue("IDS_QD_WRT_MESHSET_OPERATION_FR"));
-  SetDlgItemText(kMergeButton, CMSGFunction::GetValue("IDS_QD_WRT_MESH_MERGE"));
-  SetDlgItemText(kMoveButton, CMSGFunction::GetValue("IDS_QD_WRT_MESH_MOVE"));
-  SetDlgItemText(kDialogOk, CMSGFunction::GetValue("IDS_QD_BASE_OK"));
-  SetDlgItemText(kDialogCancel, CMSGFunction::GetValue("IDS_QD_BASE_CANCEL"));
+  SetCaption(CMSGFunction::GetValue("IDS_QD_WRT_MESHSET_OPERATION"));
+  SetItemText(kGroup, CMSGFunction::GetValue("IDS_QD_WRT_MESHSET_OPERATION_FR"));
+  SetItemText(kMergeButton, CMSGFunction::GetValue("IDS_QD_WRT_MESH_MERGE"));
+  SetItemText(kMoveButton, CMSGFunction::GetValue("IDS_QD_WRT_MESH_MOVE"));
+  SetItemText(kDialogOk, CMSGFunction::GetValue("IDS_QD_BASE_OK"));
+  SetItemText(kDialogCancel, CMSGFunction::GetValue("IDS_QD_BASE_CANCEL"));
   CDlgUtil::CtrlRadioSetCheck(*this, m_group, 0);
 }
 

@@ -30,7 +30,7 @@ bool IsControlHeld(const Message& message) {
 CTreeListEditBox::CTreeListEditBox(CTreeListCtrl& tree, EditedCell cell) : m_tree(tree), m_cell(std::move(cell)) {}
 
 int CTreeListEditBox::OnCreate() {
-  SetWindowText(m_cell.text);
+  SetText(m_cell.text);
   SetFocus();
   SelectAll();
   return 0;
@@ -49,7 +49,7 @@ bool CTreeListEditBox::PreTranslateMessage(const Message& message) {
 }
 
 void CTreeListEditBox::OnChar(int) {
-  Widen(*this, GetWindowText(), m_tree.GetClientRect().right);
+  Widen(*this, GetText(), m_tree.GetClientRect().right);
 }
 
 void CTreeListEditBox::LoseFocus() {
@@ -60,7 +60,7 @@ void CTreeListEditBox::LoseFocus() {
 /// Ending moves the focus and calls the program, both of which may end the edit again.
 void CTreeListEditBox::EndEdit() {
   if (std::exchange(m_ended, true)) return;
-  m_tree.TellEditEnd(CTreeListCtrl::kNoticeEndLabelEdit, m_cell.column, GetWindowText());
+  m_tree.TellEditEnd(CTreeListCtrl::kNoticeEndLabelEdit, m_cell.column, GetText());
 }
 
 // ---- list -----------------------------------------------------------------------------------------------
@@ -96,13 +96,13 @@ void CTreeListComboBox::OnChar(int character) {
   if (character == kKeyEscape || character == kKeyEnter) {
     m_tree.SetFocus();
   } else {
-    Widen(*this, GetWindowText(), m_tree.GetClientRect().right);
+    Widen(*this, GetText(), m_tree.GetClientRect().right);
   }
 }
 
 void CTreeListComboBox::LoseFocus() {
   if (std::exchange(m_ended, true)) return;
-  m_tree.TellEditEnd(CTreeListCtrl::kNoticeEndComboEdit, m_cell.column, GetWindowText());
+  m_tree.TellEditEnd(CTreeListCtrl::kNoticeEndComboEdit, m_cell.column, GetText());
 }
 
 }  // namespace qd

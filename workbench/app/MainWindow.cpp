@@ -19,7 +19,6 @@
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
-#include "workbench/display/DisplayChange.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -37,16 +36,17 @@ MainWindow::MainWindow(MessageTables& messages)
   resize(1200, 760);
   MakePanes();
   MakeMenus();
-  m_manager = std::make_unique<CWorksTreeManager>(
-      std::map<long, CSwitchDockablePane*>{{kModelTree, m_modelPane}, {kGeometrySetTree, m_gsetPane}}, &m_factory);
-  m_manager->CreateTreeItems(m_doc.get(), kModelTree);
-  m_doc->GetDatabase().SetListener(this);
+  m_trees = std::make_unique<WorksTrees>(
+      *m_doc,
+      std::map<long, CWorksTreeBar*>{{kModelTree, &m_modelPane->Bar()}, {kGeometrySetTree, &m_gsetPane->Bar()}},
+      WorksTrees::Window{.later = [this](const std::function<void()>& what) { QTimer::singleShot(0, this, what); },
+                         .changed =
+                             [this](const CQDUpdateRecord& record) {
+                               m_view->Apply(record);
+                               RefreshActions();
+                             },
+                         .acted = [this] { RefreshActions(); }});
   m_doc->SetOnImport([this] { OnImport(); });
-  m_doc->GetDisplay().SetOnItemsChanged([this] { QTimer::singleShot(0, this, [this] { SyncTrees(); }); });
-  m_doc->GetDisplay().SetOnRecord([this] {
-    m_actsBeforeDisplay = m_doc->GetDatabase().ActNumber();
-    QTimer::singleShot(0, this, [this] { SyncTrees(); });
-  });
   MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
   ApplyPalette();
@@ -61,11 +61,8 @@ MainWindow::~MainWindow() {
   delete m_operations;
   delete m_imports;
   delete m_exporter;
-  m_doc->GetDisplay().SetOnItemsChanged(nullptr);
-  m_doc->GetDisplay().SetOnRecord(nullptr);
   m_doc->SetOnImport(nullptr);
-  m_doc->GetDatabase().SetListener(nullptr);
-  m_manager->DestroyTreeItems(m_doc.get());
+  m_trees.reset();
   // The panes and the view look at the document, so they go before it.
   delete m_modelPane;
   delete m_gsetPane;
@@ -74,7 +71,7 @@ MainWindow::~MainWindow() {
 
 void MainWindow::MakePanes() {
   m_view = new ModelView(*m_doc, this);
-  m_view->SetOnPick([this](iterator itr, bool add) { OnPick(itr, add); });
+  m_view->SetOnPick([this](iterator itr, bool add) { m_trees->Pick(itr, add); });
   setCentralWidget(m_view);
   m_modelPane = new TreePane("model", this);
   m_gsetPane = new TreePane("gset", this);
@@ -121,11 +118,11 @@ void MainWindow::MakePanes() {
 
 /// The trees draw their texts in the system's colours, so their background has to follow the palette.
 void MainWindow::ApplyPalette() {
-  m_manager->SetBkColor(FromQt(QApplication::palette().color(QPalette::Base)));
+  m_trees->Manager().SetBkColor(FromQt(QApplication::palette().color(QPalette::Base)));
 }
 
 void MainWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange && m_manager != nullptr) ApplyPalette();
+  if (event->type() == QEvent::PaletteChange && m_trees != nullptr) ApplyPalette();
   QMainWindow::changeEvent(event);
 }
 
@@ -186,33 +183,6 @@ void MainWindow::OnHideAll() {
   m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandHideAll);
 }
 
-void MainWindow::OnPick(iterator itr, bool add) {
-  std::vector<iterator> selection = add ? m_doc->GetSelectBuffer() : std::vector<iterator>();
-  if (itr != 0) {
-    const auto known = std::find(selection.begin(), selection.end(), itr);
-    if (known == selection.end()) {
-      selection.push_back(itr);
-    } else {
-      selection.erase(known);
-    }
-  }
-  m_doc->SetSelectBuffer(std::move(selection));
-  constexpr int kAnyKind = 0;
-  for (TreePane* pane : {m_modelPane, m_gsetPane}) {
-    pane->Bar().GetTreeCtrl().SetSelection(kAnyKind, m_doc->GetSelectBuffer());
-  }
-}
-
-void MainWindow::OnDatabaseChanged(const CQDUpdateRecord& record) {
-  // Records that are gone cannot stay selected.
-  std::vector<iterator> selection = m_doc->GetSelectBuffer();
-  std::erase_if(selection, [this](iterator itr) { return m_doc->GetDatabase().GetDataType(itr) == 0; });
-  m_doc->SetSelectBuffer(std::move(selection));
-  m_manager->UpdateDB(m_doc.get(), HintOf(record));
-  m_view->Apply(record);
-  RefreshActions();
-}
-
 CPropertiesWnd* MainWindow::GetPropertiesWnd(CQDDocBase* doc) {
   return doc == m_doc.get() ? m_properties : nullptr;
 }
@@ -253,15 +223,11 @@ void MainWindow::BeforeStore(const QString& path) {
   m_firstImport = m_doc->GetDatabase().GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
   if (!m_firstImport || m_keeper->IsNamed()) return;
   m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
-  m_manager->ResetFilePath(m_doc.get());
+  m_trees->Manager().ResetFilePath(m_doc.get());
 }
 
-/// An empty branch cannot stand open, so the first records open it.
 void MainWindow::AfterStore() {
-  for (TreePane* pane : {m_modelPane, m_gsetPane}) {
-    if (!m_firstImport) return;
-    for (CQDTreeItem* branch : pane->Bar().GetTreeCtrl().GetQDRootItem()->Children()) branch->Expand(1);
-  }
+  if (m_firstImport) m_trees->OpenBranches();
 }
 
 void MainWindow::OnExport() {
@@ -292,40 +258,6 @@ void MainWindow::HideProgress() {
   m_progress->hide();
   m_cancel->hide();
   statusBar()->clearMessage();
-}
-
-void MainWindow::SyncTrees() {
-  TArray<iterator> parts;
-  for (const int cadItem : m_doc->GetDisplay().TakeChangedItems()) {
-    parts.push_back(m_doc->GetDatabase().GetGeomPool().ItrOfNumber(cadItem));
-  }
-  const std::vector<iterator> sets = m_doc->GetDisplay().TakeChangedMsetRows();
-  parts.insert(parts.end(), sets.begin(), sets.end());
-  for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->Bar().GetTreeCtrl().RefreshRows(parts);
-  for (const std::int32_t id : m_doc->GetDisplay().TakeChangedLabels()) {
-    const iterator system = m_doc->GetDatabase().GetCordPool().ItrOfNumber(id);
-    const int shown = m_doc->GetDisplay().GetShowHide(kLabelCord, id);
-    m_modelPane->Bar().ShowHideLabel(m_doc.get(), kLabelCord, system, shown);
-  }
-  RememberDisplay();
-}
-
-/// What one act of the user changed of the display becomes an act that can be undone, or part of the one that was
-/// committed with it.
-void MainWindow::RememberDisplay() {
-  DisplayState& display = m_doc->GetDisplay();
-  const unsigned command = IQueryMenuID2Idx::Instance().GetLastCommand();
-  IQueryMenuID2Idx::Instance().SetLastCommand(0);
-  std::unique_ptr<DisplayChange> change = display.TakeChange();
-  if (change == nullptr) return;
-  const bool isolates = command == kCommandShowOnly || command == kCommandShowMeshOnly;
-  if (isolates && display.Isolation() == nullptr) {
-    display.SetIsolation(std::make_shared<const Visibility>(change->HiddenBefore()));
-    change->isolationAfter = display.Isolation();
-  }
-  const char* title = change->IsOfVisibility() ? "IDS_WB_ACT_VISIBILITY" : "IDS_WB_ACT_DISPLAY";
-  m_doc->GetDatabase().AddChange(CMSGFunction::GetValue(title), std::move(change), m_actsBeforeDisplay);
-  RefreshActions();
 }
 
 void MainWindow::OnLeaveIsolation() {

@@ -6,7 +6,6 @@
 
 #include "host/CMainFrame.h"
 #include "host/MessageOutput.h"
-#include "qd_wrt/core/CWorksTreeManager.h"
 #include "workbench/app/DialogHost.h"
 #include "workbench/app/ImportQueue.h"
 #include "workbench/app/MeshExporter.h"
@@ -14,8 +13,8 @@
 #include "workbench/app/ProgressWindow.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/Database.h"
+#include "workbench/session/WorksTrees.h"
 #include "workbench/store/DocumentKeeper.h"
-#include "workbench/tree/DocumentNode.h"
 
 class QAction;
 class QDockWidget;
@@ -31,7 +30,7 @@ class PropertyPane;
 class TreePane;
 
 /// The main window: one document, its view, its works trees and the property and message panes.
-class MainWindow final : public QMainWindow, public CMainFrame, private IDatabaseListener, private IMessageOutput {
+class MainWindow final : public QMainWindow, public CMainFrame, private IMessageOutput {
  public:
   explicit MainWindow(MessageTables& messages);
   ~MainWindow() override;
@@ -71,7 +70,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void Export(const QString& path);
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
-  IWorksTreeManager* GetWorksTreeManager() override { return m_manager.get(); }
+  IWorksTreeManager* GetWorksTreeManager() override { return m_trees != nullptr ? &m_trees->Manager() : nullptr; }
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -118,12 +117,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   void OnFit();
   void OnShowAll();
   void OnHideAll();
-  void OnPick(iterator itr, bool add);
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override;
 
-  /// Rows of parts follow what was done in the other tree.
-  void SyncTrees();
-  void RememberDisplay();
   void OnLeaveIsolation();
   void ShowProgress(const QString& text);
   void HideProgress();
@@ -133,8 +127,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   MessageTables& m_messages;
   std::unique_ptr<WorkDocument> m_doc;
   std::unique_ptr<DocumentKeeper> m_keeper;
-  TreeFactory m_factory;
-  std::unique_ptr<CWorksTreeManager> m_manager;
+  std::unique_ptr<WorksTrees> m_trees;
   ModelView* m_view = nullptr;  // these are owned by their Qt parents
   TreePane* m_modelPane = nullptr;
   TreePane* m_gsetPane = nullptr;
@@ -152,7 +145,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IDatabas
   QAction* m_redo = nullptr;
   QAction* m_leave = nullptr;
   QAction* m_delete = nullptr;
-  std::uint64_t m_actsBeforeDisplay = 0;
   int m_failedDocuments = 0;
   bool m_firstImport = false;
 };

@@ -19,7 +19,7 @@
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MainWindow.h"
 #include "workbench/app/TreePane.h"
-#include "workbench/app/VariantNames.h"
+#include "workbench/session/VariantNames.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -107,10 +107,9 @@ bool MainWindow::OpenDocument(const QString& path) {
 /// The trees and the view take up what a file has filled the database with.
 void MainWindow::ShowLoaded(const QString& name) {
   m_doc->SetPathName(FromQt(name));
-  m_manager->CreateTreeItems(m_doc.get(), kModelTree);
+  m_trees->MakeAnew();
   m_view->Apply(UpdateRecordFor(m_doc->GetDatabase().AllRecords(), true));
-  m_firstImport = true;
-  AfterStore();
+  m_trees->OpenBranches();
   RestoreView();
   RefreshActions();
   RefreshTitle();
@@ -186,7 +185,7 @@ bool MainWindow::SaveAs(const QString& path) {
     return false;
   }
   m_doc->SetPathName(FromQt(absolute));
-  m_manager->ResetFilePath(m_doc.get());
+  m_trees->Manager().ResetFilePath(m_doc.get());
   NoteRecent(absolute);
   KeepView();
   RefreshTitle();

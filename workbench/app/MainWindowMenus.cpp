@@ -15,7 +15,7 @@
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
-#include "workbench/app/VariantNames.h"
+#include "workbench/session/VariantNames.h"
 
 namespace qd::workbench {
 
@@ -115,7 +115,7 @@ void MainWindow::MakeViewMenu() {
     SetText(*option, known.key);
     connect(option, &QAction::triggered, this, [this, known] {
       SetProductVariant(known.variant);
-      m_manager->OnChangeProgram();
+      m_trees->Manager().OnChangeProgram();
     });
   }
 }
@@ -175,7 +175,7 @@ void MainWindow::SetLanguage(const QString& language) {
     m_properties->ChangeLanguage();
     RefreshActions();
     RefreshTitle();
-    m_manager->OnChangeLanguage();
+    m_trees->Manager().OnChangeLanguage();
   }
   SayTableFaults();
 }

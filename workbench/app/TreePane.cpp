@@ -76,8 +76,4 @@ void TreePane::RestoreViewState(const QJsonObject& state) {
   tree.ScrollTo(static_cast<std::size_t>(std::max<qint64>(state["top"].toInteger(), 0)));
 }
 
-IWorksTree* TreePane::GetTree(CDocument* doc) {
-  return doc == m_bar.GetDocument() ? &m_bar : nullptr;
-}
-
 }  // namespace qd::workbench

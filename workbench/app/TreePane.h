@@ -4,13 +4,12 @@
 #include <QJsonObject>
 #include <memory>
 
-#include "host/IWorksTree.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 
 namespace qd::workbench {
 
-/// The docking pane of one tree type. The workbench has one document, so a pane has one tree.
-class TreePane final : public QDockWidget, public CSwitchDockablePane {
+/// The docking pane of one works tree.
+class TreePane final : public QDockWidget {
  public:
   TreePane(const QString& name, QWidget* parent);
   ~TreePane() override;
@@ -25,10 +24,6 @@ class TreePane final : public QDockWidget, public CSwitchDockablePane {
   /// by record, others by where they stand.
   QJsonObject ViewState();
   void RestoreViewState(const QJsonObject& state);
-
-  IWorksTree* GetTree(CDocument* doc) override;
-  void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }
-  IWorksTree* GetDefaultPane() override { return nullptr; }
 
  private:
   CWorksTreeBar m_bar;

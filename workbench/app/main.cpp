@@ -11,7 +11,7 @@
 #include "platform/qt/QtToolkit.h"
 #include "workbench/app/MainWindow.h"
 #include "workbench/app/PrintTree.h"
-#include "workbench/app/VariantNames.h"
+#include "workbench/session/VariantNames.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/view/ModelView.h"
 

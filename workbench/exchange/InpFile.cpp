@@ -15,6 +15,7 @@
 #include "workbench/exchange/InpGroups.h"
 #include "workbench/exchange/InpLines.h"
 #include "workbench/model/ElementTypes.h"
+#include "workbench/text/Paths.h"
 
 namespace qd::workbench {
 
@@ -47,10 +48,10 @@ struct Section {
 
 class Reader {
  public:
-  Reader(const std::filesystem::path& path, const std::function<void(double)>& progress)
-      : m_lines(path), m_progress(progress) {
+  Reader(InpLines lines, const std::string& name, const std::function<void(double)>& progress)
+      : m_lines(std::move(lines)), m_progress(progress) {
     m_parts.emplace_back();
-    m_parts.back().mesh.name = path.stem().string();
+    m_parts.back().mesh.name = name;
     m_part = &m_parts.back();
   }
 
@@ -102,7 +103,7 @@ class Reader {
   ImportedModel Finish();
 
   InpLines m_lines;
-  const std::function<void(double)>& m_progress;
+  const std::function<void(double)> m_progress;
   ImportedModel m_model;
   std::deque<Part> m_parts;  // the first holds what stands in no part
   std::deque<Instance> m_instances;
@@ -490,7 +491,11 @@ ImportedModel Reader::Finish() {
 }  // namespace
 
 ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress) {
-  return Reader(path, progress).Read();
+  return Reader(InpLines(path), PathText(path.stem()), progress).Read();
+}
+
+ImportedModel ReadInpText(std::string text, const std::string& name) {
+  return Reader(InpLines(PathOf(name), std::move(text)), name, [](double) {}).Read();
 }
 
 }  // namespace qd::workbench

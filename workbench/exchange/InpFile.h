@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
 
 #include "workbench/exchange/ImportedModel.h"
 
@@ -14,5 +15,8 @@ namespace qd::workbench {
 ///
 /// Throws an ImportError that names file and line; `progress` gets the share done, 0 to 1.
 ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress);
+
+/// Likewise from a text in memory, which errors call by `name`.
+ImportedModel ReadInpText(std::string text, const std::string& name);
 
 }  // namespace qd::workbench

@@ -6,6 +6,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "workbench/text/Paths.h"
+
 namespace qd::workbench {
 
 std::string UpperCase(std::string_view text) {
@@ -28,6 +30,10 @@ std::string InpLine::Parameter(const std::string& name) const {
   return found != parameters.end() ? found->second : std::string();
 }
 
+InpLines::InpLines(const std::filesystem::path& path, std::string text) {
+  m_sources.push_back(std::make_unique<Source>(Source{.path = path, .text = std::move(text)}));
+}
+
 void InpLines::Open(const std::filesystem::path& path) {
   constexpr std::size_t kDeepest = 16;  // a file that includes itself ends here
   std::error_code error;
@@ -35,8 +41,8 @@ void InpLines::Open(const std::filesystem::path& path) {
   std::ifstream in;
   if (readable) in.open(path, std::ios::binary);
   if (!in.is_open()) {
-    if (m_sources.empty()) throw ImportError{"IDS_WB_IMPORT_UNREADABLE", path.string()};
-    Fail("IDS_WB_IMPORT_INP_INCLUDE", path.string());
+    if (m_sources.empty()) throw ImportError{"IDS_WB_IMPORT_UNREADABLE", PathText(path)};
+    Fail("IDS_WB_IMPORT_INP_INCLUDE", PathText(path));
   }
   auto source = std::make_unique<Source>();
   source->path = path;
@@ -53,7 +59,7 @@ void InpLines::Fail(const char* key, std::string_view what) const {
 
 std::string InpLines::Place() const {
   const Source& source = *m_sources.back();
-  return source.path.filename().string() + ", " + std::to_string(source.line);
+  return PathText(source.path.filename()) + ", " + std::to_string(source.line);
 }
 
 double InpLines::Done() const {
@@ -90,7 +96,7 @@ bool InpLines::Next(InpLine& line) {
     }
     ParseKeyword(line);
     if (line.keyword != "INCLUDE") return true;
-    const std::filesystem::path included = line.Parameter("INPUT");
+    const std::filesystem::path included = PathOf(line.Parameter("INPUT"));
     Open(included.is_absolute() ? included : m_sources.back()->path.parent_path() / included);
   }
 }

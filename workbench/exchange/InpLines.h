@@ -29,6 +29,8 @@ struct InpLine {
 class InpLines {
  public:
   explicit InpLines(const std::filesystem::path& path) { Open(path); }
+  /// Reads a text as if it stood in a file of this name.
+  InpLines(const std::filesystem::path& path, std::string text);
 
   /// The next line; false at the end. An include is followed here.
   bool Next(InpLine& line);

@@ -12,6 +12,7 @@
 #include "workbench/exchange/MeshWriters.h"
 #include "workbench/model/ElementTypes.h"
 #include "workbench/model/MeshEdit.h"
+#include "workbench/text/Paths.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -127,7 +128,7 @@ ExportModel CollectExport(const Database& database, const std::vector<iterator>&
 
 TextFile::TextFile(const std::filesystem::path& path, std::uint64_t total, const ProgressCall& progress)
     : m_out(path, std::ios::binary), m_total(total), m_progress(progress) {
-  if (!m_out) throw ImportError{"IDS_WB_EXPORT_UNWRITABLE", path.string()};
+  if (!m_out) throw ImportError{"IDS_WB_EXPORT_UNWRITABLE", PathText(path)};
 }
 
 TextFile& TextFile::operator<<(std::uint64_t number) {
@@ -216,8 +217,8 @@ std::optional<ImportError> WriteMeshFile(const std::filesystem::path& path, cons
   static const std::map<std::string, void (*)(const ExportModel&, TextFile&)> kWriters{
       {".INP", WriteInp}, {".MSH", WriteMsh}, {".UNV", WriteUnv},
       {".BDF", WriteBdf}, {".NAS", WriteBdf}, {".STL", WriteStl}};
-  const auto writer = kWriters.find(UpperCase(path.extension().string()));
-  if (writer == kWriters.end()) return ImportError{"IDS_WB_EXPORT_FORMAT", path.extension().string()};
+  const auto writer = kWriters.find(UpperCase(PathText(path.extension())));
+  if (writer == kWriters.end()) return ImportError{"IDS_WB_EXPORT_FORMAT", PathText(path.extension())};
   std::uint64_t total = 0;
   for (const ExportSet& set : model.sets) {
     if (set.mesh != nullptr) total += set.mesh->nodeIds.size() + ElementCountOf(*set.mesh);
@@ -237,7 +238,7 @@ std::optional<ImportError> WriteMeshFile(const std::filesystem::path& path, cons
     return error;
   } catch (const std::filesystem::filesystem_error&) {
     std::filesystem::remove(part, ignored);
-    return ImportError{"IDS_WB_EXPORT_UNWRITABLE", path.string()};
+    return ImportError{"IDS_WB_EXPORT_UNWRITABLE", PathText(path)};
   }
 }
 

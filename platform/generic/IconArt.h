@@ -5,6 +5,8 @@
 
 namespace qd {
 
+inline constexpr int kIconArtSize = 16;
+
 /// One drawn image of the module's artwork; the arrays are laid down by the program in resources/.
 struct IconArt {
   int strip;                               ///< resource number of the strip

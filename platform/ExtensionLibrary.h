@@ -12,7 +12,7 @@ class QD_EXPORT IExtensionLibrary {
  public:
   /// Initialises the module's own state; 0 on failure.
   virtual int InitExtensionModule() = 0;
-  /// Puts the module on the host program's list of extension modules.
+  /// Puts the module on the program's list of places where resources are looked for.
   virtual void AttachToModuleList() = 0;
   virtual void TermExtensionModule() = 0;
 
@@ -20,8 +20,8 @@ class QD_EXPORT IExtensionLibrary {
   ~IExtensionLibrary() = default;
 };
 
-/// The module's entry: 1 when it may stay loaded, 0 when the load must fail. Starts nothing and runs nothing
-/// before the host asks for it.
+/// The module's entry, which it defines itself and the system's loader calls: 1 when the module may stay loaded, 0
+/// when the load must fail. Starts nothing and runs nothing before the host asks for it.
 QD_EXPORT int ModuleEntry(ModuleReason reason, IExtensionLibrary& library);
 
 }  // namespace qd

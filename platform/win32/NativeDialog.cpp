@@ -1,0 +1,209 @@
+#include "platform/win32/NativeDialog.h"
+
+#include <algorithm>
+#include <optional>
+#include <vector>
+
+#include "platform/win32/Handles.h"
+#include "platform/win32/ModuleInstance.h"
+#include "platform/win32/Scale.h"
+
+namespace qd {
+
+namespace {
+
+/// A template in the form that the system reads, for dialogs that are no resource of the module.
+class TemplateBytes {
+ public:
+  explicit TemplateBytes(const DialogTemplate& layout) {
+    Put32(DS_MODALFRAME | DS_SETFONT | WS_POPUP | WS_CAPTION | WS_SYSMENU);
+    Put32(0);
+    Put16(layout.controls.size());
+    for (const int number : {0, 0, layout.width, layout.height}) Put16(static_cast<std::size_t>(number));
+    Put16(0);  // no menu
+    Put16(0);  // the usual class
+    PutText(layout.caption);
+    constexpr std::size_t kPoints = 8;
+    Put16(kPoints);
+    PutText(L"MS Shell Dlg");
+    bool first = true;
+    for (const DialogControl& control : layout.controls) {
+      if (m_words.size() % 2 != 0) Put16(0);  // each begins at a whole double word
+      const bool radio = control.kind == DialogControl::Kind::RadioButton;
+      Put32(WS_CHILD | WS_VISIBLE | StyleOf(control) | (radio && first ? WS_GROUP : 0));
+      if (radio) first = false;
+      Put32(0);
+      for (const int number : {control.x, control.y, control.width, control.height, control.id}) {
+        Put16(static_cast<std::size_t>(number));
+      }
+      Put16(0xFFFF);
+      Put16(0x0080);  // a button
+      PutText(control.text);
+      Put16(0);
+    }
+  }
+  LPCDLGTEMPLATEW Get() const { return reinterpret_cast<LPCDLGTEMPLATEW>(m_words.data()); }
+
+ private:
+  static DWORD StyleOf(const DialogControl& control) {
+    switch (control.kind) {
+      case DialogControl::Kind::GroupBox:
+        return BS_GROUPBOX;
+      case DialogControl::Kind::RadioButton:
+        return BS_AUTORADIOBUTTON | WS_TABSTOP;
+      case DialogControl::Kind::PushButton:
+        return (control.id == kDialogOk ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON) | WS_TABSTOP;
+    }
+    return 0;
+  }
+  void Put16(std::size_t value) { m_words.push_back(static_cast<WORD>(value)); }
+  void Put32(DWORD value) {
+    Put16(LOWORD(value));
+    Put16(HIWORD(value));
+  }
+  void PutText(std::wstring_view text) {
+    for (const wchar_t unit : text) Put16(unit);
+    Put16(0);
+  }
+
+  std::vector<WORD> m_words;
+};
+
+CString WithoutPrefixes(const CString& text) {
+  CString shown;
+  for (const wchar_t unit : text) {
+    if (unit != L'\0') shown.append(unit == L'&' ? 2 : 1, unit);
+  }
+  return shown;
+}
+
+class NativeDialog final : public IDialogPeer {
+ public:
+  NativeDialog(CDialog& owner, const DialogTemplate& layout)
+      : m_owner(owner), m_layout(layout), m_above(GetActiveWindow()) {
+    const auto self = reinterpret_cast<LPARAM>(this);
+    const auto* name = MAKEINTRESOURCEW(layout.id);
+    if (FindResourceW(ModuleInstance(), name, RT_DIALOG) != nullptr) {
+      m_window = CreateDialogParamW(ModuleInstance(), name, m_above, Procedure, self);
+    } else {
+      m_window =
+          CreateDialogIndirectParamW(ModuleInstance(), TemplateBytes(layout).Get(), m_above, Procedure, self);
+    }
+  }
+  ~NativeDialog() override {
+    if (m_window == nullptr) return;
+    SetWindowLongPtrW(m_window, DWLP_USER, 0);
+    DestroyWindow(m_window);
+  }
+  NativeDialog(const NativeDialog&) = delete;
+  NativeDialog& operator=(const NativeDialog&) = delete;
+
+  void SetCaption(const CString& text) override {
+    if (m_window != nullptr) SetWindowTextW(m_window, CString(text.c_str()).c_str());
+  }
+  void SetText(int id, const CString& text) override {
+    if (m_window != nullptr) SetDlgItemTextW(m_window, id, WithoutPrefixes(text).c_str());
+  }
+  void SetChecked(int id, bool checked) override {
+    if (m_window != nullptr) CheckDlgButton(m_window, id, checked ? BST_CHECKED : BST_UNCHECKED);
+  }
+  bool IsChecked(int id) const override {
+    return m_window != nullptr && IsDlgButtonChecked(m_window, id) == BST_CHECKED;
+  }
+  void End(int result) override { m_result = result; }
+
+  int Run() override {
+    if (m_window == nullptr) return kDialogCancel;
+    Arrange();
+    const bool disabled = m_above != nullptr && EnableWindow(m_above, FALSE) == 0;
+    ShowWindow(m_window, SW_SHOW);
+    MSG message;
+    while (!m_result.has_value() && m_window != nullptr) {
+      const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+      if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
+      if (got <= 0) break;
+      if (IsDialogMessageW(m_window, &message) != 0) continue;
+      TranslateMessage(&message);
+      DispatchMessageW(&message);
+    }
+    // Before the dialog goes, else another program's window would come to the front.
+    if (disabled) EnableWindow(m_above, TRUE);
+    if (m_window != nullptr) ShowWindow(m_window, SW_HIDE);
+    if (m_above != nullptr) SetActiveWindow(m_above);
+    return m_result.value_or(kDialogCancel);
+  }
+
+ private:
+  static INT_PTR CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l) {
+    if (message == WM_INITDIALOG) {
+      SetWindowLongPtrW(window, DWLP_USER, l);
+      return TRUE;
+    }
+    auto* dialog = reinterpret_cast<NativeDialog*>(GetWindowLongPtrW(window, DWLP_USER));
+    if (dialog == nullptr) return FALSE;
+    if (message == WM_DESTROY) dialog->m_window = nullptr;  // by the window that it belongs to
+    if (message == WM_COMMAND && HIWORD(w) == BN_CLICKED) dialog->m_owner.Press(LOWORD(w));
+    if (message == WM_CLOSE) dialog->m_owner.EndDialog(kDialogCancel);
+    return message == WM_COMMAND || message == WM_CLOSE ? TRUE : FALSE;
+  }
+
+  int NeededWidth(HDC dc, const DialogControl& control) const {
+    constexpr int kBeside = 24;  // the circle of a radio button, the edges of a push button
+    const HWND window = GetDlgItem(m_window, control.id);
+    CString text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+    SIZE size{};
+    GetTextExtentPoint32W(dc, text.c_str(), length, &size);
+    return static_cast<int>(size.cx) + Scale::Of(m_window).ToPixels(kBeside);
+  }
+
+  /// Texts of other languages are wider than the template was laid out for: everything grows alike.
+  void Arrange() const {
+    const HDC dc = GetDC(m_window);
+    double growth = 1;
+    {
+      const Selected font(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(m_window, WM_GETFONT, 0, 0)));
+      for (const DialogControl& control : m_layout.controls) {
+        RECT area{0, 0, control.width, control.height};
+        MapDialogRect(m_window, &area);
+        if (area.right > 0) growth = std::max(growth, double(NeededWidth(dc, control)) / double(area.right));
+      }
+    }
+    ReleaseDC(m_window, dc);
+    for (const DialogControl& control : m_layout.controls) {
+      RECT area{control.x, control.y, control.x + control.width, control.y + control.height};
+      MapDialogRect(m_window, &area);
+      MoveWindow(GetDlgItem(m_window, control.id), int(area.left * growth), area.top,
+                 int((area.right - area.left) * growth), area.bottom - area.top, TRUE);
+    }
+    RECT whole{0, 0, m_layout.width, m_layout.height};
+    MapDialogRect(m_window, &whole);
+    whole.right = static_cast<LONG>(whole.right * growth);
+    AdjustWindowRectEx(&whole, static_cast<DWORD>(GetWindowLongPtrW(m_window, GWL_STYLE)), FALSE,
+                       static_cast<DWORD>(GetWindowLongPtrW(m_window, GWL_EXSTYLE)));
+    Centre(whole.right - whole.left, whole.bottom - whole.top);
+  }
+
+  void Centre(int width, int height) const {
+    RECT around{};
+    if (m_above == nullptr || GetWindowRect(m_above, &around) == 0) {
+      SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
+    }
+    SetWindowPos(m_window, nullptr, (around.left + around.right - width) / 2,
+                 (around.top + around.bottom - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+  }
+
+  CDialog& m_owner;
+  const DialogTemplate& m_layout;
+  HWND m_above;
+  HWND m_window = nullptr;
+  std::optional<int> m_result;
+};
+
+}  // namespace
+
+std::unique_ptr<IDialogPeer> MakeNativeDialog(CDialog& owner, const DialogTemplate& layout) {
+  return std::make_unique<NativeDialog>(owner, layout);
+}
+
+}  // namespace qd

@@ -1,0 +1,227 @@
+#include "platform/win32/SurfaceWindow.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "platform/CDC.h"
+#include "platform/CWnd.h"
+#include "platform/win32/ControlWindows.h"
+#include "platform/win32/GdiPainter.h"
+#include "platform/win32/ScrollNumbers.h"
+#include "platform/win32/Win32Toolkit.h"
+
+namespace qd {
+
+namespace {
+
+constexpr UINT kMenuRequest = WM_APP + 1;  // lParam: the place
+
+POINT PointOf(LPARAM place) {
+  return {static_cast<short>(LOWORD(place)), static_cast<short>(HIWORD(place))};
+}
+
+/// The number that the controls know a key by; letters only while Ctrl is held. 0 for a key that no control acts
+/// on. What Delete and Enter do is the program's business.
+int KeyOf(WPARAM key) {
+  constexpr std::array kKnown{kKeyTab,  kKeyEscape, kKeySpace, kKeyPageUp, kKeyPageDown, kKeyEnd,
+                              kKeyHome, kKeyLeft,   kKeyUp,    kKeyRight,  kKeyDown,     kKeyF2};
+  const int number = static_cast<int>(key);
+  if (number >= 'A' && number <= 'Z') return (KeyFlags() & kMouseControl) != 0 ? number : 0;
+  return std::find(kKnown.begin(), kKnown.end(), number) != kKnown.end() ? number : 0;
+}
+
+}  // namespace
+
+SurfaceWindow::SurfaceWindow(Win32Toolkit& toolkit, CWnd& owner, bool vertScroll, IPeer* parent, const CRect& area)
+    : NativeWindow(toolkit, owner), m_hasScroll(vertScroll) {
+  Make({SurfaceClass(), WS_CLIPCHILDREN}, parent, area);
+}
+
+/// The window's own bar is there while there is something to scroll.
+void SurfaceWindow::SetScroll(const ScrollState& state) {
+  NativeWindow::SetScroll(state);
+  if (!m_hasScroll || Handle() == nullptr) return;
+  const SCROLLINFO numbers = ScrollNumbers(state);
+  SetScrollInfo(Handle(), SB_VERT, &numbers, TRUE);
+  const bool shown = (GetWindowLongPtrW(Handle(), GWL_STYLE) & WS_VSCROLL) != 0;
+  if (shown != (state.maximum > 0)) ShowScrollBar(Handle(), SB_VERT, state.maximum > 0 ? TRUE : FALSE);
+}
+
+/// Into a buffer first: what is drawn over one another never shows.
+void SurfaceWindow::Paint() {
+  PAINTSTRUCT paint{};
+  const HDC screen = BeginPaint(Handle(), &paint);
+  const RECT dirty = paint.rcPaint;
+  const int width = dirty.right - dirty.left;
+  const int height = dirty.bottom - dirty.top;
+  if (width > 0 && height > 0) {
+    const HDC dc = Toolkit().BeginBuffer(screen, width, height);
+    SetViewportOrgEx(dc, -dirty.left, -dirty.top, nullptr);
+    FillRect(dc, &dirty, GetSysColorBrush(COLOR_WINDOW));
+    GdiPainter painter(dc, Toolkit().GetFonts(), Toolkit().GetImages(), GetScale(), dirty);
+    CDC context(painter);
+    Owner().OnPaint(context);
+    SelectClipRgn(dc, nullptr);
+    SetViewportOrgEx(dc, 0, 0, nullptr);
+    BitBlt(screen, dirty.left, dirty.top, width, height, dc, 0, 0, SRCCOPY);
+  }
+  EndPaint(Handle(), &paint);
+}
+
+void SurfaceWindow::DeliverMouse(MessageKind kind, LPARAM place) {
+  Deliver({.kind = kind, .point = GetScale().FromPixels(PointOf(place)), .flags = KeyFlags()});
+}
+
+void SurfaceWindow::OnMouseMove(LPARAM place) {
+  if (!m_leaveAsked) {
+    TRACKMOUSEEVENT request{
+        .cbSize = sizeof(TRACKMOUSEEVENT), .dwFlags = TME_LEAVE, .hwndTrack = Handle(), .dwHoverTime = 0};
+    m_leaveAsked = TrackMouseEvent(&request) != 0;
+  }
+  DeliverMouse(MessageKind::MouseMove, place);
+}
+
+void SurfaceWindow::OnWheel(WPARAM w) {
+  UINT linesPerNotch = 3;
+  SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &linesPerNotch, 0);
+  constexpr UINT kMostLines = 100;  // "a screen at a time" is a number beyond it
+  m_wheelRest += GET_WHEEL_DELTA_WPARAM(w) * static_cast<int>(std::min(linesPerNotch, kMostLines));
+  const int lines = m_wheelRest / WHEEL_DELTA;
+  m_wheelRest -= lines * WHEEL_DELTA;
+  if (lines != 0) Deliver({.kind = MessageKind::Wheel, .amount = lines});
+}
+
+bool SurfaceWindow::OnKey(WPARAM key) {
+  const int known = KeyOf(key);
+  if (known == 0) return false;
+  Deliver({.kind = MessageKind::KeyDown, .flags = KeyFlags(), .key = known});
+  return true;
+}
+
+/// Posted, so that everything that the release of the button brings about is done before the menu opens.
+void SurfaceWindow::OnContextMenu(LPARAM place) {
+  Deliver({.kind = MessageKind::ContextMenu, .point = GetScale().FromPixels(PointOf(place))});
+}
+
+/// True when it was one, and is dealt with.
+bool SurfaceWindow::IsMouseMessage(UINT message, LPARAM place) {
+  switch (message) {
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONDBLCLK:  // a fast second right press is a press like any other
+    {
+      const HWND window = Handle();
+      if (GetFocus() != window) SetFocus(window);
+      if (NativeWindow::Of(window) != this) return true;  // whoever lost the focus has destroyed us
+      DeliverMouse(message == WM_LBUTTONDOWN ? MessageKind::LeftDown : MessageKind::RightDown, place);
+      return true;
+    }
+    case WM_LBUTTONDBLCLK:
+      DeliverMouse(MessageKind::LeftDouble, place);
+      return true;
+    case WM_LBUTTONUP:
+      DeliverMouse(MessageKind::LeftUp, place);
+      return true;
+    case WM_RBUTTONUP: {
+      POINT screen = PointOf(place);
+      ClientToScreen(Handle(), &screen);
+      PostMessageW(Handle(), kMenuRequest, 0, MAKELPARAM(screen.x, screen.y));
+      DeliverMouse(MessageKind::RightUp, place);
+      return true;
+    }
+    case WM_MOUSEMOVE:
+      OnMouseMove(place);
+      return true;
+    case WM_MOUSELEAVE:
+      m_leaveAsked = false;
+      Deliver({.kind = MessageKind::MouseLeave});
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool SurfaceWindow::IsSystemChange(UINT message) {
+  if (message != WM_SYSCOLORCHANGE && message != WM_THEMECHANGED && message != WM_SETTINGCHANGE) return false;
+  Toolkit().SettingsChanged();
+  InvalidateRect(Handle(), nullptr, FALSE);
+  return true;
+}
+
+LRESULT SurfaceWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
+  if (IsMouseMessage(message, l) || IsSystemChange(message)) return 0;
+  // Registered messages reach the owner under their own numbers.
+  constexpr UINT kFirstRegistered = 0xC000;
+  if (message >= kFirstRegistered) {
+    Deliver({.kind = MessageKind::Posted, .id = message, .parameter = w});
+    return 0;
+  }
+  switch (message) {
+    case WM_PAINT:
+      Paint();
+      return 0;
+    case WM_ERASEBKGND:
+      return 1;
+    case WM_SIZE:
+      Deliver({.kind = MessageKind::Size});
+      return 0;
+    case WM_MOUSEWHEEL:
+      OnWheel(w);
+      return 0;
+    case WM_KEYDOWN:
+      if (OnKey(w)) return 0;
+      break;
+    case WM_CHAR:
+      // The controls know the space bar as a key.
+      if (w > kKeySpace) Deliver({.kind = MessageKind::Char, .key = static_cast<int>(w)});
+      return 0;
+    case WM_GETDLGCODE:
+      return DLGC_WANTARROWS | DLGC_WANTCHARS;
+    case WM_SETFOCUS:
+      Deliver({.kind = MessageKind::FocusGained});
+      return 0;
+    case WM_KILLFOCUS:
+      Deliver({.kind = MessageKind::FocusLost});
+      return 0;
+    case WM_CAPTURECHANGED:
+    case WM_CANCELMODE:
+      if (Toolkit().IsCaptureOf(Owner())) Toolkit().LoseCapture();
+      return 0;
+    case kMenuRequest:
+      OnContextMenu(l);
+      return 0;
+    case WM_CONTEXTMENU: {
+      // Our own request comes with the release of the button; this one is the keyboard's, or another program's.
+      if (l != -1) {
+        OnContextMenu(l);
+        return 0;
+      }
+      RECT client{};
+      GetClientRect(Handle(), &client);
+      POINT middle{client.right / 2, client.bottom / 2};
+      ClientToScreen(Handle(), &middle);
+      PostMessageW(Handle(), kMenuRequest, 0, MAKELPARAM(middle.x, middle.y));
+      return 0;
+    }
+    case WM_VSCROLL:
+    case WM_HSCROLL: {
+      const auto bar = reinterpret_cast<HWND>(l);  // null for the window's own
+      NativeWindow* peer = bar == nullptr ? this : NativeWindow::Of(bar);
+      if (peer == nullptr) break;
+      const int position =
+          ScrollTarget(peer->Handle(), bar != nullptr ? SB_CTL : SB_VERT, LOWORD(w), peer->LineStep());
+      Toolkit().Deliver({.kind = MessageKind::Scroll, .target = &peer->Owner(), .amount = position});
+      return 0;
+    }
+    case WM_MEASUREITEM:
+    case WM_DRAWITEM:
+    case WM_MENUCHAR:
+      return Toolkit().OnMenuMessage(Handle(), message, w, l);
+    default:
+      break;
+  }
+  return NativeWindow::OnMessage(message, w, l);
+}
+
+}  // namespace qd

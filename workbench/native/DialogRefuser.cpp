@@ -1,0 +1,11 @@
+#include "workbench/native/DialogRefuser.h"
+
+#include "host/CMSGFunction.h"
+
+namespace qd::workbench {
+
+void DialogRefuser::Refuse(const CString& dialogClass) {
+  qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_NO_DIALOG"), {dialogClass});
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,65 @@
+#include "workbench/native/InpImport.h"
+
+#include <exception>
+#include <utility>
+
+#include "workbench/exchange/InpFile.h"
+#include "workbench/text/Paths.h"
+
+namespace qd::workbench {
+
+namespace {
+
+struct Stopped {};
+
+/// What can be said of a file before it is read.
+void CheckFile(const std::filesystem::path& path) {
+  std::error_code error;
+  const auto status = std::filesystem::status(path, error);
+  if (!std::filesystem::exists(status)) throw ImportError{"IDS_WB_IMPORT_MISSING", ""};
+  if (std::filesystem::is_directory(status)) throw ImportError{"IDS_WB_IMPORT_DIRECTORY", ""};
+  if (path.extension() != ".inp" && path.extension() != ".INP") {
+    throw ImportError{"IDS_WB_IMPORT_FORMAT", PathText(path.extension())};
+  }
+  if (std::filesystem::file_size(path, error) == 0) throw ImportError{"IDS_WB_IMPORT_EMPTY", ""};
+}
+
+}  // namespace
+
+InpImport::InpImport(std::filesystem::path path, std::function<void()> wake)
+    : m_path(std::move(path)), m_wake(std::move(wake)), m_thread([this] { Read(); }) {}
+
+InpImport::~InpImport() {
+  Cancel();
+  m_thread.join();
+}
+
+void InpImport::Read() {
+  Result result;
+  try {
+    CheckFile(m_path);
+    result.model = ReadInpFile(m_path, [this](double done) {
+      if (m_cancelled) throw Stopped{};
+      constexpr int kWhole = 1000;
+      const int thousandths = static_cast<int>(done * kWhole);
+      if (m_thousandths.exchange(thousandths) != thousandths) m_wake();
+    });
+  } catch (const Stopped&) {
+  } catch (const ImportError& error) {
+    result.error = error;
+  } catch (const std::exception& error) {
+    result.error = ImportError{"IDS_WB_IMPORT_READER", error.what()};
+  }
+  {
+    const std::lock_guard lock(m_mutex);
+    m_result = std::move(result);
+  }
+  m_wake();
+}
+
+std::optional<InpImport::Result> InpImport::TakeResult() {
+  const std::lock_guard lock(m_mutex);
+  return std::exchange(m_result, std::nullopt);
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <windows.h>
+// After what it builds on.
+#include <commctrl.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "host/CMainFrame.h"
+
+namespace qd::workbench {
+
+/// The property pane: a list of names and values, which are edited in place.
+class PropertyPane final : public CPropertiesWnd {
+ public:
+  explicit PropertyPane(HWND parent);
+  ~PropertyPane();
+  PropertyPane(const PropertyPane&) = delete;
+  PropertyPane& operator=(const PropertyPane&) = delete;
+
+  void Place(const RECT& area, HFONT font);
+  /// What the frame is told by the list; the answer when it was for this pane.
+  std::optional<LRESULT> OnNotify(NMHDR& notice);
+  /// What the frame is told by a button; true when it was this pane's.
+  bool OnCommand(HWND sender);
+  /// Texts in the language of now.
+  void Refresh() override;
+  void SetPropertySet(std::unique_ptr<IPropertySet> page) override;
+  IPropertySet* GetPropertySet() const override { return m_page.get(); }
+  /// Lays the rows out anew if that is due. The frame calls it when its queue is empty: pages replace themselves
+  /// while they are being worked with.
+  void ShowIfDue();
+
+ private:
+  static LRESULT CALLBACK EditorProcedure(HWND editor, UINT message, WPARAM w, LPARAM l, UINT_PTR, DWORD_PTR self);
+
+  LRESULT Draw(NMLVCUSTOMDRAW& draw) const;
+  void ShowRows();
+  void Open(int index);
+  void OpenEditor(int index, CBCGPProp& row);
+  void PickColour(CBCGPProp& row);
+  void CloseEditor(bool keep);
+  void Tell(CBCGPProp& row);
+
+  HWND m_list;
+  HWND m_apply;
+  HWND m_editor = nullptr;
+  CBCGPProp* m_edited = nullptr;  // the row that the editor is over
+  std::unique_ptr<IPropertySet> m_page;
+  std::vector<std::unique_ptr<IPropertySet>> m_retired;
+  std::vector<CBCGPProp*> m_rows;  // as they stand in the list
+  bool m_due = true;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,73 @@
+#pragma once
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <vector>
+
+#include "qd_wrt/core/CWorksTreeManager.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "workbench/display/WorkDocument.h"
+#include "workbench/model/Database.h"
+#include "workbench/tree/DocumentNode.h"
+
+namespace qd::workbench {
+
+/// The works trees of an open document, in step with its database, its display state and each other, whatever
+/// window they are in.
+class WorksTrees final : private IDatabaseListener {
+ public:
+  /// What the window does for the trees.
+  struct Window {
+    /// Runs something once the current message is handled.
+    std::function<void(std::function<void()>)> later;
+    /// The database has changed, and the trees know.
+    std::function<void(const CQDUpdateRecord&)> changed;
+    /// There is another act to undo.
+    std::function<void()> acted;
+  };
+
+  /// The bars, by tree type, and the document outlive this. Makes the rows.
+  WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& bars, Window window);
+  ~WorksTrees();
+  WorksTrees(const WorksTrees&) = delete;
+  WorksTrees& operator=(const WorksTrees&) = delete;
+
+  CWorksTreeManager& Manager() { return *m_manager; }
+  CWorksTreeBar& Bar(long treeType) { return m_panes.at(treeType).Bar(); }
+  /// Makes all rows anew, for a document that was replaced as a whole.
+  void MakeAnew();
+  /// Opens the branches of all trees: an empty branch cannot stand open, so whoever brings the first records opens
+  /// them.
+  void OpenBranches();
+  /// Selects a record, none for 0, or turns its selection round beside what is selected.
+  void Pick(iterator itr, bool add);
+
+ private:
+  class Pane final : public CSwitchDockablePane {
+   public:
+    explicit Pane(CWorksTreeBar& bar) : m_bar(bar) {}
+    CWorksTreeBar& Bar() { return m_bar; }
+    IWorksTree* GetTree(CDocument* doc) override { return doc == m_bar.GetDocument() ? &m_bar : nullptr; }
+    void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }
+    IWorksTree* GetDefaultPane() override { return nullptr; }
+
+   private:
+    CWorksTreeBar& m_bar;
+  };
+
+  void OnDatabaseChanged(const CQDUpdateRecord& record) override;
+  void Later();
+  void FollowDisplay();
+  void RememberDisplay();
+
+  WorkDocument& m_doc;
+  Window m_window;
+  TreeFactory m_factory;
+  std::map<long, Pane> m_panes;
+  std::unique_ptr<CWorksTreeManager> m_manager;
+  std::shared_ptr<void> m_life = std::make_shared<char>();
+  std::uint64_t m_actsBeforeDisplay = 0;
+};
+
+}  // namespace qd::workbench
