@@ -26,7 +26,7 @@ HFONT Fonts::Get(const Font& font, Scale scale) {
     std::copy(font.face.begin(), font.face.end(), wanted.lfFaceName);
     wanted.lfFaceName[font.face.size()] = 0;
   }
-  if (font.height > 0) wanted.lfHeight = -scale.ToPixels(font.height);
+  if (font.height > 0) wanted.lfHeight = scale.ToPixels(font.height);  // of a line, not of a letter
   if (font.bold) wanted.lfWeight = FW_BOLD;
   made = GdiObject<HFONT>(CreateFontIndirectW(&wanted));
   return made.Get();

@@ -131,20 +131,30 @@ void PopupMenu::Draw(const DRAWITEMSTRUCT& item) const {
             DT_LEFT | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
 }
 
-/// Typing goes to the first entry that begins so.
+/// Typing chooses the entry that begins so; among several it goes from one to the next.
 LRESULT PopupMenu::FindByCharacter(wchar_t character, HMENU menu) const {
   const int count = GetMenuItemCount(menu);
+  int matches = 0;
+  int first = -1;
+  int next = -1;
+  bool passed = false;  // the entry that is selected now
   for (int index = 0; index < count; ++index) {
     MENUITEMINFOW item{};
     item.cbSize = sizeof(item);
-    item.fMask = MIIM_DATA;
+    item.fMask = MIIM_DATA | MIIM_STATE;
     GetMenuItemInfoW(menu, static_cast<UINT>(index), TRUE, &item);
     const BCMenu::Entry* entry = EntryOf(item.dwItemData);
     if (entry == nullptr || entry->text.empty()) continue;
     const auto upper = [](wchar_t unit) { return std::towupper(static_cast<std::wint_t>(unit)); };
-    if (upper(entry->text.front()) == upper(character)) return MAKELRESULT(index, MNC_SELECT);
+    if (upper(entry->text.front()) == upper(character)) {
+      ++matches;
+      if (first < 0) first = index;
+      if (next < 0 && passed) next = index;
+    }
+    passed = passed || (item.fState & MFS_HILITE) != 0;
   }
-  return MAKELRESULT(0, MNC_IGNORE);
+  if (matches == 0) return MAKELRESULT(0, MNC_IGNORE);
+  return matches == 1 ? MAKELRESULT(first, MNC_EXECUTE) : MAKELRESULT(next >= 0 ? next : first, MNC_SELECT);
 }
 
 }  // namespace qd

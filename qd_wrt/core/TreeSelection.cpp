@@ -125,12 +125,12 @@ void CQDTreeListCtrl::OnPosted(unsigned id, std::uint64_t parameter) {
 /// Every selected box takes the opposite of the clicked box's state.
 void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
   CQDTreeItem* clicked = NodeOf(row);
-  if (clicked == nullptr || m_doc == nullptr) return;
+  if (clicked == nullptr) return;
   const Handler handler(*this);
   EndEditors();
   if (clicked->IsDetached()) return;
   {
-    const CGeomPrevShowHideStarter batch(m_doc->GetCADSession());
+    const CGeomPrevShowHideStarter batch(m_doc != nullptr ? m_doc->GetCADSession() : nullptr);
     if (!IsSelected(row)) {
       ResetSelection(1);
       SetRowState(row, kRowSelected, kRowSelected);
@@ -146,7 +146,8 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
     }
   }
   ResetSelection(1);
-  if (CQDViewBase* view = m_doc->GetActiveView()) view->Redraw(0);
+  CQDViewBase* view = m_doc != nullptr ? m_doc->GetActiveView() : nullptr;
+  if (view != nullptr) view->Redraw(0);
 }
 
 }  // namespace qd

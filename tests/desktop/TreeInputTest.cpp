@@ -7,45 +7,12 @@
 
 #include "Display.h"
 #include "platform/qt/QtToolkit.h"
-#include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
+#include "support/InputRows.h"
 #include "workbench/display/WorkDocument.h"
-#include "workbench/text/Utf8.h"
 
 namespace qd::test {
 namespace {
-
-/// A row that may be dragged onto any other below the root, and renamed.
-class Item final : public CQDTreeItem {
- public:
-  Item(CQDTreeListCtrl* control, CQDTreeItem* parent, const CString& title)
-      : CQDTreeItem(control, parent, title, 21, 1) {
-    m_leftDrag = m_multiLeftDrag = m_editable = true;
-    if (parent != nullptr) SetTreeItemType(kKind);
-    RegsiterDragEnableType(kKind);
-  }
-  int MakeChildItems() override {
-    if (GetParent() != nullptr) return 1;
-    for (int i = 0; i < 40; ++i)
-      (new Item(GetControl(), this, L"Item " + std::to_wstring(i)))->MakeItem(kInsertLast);
-    return 1;
-  }
-  void OnDrop(std::vector<CQDTreeItem*>& nodes) override {
-    dropped = std::to_string(nodes.size()) + " on " + workbench::ToUtf8(GetTitle());
-  }
-  void OnEditChange(const wchar_t* text) override { renamed = workbench::ToUtf8(text); }
-
-  static constexpr std::uint16_t kKind = 40;
-  static inline std::string dropped;
-  static inline std::string renamed;
-};
-
-class Factory final : public IQDTreeGroupFactory {
- public:
-  CQDTreeItem* CreateRootItem(int, CQDTreeListCtrl* control) override {
-    return new Item(control, nullptr, L"Root");
-  }
-};
 
 class TreeInput : public ::testing::Test {
  protected:
@@ -91,7 +58,7 @@ class TreeInput : public ::testing::Test {
 
   QtToolkit m_toolkit;
   workbench::WorkDocument m_doc;
-  Factory m_factory;
+  InputRows m_factory;
   QWidget m_window;
   CWorksTreeBar m_bar;
 };
@@ -100,12 +67,12 @@ TEST_F(TreeInput, ABandSelectsAndADragDrops) {
   Drag({Line(1, 8), Line(2, 30), Line(4, 60)}, "band");
   EXPECT_EQ(Tree().GetSelectedCount(), 4);
   Drag({Line(2), Line(3), Line(8)}, "drag");
-  EXPECT_EQ(Item::dropped, "4 on Item 7");
+  EXPECT_EQ(InputRow::dropped, "4 on Item 7");
   EXPECT_FALSE(Tree().IsDragging());
-  Item::dropped.clear();
+  InputRow::dropped.clear();
   m_window.setFocus();  // Escape is heard although the tree has no focus
   Drag({Line(5), Line(6), Line(9)}, "escape", {"key", "Escape"});
-  EXPECT_EQ(Item::dropped, "");
+  EXPECT_EQ(InputRow::dropped, "");
   EXPECT_EQ(Tree().GetItemState(Tree().GetFirstSelectedItem(), kRowDropHighlight), 0U);
 }
 
@@ -116,7 +83,7 @@ TEST_F(TreeInput, TitlesAreEditedInPlace) {
   Display({"type", "--delay", "5", "new.name (%1)"});
   Picture("rename");
   Display({"key", "Return"});
-  EXPECT_EQ(Item::renamed, "new.name (%1)");
+  EXPECT_EQ(InputRow::renamed, "new.name (%1)");
   EXPECT_TRUE(Tree().HasFocus());
   Display({"key", "F2"});
   Display({"type", "other"});
@@ -125,7 +92,7 @@ TEST_F(TreeInput, TitlesAreEditedInPlace) {
   Display({"key", "F2"});
   Display({"type", "clicked away"});
   Display(QStringList{"mousemove"} << At(Line(6)) << QStringList{"click", "1"});
-  EXPECT_EQ(Item::renamed, "clicked away");
+  EXPECT_EQ(InputRow::renamed, "clicked away");
 }
 
 TEST_F(TreeInput, KeysWalkTypeAndCheck) {

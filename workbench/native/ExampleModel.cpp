@@ -46,17 +46,17 @@ PartShape ShapeOf(const Body& body) {
 
 /// Materials of the parts, which imports do not know.
 bool AddMaterials(Database& database) {
-  tagTMaterial steel;
-  steel.name = L"Steel";
-  steel.youngsModulus = 210e3;
-  steel.poissonsRatio = 0.3;
-  steel.density = 7.85e-9;
+  tagTMaterial iron;
+  iron.name = L"Cast iron";
+  iron.youngsModulus = 170e3;
+  iron.poissonsRatio = 0.28;
+  iron.density = 7.2e-9;
   tagTMaterial bronze;
   bronze.name = L"Bronze";
   bronze.youngsModulus = 110e3;
   bronze.poissonsRatio = 0.34;
   bronze.density = 8.8e-9;
-  const iterator cast = database.GetMaterialPool().Add(steel);
+  const iterator cast = database.GetMaterialPool().Add(iron);
   const iterator turned = database.GetMaterialPool().Add(bronze);
   if (cast == 0 || turned == 0) return false;
   for (const iterator itr : database.GetGeomPool().GetItrList()) {

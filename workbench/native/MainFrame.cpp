@@ -26,7 +26,6 @@ constexpr UINT kImportMessage = WM_APP + 2;
 
 // In device-independent pixels.
 constexpr int kSplitter = 5;
-constexpr int kTabHeight = 26;
 constexpr int kStatusHeight = 26;
 constexpr int kLeastPane = 120;
 
@@ -137,8 +136,10 @@ void MainFrame::Layout() {
                                     std::max<int>(least, client.right - least));
   const int status = m_import != nullptr ? ToPixels(kStatusHeight) : 0;
   const int bottom = client.bottom - status;
-  const int tabs = ToPixels(kTabHeight);
-  MoveWindow(m_tabs, 0, 0, width, tabs, TRUE);
+  MoveWindow(m_tabs, 0, 0, width, bottom, TRUE);
+  RECT tab{};
+  SendMessageW(m_tabs, TCM_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&tab));
+  const int tabs = tab.bottom;  // the pane covers the rest
   for (const CWorksTreeBar* bar : {&m_modelBar, &m_gsetBar}) {
     MoveWindow(static_cast<HWND>(m_toolkit.HandleOf(*bar)), 0, tabs, width, bottom - tabs, TRUE);
   }
