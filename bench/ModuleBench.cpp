@@ -1,14 +1,13 @@
-// The works tree over the model database on the headless toolkit, with a million parts.
+// The works tree over the model database, with a million parts.
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <chrono>
 #include <memory>
 #include <string>
 
+#include "bench/Screen.h"
 #include "host/CTransaction.h"
-#include "platform/headless/HeadlessToolkit.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/tree/DocumentNode.h"
@@ -18,10 +17,7 @@ namespace {
 
 constexpr int kRows = 1'000'000;
 
-std::size_t HeapInUse() {
-  const struct mallinfo2 info = mallinfo2();
-  return info.uordblks + info.hblkhd;
-}
+using bench::HeapInUse;
 
 /// A document with a million parts and its works tree in a window of usual size.
 class BigModel final : private IDatabaseListener {
@@ -40,15 +36,16 @@ class BigModel final : private IDatabaseListener {
     transaction.Commit(1);
     m_bar.SetDocument(&m_doc);
     m_bar.Create(nullptr, 0, {0, 0, 400, 800});
+    m_screen.Show(m_bar);
     const auto start = std::chrono::steady_clock::now();
     m_bar.CreateTreeItems(kModelTree, &m_factory, 1);
     m_build = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     m_after = HeapInUse();
     m_doc.GetDatabase().SetListener(this);
-    m_toolkit.Pump();
+    m_screen.Settle();
   }
 
-  HeadlessToolkit m_toolkit;
+  bench::Screen m_screen;
   WorkDocument m_doc;
   TreeFactory m_factory;
   CWorksTreeBar m_bar;
@@ -57,6 +54,8 @@ class BigModel final : private IDatabaseListener {
   std::size_t m_after = 0;
 
   CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
+  /// The branch that holds the parts.
+  HTREEITEM Geometry() { return Tree().GetParentItem(Tree().FindGeomNode(Parts().front())->GetTreeItemHandle()); }
   std::vector<iterator> Parts() { return m_doc.GetDatabase().GetGeomPool().GetItrList(); }
 
  private:
@@ -126,7 +125,7 @@ BENCHMARK(BM_TenThousandChangesInOneNotice)->Unit(benchmark::kMillisecond);
 
 void BM_ExpandAndCollapseABranch(benchmark::State& state) {
   BigModel& model = Model();
-  const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());
+  const HTREEITEM branch = model.Geometry();
   for (auto _ : state) model.Tree().Expand(branch, ExpandAction::Toggle);
   if (!model.Tree().IsExpanded(branch)) model.Tree().Expand(branch, ExpandAction::Expand);
 }
@@ -138,7 +137,7 @@ void BM_PaintAScreenAllSelected(benchmark::State& state) {
   std::size_t at = 0;
   for (auto _ : state) {
     model.Tree().ScrollTo((at += 77'777) % kRows);
-    benchmark::DoNotOptimize(model.m_toolkit.Paint(model.Tree()));
+    model.m_screen.Paint(model.Tree());
   }
   model.Tree().ResetSelection(1);
 }
@@ -172,7 +171,7 @@ BENCHMARK(BM_InvertSelection)->Unit(benchmark::kMillisecond);
 
 void BM_SelectARangeOfAllRows(benchmark::State& state) {
   BigModel& model = Model();
-  const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());
+  const HTREEITEM branch = model.Geometry();
   const HTREEITEM first = model.Tree().GetChildItem(branch);
   HTREEITEM last = first;
   for (HTREEITEM next = first; next; next = model.Tree().GetNextSiblingItem(next)) last = next;
@@ -201,15 +200,14 @@ BENCHMARK(BM_MoveARubberBand)->ArgName("rows")->Arg(1)->Arg(50)->Arg(1000)->Unit
 void BM_TypeATitleThatIsNotThere(benchmark::State& state) {
   BigModel& model = Model();
   for (auto _ : state) {
-    model.m_toolkit.Type(model.Tree(), L"z");
-    model.m_toolkit.Pump();
+    model.m_screen.Type(model.Tree(), L"z");
   }
 }
 BENCHMARK(BM_TypeATitleThatIsNotThere)->Unit(benchmark::kMillisecond)->Iterations(5);
 
 void BM_SortAllByName(benchmark::State& state) {
   BigModel& model = Model();
-  const HTREEITEM branch = model.Tree().GetChildItem(model.Tree().GetRootItem());
+  const HTREEITEM branch = model.Geometry();
   for (auto _ : state) {
     model.Tree().SortItems(0, static_cast<int>(state.range(0)), branch);
     state.PauseTiming();

@@ -10,6 +10,10 @@ namespace {
 
 constexpr int kDepth = 32;
 
+std::size_t PlaceOf(long x, long y, long width) {
+  return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+}
+
 /// A picture drawn into a size: the one of its two resolutions that is not smaller, each pixel the mean of those
 /// that it covers.
 std::vector<std::uint32_t> Resample(const Picture& picture, SIZE size) {
@@ -25,10 +29,10 @@ std::vector<std::uint32_t> Resample(const Picture& picture, SIZE size) {
       for (int part = 0; part < kParts * kParts; ++part) {
         const int fromX = (x * kParts + part % kParts) * width / (static_cast<int>(size.cx) * kParts);
         const int fromY = (y * kParts + part / kParts) * height / (static_cast<int>(size.cy) * kParts);
-        const std::uint32_t pixel = source[static_cast<std::size_t>(fromY * width + fromX)];
+        const std::uint32_t pixel = source[PlaceOf(fromX, fromY, width)];
         for (unsigned channel = 0; channel < 4; ++channel) sums[channel] += pixel >> 8 * channel & 0xFFU;
       }
-      std::uint32_t& pixel = pixels[static_cast<std::size_t>(y * size.cx + x)];
+      std::uint32_t& pixel = pixels[PlaceOf(x, y, size.cx)];
       for (unsigned channel = 0; channel < 4; ++channel) {
         pixel |= sums[channel] / (kParts * kParts) << 8 * channel;
       }
@@ -37,7 +41,7 @@ std::vector<std::uint32_t> Resample(const Picture& picture, SIZE size) {
   return pixels;
 }
 
-/// Image lists and cursors want the colour itself beside the alpha, not multiplied with it.
+/// Cursors want the colour itself beside the alpha, not multiplied with it.
 std::uint32_t Straight(std::uint32_t pixel) {
   const std::uint32_t alpha = pixel >> 24U;
   if (alpha == 0) return 0;
@@ -57,9 +61,7 @@ GdiObject<HBITMAP> ColourBitmap(const std::vector<std::uint32_t>& pixels, SIZE s
   info.bmiHeader.biBitCount = kDepth;
   void* bits = nullptr;
   GdiObject<HBITMAP> bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
-  if (bits != nullptr) {
-    std::transform(pixels.begin(), pixels.end(), static_cast<std::uint32_t*>(bits), Straight);
-  }
+  if (bits != nullptr) std::copy(pixels.begin(), pixels.end(), static_cast<std::uint32_t*>(bits));
   return bitmap;
 }
 
@@ -69,8 +71,8 @@ GdiObject<HBITMAP> MaskBitmap(const std::vector<std::uint32_t>& pixels, SIZE siz
   std::vector<std::uint8_t> bits(static_cast<std::size_t>(rowBytes) * static_cast<std::size_t>(size.cy));
   for (int y = 0; y < size.cy; ++y) {
     for (int x = 0; x < size.cx; ++x) {
-      if (pixels[static_cast<std::size_t>(y * size.cx + x)] >> 24U != 0) continue;
-      bits[static_cast<std::size_t>(y * rowBytes + x / 8)] |= static_cast<std::uint8_t>(0x80U >> (x % 8));
+      if (pixels[PlaceOf(x, y, size.cx)] >> 24U != 0) continue;
+      bits[PlaceOf(x / 8, y, rowBytes)] |= static_cast<std::uint8_t>(0x80U >> (x % 8));
     }
   }
   return GdiObject<HBITMAP>(CreateBitmap(size.cx, size.cy, 1, 1, bits.data()));
@@ -89,32 +91,27 @@ bool IsWhole(const Picture& picture) {
 }  // namespace
 
 Images::~Images() {
-  for (const auto& [size, list] : m_lists) ImageList_Destroy(list);
   for (const auto& [key, cursor] : m_cursors) DestroyCursor(cursor);
 }
 
-Images::Place Images::Find(const Picture& picture, SIZE size) {
-  Place& place = m_places[{&picture, size.cx, size.cy}];
-  if (place.list != nullptr || !IsWhole(picture)) return place;
-  constexpr int kGrow = 32;
-  HIMAGELIST& list = m_lists[{size.cx, size.cy}];
-  if (list == nullptr) list = ImageList_Create(size.cx, size.cy, ILC_COLOR32 | ILC_MASK, kGrow, kGrow);
-  const auto pixels = Resample(picture, size);
-  const int index = ImageList_Add(list, ColourBitmap(pixels, size).Get(), MaskBitmap(pixels, size).Get());
-  if (index >= 0) place = {list, index};
-  return place;
-}
-
 void Images::Draw(HDC dc, POINT at, const Picture& picture, Scale scale) {
-  const Place place = Find(picture, SizeOf(picture, scale));
-  if (place.list != nullptr) ImageList_Draw(place.list, place.index, dc, at.x, at.y, ILD_TRANSPARENT);
+  const SIZE size = SizeOf(picture, scale);
+  GdiObject<HBITMAP>& bitmap = m_bitmaps[{&picture, size.cx, size.cy}];
+  if (!bitmap) {
+    if (!IsWhole(picture)) return;
+    bitmap = ColourBitmap(Resample(picture, size), size);
+  }
+  const Selected selected(m_dc.Get(), bitmap.Get());
+  constexpr BLENDFUNCTION kOver{AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+  AlphaBlend(dc, at.x, at.y, size.cx, size.cy, m_dc.Get(), 0, 0, size.cx, size.cy, kOver);
 }
 
 HCURSOR Images::Cursor(const Picture& picture, Scale scale) {
   HCURSOR& cursor = m_cursors[{&picture, scale.Dpi()}];
   if (cursor != nullptr || !IsWhole(picture)) return cursor;
   const SIZE size = SizeOf(picture, scale);
-  const auto pixels = Resample(picture, size);
+  std::vector<std::uint32_t> pixels = Resample(picture, size);
+  std::transform(pixels.begin(), pixels.end(), pixels.begin(), Straight);
   const auto colour = ColourBitmap(pixels, size);
   const auto mask = MaskBitmap(pixels, size);
   ICONINFO info{.fIcon = FALSE, .xHotspot = 0, .yHotspot = 0, .hbmMask = mask.Get(), .hbmColor = colour.Get()};

@@ -99,7 +99,7 @@ class NativeDialog final : public IDialogPeer {
   NativeDialog& operator=(const NativeDialog&) = delete;
 
   void SetCaption(const CString& text) override {
-    if (m_window != nullptr) SetWindowTextW(m_window, CString(text.c_str()).c_str());
+    if (m_window != nullptr) SetWindowTextW(m_window, text.c_str());  // up to its first zero
   }
   void SetText(int id, const CString& text) override {
     if (m_window != nullptr) SetDlgItemTextW(m_window, id, WithoutPrefixes(text).c_str());

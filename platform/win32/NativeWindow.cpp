@@ -55,10 +55,18 @@ void NativeWindow::Make(const Style& style, IPeer* parent, const CRect& area) {
   if (m_next != nullptr) m_next->m_before = this;
   theFirst = this;
   SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+  NoteSize();
   if (ours) return;
   const LONG_PTR procedure = SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure));
   m_classProcedure = reinterpret_cast<WNDPROC>(procedure);
   SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(m_toolkit.GetFont({}, scale)), FALSE);
+}
+
+void NativeWindow::NoteSize() {
+  m_scale = Scale::Of(m_window);
+  RECT client{};
+  GetClientRect(m_window, &client);
+  m_client = {client.right, client.bottom};
 }
 
 /// The window no longer reports to us, whoever destroys it and when.
@@ -102,6 +110,7 @@ void NativeWindow::Embed(HWND parent) {
   const LONG_PTR style = GetWindowLongPtrW(m_window, GWL_STYLE);
   SetWindowLongPtrW(m_window, GWL_STYLE, (style & ~static_cast<LONG_PTR>(WS_POPUP)) | WS_CHILD);
   SetParent(m_window, parent);
+  NoteSize();
   ShowWindow(m_window, SW_SHOWNA);
 }
 
@@ -132,6 +141,7 @@ LRESULT CALLBACK NativeWindow::Procedure(HWND window, UINT message, WPARAM w, LP
     return procedure != nullptr ? CallWindowProcW(procedure, window, message, w, l)
                                 : DefWindowProcW(window, message, w, l);
   }
+  if (message == WM_SIZE) peer->NoteSize();
   return peer->OnMessage(message, w, l);
 }
 
@@ -159,6 +169,7 @@ LRESULT NativeWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
 }
 
 void NativeWindow::OnDpiChanged() {
+  NoteSize();
   m_toolkit.SetScale(GetScale());
   if (!m_embedded) Move(m_place);
   if (m_classProcedure != nullptr) {
@@ -179,10 +190,7 @@ void NativeWindow::Move(const CRect& area) {
 
 CRect NativeWindow::ClientRect() const {
   if (m_window == nullptr) return {};
-  RECT client{};
-  GetClientRect(m_window, &client);
-  const Scale scale = GetScale();
-  return {0, 0, scale.FromPixels(client.right), scale.FromPixels(client.bottom)};
+  return {0, 0, m_scale.FromPixels(m_client.cx), m_scale.FromPixels(m_client.cy)};
 }
 
 void NativeWindow::Show(bool show) {
@@ -195,14 +203,19 @@ void NativeWindow::Enable(bool enable) {
 
 void NativeWindow::Invalidate(const CRect& area) {
   if (m_window == nullptr) return;
-  const Scale scale = GetScale();
-  const RECT dirty = scale.ToPixels(area);
+  const RECT client{0, 0, m_client.cx, m_client.cy};
+  const RECT all = m_scale.ToPixels(ClientRect());
+  RECT pixels = m_scale.ToPixels(area);
   // At a scale that is no whole number the last pixels may lie beyond the last whole unit.
-  RECT client{};
-  GetClientRect(m_window, &client);
-  const RECT all = scale.ToPixels(ClientRect());
-  const bool whole = dirty.right >= all.right && dirty.bottom >= all.bottom && dirty.left <= 0 && dirty.top <= 0;
-  InvalidateRect(m_window, whole ? &client : &dirty, FALSE);
+  if (pixels.right >= all.right) pixels.right = client.right;
+  if (pixels.bottom >= all.bottom) pixels.bottom = client.bottom;
+  // Of ten thousand changed rows a few dozen are in sight, and the system need not hear of a place twice.
+  RECT covered{};
+  if (IntersectRect(&pixels, &pixels, &client) == 0) return;
+  UnionRect(&covered, &m_invalid, &pixels);
+  if (EqualRect(&covered, &m_invalid) != 0) return;
+  if (EqualRect(&covered, &pixels) != 0) m_invalid = pixels;
+  InvalidateRect(m_window, &pixels, FALSE);
 }
 
 void NativeWindow::PaintNow() {

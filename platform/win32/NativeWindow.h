@@ -67,12 +67,15 @@ class NativeWindow : public IPeer {
   LRESULT Default(UINT message, WPARAM w, LPARAM l) const;
   void Deliver(Message message);
   static const wchar_t* SurfaceClass();
-  Scale GetScale() const { return Scale::Of(m_window); }
+  Scale GetScale() const { return m_scale; }
+  /// To be called when what is invalid is being painted.
+  void BeginPainting() { m_invalid = {}; }
   Win32Toolkit& Toolkit() const { return m_toolkit; }
 
  private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
   void Abandon();
+  void NoteSize();
   void OnDpiChanged();
 
   Win32Toolkit& m_toolkit;
@@ -83,6 +86,10 @@ class NativeWindow : public IPeer {
   bool m_embedded = false;
   int m_line = 1;
   HCURSOR m_cursor = nullptr;
+  // Kept here, for asking the system takes longer than painting a row.
+  Scale m_scale;
+  SIZE m_client{};
+  RECT m_invalid{};                // some of what the system knows to be invalid already
   NativeWindow* m_next = nullptr;  // the list of all
   NativeWindow* m_before = nullptr;
 };

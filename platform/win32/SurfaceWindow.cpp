@@ -50,13 +50,14 @@ void SurfaceWindow::SetScroll(const ScrollState& state) {
 
 /// Into a buffer first: what is drawn over one another never shows.
 void SurfaceWindow::Paint() {
+  BeginPainting();
   PAINTSTRUCT paint{};
   const HDC screen = BeginPaint(Handle(), &paint);
   const RECT dirty = paint.rcPaint;
   const int width = dirty.right - dirty.left;
   const int height = dirty.bottom - dirty.top;
   if (width > 0 && height > 0) {
-    const HDC dc = Toolkit().BeginBuffer(screen, width, height);
+    const HDC dc = Toolkit().BeginBuffer(width, height);
     SetViewportOrgEx(dc, -dirty.left, -dirty.top, nullptr);
     FillRect(dc, &dirty, GetSysColorBrush(COLOR_WINDOW));
     GdiPainter painter(dc, Toolkit().GetFonts(), Toolkit().GetImages(), GetScale(), dirty);

@@ -61,11 +61,19 @@ void Win32Toolkit::Embed(const CWnd& window, void* parent) {
   SetScale(Scale::Of(static_cast<HWND>(parent)));
 }
 
-HDC Win32Toolkit::BeginBuffer(HDC dc, int width, int height) {
+HDC Win32Toolkit::BeginBuffer(int width, int height) {
   if (width > m_bufferSize.cx || height > m_bufferSize.cy) {
     m_bufferSize = {std::max<LONG>(width, m_bufferSize.cx), std::max<LONG>(height, m_bufferSize.cy)};
     SelectObject(m_buffer.Get(), m_noBitmap);
-    m_bitmap = GdiObject<HBITMAP>(CreateCompatibleBitmap(dc, m_bufferSize.cx, m_bufferSize.cy));
+    // In the program's own memory: drawing and blending need nobody else.
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+    info.bmiHeader.biWidth = m_bufferSize.cx;
+    info.bmiHeader.biHeight = -m_bufferSize.cy;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    void* bits = nullptr;
+    m_bitmap = GdiObject<HBITMAP>(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     SelectObject(m_buffer.Get(), m_bitmap.Get());
   }
   return m_buffer.Get();

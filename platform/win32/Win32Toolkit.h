@@ -20,8 +20,8 @@ class Win32Toolkit final : public NativeToolkit {
   void LoseCapture() { m_capture.Lose(); }
   bool IsCaptureOf(const CWnd& window) const { return m_capture.IsHeldBy(window); }
   void WindowGone(const CWnd& window) { m_capture.WindowGone(window); }
-  /// A device context in memory of at least this size, compatible with `dc`, until the next call.
-  HDC BeginBuffer(HDC dc, int width, int height);
+  /// A device context in memory of at least this size, until the next call.
+  HDC BeginBuffer(int width, int height);
   Fonts& GetFonts() { return m_fonts; }
   HFONT GetFont(const Font& font, Scale scale) { return m_fonts.Get(font, scale); }
   Images& GetImages() { return m_images; }

@@ -43,9 +43,9 @@ struct OperationCase {
   int result;
   int operation;
 };
-class Operation : public DialogTest, public ::testing::WithParamInterface<OperationCase> {};
+class DialogOperation : public DialogTest, public ::testing::WithParamInterface<OperationCase> {};
 
-TEST_P(Operation, OfMeshSetsIsChosen) {
+TEST_P(DialogOperation, OfMeshSetsIsChosen) {
   int result = 0;
   int operation = 0;
   Input input;
@@ -63,7 +63,7 @@ TEST_P(Operation, OfMeshSetsIsChosen) {
   EXPECT_TRUE(IsWindowEnabled(m_window.Handle()));
 }
 INSTANTIATE_TEST_SUITE_P(
-    Ways, Operation,
+    Ways, DialogOperation,
     ::testing::Values(OperationCase{"ok_at_once", {VK_RETURN}, 1, 1},
                       OperationCase{"move", {VK_TAB, VK_TAB, VK_DOWN, VK_RETURN}, 1, 2},
                       OperationCase{"move_then_merge", {VK_TAB, VK_TAB, VK_DOWN, VK_UP, VK_RETURN}, 1, 1},
@@ -148,9 +148,9 @@ struct BoxCase {
   WORD key;
   MessageAnswer answer;
 };
-class Boxes : public DialogTest, public ::testing::WithParamInterface<BoxCase> {};
+class DialogBoxes : public DialogTest, public ::testing::WithParamInterface<BoxCase> {};
 
-TEST_P(Boxes, Answer) {
+TEST_P(DialogBoxes, Answer) {
   MessageAnswer answer = MessageAnswer::Ok;
   RunDuring(
       [&] {
@@ -159,7 +159,7 @@ TEST_P(Boxes, Answer) {
       Input().Picture("box").Keys({GetParam().key}));
   EXPECT_EQ(answer, GetParam().answer);
 }
-INSTANTIATE_TEST_SUITE_P(Ways, Boxes,
+INSTANTIATE_TEST_SUITE_P(Ways, DialogBoxes,
                          ::testing::Values(BoxCase{"ok", MessageButtons::Ok, VK_RETURN, MessageAnswer::Ok},
                                            BoxCase{"ok_closed", MessageButtons::Ok, VK_ESCAPE, MessageAnswer::Ok},
                                            BoxCase{"yes", MessageButtons::YesNo, VK_RETURN, MessageAnswer::Yes},

@@ -70,18 +70,41 @@ Input& Input::Then(Input other) {
   return *this;
 }
 
+namespace {
+
+bool IsAt(CPoint place) {
+  POINT now{};
+  GetCursorPos(&now);
+  return now.x == place.x && now.y == place.y;
+}
+
+/// The pointer is the display's too, whose events of earlier moves may come late and take it back: it has arrived
+/// when it has stayed for a while.
+void MovePointer(CPoint to) {
+  constexpr int kTries = 40;
+  constexpr int kStays = 5;
+  constexpr DWORD kStep = 8;  // milliseconds
+  int stayed = 0;
+  for (int i = 0; i < kTries && stayed < kStays; ++i) {
+    if (stayed == 0) {
+      SetCursorPos(to.x, to.y);
+      INPUT input{};
+      input.type = INPUT_MOUSE;
+      // The whole screen is 65536 wide and high.
+      input.mi.dx = (to.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
+      input.mi.dy = (to.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
+      input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+      Send(input);
+    }
+    Sleep(kStep);
+    stayed = IsAt(to) ? stayed + 1 : 0;
+  }
+}
+
+}  // namespace
+
 Input& Input::Move(CPoint to) {
-  return Do([to] {
-    // The display's own pointer has to go along, or its next event would bring ours back to it.
-    SetCursorPos(to.x, to.y);
-    INPUT input{};
-    input.type = INPUT_MOUSE;
-    // The whole screen is 65536 wide and high.
-    input.mi.dx = (to.x * 65536 + 32768) / GetSystemMetrics(SM_CXSCREEN);
-    input.mi.dy = (to.y * 65536 + 32768) / GetSystemMetrics(SM_CYSCREEN);
-    input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
-    Send(input);
-  });
+  return Do([to] { MovePointer(to); });
 }
 
 Input& Input::Button(DWORD what) {

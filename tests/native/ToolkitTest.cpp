@@ -1,5 +1,9 @@
 // The native toolkit piece by piece: painting, metrics, resources, menus, messages.
 
+#include <windows.h>
+// After what it builds on.
+#include <commctrl.h>
+
 #include <algorithm>
 #include <array>
 #include <set>
@@ -190,9 +194,9 @@ TEST_F(ToolkitTest, PrefixesOfATextGrow) {
   EXPECT_GT(m_toolkit->FontHeight({.face = std::wstring(5000, L'x')}), 0);
 }
 
-class Scales : public ::testing::TestWithParam<unsigned> {};
+class ToolkitScales : public ::testing::TestWithParam<unsigned> {};
 
-TEST_P(Scales, WhatTouchesStillTouchesAndComesBack) {
+TEST_P(ToolkitScales, WhatTouchesStillTouchesAndComesBack) {
   const Scale scale(GetParam());
   for (int x = -300; x < 300; ++x) {
     EXPECT_EQ(scale.ToPixels(CRect{x, 0, x + 7, 1}).right, scale.ToPixels(CRect{x + 7, 0, x + 9, 1}).left);
@@ -207,7 +211,7 @@ TEST_P(Scales, WhatTouchesStillTouchesAndComesBack) {
   EXPECT_LE(covered.left, dirty.left);
   EXPECT_GE(covered.right, dirty.right - 1);
 }
-INSTANTIATE_TEST_SUITE_P(Resolutions, Scales, ::testing::Values(96U, 120U, 144U, 168U, 192U, 240U));
+INSTANTIATE_TEST_SUITE_P(Resolutions, ToolkitScales, ::testing::Values(96U, 120U, 144U, 168U, 192U, 240U));
 
 TEST_F(ToolkitTest, ScrollBarsHoldTheLargestNumbers) {
   CScrollBar bar;
@@ -240,7 +244,7 @@ TEST_F(ToolkitTest, ColoursFollowTheSystems) {
 
 // ---- resources ------------------------------------------------------------------------------------------
 
-TEST(Resources, StandUnderTheirNumbers) {
+TEST(ToolkitResources, StandUnderTheirNumbers) {
   struct Size {
     int number;
     int width;
@@ -270,7 +274,7 @@ TEST(Resources, StandUnderTheirNumbers) {
 }
 
 /// What a program without alpha sees: drawings over the colour that stands for "transparent".
-TEST(Resources, TheTransparentColourIsAroundTheDrawings) {
+TEST(ToolkitResources, TheTransparentColourIsAroundTheDrawings) {
   const HMODULE module = GetModuleHandleW(L"QD_wrt.dll");
   for (const auto& [number, key] :
        {std::pair{10401, kWhite}, std::pair{10402, kWhite}, std::pair{10400, Rgb(0, 0, 0)}}) {
@@ -284,7 +288,19 @@ TEST(Resources, TheTransparentColourIsAroundTheDrawings) {
   }
 }
 
-TEST(Resources, PicturesComeWithTheirPlacesAndBothSizes) {
+/// A program may put the strips into image lists of the system's.
+TEST(ToolkitResources, StripsFillTheSystemsImageLists) {
+  const HMODULE module = GetModuleHandleW(L"QD_wrt.dll");
+  const HIMAGELIST list = ImageList_LoadImageW(module, MAKEINTRESOURCEW(10402), 16, 32, kWhite, IMAGE_BITMAP, 0);
+  ASSERT_NE(list, nullptr);
+  EXPECT_EQ(ImageList_GetImageCount(list), 100);
+  IMAGEINFO info{};
+  EXPECT_NE(ImageList_GetImageInfo(list, 0, &info), 0);
+  EXPECT_NE(info.hbmMask, nullptr);
+  ImageList_Destroy(list);
+}
+
+TEST(ToolkitResources, PicturesComeWithTheirPlacesAndBothSizes) {
   const CQDTreeIcon& icons = CQDTreeIcon::Instance();
   EXPECT_EQ(icons.GetRowImageList().GetImageCount(), 379);
   int drawn = 0;
@@ -421,9 +437,9 @@ struct MenuCase {
   std::function<void(Input&)> act;
   unsigned chosen;
 };
-class Menus : public ToolkitTest, public ::testing::WithParamInterface<MenuCase> {};
+class ToolkitMenus : public ToolkitTest, public ::testing::WithParamInterface<MenuCase> {};
 
-TEST_P(Menus, AnswerWithWhatWasChosen) {
+TEST_P(ToolkitMenus, AnswerWithWhatWasChosen) {
   using Entry = BCMenu::Entry;
   BCMenu below;
   below.Append({.id = 41009, .text = L"Inner"});
@@ -451,7 +467,7 @@ TEST_P(Menus, AnswerWithWhatWasChosen) {
   EXPECT_EQ(chosen, GetParam().chosen);
 }
 INSTANTIATE_TEST_SUITE_P(
-    Ways, Menus,
+    Ways, ToolkitMenus,
     ::testing::Values(
         MenuCase{"enter", [](Input& input) { input.Keys({VK_DOWN}).Keys({VK_RETURN}); }, 41007},
         MenuCase{"large_id", [](Input& input) { input.Keys({VK_DOWN}).Keys({VK_DOWN}).Keys({VK_RETURN}); },

@@ -104,9 +104,9 @@ struct BadFile {
   const char* contents;  ///< null for a file that is not there
   const wchar_t* said;
 };
-class BadFiles : public WorkbenchTest, public ::testing::WithParamInterface<BadFile> {};
+class WorkbenchFiles : public WorkbenchTest, public ::testing::WithParamInterface<BadFile> {};
 
-TEST_P(BadFiles, AreRefusedAndChangeNothing) {
+TEST_P(WorkbenchFiles, AreRefusedAndChangeNothing) {
   const fs::path folder = fs::temp_directory_path() / "native_workbench";
   fs::create_directories(folder);
   const fs::path file = folder / GetParam().file;
@@ -118,7 +118,7 @@ TEST_P(BadFiles, AreRefusedAndChangeNothing) {
   EXPECT_EQ(Tree(), before);
   fs::remove_all(folder);
 }
-INSTANTIATE_TEST_SUITE_P(Kinds, BadFiles,
+INSTANTIATE_TEST_SUITE_P(Kinds, WorkbenchFiles,
                          ::testing::Values(BadFile{"missing", L"none.inp", nullptr, L"the file does not exist"},
                                            BadFile{"empty", L"empty.inp", "", L"the file is empty"},
                                            BadFile{"other_kind", L"part.step", "ISO-10303-21;",

@@ -310,7 +310,7 @@ void MainFrame::OnImport() {
   open.lpstrFile = path.data();
   open.nMaxFile = static_cast<DWORD>(path.size());
   open.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  if (GetOpenFileNameW(&open) != 0) Import(path.c_str());
+  if (GetOpenFileNameW(&open) != 0) Import(path.substr(0, path.find(L'\0')));
 }
 
 void MainFrame::Import(const std::wstring& path) {

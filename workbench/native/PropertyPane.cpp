@@ -213,7 +213,7 @@ void PropertyPane::CloseEditor(bool keep) {
   DestroyWindow(editor);
   if (hadFocus) SetFocus(m_list);
   // A text that the box cannot hold as it is has not been changed when it looks the same.
-  if (!keep || text == CString(row.value.c_str())) return;
+  if (!keep || text == row.value.substr(0, row.value.find(L'\0'))) return;
   row.value = text;
   Tell(row);
 }

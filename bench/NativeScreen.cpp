@@ -1,0 +1,62 @@
+#include <windows.h>
+// After what it builds on.
+#include <psapi.h>
+
+#include "bench/Screen.h"
+#include "platform/win32/NativeToolkit.h"
+
+namespace qd::bench {
+
+struct Screen::Parts {
+  std::unique_ptr<NativeToolkit> toolkit = NativeToolkit::Make();
+  HWND frame = nullptr;
+};
+
+Screen::Screen() : m_parts(std::make_unique<Parts>()) {
+  WNDCLASSW description{};
+  description.lpfnWndProc = DefWindowProcW;
+  description.lpszClassName = L"Bench";
+  RegisterClassW(&description);
+  m_parts->frame =
+      CreateWindowW(L"Bench", L"Bench", WS_POPUP | WS_VISIBLE, 0, 0, 400, 800, nullptr, nullptr, nullptr, nullptr);
+}
+
+Screen::~Screen() {
+  DestroyWindow(m_parts->frame);
+}
+
+void Screen::Show(CWnd& pane) {
+  m_parts->toolkit->Embed(pane, m_parts->frame);
+  MoveWindow(static_cast<HWND>(m_parts->toolkit->HandleOf(pane)), 0, 0, 400, 800, TRUE);
+  Settle();
+}
+
+void Screen::Settle() {
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+void Screen::Paint(CWnd& window) {
+  window.Invalidate();
+  window.GetPeer()->PaintNow();
+  GdiFlush();
+}
+
+void Screen::Type(CWnd& window, const CString& text) {
+  for (const wchar_t unit : text) {
+    SendMessageW(static_cast<HWND>(m_parts->toolkit->HandleOf(window)), WM_CHAR, unit, 0);
+  }
+  Settle();
+}
+
+std::size_t HeapInUse() {
+  PROCESS_MEMORY_COUNTERS_EX counters{};
+  GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                       sizeof(counters));
+  return counters.PagefileUsage;
+}
+
+}  // namespace qd::bench

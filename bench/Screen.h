@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+
+#include "platform/CWnd.h"
+
+namespace qd::bench {
+
+/// Where the benchmarks have their windows: without a screen, or in the system's own windows.
+class Screen {
+ public:
+  Screen();
+  ~Screen();
+  Screen(const Screen&) = delete;
+  Screen& operator=(const Screen&) = delete;
+
+  /// Puts a window without parent where it can be seen.
+  void Show(CWnd& pane);
+  /// Handles everything that is queued.
+  void Settle();
+  /// Paints a whole window now.
+  void Paint(CWnd& window);
+  /// Types characters into a window and handles them.
+  void Type(CWnd& window, const CString& text);
+
+ private:
+  struct Parts;
+  std::unique_ptr<Parts> m_parts;
+};
+
+/// Bytes that the program holds.
+std::size_t HeapInUse();
+
+}  // namespace qd::bench
