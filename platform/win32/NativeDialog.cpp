@@ -189,8 +189,15 @@ class NativeDialog final : public IDialogPeer {
     if (m_above == nullptr || GetWindowRect(m_above, &around) == 0) {
       SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
     }
-    SetWindowPos(m_window, nullptr, (around.left + around.right - width) / 2,
-                 (around.top + around.bottom - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    // Above the window that it belongs to, but whole on that window's monitor.
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof(monitor);
+    GetMonitorInfoW(MonitorFromRect(&around, MONITOR_DEFAULTTONEAREST), &monitor);
+    const RECT& work = monitor.rcWork;
+    const auto within = [](LONG at, LONG low, LONG high) { return std::max(std::min(at, high), low); };
+    const LONG x = within((around.left + around.right - width) / 2, work.left, work.right - width);
+    const LONG y = within((around.top + around.bottom - height) / 2, work.top, work.bottom - height);
+    SetWindowPos(m_window, nullptr, x, y, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
   }
 
   CDialog& m_owner;

@@ -59,7 +59,9 @@ class WorkbenchTest : public ::testing::Test {
       if (!row || !Control().GetItemText(row, 0).starts_with(title)) continue;
       CRect area;
       Control().GetItemRect(row, area, true);
-      POINT point{area.left + beside, (area.top + area.bottom) / 2};
+      const double scale = GetDpiForWindow(m_frame->Handle()) / 96.0;
+      POINT point{static_cast<LONG>((area.left + beside) * scale),
+                  static_cast<LONG>((area.top + area.bottom) / 2 * scale)};
       ClientToScreen(static_cast<HWND>(m_toolkit->HandleOf(Control())), &point);
       return {static_cast<int>(point.x), static_cast<int>(point.y)};
     }

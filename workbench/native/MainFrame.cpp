@@ -220,6 +220,10 @@ void MainFrame::RefreshMenu() {
 
 void MainFrame::SetLanguage(const std::string& code) {
   if (!m_messages.SetLanguage(code)) return;
+  if (!m_named) {
+    m_doc.SetPathName(Text("IDS_WB_UNTITLED"));
+    m_trees->Manager().ResetFilePath(&m_doc);
+  }
   RefreshTexts();
   m_trees->Manager().OnChangeLanguage();
   m_properties->Refresh();
@@ -348,6 +352,7 @@ void MainFrame::OnImportNews() {
   if (!first) return;
   // The first file gives the document its name.
   m_doc.SetPathName(path);
+  m_named = true;
   m_trees->Manager().ResetFilePath(&m_doc);
   m_trees->OpenBranches();
   RefreshTexts();

@@ -81,6 +81,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   HFONT m_font = nullptr;
   int m_treeWidth = 380;  // in device-independent pixels
   bool m_draggingSplitter = false;
+  bool m_named = false;  // by the first file
   std::unique_ptr<PropertyPane> m_properties;
   std::unique_ptr<WorksTrees> m_trees;
   std::unique_ptr<InpImport> m_import;
