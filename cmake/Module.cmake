@@ -9,7 +9,7 @@ target_sources(qd_platform PRIVATE ${tree_sources})
 # The window system of the module's home comes with it; elsewhere the host brings its toolkit.
 if(WIN32)
   qd_module_part(qd_system platform/win32 SEES platform)
-  set(QD_SYSTEM_LIBRARIES comctl32 gdi32 msimg32 user32)
+  set(QD_SYSTEM_LIBRARIES comctl32 gdi32 msimg32 uuid oleacc oleaut32 user32)
 else()
   qd_module_part(qd_system platform/generic SEES platform)
   set_source_files_properties("${QD_ARTWORK}" PROPERTIES GENERATED ON)

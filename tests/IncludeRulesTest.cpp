@@ -69,7 +69,7 @@ const std::vector<Library>& Libraries() {
       {"^gmsh.*", {"workbench/exchange"}},
       {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange"}},
       {"^sqlite3.*", {"workbench/store"}},
-      {"^(windows|comm(ctrl|dlg))\\.h$", {"platform/win32", "workbench/native"}}};
+      {"^(windows|commctrl|commdlg|oleacc|oleauto)\\.h$", {"platform/win32", "workbench/native"}}};
   return kLibraries;
 }
 

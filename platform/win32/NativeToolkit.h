@@ -11,7 +11,8 @@ namespace qd {
 /// The toolkit over the system's own windows. One thread makes it and everything in it, and handles its messages.
 ///
 /// Coordinates are device-independent: at 96 dots an inch they are pixels. In a program that says that it knows of
-/// monitors with different resolutions, windows follow the monitor that they are on.
+/// monitors with different resolutions, windows follow the monitor that they are on. Programs pass what the system
+/// tells their top-level windows of its settings (WM_SYSCOLORCHANGE, WM_SETTINGCHANGE) on to one embedded window.
 class QD_EXPORT NativeToolkit : public IToolkit {
  public:
   /// Makes the toolkit; null when there is one already, or when the program was built against another version of

@@ -59,7 +59,19 @@ void NativeWindow::Make(const Style& style, IPeer* parent, const CRect& area) {
   if (ours) return;
   const LONG_PTR procedure = SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure));
   m_classProcedure = reinterpret_cast<WNDPROC>(procedure);
-  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(m_toolkit.GetFont({}, scale)), FALSE);
+  Refresh();
+}
+
+/// Fonts and colours of the system anew.
+void NativeWindow::Refresh() {
+  if (m_classProcedure != nullptr) {
+    SendMessageW(m_window, WM_SETFONT, reinterpret_cast<WPARAM>(m_toolkit.GetFont({}, m_scale)), TRUE);
+  }
+  InvalidateRect(m_window, nullptr, FALSE);
+}
+
+void NativeWindow::RefreshAll() {
+  for (NativeWindow* peer = theFirst; peer != nullptr; peer = peer->m_next) peer->Refresh();
 }
 
 void NativeWindow::NoteSize() {
@@ -148,7 +160,10 @@ LRESULT CALLBACK NativeWindow::Procedure(HWND window, UINT message, WPARAM w, LP
 LRESULT NativeWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
   switch (message) {
     case WM_TIMER:
-      Deliver({.kind = MessageKind::Timer, .id = static_cast<unsigned>(w)});
+      // One that fell due before it was killed may still be in the queue.
+      if (m_timers.contains(static_cast<unsigned>(w))) {
+        Deliver({.kind = MessageKind::Timer, .id = static_cast<unsigned>(w)});
+      }
       return 0;
     case kPosted:
       Deliver({.kind = MessageKind::Posted,
@@ -172,10 +187,7 @@ void NativeWindow::OnDpiChanged() {
   NoteSize();
   m_toolkit.SetScale(GetScale());
   if (!m_embedded) Move(m_place);
-  if (m_classProcedure != nullptr) {
-    SendMessageW(m_window, WM_SETFONT, reinterpret_cast<WPARAM>(m_toolkit.GetFont({}, GetScale())), TRUE);
-  }
-  InvalidateRect(m_window, nullptr, FALSE);
+  Refresh();
 }
 
 // ---- what the owner asks --------------------------------------------------------------------------------
@@ -239,17 +251,14 @@ bool NativeWindow::HasFocus() const {
 }
 
 void NativeWindow::SetTimer(unsigned id, unsigned milliseconds) {
-  if (m_window != nullptr) ::SetTimer(m_window, id, milliseconds, nullptr);
+  if (m_window == nullptr) return;
+  m_timers.insert(id);
+  ::SetTimer(m_window, id, milliseconds, nullptr);
 }
 
 void NativeWindow::KillTimer(unsigned id) {
-  if (m_window == nullptr) return;
-  ::KillTimer(m_window, id);
-  // One that fell due already must not come any more.
-  MSG late;
-  while (PeekMessageW(&late, m_window, WM_TIMER, WM_TIMER, PM_NOREMOVE) != 0 && late.wParam == id) {
-    if (PeekMessageW(&late, m_window, WM_TIMER, WM_TIMER, PM_REMOVE) == 0) break;
-  }
+  m_timers.erase(id);
+  if (m_window != nullptr) ::KillTimer(m_window, id);
 }
 
 void NativeWindow::Post(unsigned id, std::uint64_t parameter) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+
 #include "platform/Toolkit.h"
 #include "platform/win32/Scale.h"
 
@@ -21,6 +23,8 @@ class NativeWindow : public IPeer {
   /// Takes all windows down without a word to their owners: the module's code is about to go. Windows of other
   /// threads stay, as windows that do nothing.
   static void AbandonAll();
+  /// The user has changed the system's fonts or colours.
+  static void RefreshAll();
   /// The peer of a window, null when it is none of ours or its owner is gone.
   static NativeWindow* Of(HWND window);
 
@@ -76,6 +80,7 @@ class NativeWindow : public IPeer {
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
   void Abandon();
   void NoteSize();
+  void Refresh();
   void OnDpiChanged();
 
   Win32Toolkit& m_toolkit;
@@ -86,6 +91,7 @@ class NativeWindow : public IPeer {
   bool m_embedded = false;
   int m_line = 1;
   HCURSOR m_cursor = nullptr;
+  std::set<unsigned> m_timers;
   // Kept here, for asking the system takes longer than painting a row.
   Scale m_scale;
   SIZE m_client{};

@@ -6,8 +6,8 @@
 
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
-#include "platform/win32/ControlWindows.h"
 #include "platform/win32/GdiPainter.h"
+#include "platform/win32/RowsAccessible.h"
 #include "platform/win32/ScrollNumbers.h"
 #include "platform/win32/Win32Toolkit.h"
 
@@ -46,6 +46,10 @@ void SurfaceWindow::SetScroll(const ScrollState& state) {
   SetScrollInfo(Handle(), SB_VERT, &numbers, TRUE);
   const bool shown = (GetWindowLongPtrW(Handle(), GWL_STYLE) & WS_VSCROLL) != 0;
   if (shown != (state.maximum > 0)) ShowScrollBar(Handle(), SB_VERT, state.maximum > 0 ? TRUE : FALSE);
+}
+
+void SurfaceWindow::AnnounceFocus(std::uint64_t row) {
+  if (Handle() != nullptr) AnnounceRow(Handle(), HTREEITEM{row});
 }
 
 /// Into a buffer first: what is drawn over one another never shows.
@@ -146,7 +150,6 @@ bool SurfaceWindow::IsMouseMessage(UINT message, LPARAM place) {
 bool SurfaceWindow::IsSystemChange(UINT message) {
   if (message != WM_SYSCOLORCHANGE && message != WM_THEMECHANGED && message != WM_SETTINGCHANGE) return false;
   Toolkit().SettingsChanged();
-  InvalidateRect(Handle(), nullptr, FALSE);
   return true;
 }
 
@@ -162,6 +165,9 @@ LRESULT SurfaceWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
     case WM_PAINT:
       Paint();
       return 0;
+    case WM_GETOBJECT:
+      if (const LRESULT answer = AnswerScreenReader(Handle(), w, l); answer != 0) return answer;
+      break;
     case WM_ERASEBKGND:
       return 1;
     case WM_SIZE:

@@ -10,6 +10,7 @@ class SurfaceWindow final : public NativeWindow {
   SurfaceWindow(Win32Toolkit& toolkit, CWnd& owner, bool vertScroll, IPeer* parent, const CRect& area);
 
   void SetScroll(const ScrollState& state) override;
+  void AnnounceFocus(std::uint64_t row) override;
 
  protected:
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l) override;

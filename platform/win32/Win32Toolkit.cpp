@@ -61,6 +61,11 @@ void Win32Toolkit::Embed(const CWnd& window, void* parent) {
   SetScale(Scale::Of(static_cast<HWND>(parent)));
 }
 
+void Win32Toolkit::SettingsChanged() {
+  m_fonts.Forget();
+  NativeWindow::RefreshAll();
+}
+
 HDC Win32Toolkit::BeginBuffer(int width, int height) {
   if (width > m_bufferSize.cx || height > m_bufferSize.cy) {
     m_bufferSize = {std::max<LONG>(width, m_bufferSize.cx), std::max<LONG>(height, m_bufferSize.cy)};

@@ -30,7 +30,7 @@ class Win32Toolkit final : public NativeToolkit {
   /// What texts are measured for: the resolution that a window came to last.
   Scale GetScale() const { return m_scale; }
   void SetScale(Scale scale) { m_scale = scale; }
-  void SettingsChanged() { m_fonts.Forget(); }
+  void SettingsChanged();
   /// What the system asks the owner of the open menu.
   LRESULT OnMenuMessage(HWND window, UINT message, WPARAM w, LPARAM l);
 

@@ -2,10 +2,11 @@
 
 #include <atomic>
 #include <cstdlib>
-#include <fstream>
 #include <memory>
 #include <thread>
 #include <utility>
+
+#include "workbench/native/Screenshot.h"
 
 namespace qd::test {
 
@@ -26,36 +27,6 @@ void SendKey(WORD key, WORD unit, DWORD flags) {
   input.ki.wScan = unit;
   input.ki.dwFlags = flags;
   Send(input);
-}
-
-void SavePicture(const std::string& path) {
-  const HDC screen = GetDC(nullptr);
-  const int width = GetSystemMetrics(SM_CXSCREEN);
-  const int height = GetSystemMetrics(SM_CYSCREEN);
-  const HDC memory = CreateCompatibleDC(screen);
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  info.bmiHeader.biWidth = width;
-  info.bmiHeader.biHeight = height;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  void* bits = nullptr;
-  const HBITMAP bitmap = CreateDIBSection(screen, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  const HGDIOBJ before = SelectObject(memory, bitmap);
-  BitBlt(memory, 0, 0, width, height, screen, 0, 0, SRCCOPY);
-  BITMAPFILEHEADER header{};
-  const auto size = static_cast<DWORD>(width * height * 4);
-  header.bfType = 0x4D42;
-  header.bfOffBits = sizeof(header) + sizeof(BITMAPINFOHEADER);
-  header.bfSize = header.bfOffBits + size;
-  std::ofstream out(path, std::ios::binary);
-  out.write(reinterpret_cast<const char*>(&header), sizeof(header));
-  out.write(reinterpret_cast<const char*>(&info.bmiHeader), sizeof(BITMAPINFOHEADER));
-  out.write(static_cast<const char*>(bits), size);
-  SelectObject(memory, before);
-  DeleteObject(bitmap);
-  DeleteDC(memory);
-  ReleaseDC(nullptr, screen);
 }
 
 }  // namespace
@@ -157,7 +128,9 @@ Input& Input::Wait(unsigned milliseconds) {
 Input& Input::Picture(const std::string& name) {
   return Do([name] {
     const char* folder = std::getenv("QD_PICTURES");
-    if (folder != nullptr) SavePicture(std::string(folder) + "/" + name + ".bmp");
+    if (folder == nullptr) return;
+    const RECT screen{0, 0, GetSystemMetrics(SM_CXSCREEN), GetSystemMetrics(SM_CYSCREEN)};
+    workbench::SaveScreenshot(screen, std::string(folder) + "/" + name + ".bmp");
   });
 }
 

@@ -242,6 +242,15 @@ TEST_F(ToolkitTest, ColoursFollowTheSystems) {
   SetSysColors(1, &index, &before);
 }
 
+/// The fonts of open edit boxes are replaced with those of everything else.
+TEST_F(ToolkitTest, BoxesKeepAFontWhenTheSettingsChange) {
+  CEdit box;
+  box.Create(&m_canvas, 1, {10, 10, 150, 34});
+  SendMessageW(HandleOf(m_canvas), WM_SETTINGCHANGE, 0, 0);
+  const auto font = reinterpret_cast<HGDIOBJ>(SendMessageW(HandleOf(box), WM_GETFONT, 0, 0));
+  EXPECT_EQ(GetObjectType(font), static_cast<DWORD>(OBJ_FONT));
+}
+
 // ---- resources ------------------------------------------------------------------------------------------
 
 TEST(ToolkitResources, StandUnderTheirNumbers) {

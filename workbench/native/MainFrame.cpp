@@ -397,10 +397,12 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
       return 0;
     }
     case WM_SYSCOLORCHANGE:
-      for (CWorksTreeBar* bar : {&m_modelBar, &m_gsetBar}) {
-        bar->SetBkColor(m_toolkit.GetColour(SystemColour::Window));
-        SendMessageW(static_cast<HWND>(m_toolkit.HandleOf(*bar)), message, w, l);
-      }
+    case WM_SETTINGCHANGE:
+      if (m_trees == nullptr) return 0;
+      m_trees->Manager().SetBkColor(m_toolkit.GetColour(SystemColour::Window));
+      SendMessageW(static_cast<HWND>(m_toolkit.HandleOf(m_modelBar)), message, w, l);
+      MakeFont();
+      Layout();
       return 0;
     case WM_SETFOCUS:
       m_modelBar.SetFocus();

@@ -1,4 +1,6 @@
-// The workbench in native windows. Usage: native_workbench [FILE.inp] [--example] [--language L] [--variant V]
+// The workbench in native windows. Usage: native_workbench [FILE.inp] [--example] [--screenshot BMP] [--language
+// L]
+// [--variant V]
 
 #include <windows.h>
 
@@ -9,6 +11,7 @@
 
 #include "host/CMSGFunction.h"
 #include "workbench/native/MainFrame.h"
+#include "workbench/native/Screenshot.h"
 #include "workbench/session/VariantNames.h"
 #include "workbench/text/Utf8.h"
 
@@ -21,6 +24,7 @@ struct Options {
   std::vector<std::wstring> files;
   std::string language = "en";
   std::string variant = "standard";
+  std::wstring screenshot;
   bool example = false;
 };
 
@@ -29,9 +33,11 @@ std::optional<Options> ReadOptions(int count, wchar_t** arguments) {
   Options options;
   for (int i = 1; i < count; ++i) {
     const std::wstring argument = arguments[i];
-    const bool value = argument == L"--language" || argument == L"--variant";
+    const bool value = argument == L"--language" || argument == L"--variant" || argument == L"--screenshot";
     if (value && i + 1 == count) return std::nullopt;
-    if (value) {
+    if (argument == L"--screenshot") {
+      options.screenshot = arguments[++i];
+    } else if (value) {
       (argument == L"--language" ? options.language : options.variant) = ToUtf8(arguments[++i]);
     } else if (argument == L"--example") {
       options.example = true;
@@ -42,6 +48,24 @@ std::optional<Options> ReadOptions(int count, wchar_t** arguments) {
     }
   }
   return options;
+}
+
+/// Waits until everything is on screen, writes the picture and ends.
+int TakeScreenshot(MainFrame& frame, const std::wstring& path) {
+  constexpr DWORD kSettle = 500;  // milliseconds for the last messages
+  ShowWindow(frame.Handle(), SW_SHOW);
+  SetForegroundWindow(frame.Handle());
+  ULONGLONG quietSince = GetTickCount64();
+  while (GetTickCount64() - quietSince < kSettle) {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) frame.Handle(message);
+    frame.Idle();
+    if (frame.IsImporting()) quietSince = GetTickCount64();
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 20, QS_ALLINPUT);
+  }
+  RECT area{};
+  GetWindowRect(frame.Handle(), &area);
+  return SaveScreenshot(area, path) ? 0 : 1;
 }
 
 int Fail(const wchar_t* text) {
@@ -58,7 +82,7 @@ int main() {
   const std::optional<Options> options = ReadOptions(count, arguments);
   LocalFree(static_cast<HLOCAL>(arguments));
   if (!options.has_value()) {
-    return Fail(L"Usage: native_workbench [FILE.inp] [--example] [--language L] [--variant V]");
+    return Fail(L"Usage: native_workbench [FILE.inp] [--example] [--screenshot BMP] [--language L] [--variant V]");
   }
   const auto toolkit = NativeToolkit::Make();
   if (toolkit == nullptr) return Fail(L"QD_wrt.dll has another version than this program was built for.");
@@ -73,5 +97,5 @@ int main() {
   MainFrame frame(*toolkit, messages);
   if (options->example) frame.OpenExample();
   for (const std::wstring& file : options->files) frame.Import(file);
-  return frame.Run();
+  return options->screenshot.empty() ? frame.Run() : TakeScreenshot(frame, options->screenshot);
 }

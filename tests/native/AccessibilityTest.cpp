@@ -1,0 +1,159 @@
+// The tree as screen readers see it.
+
+#include <windows.h>
+// After what they build on.
+#include <oleauto.h>
+//
+#include <oleacc.h>
+
+#include "native/Window.h"
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "support/InputRows.h"
+
+namespace qd::test {
+namespace {
+
+VARIANT Number(LONG number) {
+  VARIANT value{};
+  value.vt = VT_I4;
+  value.lVal = number;
+  return value;
+}
+
+/// An object of the tree that is released at the end.
+class Object {
+ public:
+  explicit Object(IAccessible* object) : m_object(object) {}
+  explicit Object(IDispatch* object) {
+    if (object == nullptr) return;
+    object->QueryInterface(IID_IAccessible, reinterpret_cast<void**>(&m_object));
+    object->Release();
+  }
+  ~Object() {
+    if (m_object != nullptr) m_object->Release();
+  }
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+  IAccessible* operator->() const { return m_object; }
+  explicit operator bool() const { return m_object != nullptr; }
+
+  Object Child(LONG place) const {
+    IDispatch* child = nullptr;
+    m_object->get_accChild(Number(place), &child);
+    return Object(child);
+  }
+  Object Next(LONG direction) const {
+    VARIANT to{};
+    m_object->accNavigate(direction, Number(CHILDID_SELF), &to);
+    return Object(to.vt == VT_DISPATCH ? to.pdispVal : nullptr);
+  }
+  std::string Name() const { return Text(&IAccessible::get_accName); }
+  std::string Level() const { return Text(&IAccessible::get_accValue); }
+  std::string Action() const { return Text(&IAccessible::get_accDefaultAction); }
+  LONG State() const {
+    VARIANT state{};
+    m_object->get_accState(Number(CHILDID_SELF), &state);
+    return state.lVal;
+  }
+
+ private:
+  std::string Text(HRESULT (STDMETHODCALLTYPE IAccessible::*ask)(VARIANT, BSTR*)) const {
+    BSTR text = nullptr;
+    if ((m_object->*ask)(Number(CHILDID_SELF), &text) != S_OK) return "none";
+    const std::string result = workbench::ToUtf8(CString(text, SysStringLen(text)));
+    SysFreeString(text);
+    return result;
+  }
+  IAccessible* m_object = nullptr;
+};
+
+class TreeReader : public NativeTest {
+ protected:
+  TreeReader() {
+    CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
+    m_bar = std::make_unique<CWorksTreeBar>();
+    m_bar->Create(nullptr, 0, {0, 0, 400, 500});
+    m_toolkit->Embed(*m_bar, m_window.Handle());
+    MoveWindow(HandleOf(*m_bar), 0, 0, 400, 500, TRUE);
+    m_bar->CreateTreeItems(1, &m_rows, 1);
+    Wait(100);
+  }
+  ~TreeReader() override {
+    m_bar.reset();
+    CoUninitialize();
+  }
+  CQDTreeListCtrl& Tree() { return m_bar->GetTreeCtrl(); }
+  Object Ask() {
+    void* object = nullptr;
+    const HRESULT found =
+        AccessibleObjectFromWindow(HandleOf(Tree()), static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible, &object);
+    EXPECT_EQ(found, S_OK);
+    return Object(static_cast<IAccessible*>(object));
+  }
+
+  InputRows m_rows;
+  std::unique_ptr<CWorksTreeBar> m_bar;
+};
+
+TEST_F(TreeReader, WalksTheRowsAndWorksThem) {
+  const Object tree = Ask();
+  ASSERT_TRUE(tree);
+  VARIANT role{};
+  tree->get_accRole(Number(CHILDID_SELF), &role);
+  EXPECT_EQ(role.lVal, ROLE_SYSTEM_OUTLINE);
+  const Object root = tree.Child(1);
+  ASSERT_TRUE(root);
+  EXPECT_EQ(root.Name(), "Root");
+  EXPECT_EQ(root.Level(), "0");
+  LONG count = 0;
+  root->get_accChildCount(&count);
+  EXPECT_EQ(count, 40);
+  const Object item = root.Child(4);
+  EXPECT_EQ(item.Name(), "Item 3");
+  EXPECT_EQ(item.Level(), "1");
+  EXPECT_EQ(item.Next(NAVDIR_NEXT).Name(), "Item 4");
+  EXPECT_EQ(item.Next(NAVDIR_PREVIOUS).Name(), "Item 2");
+  EXPECT_EQ(root.Next(NAVDIR_LASTCHILD).Name(), "Item 39");
+  EXPECT_FALSE(root.Child(41));
+  EXPECT_FALSE(tree.Next(NAVDIR_NEXT));
+
+  EXPECT_TRUE(item.State() & STATE_SYSTEM_CHECKED);
+  EXPECT_EQ(item.Action(), "Uncheck");
+  item->accSelect(SELFLAG_TAKESELECTION | SELFLAG_TAKEFOCUS, Number(CHILDID_SELF));
+  EXPECT_TRUE(item.State() & STATE_SYSTEM_SELECTED);
+  VARIANT focus{};
+  ASSERT_EQ(tree->get_accFocus(&focus), S_OK);
+  EXPECT_EQ(Object(focus.pdispVal).Name(), "Item 3");
+  LONG x = 0;
+  LONG y = 0;
+  LONG width = 0;
+  LONG height = 0;
+  item->accLocation(&x, &y, &width, &height, Number(CHILDID_SELF));
+  VARIANT hit{};
+  tree->accHitTest(x + 2, y + height / 2, &hit);
+  ASSERT_EQ(hit.vt, VT_DISPATCH);
+  EXPECT_EQ(Object(hit.pdispVal).Name(), "Item 3");
+
+  EXPECT_EQ(root.Action(), "Collapse");
+  root->accDoDefaultAction(Number(CHILDID_SELF));
+  EXPECT_TRUE(root.State() & STATE_SYSTEM_COLLAPSED);
+  EXPECT_TRUE(item.State() & STATE_SYSTEM_INVISIBLE);
+}
+
+TEST_F(TreeReader, ObjectsOutliveTheirRowsAndWindows) {
+  const Object tree = Ask();
+  ASSERT_TRUE(tree);
+  const Object root = tree.Child(1);
+  const Object item = root.Child(1);
+  m_bar->DestroyTreeItems();
+  EXPECT_EQ(item.Name(), "none");
+  LONG count = 7;
+  EXPECT_NE(root->get_accChildCount(&count), S_OK);
+  EXPECT_EQ(count, 0);
+  m_bar->DestroyWindow();
+  EXPECT_NE(tree->get_accChildCount(&count), S_OK);
+  EXPECT_EQ(item->accDoDefaultAction(Number(CHILDID_SELF)), CO_E_OBJNOTCONNECTED);
+}
+
+}  // namespace
+}  // namespace qd::test
