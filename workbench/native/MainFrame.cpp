@@ -318,10 +318,18 @@ void MainFrame::OnImport() {
 }
 
 void MainFrame::Import(const std::wstring& path) {
-  if (m_import != nullptr) return Say(path + L": " + Text("IDS_WB_OPERATION_BUSY"));
-  const HWND frame = m_frame;
-  m_import = std::make_unique<InpImport>(path, [frame] { PostMessageW(frame, kImportMessage, 0, 0); });
-  SendMessageW(m_progress, PBM_SETPOS, 0, 0);
+  m_waiting.push_back(path);
+  if (m_import == nullptr) StartNextImport();
+}
+
+void MainFrame::StartNextImport() {
+  if (!m_waiting.empty()) {
+    const HWND frame = m_frame;
+    m_import =
+        std::make_unique<InpImport>(m_waiting.front(), [frame] { PostMessageW(frame, kImportMessage, 0, 0); });
+    m_waiting.pop_front();
+    SendMessageW(m_progress, PBM_SETPOS, 0, 0);
+  }
   Layout();
 }
 
@@ -330,22 +338,26 @@ void MainFrame::OnImportNews() {
   SendMessageW(m_progress, PBM_SETPOS, static_cast<WPARAM>(m_import->Thousandths()), 0);
   std::optional<InpImport::Result> result = m_import->TakeResult();
   if (!result.has_value()) return;
-  const CString path = FromUtf8(PathText(m_import->Path()));
-  const CString file = FromUtf8(PathText(m_import->Path().filename()));
-  m_import.reset();
-  Layout();
-  if (result->error.has_value()) {
-    const CString reason = Text(result->error->key.c_str(), {FromUtf8(result->error->detail)});
+  const std::unique_ptr<InpImport> done = std::move(m_import);
+  Store(*done, *result);
+  StartNextImport();
+}
+
+void MainFrame::Store(const InpImport& import, InpImport::Result& read) {
+  const CString path = FromUtf8(PathText(import.Path()));
+  const CString file = FromUtf8(PathText(import.Path().filename()));
+  if (read.error.has_value()) {
+    const CString reason = Text(read.error->key.c_str(), {FromUtf8(read.error->detail)});
     return Say(Text("IDS_WB_IMPORT_FAILED", {path, reason}));
   }
-  if (!result->model.has_value()) return Say(Text("IDS_WB_IMPORT_CANCELLED", {path}));
-  for (const ImportNote& note : result->model->notes) {
+  if (!read.model.has_value()) return Say(Text("IDS_WB_IMPORT_CANCELLED", {path}));
+  for (const ImportNote& note : read.model->notes) {
     Say(path + L": " + Text(note.key.c_str(), {FromUtf8(note.detail)}));
   }
   Database& database = m_doc.GetDatabase();
   const bool first = database.GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
-  const std::size_t sets = result->model->meshSets.size();
-  if (StoreImport(database, std::move(*result->model), Text("IDS_WB_TRANS_IMPORT", {file})) == 0) {
+  const std::size_t sets = read.model->meshSets.size();
+  if (StoreImport(database, std::move(*read.model), Text("IDS_WB_TRANS_IMPORT", {file})) == 0) {
     return Say(Text("IDS_WB_IMPORT_FAILED", {path, Text("IDS_WB_IMPORT_REFUSED")}));
   }
   Say(Text("IDS_WB_IMPORTED_MESH", {path, std::to_wstring(sets)}));
@@ -359,12 +371,15 @@ void MainFrame::OnImportNews() {
 }
 
 void MainFrame::OnDrop(HDROP files) {
-  const UINT length = DragQueryFileW(files, 0, nullptr, 0);
-  CString path(length + 1, L'\0');
-  DragQueryFileW(files, 0, path.data(), length + 1);
+  const UINT count = DragQueryFileW(files, 0xFFFFFFFF, nullptr, 0);
+  for (UINT index = 0; index < count; ++index) {
+    const UINT length = DragQueryFileW(files, index, nullptr, 0);
+    CString path(length + 1, L'\0');
+    DragQueryFileW(files, index, path.data(), length + 1);
+    path.resize(length);
+    Import(path);
+  }
   DragFinish(files);
-  path.resize(length);
-  Import(path);
 }
 
 // ---- messages -------------------------------------------------------------------------------------------
@@ -422,6 +437,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
       if (l == 0) {
         OnCommand(LOWORD(w));
       } else if (reinterpret_cast<HWND>(l) == m_cancel) {
+        m_waiting.clear();
         if (m_import != nullptr) m_import->Cancel();
       } else if (HIWORD(w) == BN_CLICKED) {
         m_properties->OnCommand(reinterpret_cast<HWND>(l));

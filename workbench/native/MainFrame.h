@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <deque>
 #include <memory>
 #include <string>
 
@@ -33,7 +34,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   /// To be called when the queue is empty.
   void Idle();
 
-  /// Imports a solver deck. What comes of it is said in the message pane.
+  /// Imports a solver deck, after those that are waiting. What comes of it is said in the message pane.
   void Import(const std::wstring& path);
   bool IsImporting() const { return m_import != nullptr; }
   void OpenExample();
@@ -59,7 +60,9 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
 
   void OnCommand(unsigned command);
   void OnImport();
+  void StartNextImport();
   void OnImportNews();
+  void Store(const InpImport& import, InpImport::Result& read);
   void OnDelete();
   void OnDrop(HDROP files);
   void Later(std::function<void()> what);
@@ -85,6 +88,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   std::unique_ptr<PropertyPane> m_properties;
   std::unique_ptr<WorksTrees> m_trees;
   std::unique_ptr<InpImport> m_import;
+  std::deque<std::wstring> m_waiting;  // files to import after it
   std::vector<std::function<void()>> m_later;
 };
 

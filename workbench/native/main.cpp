@@ -68,9 +68,17 @@ int TakeScreenshot(MainFrame& frame, const std::wstring& path) {
   return SaveScreenshot(area, path) ? 0 : 1;
 }
 
+/// Says what is wrong where the program was started: in a terminal, or else in a box.
 int Fail(const wchar_t* text) {
   constexpr int kUsageError = 2;
-  MessageBoxW(nullptr, text, L"Workbench", MB_OK | MB_ICONERROR);
+  const HANDLE terminal = GetStdHandle(STD_ERROR_HANDLE);
+  if (terminal != nullptr && GetFileType(terminal) != FILE_TYPE_UNKNOWN) {
+    const std::string line = ToUtf8(text) + "\n";
+    DWORD written = 0;
+    WriteFile(terminal, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+  } else {
+    MessageBoxW(nullptr, text, L"Workbench", MB_OK | MB_ICONERROR);
+  }
   return kUsageError;
 }
 
