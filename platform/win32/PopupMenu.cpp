@@ -42,6 +42,11 @@ HMENU PopupMenu::Make(const BCMenu& entries) {
     item.fType = MFT_OWNERDRAW;
     item.wID = static_cast<UINT>(m_entries.size());
     item.dwItemData = m_entries.size();
+    // For screen readers; what is seen is drawn.
+    CString name;
+    for (const wchar_t unit : Shown(entry)) name.append(unit == L'&' ? 2 : 1, unit);
+    if (!name.empty()) item.fMask |= MIIM_STRING;
+    item.dwTypeData = name.data();
     if (entry.kind == BCMenu::Entry::Kind::Separator) item.fState = MFS_DISABLED;
     if (entry.checked) item.fState |= MFS_CHECKED;
     if (entry.subMenu != nullptr) {

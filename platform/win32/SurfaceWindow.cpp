@@ -84,6 +84,9 @@ void SurfaceWindow::OnMouseMove(LPARAM place) {
         .cbSize = sizeof(TRACKMOUSEEVENT), .dwFlags = TME_LEAVE, .hwndTrack = Handle(), .dwHoverTime = 0};
     m_leaveAsked = TrackMouseEvent(&request) != 0;
   }
+  // The system reports a pointer that stands still whenever a window comes or goes below it, as tips do.
+  if (m_lastMove == place) return;
+  m_lastMove = place;
   DeliverMouse(MessageKind::MouseMove, place);
 }
 
@@ -140,6 +143,7 @@ bool SurfaceWindow::IsMouseMessage(UINT message, LPARAM place) {
       return true;
     case WM_MOUSELEAVE:
       m_leaveAsked = false;
+      m_lastMove.reset();
       Deliver({.kind = MessageKind::MouseLeave});
       return true;
     default:

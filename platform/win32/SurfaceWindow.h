@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "platform/win32/NativeWindow.h"
 
 namespace qd {
@@ -27,6 +29,7 @@ class SurfaceWindow final : public NativeWindow {
 
   bool m_hasScroll = false;
   bool m_leaveAsked = false;
+  std::optional<LPARAM> m_lastMove;  // where the pointer was reported last
   int m_wheelRest = 0;
 };
 
