@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <limits>
 
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
@@ -27,7 +26,9 @@ int KeyOf(WPARAM key) {
   constexpr std::array kKnown{kKeyTab,  kKeyEscape, kKeySpace, kKeyPageUp, kKeyPageDown, kKeyEnd,
                               kKeyHome, kKeyLeft,   kKeyUp,    kKeyRight,  kKeyDown,     kKeyF2};
   const int number = static_cast<int>(key);
-  if (number >= 'A' && number <= 'Z') return (KeyFlags() & kMouseControl) != 0 ? number : 0;
+  // Characters of a third keyboard level come with Ctrl and Alt both.
+  const bool command = (KeyFlags() & kMouseControl) != 0 && GetKeyState(VK_MENU) >= 0;
+  if (number >= 'A' && number <= 'Z') return command ? number : 0;
   return std::find(kKnown.begin(), kKnown.end(), number) != kKnown.end() ? number : 0;
 }
 
@@ -107,7 +108,6 @@ bool SurfaceWindow::OnKey(WPARAM key) {
   return true;
 }
 
-/// Posted, so that everything that the release of the button brings about is done before the menu opens.
 void SurfaceWindow::OnContextMenu(LPARAM place) {
   Deliver({.kind = MessageKind::ContextMenu, .point = GetScale().FromPixels(PointOf(place))});
 }
@@ -134,6 +134,7 @@ bool SurfaceWindow::IsMouseMessage(UINT message, LPARAM place) {
     case WM_RBUTTONUP: {
       POINT screen = PointOf(place);
       ClientToScreen(Handle(), &screen);
+      // Posted, so that everything that the release brings about is done before the menu opens.
       PostMessageW(Handle(), kMenuRequest, 0, MAKELPARAM(screen.x, screen.y));
       DeliverMouse(MessageKind::RightUp, place);
       return true;

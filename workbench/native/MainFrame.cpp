@@ -1,20 +1,12 @@
 #include "workbench/native/MainFrame.h"
 
 #include <commctrl.h>
-#include <commdlg.h>
-#include <shellapi.h>
 
 #include <algorithm>
 #include <utility>
 
-#include "host/CMSGFunction.h"
-#include "qd_wrt/core/CommandNumbers.h"
-#include "workbench/exchange/StoreImport.h"
 #include "workbench/native/Commands.h"
-#include "workbench/native/ExampleModel.h"
-#include "workbench/native/Resource.h"
-#include "workbench/text/Paths.h"
-#include "workbench/text/Utf8.h"
+#include "workbench/native/Texts.h"
 
 namespace qd::workbench {
 
@@ -22,21 +14,11 @@ namespace {
 
 constexpr wchar_t kFrameClass[] = L"QD_wrt.Workbench";
 constexpr UINT kLaterMessage = WM_APP + 1;
-constexpr UINT kImportMessage = WM_APP + 2;
 
 // In device-independent pixels.
 constexpr int kSplitter = 5;
 constexpr int kStatusHeight = 26;
 constexpr int kLeastPane = 120;
-
-CString Text(const char* key, std::initializer_list<CString> arguments = {}) {
-  return qdFormat(CMSGFunction::GetValue(key), arguments);
-}
-
-CString WithoutMark(CString text) {
-  std::erase(text, L'&');
-  return text;
-}
 
 }  // namespace
 
@@ -242,144 +224,6 @@ CString MainFrame::MessageText() const {
   CString text(static_cast<std::size_t>(GetWindowTextLengthW(m_messageText)) + 1, L'\0');
   text.resize(static_cast<std::size_t>(GetWindowTextW(m_messageText, text.data(), static_cast<int>(text.size()))));
   return text;
-}
-
-// ---- the user's acts ------------------------------------------------------------------------------------
-
-void MainFrame::OnCommand(unsigned command) {
-  CQDTreeItem* root = m_modelBar.GetTreeCtrl().GetQDRootItem();
-  switch (command) {
-    case kImport:
-      return OnImport();
-    case kExample:
-      return OpenExample();
-    case kExit:
-      DestroyWindow(m_frame);
-      return;
-    case kUndo:
-      m_doc.GetDatabase().Undo();
-      return;
-    case kRedo:
-      m_doc.GetDatabase().Redo();
-      return;
-    case kDelete:
-      return OnDelete();
-    case kShowAll:
-      return root->OnMenuEvent(kCommandShowAll);
-    case kHideAll:
-      return root->OnMenuEvent(kCommandHideAll);
-    case kLeaveIsolation:
-      return m_doc.GetDisplay().LeaveIsolation();
-    default:
-      break;
-  }
-  if (const auto variant = VariantOf(command)) {
-    SetProductVariant(*variant);
-    m_trees->Manager().OnChangeProgram();
-    MakeMenu();
-  }
-  const std::vector<std::string> languages = NativeMessages::Languages();
-  const std::size_t language = command - kFirstLanguage;
-  if (command >= kFirstLanguage && language < languages.size()) SetLanguage(languages[language]);
-}
-
-void MainFrame::OnDelete() {
-  std::vector<iterator> parts = m_doc.GetSelectBuffer();
-  std::erase_if(parts, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) != kDataGeom; });
-  if (!parts.empty()) {
-    m_doc.GetDatabase().GetGeomPool().TR_Del(parts);
-  } else {
-    m_modelBar.GetTreeCtrl().OnMenuEvent(kCommandDeleteMesh);  // of meshes; asks for nested ones
-  }
-}
-
-void MainFrame::OpenExample() {
-  if (BuildExample(m_doc.GetDatabase(), ReadResource(L"bracket", L"DECK")) == 0) {
-    return Say(
-        Text("IDS_WB_IMPORT_FAILED", {WithoutMark(Text("IDS_WB_OPEN_EXAMPLE")), Text("IDS_WB_IMPORT_REFUSED")}));
-  }
-  m_trees->OpenBranches();
-}
-
-void MainFrame::OnImport() {
-  // Names and patterns stand between zeros.
-  CString filter = Text("IDS_WB_IMPORT_FILTER") + L" (*.inp)" + CString(1, L'\0') + L"*.inp" + CString(1, L'\0') +
-                   Text("IDS_WB_ALL_FILES") + CString(1, L'\0') + L"*.*" + CString(2, L'\0');
-  constexpr std::size_t kLongestPath = 32768;
-  CString path(kLongestPath, L'\0');
-  OPENFILENAMEW open{};
-  open.lStructSize = sizeof(open);
-  open.hwndOwner = m_frame;
-  open.lpstrFilter = filter.c_str();
-  open.lpstrFile = path.data();
-  open.nMaxFile = static_cast<DWORD>(path.size());
-  open.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  if (GetOpenFileNameW(&open) != 0) Import(path.substr(0, path.find(L'\0')));
-}
-
-void MainFrame::Import(const std::wstring& path) {
-  m_waiting.push_back(path);
-  if (m_import == nullptr) StartNextImport();
-}
-
-void MainFrame::StartNextImport() {
-  if (!m_waiting.empty()) {
-    const HWND frame = m_frame;
-    m_import =
-        std::make_unique<InpImport>(m_waiting.front(), [frame] { PostMessageW(frame, kImportMessage, 0, 0); });
-    m_waiting.pop_front();
-    SendMessageW(m_progress, PBM_SETPOS, 0, 0);
-  }
-  Layout();
-}
-
-void MainFrame::OnImportNews() {
-  if (m_import == nullptr) return;
-  SendMessageW(m_progress, PBM_SETPOS, static_cast<WPARAM>(m_import->Thousandths()), 0);
-  std::optional<InpImport::Result> result = m_import->TakeResult();
-  if (!result.has_value()) return;
-  const std::unique_ptr<InpImport> done = std::move(m_import);
-  Store(*done, *result);
-  StartNextImport();
-}
-
-void MainFrame::Store(const InpImport& import, InpImport::Result& read) {
-  const CString path = FromUtf8(PathText(import.Path()));
-  const CString file = FromUtf8(PathText(import.Path().filename()));
-  if (read.error.has_value()) {
-    const CString reason = Text(read.error->key.c_str(), {FromUtf8(read.error->detail)});
-    return Say(Text("IDS_WB_IMPORT_FAILED", {path, reason}));
-  }
-  if (!read.model.has_value()) return Say(Text("IDS_WB_IMPORT_CANCELLED", {path}));
-  for (const ImportNote& note : read.model->notes) {
-    Say(path + L": " + Text(note.key.c_str(), {FromUtf8(note.detail)}));
-  }
-  Database& database = m_doc.GetDatabase();
-  const bool first = database.GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
-  const std::size_t sets = read.model->meshSets.size();
-  if (StoreImport(database, std::move(*read.model), Text("IDS_WB_TRANS_IMPORT", {file})) == 0) {
-    return Say(Text("IDS_WB_IMPORT_FAILED", {path, Text("IDS_WB_IMPORT_REFUSED")}));
-  }
-  Say(Text("IDS_WB_IMPORTED_MESH", {path, std::to_wstring(sets)}));
-  if (!first) return;
-  // The first file gives the document its name.
-  m_doc.SetPathName(path);
-  m_named = true;
-  m_trees->Manager().ResetFilePath(&m_doc);
-  m_trees->OpenBranches();
-  RefreshTexts();
-}
-
-void MainFrame::OnDrop(HDROP files) {
-  const UINT count = DragQueryFileW(files, 0xFFFFFFFF, nullptr, 0);
-  for (UINT index = 0; index < count; ++index) {
-    const UINT length = DragQueryFileW(files, index, nullptr, 0);
-    CString path(length + 1, L'\0');
-    DragQueryFileW(files, index, path.data(), length + 1);
-    path.resize(length);
-    Import(path);
-  }
-  DragFinish(files);
 }
 
 // ---- messages -------------------------------------------------------------------------------------------

@@ -45,6 +45,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   IWorksTreeManager* GetWorksTreeManager() override { return m_trees != nullptr ? &m_trees->Manager() : nullptr; }
 
  private:
+  static constexpr UINT kImportMessage = WM_APP + 2;  // there is news of the import
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
   LRESULT OnMessage(UINT message, WPARAM w, LPARAM l);
 

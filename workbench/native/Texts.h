@@ -1,0 +1,21 @@
+#pragma once
+
+#include <initializer_list>
+
+#include "host/CMSGFunction.h"
+#include "host/MessageOutput.h"
+
+namespace qd::workbench {
+
+/// The text of a key in the language of now, with each "%s" replaced by the next argument.
+inline CString Text(const char* key, std::initializer_list<CString> arguments = {}) {
+  return qdFormat(CMSGFunction::GetValue(key), arguments);
+}
+
+/// A menu's text without the mark of its letter.
+inline CString WithoutMark(CString text) {
+  std::erase(text, L'&');
+  return text;
+}
+
+}  // namespace qd::workbench
