@@ -80,13 +80,7 @@ QStringList MessageTables::TakeFaults() {
 }
 
 bool MessageTables::Find(std::string_view key, CString& text) const {
-  for (const MessageTexts* texts : {&m_texts, &m_english}) {
-    const auto found = texts->find(key);
-    if (found == texts->end()) continue;
-    text = found->second;
-    return true;
-  }
-  return false;
+  return LookUpText(key, {&m_texts, &m_english}, text);
 }
 
 QString Text(const char* key, const QStringList& arguments) {

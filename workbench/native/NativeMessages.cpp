@@ -53,13 +53,7 @@ bool NativeMessages::SetLanguage(const std::string& code) {
 }
 
 bool NativeMessages::Find(std::string_view key, CString& text) const {
-  for (const MessageTexts* texts : {&m_texts, &m_english}) {
-    const auto found = texts->find(key);
-    if (found == texts->end()) continue;
-    text = found->second;
-    return true;
-  }
-  return false;
+  return LookUpText(key, {&m_texts, &m_english}, text);
 }
 
 }  // namespace qd::workbench

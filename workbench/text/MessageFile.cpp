@@ -89,4 +89,14 @@ std::wstring PseudoText(const std::wstring& text) {
   return out + L"]";
 }
 
+bool LookUpText(std::string_view key, std::initializer_list<const MessageTexts*> tables, std::wstring& text) {
+  for (const MessageTexts* texts : tables) {
+    const auto found = texts->find(key);
+    if (found == texts->end()) continue;
+    text = found->second;
+    return true;
+  }
+  return false;
+}
+
 }  // namespace qd::workbench

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <initializer_list>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace qd::workbench {
@@ -29,5 +31,8 @@ void DropMisformatted(MessageFile& file, const MessageTexts& reference);
 /// A text as a language of no people would have it: every letter with an accent, longer by half, in brackets. What
 /// stays as it was on the screen did not come from the tables; what does not fit was laid out for one language.
 std::wstring PseudoText(const std::wstring& text);
+
+/// The text of a key from the first of some tables that has one; false when none has.
+bool LookUpText(std::string_view key, std::initializer_list<const MessageTexts*> tables, std::wstring& text);
 
 }  // namespace qd::workbench
