@@ -40,6 +40,18 @@ class Selected {
   HGDIOBJ m_before;
 };
 
+/// A bitmap in the program's own memory, 32 bits a pixel, top row first; `bits` is null when there is no memory.
+inline GdiObject<HBITMAP> MakePixels(SIZE size, void*& bits) {
+  BITMAPINFO info{};
+  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
+  info.bmiHeader.biWidth = size.cx;
+  info.bmiHeader.biHeight = -size.cy;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  bits = nullptr;
+  return GdiObject<HBITMAP>(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+}
+
 /// A device context in memory.
 class MemoryDc {
  public:

@@ -8,8 +8,6 @@ namespace qd {
 
 namespace {
 
-constexpr int kDepth = 32;
-
 std::size_t PlaceOf(long x, long y, long width) {
   return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
 }
@@ -53,14 +51,8 @@ std::uint32_t Straight(std::uint32_t pixel) {
 }
 
 GdiObject<HBITMAP> ColourBitmap(const std::vector<std::uint32_t>& pixels, SIZE size) {
-  BITMAPINFO info{};
-  info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-  info.bmiHeader.biWidth = size.cx;
-  info.bmiHeader.biHeight = -size.cy;  // top row first
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = kDepth;
   void* bits = nullptr;
-  GdiObject<HBITMAP> bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+  GdiObject<HBITMAP> bitmap = MakePixels(size, bits);
   if (bits != nullptr) std::copy(pixels.begin(), pixels.end(), static_cast<std::uint32_t*>(bits));
   return bitmap;
 }

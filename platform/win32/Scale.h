@@ -14,7 +14,6 @@ class Scale {
   static Scale Of(HWND window) { return Scale(GetDpiForWindow(window)); }
 
   int Dpi() const { return m_dpi; }
-  double Factor() const { return double(m_dpi) / kBase; }
   int ToPixels(int length) const { return MulDiv(length, m_dpi, kBase); }
   POINT ToPixels(CPoint point) const { return {ToPixels(point.x), ToPixels(point.y)}; }
   RECT ToPixels(const CRect& area) const {
@@ -34,7 +33,6 @@ class Scale {
   CRect Covering(const RECT& area) const {
     return {FromPixels(area.left), FromPixels(area.top), Covering(area.right), Covering(area.bottom)};
   }
-  bool operator==(const Scale&) const = default;
 
  private:
   static constexpr int kBase = 96;

@@ -71,14 +71,8 @@ HDC Win32Toolkit::BeginBuffer(int width, int height) {
     m_bufferSize = {std::max<LONG>(width, m_bufferSize.cx), std::max<LONG>(height, m_bufferSize.cy)};
     SelectObject(m_buffer.Get(), m_noBitmap);
     // In the program's own memory: drawing and blending need nobody else.
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
-    info.bmiHeader.biWidth = m_bufferSize.cx;
-    info.bmiHeader.biHeight = -m_bufferSize.cy;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
     void* bits = nullptr;
-    m_bitmap = GdiObject<HBITMAP>(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    m_bitmap = MakePixels(m_bufferSize, bits);
     SelectObject(m_buffer.Get(), m_bitmap.Get());
   }
   return m_buffer.Get();
