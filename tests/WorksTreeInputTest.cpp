@@ -2,6 +2,8 @@
 
 #include <deque>
 
+#include "qd_wrt/panel/CWorksTreeBar.h"
+#include "support/InputRows.h"
 #include "support/Probes.h"
 
 namespace qd::test {
@@ -281,6 +283,22 @@ TEST_F(Input, ControlAAndIChangeTheWholeSelectionWithOneNotice) {
   EXPECT_EQ(ProbeNode::TakeLog(), "pages root ");
   Key(kKeyA, kMouseControl);
   EXPECT_EQ(State(), "*root [*a *b *c [c1] *d]");
+}
+
+/// A program may show nodes of its own before it has a document.
+TEST(TreeWithoutDocument, ShowsNodesAndTakesChecks) {
+  HeadlessToolkit toolkit;
+  InputRows rows;
+  CWorksTreeBar bar;
+  bar.Create(nullptr, 0, {0, 0, 400, 500});
+  bar.CreateTreeItems(1, &rows, 1);
+  CQDTreeListCtrl& tree = bar.GetTreeCtrl();
+  EXPECT_EQ(tree.VisibleRowCount(), 41U);
+  const HTREEITEM first = tree.GetChildItem(tree.GetRootItem());
+  tree.SelectItem(first);
+  toolkit.Key(tree, kKeySpace);
+  toolkit.Pump();
+  EXPECT_EQ(tree.WhichCheck(first), kUnchecked);
 }
 
 }  // namespace
