@@ -3,12 +3,13 @@
 #include <utility>
 
 #include "workbench/app/ExchangeReader.h"
+#include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
 
 namespace qd::workbench {
 
 ExchangeJob::ExchangeJob(QString path, QObject* parent) : QObject(parent), m_path(std::move(path)) {
-  Prepare(new ExchangeReader({m_path}, {}));
+  Prepare(new ExchangeReader({"--file"}, NameToBytes(m_path)));
 }
 
 ExchangeJob::ExchangeJob(const ShapeOperation& operation, QObject* parent) : QObject(parent) {

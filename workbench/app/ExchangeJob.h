@@ -19,7 +19,7 @@ class ExchangeJob final : public QObject {
   Q_OBJECT
 
  public:
-  /// Reads a file.
+  /// Reads a file; its name as NameFromBytes has it.
   explicit ExchangeJob(QString path, QObject* parent = nullptr);
   /// Works on shapes.
   explicit ExchangeJob(const ShapeOperation& operation, QObject* parent = nullptr);

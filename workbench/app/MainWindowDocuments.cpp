@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "platform/qt/QtConvert.h"
+#include "workbench/app/FileName.h"
 #include "workbench/app/MainWindow.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/session/VariantNames.h"
@@ -91,7 +92,7 @@ bool MainWindow::OpenDocument(const QString& path) {
   }
   DocumentError error;
   const int done = qdRunLongWork(FromQt(Text("IDS_WB_OPENING", {absolute})), [&](const ProgressCall& progress) {
-    return m_keeper->Open(absolute.toStdString(), error, progress) ? 1 : 0;
+    return m_keeper->Open(NameToBytes(absolute), error, progress) ? 1 : 0;
   });
   if (done == 0) {
     ++m_failedDocuments;

@@ -1,18 +1,17 @@
-// The workbench. Usage: workbench [FILE...] [--print-tree] [--verify DOCUMENT] [--repair DOCUMENT]
-// [--screenshot PNG] [--language L] [--variant V]
-// [--messages FOLDER]
+// The workbench. CommandLine.cpp says how it is called.
 
 #include <QApplication>
-#include <QCommandLineParser>
 #include <QTimer>
 #include <algorithm>
 #include <iostream>
 
+#include "platform/Version.h"
 #include "platform/qt/QtToolkit.h"
+#include "workbench/app/CommandLine.h"
+#include "workbench/app/FileName.h"
+#include "workbench/app/Headless.h"
 #include "workbench/app/MainWindow.h"
-#include "workbench/app/PrintTree.h"
 #include "workbench/session/VariantNames.h"
-#include "workbench/store/CheckDocument.h"
 #include "workbench/view/ModelView.h"
 
 namespace {
@@ -20,51 +19,12 @@ namespace {
 using namespace qd;
 using namespace qd::workbench;
 
+constexpr int kFailed = 1;
 constexpr int kUsageError = 2;
 
-struct Options {
-  QStringList files;
-  QString screenshot;
-  QString language = "en";
-  QString messages;
-  ProductVariant variant = ProductVariant::Standard;
-  QString verify;
-  QString repair;
-  bool printTree = false;
-};
-
-/// Shows how the program is called and ends it when the command line is wrong.
-Options ReadOptions(const QCoreApplication& app) {
-  QCommandLineParser parser;
-  parser.setApplicationDescription("Shows CAD and mesh files with their works tree.");
-  parser.addHelpOption();
-  parser.addPositionalArgument("FILE", "documents (.qdw) to open, other files to import", "[FILE...]");
-  parser.addOption({"print-tree", "print the model tree and end"});
-  parser.addOption({"screenshot", "write a picture of the window and end", "PNG"});
-  parser.addOption({"verify", "check a document, say what is wrong with it and end", "DOCUMENT"});
-  parser.addOption({"repair", "write what is sound of a document into a new one, the FILE, and end", "DOCUMENT"});
-  parser.addOption({"language", "language of the texts: " + MessageTables().Languages().join(", "), "L", "en"});
-  parser.addOption({"messages", "folder with message tables to use in place of the program's own", "FOLDER"});
-  parser.addOption({"variant", "product variant: standard, ksl, rvt, zdh", "V", "standard"});
-  parser.process(app);
-  Options options;
-  options.files = parser.positionalArguments();
-  options.screenshot = parser.value("screenshot");
-  options.language = parser.value("language");
-  options.printTree = parser.isSet("print-tree");
-  options.verify = parser.value("verify");
-  options.repair = parser.value("repair");
-  options.messages = parser.value("messages");
-  const QStringList languages = MessageTables(options.messages).Languages() << "en" << MessageTables::kPseudo;
-  const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [&parser](const VariantName& known) {
-    return parser.value("variant") == known.name;
-  });
-  if (!languages.contains(options.language) || variant == kVariants.end()) {
-    std::cerr << parser.helpText().toStdString();
-    std::exit(kUsageError);
-  }
-  options.variant = variant->variant;
-  return options;
+int SayWrongUse(const std::string& fault) {
+  std::cerr << "workbench: " << fault << "\nworkbench --help says how the program is called." << std::endl;
+  return kUsageError;
 }
 
 /// Waits until everything is on screen, writes the picture and ends.
@@ -75,81 +35,95 @@ void TakeScreenshotWhenDone(MainWindow& window, const QString& path) {
     timer->stop();
     const bool saved = window.grab().save(path);
     if (!saved) std::cerr << path.toStdString() << ": cannot be written" << std::endl;
-    QCoreApplication::exit(!saved || window.FailedImports() + window.FailedDocuments() > 0 ? 1 : 0);
+    QCoreApplication::exit(!saved || window.FailedImports() + window.FailedDocuments() > 0 ? kFailed : 0);
   });
   constexpr int kSettle = 300;  // milliseconds for the last frames
   timer->start(kSettle);
 }
 
-int RunWindow(QApplication& app, const Options& options, MessageTables& messages) {
+int RunWindow(QApplication& app, const CommandLine& line, MessageTables& messages) {
   QtToolkit toolkit;
   MainWindow window(messages);
-  const bool forPicture = !options.screenshot.isEmpty();
+  const bool forPicture = !line.screenshot.empty();
   if (!forPicture) window.RestoreLayout();
   window.show();
-  QStringList documents;
   QStringList others;
-  for (const QString& file : options.files) (file.endsWith(".qdw") ? documents : others) << file;
-  for (const QString& document : documents) window.OpenDocument(document);
+  for (const std::string& file : line.files) {
+    if (IsDocumentName(file)) {
+      window.OpenDocument(NameFromBytes(file));
+    } else {
+      others << NameFromBytes(file);
+    }
+  }
   window.Import(others);
   if (!forPicture) window.OfferRecovery();
-  if (forPicture) TakeScreenshotWhenDone(window, options.screenshot);
+  if (forPicture) TakeScreenshotWhenDone(window, NameFromBytes(line.screenshot));
   const int result = app.exec();
   if (!forPicture) window.SaveLayout();
   return result;
 }
 
-bool WantsNoWindow(int argc, char** argv) {
-  return std::any_of(argv, argv + argc, [](const char* argument) {
-    const std::string_view text = argument;
-    return text == "--print-tree" || text.starts_with("--verify") || text.starts_with("--repair");
-  });
-}
-
-int Verify(const QString& path) {
-  const std::vector<std::string> faults = VerifyDocument(path.toStdString());
-  for (const std::string& fault : faults) std::cout << fault << std::endl;
-  return faults.empty() ? 0 : 1;
-}
-
-int Repair(const Options& options) {
-  if (options.files.size() != 1) {
-    std::cerr << "--repair DOCUMENT needs the name of the new document" << std::endl;
-    return kUsageError;
+/// Makes the texts and the variant that were asked for; a sentence when there is no such language.
+std::optional<std::string> Prepare(const CommandLine& line, MessageTables& messages) {
+  const QStringList languages = messages.Languages() << "en" << MessageTables::kPseudo;
+  if (!languages.contains(QString::fromStdString(line.language))) {
+    return "there is no language " + line.language + ", only " + messages.Languages().join(", ").toStdString();
   }
-  std::vector<std::string> notes;
-  DocumentError error;
-  const bool done =
-      RepairDocument(options.repair.toStdString(), options.files.first().toStdString(), notes, error);
-  for (const std::string& note : notes) std::cout << note << std::endl;
-  if (!done) std::cerr << Text(error.key, {QString::fromStdString(error.detail)}).toStdString() << std::endl;
-  return done ? 0 : 1;
+  messages.SetLanguage(QString::fromStdString(line.language));
+  const auto* variant = std::find_if(kVariants.begin(), kVariants.end(),
+                                     [&line](const VariantName& known) { return line.variant == known.name; });
+  SetProductVariant(variant->variant);
+  return std::nullopt;
 }
 
-int RunWithoutWindow(const Options& options, MessageTables& messages) {
-  messages.SetLanguage(options.language);
-  for (const QString& fault : messages.TakeFaults()) std::cerr << fault.toStdString() << std::endl;
-  SetProductVariant(options.variant);
-  if (!options.verify.isEmpty()) return Verify(options.verify);
-  return options.repair.isEmpty() ? PrintTreeOf(options.files) : Repair(options);
+/// Without a display the window's toolkit would end the program with a crash.
+bool HasDisplay() {
+  const auto isSet = [](const char* name) { return !qEnvironmentVariableIsEmpty(name); };
+#ifdef Q_OS_UNIX
+  return isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") || isSet("QT_QPA_PLATFORM");
+#else
+  return true;
+#endif
+}
+
+template <typename Application>
+int RunProgram(int argc, char** argv, const CommandLine& line) {
+  // The toolkit would take options of its own out of the arguments; ours are read already.
+  int count = std::min(argc, 1);
+  Application app(count, argv);
+  QCoreApplication::setOrganizationName("QD_wrt");
+  QCoreApplication::setApplicationName("workbench");
+  MessageTables messages(NameFromBytes(line.messages));
+  if (const auto fault = Prepare(line, messages)) return SayWrongUse(*fault);
+  if constexpr (std::is_same_v<Application, QApplication>) {
+    return RunWindow(app, line, messages);
+  } else {
+    for (const QString& fault : messages.TakeFaults()) std::cerr << fault.toStdString() << std::endl;
+    return RunWithoutWindow(line);
+  }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (WantsNoWindow(argc, argv)) {
-    const QCoreApplication app(argc, argv);
-    const Options options = ReadOptions(app);
-    MessageTables messages(options.messages);
-    return RunWithoutWindow(options, messages);
+  CommandLine line;
+  if (const auto fault = ReadCommandLine({argv + std::min(argc, 1), argv + argc}, line))
+    return SayWrongUse(*fault);
+  switch (line.mode) {
+    case CommandLine::Mode::Help:
+      std::cout << CommandLineHelp() << std::flush;
+      return std::cout ? 0 : kFailed;
+    case CommandLine::Mode::Version:
+      std::cout << "workbench " QD_WRT_VERSION << std::endl;
+      return std::cout ? 0 : kFailed;
+    case CommandLine::Mode::Window:
+      if (!HasDisplay()) {
+        std::cerr << "workbench: there is no display to show a window on" << std::endl;
+        return kFailed;
+      }
+      ModelView::SetDefaultFormat();
+      return RunProgram<QApplication>(argc, argv, line);
+    default:
+      return RunProgram<QCoreApplication>(argc, argv, line);
   }
-  ModelView::SetDefaultFormat();
-  QApplication app(argc, argv);
-  QApplication::setOrganizationName("QD_wrt");
-  QApplication::setApplicationName("workbench");
-  const Options options = ReadOptions(app);
-  MessageTables messages(options.messages);
-  messages.SetLanguage(options.language);
-  SetProductVariant(options.variant);
-  return RunWindow(app, options, messages);
 }

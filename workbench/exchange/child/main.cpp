@@ -1,7 +1,8 @@
 // The exchange program: reads one CAD or mesh file, or works on shapes, and sends the results over its standard
 // output. It runs as a child of the workbench, because the libraries may crash or hang on bad input.
 //
-// Usage: qd_exchange FILE, or qd_exchange --operation with the request on standard input
+// Usage: qd_exchange FILE, qd_exchange --file with the file's name on standard input, which may be any bytes, or
+// qd_exchange --operation with the request there
 
 #include <unistd.h>
 
@@ -35,9 +36,12 @@ void Import(const std::string& path, Sink& sink) {
   }
 }
 
+std::string ReadRequest() {
+  return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+}
+
 void Operate(Sink& sink) {
-  const std::string request{std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
-  const auto operation = DecodeOperation(request);
+  const auto operation = DecodeOperation(ReadRequest());
   if (!operation || operation->operands.empty()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
   RunOperation(*operation, sink);
 }
@@ -54,10 +58,11 @@ int main(int argc, char** argv) {
   dup2(STDERR_FILENO, STDOUT_FILENO);
   Sink sink(pipe);
   try {
-    if (std::string(argv[1]) == "--operation") {
+    const std::string what = argv[1];
+    if (what == "--operation") {
       Operate(sink);
     } else {
-      Import(argv[1], sink);
+      Import(what == "--file" ? ReadRequest() : what, sink);
     }
     sink.Finish();
     return 0;

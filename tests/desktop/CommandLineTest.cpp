@@ -1,0 +1,121 @@
+// The workbench as a program, started from a command line, mostly where there is no display.
+
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "Files.h"
+#include "platform/Version.h"
+
+namespace qd::test {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+struct Ended {
+  int status = -1;  // -1 for a program that crashed
+  std::string out;
+  std::string errors;
+};
+
+/// Runs the workbench where nothing leads to a display.
+Ended Start(const std::vector<std::string>& arguments) {
+  // A shell hands over names as bytes, which no text of the toolkit can hold.
+  std::string command = "exec '" + QCoreApplication::applicationDirPath().toStdString() + "/workbench'";
+  for (const std::string& argument : arguments) {
+    EXPECT_EQ(argument.find('\''), std::string::npos);
+    command += " '" + argument + "'";
+  }
+  QTemporaryDir folder;
+  QFile script(folder.filePath("start"));
+  EXPECT_TRUE(script.open(QIODevice::WriteOnly));
+  script.write(command.c_str());
+  script.close();
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"}) environment.remove(name);
+  environment.insert("XDG_STATE_HOME", folder.path());
+  QProcess program;
+  program.setProcessEnvironment(environment);
+  program.start("/bin/sh", {script.fileName()});
+  EXPECT_TRUE(program.waitForFinished(60'000));
+  Ended run;
+  if (program.exitStatus() == QProcess::NormalExit) run.status = program.exitCode();
+  run.out = program.readAllStandardOutput().toStdString();
+  run.errors = program.readAllStandardError().toStdString();
+  return run;
+}
+
+const std::string kTriangle =
+    "*NODE\n1, 0, 0, 0\n2, 1, 0, 0\n3, 0, 1, 0\n*ELEMENT, TYPE=S3, ELSET=PLATE\n1, 1, 2, 3\n";
+
+class CommandLine : public ::testing::Test {
+ protected:
+  std::string Path(const std::string& name) const { return m_files.Folder().toStdString() + "/" + name; }
+  Files m_files;
+};
+
+TEST_F(CommandLine, HelpAndVersionNeedNoDisplay) {
+  const Ended help = Start({"--help"});
+  EXPECT_EQ(help.status, 0) << help.errors;
+  for (const char* option : {"--help", "--version", "--print-tree", "--verify", "--repair", "--screenshot"}) {
+    EXPECT_THAT(help.out, HasSubstr(option));
+  }
+  const Ended version = Start({"--version"});
+  EXPECT_EQ(version.status, 0) << version.errors;
+  EXPECT_THAT(version.out, HasSubstr(QD_WRT_VERSION));
+}
+
+TEST_F(CommandLine, WrongUseIsSaidInASentence) {
+  const struct {
+    std::vector<std::string> arguments;
+    const char* said;
+  } cases[] = {{{"--nonsense"}, "--nonsense"},
+               {{"-x"}, "-x"},
+               {{"--verify"}, "--verify"},
+               {{"--verify", ""}, "--verify"},
+               {{"--verify", "a.qdw", "b.qdw"}, "b.qdw"},
+               {{"--repair", "a.qdw"}, "--repair"},
+               {{"--repair", "a.qdw", "b.qdw", "c.qdw"}, "--repair"},
+               {{"--print-tree=yes"}, "--print-tree"},
+               {{"--print-tree", "--print-tree"}, "--print-tree"},
+               {{"--print-tree", "--verify", "a.qdw"}, "--verify"},
+               {{"--print-tree", "a.qdw", "b.qdw"}, "b.qdw"},
+               {{"--print-tree", ""}, "name"},
+               {{"--print-tree", "--language", "xx"}, "xx"},
+               {{"--variant=none"}, "none"}};
+  for (const auto& wrong : cases) {
+    const Ended run = Start(wrong.arguments);
+    EXPECT_EQ(run.status, 2) << ::testing::PrintToString(wrong.arguments);
+    EXPECT_THAT(run.errors, HasSubstr(wrong.said)) << ::testing::PrintToString(wrong.arguments);
+    EXPECT_THAT(run.out, IsEmpty());
+  }
+}
+
+TEST_F(CommandLine, AWindowWithoutADisplayIsRefusedInASentence) {
+  const Ended run = Start({});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.errors, HasSubstr("display"));
+}
+
+TEST_F(CommandLine, AnyBytesAreAFileName) {
+  const std::string odd[] = {"plain.inp", "-dash.inp", "\xFF\xFE r\xE9sum\xE9.inp", "file:x.inp", "r\xC3\xA9.inp"};
+  for (const std::string& name : odd) {
+    std::ofstream(Path(name)) << kTriangle;
+    const Ended run = Start({"--print-tree", "--", Path(name)});
+    EXPECT_EQ(run.status, 0) << run.errors;
+    EXPECT_THAT(run.out, HasSubstr("PLATE")) << name;
+    std::filesystem::remove(Path(name));  // the toolkit's folder does not see all of them
+  }
+}
+
+TEST_F(CommandLine, AFileThatCannotBeImportedEndsWithOne) {
+  const Ended run = Start({"--print-tree", Path("none.inp")});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.errors, HasSubstr("none.inp"));
+  EXPECT_THAT(run.out, IsEmpty());
+}
+
+}  // namespace
+}  // namespace qd::test
