@@ -1,13 +1,15 @@
 // Makes the example models. Usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box
-// FILE.igs | mixed FILE.brep
+// FILE.igs | mixed FILE.brep | specks FILE.brep | specks FILE.step
 
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
 #include <BRepBuilderAPI_MakeFace.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepBuilderAPI_Transform.hxx>
 #include <BRepPrimAPI_MakeBox.hxx>
 #include <BRepPrimAPI_MakeCone.hxx>
 #include <BRepPrimAPI_MakeCylinder.hxx>
+#include <BRepPrimAPI_MakeSphere.hxx>
 #include <BRepPrimAPI_MakeTorus.hxx>
 #include <BRepTools.hxx>
 #include <BRep_Builder.hxx>
@@ -16,9 +18,11 @@
 #include <Message_Messenger.hxx>
 #include <Quantity_Color.hxx>
 #include <STEPCAFControl_Writer.hxx>
+#include <STEPControl_Writer.hxx>
 #include <TDataStd_Name.hxx>
 #include <TDocStd_Document.hxx>
 #include <TopoDS_Compound.hxx>
+#include <TopoDS_Vertex.hxx>
 #include <XCAFApp_Application.hxx>
 #include <XCAFDoc_ColorTool.hxx>
 #include <XCAFDoc_DocumentTool.hxx>
@@ -153,13 +157,29 @@ bool MakeMixed(const char* path) {
   return BRepTools::Write(all, path);
 }
 
+/// A block, a free point, and a ball finer than facets usually are: what real files hold beside their solids.
+bool MakeSpecks(const std::string& path) {
+  constexpr double kTiny = 1e-5;
+  TopoDS_Compound all;
+  const BRep_Builder builder;
+  builder.MakeCompound(all);
+  builder.Add(all, BRepPrimAPI_MakeBox(10, 20, 30).Shape());
+  builder.Add(all, BRepPrimAPI_MakeSphere(gp_Pnt(5, 5, 40), kTiny).Shape());
+  builder.Add(all, BRepBuilderAPI_MakeVertex(gp_Pnt(1, 2, 50)).Vertex());
+  if (path.ends_with(".brep")) return BRepTools::Write(all, path.c_str());
+  STEPControl_Writer writer;
+  return writer.Transfer(all, STEPControl_AsIs) == IFSelect_RetDone &&
+         writer.Write(path.c_str()) == IFSelect_RetDone;
+}
+
 bool Make(const std::string& what, int argc, char** argv) {
   if (what == "pump" && argc == 3) return MakePump(argv[2]);
   if (what == "grid" && argc == 4) return MakeGrid(std::stoi(argv[2]), argv[3]);
   if (what == "box" && argc == 3) return MakeBox(argv[2]);
   if (what == "mixed" && argc == 3) return MakeMixed(argv[2]);
+  if (what == "specks" && argc == 3) return MakeSpecks(argv[2]);
   std::cerr << "usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box FILE.igs | "
-               "mixed FILE.brep\n";
+               "mixed FILE.brep | specks FILE.brep | specks FILE.step\n";
   return false;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QDirIterator>
 #include <QRegularExpression>
+#include <algorithm>
 
 #include "Files.h"
 #include "workbench/app/ExchangeJob.h"
@@ -76,6 +77,29 @@ TEST_F(ImportFile, IgesAndBrepGiveTheirBodies) {
     ASSERT_EQ(box.model.parts.size(), 1U);
     EXPECT_EQ(box.model.parts[0].shape.facets.triangles.size(), 36U);
     EXPECT_FALSE(box.model.parts[0].name.empty());
+  }
+}
+
+bool HasNote(const ImportedModel& model, const std::string& key, const std::string& part) {
+  return std::any_of(model.notes.begin(), model.notes.end(), [&](const ImportNote& note) {
+    return note.key == key && note.detail.find(part) != std::string::npos;
+  });
+}
+
+TEST_F(ImportFile, WhatCannotBeDrawnComesInAndIsNamed) {
+  for (const char* name : {"specks.brep", "specks.step"}) {
+    const Outcome specks = Import(m_files.Make({"specks"}, name));
+    ASSERT_TRUE(specks.finished) << specks.failure.toStdString();
+    ASSERT_EQ(specks.model.parts.size(), 3U) << name;
+    EXPECT_EQ(specks.model.parts[0].shape.facets.triangles.size(), 36U);
+    const ImportedPart& ball = specks.model.parts[1];
+    const ImportedPart& point = specks.model.parts[2];
+    EXPECT_FALSE(ball.shape.facets.triangles.empty());
+    EXPECT_GT(ball.shape.area, 0);
+    EXPECT_EQ(point.kind, TopologyKind::Point);
+    EXPECT_EQ(point.shape.facets.points, (std::vector<float>{1, 2, 50}));
+    EXPECT_FALSE(HasNote(specks.model, "IDS_WB_NOTE_NOT_DRAWN", ball.name));
+    EXPECT_TRUE(HasNote(specks.model, "IDS_WB_NOTE_NOT_DRAWN", point.name));
   }
 }
 

@@ -26,6 +26,7 @@
 #include <optional>
 #include <vector>
 
+#include "workbench/exchange/child/NoteCounts.h"
 #include "workbench/exchange/child/Shapes.h"
 
 namespace qd::workbench {
@@ -237,16 +238,21 @@ void ReadCadFile(const std::string& path, FileFormat format, Sink& sink) {
     std::vector<Harvest::Found> found =
         format == FileFormat::Brep ? ReadBrep(path) : ReadDocument(path, format, sink);
     sink.Progress(kReadShare);
+    NoteCounts notes;
     std::map<TopologyKind, int> numbers;
     for (std::size_t i = 0; i < found.size(); ++i) {
       ImportedPart& part = found[i].part;
       if (part.name.empty()) part.name = NameByKind(part.kind, numbers);
-      part.shape = PartShapeOf(found[i].shape);
+      Drawn drawn{};
+      part.shape = PartShapeOf(found[i].shape, drawn);
+      if (drawn == Drawn::Nothing) notes.Add("IDS_WB_NOTE_NOT_DRAWN", part.name);
+      if (drawn == Drawn::Part) notes.Add("IDS_WB_NOTE_PARTLY_DRAWN", part.name);
       sink.Part(part);
       sink.Progress(kReadShare +
                     (1 - kReadShare) * static_cast<double>(i + 1) / static_cast<double>(found.size()));
       found[i] = {};
     }
+    notes.Send(sink);
   } catch (const Standard_Failure& failure) {
     throw ImportError{"IDS_WB_IMPORT_READER",
                       failure.GetMessageString() != nullptr ? failure.GetMessageString() : ""};

@@ -8,6 +8,7 @@
 #include <GCPnts_TangentialDeflection.hxx>
 #include <Poly_PolygonOnTriangulation.hxx>
 #include <Poly_Triangulation.hxx>
+#include <Standard_Failure.hxx>
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedDataMapOfShapeListOfShape.hxx>
@@ -25,11 +26,13 @@ namespace {
 
 constexpr double kAngle = 0.35;  // radians between neighbouring facets
 constexpr double kDeflectionPerSize = 0.002;
+/// The library refuses finer ones, and what is smaller altogether is drawn as coarsely as that.
+constexpr double kLeastDeflection = 1e-6;
 
 double SizeOf(const TopoDS_Shape& shape) {
   Bnd_Box box;
   BRepBndLib::Add(shape, box, false);
-  return box.IsVoid() ? 1.0 : std::max(std::sqrt(box.SquareExtent()), 1e-9);
+  return box.IsVoid() ? 0 : std::sqrt(box.SquareExtent());
 }
 
 std::uint32_t AddPoint(PartFacets& facets, const gp_Pnt& point) {
@@ -55,10 +58,10 @@ void AddNormal(PartFacets& facets, const std::uint32_t* corner) {
 }
 
 /// A face's points are its own, so shading is smooth within it and sharp at its edges.
-void AddFace(PartFacets& facets, const TopoDS_Face& face) {
+bool AddFace(PartFacets& facets, const TopoDS_Face& face) {
   TopLoc_Location place;
   const Handle(Poly_Triangulation) mesh = BRep_Tool::Triangulation(face, place);
-  if (mesh.IsNull()) return;
+  if (mesh.IsNull() || mesh->NbTriangles() == 0) return false;
   const auto first = static_cast<std::uint32_t>(facets.points.size() / 3);
   for (int i = 1; i <= mesh->NbNodes(); ++i) AddPoint(facets, mesh->Node(i).Transformed(place.Transformation()));
   const bool reversed = face.Orientation() == TopAbs_REVERSED;
@@ -71,6 +74,7 @@ void AddFace(PartFacets& facets, const TopoDS_Face& face) {
     for (const int node : {a, b, c}) facets.triangles.push_back(first + static_cast<std::uint32_t>(node) - 1);
     AddNormal(facets, &facets.triangles[facets.triangles.size() - 3]);
   }
+  return true;
 }
 
 void AddLine(PartFacets& facets, const std::vector<gp_Pnt>& points) {
@@ -109,22 +113,44 @@ void Normalise(std::vector<float>& normals) {
   }
 }
 
-}  // namespace
+/// Leaves the triangles in the shape; what the library cannot facet stays without.
+void Triangulate(const TopoDS_Shape& shape, double deflection) {
+  try {
+    const BRepMesh_IncrementalMesh mesher(shape, deflection, false, kAngle);
+  } catch (const Standard_Failure&) {
+    // told by the faces that have no triangles
+  }
+}
 
-PartFacets FacetsOf(const TopoDS_Shape& shape) {
-  PartFacets facets;
-  const double deflection = SizeOf(shape) * kDeflectionPerSize;
-  const BRepMesh_IncrementalMesh mesher(shape, deflection, false, kAngle);  // leaves the triangles in the shape
-  for (TopExp_Explorer at(shape, TopAbs_FACE); at.More(); at.Next()) AddFace(facets, TopoDS::Face(at.Current()));
-  Normalise(facets.normals);
+void AddEdges(PartFacets& facets, const TopoDS_Shape& shape, double deflection) {
   TopTools_IndexedDataMapOfShapeListOfShape facesOf;
   TopExp::MapShapesAndAncestors(shape, TopAbs_EDGE, TopAbs_FACE, facesOf);
   for (int i = 1; i <= facesOf.Extent(); ++i) {
-    AddEdge(facets, TopoDS::Edge(facesOf.FindKey(i)), facesOf(i), deflection);
+    try {
+      AddEdge(facets, TopoDS::Edge(facesOf.FindKey(i)), facesOf(i), deflection);
+    } catch (const Standard_Failure&) {
+      continue;  // an edge without a curve has no line
+    }
   }
+}
+
+}  // namespace
+
+PartFacets FacetsOf(const TopoDS_Shape& shape, Drawn& drawn) {
+  PartFacets facets;
+  const double deflection = std::max(SizeOf(shape) * kDeflectionPerSize, kLeastDeflection);
+  bool whole = true;
+  if (TopExp_Explorer(shape, TopAbs_FACE).More()) Triangulate(shape, deflection);
+  for (TopExp_Explorer at(shape, TopAbs_FACE); at.More(); at.Next()) {
+    if (!AddFace(facets, TopoDS::Face(at.Current()))) whole = false;
+  }
+  Normalise(facets.normals);
+  AddEdges(facets, shape, deflection);
   for (TopExp_Explorer at(shape, TopAbs_VERTEX, TopAbs_EDGE); at.More(); at.Next()) {
     AddPoint(facets, BRep_Tool::Pnt(TopoDS::Vertex(at.Current())));
   }
+  const bool any = !facets.triangles.empty() || !facets.lines.empty();
+  drawn = !any ? Drawn::Nothing : whole ? Drawn::All : Drawn::Part;
   return facets;
 }
 

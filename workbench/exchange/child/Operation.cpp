@@ -140,7 +140,8 @@ void RunOperation(const ShapeOperation& operation, Sink& sink) {
       result.Nullify();
     }
     if (result.IsNull()) throw ImportError{"IDS_WB_OPERATION_SHAPE", operand.name};
-    part.shape = PartShapeOf(result);
+    Drawn drawn{};
+    part.shape = PartShapeOf(result, drawn);
     if (part.shape.facets.points.empty()) throw ImportError{"IDS_WB_OPERATION_EMPTY", operand.name};
     sink.Part(part);
     sink.Progress(++done / static_cast<double>(operation.operands.size()));

@@ -20,8 +20,6 @@
 #include <gp_Torus.hxx>
 #include <sstream>
 
-#include "workbench/exchange/child/Facets.h"
-
 namespace qd::workbench {
 
 std::vector<Body> BodiesOf(const TopoDS_Shape& shape) {
@@ -104,22 +102,30 @@ Measures GeometryOf(const TopoDS_Shape& shape) {
   return {};
 }
 
+double NumberOr0(double value) {
+  return std::isfinite(value) ? value : 0;
+}
+
 }  // namespace
 
-PartShape PartShapeOf(const TopoDS_Shape& shape) {
+PartShape PartShapeOf(const TopoDS_Shape& shape, Drawn& drawn) {
   PartShape result;
-  result.facets = FacetsOf(shape);
+  result.facets = FacetsOf(shape, drawn);
   result.brep = BrepOf(shape);
-  GProp_GProps lines;
-  GProp_GProps faces;
-  GProp_GProps volume;
-  BRepGProp::LinearProperties(shape, lines, true);
-  BRepGProp::SurfaceProperties(shape, faces, true);
-  BRepGProp::VolumeProperties(shape, volume, true, true);
-  result.length = lines.Mass();
-  result.area = faces.Mass();
-  result.volume = std::abs(volume.Mass());
-  result.geometry = GeometryOf(shape);
+  try {
+    GProp_GProps lines;
+    GProp_GProps faces;
+    GProp_GProps volume;
+    BRepGProp::LinearProperties(shape, lines, true);
+    BRepGProp::SurfaceProperties(shape, faces, true);
+    BRepGProp::VolumeProperties(shape, volume, true, true);
+    result.length = NumberOr0(lines.Mass());
+    result.area = NumberOr0(faces.Mass());
+    result.volume = NumberOr0(std::abs(volume.Mass()));
+    result.geometry = GeometryOf(shape);
+  } catch (const Standard_Failure&) {
+    // A shape without a size has no measures; it is a part nevertheless.
+  }
   return result;
 }
 
