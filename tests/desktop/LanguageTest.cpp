@@ -14,6 +14,10 @@
 #include <QPlainTextEdit>
 #include <QTimer>
 #include <QTreeWidget>
+#include <filesystem>
+#include <fstream>
+
+#include <sys/stat.h>
 
 #include "InWindow.h"
 #include "host/CTransaction.h"
@@ -237,6 +241,22 @@ TEST(Tables, WhatIsMissingOrDoesNotFitIsShownUntranslatedWithOneWarning) {
   EXPECT_TRUE(tables.TakeFaults().isEmpty()) << "each fault is said once";
   const MessageTables none(folder.path() + "/none");
   EXPECT_EQ(Text("A"), "A");
+}
+
+TEST(Tables, APipeAFolderOrAHugeFileIsNoTable) {
+  const QTemporaryDir folder;
+  const auto path = [&folder](const char* name) { return folder.filePath(name).toStdString(); };
+  ASSERT_EQ(mkfifo(path("pp.txt").c_str(), 0600), 0);
+  ASSERT_EQ(mkdir(path("ff.txt").c_str(), 0700), 0);
+  std::ofstream(path("hh.txt")) << "A=eins\n";
+  std::filesystem::resize_file(path("hh.txt"), std::uintmax_t{1} << 32U);  // takes no room on the disk
+  MessageTables tables(folder.path());
+  for (const char* language : {"pp", "ff", "hh"}) {
+    EXPECT_FALSE(tables.SetLanguage(language)) << language;
+    const QStringList faults = tables.TakeFaults();
+    ASSERT_EQ(faults.size(), 1) << language;
+    EXPECT_TRUE(faults.first().contains(language)) << faults.first().toStdString();
+  }
 }
 
 TEST(Tables, ArgumentsArePutInAsTheyAre) {

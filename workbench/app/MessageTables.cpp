@@ -38,7 +38,11 @@ QStringList MessageTables::Languages() const {
 MessageTexts MessageTables::Read(const QString& folder, const QString& language) {
   QFile file(QString("%1/%2.txt").arg(folder, language));
   MessageFile table;
-  if (file.open(QIODevice::ReadOnly)) {
+  // Asked before it is opened: opening a pipe waits for somebody who writes.
+  const QFileInfo info(file.fileName());
+  if (info.exists() && (!info.isFile() || info.size() > static_cast<qint64>(MessageFile::kMostBytes))) {
+    table.faults.emplace_back("no file, or one too large to be a table");
+  } else if (file.open(QIODevice::ReadOnly)) {
     table = ParseMessages(file.readAll().toStdString());
     DropMisformatted(table, m_english);
   } else {

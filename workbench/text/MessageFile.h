@@ -13,6 +13,9 @@ using MessageTexts = std::map<std::string, std::wstring, std::less<>>;
 
 /// What was read from a table, and what was wrong with it in words for people who write tables.
 struct MessageFile {
+  /// No table that people write is longer; who reads a file looks at its size first.
+  static constexpr std::size_t kMostBytes = std::size_t{4} << 20U;
+
   MessageTexts texts;
   std::vector<std::string> faults;
 };
