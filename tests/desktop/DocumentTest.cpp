@@ -76,6 +76,29 @@ TEST_F(Documents, TheWindowIsFoundAgainAsItWas) {
   EXPECT_EQ(m_messages.Language(), "de");
 }
 
+/// As a program starts that is given a file: nothing has laid out the window when the file is opened.
+TEST_F(Documents, AMaximisedWindowIsFoundAgainAtOnce) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  m_window->showMaximized();
+  ASSERT_TRUE(WaitUntil([this] { return m_window->isMaximized(); }));
+  Wait(300);
+  ASSERT_TRUE(m_window->SaveAs(Path("large.qdw")));
+  m_window->SaveLayout();
+  m_window.reset();
+  for (const bool shown : {true, false}) {
+    m_window = std::make_unique<MainWindow>(m_messages);
+    m_window->RestoreLayout();
+    if (shown) m_window->show();
+    ASSERT_TRUE(m_window->OpenDocument(Path("large.qdw")));
+    m_window->show();
+    ASSERT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
+    Wait(300);
+    EXPECT_TRUE(m_window->isMaximized());
+    EXPECT_NE(Print().find("Shaft"), std::string::npos);
+    m_window.reset();
+  }
+}
+
 TEST_F(Documents, AFileThatCannotBeOpenedIsNamedAndTheWindowGoesOn) {
   m_files.Write("bad.qdw", "no document");
   EXPECT_FALSE(m_window->OpenDocument(Path("bad.qdw")));

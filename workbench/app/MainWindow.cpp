@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
@@ -138,10 +139,22 @@ void MainWindow::SaveLayout() const {
 void MainWindow::RestoreLayout() {
   const QSettings settings;
   restoreGeometry(settings.value("geometry").toByteArray());
-  restoreState(settings.value("panes").toByteArray());
+  RestorePanes(settings.value("panes").toByteArray());
   for (TreePane* pane : {m_modelPane, m_gsetPane}) {
     pane->SetColumnWidths(settings.value("columns/" + pane->objectName()).toList());
   }
+}
+
+/// A window that does not show yet and will be maximised keeps the places for when it is, and falls over them when
+/// others have been set meanwhile. So they are set when it shows.
+void MainWindow::RestorePanes(const QByteArray& places) {
+  m_panePlaces = places;
+  if (isVisible()) restoreState(std::exchange(m_panePlaces, {}));
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+  QMainWindow::showEvent(event);
+  if (!m_panePlaces.isEmpty()) restoreState(std::exchange(m_panePlaces, {}));
 }
 
 // ---- the user's acts ------------------------------------------------------------------------------------

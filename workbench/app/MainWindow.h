@@ -75,6 +75,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
  protected:
   void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
 
  private:
   void MakePanes();
@@ -109,6 +110,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void ShowLoaded(const QString& name);
   void KeepView();
   void RestoreView();
+  void RestorePanes(const QByteArray& places);
   static void NoteRecent(const QString& path);
   void ListRecent(QMenu& menu);
   void OnUndo();
@@ -145,6 +147,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   QAction* m_redo = nullptr;
   QAction* m_leave = nullptr;
   QAction* m_delete = nullptr;
+  QByteArray m_panePlaces;  // for when the window shows
   int m_failedDocuments = 0;
   bool m_firstImport = false;
 };

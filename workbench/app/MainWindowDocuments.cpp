@@ -1,5 +1,7 @@
 // Documents of the main window: opening, saving, what a crash left behind.
 
+#include <unistd.h>
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDateTime>
@@ -67,9 +69,20 @@ void MainWindow::StartProgram(const QStringList& documents) {
   });
   QStringList arguments{"--language", m_messages.Language(), "--variant", variant->name};
   if (!m_messages.Folder().isEmpty()) arguments << "--messages" << m_messages.Folder();
-  if (!QProcess::startDetached(QCoreApplication::applicationFilePath(), arguments + documents)) {
-    Say(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
-  }
+  // It lives on when this one ends, so nothing here owns it; as long as both live, its death is told.
+  auto* process = new QProcess;
+  connect(process, &QProcess::finished, process, &QObject::deleteLater);
+  connect(process, &QProcess::finished, this, [this, documents](int code, QProcess::ExitStatus status) {
+    if (code == 0 && status == QProcess::NormalExit) return;
+    Say((documents.isEmpty() ? QString() : documents.first() + ": ") + Text("IDS_WB_NEW_WINDOW_DIED"), true);
+  });
+  connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
+    if (error == QProcess::FailedToStart) Say(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
+  });
+  process->setProcessChannelMode(QProcess::ForwardedChannels);
+  process->setStandardInputFile(QProcess::nullDevice());
+  process->setChildProcessModifier([] { setsid(); });  // not of this terminal's foreground
+  process->start(QCoreApplication::applicationFilePath(), arguments + documents);
 }
 
 /// A program of its own, with the language and variant of this one: a variant is that of a whole program.
@@ -121,7 +134,7 @@ void MainWindow::KeepView() {
   if (!m_keeper->IsNamed()) return;
   QJsonObject view{{"language", m_messages.Language()},
                    {"panes", QString::fromLatin1(saveState().toBase64())},
-                   {"size", QJsonArray{width(), height()}}};
+                   {"size", QJsonArray{normalGeometry().width(), normalGeometry().height()}}};
   for (TreePane* pane : {m_modelPane, m_gsetPane}) view[pane->objectName()] = pane->ViewState();
   m_keeper->File()->PutView(kViewName, QJsonDocument(view).toJson(QJsonDocument::Compact).toStdString());
 }
@@ -134,11 +147,12 @@ void MainWindow::RestoreView() {
   const QString language = view["language"].toString();
   const bool known = m_messages.Languages().contains(language);
   if (known && language != m_messages.Language()) SetLanguage(language);
-  restoreState(QByteArray::fromBase64(view["panes"].toString().toLatin1()));
+  RestorePanes(QByteArray::fromBase64(view["panes"].toString().toLatin1()));
   constexpr int kLeast = 300;
   constexpr int kMost = 10'000;
   const QJsonArray size = view["size"].toArray();
-  if (size.size() == 2) {
+  const bool free = !windowState().testAnyFlags(Qt::WindowMaximized | Qt::WindowFullScreen);
+  if (size.size() == 2 && free) {
     resize(std::clamp(size[0].toInt(), kLeast, kMost), std::clamp(size[1].toInt(), kLeast, kMost));
   }
   for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->RestoreViewState(view[pane->objectName()].toObject());

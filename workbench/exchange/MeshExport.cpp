@@ -127,8 +127,12 @@ ExportModel CollectExport(const Database& database, const std::vector<iterator>&
 // ---- files ----------------------------------------------------------------------------------------------
 
 TextFile::TextFile(const std::filesystem::path& path, std::uint64_t total, const ProgressCall& progress)
-    : m_out(path, std::ios::binary), m_total(total), m_progress(progress) {
-  if (!m_out) throw ImportError{"IDS_WB_EXPORT_UNWRITABLE", PathText(path)};
+    : m_out(path), m_total(total), m_progress(progress) {
+  if (!m_out.IsOpen()) Fail();
+}
+
+void TextFile::Fail() const {
+  throw ImportError{"IDS_WB_EXPORT_UNWRITABLE", m_out.Fault()};
 }
 
 TextFile& TextFile::operator<<(std::uint64_t number) {
@@ -169,14 +173,13 @@ void TextFile::Step() {
 }
 
 void TextFile::Flush() {
-  m_out.write(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+  if (!m_out.Write(m_buffer)) Fail();
   m_buffer.clear();
 }
 
 void TextFile::Close() {
   Flush();
-  m_out.close();
-  if (!m_out) throw ImportError{"IDS_WB_EXPORT_UNWRITABLE", ""};
+  if (!m_out.Finish()) Fail();
 }
 
 std::map<std::uint64_t, const double*> NodesOf(const ExportModel& model) {
@@ -224,21 +227,13 @@ std::optional<ImportError> WriteMeshFile(const std::filesystem::path& path, cons
     if (set.mesh != nullptr) total += set.mesh->nodeIds.size() + ElementCountOf(*set.mesh);
   }
   if (total == 0) return ImportError{"IDS_WB_EXPORT_NOTHING", ""};
-  std::filesystem::path part = path;
-  part += ".part";
-  std::error_code ignored;
   try {
-    TextFile file(part, total, progress);
+    TextFile file(path, total, progress);
     writer->second(model, file);
     file.Close();
-    std::filesystem::rename(part, path);
     return std::nullopt;
   } catch (const ImportError& error) {
-    std::filesystem::remove(part, ignored);
     return error;
-  } catch (const std::filesystem::filesystem_error&) {
-    std::filesystem::remove(part, ignored);
-    return ImportError{"IDS_WB_EXPORT_UNWRITABLE", PathText(path)};
   }
 }
 

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <fstream>
 #include <map>
 #include <string>
 #include <string_view>
 
 #include "workbench/exchange/MeshExport.h"
+#include "workbench/files/WholeFile.h"
 
 namespace qd::workbench {
 
@@ -29,13 +29,15 @@ class TextFile {
   TextFile& Exponent(double number, std::size_t width);
   /// One node or element is done. Throws an empty ImportError when the work is to stop.
   void Step();
-  /// Throws when the disk is full.
+  /// Puts the file into its place. Throws when it is not whole on the disk; until then what stood there stands.
   void Close();
 
  private:
   void Flush();
 
-  std::ofstream m_out;
+  [[noreturn]] void Fail() const;
+
+  WholeFile m_out;
   std::string m_buffer;
   std::uint64_t m_total;
   std::uint64_t m_done = 0;
