@@ -286,11 +286,12 @@ TEST_F(MeshCommands, MeshingAgainTakesTheModeOfTheRecord) {
   Select({L"B"});
   Command(41775);
   EXPECT_EQ(m_app.TakeLog(), "");  // nothing is known of how it was made
+  const auto parts = AddParts({L"one", L"two"});
   for (const int method : {0, 1, 2, 3, 4}) {
     Act([&] {
       tagTMGInfo generation;
       generation.method = method;
-      generation.targets = {1, 2};
+      generation.targets = parts;
       const iterator itr = Data().GetMGInfoPool().Add(generation);
       tagTMset record = Mset(b);
       record.mgInfo = MGInfoPool::KeyOf(itr);

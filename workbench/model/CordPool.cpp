@@ -1,5 +1,7 @@
 #include "workbench/model/CordPool.h"
 
+#include <algorithm>
+
 #include "host/CMSGFunction.h"
 #include "workbench/model/CopyName.h"
 
@@ -8,7 +10,7 @@ namespace qd::workbench {
 void CordPool::MakeDefault() {
   tagTCord global;
   global.SetName(CMSGFunction::GetValue("IDS_WB_GLOBAL_CORD"));
-  PutSilently(global);
+  PutFirst(global);
 }
 
 // ---- indexes --------------------------------------------------------------------------------------------
@@ -68,39 +70,9 @@ int CordPool::Modify(iterator itr, const tagTCord& record) {
   return IsSound(changed) && !StandsOn(changed.parent, itr) ? Change(itr, changed) : 0;
 }
 
-int CordPool::Delete(iterator itr) {
-  const auto record = std::static_pointer_cast<const tagTCord>(Get(itr));
-  if (record == nullptr || IsDefaultCord(itr) != 0 || Pool::TR_Del({itr}) == 0) return 0;
-  m_gone[itr] = *record;
-  return 1;
-}
-
-int CordPool::UpdateAfterDeletion() {
-  // A rollback brings records back without a word.
-  std::erase_if(m_gone, [this](const auto& gone) { return Get(gone.first) != nullptr; });
-  const std::map<iterator, tagTCord> gone = std::exchange(m_gone, {});
-  for (const auto& [parent, left] : gone) {
-    for (const iterator orphan : ChildrenOf(parent)) {
-      tagTCord record = *GetAtNU(orphan);
-      Placement placement = PlacementOf(record);
-      for (auto above = gone.find(record.parent); above != gone.end(); above = gone.find(record.parent)) {
-        placement = Compose(PlacementOf(above->second), placement);
-        record.parent = above->second.parent;
-      }
-      Place(record, placement);
-      if (Change(orphan, record) == 0) return 0;
-    }
-  }
-  return 1;
-}
-
 int CordPool::TR_Del(const std::vector<iterator>& itrs) {
-  return Keeper().InTransaction("IDS_QD_TRANS_Delete_CORD", [&] {
-    for (const iterator itr : itrs) {
-      if (Delete(itr) == 0) return 0;
-    }
-    return UpdateAfterDeletion();
-  });
+  if (std::find(itrs.begin(), itrs.end(), GetDefaultCord()) != itrs.end()) return 0;
+  return Keeper().InTransaction("IDS_QD_TRANS_Delete_CORD", [&] { return Pool::TR_Del(itrs); });
 }
 
 }  // namespace qd::workbench

@@ -14,6 +14,8 @@ namespace qd::workbench {
 /// Coordinate systems, with indexes by name and parent. The first one is the global system, on which all others
 /// stand in the end; it neither changes nor goes.
 class CordPool final : public Pool<tagTCord, DPoolCord> {
+  using Pool::Change;  // Modify looks for circles first
+
  public:
   using Pool::Pool;
 
@@ -27,9 +29,10 @@ class CordPool final : public Pool<tagTCord, DPoolCord> {
   iterator Add(tagTCord record);
   /// Refuses the same, and a parent that is the system itself or stands on it.
   int Modify(iterator itr, const tagTCord& record) override;
-  int Delete(iterator itr) override;
-  /// Systems whose parent was deleted stay where they are, on the nearest one below that is left.
-  int UpdateAfterDeletion() override;
+  /// Systems that stood on it stay where they are, on the nearest one below that is left.
+  int Delete(iterator itr) override { return TR_Del({itr}); }
+  /// Every deletion has done it.
+  int UpdateAfterDeletion() override { return 1; }
   int TR_Del(const std::vector<iterator>& itrs) override;
 
   /// The systems that stand on another one, oldest first.
@@ -45,7 +48,6 @@ class CordPool final : public Pool<tagTCord, DPoolCord> {
 
   std::map<CString, int> m_names;
   std::unordered_map<iterator, std::set<iterator>> m_children;
-  std::map<iterator, tagTCord> m_gone;  // deleted since the last update; some may have come back
 };
 
 }  // namespace qd::workbench

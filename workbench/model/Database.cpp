@@ -1,5 +1,7 @@
 #include "workbench/model/Database.h"
 
+#include <algorithm>
+#include <unordered_set>
 #include <utility>
 
 #include "host/CMSGFunction.h"
@@ -12,9 +14,9 @@ Database::Database()
     : m_geoms(kDataGeom, *this),
       m_settings(kDataSettings, *this),
       m_generations(kDataMGInfo, *this),
-      m_msets(kDataMset, *this, m_settings, m_generations),
+      m_msets(kDataMset, *this, m_settings),
       m_properties(kDataProperty, *this),
-      m_gsets(kDataGset, *this, m_geoms, m_settings),
+      m_gsets(kDataGset, *this, m_settings),
       m_materials(kDataMaterial, *this),
       m_cords(kDataCord, *this),
       m_stores{{kDataGeom, &m_geoms},         {kDataMset, &m_msets},          {kDataSettings, &m_settings},
@@ -105,8 +107,17 @@ bool Database::Note(JournalEntry entry) {
 
 int Database::CommitTransaction() {
   if (!m_open) return 0;
+  std::vector<JournalEntry> net = NetEffect(m_journal);
+  const std::size_t writes = m_journal.size();
+  bool sound = DropUnused(net);
+  if (m_journal.size() != writes) net = NetEffect(m_journal);
+  sound = sound && std::all_of(net.begin(), net.end(), [this](const auto& entry) { return IsSound(entry); });
+  if (!sound) {
+    RollbackTransaction();
+    return 0;
+  }
   m_open = false;
-  std::vector<JournalEntry> net = NetEffect(std::exchange(m_journal, {}));
+  m_journal.clear();
   if (net.empty()) return 1;
   if (m_store != nullptr && !m_store->Write(net, true)) {
     Replay(net, false);
@@ -140,6 +151,118 @@ int Database::Delete(const std::vector<iterator>& itrs) {
     }
     return 1;
   });
+}
+
+// ---- references -----------------------------------------------------------------------------------------
+
+const tagTRecord* Database::Find(iterator itr) const {
+  const IPoolStore* store = StoreOf(itr);
+  return store != nullptr ? store->Get(itr).get() : nullptr;
+}
+
+void Database::OnPlaced(iterator itr, const tagTRecord* before, const tagTRecord* after) {
+  m_references.Follow(itr, before, after);
+}
+
+/// The records that name a record by a field, oldest first.
+std::vector<iterator> Database::HoldersOf(const ReferenceField& field, iterator itr,
+                                          const tagTRecord& record) const {
+  std::vector<iterator> holders;
+  if (!field.inPool) {
+    m_references.AppendHolders(itr, field.holder, holders);
+  } else if (field.holder == kDataGeom) {
+    holders = m_geoms.PartsOf(itr);
+  } else if (field.holder == kDataMset) {
+    m_msets.GetItrListByParentMsetK(static_cast<const tagTMset&>(record).key, holders);
+  } else if (field.holder == kDataCord) {
+    holders = m_cords.ChildrenOf(itr);
+  }
+  return holders;
+}
+
+Departure Database::DepartureOf(std::function<bool(iterator)> goes) const {
+  const auto defaultOf = [this, goes](std::uint16_t type) {
+    return type == kDataGset ? m_gsets.HeirOf(goes) : iterator{0};
+  };
+  return {*this, std::move(goes), defaultOf};
+}
+
+int Database::LetGo(const std::vector<iterator>& itrs) {
+  const std::unordered_set<iterator> gone(itrs.begin(), itrs.end());
+  Departure departure = DepartureOf([&gone](iterator itr) { return gone.contains(itr); });
+  for (const iterator itr : itrs) {
+    const IPoolStore* store = StoreOf(itr);
+    const auto record = store != nullptr ? store->Get(itr) : nullptr;
+    if (record == nullptr) return 0;
+    for (const ReferenceField& field : ReferenceFields()) {
+      if (field.target != TypeOf(itr)) continue;
+      for (const iterator holder : HoldersOf(field, itr, *record)) {
+        if (gone.contains(holder)) continue;
+        auto changed = Released(field, *Find(holder), NameFor(field, itr, *record), departure);
+        if (changed == nullptr || !StoreOf(holder)->Rewrite(holder, std::move(changed))) return 0;
+      }
+    }
+  }
+  return 1;
+}
+
+/// Deletes what was named before and is named no more, where the rule of the field says so.
+bool Database::DropUnused(const std::vector<JournalEntry>& net) {
+  std::unordered_set<iterator> unused;
+  for (const JournalEntry& entry : net) {
+    if (entry.before == nullptr) continue;
+    for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(entry.itr))) {
+      if (!field.lastTakesTarget) continue;
+      const iterator itr = Resolve(*this, field.at(*entry.before, 0));
+      if (itr != 0 && HoldersOf(field, itr, *Find(itr)).empty()) unused.insert(itr);
+    }
+  }
+  return std::all_of(unused.begin(), unused.end(),
+                     [this](iterator itr) { return StoreOf(itr)->DeleteAll({itr}) != 0; });
+}
+
+/// Whether all that a record names stands, and nothing names a record that is gone.
+bool Database::IsSound(const JournalEntry& entry) const {
+  if (entry.after == nullptr) {
+    for (const ReferenceField& field : ReferenceFields()) {
+      if (field.target == TypeOf(entry.itr) && !HoldersOf(field, entry.itr, *entry.before).empty()) return false;
+    }
+    return true;
+  }
+  for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(entry.itr))) {
+    for (std::size_t i = 0; i < field.count(*entry.after); ++i) {
+      const iterator name = field.at(*entry.after, i);
+      if (name != 0 && (Resolve(*this, name) == 0 || TypeOf(name) != field.target)) return false;
+    }
+  }
+  return true;
+}
+
+/// Undo and redo restore what acts have left in order; only what was put aside of them can name what goes then.
+std::vector<JournalEntry> Database::LeftBehind(const std::vector<JournalEntry>& net, bool forward) const {
+  std::vector<JournalEntry> left;
+  std::unordered_set<iterator> touched;
+  for (const JournalEntry& entry : net) touched.insert(entry.itr);
+  Departure departure = DepartureOf([&touched](iterator itr) { return touched.contains(itr); });
+  for (const JournalEntry& entry : net) {
+    const auto& before = forward ? entry.before : entry.after;
+    if (before == nullptr || (forward ? entry.after : entry.before) != nullptr) continue;
+    for (const ReferenceField& field : ReferenceFields()) {
+      if (field.target != TypeOf(entry.itr)) continue;
+      for (const iterator holder : HoldersOf(field, entry.itr, *before)) {
+        if (touched.contains(holder)) continue;
+        auto changed = Released(field, *Find(holder), NameFor(field, entry.itr, *before), departure);
+        if (changed != nullptr) left.push_back({holder, StoreOf(holder)->Get(holder), std::move(changed)});
+      }
+    }
+  }
+  return left;
+}
+
+void Database::PutAside(JournalEntry entry) {
+  if (m_store != nullptr && !m_store->Write({entry}, true)) return;
+  StoreOf(entry.itr)->Reserve(entry.itr);
+  StoreOf(entry.itr)->Restore(entry.itr, entry.after);
 }
 
 // ---- history --------------------------------------------------------------------------------------------
@@ -199,27 +322,37 @@ std::vector<JournalEntry> Database::AllRecords() const {
 // ---- undo and redo --------------------------------------------------------------------------------------
 
 int Database::Undo() {
-  if (!CanUndo() || !Keep(m_undo.back(), false)) return 0;
+  std::vector<JournalEntry> left;
+  if (!CanUndo() || !Keep(m_undo.back(), false, left)) return 0;
   m_redo.push_back(std::move(m_undo.back()));
   m_undo.pop_back();
-  Replay(Act(m_redo.back()), false);
+  Replay(Act(m_redo.back()), false, left);
   return 1;
 }
 
 int Database::Redo() {
-  if (!CanRedo() || !Keep(m_redo.back(), true)) return 0;
+  std::vector<JournalEntry> left;
+  if (!CanRedo() || !Keep(m_redo.back(), true, left)) return 0;
   m_undo.push_back(std::move(m_redo.back()));
   m_redo.pop_back();
-  Replay(Act(m_undo.back()), true);
+  Replay(Act(m_undo.back()), true, left);
   return 1;
 }
 
-bool Database::Keep(const Act& act, bool forward) {
-  return act.net.empty() || m_store == nullptr || m_store->Write(act.net, forward);
+bool Database::Keep(const Act& act, bool forward, std::vector<JournalEntry>& left) const {
+  left = LeftBehind(act.net, forward);
+  if (act.net.empty() || m_store == nullptr) return true;
+  if (left.empty()) return m_store->Write(act.net, forward);
+  std::vector<JournalEntry> all = left;
+  for (const JournalEntry& entry : act.net) {
+    all.push_back(forward ? entry : JournalEntry{entry.itr, entry.after, entry.before});
+  }
+  return m_store->Write(all, true);
 }
 
-void Database::Replay(const Act& act, bool forward) {
+void Database::Replay(const Act& act, bool forward, const std::vector<JournalEntry>& left) {
   Replay(act.net, forward);
+  Replay(left, true);
   if (act.change != nullptr) act.change->Restore(forward);
   if (!act.net.empty()) Announce(act.net, forward);
 }

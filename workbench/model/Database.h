@@ -12,6 +12,7 @@
 #include "workbench/model/MsetPool.h"
 #include "workbench/model/Pools.h"
 #include "workbench/model/RecordStore.h"
+#include "workbench/model/References.h"
 #include "workbench/model/UndoableChange.h"
 
 namespace qd::workbench {
@@ -30,7 +31,10 @@ class IDatabaseListener {
 ///
 /// Every write happens inside a transaction. One journal of records before and after serves rollback, undo and
 /// redo alike. After a commit, an undo or a redo the listener gets the net changes once.
-class Database final : public CQDDBSession, public IAppDB, private IJournalKeeper {
+///
+/// Every reference between records keeps its rule: what a deletion touches changes in the same transaction, and a
+/// transaction that would leave a reference to nothing is rolled back.
+class Database final : public CQDDBSession, public IAppDB, private IJournalKeeper, private IRecordLookup {
  public:
   Database();
   Database(const Database&) = delete;
@@ -114,12 +118,24 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   bool Note(JournalEntry entry) override;
   const tagTRecord* Ghost(iterator itr) const override;
   int InTransaction(const char* titleKey, const std::function<int()>& work) override;
+  int LetGo(const std::vector<iterator>& itrs) override;
+  void OnPlaced(iterator itr, const tagTRecord* before, const tagTRecord* after) override;
+  void PutAside(JournalEntry entry) override;
+  const tagTRecord* Find(iterator itr) const override;
+  iterator MsetOfKey(std::uint32_t key) const override { return m_msets.GetItrByKey(key); }
+
+  std::vector<iterator> HoldersOf(const ReferenceField& field, iterator itr, const tagTRecord& record) const;
+  Departure DepartureOf(std::function<bool(iterator)> goes) const;
+  bool DropUnused(const std::vector<JournalEntry>& net);
+  bool IsSound(const JournalEntry& entry) const;
+  std::vector<JournalEntry> LeftBehind(const std::vector<JournalEntry>& net, bool forward) const;
   IPoolStore* StoreOf(iterator itr) const;
   void Replay(const std::vector<JournalEntry>& entries, bool forward);
-  void Replay(const Act& act, bool forward);
-  bool Keep(const Act& act, bool forward);
+  void Replay(const Act& act, bool forward, const std::vector<JournalEntry>& left);
+  bool Keep(const Act& act, bool forward, std::vector<JournalEntry>& left) const;
   void Announce(const std::vector<JournalEntry>& net, bool forward);
 
+  ReferenceIndex m_references;
   GeomPool m_geoms;
   SettingsPool m_settings;
   MGInfoPool m_generations;

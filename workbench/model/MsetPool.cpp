@@ -96,33 +96,8 @@ int MsetPool::Modify(iterator itr, const tagTMset& record) {
   return Change(itr, std::move(changed));
 }
 
-int MsetPool::Delete(const std::set<iterator>& gone, std::uint32_t heir) {
-  if (gone.contains(GetDefaultMset())) return 0;
-  for (const iterator itr : gone) {
-    const auto record = std::static_pointer_cast<const tagTMset>(Get(itr));
-    if (record == nullptr) return 0;
-    std::uint32_t above = heir;
-    if (heir == 0) {
-      above = record->parent;
-      while (above != 0 && gone.contains(GetItrByKey(above))) above = GetAtNU(GetItrByKey(above))->parent;
-    }
-    TArray<iterator> nested;
-    GetItrListByParentMsetK(record->key, nested);
-    for (const iterator child : nested) {
-      if (gone.contains(child)) continue;
-      tagTMset moved = *GetAtNU(child);
-      moved.parent = above;
-      if (Modify(child, moved) == 0) return 0;
-    }
-    const iterator generation = m_generations.GetItrByKey(record->mgInfo);
-    if (generation != 0 && m_generations.Delete(generation) == 0) return 0;
-  }
-  // The lowest first, so that no parent goes before what stands below it.
-  return Pool::TR_Del({gone.begin(), gone.end()});
-}
-
 int MsetPool::TR_Del(const std::vector<iterator>& itrs) {
-  return Keeper().InTransaction("IDS_QD_TRANS_Delete", [&] { return Delete({itrs.begin(), itrs.end()}, 0); });
+  return Keeper().InTransaction("IDS_QD_TRANS_Delete", [&] { return Delete({itrs.begin(), itrs.end()}); });
 }
 
 int MsetPool::Merge(iterator target, const TArray<iterator>& itrs) {
@@ -139,7 +114,18 @@ int MsetPool::Merge(iterator target, const TArray<iterator>& itrs) {
   return Keeper().InTransaction("IDS_QD_TRANS_Merge_Mesh_Set", [&] {
     tagTMset record = *into;
     PutMesh(record, JoinMeshes(meshes));
-    return Modify(target, record) != 0 ? Delete(merged, KeyOf(record)) : 0;
+    if (Modify(target, record) == 0) return 0;
+    for (const iterator itr : merged) {
+      TArray<iterator> nested;
+      GetItrListByParentMsetK(GetAtNU(itr)->key, nested);
+      for (const iterator child : nested) {
+        if (merged.contains(child)) continue;
+        tagTMset moved = *GetAtNU(child);
+        moved.parent = KeyOf(record);
+        if (Modify(child, moved) == 0) return 0;
+      }
+    }
+    return Delete(merged);
   });
 }
 
@@ -156,7 +142,7 @@ int MsetPool::TR_Del_All() {
       PutMesh(emptied, nullptr);
       if (Modify(spared, emptied) == 0) return 0;
     }
-    return Delete(gone, 0);
+    return Delete(gone);
   });
 }
 
@@ -166,7 +152,7 @@ int MsetPool::TR_Del_EmptyMset() {
     if (GetAtNU(itr)->nodeCount == 0 && itr != GetDefaultMset()) gone.insert(itr);
   }
   if (gone.empty()) return 1;
-  return Keeper().InTransaction("IDS_QD_WRT_DELETE_EMPTY_MESH_SET", [&] { return Delete(gone, 0); });
+  return Keeper().InTransaction("IDS_QD_WRT_DELETE_EMPTY_MESH_SET", [&] { return Delete(gone); });
 }
 
 // ---- the default set ------------------------------------------------------------------------------------

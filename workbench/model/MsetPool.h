@@ -11,9 +11,11 @@ namespace qd::workbench {
 
 /// Mesh sets, with indexes by key, name, parent and meshed part. Parents always stand and never form a circle.
 class MsetPool final : public Pool<tagTMset, DPoolMset> {
+  using Pool::Change;  // Modify looks for circles first
+
  public:
-  MsetPool(std::uint16_t type, IJournalKeeper& keeper, SettingsPool& settings, MGInfoPool& generations)
-      : Pool(type, keeper), m_settings(settings), m_generations(generations) {}
+  MsetPool(std::uint16_t type, IJournalKeeper& keeper, SettingsPool& settings)
+      : Pool(type, keeper), m_settings(settings) {}
 
   void GetItrListByParentMsetK(std::uint32_t key, TArray<iterator>& itrs) const override;
   iterator GetItrByKey(std::uint32_t key) const override;
@@ -30,7 +32,7 @@ class MsetPool final : public Pool<tagTMset, DPoolMset> {
   int Modify(iterator itr, const tagTMset& record) override;
   int Merge(iterator target, const TArray<iterator>& itrs) override;
   /// Sets nested in deleted ones move to the nearest set above that stays; what is known of the generation of a
-  /// deleted set goes with it.
+  /// deleted set goes with the last one that it is known of.
   int TR_Del(const std::vector<iterator>& itrs) override;
   int TR_Del_All() override;
   int TR_Del_EmptyMset() override;
@@ -41,11 +43,9 @@ class MsetPool final : public Pool<tagTMset, DPoolMset> {
   void OnEnter(iterator itr, const tagTMset& record) override;
   void OnLeave(iterator itr, const tagTMset& record) override;
   bool MayStandBelow(std::uint32_t key, std::uint32_t parent) const;
-  /// Deletes sets; those nested in them move to `heir`, or, for 0, to the nearest set above that stays.
-  int Delete(const std::set<iterator>& gone, std::uint32_t heir);
+  int Delete(const std::set<iterator>& gone) { return Pool::TR_Del({gone.begin(), gone.end()}); }
 
   SettingsPool& m_settings;
-  MGInfoPool& m_generations;
   FlatMap m_msetOfGeom;
   FlatMap m_msetOfKey;
   std::set<std::pair<CString, iterator>> m_names;

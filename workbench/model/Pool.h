@@ -22,6 +22,12 @@ class IJournalKeeper {
   virtual const tagTRecord* Ghost(iterator itr) const = 0;
   /// Runs `work` in the open transaction or in one of its own; 0 rolls back.
   virtual int InTransaction(const char* titleKey, const std::function<int()>& work) = 0;
+  /// Brings in order what refers to records that are about to be deleted. 0 when they have to stay.
+  virtual int LetGo(const std::vector<iterator>& itrs) = 0;
+  /// Told of every record that comes into its place or leaves it, in whatever way.
+  virtual void OnPlaced(iterator itr, const tagTRecord* before, const tagTRecord* after) = 0;
+  /// Stores a record at once, kept in the document, but as no act: nothing takes it back and nobody is told.
+  virtual void PutAside(JournalEntry entry) = 0;
 
  protected:
   ~IJournalKeeper() = default;
@@ -45,6 +51,8 @@ class IPoolStore {
   /// Puts a record into its place without noting it; null takes it out.
   virtual void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) = 0;
   virtual std::shared_ptr<const tagTRecord> Get(iterator itr) const = 0;
+  /// Stores a changed record inside the open transaction. False when it is refused.
+  virtual bool Rewrite(iterator itr, std::shared_ptr<const tagTRecord> record) = 0;
   /// Deletes records as DPool does.
   virtual int DeleteAll(const std::vector<iterator>& itrs) = 0;
   /// Makes places for records up to this one.
@@ -103,6 +111,7 @@ class Pool : public Interface, public IPoolStore {
 
   int TR_Del(const std::vector<iterator>& itrs) override {
     return m_keeper.InTransaction("IDS_QD_TRANS_Delete", [&] {
+      if (m_keeper.LetGo(itrs) == 0) return 0;
       for (const iterator itr : itrs) {
         if (Live(itr) == nullptr || !Write(itr, nullptr)) return 0;
       }
@@ -125,10 +134,14 @@ class Pool : public Interface, public IPoolStore {
     if (before != nullptr) OnLeave(itr, *before);
     m_count -= before != nullptr ? 1 : 0;
     m_count += place != nullptr ? 1 : 0;
+    m_keeper.OnPlaced(itr, before.get(), place.get());
     if (place != nullptr) OnEnter(itr, *place);
   }
   std::shared_ptr<const tagTRecord> Get(iterator itr) const override {
     return Live(itr) != nullptr ? m_records[Index(itr)] : nullptr;
+  }
+  bool Rewrite(iterator itr, std::shared_ptr<const tagTRecord> record) override {
+    return Live(itr) != nullptr && Write(itr, std::static_pointer_cast<const T>(std::move(record)));
   }
   void Reserve(iterator last) override {
     if (Index(last) >= m_records.size()) m_records.resize(Index(last) + 1);
@@ -144,11 +157,11 @@ class Pool : public Interface, public IPoolStore {
  protected:
   ~Pool() = default;
   IJournalKeeper& Keeper() { return m_keeper; }
-  /// Writes the pool's only record without noting it; makes it when there is none.
-  void PutSilently(T record) {
-    if (m_records.empty()) m_records.emplace_back();
+  /// Makes the pool's first record as one that has always been there.
+  void PutFirst(T record) {
     record.id = 1;
-    Restore(static_cast<iterator>(m_type) << kTypeShift | 1, std::make_shared<const T>(std::move(record)));
+    Reserve(ItrOfNumber(1));
+    Restore(ItrOfNumber(1), std::make_shared<const T>(std::move(record)));
   }
   /// Called after a record has come into its place and after it has left it, for indexes over the records.
   virtual void OnEnter(iterator, const T&) {}

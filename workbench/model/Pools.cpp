@@ -91,7 +91,11 @@ int SettingsPool::Store(const tagTSettings& settings) {
 }
 
 void SettingsPool::Put(const tagTSettings& settings) {
-  PutSilently(settings);
+  const std::vector<iterator> all = GetItrList();
+  const iterator itr = all.empty() ? ItrOfNumber(NextNumber()) : all.front();
+  auto record = std::make_shared<tagTSettings>(settings);
+  record->id = static_cast<std::int32_t>(NumberOf(itr));
+  Keeper().PutAside({itr, Get(itr), std::move(record)});
 }
 
 // ---- generation of meshes -------------------------------------------------------------------------------
@@ -127,6 +131,7 @@ iterator GsetPool::GetCurrentSet() const {
 }
 
 void GsetPool::PutCurrentSet(iterator itr) {
+  if (itr != 0 && Get(itr) == nullptr) return;
   tagTSettings settings = m_settings.Current();
   settings.currentGset = itr;
   m_settings.Put(settings);
@@ -138,22 +143,19 @@ int GsetPool::SetCurrentSet(iterator itr) {
   return m_settings.Store(settings);
 }
 
+iterator GsetPool::HeirOf(const std::function<bool(iterator)>& goes) const {
+  const iterator current = GetCurrentSet();
+  if (current != 0 && !goes(current)) return current;
+  for (const iterator itr : GetItrList()) {
+    if (!goes(itr)) return itr;
+  }
+  return 0;
+}
+
 int GsetPool::TR_Del(const std::vector<iterator>& itrs) {
   const std::set<iterator> gone(itrs.begin(), itrs.end());
-  iterator heir = GetCurrentSet();
-  if (gone.contains(heir)) {
-    heir = 0;
-    for (const iterator itr : GetItrList()) {
-      if (heir == 0 && !gone.contains(itr)) heir = itr;
-    }
-  }
-  if (heir == 0) return 0;
-  return Keeper().InTransaction("IDS_QD_TRANS_Delete", [&] {
-    for (const iterator itr : gone) {
-      if (m_geoms.Private_ApplyGset(m_geoms.PartsOf(itr), heir) == 0) return 0;
-    }
-    return Pool::TR_Del({gone.begin(), gone.end()});
-  });
+  if (HeirOf([&gone](iterator itr) { return gone.contains(itr); }) == 0) return 0;
+  return Pool::TR_Del({gone.begin(), gone.end()});
 }
 
 }  // namespace qd::workbench

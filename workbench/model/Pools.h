@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <map>
 #include <string>
 #include <unordered_map>
@@ -53,29 +54,30 @@ class SettingsPool final : public Pool<tagTSettings, DPool<tagTSettings>> {
   tagTSettings Current() const;
   /// Inside the open transaction.
   int Store(const tagTSettings& settings);
-  /// At once and without a trace.
+  /// At once and as no act.
   void Put(const tagTSettings& settings);
 };
 
 /// Geometry sets. Every part belongs to one, so the last set is not deleted; parts of a deleted set go to another.
 class GsetPool final : public Pool<tagTGset, DPoolGset> {
  public:
-  GsetPool(std::uint16_t type, IJournalKeeper& keeper, GeomPool& geoms, SettingsPool& settings)
-      : Pool(type, keeper), m_geoms(geoms), m_settings(settings) {}
+  GsetPool(std::uint16_t type, IJournalKeeper& keeper, SettingsPool& settings)
+      : Pool(type, keeper), m_settings(settings) {}
   CString GetNewCopyName(const CString& text) const override;
   int Exist(const CString& name) const override { return m_names.contains(name) ? 1 : 0; }
   /// The current set, or the oldest one where none was chosen.
   iterator GetCurrentSet() const override;
   void PutCurrentSet(iterator itr) override;
   int SetCurrentSet(iterator itr) override;
-  int Delete(iterator itr) override { return Pool::TR_Del({itr}); }
+  int Delete(iterator itr) override { return TR_Del({itr}); }
   int TR_Del(const std::vector<iterator>& itrs) override;
+  /// The set that takes the parts of sets that go: the current one, or the oldest, of those that stay. 0 for none.
+  iterator HeirOf(const std::function<bool(iterator)>& goes) const;
 
  private:
   void OnEnter(iterator, const tagTGset& record) override { ++m_names[record.name]; }
   void OnLeave(iterator itr, const tagTGset& record) override;
 
-  GeomPool& m_geoms;
   SettingsPool& m_settings;
   std::map<CString, int> m_names;
 };

@@ -1,0 +1,319 @@
+// What records name is there: after every act, after undo and redo, and in the document on disk.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <random>
+#include <set>
+#include <sstream>
+
+#include "qd_wrt/mesh/CQDTreeItemMeshData.h"
+#include "support/DocumentScript.h"
+#include "support/Mesh.h"
+#include "workbench/store/CheckDocument.h"
+
+namespace qd::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace workbench;
+using ::testing::IsEmpty;
+
+/// A model of every type of record that is kept in a document.
+class ReferencesTest : public MeshTest {
+ protected:
+  ReferencesTest() : m_folder(fs::temp_directory_path() / ("qd_refs_" + std::to_string(std::random_device{}()))) {
+    fs::create_directories(m_folder);
+    DocumentError error;
+    m_file = DocumentFile::Create((m_folder / "a.qdw").string(), Data(), error);
+    Data().SetStore(m_file.get());
+  }
+  ~ReferencesTest() override {
+    Data().SetStore(nullptr);
+    m_file.reset();
+    fs::remove_all(m_folder);
+  }
+
+  iterator AddMaterial(const CString& name) {
+    iterator itr = 0;
+    Act([&] {
+      tagTMaterial material;
+      material.name = name;
+      itr = Data().GetMaterialPool().Add(material);
+    });
+    return itr;
+  }
+  iterator AddGset(const CString& name) {
+    iterator itr = 0;
+    Act([&] {
+      tagTGset set;
+      set.name = name;
+      itr = Data().GetGsetPool().Add(set);
+    });
+    return itr;
+  }
+  iterator AddProperty(iterator material) {
+    iterator itr = 0;
+    Act([&] {
+      tagTProperty property;
+      property.material = material;
+      itr = Data().GetPropertyPool().Add(property);
+    });
+    return itr;
+  }
+  /// Records of how meshes of parts were made.
+  iterator AddGeneration(const std::vector<iterator>& targets, const std::vector<iterator>& sets) {
+    iterator itr = 0;
+    Act([&] {
+      tagTMGInfo generation;
+      generation.targets = targets;
+      itr = Data().GetMGInfoPool().Add(generation);
+      for (const iterator set : sets) {
+        tagTMset record = Mset(set);
+        record.mgInfo = MGInfoPool::KeyOf(itr);
+        ASSERT_EQ(Pool().Modify(set, record), 1);
+      }
+    });
+    return itr;
+  }
+  const tagTGeom& Part(iterator itr) { return *Data().GetGeomPool().GetAtNU(itr); }
+  bool Stands(iterator itr) { return Data().GetDataType(itr) != 0; }
+
+  /// The rows of the tree in no order: what comes back stands last.
+  std::multiset<std::string> Rows() {
+    std::istringstream text(Print());
+    std::multiset<std::string> rows;
+    for (std::string row; std::getline(text, row);) rows.insert(row);
+    return rows;
+  }
+  /// A copy of the document opens, and holds the same.
+  void ExpectSound(const char* when) {
+    DocumentError error;
+    const std::string copy = (m_folder / "copy.qdw").string();
+    ASSERT_TRUE(m_file->CopyTo(copy, error)) << error.detail;
+    EXPECT_THAT(VerifyDocument(copy), IsEmpty()) << when;
+    Database opened;
+    EXPECT_NE(DocumentFile::Open(copy, opened, error), nullptr) << when << ": " << error.detail;
+    EXPECT_EQ(Contents(opened), Contents(Data())) << when;
+    const auto rows = Rows();
+    Open();
+    EXPECT_EQ(rows, Rows()) << when << ": the rows follow";
+  }
+  /// Runs one act, takes it back and does it again; the document is sound all the way.
+  void Check(const std::function<int()>& act) {
+    const auto before = Data().Snapshot();
+    EXPECT_EQ(act(), 1);
+    const auto after = Data().Snapshot();
+    ExpectSound("done");
+    ASSERT_EQ(Data().Undo(), 1);
+    EXPECT_EQ(Data().Snapshot(), before);
+    ExpectSound("taken back");
+    ASSERT_EQ(Data().Redo(), 1);
+    EXPECT_EQ(Data().Snapshot(), after);
+    ExpectSound("done again");
+  }
+
+  fs::path m_folder;
+  std::unique_ptr<DocumentFile> m_file;
+};
+
+TEST_F(ReferencesTest, ASetForgetsItsPartAndAGenerationItsTarget) {
+  const auto parts = AddParts({L"a", L"b"});
+  const iterator set = AddMset(L"A");
+  const iterator other = AddMset(L"B");  // two sets of one part
+  for (const iterator itr : {set, other}) ChangeMset(itr, [&](tagTMset& record) { record.geom = parts[0]; });
+  const iterator generation = AddGeneration({parts[0], parts[1], parts[0]}, {set});
+  Check([&] { return Data().GetGeomPool().TR_Del({parts[0]}); });
+  EXPECT_EQ(Mset(set).geom, 0U);
+  EXPECT_EQ(Mset(other).geom, 0U);
+  EXPECT_EQ(Data().GetMGInfoPool().GetAtNU(generation)->targets, std::vector<iterator>{parts[1]});
+}
+
+TEST_F(ReferencesTest, PartsAndPropertiesForgetTheirMaterialAndSetsTheirProperty) {
+  const auto parts = AddParts({L"a", L"b"});
+  const iterator steel = AddMaterial(L"Steel");
+  for (const iterator part : parts) ChangePart(part, [&](tagTGeom& record) { record.material = steel; });
+  const iterator property = AddProperty(steel);
+  const iterator set = AddMset(L"A");
+  ChangeMset(set, [&](tagTMset& record) { record.property = property; });
+  Check([&] { return Data().GetMaterialPool().TR_Del({steel}); });
+  EXPECT_EQ(Part(parts[0]).material, 0U);
+  EXPECT_EQ(Part(parts[1]).material, 0U);
+  EXPECT_EQ(Data().GetPropertyPool().GetAtNU(property)->material, 0U);
+  Check([&] { return Data().GetPropertyPool().TR_Del({property}); });
+  EXPECT_EQ(Mset(set).property, 0U);
+}
+
+TEST_F(ReferencesTest, AGenerationGoesWithTheLastSetThatUsesIt) {
+  const iterator a = AddMset(L"A");
+  const iterator b = AddMset(L"B");
+  const iterator generation = AddGeneration({}, {a, b});
+  Check([&] { return Pool().TR_Del({a}); });
+  EXPECT_TRUE(Stands(generation)) << "another set uses it";
+  Check([&] {
+    CTransaction transaction(&Data());
+    transaction.Begin(L"forget");
+    tagTMset record = Mset(b);
+    record.mgInfo = 0;
+    return Pool().Modify(b, record) != 0 ? transaction.Commit(1) : 0;
+  });
+  EXPECT_FALSE(Stands(generation));
+  const iterator again = AddGeneration({}, {b});
+  Check([&] { return Data().Delete({again}); });
+  EXPECT_EQ(Mset(b).mgInfo, 0U) << "a set whose generation goes forgets it";
+}
+
+TEST_F(ReferencesTest, MergingGeneratedSetsLeavesNoGeneration) {
+  const iterator a = AddMset(L"A");
+  const iterator b = AddMset(L"B");
+  const iterator below = AddMset(L"below", b);
+  const iterator ofA = AddGeneration({}, {a});
+  const iterator ofB = AddGeneration({}, {b});
+  Check([&] { return static_cast<CQDTreeItemMeshData&>(*Node(L"A")).MergeMeshSet(a, {b}); });
+  EXPECT_EQ(Mset(a).mgInfo, 0U);
+  EXPECT_FALSE(Stands(ofA));
+  EXPECT_FALSE(Stands(ofB));
+  EXPECT_EQ(Mset(below).parent, Mset(a).key);
+}
+
+TEST_F(ReferencesTest, NestedSetsMoveToTheNearestAncestorThatStays) {
+  const iterator top = AddMset(L"top");
+  const iterator a = AddMset(L"a", top);
+  const iterator b = AddMset(L"b", a);
+  const iterator c = AddMset(L"c", b);
+  Check([&] { return Data().Delete({b, a}); });
+  EXPECT_EQ(Mset(c).parent, Mset(top).key);
+  Check([&] { return Pool().TR_Del({top}); });
+  EXPECT_EQ(Mset(c).parent, 0U);
+}
+
+TEST_F(ReferencesTest, PartsGoToTheDefaultSetAndTheCurrentSetFallsToIt) {
+  const iterator first = AddGset(L"first");
+  const iterator second = AddGset(L"second");
+  const iterator third = AddGset(L"third");
+  const auto parts = AddParts({L"a"});
+  ChangePart(parts[0], [&](tagTGeom& record) { record.gset = second; });
+  Act([&] { ASSERT_EQ(Data().GetGsetPool().SetCurrentSet(third), 1); });
+  Check([&] { return Data().GetGsetPool().TR_Del({second}); });
+  EXPECT_EQ(Part(parts[0]).gset, third);
+  Check([&] {
+    CTransaction transaction(&Data());
+    transaction.Begin(L"delete");
+    return Data().GetGsetPool().Delete(third) != 0 ? transaction.Commit(1) : 0;
+  });
+  EXPECT_EQ(Part(parts[0]).gset, first);
+  EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), first);
+  const auto before = Data().Snapshot();
+  EXPECT_EQ(Data().GetGsetPool().TR_Del({first}), 0) << "the last set stays";
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+TEST_F(ReferencesTest, ACurrentSetThatWasPutIsKeptAndFallsWhenUndoTakesItAway) {
+  AddGset(L"first");
+  const iterator second = AddGset(L"second");
+  Data().GetGsetPool().PutCurrentSet(second);
+  ExpectSound("put");
+  EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), second);
+  Data().Undo();
+  ExpectSound("its making taken back");
+  EXPECT_NE(Data().GetGsetPool().GetCurrentSet(), second);
+  Data().Redo();
+  ExpectSound("made again");
+  Data().GetGsetPool().PutCurrentSet(4711);
+  ExpectSound("no such set");
+}
+
+TEST_F(ReferencesTest, TheDefaultMeshSetStays) {
+  iterator set = 0;
+  Act([&] { set = Pool().NeedDefaultMset(); });
+  const iterator other = AddMset(L"A");
+  const auto before = Data().Snapshot();
+  EXPECT_EQ(Pool().TR_Del({other, set}), 0);
+  EXPECT_EQ(Data().Delete({other, set}), 0);
+  EXPECT_EQ(Pool().Merge(other, {set}), 0);
+  EXPECT_EQ(Data().Snapshot(), before);
+}
+
+TEST_F(ReferencesTest, SystemsStayWhereTheyAreInSpace) {
+  CordPool& systems = Data().GetCordPool();
+  std::vector<iterator> chain{systems.GetDefaultCord()};
+  Act([&] {
+    for (int i = 0; i < 4; ++i) {
+      tagTCord record;
+      record.SetName(L"system " + std::to_wstring(i));
+      record.parent = chain.back();
+      record.origin = {1.0 + i, 2, 3};
+      record.xAxis = {0, 1, 0.5};
+      record.xyPlane = {0, 0, 1};
+      chain.push_back(systems.Add(record));
+    }
+  });
+  const Placement before = systems.GlobalPlacement(chain[4]);
+  Check([&] { return Data().Delete({chain[1], chain[3]}); });
+  EXPECT_EQ(systems.GetAtNU(chain[4])->parent, chain[2]);
+  Check([&] {
+    CTransaction transaction(&Data());
+    transaction.Begin(L"one by one");
+    if (systems.Delete(chain[2]) == 0 || systems.UpdateAfterDeletion() == 0) return 0;
+    return transaction.Commit(1);
+  });
+  const Placement after = systems.GlobalPlacement(chain[4]);
+  for (std::size_t i = 0; i < 3; ++i) {
+    EXPECT_NEAR(after.origin[i], before.origin[i], 1e-12);
+    for (std::size_t axis = 0; axis < 3; ++axis) EXPECT_NEAR(after.axes[axis][i], before.axes[axis][i], 1e-12);
+  }
+}
+
+TEST_F(ReferencesTest, AnActThatRefersToNothingDoesNotHappen) {
+  const auto parts = AddParts({L"a"});
+  const iterator set = AddMset(L"A");
+  const iterator steel = AddMaterial(L"Steel");
+  const std::vector<std::function<int()>> kActs{
+      [&] {
+        tagTGeom record = Part(parts[0]);
+        record.material = parts[0];  // stands, but is no material
+        return Data().GetGeomPool().Change(parts[0], record);
+      },
+      [&] {
+        tagTGeom record = Part(parts[0]);
+        record.gset = ~iterator{0};
+        return Data().GetGeomPool().Change(parts[0], record);
+      },
+      [&] {
+        tagTMset record = Mset(set);
+        record.geom = parts[0] + 7;
+        return Pool().Modify(set, record);
+      },
+      [&] {
+        tagTMset record = Mset(set);
+        record.mgInfo = 3;
+        return Pool().Modify(set, record);
+      },
+      [&] {
+        tagTMGInfo record;
+        record.targets = {parts[0], steel};
+        return Data().GetMGInfoPool().Add(record) != 0 ? 1 : 0;
+      },
+      [&] {
+        tagTGeom record = Part(parts[0]);
+        record.material = steel;
+        return Data().GetMaterialPool().TR_Del({steel}) != 0 ? Data().GetGeomPool().Change(parts[0], record) : 0;
+      },
+  };
+  const auto before = Data().Snapshot();
+  const CString last = Data().UndoTitle();
+  for (std::size_t i = 0; i < kActs.size(); ++i) {
+    CTransaction transaction(&Data());
+    ASSERT_EQ(transaction.Begin(L"broken"), 1);
+    EXPECT_EQ(kActs[i](), 1) << i;
+    EXPECT_EQ(transaction.Commit(1), 0) << i;
+    EXPECT_FALSE(Data().IsInTransaction());
+    EXPECT_EQ(Data().Snapshot(), before) << i;
+    EXPECT_EQ(Data().UndoTitle(), last);
+  }
+  ExpectSound("in the end");
+}
+
+}  // namespace
+}  // namespace qd::test
