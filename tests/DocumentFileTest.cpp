@@ -3,14 +3,13 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sqlite3.h>
 
 #include <filesystem>
 #include <fstream>
 #include <random>
 
 #include "host/CTransaction.h"
-#include "support/DocumentScript.h"
+#include "support/DocumentFolder.h"
 #include "support/FaultyDisk.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
@@ -20,58 +19,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using namespace workbench;
-using ::testing::HasSubstr;
-
-class DocumentFileTest : public ::testing::Test {
- protected:
-  DocumentFileTest()
-      : m_folder(fs::temp_directory_path() / ("qd_document_" + std::to_string(std::random_device{}()))) {
-    fs::create_directories(m_folder);
-  }
-  ~DocumentFileTest() override { fs::remove_all(m_folder); }
-  std::string Path(const char* name) const { return (m_folder / name).string(); }
-
-  /// A database with its file.
-  struct Document {
-    Database data;
-    std::unique_ptr<DocumentFile> file;
-    DocumentError error;
-    std::string said;
-
-    void Keep() {
-      if (file == nullptr) return;
-      file->SetOnFailure([this](const DocumentError& fault) { said = fault.key; });
-      data.SetStore(file.get());
-    }
-  };
-  std::unique_ptr<Document> Create(const std::string& path, const char* vfs = nullptr) {
-    auto document = std::make_unique<Document>();
-    document->file = DocumentFile::Create(path, document->data, document->error, vfs);
-    document->Keep();
-    return document;
-  }
-  std::unique_ptr<Document> Open(const std::string& path, const char* vfs = nullptr) {
-    auto document = std::make_unique<Document>();
-    document->file = DocumentFile::Open(path, document->data, document->error, vfs);
-    document->Keep();
-    return document;
-  }
-  /// The key of the fault of opening a file; empty when it opens.
-  std::string FaultOf(const std::string& path) {
-    const auto document = Open(path);
-    return document->file == nullptr ? document->error.key : "";
-  }
-  /// Runs statements on a file from outside.
-  static void Sql(const std::string& path, const char* sql) {
-    sqlite3* handle = nullptr;
-    ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
-    char* fault = nullptr;
-    EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, &fault), SQLITE_OK) << fault;
-    sqlite3_close(handle);
-  }
-
-  fs::path m_folder;
-};
+using DocumentFileTest = DocumentFolder;
 
 TEST_F(DocumentFileTest, EverythingComesBackAsItWas) {
   std::string written;
@@ -246,7 +194,7 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         DamageCase{"untouched", "", ""}, DamageCase{"newer", "PRAGMA user_version = 99", "IDS_WB_DOC_NEWER"},
         DamageCase{"other_program", "PRAGMA application_id = 7", "IDS_WB_DOC_FOREIGN"},
-        DamageCase{"no_table", "DROP TABLE mset", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"no_table", "DROP TABLE mset", "IDS_WB_DOC_TABLE"},
         DamageCase{"wrong_kind", "UPDATE geom SET kind = 77", "IDS_WB_DOC_DAMAGED"},
         DamageCase{"wrong_pool", "UPDATE geom SET itr = 5 WHERE itr = (SELECT max(itr) FROM geom)",
                    "IDS_WB_DOC_DAMAGED"},

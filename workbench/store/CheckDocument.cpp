@@ -1,5 +1,6 @@
 #include "workbench/store/CheckDocument.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <map>
 #include <set>
@@ -119,6 +120,7 @@ std::vector<std::string> VerifyDocument(const std::string& path) {
   DocumentError error;
   if (DocumentFile::Attach(path, error) == nullptr) return {std::string(error.key) + " " + error.detail};
   Connection file(path, Connection::Mode::Write);
+  file.Allow(Connection::Scope::Rows, DocumentTables());
   std::vector<std::string> faults;
   Statement check = file.Prepare("PRAGMA integrity_check");
   while (check.Step()) {
@@ -150,8 +152,16 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
     error = {"IDS_WB_IMPORT_UNREADABLE", path};
     return false;
   }
+  // A table that is not ours may be anything; nothing is asked of it.
+  std::vector<std::string> sound = DocumentTables();
+  for (const SchemaFault& fault : CheckSchema(file, kDocumentVersion)) {
+    notes.push_back(fault.key + (": " + fault.detail));
+    std::erase(sound, fault.table);
+  }
+  file.Allow(Connection::Scope::Rows, sound);
   Records records;
   for (const auto& table : MakeRecordTables()) {
+    if (std::find(sound.begin(), sound.end(), table->Name()) == sound.end()) continue;
     const auto keep = [&](iterator itr, std::shared_ptr<tagTRecord> record) { records[itr] = std::move(record); };
     const auto skip = [&](iterator itr, const std::string& fault) {
       notes.push_back(std::string(table->Name()) + " " + std::to_string(NumberOf(itr)) + ": " + fault);

@@ -16,17 +16,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kOwnTables =
-    "CREATE TABLE pool (type INTEGER PRIMARY KEY, last INTEGER NOT NULL) STRICT;"
-    "CREATE TABLE view (name TEXT PRIMARY KEY, data BLOB NOT NULL) STRICT;";
-
 /// How a file is used: by one program, each transaction on the disk before it counts.
 constexpr const char* kManners =
     "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
-    "PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY; PRAGMA trusted_schema = OFF;";
-
-/// What brings a file of a version to the next one; from version 1 on.
-constexpr std::array<const char*, DocumentFile::kVersion> kSteps{nullptr};
+    "PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY;";
 
 /// A file that is being made; it gets its name when it is whole.
 constexpr const char* kPartial = ".part";
@@ -67,6 +60,7 @@ IRecordTable* DocumentFile::TableOf(iterator itr) const {
 }
 
 DocumentError DocumentFile::Fault() const {
+  if (m_file.IsEndless()) return {"IDS_WB_DOC_ENDLESS", m_path};
   if (m_file.HasMoved()) return {"IDS_WB_DOC_GONE", m_path};
   if (m_file.IsBusy()) return {"IDS_WB_DOC_BUSY", m_path};
   if (m_file.IsFull()) return {"IDS_WB_DOC_FULL", m_path};
@@ -75,6 +69,7 @@ DocumentError DocumentFile::Fault() const {
 }
 
 void DocumentFile::Prepare() {
+  m_file.Allow(Connection::Scope::Rows, DocumentTables());
   for (const auto& table : m_tables) table->Attach(m_file);
   m_noteNumber = std::make_unique<Statement>(m_file.Prepare(
       "INSERT INTO pool VALUES (?, ?) ON CONFLICT (type) DO UPDATE SET last = max(last, excluded.last)"));
@@ -90,10 +85,12 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
   {
     DocumentFile file(partial, Connection(partial, Connection::Mode::Create, vfs));
     std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
-                         "; PRAGMA user_version = " + std::to_string(kVersion) + ";" + kOwnTables;
-    for (const auto& table : file.m_tables) schema += table->Definition();
+                         "; PRAGMA user_version = " + std::to_string(kDocumentVersion) + ";";
+    for (int version = 1; version <= kDocumentVersion; ++version) schema += StepToVersion(version);
+    file.m_file.Allow(Connection::Scope::Make);
     made = file.m_file.IsOpen() && file.m_file.Run(kManners) && file.m_file.Run((schema + "COMMIT;").c_str());
     if (made) file.Prepare();  // what went wrong before must stay the last fault
+    file.m_file.AllowLargeValues();
     made = made && file.WriteEntries(database.AllRecords(), true);
     if (!made) error = file.Fault();
   }
@@ -125,7 +122,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, Docu
     return nullptr;
   }
   const std::int64_t version = file->m_file.Value("PRAGMA user_version");
-  if (version > kVersion) {
+  if (version > kDocumentVersion) {
     error = {"IDS_WB_DOC_NEWER", std::to_string(version)};
     return nullptr;
   }
@@ -133,19 +130,27 @@ std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, Docu
     error = {"IDS_WB_DOC_FOREIGN", path};
     return nullptr;
   }
-  if (!file->m_file.Run(kManners)) {
-    error = file->Fault();
+  // Before anything is asked of a table: what is not exactly ours may be a view, or carry triggers.
+  if (const auto faults = CheckSchema(file->m_file, static_cast<int>(version)); !faults.empty()) {
+    error = {faults.front().key, faults.front().detail};
     return nullptr;
   }
-  for (auto at = static_cast<std::size_t>(version); at < kVersion; ++at) {
-    const std::string step =
-        "BEGIN;" + std::string(kSteps[at]) + "PRAGMA user_version = " + std::to_string(at + 1) + "; COMMIT;";
-    if (file->m_file.Run(step.c_str())) continue;
+  if (!file->m_file.Run(kManners) || !file->BringForward(static_cast<int>(version))) {
     error = file->Fault();
     return nullptr;
   }
   file->Prepare();
   return file;
+}
+
+bool DocumentFile::BringForward(int version) {
+  m_file.Allow(Connection::Scope::Make);
+  for (int next = version + 1; next <= kDocumentVersion; ++next) {
+    const std::string step =
+        "BEGIN;" + StepToVersion(next) + "PRAGMA user_version = " + std::to_string(next) + "; COMMIT;";
+    if (!m_file.Run(step.c_str())) return false;
+  }
+  return true;
 }
 
 std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
@@ -155,15 +160,11 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Databa
 }
 
 bool DocumentFile::ReadInto(Database& database, DocumentError& error, const ProgressCall& progress) {
-  double whole = 1;
-  for (const auto& table : m_tables) {
-    whole += static_cast<double>(m_file.Value(std::string("SELECT count(*) FROM ") + table->Name()));
-  }
   bool stopped = false;
   RecordCheck check;
   std::vector<std::pair<iterator, std::shared_ptr<const tagTRecord>>> records;
   m_file.SetProgress([&] {
-    stopped = progress && !progress(std::min(static_cast<double>(records.size()) / whole, 1.0));
+    stopped = progress && !progress(m_file.Taken());
     return !stopped;
   });
   for (const auto& table : m_tables) {
@@ -175,17 +176,20 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
         },
         [&](iterator itr, const std::string& fault) { check.Complain(table->Name(), itr, fault); });
     if (!read) {
-      error = stopped ? DocumentError{"IDS_WB_IMPORT_CANCELLED", m_path}
-                      : DocumentError{"IDS_WB_DOC_DAMAGED", m_file.Error()};
+      error = Fault();
+      if (!check.Faults().empty()) error = {"IDS_WB_DOC_DAMAGED", check.Faults().back()};
+      if (stopped) error = {"IDS_WB_IMPORT_CANCELLED", m_path};
       return false;
     }
   }
   m_file.SetProgress(nullptr);
+  if (progress) progress(1);
   check.CheckReferences();
   if (!check.Faults().empty()) {
     error = {"IDS_WB_DOC_DAMAGED", check.Faults().front()};
     return false;
   }
+  m_file.AllowLargeValues();
   for (auto& [itr, record] : records) database.Load(itr, std::move(record));
   Statement numbers = m_file.Prepare("SELECT type, last FROM pool");
   while (numbers.Step()) {
@@ -241,9 +245,11 @@ bool DocumentFile::CopyTo(const std::string& path, DocumentError& error, const P
     const double done = static_cast<double>(fs::file_size(fs::u8path(partial), none));
     return !progress || progress(std::clamp(done / whole, 0.0, 1.0));
   });
+  m_file.Allow(Connection::Scope::Make);
   Statement copy = m_file.Prepare("VACUUM INTO ?");
   copy.BindText(1, partial);
   const bool copied = copy.Run();
+  m_file.Allow(Connection::Scope::Rows, DocumentTables());
   m_file.SetProgress(nullptr);
   if (!copied) error = Fault();
   if (copied && PutInPlace(partial, path, error)) return true;
@@ -272,9 +278,9 @@ std::string DocumentFile::View(const std::string& name) {
 
 bool DocumentFile::HoldsAnything() {
   for (const char* table : {"geom", "mset", "material", "property", "gset"}) {
-    if (m_file.Value(std::string("SELECT count(*) FROM ") + table) > 0) return true;
+    if (m_file.Value(std::string("SELECT 1 FROM ") + table + " LIMIT 1") > 0) return true;
   }
-  return m_file.Value("SELECT count(*) FROM cord") > 1;
+  return m_file.Value("SELECT 1 FROM cord LIMIT 1 OFFSET 1") > 0;
 }
 
 }  // namespace qd::workbench

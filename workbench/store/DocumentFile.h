@@ -7,6 +7,7 @@
 
 #include "workbench/model/Database.h"
 #include "workbench/model/RecordStore.h"
+#include "workbench/store/DocumentSchema.h"
 #include "workbench/store/RecordTables.h"
 #include "workbench/store/Sqlite.h"
 
@@ -23,9 +24,7 @@ struct DocumentError {
 /// describes the contents.
 class DocumentFile final : public IRecordStore {
  public:
-  /// What belongs to the format.
   static constexpr std::int32_t kApplicationId = 0x51445754;
-  static constexpr int kVersion = 1;
 
   /// Makes a file that holds what the database holds; a file that is there is replaced. Null on failure. `vfs`
   /// names a file layer for tests.
@@ -60,6 +59,7 @@ class DocumentFile final : public IRecordStore {
   DocumentFile(std::string path, Connection connection);
 
   void Prepare();
+  bool BringForward(int version);
   bool WriteEntries(const std::vector<JournalEntry>& net, bool forward);
   bool ReadInto(Database& database, DocumentError& error, const ProgressCall& progress);
   DocumentError Fault() const;

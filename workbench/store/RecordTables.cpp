@@ -73,15 +73,13 @@ bool Read(const Statement& row, int column, CString& text) {
 template <typename T>
 struct Column {
   const char* name;
-  const char* type;
   std::function<Value(const T&)> get;
   std::function<bool(const Statement&, int column, T&)> set;
 };
 
 template <typename T, typename V>
 Column<T> Integer(const char* name, V T::*member, std::int64_t least, std::int64_t greatest) {
-  return {name, "INTEGER",
-          [member](const T& record) { return ValueOf(static_cast<std::int64_t>(record.*member)); },
+  return {name, [member](const T& record) { return ValueOf(static_cast<std::int64_t>(record.*member)); },
           [=](const Statement& row, int column, T& record) {
             std::int64_t value = 0;
             if (!Read(row, column, value) || value < least || value > greatest) return false;
@@ -97,17 +95,17 @@ Column<T> Reference(const char* name, iterator T::*member) {
 }
 template <typename T>
 Column<T> Real(const char* name, double T::*member) {
-  return {name, "REAL", [member](const T& record) { return ValueOf(record.*member); },
+  return {name, [member](const T& record) { return ValueOf(record.*member); },
           [member](const Statement& row, int column, T& record) { return Read(row, column, record.*member); }};
 }
 template <typename T>
 Column<T> Text(const char* name, CString T::*member) {
-  return {name, "ANY", [member](const T& record) { return ValueOf(record.*member); },
+  return {name, [member](const T& record) { return ValueOf(record.*member); },
           [member](const Statement& row, int column, T& record) { return Read(row, column, record.*member); }};
 }
 template <typename T>
 Column<T> Triple(const char* name, std::array<double, 3> T::*member) {
-  return {name, "BLOB",
+  return {name,
           [member](const T& record) {
             ByteWriter bytes;
             bytes.Put(record.*member);
@@ -151,19 +149,6 @@ class RecordTable final : public IRecordTable {
 
   std::uint16_t Type() const override { return m_type; }
   const char* Name() const override { return m_name; }
-
-  std::string Definition() const override {
-    std::string sql = "CREATE TABLE " + std::string(m_name) + " (itr INTEGER PRIMARY KEY";
-    for (const Column<T>& column : m_columns) {
-      sql += std::string(", ") + column.name + " " + column.type + " NOT NULL";
-    }
-    sql += ") STRICT;";
-    if constexpr (kHasPart) {
-      sql +=
-          "CREATE TABLE " + std::string(Part::kTable) + " (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT;";
-    }
-    return sql;
-  }
 
   void Attach(Connection& file) override {
     std::string names = "itr";
@@ -228,7 +213,22 @@ class RecordTable final : public IRecordTable {
     sql += " FROM " + std::string(m_name) + " r";
     if constexpr (kHasPart) sql += " LEFT JOIN " + std::string(Part::kTable) + " p ON p.itr = r.itr";
     Statement rows = file.Prepare(sql + " ORDER BY r.itr" + order);
-    while (rows.Step()) ReadRow(rows, onRow, onFault);
+    const bool forward = *order == 0;
+    std::int64_t last = 0;
+    for (bool first = true; rows.Step(); first = false) {
+      // Pages of a damaged file can hang in several places, or in a circle; their rows come more than once then.
+      const std::int64_t number = rows.Integer(0);
+      if (!first && (forward ? number <= last : number >= last)) {
+        onFault(static_cast<iterator>(number), "a row that stands in the file twice");
+        return false;
+      }
+      last = number;
+      if (!file.Take(rows)) {
+        onFault(static_cast<iterator>(number), "more than the file has room for");
+        return false;
+      }
+      ReadRow(rows, onRow, onFault);
+    }
     return !rows.Failed();
   }
 
@@ -315,7 +315,7 @@ class RecordTable final : public IRecordTable {
 // ---- columns of single records --------------------------------------------------------------------------
 
 Column<tagTCord> CordName() {
-  return {"name", "ANY", [](const tagTCord& record) { return ValueOf(record.GetName()); },
+  return {"name", [](const tagTCord& record) { return ValueOf(record.GetName()); },
           [](const Statement& row, int column, tagTCord& record) {
             CString name;
             const bool good = Read(row, column, name);
@@ -325,7 +325,7 @@ Column<tagTCord> CordName() {
 }
 
 Column<tagTMGInfo> Targets() {
-  return {"targets", "BLOB",
+  return {"targets",
           [](const tagTMGInfo& record) {
             ByteWriter bytes;
             bytes.Put(record.targets);
@@ -338,7 +338,7 @@ Column<tagTMGInfo> Targets() {
 
 /// Options by key: which of the three kinds it is, then the value as a number.
 Column<tagTMGInfo> Options() {
-  return {"options", "BLOB",
+  return {"options",
           [](const tagTMGInfo& record) {
             ByteWriter bytes;
             for (const auto& [key, option] : record.options) {

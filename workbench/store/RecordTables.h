@@ -10,15 +10,13 @@
 
 namespace qd::workbench {
 
-/// The table of one type of record. Columns stand in its definition, in RecordTables.cpp, and nowhere else.
+/// The table of one type of record: which column holds which field. DocumentSchema.h has the tables themselves.
 class IRecordTable {
  public:
   virtual ~IRecordTable() = default;
 
   virtual std::uint16_t Type() const = 0;
   virtual const char* Name() const = 0;
-  /// The statement that makes it, and the one that makes the table of its large part, if it has one.
-  virtual std::string Definition() const = 0;
 
   /// Prepares the statements; the table must stand.
   virtual void Attach(Connection& file) = 0;

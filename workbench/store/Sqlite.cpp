@@ -2,9 +2,21 @@
 
 #include <sqlite3.h>
 
+#include <filesystem>
 #include <utility>
 
+#include "workbench/store/Guard.h"
+
 namespace qd::workbench {
+
+namespace {
+
+/// What went wrong last, without its details.
+int PlainCode(sqlite3* handle) {
+  return sqlite3_errcode(handle) & 0xFF;
+}
+
+}  // namespace
 
 // ---- statements -----------------------------------------------------------------------------------------
 
@@ -35,6 +47,7 @@ void Statement::BindNull(int place) {
 }
 
 bool Statement::Step() {
+  m_guard->BeginStep();
   const int result = m_statement != nullptr ? sqlite3_step(m_statement.get()) : SQLITE_ERROR;
   m_failed = result != SQLITE_ROW && result != SQLITE_DONE;
   return result == SQLITE_ROW;
@@ -78,21 +91,51 @@ bool Statement::IsNull(int column) const {
   return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
 }
 
+int Statement::Columns() const {
+  return sqlite3_data_count(m_statement.get());
+}
+
+std::uint64_t Statement::RowBytes() const {
+  std::uint64_t bytes = 4;  // its length, its number and the kinds of its values
+  for (int column = Columns() - 1; column >= 0; --column) {
+    const int type = sqlite3_column_type(m_statement.get(), column);
+    if (type != SQLITE_BLOB && type != SQLITE_TEXT) continue;
+    bytes += static_cast<std::uint64_t>(sqlite3_column_bytes(m_statement.get(), column));
+  }
+  return bytes;
+}
+
 // ---- connection -----------------------------------------------------------------------------------------
 
 void Connection::Close::operator()(sqlite3* handle) const {
   sqlite3_close_v2(handle);
 }
 
-Connection::Connection(const std::string& path, Mode mode, const char* vfs) {
+Connection::Connection(const std::string& path, Mode mode, const char* vfs)
+    : m_guard(std::make_shared<Guard>(path)) {
   int flags = mode == Mode::Read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE;
   if (mode == Mode::Create) flags |= SQLITE_OPEN_CREATE;
+  // The library takes some names for something else: addresses that begin with "file:", ":memory:" and none.
+  const bool plain = !path.empty() && path.front() == '/';
+  const std::string name = plain ? path : (std::filesystem::current_path() / path).string();
   sqlite3* handle = nullptr;
-  m_open = sqlite3_open_v2(path.c_str(), &handle, flags | SQLITE_OPEN_EXRESCODE, vfs) == SQLITE_OK;
+  m_open = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_EXRESCODE, vfs) == SQLITE_OK;
   m_handle.reset(handle);
+  if (!m_open) return;
+  m_guard->Harden(handle, mode);
+  Run("PRAGMA cell_size_check = ON");
+}
+
+void Connection::Allow(Scope scope, std::vector<std::string> tables) {
+  m_guard->Allow(scope, std::move(tables));
+}
+
+void Connection::AllowLargeValues() {
+  sqlite3_limit(m_handle.get(), SQLITE_LIMIT_LENGTH, 0x7FFFFFFF);
 }
 
 bool Connection::Run(const char* sql) {
+  m_guard->BeginStep();
   return sqlite3_exec(m_handle.get(), sql, nullptr, nullptr, nullptr) == SQLITE_OK;
 }
 
@@ -100,7 +143,7 @@ Statement Connection::Prepare(const std::string& sql) {
   sqlite3_stmt* statement = nullptr;
   sqlite3_prepare_v3(m_handle.get(), sql.c_str(), static_cast<int>(sql.size()), SQLITE_PREPARE_PERSISTENT,
                      &statement, nullptr);
-  return Statement(statement);
+  return {statement, m_guard};
 }
 
 std::int64_t Connection::Value(const std::string& sql, std::int64_t otherwise) {
@@ -114,10 +157,19 @@ std::string Connection::Text(const std::string& sql) {
 }
 
 void Connection::SetProgress(std::function<bool()> goOn) {
-  constexpr int kSteps = 2000;
-  m_goOn = goOn ? std::make_unique<std::function<bool()>>(std::move(goOn)) : nullptr;
-  const auto ask = [](void* call) { return (*static_cast<std::function<bool()>*>(call))() ? 0 : 1; };
-  sqlite3_progress_handler(m_handle.get(), m_goOn != nullptr ? kSteps : 0, ask, m_goOn.get());
+  m_guard->SetProgress(std::move(goOn));
+}
+
+std::uint64_t Connection::Size() const {
+  return m_guard->Size();
+}
+
+bool Connection::Take(const Statement& row) {
+  return m_guard->Take(row.RowBytes(), row.Columns());
+}
+
+double Connection::Taken() const {
+  return m_guard->Taken();
 }
 
 bool Connection::IsInTransaction() const {
@@ -129,12 +181,20 @@ std::string Connection::Error() const {
 }
 
 bool Connection::IsBusy() const {
-  const int code = sqlite3_errcode(m_handle.get());
+  const int code = PlainCode(m_handle.get());
   return code == SQLITE_BUSY || code == SQLITE_LOCKED;
 }
 
 bool Connection::IsFull() const {
-  return sqlite3_errcode(m_handle.get()) == SQLITE_FULL;
+  return PlainCode(m_handle.get()) == SQLITE_FULL;
+}
+
+bool Connection::IsEndless() const {
+  return m_guard->IsEndless();
+}
+
+bool Connection::IsForbidden() const {
+  return PlainCode(m_handle.get()) == SQLITE_AUTH;
 }
 
 bool Connection::HasMoved() const {
@@ -144,7 +204,7 @@ bool Connection::HasMoved() const {
 }
 
 bool Connection::IsForeign() const {
-  const int code = sqlite3_errcode(m_handle.get());
+  const int code = PlainCode(m_handle.get());
   return code == SQLITE_NOTADB || code == SQLITE_CORRUPT;
 }
 

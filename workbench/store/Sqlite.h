@@ -5,16 +5,21 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 struct sqlite3;
 struct sqlite3_stmt;
 
 namespace qd::workbench {
 
+class Guard;
+
 /// A prepared statement. Places and columns count from 1 and 0, as the library has them.
 class Statement {
  public:
-  explicit Statement(sqlite3_stmt* statement) : m_statement(statement) {}
+  Statement(sqlite3_stmt* statement, std::shared_ptr<Guard> guard)
+      : m_statement(statement), m_guard(std::move(guard)) {}
 
   void Bind(int place, std::int64_t value);
   void Bind(int place, double value);
@@ -37,24 +42,42 @@ class Statement {
   bool IsBlob(int column) const;
   bool IsInteger(int column) const;
   bool IsNull(int column) const;
+  int Columns() const;
+  /// Bytes that the row has in the file at least.
+  std::uint64_t RowBytes() const;
 
  private:
   struct Finalize {
     void operator()(sqlite3_stmt* statement) const;
   };
   std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+  std::shared_ptr<Guard> m_guard;
   bool m_failed = false;
 };
 
-/// An open database file.
+/// An open database file. Files come from anywhere, and what stands in one can ask for work of its own: triggers,
+/// views and functions in a schema run with the statements of whoever opens the file. So from its first moment a
+/// connection runs no such thing, lets only the statements pass that were allowed, takes values no larger than the
+/// file, and ends a statement that finds no end.
 class Connection {
  public:
   enum class Mode { Read, Write, Create };
+  /// What statements may do.
+  enum class Scope {
+    Look,  ///< read the schema and the numbers in the file's head, set how the file is used
+    Rows,  ///< also read and write rows of the tables that were allowed
+    Make   ///< anything that this program asks for: to make tables, to copy. Only over a schema that is known
+  };
 
-  /// Not open on failure; Error tells why. `vfs` names a file layer of the library, null for its own.
+  /// Not open on failure; Error tells why. `vfs` names a file layer of the library, null for its own. The path is
+  /// one, whatever it looks like.
   Connection(const std::string& path, Mode mode, const char* vfs = nullptr);
 
   bool IsOpen() const { return m_open; }
+  /// From here on; a new connection may look.
+  void Allow(Scope scope, std::vector<std::string> tables = {});
+  /// Values may be as large as the library can hold them, no longer only as large as the file was at first.
+  void AllowLargeValues();
   /// Runs statements without results; false on failure.
   bool Run(const char* sql);
   /// A statement that failed to compile fails at its first step.
@@ -67,20 +90,31 @@ class Connection {
   bool IsInTransaction() const;
   /// What went wrong last, in the library's words.
   std::string Error() const;
-  /// Whether it was that somebody else has the file, that the disk is full, or that it is no such file.
+  /// Whether it was that somebody else has the file, that the disk is full, that it is no such file, that work had
+  /// no end, or that a statement was none of those allowed.
   bool IsBusy() const;
   bool IsFull() const;
   bool IsForeign() const;
+  bool IsEndless() const;
+  bool IsForbidden() const;
   /// Whether the open file is no longer the one at its path.
   bool HasMoved() const;
+  /// Bytes of the file and its log.
+  std::uint64_t Size() const;
+  /// Notes that the values of a row are about to be taken into memory. False when they would be more than the file
+  /// can have: rows of a sound file share no bytes, and a damaged one is read from both ends.
+  bool Take(const Statement& row);
+  /// About the share of the file that was taken, up to 1.
+  double Taken() const;
 
  private:
   struct Close {
     void operator()(sqlite3* handle) const;
   };
+
+  std::shared_ptr<Guard> m_guard;  // the library asks it until the connection is closed
   std::unique_ptr<sqlite3, Close> m_handle;
   bool m_open = false;
-  std::unique_ptr<std::function<bool()>> m_goOn;  // stays in its place when the connection moves
 };
 
 }  // namespace qd::workbench

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sqlite3.h>
+
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+
+#include "support/DocumentScript.h"
+#include "workbench/store/DocumentFile.h"
+
+namespace qd::test {
+
+/// A folder with documents in it, which goes with the test.
+class DocumentFolder : public ::testing::Test {
+ protected:
+  DocumentFolder()
+      : m_folder(std::filesystem::temp_directory_path() /
+                 ("qd_document_" + std::to_string(std::random_device{}()))) {
+    std::filesystem::create_directories(m_folder);
+  }
+  ~DocumentFolder() override { std::filesystem::remove_all(m_folder); }
+  std::string Path(const char* name) const { return (m_folder / name).string(); }
+
+  /// A database with its file.
+  struct Document {
+    workbench::Database data;
+    std::unique_ptr<workbench::DocumentFile> file;
+    workbench::DocumentError error;
+    std::string said;
+
+    void Keep() {
+      if (file == nullptr) return;
+      file->SetOnFailure([this](const workbench::DocumentError& fault) { said = fault.key; });
+      data.SetStore(file.get());
+    }
+  };
+  std::unique_ptr<Document> Create(const std::string& path, const char* vfs = nullptr) {
+    auto document = std::make_unique<Document>();
+    document->file = workbench::DocumentFile::Create(path, document->data, document->error, vfs);
+    document->Keep();
+    return document;
+  }
+  std::unique_ptr<Document> Open(const std::string& path, const char* vfs = nullptr) {
+    auto document = std::make_unique<Document>();
+    document->file = workbench::DocumentFile::Open(path, document->data, document->error, vfs);
+    document->Keep();
+    return document;
+  }
+  /// The key of the fault of opening a file; empty when it opens.
+  std::string FaultOf(const std::string& path) {
+    const auto document = Open(path);
+    return document->file == nullptr ? document->error.key : "";
+  }
+  /// Runs statements on a file from outside.
+  static void Sql(const std::string& path, const char* sql) {
+    sqlite3* handle = nullptr;
+    ASSERT_EQ(sqlite3_open(path.c_str(), &handle), SQLITE_OK);
+    char* fault = nullptr;
+    EXPECT_EQ(sqlite3_exec(handle, sql, nullptr, nullptr, &fault), SQLITE_OK) << fault;
+    sqlite3_close(handle);
+  }
+
+  std::filesystem::path m_folder;
+};
+
+}  // namespace qd::test

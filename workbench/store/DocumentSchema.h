@@ -1,0 +1,32 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "workbench/store/Sqlite.h"
+
+namespace qd::workbench {
+
+// What stands in a document as a database file, by version of its format: tables, text by text, and nothing else.
+// docs/document-format.md describes what their rows hold.
+
+/// The version that this program writes.
+inline constexpr int kDocumentVersion = 1;
+
+/// The statements that bring a document from the version before to this one; for version 1, that make one.
+std::string StepToVersion(int version);
+/// The names of the tables of this program's version.
+const std::vector<std::string>& DocumentTables();
+
+/// Something in a file's schema that is not as the format has it.
+struct SchemaFault {
+  const char* key = nullptr;  ///< of the message
+  std::string detail;         ///< for its "%s": what it is, cut and escaped
+  std::string table;          ///< the table of ours that cannot be used, empty for something beside them
+};
+
+/// Compares the schema of a file with that of a version. Empty when it is exactly that. A schema that cannot be
+/// read is one fault.
+std::vector<SchemaFault> CheckSchema(Connection& file, int version);
+
+}  // namespace qd::workbench
