@@ -1,5 +1,6 @@
 #include "workbench/app/ExchangeJob.h"
 
+#include <QCoreApplication>
 #include <utility>
 
 #include "workbench/app/ExchangeReader.h"
@@ -8,21 +9,39 @@
 
 namespace qd::workbench {
 
+namespace {
+
+/// It stands beside ours.
+std::string ExchangeProgram() {
+  return NameToBytes(QCoreApplication::applicationDirPath()) + "/qd_exchange";
+}
+
+}  // namespace
+
 ExchangeJob::ExchangeJob(QString path, QObject* parent) : QObject(parent), m_path(std::move(path)) {
-  Prepare(new ExchangeReader({"--file"}, NameToBytes(m_path)));
+  const std::string file = NameToBytes(m_path);
+  Prepare({ExchangeProgram(), file, {}, LimitsForFile(file)});
 }
 
 ExchangeJob::ExchangeJob(const ShapeOperation& operation, QObject* parent) : QObject(parent) {
-  Prepare(new ExchangeReader({"--operation"}, Encode(operation)));
+  Prepare({ExchangeProgram(), {}, Encode(operation), LimitsForWork()});
 }
 
-void ExchangeJob::Prepare(ExchangeReader* reader) {
-  m_reader = reader;
+ExchangeJob::ExchangeJob(ExchangeRun::Task task, QObject* parent) : QObject(parent) {
+  Prepare(std::move(task));
+}
+
+void ExchangeJob::Prepare(ExchangeRun::Task task) {
+  m_reader = new ExchangeReader(std::move(task));
   m_thread = new QThread;
   m_reader->moveToThread(m_thread);
   connect(m_thread, &QThread::finished, m_reader, &QObject::deleteLater);
-  connect(m_thread, &QThread::started, m_reader, &ExchangeReader::Start);
+  connect(m_thread, &QThread::started, m_reader, &ExchangeReader::Run);
   connect(m_reader, &ExchangeReader::Progress, this, &ExchangeJob::Progress);
+  connect(m_reader, &ExchangeReader::Stalled, this, [this](const QString& key, const QString& detail) {
+    if (!m_ended) emit Stalled(Text(key.toUtf8().constData(), {detail}));
+  });
+  connect(m_reader, &ExchangeReader::Resumed, this, &ExchangeJob::Resumed);
   connect(m_reader, &ExchangeReader::Ended, this,
           [this](const std::shared_ptr<ImportedModel>& model, const QString& key, const QString& detail) {
             End(model != nullptr ? QString() : Text(key.toUtf8().constData(), {detail}), model);
@@ -32,6 +51,7 @@ void ExchangeJob::Prepare(ExchangeReader* reader) {
 ExchangeJob::~ExchangeJob() {
   constexpr unsigned long kPatience = 50;  // milliseconds
   m_reader->disconnect(this);
+  m_reader->Cancel();
   connect(m_thread, &QThread::finished, m_thread, &QObject::deleteLater);
   m_thread->quit();
   m_thread->wait(kPatience);
@@ -41,8 +61,16 @@ void ExchangeJob::Start() {
   m_thread->start();
 }
 
+void ExchangeJob::AskWhenStalled() {
+  m_reader->AskWhenStalled();
+}
+
+void ExchangeJob::WaitLonger() {
+  m_reader->WaitLonger();
+}
+
 void ExchangeJob::Cancel() {
-  m_thread->quit();  // the program goes with its reader
+  m_reader->Cancel();
   End({}, nullptr);
 }
 

@@ -7,6 +7,7 @@
 
 #include "workbench/exchange/ImportedModel.h"
 #include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace qd::workbench {
 
@@ -23,9 +24,15 @@ class ExchangeJob final : public QObject {
   explicit ExchangeJob(QString path, QObject* parent = nullptr);
   /// Works on shapes.
   explicit ExchangeJob(const ShapeOperation& operation, QObject* parent = nullptr);
+  /// Runs a program with limits of one's own.
+  explicit ExchangeJob(ExchangeRun::Task task, QObject* parent = nullptr);
   ~ExchangeJob() override;
 
   void Start();
+  /// Lets Stalled be told when the program seems to be lost, and waits for an answer: WaitLonger or Cancel.
+  /// Without this, nobody is asked and the job fails.
+  void AskWhenStalled();
+  void WaitLonger();
   /// Ends the program; Failed follows with an empty reason.
   void Cancel();
   const QString& Path() const { return m_path; }
@@ -33,18 +40,22 @@ class ExchangeJob final : public QObject {
  signals:
   /// 0 to 1000.
   void Progress(int thousandths);
+  /// The program seems to be lost; the reason for the user. Resumed follows when it gets on after all, or when it
+  /// is waited for.
+  void Stalled(const QString& reason);
+  void Resumed();
   /// All of the results; emitted once, and nothing after it.
   void Finished(qd::workbench::ImportedModel& model);
   /// A reason for the user, empty after a cancel; emitted once, and nothing after it.
   void Failed(const QString& reason);
 
  private:
-  void Prepare(ExchangeReader* reader);
+  void Prepare(ExchangeRun::Task task);
   void End(const QString& reason, const std::shared_ptr<ImportedModel>& model);
 
   QString m_path;                      // of the file; empty for work on shapes
   QThread* m_thread = nullptr;         // owned; outlives the job when it is too busy to stop at once
-  ExchangeReader* m_reader = nullptr;  // lives on the thread, and goes with it
+  ExchangeReader* m_reader = nullptr;  // works on the thread, and goes with it
   bool m_ended = false;                // a result was emitted
 };
 

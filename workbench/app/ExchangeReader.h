@@ -1,44 +1,44 @@
 #pragma once
 
 #include <QObject>
-#include <QProcess>
-#include <QStringList>
+#include <atomic>
 #include <memory>
-#include <string>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace qd::workbench {
 
-/// Runs the exchange program and puts together what it sends. Lives on a thread of its own.
-class ExchangeReader final : public QObject {
+/// Runs the exchange program on a thread of its own and tells by signals how that goes.
+class ExchangeReader final : public QObject, private ExchangeRun::Listener {
   Q_OBJECT
 
  public:
-  /// `request` goes to the program's standard input, if there is any.
-  ExchangeReader(QStringList arguments, std::string request);
-  ~ExchangeReader() override;
+  explicit ExchangeReader(ExchangeRun::Task task) : m_run(std::move(task)) {}
 
-  /// Called on the reader's thread.
-  void Start();
+  /// Called on the reader's thread; returns when the program has ended.
+  void Run();
+
+  // From any thread.
+  /// Stalled is told from now on, and waits for an answer; without this a program that stalls is ended.
+  void AskWhenStalled() { m_ask = true; }
+  void WaitLonger() { m_run.WaitLonger(); }
+  void Cancel() { m_run.Cancel(); }
 
  signals:
   void Progress(int thousandths);
-  /// The end: a model, or none and a message key with a detail for it.
+  /// The program seems to be lost, for a reason with a detail.
+  void Stalled(QString key, QString detail);
+  void Resumed();
+  /// The end: a model, or none and a message key with a detail for it, both empty after a cancel.
   void Ended(std::shared_ptr<qd::workbench::ImportedModel> model, QString key, QString detail);
 
  private:
-  void TakeBytes();
-  void TakeFrame(const FrameReader::Frame& frame);
-  void Fail(const QString& key, const QString& detail = {});
+  void OnProgress(int thousandths) override { emit Progress(thousandths); }
+  bool OnStalled(const ExchangeRun::Message& reason) override;
+  void OnResumed() override { emit Resumed(); }
 
-  QStringList m_arguments;
-  std::string m_request;
-  std::unique_ptr<QProcess> m_process;
-  FrameReader m_frames;
-  std::shared_ptr<ImportedModel> m_model = std::make_shared<ImportedModel>();
-  bool m_done = false;   // the program has sent its last frame
-  bool m_ended = false;  // the end was told
+  ExchangeRun m_run;
+  std::atomic<bool> m_ask = false;
 };
 
 }  // namespace qd::workbench

@@ -15,6 +15,10 @@ void ImportQueue::Add(const QStringList& paths) {
   if (m_job == nullptr) StartNext();
 }
 
+void ImportQueue::WaitLonger() {
+  if (m_job != nullptr) m_job->WaitLonger();
+}
+
 void ImportQueue::Cancel() {
   m_waiting.clear();
   if (m_job != nullptr) m_job->Cancel();
@@ -26,6 +30,9 @@ void ImportQueue::StartNext() {
   const QString path = m_job->Path();
   emit Started(Text("IDS_WB_IMPORTING", {path}));
   connect(m_job.get(), &ExchangeJob::Progress, this, &ImportQueue::Progress);
+  connect(m_job.get(), &ExchangeJob::Stalled, this, &ImportQueue::Stalled);
+  connect(m_job.get(), &ExchangeJob::Resumed, this, &ImportQueue::Resumed);
+  m_job->AskWhenStalled();
   connect(m_job.get(), &ExchangeJob::Finished, this, [this](ImportedModel& model) { Store(model); });
   connect(m_job.get(), &ExchangeJob::Failed, this, [this, path](const QString& reason) {
     if (reason.isEmpty()) {

@@ -19,6 +19,8 @@ class ImportQueue final : public QObject {
   void Add(const QStringList& paths);
   /// Ends the import that runs and forgets the waiting ones.
   void Cancel();
+  /// The answer to Stalled.
+  void WaitLonger();
   bool IsRunning() const { return m_job != nullptr || !m_waiting.isEmpty(); }
   /// How many imports have failed so far.
   int Failed() const { return m_failed; }
@@ -27,6 +29,9 @@ class ImportQueue final : public QObject {
   void Started(const QString& title);
   /// 0 to 1000.
   void Progress(int thousandths);
+  /// What runs seems to be lost: WaitLonger or Cancel is wanted, until it gets on after all.
+  void Stalled(const QString& reason);
+  void Resumed();
   void Said(const QString& text, bool failure);
   /// A file is about to come into the document, and has come.
   void Storing(const QString& path);

@@ -109,10 +109,16 @@ void MainWindow::MakePanes() {
     m_operations->Cancel();
     m_exporter->Cancel();
   });
-  statusBar()->addPermanentWidget(m_progress);
-  statusBar()->addPermanentWidget(m_cancel);
-  m_progress->hide();
-  m_cancel->hide();
+  m_wait = new QToolButton(this);
+  SetText(*m_wait, "IDS_WB_WAIT_LONGER");
+  connect(m_wait, &QToolButton::clicked, this, [this] {
+    m_imports->WaitLonger();
+    m_operations->WaitLonger();
+  });
+  for (QWidget* widget : std::initializer_list<QWidget*>{m_progress, m_wait, m_cancel}) {
+    statusBar()->addPermanentWidget(widget);
+    widget->hide();
+  }
 }
 
 // ---- looks ----------------------------------------------------------------------------------------------
@@ -212,6 +218,16 @@ void MainWindow::Follow(Job& job) {
   connect(&job, &Job::Progress, m_progress, &QProgressBar::setValue);
   connect(&job, &Job::Said, this, &MainWindow::Say);
   connect(&job, &Job::Ended, this, &MainWindow::HideProgress);
+  if constexpr (requires { &Job::Stalled; }) {
+    connect(&job, &Job::Stalled, this, &MainWindow::AskToWait);
+    connect(&job, &Job::Resumed, m_wait, &QWidget::hide);
+  }
+}
+
+/// The question stands beside the progress, where work on everything else goes on.
+void MainWindow::AskToWait(const QString& reason) {
+  Say(Text("IDS_WB_STALLED", {reason}), false);
+  m_wait->show();
 }
 
 void MainWindow::MakeJobs() {
@@ -269,6 +285,7 @@ void MainWindow::ShowProgress(const QString& text) {
 
 void MainWindow::HideProgress() {
   m_progress->hide();
+  m_wait->hide();
   m_cancel->hide();
   statusBar()->clearMessage();
 }

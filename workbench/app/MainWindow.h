@@ -87,6 +87,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void MakeJobs();
   template <typename Job>
   void Follow(Job& job);
+  void AskToWait(const QString& reason);
   QMenu* AddMenu(QMenu* above, const char* key);
   QAction* Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)());
   void SayTableFaults();
@@ -138,6 +139,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   QPlainTextEdit* m_messageText = nullptr;
   QProgressBar* m_progress = nullptr;
   QToolButton* m_cancel = nullptr;
+  QToolButton* m_wait = nullptr;  // shown while something seems to be lost
   OperationRunner* m_operations = nullptr;
   ImportQueue* m_imports = nullptr;
   MeshExporter* m_exporter = nullptr;

@@ -29,6 +29,9 @@ bool OperationRunner::Start(ShapeOperation operation, const std::vector<iterator
   m_title = title;
   m_job = std::make_unique<ExchangeJob>(operation);
   connect(m_job.get(), &ExchangeJob::Progress, this, &OperationRunner::Progress);
+  connect(m_job.get(), &ExchangeJob::Stalled, this, &OperationRunner::Stalled);
+  connect(m_job.get(), &ExchangeJob::Resumed, this, &OperationRunner::Resumed);
+  m_job->AskWhenStalled();
   connect(m_job.get(), &ExchangeJob::Finished, this, [this](ImportedModel& model) { Apply(model); });
   connect(m_job.get(), &ExchangeJob::Failed, this, [this](const QString& reason) {
     End(reason.isEmpty() ? Text("IDS_WB_OPERATION_CANCELLED", {m_title})
@@ -40,6 +43,10 @@ bool OperationRunner::Start(ShapeOperation operation, const std::vector<iterator
   emit Started(Text("IDS_WB_WORKING", {title}));
   m_job->Start();
   return true;
+}
+
+void OperationRunner::WaitLonger() {
+  if (m_job != nullptr) m_job->WaitLonger();
 }
 
 void OperationRunner::Cancel() {

@@ -22,11 +22,16 @@ class OperationRunner final : public QObject {
   /// is running or there are no parts.
   bool Start(ShapeOperation operation, const std::vector<iterator>& parts, const QString& title);
   void Cancel();
+  /// The answer to Stalled.
+  void WaitLonger();
 
  signals:
   void Started(const QString& title);
   /// 0 to 1000.
   void Progress(int thousandths);
+  /// What runs seems to be lost: WaitLonger or Cancel is wanted, until it gets on after all.
+  void Stalled(const QString& reason);
+  void Resumed();
   void Said(const QString& text, bool failure);
   void Ended(bool done);
 

@@ -1,5 +1,6 @@
 #include "workbench/exchange/Protocol.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "workbench/model/ModelBytes.h"
@@ -20,6 +21,16 @@ std::optional<std::uint32_t> DecodeProgress(std::string_view payload) {
   std::uint32_t thousandths = 0;
   if (!ByteReader(payload).Get(thousandths).IsWhole() || thousandths > 1000) return std::nullopt;
   return thousandths;
+}
+
+std::string EncodeBeat(std::uint64_t bytesMoved) {
+  return ByteWriter().Put(bytesMoved).Take();
+}
+
+std::optional<std::uint64_t> DecodeBeat(std::string_view payload) {
+  std::uint64_t bytesMoved = 0;
+  if (!ByteReader(payload).Get(bytesMoved).IsWhole()) return std::nullopt;
+  return bytesMoved;
 }
 
 std::string Encode(const ImportedPart& part) {
@@ -151,20 +162,41 @@ std::string FrameOf(FrameType type, std::string_view payload) {
   return frame;
 }
 
-std::optional<FrameReader::Frame> FrameReader::Next() {
-  const std::string_view rest = std::string_view(m_buffer).substr(m_read);
-  if (rest.size() < kFrameHead) return std::nullopt;
-  FrameType type{};
-  std::uint64_t length = 0;
-  ByteReader(rest.substr(0, kFrameHead)).Get(type).Get(length);
-  if (length > rest.size() - kFrameHead) return std::nullopt;
-  Frame frame{type, std::string(rest.substr(kFrameHead, static_cast<std::size_t>(length)))};
-  m_read += kFrameHead + frame.payload.size();
-  // Consumed bytes are dropped now and then, not at every frame.
-  if (m_read > m_buffer.size() / 2) {
-    m_buffer.erase(0, m_read);
-    m_read = 0;
+bool FrameReader::Feed(std::string_view bytes) {
+  while (!m_broken) {
+    if (m_head.size() < kFrameHead) {
+      const std::size_t part = std::min(kFrameHead - m_head.size(), bytes.size());
+      m_head.append(bytes.substr(0, part));
+      bytes.remove_prefix(part);
+      if (m_head.size() < kFrameHead) return true;
+      if (!BeginFrame()) break;
+    }
+    const std::size_t part =
+        static_cast<std::size_t>(std::min<std::uint64_t>(m_length - m_payload.size(), bytes.size()));
+    m_payload.append(bytes.substr(0, part));
+    bytes.remove_prefix(part);
+    if (m_payload.size() < m_length) return true;
+    m_ready.push_back({m_type, std::exchange(m_payload, {})});
+    m_head.clear();
   }
+  return false;
+}
+
+/// Reads the head that has arrived, and counts the frame before any of it is kept.
+bool FrameReader::BeginFrame() {
+  constexpr std::uint64_t kKeeping = 512;  // bytes that a record takes beside its payload
+  ByteReader(m_head).Get(m_type).Get(m_length);
+  // A beat is not kept.
+  const std::uint64_t cost = m_type == FrameType::Beat && m_length <= kKeeping ? 0 : kKeeping + m_length;
+  m_broken = m_length > m_limits.frame || cost > m_limits.total - m_total;
+  if (!m_broken) m_total += cost;
+  return !m_broken;
+}
+
+std::optional<FrameReader::Frame> FrameReader::Next() {
+  if (m_ready.empty()) return std::nullopt;
+  Frame frame = std::move(m_ready.front());
+  m_ready.pop_front();
   return frame;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <deque>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -21,7 +22,8 @@ enum class FrameType : std::uint32_t {
   Error = 5,  ///< a message key and a detail for it
   Material = 6,
   Property = 7,
-  Note = 8
+  Note = 8,
+  Beat = 9  ///< a sign of life: how many bytes were read and written beside the frames
 };
 
 /// What can be done with shapes.
@@ -50,7 +52,13 @@ struct ImportError {
   std::string detail;  ///< for the text's "%s", may be empty
 };
 
+/// Keys that mean more to the workbench than their text: memory has run out, and a protection that the system does
+/// not give.
+inline constexpr const char* kMemoryError = "IDS_WB_IMPORT_MEMORY";
+inline constexpr const char* kUnprotectedNote = "IDS_WB_NOTE_UNPROTECTED";
+
 std::string EncodeProgress(std::uint32_t thousandths);
+std::string EncodeBeat(std::uint64_t bytesMoved);
 std::string Encode(const ImportedPart& part);
 std::string Encode(const ImportedMeshSet& set);
 std::string Encode(const ImportedMaterial& material);
@@ -61,6 +69,7 @@ std::string Encode(const ShapeOperation& operation);
 
 /// Each answers nothing for a payload that is cut short, too long or otherwise none.
 std::optional<std::uint32_t> DecodeProgress(std::string_view payload);
+std::optional<std::uint64_t> DecodeBeat(std::string_view payload);
 std::optional<ImportedPart> DecodePart(std::string_view payload);
 std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload);
 std::optional<ImportedMaterial> DecodeMaterial(std::string_view payload);
@@ -72,22 +81,41 @@ std::optional<ShapeOperation> DecodeOperation(std::string_view payload);
 /// A frame around a payload, ready to be written.
 std::string FrameOf(FrameType type, std::string_view payload);
 
-/// Takes bytes in pieces of any size and gives out whole frames.
+/// How much an exchange program may send.
+struct FrameLimits {
+  std::uint64_t frame = std::uint64_t{1} << 30;  ///< bytes of one payload
+  std::uint64_t total = std::uint64_t{4} << 30;  ///< bytes of all frames, with what keeping each one costs
+};
+
+/// Takes bytes in pieces of any size and gives out whole frames. No memory is taken for bytes that are only
+/// announced, and none for frames beyond the limits.
 class FrameReader {
  public:
   struct Frame {
     FrameType type;
     std::string payload;
   };
-  void Feed(std::string_view bytes) { m_buffer.append(bytes); }
+  explicit FrameReader(FrameLimits limits = {}) : m_limits(limits) {}
+  /// False once a limit was passed; nothing more is taken then.
+  bool Feed(std::string_view bytes);
   /// The next whole frame, nothing while it has not arrived.
   std::optional<Frame> Next();
   /// Bytes of a frame that was never finished.
-  bool HasRest() const { return m_buffer.size() > m_read; }
+  bool HasRest() const { return !m_head.empty(); }
+  /// Bytes of the frame that is arriving.
+  std::size_t Arrived() const { return m_payload.size(); }
 
  private:
-  std::string m_buffer;
-  std::size_t m_read = 0;
+  bool BeginFrame();
+
+  FrameLimits m_limits;
+  std::uint64_t m_total = 0;
+  bool m_broken = false;
+  std::string m_head;  // of the frame that is arriving
+  FrameType m_type{};
+  std::uint64_t m_length = 0;
+  std::string m_payload;
+  std::deque<Frame> m_ready;
 };
 
 }  // namespace qd::workbench

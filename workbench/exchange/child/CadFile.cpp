@@ -12,6 +12,7 @@
 #include <Quantity_Color.hxx>
 #include <STEPCAFControl_Reader.hxx>
 #include <Standard_Failure.hxx>
+#include <Standard_OutOfMemory.hxx>
 #include <TDF_LabelSequence.hxx>
 #include <TDataStd_Name.hxx>
 #include <TDocStd_Document.hxx>
@@ -23,6 +24,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -253,6 +255,8 @@ void ReadCadFile(const std::string& path, FileFormat format, Sink& sink) {
       found[i] = {};
     }
     notes.Send(sink);
+  } catch (const Standard_OutOfMemory&) {
+    throw std::bad_alloc();
   } catch (const Standard_Failure& failure) {
     throw ImportError{"IDS_WB_IMPORT_READER",
                       failure.GetMessageString() != nullptr ? failure.GetMessageString() : ""};

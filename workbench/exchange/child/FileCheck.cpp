@@ -133,6 +133,10 @@ FileFormat FormatOf(const fs::path& path) {
 
 }  // namespace
 
+bool MayInclude(const std::filesystem::path& path) {
+  return FormatOf(path) == FileFormat::Inp;
+}
+
 FileFormat CheckFile(const std::string& path) {
   std::error_code failed;
   const fs::file_status status = fs::status(path, failed);

@@ -1,13 +1,8 @@
 #include "workbench/exchange/child/MeshFile.h"
 
 #include <gmsh.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <set>
 #include <unordered_map>
@@ -15,6 +10,7 @@
 
 #include "workbench/exchange/BdfCheck.h"
 #include "workbench/exchange/child/Operation.h"
+#include "workbench/exchange/child/Shapes.h"
 #include "workbench/exchange/child/UnvGroups.h"
 #include "workbench/model/ElementTypes.h"
 #include "workbench/model/MeshEdit.h"
@@ -27,8 +23,9 @@ namespace {
 class Session {
  public:
   Session() {
-    gmsh::initialize();
-    gmsh::option::setNumber("General.Terminal", 0);
+    gmsh::initialize(0, nullptr, false);  // settings of the user's are not the file's
+    // What it prints goes nowhere, but shows that it gets on.
+    gmsh::option::setNumber("General.Terminal", 1);
     gmsh::option::setNumber("General.AbortOnError", 2);
     gmsh::logger::start();
   }
@@ -176,30 +173,13 @@ void ApplyNamedGroups(const std::vector<UnvGroup>& groups, std::vector<ImportedM
   sets.insert(sets.begin(), std::make_move_iterator(named.begin()), std::make_move_iterator(named.end()));
 }
 
-/// A file that goes with its object.
-class TemporaryFile {
- public:
-  TemporaryFile() {
-    const int descriptor = mkstemps(m_path.data(), kSuffixLength);
-    if (descriptor >= 0) close(descriptor);
-  }
-  ~TemporaryFile() { std::remove(m_path.c_str()); }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  const std::string& Path() const { return m_path; }
-
- private:
-  static constexpr int kSuffixLength = 5;
-  std::string m_path = (std::filesystem::temp_directory_path() / "qd_meshXXXXXX.brep").string();
-};
-
 /// Meshes one shape and sends its elements of the wanted dimension.
 void MeshOne(const ShapeOperation& operation, const ShapeOperation::Operand& operand, Sink& sink) {
-  const TemporaryFile file;
-  std::ofstream(file.Path(), std::ios::binary) << operand.brep;
+  const TopoDS_Shape shape = ShapeOf(operand.brep);
+  if (shape.IsNull()) throw std::string("no shape");
   gmsh::model::add(operand.name);
   gmsh::vectorpair entities;
-  gmsh::model::occ::importShapes(file.Path(), entities);
+  gmsh::model::occ::importShapesNativePointer(&shape, entities);
   gmsh::model::occ::synchronize();
   const int dimension = std::min(gmsh::model::getDimension(), static_cast<int>(operation.dimension));
   gmsh::option::setNumber("Mesh.MeshSizeMin", operation.amount / 2);
@@ -217,8 +197,8 @@ void MeshOne(const ShapeOperation& operation, const ShapeOperation::Operand& ope
   gmsh::model::remove();
   if (set.mesh.blocks.empty()) throw std::string("no elements");
   const auto isMapped = [](const MeshData::Block& block) {
-    const ElementShape shape = FindElementType(block.elementType)->shape;
-    return shape == ElementShape::Quadrangle || shape == ElementShape::Hexahedron;
+    const ElementShape kind = FindElementType(block.elementType)->shape;
+    return kind == ElementShape::Quadrangle || kind == ElementShape::Hexahedron;
   };
   if (operation.mapped && !std::all_of(set.mesh.blocks.begin(), set.mesh.blocks.end(), isMapped)) {
     throw ImportError{"IDS_WB_OPERATION_UNMAPPED", operand.name};

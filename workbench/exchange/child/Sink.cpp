@@ -9,10 +9,12 @@ namespace qd::workbench {
 
 void Sink::Send(FrameType type, const std::string& payload) {
   const std::string frame = FrameOf(type, payload);
+  const std::lock_guard lock(m_mutex);
   for (std::size_t sent = 0; sent < frame.size();) {
     const ssize_t count = write(m_descriptor, frame.data() + sent, frame.size() - sent);
     if (count <= 0) std::_Exit(3);
     sent += static_cast<std::size_t>(count);
+    m_bytes += static_cast<std::uint64_t>(count);
   }
 }
 

@@ -1,0 +1,164 @@
+// Strangers' files through the exchange program itself: what they try is not done.
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+
+#include <chrono>
+#include <thread>
+
+#include "Support.h"
+#include "workbench/exchange/watch/ExchangeRun.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+using namespace std::chrono_literals;
+
+struct Quiet : ExchangeRun::Listener {
+  void OnProgress(int) override {}
+  bool OnStalled(const ExchangeRun::Message&) override { return false; }
+  void OnResumed() override {}
+};
+
+ExchangeRun::Task RealTask(const std::string& file) {
+  return {QD_EXCHANGE, file, {}, LimitsForFile(file)};
+}
+
+ExchangeRun::Result Import(const std::string& file) {
+  ExchangeRun run(RealTask(file));
+  Quiet listener;
+  return run.Run(listener);
+}
+
+constexpr const char* kTriangle =
+    "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n3\n1 0 0 0\n2 1 0 0\n3 1 1 0\n$EndNodes\n"
+    "$Elements\n1\n1 2 2 5 1 1 2 3\n$EndElements\n";
+
+struct Attack {
+  const char* name;
+  const char* head;
+  const char* tail;
+};
+class ScriptInFile : public ::testing::TestWithParam<Attack> {};
+
+/// The mesh library takes what it does not know for a script of its own.
+TEST_P(ScriptInFile, IsNotRun) {
+  const Folder folder;
+  const std::string command = "SystemCall \"touch " + folder.Path() + "/marker\";\n";
+  const std::string path = folder.Write(GetParam().name, GetParam().head + command + GetParam().tail);
+  const ExchangeRun::Result result = Import(path);
+  EXPECT_EQ(result.model, nullptr);
+  EXPECT_FALSE(result.reason.key.empty());
+  EXPECT_EQ(folder.Names(), std::set<std::string>{GetParam().name});
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, ScriptInFile,
+                         ::testing::Values(Attack{"x.msh", "// $MeshFormat\n", "// \n$EndElements\n"},
+                                           Attack{"x.unv", "// $MeshFormat -1\n", "// -1\n"},
+                                           Attack{"x.bdf", "// $MeshFormat\n", "// GRID\n"},
+                                           Attack{"x.stl", "// $MeshFormat solid\n", "// endsolid\n"}),
+                         [](const auto& test) { return std::string(test.param.name).substr(2); });
+
+TEST(Companions, OfAMeshAreNotRead) {
+  const Folder folder;
+  const std::string command = "SystemCall \"touch " + folder.Path() + "/marker\";\n";
+  const std::string path = folder.Write("x.msh", kTriangle);
+  folder.Write("x.msh.opt", command);
+  folder.Write("model.msh.opt", command);
+  folder.Write(".gmshrc", command);
+  folder.Write(".gmsh-options", command);
+  const std::string home = std::getenv("HOME") != nullptr ? std::getenv("HOME") : "/";
+  setenv("HOME", folder.Path().c_str(), 1);
+  const ExchangeRun::Result result = Import(path);
+  setenv("HOME", home.c_str(), 1);
+  ASSERT_NE(result.model, nullptr) << result.reason.key;
+  EXPECT_EQ(result.model->meshSets.size(), 1U);
+  EXPECT_FALSE(folder.Names().contains("marker"));
+}
+
+TEST(Files, OfAnyNameAreReadAndNothingIsLeftBehind) {
+  const Folder folder;
+  setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
+  const std::string path = folder.Write("name \xFF\n'$x.MSH", kTriangle);
+  const ExchangeRun::Result result = Import(path);
+  EXPECT_NE(result.model, nullptr) << result.reason.key;
+  EXPECT_EQ(folder.Names().size(), 1U);
+  EXPECT_EQ(Import(folder.Path() + "/none.msh").reason.key, "IDS_WB_IMPORT_MISSING");
+  EXPECT_EQ(Import(folder.Path()).reason.key, "IDS_WB_IMPORT_DIRECTORY");
+  ASSERT_EQ(mkfifo((folder.Path() + "/pipe.msh").c_str(), 0600), 0);
+  EXPECT_EQ(Import(folder.Path() + "/pipe.msh").reason.key, "IDS_WB_IMPORT_UNREADABLE");
+  unsetenv("XDG_RUNTIME_DIR");
+}
+
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(Memory, BeyondTheLimitIsRefusedAndNamed) {
+  const Folder folder;
+  constexpr int kNodes = 200'000;
+  std::string mesh = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n" + std::to_string(kNodes) + "\n";
+  for (int i = 1; i <= kNodes; ++i) mesh += std::to_string(i) + " 0 0 " + std::to_string(i) + "\n";
+  mesh += "$EndNodes\n$Elements\n" + std::to_string(kNodes - 1) + "\n";
+  for (int i = 1; i < kNodes; ++i) {
+    mesh += std::to_string(i) + " 1 2 5 1 " + std::to_string(i) + " " + std::to_string(i + 1) + "\n";
+  }
+  ExchangeRun::Task task = RealTask(folder.Write("x.msh", mesh + "$EndElements\n"));
+  for (const std::uint64_t limit : {20, 40, 60}) {
+    task.limits.memory = limit << 20;
+    ExchangeRun run(task);
+    Quiet listener;
+    const ExchangeRun::Result result = run.Run(listener);
+    EXPECT_EQ(result.model, nullptr);
+    EXPECT_EQ(result.reason.key, "IDS_WB_IMPORT_MEMORY");
+    EXPECT_EQ(result.reason.detail, std::to_string(limit));
+  }
+}
+#endif
+
+/// Processes whose parent is this one.
+std::vector<pid_t> ChildrenOf(pid_t parent) {
+  std::vector<pid_t> children;
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    std::ifstream in(entry.path() / "stat");
+    std::string text;
+    std::getline(in, text);
+    const std::size_t end = text.rfind(')');
+    if (end == std::string::npos) continue;
+    std::istringstream rest(text.substr(end + 1));
+    std::string state;
+    pid_t above = 0;
+    if (rest >> state >> above && above == parent) children.push_back(std::atoi(entry.path().filename().c_str()));
+  }
+  return children;
+}
+
+bool Runs(pid_t process) {
+  std::ifstream in("/proc/" + std::to_string(process) + "/stat");
+  std::string text;
+  return std::getline(in, text) && text.find(") Z") == std::string::npos;
+}
+
+TEST(AKilledWorkbench, TakesItsChildWithIt) {
+  const Folder folder;
+  RunToEnd(QD_MAKE_MODELS, {"grid", "60", folder.Path() + "/grid.step"});
+  const pid_t workbench = fork();
+  if (workbench == 0) {
+    Import(folder.Path() + "/grid.step");
+    _exit(0);
+  }
+  std::vector<pid_t> children;
+  for (int i = 0; i < 100 && children.empty(); ++i) {
+    std::this_thread::sleep_for(20ms);
+    children = ChildrenOf(workbench);
+  }
+  ASSERT_EQ(children.size(), 1U);
+  std::this_thread::sleep_for(300ms);
+  ASSERT_TRUE(Runs(children[0])) << "it was too quick for this test";
+  kill(workbench, SIGKILL);
+  waitpid(workbench, nullptr, 0);
+  for (int i = 0; i < 50 && Runs(children[0]); ++i) std::this_thread::sleep_for(20ms);
+  EXPECT_FALSE(Runs(children[0]));
+}
+
+}  // namespace
+}  // namespace qd::test
