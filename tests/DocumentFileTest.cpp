@@ -179,7 +179,7 @@ TEST_P(DamagedDocument, IsRefusedWithAReason) {
   EXPECT_EQ(FaultOf(Path("a.qdw")), GetParam().fault);
   EXPECT_EQ(VerifyDocument(Path("a.qdw")).empty(), GetParam().fault[0] == 0);
   // What is sound of it makes a new document.
-  std::vector<std::string> notes;
+  std::vector<DocumentError> notes;
   DocumentError error;
   ASSERT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
   EXPECT_THAT(VerifyDocument(Path("b.qdw")), ::testing::IsEmpty());
@@ -248,7 +248,7 @@ TEST_F(DocumentFileTest, FlippedBitsAndCutsAreRefusedOrHarmless) {
     const auto document = Open(Path("b.qdw"));
     refused += document->file == nullptr ? 1 : 0;
     if (document->file != nullptr) continue;
-    std::vector<std::string> notes;
+    std::vector<DocumentError> notes;
     DocumentError error;
     if (!RepairDocument(Path("b.qdw"), Path("c.qdw"), notes, error)) continue;
     EXPECT_THAT(VerifyDocument(Path("c.qdw")), ::testing::IsEmpty());

@@ -44,7 +44,7 @@ TEST_P(StrangersDocument, IsRefusedWithAReason) {
   EXPECT_LT(document->error.detail.size(), 300U);
   EXPECT_FALSE(VerifyDocument(Path("a.qdw")).empty());
   // What is ours in it can be had, unless the library cannot even tell the tables; what is not stays behind.
-  std::vector<std::string> notes;
+  std::vector<DocumentError> notes;
   DocumentError error;
   const bool repaired = RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error);
   ASSERT_EQ(repaired, document->error.key != kUnreadable) << error.key;

@@ -45,8 +45,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   Database database;
   DocumentError error;
   const bool opened = DocumentFile::Open(path, database, error) != nullptr;
-  const std::vector<std::string> faults = VerifyDocument(path);
-  std::vector<std::string> notes;
+  const std::vector<DocumentError> faults = VerifyDocument(path);
+  std::vector<DocumentError> notes;
   if (opened || !RepairDocument(path, path + ".new", notes, error)) return 0;
   // What was repaired is sound.
   if (!VerifyDocument(path + ".new").empty()) std::abort();

@@ -37,6 +37,8 @@ constexpr Option kOptions[] = {
     {"--verify", "DOCUMENT", "check a document, say what is wrong with it and end", Choose<Mode::Verify>},
     {"--repair", "DOCUMENT", "write what is sound of a document into a new one, the FILE, and end",
      Choose<Mode::Repair>},
+    {"--force", "", "with --repair: replace a file that is there",
+     [](CommandLine& line, const std::string&) { line.force = true; }},
     {"--screenshot", "PNG", "write a picture of the window and end", Keep<&CommandLine::screenshot>},
     {"--language", "L", "language of the texts, such as de; en without it", Keep<&CommandLine::language>},
     {"--variant", "V", "product variant: standard, ksl, rvt or zdh", Keep<&CommandLine::variant>},
@@ -129,6 +131,7 @@ std::optional<std::string> CheckLine(const CommandLine& line) {
                    [&line](const VariantName& known) { return line.variant == known.name; })) {
     return "there is no product variant " + line.variant;
   }
+  if (line.force && line.mode != Mode::Repair) return "--force goes only with --repair";
   const ModeRule* rule = RuleOf(line.mode);
   if (rule == nullptr) return std::nullopt;
   if (!line.screenshot.empty())

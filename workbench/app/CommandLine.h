@@ -13,6 +13,7 @@ struct CommandLine {
 
   Mode mode = Mode::Window;
   std::string document;  ///< what is verified or repaired
+  bool force = false;    ///< what is written may replace a file that is there
   std::string screenshot;
   std::string language = "en";
   std::string messages;

@@ -2,6 +2,7 @@
 
 #include <QEventLoop>
 #include <algorithm>
+#include <csignal>
 #include <iostream>
 
 #include "platform/qt/QtConvert.h"
@@ -25,6 +26,28 @@ int Complain(const QString& text) {
   return 1;
 }
 
+volatile std::sig_atomic_t g_interrupted = 0;
+
+/// While it lives, an interrupt from the keyboard ends long work in good order, and a second one the program.
+class UntilInterrupted {
+ public:
+  UntilInterrupted() {
+    m_before = std::signal(SIGINT, [](int) {
+      g_interrupted = 1;
+      std::signal(SIGINT, SIG_DFL);
+    });
+  }
+  ~UntilInterrupted() { std::signal(SIGINT, m_before); }
+  UntilInterrupted(const UntilInterrupted&) = delete;
+  UntilInterrupted& operator=(const UntilInterrupted&) = delete;
+  ProgressCall Progress() const {
+    return [](double) { return g_interrupted == 0; };
+  }
+
+ private:
+  void (*m_before)(int) = nullptr;
+};
+
 QString TextOf(const DocumentError& error) {
   return Text(error.key, {QString::fromStdString(error.detail)});
 }
@@ -37,7 +60,8 @@ bool HeadlessSession::Open(const std::vector<std::string>& files) {
       std::find_if(files.begin(), files.end(), [](const auto& file) { return IsDocumentName(file); });
   if (document == files.end()) return true;
   DocumentError error;
-  if (DocumentFile::Open(*document, m_doc.GetDatabase(), error) != nullptr) return true;
+  const UntilInterrupted until;
+  if (DocumentFile::Open(*document, m_doc.GetDatabase(), error, nullptr, until.Progress()) != nullptr) return true;
   Complain(NameFromBytes(*document) + ": " + TextOf(error));
   return false;
 }
@@ -112,17 +136,26 @@ int PrintTreeOf(const std::vector<std::string>& files) {
 }
 
 int Verify(const std::string& document) {
-  const std::vector<std::string> faults = VerifyDocument(document);
-  for (const std::string& fault : faults) std::cout << fault << std::endl;
-  return faults.empty() ? 0 : 1;
+  const UntilInterrupted until;
+  const std::vector<DocumentError> faults = VerifyDocument(document, until.Progress());
+  for (const DocumentError& fault : faults) std::cout << TextOf(fault).toStdString() << std::endl;
+  if (!faults.empty()) return 1;
+  std::cout << Text("IDS_WB_DOC_SOUND", {NameFromBytes(document)}).toStdString() << std::endl;
+  return 0;
 }
 
-int Repair(const std::string& document, const std::string& repaired) {
-  std::vector<std::string> notes;
+int Repair(const CommandLine& line) {
+  const std::string& repaired = line.files.front();
+  const UntilInterrupted until;
+  std::vector<DocumentError> notes;
   DocumentError error;
-  const bool done = RepairDocument(document, repaired, notes, error);
-  for (const std::string& note : notes) std::cout << note << std::endl;
-  return done ? 0 : Complain(TextOf(error));
+  const bool done = MayRepairInto(line.document, repaired, line.force, error) &&
+                    RepairDocument(line.document, repaired, notes, error, until.Progress());
+  for (const DocumentError& note : notes) std::cout << TextOf(note).toStdString() << std::endl;
+  if (!done) return Complain(TextOf(error));
+  const QString changes = QString::number(notes.size());
+  std::cout << Text("IDS_WB_REPAIRED", {NameFromBytes(repaired), changes}).toStdString() << std::endl;
+  return 0;
 }
 
 int RunMode(const CommandLine& line) {
@@ -130,7 +163,7 @@ int RunMode(const CommandLine& line) {
     case CommandLine::Mode::Verify:
       return Verify(line.document);
     case CommandLine::Mode::Repair:
-      return Repair(line.document, line.files.front());
+      return Repair(line);
     default:
       return PrintTreeOf(line.files);
   }

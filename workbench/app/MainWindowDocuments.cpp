@@ -59,8 +59,9 @@ bool MainWindow::IsFresh() const {
 
 void MainWindow::RefreshTitle() {
   const QString app = Text("IDS_WB_APP");
-  setWindowTitle(m_keeper->IsNamed() ? QFileInfo(QString::fromStdString(m_keeper->Path())).fileName() + " – " + app
-                                     : app);
+  if (!m_keeper->IsNamed()) return setWindowTitle(app);
+  const QString name = QFileInfo(NameFromBytes(m_keeper->Path())).fileName();
+  setWindowTitle((m_keeper->IsReadOnly() ? Text("IDS_WB_DOC_READ_ONLY", {name}) : name) + " – " + app);
 }
 
 void MainWindow::StartProgram(const QStringList& documents) {
@@ -114,7 +115,7 @@ bool MainWindow::OpenDocument(const QString& path) {
   }
   ShowLoaded(absolute);
   NoteRecent(absolute);
-  Say(Text("IDS_WB_OPENED", {absolute}), false);
+  Say(Text(m_keeper->IsReadOnly() ? "IDS_WB_DOC_VIEWED" : "IDS_WB_OPENED", {absolute}), false);
   return true;
 }
 
@@ -178,7 +179,7 @@ void MainWindow::ListRecent(QMenu& menu) {
 
 /// A document with a file is saved with every act.
 void MainWindow::OnSave() {
-  if (!m_keeper->IsNamed()) return OnSaveAs();
+  if (!m_keeper->IsNamed() || m_keeper->IsReadOnly()) return OnSaveAs();
   Say(Text("IDS_WB_SAVED", {QString::fromStdString(m_keeper->Path())}), false);
 }
 

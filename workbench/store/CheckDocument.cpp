@@ -5,11 +5,15 @@
 #include <map>
 #include <set>
 
+#include "workbench/store/DocumentReading.h"
 #include "workbench/store/RecordCheck.h"
+#include "workbench/text/Shown.h"
 
 namespace qd::workbench {
 
 namespace {
+
+constexpr const char* kDamaged = "IDS_WB_DOC_DAMAGED";
 
 using Records = std::map<iterator, std::shared_ptr<tagTRecord>>;
 
@@ -116,66 +120,106 @@ class Mender {
 
 }  // namespace
 
-std::vector<std::string> VerifyDocument(const std::string& path) {
+std::vector<DocumentError> VerifyDocument(const std::string& path, const ProgressCall& progress) {
   DocumentError error;
-  if (DocumentFile::Attach(path, error) == nullptr) return {std::string(error.key) + " " + error.detail};
-  Connection file(path, Connection::Mode::Write);
-  file.Allow(Connection::Scope::Rows, DocumentTables());
-  std::vector<std::string> faults;
-  Statement check = file.Prepare("PRAGMA integrity_check");
-  while (check.Step()) {
-    const std::string line(check.Bytes(0));
-    if (line != "ok") faults.push_back(line);
-  }
-  if (check.Failed()) faults.push_back(file.Error());
+  const std::unique_ptr<Connection> file = OpenToRead(path, error, nullptr, progress);
+  const int version = file != nullptr ? ReadVersion(*file, path, error) : 0;
+  if (version == 0) return {error};
+  std::vector<DocumentError> faults;
+  for (const SchemaFault& fault : CheckSchema(*file, version)) faults.push_back({fault.key, fault.detail});
+  if (!faults.empty()) return faults;
+  file->Allow(Connection::Scope::Rows, DocumentTables());
+  bool stopped = false;
+  file->SetProgress([&] {
+    stopped = progress && !progress(file->Taken());
+    return !stopped;
+  });
   RecordCheck records;
   std::vector<std::shared_ptr<tagTRecord>> read;
   for (const auto& table : MakeRecordTables()) {
     const bool whole = table->Read(
-        file,
+        *file,
         [&](iterator itr, std::shared_ptr<tagTRecord> record) {
           records.Add(itr, *record);
           read.push_back(std::move(record));
         },
         [&](iterator itr, const std::string& fault) { records.Complain(table->Name(), itr, fault); });
-    if (!whole) faults.push_back(std::string(table->Name()) + ": " + file.Error());
+    if (stopped) return {{"IDS_WB_IMPORT_CANCELLED", path}};
+    if (!whole) faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
   }
   records.CheckReferences();
-  faults.insert(faults.end(), records.Faults().begin(), records.Faults().end());
+  for (const std::string& fault : records.Faults()) faults.push_back({kDamaged, fault});
+  // Pages are looked at last: the library's own check relies on tables that end.
+  Statement check = file->Prepare("PRAGMA integrity_check");
+  while (check.Step()) {
+    if (check.Bytes(0) != "ok") faults.push_back({kDamaged, ShownText(check.Bytes(0))});
+  }
+  if (check.Failed()) faults.push_back({kDamaged, ShownText(file->Error())});
   return faults;
 }
 
-bool RepairDocument(const std::string& path, const std::string& repaired, std::vector<std::string>& notes,
-                    DocumentError& error) {
-  Connection file(path, Connection::Mode::Write);
-  if (!file.IsOpen() || !std::filesystem::exists(std::filesystem::u8path(path))) {
-    error = {"IDS_WB_IMPORT_UNREADABLE", path};
+bool MayRepairInto(const std::string& path, const std::string& repaired, bool replace, DocumentError& error) {
+  std::error_code none;
+  // A link to nothing counts too: it says where something is to be.
+  if (std::filesystem::symlink_status(repaired, none).type() == std::filesystem::file_type::not_found) return true;
+  if (std::filesystem::equivalent(path, repaired, none)) {
+    error = {"IDS_WB_REPAIR_ITSELF", repaired};
+  } else if (!IsPlainFile(repaired, error)) {
     return false;
+  } else if (!replace) {
+    error = {"IDS_WB_REPAIR_EXISTS", repaired};
+  } else if (DocumentFile::IsInUse(repaired)) {
+    error = {"IDS_WB_DOC_BUSY", repaired};
+  } else {
+    return true;
   }
+  return false;
+}
+
+bool RepairDocument(const std::string& path, const std::string& repaired, std::vector<DocumentError>& notes,
+                    DocumentError& error, const ProgressCall& progress) {
+  const std::unique_ptr<Connection> file = OpenToRead(path, error, nullptr, progress);
+  if (file == nullptr) return false;
+  // Even the numbers in the head may be damaged; a document is told by its tables then.
+  const int version = ReadVersion(*file, path, error);
   // A table that is not ours may be anything; nothing is asked of it.
   std::vector<std::string> sound = DocumentTables();
-  for (const SchemaFault& fault : CheckSchema(file, kDocumentVersion)) {
-    notes.push_back(fault.key + (": " + fault.detail));
+  for (const SchemaFault& fault : CheckSchema(*file, version != 0 ? version : kDocumentVersion)) {
+    notes.push_back({fault.key, fault.detail});
     std::erase(sound, fault.table);
   }
-  file.Allow(Connection::Scope::Rows, sound);
+  if (version == 0) notes.push_back(error);
+  error = {};
+  file->Allow(Connection::Scope::Rows, sound);
+  bool stopped = false;
+  file->SetProgress([&] {
+    stopped = progress && !progress(file->Taken());
+    return !stopped;
+  });
   Records records;
   for (const auto& table : MakeRecordTables()) {
     if (std::find(sound.begin(), sound.end(), table->Name()) == sound.end()) continue;
     const auto keep = [&](iterator itr, std::shared_ptr<tagTRecord> record) { records[itr] = std::move(record); };
     const auto skip = [&](iterator itr, const std::string& fault) {
-      notes.push_back(std::string(table->Name()) + " " + std::to_string(NumberOf(itr)) + ": " + fault);
+      notes.push_back({kDamaged, std::string(table->Name()) + " " + std::to_string(NumberOf(itr)) + ": " + fault});
     };
     // Where a page of the file is damaged reading ends, so what lies behind it is read from the other end.
-    if (table->Read(file, keep, skip)) continue;
-    notes.push_back(std::string(table->Name()) + ": " + file.Error());
-    table->ReadBackwards(file, keep, skip);
+    if (table->Read(*file, keep, skip)) continue;
+    if (stopped) break;
+    notes.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
+    table->ReadBackwards(*file, keep, skip);
   }
-  if (records.empty()) {
-    error = {"IDS_WB_DOC_DAMAGED", path};
+  if (stopped) {
+    error = {"IDS_WB_IMPORT_CANCELLED", path};
     return false;
   }
-  Mender(records, notes).Mend();
+  if (records.empty()) {
+    error = {kDamaged, path};
+    return false;
+  }
+  std::vector<std::string> mended;
+  Mender(records, mended).Mend();
+  for (const std::string& line : mended) notes.push_back({kDamaged, line});
   Database database;
   for (auto& [itr, record] : records) database.Load(itr, record);
   return DocumentFile::Create(repaired, database, error) != nullptr;

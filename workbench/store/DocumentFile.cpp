@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "workbench/store/DocumentReading.h"
 #include "workbench/store/RecordCheck.h"
 
 namespace qd::workbench {
@@ -61,7 +62,7 @@ IRecordTable* DocumentFile::TableOf(iterator itr) const {
 
 DocumentError DocumentFile::Fault() const {
   if (m_file.IsEndless()) return {"IDS_WB_DOC_ENDLESS", m_path};
-  if (m_file.HasMoved()) return {"IDS_WB_DOC_GONE", m_path};
+  if (!m_viewed && m_file.HasMoved()) return {"IDS_WB_DOC_GONE", m_path};
   if (m_file.IsBusy()) return {"IDS_WB_DOC_BUSY", m_path};
   if (m_file.IsFull()) return {"IDS_WB_DOC_FULL", m_path};
   if (m_file.IsForeign()) return {"IDS_WB_DOC_DAMAGED", m_file.Error()};
@@ -84,7 +85,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
   bool made = false;
   {
     DocumentFile file(partial, Connection(partial, Connection::Mode::Create, vfs));
-    std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kApplicationId) +
+    std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kDocumentApplication) +
                          "; PRAGMA user_version = " + std::to_string(kDocumentVersion) + ";";
     for (int version = 1; version <= kDocumentVersion; ++version) schema += StepToVersion(version);
     file.m_file.Allow(Connection::Scope::Make);
@@ -99,48 +100,38 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
   return nullptr;
 }
 
-std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, DocumentError& error,
-                                                   const char* vfs) {
-  std::error_code failed;
-  const fs::file_status status = fs::status(fs::u8path(path), failed);
-  if (!fs::exists(status)) {
-    error = {"IDS_WB_IMPORT_MISSING", path};
-    return nullptr;
-  }
-  if (fs::is_directory(status)) {
-    error = {"IDS_WB_IMPORT_DIRECTORY", path};
-    return nullptr;
-  }
+std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, DocumentError& error, const char* vfs,
+                                                   const ProgressCall& progress) {
+  if (!IsPlainFile(path, error)) return nullptr;
+  const bool viewed = !MayWrite(path);
+  std::unique_ptr<Connection> connection = viewed
+                                               ? OpenToRead(path, error, vfs, progress)
+                                               : std::make_unique<Connection>(path, Connection::Mode::Write, vfs);
+  if (connection == nullptr) return nullptr;
   std::unique_ptr<DocumentFile> file(
-      new DocumentFile(path, Connection(path, Connection::Mode::Write, vfs)));  // the constructor is private
-  if (!file->m_file.IsOpen() || !file->m_file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;")) {
+      new DocumentFile(path, std::move(*connection)));  // the constructor is private
+  file->m_viewed = viewed;
+  if (!file->m_file.IsOpen() ||
+      (!viewed && !file->m_file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;"))) {
     error = file->m_file.IsForeign() ? DocumentError{"IDS_WB_DOC_FOREIGN", path} : file->Fault();
     return nullptr;
   }
-  if (file->m_file.Value("PRAGMA application_id") != kApplicationId) {
-    error = {"IDS_WB_DOC_FOREIGN", path};
-    return nullptr;
-  }
-  const std::int64_t version = file->m_file.Value("PRAGMA user_version");
-  if (version > kDocumentVersion) {
-    error = {"IDS_WB_DOC_NEWER", std::to_string(version)};
-    return nullptr;
-  }
-  if (version < 1) {
-    error = {"IDS_WB_DOC_FOREIGN", path};
-    return nullptr;
-  }
+  const int version = ReadVersion(file->m_file, path, error);
+  return version != 0 && file->TakeUp(version, error) ? std::move(file) : nullptr;
+}
+
+bool DocumentFile::TakeUp(int version, DocumentError& error) {
   // Before anything is asked of a table: what is not exactly ours may be a view, or carry triggers.
-  if (const auto faults = CheckSchema(file->m_file, static_cast<int>(version)); !faults.empty()) {
+  if (const auto faults = CheckSchema(m_file, version); !faults.empty()) {
     error = {faults.front().key, faults.front().detail};
-    return nullptr;
+    return false;
   }
-  if (!file->m_file.Run(kManners) || !file->BringForward(static_cast<int>(version))) {
-    error = file->Fault();
-    return nullptr;
+  if (!m_viewed && (!m_file.Run(kManners) || !BringForward(version))) {
+    error = Fault();
+    return false;
   }
-  file->Prepare();
-  return file;
+  Prepare();
+  return true;
 }
 
 bool DocumentFile::BringForward(int version) {
@@ -155,7 +146,7 @@ bool DocumentFile::BringForward(int version) {
 
 std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
                                                  const char* vfs, const ProgressCall& progress) {
-  std::unique_ptr<DocumentFile> file = Attach(path, error, vfs);
+  std::unique_ptr<DocumentFile> file = Attach(path, error, vfs, progress);
   return file != nullptr && file->ReadInto(database, error, progress) ? std::move(file) : nullptr;
 }
 
@@ -224,6 +215,10 @@ bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forwa
 }
 
 bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
+  if (IsReadOnly()) {
+    if (m_onFailure) m_onFailure({"IDS_WB_DOC_VIEWED", m_path});
+    return false;
+  }
   if (WriteEntries(net, forward)) return true;
   const DocumentError fault = Fault();
   // A failed write may have ended the transaction already.
@@ -264,6 +259,7 @@ bool DocumentFile::IsInUse(const std::string& path) {
 }
 
 bool DocumentFile::PutView(const std::string& name, const std::string& bytes) {
+  if (IsReadOnly()) return false;
   Statement put = m_file.Prepare("INSERT OR REPLACE INTO view VALUES (?, ?)");
   put.BindText(1, name);
   put.BindBlob(2, bytes);

@@ -7,25 +7,18 @@
 
 #include "workbench/model/Database.h"
 #include "workbench/model/RecordStore.h"
+#include "workbench/store/DocumentError.h"
 #include "workbench/store/DocumentSchema.h"
 #include "workbench/store/RecordTables.h"
 #include "workbench/store/Sqlite.h"
 
 namespace qd::workbench {
 
-/// Why a document cannot be used: a message key and a detail for its "%s".
-struct DocumentError {
-  const char* key = nullptr;  ///< null for none
-  std::string detail;
-};
-
 /// A document on disk: a database file that one program has open at a time. Each committed act is one transaction
 /// of the file, which survives the end of the program and of the machine's power. docs/document-format.md
 /// describes the contents.
 class DocumentFile final : public IRecordStore {
  public:
-  static constexpr std::int32_t kApplicationId = 0x51445754;
-
   /// Makes a file that holds what the database holds; a file that is there is replaced. Null on failure. `vfs`
   /// names a file layer for tests.
   static std::unique_ptr<DocumentFile> Create(const std::string& path, const Database& database,
@@ -36,7 +29,10 @@ class DocumentFile final : public IRecordStore {
                                             const char* vfs = nullptr, const ProgressCall& progress = {});
   /// Opens a file whose contents a database has already.
   static std::unique_ptr<DocumentFile> Attach(const std::string& path, DocumentError& error,
-                                              const char* vfs = nullptr);
+                                              const char* vfs = nullptr, const ProgressCall& progress = {});
+  /// Whether the document is open for viewing only: nothing is written to the file, acts are refused. A document
+  /// that stands where this program may not write is opened so.
+  bool IsReadOnly() const { return m_viewed; }
   /// Writes a copy, complete or not at all; a file that is there is replaced, unless somebody has it open. False
   /// also when `progress` stops it.
   bool CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
@@ -58,6 +54,7 @@ class DocumentFile final : public IRecordStore {
  private:
   DocumentFile(std::string path, Connection connection);
 
+  bool TakeUp(int version, DocumentError& error);
   void Prepare();
   bool BringForward(int version);
   bool WriteEntries(const std::vector<JournalEntry>& net, bool forward);
@@ -66,6 +63,7 @@ class DocumentFile final : public IRecordStore {
   IRecordTable* TableOf(iterator itr) const;
 
   std::string m_path;
+  bool m_viewed = false;
   Connection m_file;
   std::vector<std::unique_ptr<IRecordTable>> m_tables;
   std::unique_ptr<Statement> m_noteNumber;

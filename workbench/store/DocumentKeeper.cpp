@@ -93,10 +93,13 @@ bool DocumentKeeper::Recover(const std::string& path, DocumentError& error) {
 
 bool DocumentKeeper::SaveAs(const std::string& path, DocumentError& error, const ProgressCall& progress) {
   std::error_code none;
-  if (m_file != nullptr && m_named && fs::equivalent(fs::u8path(path), fs::u8path(m_file->Path()), none))
-    return true;
+  if (m_file != nullptr && m_named && fs::equivalent(fs::u8path(path), fs::u8path(m_file->Path()), none)) {
+    if (m_file->IsReadOnly()) error = {"IDS_WB_DOC_VIEWED", path};
+    return !m_file->IsReadOnly();
+  }
   std::unique_ptr<DocumentFile> file;
-  if (m_file != nullptr) {
+  // What is only viewed may be held in a way that cannot be copied.
+  if (m_file != nullptr && !m_file->IsReadOnly()) {
     if (!m_file->CopyTo(path, error, progress)) return false;
     file = DocumentFile::Attach(path, error);
   } else if (DocumentFile::IsInUse(path)) {

@@ -33,6 +33,8 @@ class DocumentKeeper final : public IRecordStore {
 
   /// Whether the user has given the document a file. Such a document never waits to be saved.
   bool IsNamed() const { return m_named; }
+  /// Whether it is open for viewing only: acts are refused until it is saved under another name.
+  bool IsReadOnly() const { return m_file != nullptr && m_file->IsReadOnly(); }
   /// Whether closing now would lose something.
   bool IsUnsaved() const { return !m_named && m_file != nullptr && m_file->HoldsAnything(); }
   /// The file itself; null while there is none.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,8 @@ namespace qd::workbench {
 // What stands in a document as a database file, by version of its format: tables, text by text, and nothing else.
 // docs/document-format.md describes what their rows hold.
 
+/// Tells documents from other files of the library.
+inline constexpr std::int32_t kDocumentApplication = 0x51445754;
 /// The version that this program writes.
 inline constexpr int kDocumentVersion = 1;
 

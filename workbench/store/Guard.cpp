@@ -112,7 +112,7 @@ bool Guard::Permits(int action, const char* first, const char* second, const cha
 bool Guard::GoesOn() {
   m_work += kOperations;
   // The file may have grown since it was opened, so it is measured when it matters.
-  if (m_work > kWork && m_work > kWork + kWorkOfByte * Size()) m_endless = true;
+  if (m_work > kWork && m_work > kWork + kWorkOfByte * std::max(m_size, Size())) m_endless = true;
   return !m_endless && (!m_goOn || m_goOn());
 }
 

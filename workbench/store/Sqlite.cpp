@@ -16,6 +16,19 @@ int PlainCode(sqlite3* handle) {
   return sqlite3_errcode(handle) & 0xFF;
 }
 
+/// A path as part of an address.
+std::string Escaped(const std::string& path) {
+  std::string escaped;
+  for (const char letter : path) {
+    const auto byte = static_cast<unsigned char>(letter);
+    const bool plain = letter == '/' || (letter >= '0' && letter <= '9') || (letter >= 'A' && letter <= 'Z') ||
+                       (letter >= 'a' && letter <= 'z');
+    constexpr const char* kDigits = "0123456789ABCDEF";
+    escaped += plain ? std::string(1, letter) : std::string{'%', kDigits[byte >> 4U], kDigits[byte & 15U]};
+  }
+  return escaped;
+}
+
 }  // namespace
 
 // ---- statements -----------------------------------------------------------------------------------------
@@ -117,7 +130,11 @@ Connection::Connection(const std::string& path, Mode mode, const char* vfs)
   if (mode == Mode::Create) flags |= SQLITE_OPEN_CREATE;
   // The library takes some names for something else: addresses that begin with "file:", ":memory:" and none.
   const bool plain = !path.empty() && path.front() == '/';
-  const std::string name = plain ? path : (std::filesystem::current_path() / path).string();
+  std::string name = plain ? path : (std::filesystem::current_path() / path).string();
+  if (mode == Mode::Read) {
+    name = "file:" + Escaped(name) + "?immutable=1";
+    flags |= SQLITE_OPEN_URI;
+  }
   sqlite3* handle = nullptr;
   m_open = sqlite3_open_v2(name.c_str(), &handle, flags | SQLITE_OPEN_EXRESCODE, vfs) == SQLITE_OK;
   m_handle.reset(handle);

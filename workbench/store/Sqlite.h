@@ -61,7 +61,11 @@ class Statement {
 /// file, and ends a statement that finds no end.
 class Connection {
  public:
-  enum class Mode { Read, Write, Create };
+  enum class Mode {
+    Read,  ///< the file as it is, from where nothing may be written: no logs beside it, no locks
+    Write,
+    Create
+  };
   /// What statements may do.
   enum class Scope {
     Look,  ///< read the schema and the numbers in the file's head, set how the file is used

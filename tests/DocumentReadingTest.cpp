@@ -1,0 +1,185 @@
+// Documents that are only read: where nothing can be written, and to check and repair them.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <fstream>
+
+#include "support/DocumentFolder.h"
+#include "support/Unwritable.h"
+#include "workbench/store/CheckDocument.h"
+#include "workbench/store/DocumentKeeper.h"
+
+namespace qd::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace workbench;
+
+class ReadDocument : public DocumentFolder {
+ protected:
+  /// A closed document; returns what it holds.
+  std::string Make(const std::string& path) {
+    DocumentScript script(m_data);
+    for (int act = 0; act < 20; ++act) script.Run(act);
+    DocumentError error;
+    EXPECT_NE(DocumentFile::Create(path, m_data, error), nullptr) << error.key;
+    return Contents(m_data);
+  }
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(m_folder)) names.push_back(entry.path().filename().string());
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+  static std::string Bytes(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+  }
+  /// What a killed program leaves: a document whose last acts stand in a log beside it.
+  std::string MakeKilled(const std::string& path) {
+    const std::string other = Path("other.qdw");
+    sqlite3* reader = nullptr;
+    std::string held;
+    {
+      const auto document = Create(other);
+      DocumentScript script(document->data);
+      for (int act = 0; act < 20; ++act) script.Run(act);
+      held = Contents(document->data);
+      for (const char* suffix : {"", "-wal", "-journal"}) {
+        if (fs::exists(other + suffix)) fs::copy_file(other + suffix, path + suffix);
+      }
+    }
+    sqlite3_close(reader);
+    fs::remove(other);
+    return held;
+  }
+
+  Database m_data;
+};
+
+TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
+  const std::string held = Make(Path("a.qdw"));
+  DocumentError error;
+  Database data;
+  std::string said;
+  {
+    const Unwritable still({Path("a.qdw"), m_folder.string()});
+    if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
+    DocumentKeeper keeper(data, Path("recovery"));
+    keeper.SetOnFailure([&said](const DocumentError& fault) { said += fault.key; });
+    ASSERT_TRUE(keeper.Open(Path("a.qdw"), error)) << error.key << " " << error.detail;
+    EXPECT_TRUE(keeper.IsReadOnly());
+    EXPECT_TRUE(keeper.IsNamed());
+    EXPECT_FALSE(keeper.IsUnsaved());
+    EXPECT_EQ(Contents(data), held);
+    EXPECT_FALSE(DocumentScript(data).Run(20)) << "an act is refused";
+    EXPECT_EQ(said, "IDS_WB_DOC_VIEWED");
+    EXPECT_EQ(Contents(data), held);
+    EXPECT_FALSE(keeper.File()->PutView("window", "{}"));
+    EXPECT_FALSE(keeper.SaveAs(Path("a.qdw"), error));
+    const fs::path elsewhere = fs::temp_directory_path() / (m_folder.filename().string() + "_saved.qdw");
+    ASSERT_TRUE(keeper.SaveAs(elsewhere.string(), error)) << error.key << " " << error.detail;
+    EXPECT_FALSE(keeper.IsReadOnly());
+    EXPECT_TRUE(DocumentScript(data).Run(20));
+    fs::remove(elsewhere);
+  }
+  EXPECT_EQ(Files(), std::vector<std::string>{"a.qdw"});
+}
+
+TEST_F(ReadDocument, IsVerifiedAndRepairedWhereNothingCanBeWritten) {
+  Make(Path("a.qdw"));
+  const std::string repaired = m_folder.string() + "_repaired.qdw";
+  const Unwritable still({Path("a.qdw"), m_folder.string()});
+  if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
+  EXPECT_TRUE(VerifyDocument(Path("a.qdw")).empty());
+  std::vector<DocumentError> notes;
+  DocumentError error;
+  EXPECT_TRUE(RepairDocument(Path("a.qdw"), repaired, notes, error)) << error.key << error.detail;
+  EXPECT_TRUE(notes.empty());
+  fs::remove(repaired);
+}
+
+/// The last acts stand in a log; they are there for a reader too, and the log stays for who may write.
+TEST_F(ReadDocument, LeftByAKilledProgramIsReadWholeAndLeftAlone) {
+  const std::string held = MakeKilled(Path("a.qdw"));
+  const std::vector<std::string> files = Files();
+  const std::string bytes = Bytes(Path("a.qdw"));
+  EXPECT_TRUE(VerifyDocument(Path("a.qdw")).empty());
+  EXPECT_EQ(Files(), files);
+  EXPECT_EQ(Bytes(Path("a.qdw")), bytes) << "a check writes nothing";
+  std::vector<DocumentError> notes;
+  DocumentError error;
+  EXPECT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
+  EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), held);
+  EXPECT_EQ(Bytes(Path("a.qdw")), bytes);
+  std::vector<std::string> unwritable{m_folder.string()};
+  for (const std::string& name : files) unwritable.push_back(Path(name.c_str()));
+  const Unwritable still(unwritable);
+  if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
+  EXPECT_EQ(Contents(Open(Path("a.qdw"))->data), held);
+}
+
+TEST_F(ReadDocument, OpenInAProgramIsNeitherCheckedNorReplaced) {
+  const auto open = Create(Path("open.qdw"));
+  const std::vector<DocumentError> faults = VerifyDocument(Path("open.qdw"));
+  ASSERT_EQ(faults.size(), 1U);
+  EXPECT_EQ(faults.front().key, std::string("IDS_WB_DOC_BUSY"));
+}
+
+TEST_F(ReadDocument, ThatIsNoPlainFileIsRefusedAtOnce) {
+  ASSERT_EQ(mkfifo(Path("pipe.qdw").c_str(), 0600), 0);
+  fs::create_symlink("/dev/zero", Path("zero.qdw"));
+  for (const char* name : {"pipe.qdw", "zero.qdw"}) {
+    EXPECT_EQ(FaultOf(Path(name)), "IDS_WB_DOC_NO_FILE") << name;
+    ASSERT_EQ(VerifyDocument(Path(name)).size(), 1U);
+    EXPECT_EQ(VerifyDocument(Path(name)).front().key, std::string("IDS_WB_DOC_NO_FILE"));
+  }
+}
+
+TEST_F(ReadDocument, IsRepairedOnlyIntoWhatMayBeReplaced) {
+  Make(Path("a.qdw"));
+  const auto open = Create(Path("open.qdw"));
+  fs::create_symlink("a.qdw", Path("link.qdw"));
+  fs::create_hard_link(Path("a.qdw"), Path("hard.qdw"));
+  fs::create_directory(Path("folder"));
+  mkfifo(Path("pipe").c_str(), 0600);
+  std::ofstream(Path("text")) << "text";
+  const struct {
+    const char* target;
+    bool force;
+    const char* fault;
+  } cases[] = {{"a.qdw", true, "IDS_WB_REPAIR_ITSELF"},
+               {"link.qdw", true, "IDS_WB_REPAIR_ITSELF"},
+               {"hard.qdw", true, "IDS_WB_REPAIR_ITSELF"},
+               {"folder", true, "IDS_WB_IMPORT_DIRECTORY"},
+               {"pipe", true, "IDS_WB_DOC_NO_FILE"},
+               {"text", false, "IDS_WB_REPAIR_EXISTS"},
+               {"open.qdw", true, "IDS_WB_DOC_BUSY"},
+               {"text", true, ""},
+               {"new.qdw", false, ""}};
+  for (const auto& repair : cases) {
+    DocumentError error;
+    EXPECT_EQ(MayRepairInto(Path("a.qdw"), Path(repair.target), repair.force, error), *repair.fault == 0);
+    EXPECT_EQ(error.key != nullptr ? error.key : std::string(), repair.fault) << repair.target;
+  }
+}
+
+/// Names that the database library would take for an address or a place in memory.
+TEST_F(ReadDocument, OfAnyNameIsAFile) {
+  const fs::path before = fs::current_path();
+  fs::current_path(m_folder);
+  for (const char* name : {"file:x.qdw", "file:x.qdw?mode=memory", ":memory:", "a%41.qdw", "\xFF\xFE.qdw"}) {
+    Database data;
+    DocumentError error;
+    EXPECT_NE(DocumentFile::Create(name, data, error), nullptr) << name << error.detail;
+    EXPECT_TRUE(fs::exists(name)) << name;
+    EXPECT_NE(DocumentFile::Open(name, data, error), nullptr) << name;
+    EXPECT_TRUE(VerifyDocument(name).empty()) << name;
+  }
+  fs::current_path(before);
+}
+
+}  // namespace
+}  // namespace qd::test
