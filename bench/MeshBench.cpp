@@ -10,7 +10,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "workbench/display/WorkDocument.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/MeshEdit.h"
 #include "workbench/tree/DocumentNode.h"
 
 namespace qd::workbench {

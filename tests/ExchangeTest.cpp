@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "workbench/exchange/Protocol.h"
-#include "workbench/exchange/StoreImport.h"
+#include "workbench/exchange/pipe/Protocol.h"
+#include "workbench/exchange/store/StoreImport.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {

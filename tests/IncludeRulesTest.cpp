@@ -33,10 +33,21 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"qd_wrt/coords", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
       {"workbench/text", {}},
       {"workbench/files", {}},
-      {"workbench/model", {"platform", "host"}},
-      {"workbench/display", {"platform", "host", "workbench/model"}},
-      {"workbench/exchange", {"platform", "host", "workbench/model", "workbench/text", "workbench/files"}},
-      {"workbench/store", {"platform", "host", "workbench/model", "workbench/text", "workbench/files"}},
+      {"workbench/mesh", {"platform", "host"}},
+      {"workbench/model", {"platform", "host", "workbench/mesh"}},
+      {"workbench/display", {"platform", "host", "workbench/mesh", "workbench/model"}},
+      {"workbench/exchange/pipe", {"platform", "host", "workbench/mesh"}},
+      {"workbench/exchange/formats",
+       {"platform", "host", "workbench/mesh", "workbench/text", "workbench/files", "workbench/exchange/pipe"}},
+      {"workbench/exchange/store",
+       {"platform", "host", "workbench/mesh", "workbench/model", "workbench/text", "workbench/exchange/pipe",
+        "workbench/exchange/formats"}},
+      {"workbench/exchange/watch", {"platform", "host", "workbench/mesh", "workbench/exchange/pipe"}},
+      {"workbench/exchange/child",
+       {"platform", "host", "workbench/mesh", "workbench/text", "workbench/exchange/pipe",
+        "workbench/exchange/formats"}},
+      {"workbench/store",
+       {"platform", "host", "workbench/mesh", "workbench/model", "workbench/text", "workbench/files"}},
       {"workbench/tree",
        {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "qd_wrt/coords",
         "workbench/text"}},
@@ -45,8 +56,10 @@ const std::map<std::string, std::set<std::string>>& Rules() {
         "workbench/display", "workbench/tree"}},
       {"workbench/native",
        {"platform", "platform/win32", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/text",
-        "workbench/model", "workbench/display", "workbench/exchange", "workbench/tree", "workbench/session"}},
-      {"workbench/view", {"platform", "platform/qt", "host", "workbench/model", "workbench/display"}}};
+        "workbench/mesh", "workbench/model", "workbench/display", "workbench/exchange/pipe",
+        "workbench/exchange/formats", "workbench/exchange/store", "workbench/tree", "workbench/session"}},
+      {"workbench/view",
+       {"platform", "platform/qt", "host", "workbench/mesh", "workbench/model", "workbench/display"}}};
   return kRules;
 }
 
@@ -67,8 +80,8 @@ const std::vector<Library>& Libraries() {
   static const std::vector<Library> kLibraries{
       {"^Q[A-Z].*", {"platform/qt", "workbench/view"}},
       {"^vtk.*", {"workbench/view"}},
-      {"^gmsh.*", {"workbench/exchange"}},
-      {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange"}},
+      {"^gmsh.*", {"workbench/exchange/child"}},
+      {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange/child"}},
       {"^sqlite3.*", {"workbench/store"}},
       {"^(windows|commctrl|commdlg|oleacc|oleauto)\\.h$", {"platform/win32", "workbench/native"}}};
   return kLibraries;

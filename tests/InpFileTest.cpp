@@ -6,12 +6,12 @@
 #include <fstream>
 #include <numeric>
 
-#include "workbench/exchange/BdfCheck.h"
-#include "workbench/exchange/InpElements.h"
-#include "workbench/exchange/InpFile.h"
-#include "workbench/exchange/Protocol.h"
-#include "workbench/model/ElementTypes.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/exchange/formats/BdfCheck.h"
+#include "workbench/exchange/formats/InpElements.h"
+#include "workbench/exchange/formats/InpFile.h"
+#include "workbench/exchange/pipe/Protocol.h"
+#include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <map>
 
 #include "support/Geometry.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::test {
 namespace {

@@ -6,12 +6,13 @@
 
 #include "support/Mesh.h"
 #include "support/SampleMesh.h"
-#include "workbench/exchange/InpFile.h"
-#include "workbench/exchange/MeshExport.h"
-#include "workbench/exchange/StoreImport.h"
+#include "workbench/exchange/formats/InpFile.h"
+#include "workbench/exchange/formats/MeshExport.h"
+#include "workbench/exchange/store/CollectExport.h"
+#include "workbench/exchange/store/StoreImport.h"
+#include "workbench/mesh/MeshSkin.h"
 #include "workbench/model/MeshActs.h"
 #include "workbench/model/MeshNumbers.h"
-#include "workbench/model/MeshSkin.h"
 
 namespace qd::test {
 namespace {

@@ -10,7 +10,7 @@
 #include <string>
 #include <thread>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstdint>
 
 #include "fuzz/Input.h"
-#include "workbench/exchange/InpFile.h"
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/formats/InpFile.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace qd::workbench;

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace qd::workbench;

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "host/CTransaction.h"
+#include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/Database.h"
-#include "workbench/model/MeshEdit.h"
 #include "workbench/store/RecordTables.h"
 
 namespace qd::test {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "support/Geometry.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::test {
 

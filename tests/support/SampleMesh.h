@@ -2,9 +2,9 @@
 
 #include <cmath>
 
+#include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/Database.h"
-#include "workbench/model/ElementTypes.h"
-#include "workbench/model/MeshEdit.h"
 
 namespace qd::test {
 

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "workbench/exchange/ImportedModel.h"
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace qd::workbench {

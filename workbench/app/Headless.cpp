@@ -9,7 +9,7 @@
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "workbench/app/ExchangeJob.h"
 #include "workbench/app/FileName.h"
-#include "workbench/exchange/StoreImport.h"
+#include "workbench/exchange/store/StoreImport.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentFile.h"
 #include "workbench/tree/DocumentNode.h"

@@ -6,7 +6,7 @@
 
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
-#include "workbench/exchange/StoreImport.h"
+#include "workbench/exchange/store/StoreImport.h"
 
 namespace qd::workbench {
 

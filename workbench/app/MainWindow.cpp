@@ -20,6 +20,7 @@
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
+#include "workbench/exchange/formats/Format.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -166,8 +167,7 @@ void MainWindow::showEvent(QShowEvent* event) {
 // ---- the user's acts ------------------------------------------------------------------------------------
 
 void MainWindow::OnImport() {
-  const QString filter = Text("IDS_WB_IMPORT_FILTER") +
-                         " (*.step *.stp *.iges *.igs *.brep *.brp *.msh *.unv *.bdf *.nas *.stl *.inp);;" +
+  const QString filter = Text("IDS_WB_IMPORT_FILTER") + " (" + QString::fromStdString(ReadPatterns(" ")) + ");;" +
                          Text("IDS_WB_ALL_FILES") + " (*)";
   Import(QFileDialog::getOpenFileNames(this, Text("IDS_WB_IMPORT").remove('&'), QString(), filter));
 }
@@ -260,7 +260,7 @@ void MainWindow::AfterStore() {
 }
 
 void MainWindow::OnExport() {
-  const QString filter = Text("IDS_WB_EXPORT_FILTER") + " (*.msh *.unv *.bdf *.nas *.inp *.stl)";
+  const QString filter = Text("IDS_WB_EXPORT_FILTER") + " (" + QString::fromStdString(WritePatterns(" ")) + ")";
   const QString path = QFileDialog::getSaveFileName(this, Text("IDS_WB_EXPORT").remove('&'), QString(), filter);
   if (!path.isEmpty()) Export(path);
 }

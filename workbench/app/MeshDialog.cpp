@@ -8,7 +8,7 @@
 #include <QSpinBox>
 
 #include "platform/qt/QtConvert.h"
-#include "workbench/model/ElementTypes.h"
+#include "workbench/mesh/ElementTypes.h"
 
 namespace qd::workbench {
 

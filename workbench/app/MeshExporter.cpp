@@ -8,7 +8,8 @@
 #include <utility>
 
 #include "workbench/app/MessageTables.h"
-#include "workbench/exchange/MeshExport.h"
+#include "workbench/exchange/formats/MeshExport.h"
+#include "workbench/exchange/store/CollectExport.h"
 
 namespace qd::workbench {
 

@@ -6,7 +6,7 @@
 
 #include "workbench/app/ExchangeJob.h"
 #include "workbench/display/WorkDocument.h"
-#include "workbench/exchange/ApplyResults.h"
+#include "workbench/exchange/store/ApplyResults.h"
 
 namespace qd::workbench {
 

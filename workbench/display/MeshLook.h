@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "workbench/display/DisplayState.h"
+#include "workbench/mesh/MeshSkin.h"
 #include "workbench/model/Database.h"
-#include "workbench/model/MeshSkin.h"
 
 namespace qd::workbench {
 

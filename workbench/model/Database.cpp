@@ -6,7 +6,7 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::workbench {
 

@@ -7,8 +7,8 @@
 #include <unordered_set>
 
 #include "host/CTransaction.h"
-#include "workbench/model/ElementTypes.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/MeshNumbers.h"
 
 namespace qd::workbench {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/MsetPool.h"
 
 namespace qd::workbench {

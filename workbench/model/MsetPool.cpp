@@ -3,8 +3,8 @@
 #include <vector>
 
 #include "host/CMSGFunction.h"
+#include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/CopyName.h"
-#include "workbench/model/MeshEdit.h"
 
 namespace qd::workbench {
 

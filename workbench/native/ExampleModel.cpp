@@ -5,9 +5,9 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
-#include "workbench/exchange/InpFile.h"
-#include "workbench/exchange/Protocol.h"
-#include "workbench/exchange/StoreImport.h"
+#include "workbench/exchange/formats/InpFile.h"
+#include "workbench/exchange/pipe/Protocol.h"
+#include "workbench/exchange/store/StoreImport.h"
 
 namespace qd::workbench {
 

@@ -3,7 +3,8 @@
 #include <exception>
 #include <utility>
 
-#include "workbench/exchange/InpFile.h"
+#include "workbench/exchange/formats/Format.h"
+#include "workbench/exchange/formats/InpFile.h"
 #include "workbench/text/Paths.h"
 
 namespace qd::workbench {
@@ -12,16 +13,11 @@ namespace {
 
 struct Stopped {};
 
-/// What can be said of a file before it is read.
-void CheckFile(const std::filesystem::path& path) {
-  std::error_code error;
-  const auto status = std::filesystem::status(path, error);
-  if (!std::filesystem::exists(status)) throw ImportError{"IDS_WB_IMPORT_MISSING", ""};
-  if (std::filesystem::is_directory(status)) throw ImportError{"IDS_WB_IMPORT_DIRECTORY", ""};
-  if (path.extension() != ".inp" && path.extension() != ".INP") {
-    throw ImportError{"IDS_WB_IMPORT_FORMAT", PathText(path.extension())};
-  }
-  if (std::filesystem::file_size(path, error) == 0) throw ImportError{"IDS_WB_IMPORT_EMPTY", ""};
+/// Without the exchange program there is no reader but the one for decks.
+void CheckDeck(const std::filesystem::path& path) {
+  std::vector<ImportNote> notes;
+  const Format& format = CheckFile(path, notes);
+  if (format.ReadBy() != Engine::Deck) throw ImportError{"IDS_WB_IMPORT_FORMAT", PathText(path.extension())};
 }
 
 }  // namespace
@@ -37,7 +33,7 @@ InpImport::~InpImport() {
 void InpImport::Read() {
   Result result;
   try {
-    CheckFile(m_path);
+    CheckDeck(m_path);
     result.model = ReadInpFile(m_path, [this](double done) {
       if (m_cancelled) throw Stopped{};
       constexpr int kWhole = 1000;

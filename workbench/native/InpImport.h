@@ -7,7 +7,7 @@
 #include <optional>
 #include <thread>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 namespace qd::workbench {
 

@@ -9,7 +9,8 @@
 #include <utility>
 
 #include "qd_wrt/core/CommandNumbers.h"
-#include "workbench/exchange/StoreImport.h"
+#include "workbench/exchange/formats/Format.h"
+#include "workbench/exchange/store/StoreImport.h"
 #include "workbench/native/Commands.h"
 #include "workbench/native/ExampleModel.h"
 #include "workbench/native/MainFrame.h"
@@ -77,8 +78,11 @@ void MainFrame::OpenExample() {
 
 void MainFrame::OnImport() {
   // Names and patterns stand between zeros.
-  CString filter = Text("IDS_WB_IMPORT_FILTER") + L" (*.inp)" + CString(1, L'\0') + L"*.inp" + CString(1, L'\0') +
-                   Text("IDS_WB_ALL_FILES") + CString(1, L'\0') + L"*.*" + CString(2, L'\0');
+  CString decks;
+  for (const std::string_view ending : InpFormat().Endings())
+    decks += (decks.empty() ? L"*" : L";*") + CString(ending.begin(), ending.end());
+  CString filter = Text("IDS_WB_IMPORT_FILTER") + L" (" + decks + L")" + CString(1, L'\0') + decks +
+                   CString(1, L'\0') + Text("IDS_WB_ALL_FILES") + CString(1, L'\0') + L"*.*" + CString(2, L'\0');
   constexpr std::size_t kLongestPath = 32768;
   CString path(kLongestPath, L'\0');
   OPENFILENAMEW open{};

@@ -6,7 +6,7 @@
 #include <optional>
 #include <utility>
 
-#include "workbench/model/ModelBytes.h"
+#include "workbench/mesh/ModelBytes.h"
 #include "workbench/model/Pools.h"
 #include "workbench/text/Utf8.h"
 

@@ -20,7 +20,7 @@
 #include <utility>
 
 #include "host/Display.h"
-#include "workbench/model/ElementTypes.h"
+#include "workbench/mesh/ElementTypes.h"
 
 #include "workbench/view/AxisSymbol.h"
 

@@ -192,12 +192,12 @@ void ReadWith(Reader& reader, const std::string& path, Handle(TDocStd_Document) 
   if (!reader.Transfer(document, range)) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
 }
 
-std::vector<Harvest::Found> ReadDocument(const std::string& path, FileFormat format, Sink& sink) {
+std::vector<Harvest::Found> ReadDocument(const std::string& path, const Format& format, Sink& sink) {
   Handle(TDocStd_Document) document;
   XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
   const Handle(ReadProgress) progress = new ReadProgress(sink);  // reference-counted
   const Message_ProgressRange range = progress->Start();
-  if (format == FileFormat::Step) {
+  if (format.ReadBy() == Engine::Step) {
     STEPCAFControl_Reader reader;
     ReadWith(reader, path, document, range);
   } else {
@@ -234,11 +234,11 @@ std::string NameByKind(TopologyKind kind, std::map<TopologyKind, int>& numbers) 
 
 }  // namespace
 
-void ReadCadFile(const std::string& path, FileFormat format, Sink& sink) {
+void ReadCadFile(const std::string& path, const Format& format, Sink& sink) {
   Message::DefaultMessenger()->ChangePrinters().Clear();
   try {
     std::vector<Harvest::Found> found =
-        format == FileFormat::Brep ? ReadBrep(path) : ReadDocument(path, format, sink);
+        format.ReadBy() == Engine::Brep ? ReadBrep(path) : ReadDocument(path, format, sink);
     sink.Progress(kReadShare);
     NoteCounts notes;
     std::map<TopologyKind, int> numbers;

@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "workbench/exchange/child/FileCheck.h"
 #include "workbench/exchange/child/Sink.h"
+#include "workbench/exchange/formats/Format.h"
 
 namespace qd::workbench {
 
 /// Reads a STEP, IGES or BREP file and sends one part per body, with name, colour and assembly path as the file
 /// gives them. Throws ImportError.
-void ReadCadFile(const std::string& path, FileFormat format, Sink& sink);
+void ReadCadFile(const std::string& path, const Format& format, Sink& sink);
 
 }  // namespace qd::workbench

@@ -9,7 +9,7 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 namespace qd::workbench {
 

@@ -8,12 +8,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "workbench/exchange/BdfCheck.h"
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Shapes.h"
-#include "workbench/exchange/child/UnvGroups.h"
-#include "workbench/model/ElementTypes.h"
-#include "workbench/model/MeshEdit.h"
+#include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::workbench {
 
@@ -97,7 +95,7 @@ struct Group {
 
 /// The groups of the file. An entity belongs to the first group that names it; entities that no group names make
 /// groups of their own, but for the sides of solids in files that list these beside the solids.
-std::vector<Group> GroupsOfFile(FileFormat format, std::vector<ImportNote>& notes) {
+std::vector<Group> GroupsOfFile(const Format& format, std::vector<ImportNote>& notes) {
   std::vector<Group> groups;
   std::set<std::pair<int, int>> taken;
   gmsh::vectorpair physical;
@@ -114,8 +112,7 @@ std::vector<Group> GroupsOfFile(FileFormat format, std::vector<ImportNote>& note
     }
     if (group.entities.size() < entities.size()) notes.push_back({"IDS_WB_NOTE_SHARED_SET", group.name});
   }
-  const bool solverFile = format == FileFormat::Bdf || format == FileFormat::Unv;
-  const int least = solverFile ? 1 : gmsh::model::getDimension();
+  const int least = format.HasMixedDimensions() ? 1 : gmsh::model::getDimension();
   gmsh::vectorpair entities;
   gmsh::model::getEntities(entities);
   for (const auto& [dimension, tag] : entities) {
@@ -133,7 +130,7 @@ void CheckElementTypes(const MeshData& mesh) {
   }
 }
 
-std::vector<ImportedMeshSet> SetsOfFile(FileFormat format, Sink& sink) {
+std::vector<ImportedMeshSet> SetsOfFile(const Format& format, Sink& sink) {
   const Coordinates nodes = AllNodes();
   std::vector<ImportNote> notes;
   const std::vector<Group> groups = GroupsOfFile(format, notes);
@@ -152,9 +149,9 @@ std::vector<ImportedMeshSet> SetsOfFile(FileFormat format, Sink& sink) {
 
 /// Moves the elements of the file's named groups, which the library passes over, into sets of these names. An
 /// element of several groups goes into the first.
-void ApplyNamedGroups(const std::vector<UnvGroup>& groups, std::vector<ImportedMeshSet>& sets) {
+void ApplyNamedGroups(const std::vector<NamedGroup>& groups, std::vector<ImportedMeshSet>& sets) {
   std::vector<ImportedMeshSet> named;
-  for (const UnvGroup& group : groups) {
+  for (const NamedGroup& group : groups) {
     const std::unordered_set<std::uint64_t> wanted(group.elements.begin(), group.elements.end());
     std::vector<MeshPtr> taken;
     for (ImportedMeshSet& set : sets) {
@@ -224,15 +221,12 @@ void MeshOperands(const ShapeOperation& operation, Sink& sink) {
   }
 }
 
-void ReadMeshFile(const std::string& path, FileFormat format, Sink& sink) {
+void ReadMeshFile(const std::string& path, const Format& format, Sink& sink) {
   const Session session;
   try {
-    if (format == FileFormat::Bdf) {
-      for (const ImportNote& note : CheckBdfFile(path)) sink.Note(note);
-    }
     gmsh::merge(path);
     std::vector<ImportedMeshSet> sets = SetsOfFile(format, sink);
-    if (format == FileFormat::Unv) ApplyNamedGroups(ReadUnvGroups(path), sets);
+    ApplyNamedGroups(format.GroupsOf(path), sets);
     for (const ImportedMeshSet& set : sets) sink.MeshSet(set);
   } catch (const std::string& reason) {
     throw ImportError{"IDS_WB_IMPORT_READER", FirstError(reason)};

@@ -3,7 +3,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 namespace qd::workbench {
 

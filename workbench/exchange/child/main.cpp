@@ -17,15 +17,14 @@
 #include <optional>
 #include <utility>
 
-#include "workbench/exchange/InpFile.h"
 #include "workbench/exchange/child/Beat.h"
 #include "workbench/exchange/child/CadFile.h"
 #include "workbench/exchange/child/Cell.h"
-#include "workbench/exchange/child/FileCheck.h"
 #include "workbench/exchange/child/GivenFile.h"
 #include "workbench/exchange/child/MeshFile.h"
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Sink.h"
+#include "workbench/exchange/formats/InpFile.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 // Looking for leaks starts a process of its own, which the cell forbids.
@@ -91,8 +90,9 @@ std::string Enclose(const Arguments& arguments, std::unique_ptr<GivenFile>& file
     file = std::make_unique<GivenFile>(arguments.file);
     rules.readable.push_back(file->Descriptor());
     const std::filesystem::path given = arguments.file;
+    const Format* format = FormatOfPath(given);
     // A deck may draw in other files, below its own folder.
-    if (MayInclude(given)) {
+    if (format != nullptr && format->ReadBy() == Engine::Deck) {
       path = arguments.file;
       std::vector<std::string> folders = arguments.includes;
       folders.push_back(given.has_parent_path() ? given.parent_path().string() : ".");
@@ -108,18 +108,27 @@ std::string Enclose(const Arguments& arguments, std::unique_ptr<GivenFile>& file
   return path;
 }
 
+void ReadDeck(const std::string& path, Sink& sink) {
+  const ImportedModel model = ReadInpFile(path, [&sink](double done) { sink.Progress(done); });
+  for (const ImportNote& note : model.notes) sink.Note(note);
+  for (const ImportedMaterial& material : model.materials) sink.Material(material);
+  for (const ImportedProperty& property : model.properties) sink.Property(property);
+  for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);
+}
+
 void Import(const std::string& path, Sink& sink) {
-  const FileFormat format = CheckFile(path);
-  if (format == FileFormat::Inp) {
-    const ImportedModel model = ReadInpFile(path, [&sink](double done) { sink.Progress(done); });
-    for (const ImportNote& note : model.notes) sink.Note(note);
-    for (const ImportedMaterial& material : model.materials) sink.Material(material);
-    for (const ImportedProperty& property : model.properties) sink.Property(property);
-    for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);
-  } else if (IsMeshFormat(format)) {
-    ReadMeshFile(path, format, sink);
-  } else {
-    ReadCadFile(path, format, sink);
+  std::vector<ImportNote> notes;
+  const Format& format = CheckFile(path, notes);
+  for (const ImportNote& note : notes) sink.Note(note);
+  switch (format.ReadBy()) {
+    case Engine::Step:
+    case Engine::Iges:
+    case Engine::Brep:
+      return ReadCadFile(path, format, sink);
+    case Engine::Mesh:
+      return ReadMeshFile(path, format, sink);
+    case Engine::Deck:
+      return ReadDeck(path, sink);
   }
 }
 

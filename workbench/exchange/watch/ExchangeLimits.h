@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/Protocol.h"
 
 namespace qd::workbench {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "workbench/exchange/ImportedModel.h"
-#include "workbench/exchange/Protocol.h"
+#include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/watch/ChildProcess.h"
 #include "workbench/exchange/watch/ExchangeLimits.h"
 

@@ -1,0 +1,136 @@
+#include <algorithm>
+#include <cstdio>
+
+#include "workbench/exchange/formats/MeshWriters.h"
+#include "workbench/mesh/ElementTypes.h"
+
+namespace qd::workbench {
+
+namespace {
+
+/// Bulk data entries of elements, with the order of their nodes.
+struct Entry {
+  int elementType;
+  const char* name;
+  const char* order;  // see OrderFromWords
+};
+constexpr Entry kEntries[] = {{1, "CROD", "0 1"},
+                              {2, "CTRIA3", "0 1 2"},
+                              {3, "CQUAD4", "0 1 2 3"},
+                              {4, "CTETRA", "0 1 2 3"},
+                              {5, "CHEXA", "0 1 2 3 4 5 6 7"},
+                              {6, "CPENTA", "0 1 2 3 4 5"},
+                              {7, "CPYRAM", "0 1 2 3 4"},
+                              {9, "CTRIA6", "0 1 2 01 12 20"},
+                              {11, "CTETRA", "0 1 2 3 01 12 20 03 13 23"},
+                              {16, "CQUAD8", "0 1 2 3 01 12 23 30"},
+                              {17, "CHEXA", "0 1 2 3 4 5 6 7 01 12 23 30 04 15 26 37 45 56 67 74"},
+                              {18, "CPENTA", "0 1 2 3 4 5 01 12 20 03 14 25 34 45 53"},
+                              {19, "CPYRAM", "0 1 2 3 4 01 12 23 30 04 14 24 34"}};
+
+/// A line of fields, eight columns each, which goes on after eight of them.
+class Card {
+ public:
+  Card(TextFile& file, std::string_view name) : m_file(file) {
+    m_file << name << std::string(kWidth - name.size(), ' ');
+  }
+  Card& operator<<(std::uint64_t number) {
+    constexpr std::uint64_t kGreatest = 99'999'999;
+    constexpr int kFields = 8;
+    if (number > kGreatest) throw ImportError{"IDS_WB_EXPORT_NUMBER", std::to_string(number)};
+    if (m_fields == kFields) {
+      m_file << "+\n+       ";
+      m_fields = 0;
+    }
+    m_file.Right(number, kWidth);
+    ++m_fields;
+    return *this;
+  }
+  void End() {
+    m_file << "\n";
+    m_file.Step();
+  }
+
+ private:
+  static constexpr std::size_t kWidth = 8;
+  TextFile& m_file;
+  int m_fields = 0;
+};
+
+const Entry* FindEntry(int elementType) {
+  const auto* entry =
+      std::find_if(std::begin(kEntries), std::end(kEntries),
+                   [elementType](const Entry& candidate) { return candidate.elementType == elementType; });
+  return entry != std::end(kEntries) ? entry : nullptr;
+}
+
+void WriteElements(const MeshData::Block& block, std::size_t property, TextFile& file) {
+  const Entry* entry = FindEntry(block.elementType);
+  if (entry == nullptr) throw ImportError{"IDS_WB_EXPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
+  const std::vector<std::size_t> order = OrderFromWords(block.elementType, entry->order);
+  for (std::size_t element = 0; element < block.elementIds.size(); ++element) {
+    Card card(file, entry->name);
+    card << block.elementIds[element] << property;
+    for (const std::size_t node : order) card << block.nodeIds[element * order.size() + node];
+    card.End();
+  }
+}
+
+/// Real numbers need a point.
+std::string Real(double number) {
+  char text[32];
+  std::snprintf(text, sizeof(text), "%.7E", number);
+  return text;
+}
+
+/// Elements know their set by their property, so every set has one of its own.
+void WriteProperty(const ExportModel& model, const ExportSet& set, std::size_t number, TextFile& file) {
+  const ImportedProperty* property =
+      set.property >= 0 ? &model.properties[static_cast<std::size_t>(set.property)] : nullptr;
+  const auto material = static_cast<std::uint64_t>(property != nullptr ? property->material + 1 : 0);
+  const int dimension = TopologyOf(FindElementType(set.mesh->blocks.front().elementType)->shape).dimension;
+  const double size = property != nullptr ? property->size : 0;
+  file << "$ " << set.name << "\n";
+  if (dimension == 3) file << "PSOLID," << number << "," << material << "\n";
+  if (dimension == 2) file << "PSHELL," << number << "," << material << "," << Real(size) << "\n";
+  if (dimension == 1) file << "PROD," << number << "," << material << "," << Real(size) << "\n";
+}
+
+}  // namespace
+
+bool BdfHolds(int elementType) {
+  return FindEntry(elementType) != nullptr;
+}
+
+void WriteBdf(const ExportModel& model, TextFile& file) {
+  file << "BEGIN BULK\n";
+  for (const auto& [node, at] : NodesOf(model)) {
+    file << "GRID*   ";
+    file.Right(node, 16) << "                ";
+    const auto coordinate = [&file](double value) {
+      char text[32];
+      std::snprintf(text, sizeof(text), "%16.9E", value);
+      file << text;
+    };
+    coordinate(at[0]);
+    coordinate(at[1]);
+    file << "*\n*       ";
+    coordinate(at[2]);
+    file << "\n";
+    file.Step();
+  }
+  for (std::size_t i = 0; i < model.sets.size(); ++i) {
+    const ExportSet& set = model.sets[i];
+    if (set.mesh == nullptr || set.mesh->blocks.empty()) continue;
+    WriteProperty(model, set, i + 1, file);
+    for (const MeshData::Block& block : set.mesh->blocks) WriteElements(block, i + 1, file);
+  }
+  for (std::size_t i = 0; i < model.materials.size(); ++i) {
+    const ImportedMaterial& material = model.materials[i];
+    file << "$ " << material.name << "\nMAT1," << i + 1 << "," << Real(material.youngsModulus) << ",,"
+         << Real(material.poissonsRatio) << "," << Real(material.density) << "\n";
+  }
+  file << "ENDDATA\n";
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,502 @@
+#include "workbench/exchange/formats/InpFile.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <deque>
+#include <numbers>
+#include <numeric>
+#include <optional>
+#include <set>
+#include <unordered_map>
+#include <utility>
+
+#include "workbench/exchange/formats/InpElements.h"
+#include "workbench/exchange/formats/InpGroups.h"
+#include "workbench/exchange/formats/InpLines.h"
+#include "workbench/mesh/ElementTypes.h"
+#include "workbench/text/Ascii.h"
+#include "workbench/text/Paths.h"
+
+namespace qd::workbench {
+
+namespace {
+
+/// A part while it is read.
+struct Part {
+  InpPart mesh;
+  std::unordered_map<std::uint64_t, std::uint32_t> placeOfElement;
+  std::vector<std::vector<std::string>> children;  // by set: names of sets that it lists
+
+  std::size_t NeedSet(const std::string& name) {
+    const auto [at, isNew] = mesh.setOf.try_emplace(UpperCase(name), mesh.sets.size());
+    if (isNew) {
+      mesh.sets.emplace_back();
+      mesh.sets.back().name = name;
+      children.emplace_back();
+    }
+    return at->second;
+  }
+};
+
+/// A section, which says what the elements of a set are made of.
+struct Section {
+  Part* part;
+  std::string set;
+  std::int32_t property;
+  std::string place;  // where it was given
+};
+
+class Reader {
+ public:
+  Reader(InpLines lines, const std::string& name, const std::function<void(double)>& progress)
+      : m_lines(std::move(lines)), m_progress(progress) {
+    m_parts.emplace_back();
+    m_parts.back().mesh.name = name;
+    m_part = &m_parts.back();
+  }
+
+  ImportedModel Read() {
+    InpLine line;
+    std::size_t count = 0;
+    while (m_lines.Next(line)) {
+      if (line.isKeyword) {
+        EndBlock();
+        Keyword(line);
+      } else if (m_data != nullptr) {
+        (this->*m_data)(line.text);
+      }
+      constexpr std::size_t kStep = 1U << 16U;
+      if (++count % kStep == 0) m_progress(m_lines.Done() * 0.8);
+    }
+    EndBlock();
+    if (!m_open.empty()) throw ImportError{"IDS_WB_IMPORT_TRUNCATED", ""};
+    return Finish();
+  }
+
+ private:
+  using Data = void (Reader::*)(std::string_view);
+  struct Instance {
+    Part part;
+    std::string name;
+  };
+
+  void Keyword(const InpLine& line);
+  void BeginElements(const InpLine& line);
+  void BeginSet(const InpLine& line);
+  void BeginSection(const InpLine& line, tagTProperty::Kind kind);
+  void BeginInstance(const InpLine& line);
+  void EndBlock();
+
+  void NodeData(std::string_view text);
+  void ElementData(std::string_view text);
+  void SetData(std::string_view text);
+  void SectionData(std::string_view text);
+  void InstanceData(std::string_view text);
+  void ElasticData(std::string_view text);
+  void DensityData(std::string_view text);
+
+  void StoreElement();
+  std::int32_t MaterialOf(const std::string& name);
+  std::vector<std::uint32_t> ElementsOf(Part& part, const std::string& name, int depth);
+  void CheckPart(Part& part);
+  void SortNodes(InpPart& mesh);
+  ImportedModel Finish();
+
+  InpLines m_lines;
+  const std::function<void(double)> m_progress;
+  ImportedModel m_model;
+  std::deque<Part> m_parts;  // the first holds what stands in no part
+  std::deque<Instance> m_instances;
+  std::map<std::string, Part*> m_partOf;
+  std::map<std::string, std::int32_t> m_materialOf;
+  std::vector<Section> m_sections;
+  Part* m_part = nullptr;
+  std::vector<std::string> m_open;  // blocks that need an end
+  Data m_data = nullptr;
+  std::vector<std::string_view> m_fields;
+
+  const InpElement* m_element = nullptr;
+  std::optional<std::size_t> m_elementSet;
+  bool m_isNetwork = false;
+  std::set<std::string> m_leftOut;      // kinds of elements of which some are not read
+  std::set<std::int64_t> m_skipped;     // the numbers of these elements
+  std::vector<std::int64_t> m_numbers;  // of an element that goes on over several lines
+  std::size_t m_set = 0;
+  Part* m_setPart = nullptr;
+  bool m_generate = false;
+  int m_dataLine = 0;
+  std::string m_beamShape;
+  bool m_composite = false;
+  std::int32_t m_currentMaterial = -1;
+};
+
+// ---- keywords -------------------------------------------------------------------------------------------
+
+void Reader::Keyword(const InpLine& line) {
+  m_data = nullptr;
+  m_dataLine = 0;
+  const std::string& keyword = line.keyword;
+  if (keyword == "NODE") {
+    m_data = &Reader::NodeData;
+  } else if (keyword == "ELEMENT") {
+    BeginElements(line);
+  } else if (keyword == "ELSET") {
+    BeginSet(line);
+  } else if (keyword == "SOLID SECTION" || keyword == "MEMBRANE SECTION") {
+    BeginSection(line, keyword == "SOLID SECTION" ? tagTProperty::Kind::Solid : tagTProperty::Kind::Shell);
+  } else if (keyword == "SHELL SECTION" || keyword == "SHELL GENERAL SECTION") {
+    BeginSection(line, tagTProperty::Kind::Shell);
+  } else if (keyword == "BEAM SECTION" || keyword == "BEAM GENERAL SECTION") {
+    BeginSection(line, tagTProperty::Kind::Beam);
+    m_beamShape = UpperCase(line.Parameter("SECTION"));
+  } else if (keyword == "MATERIAL") {
+    m_currentMaterial = MaterialOf(line.Parameter("NAME"));
+  } else if (keyword == "ELASTIC") {
+    m_data = &Reader::ElasticData;
+  } else if (keyword == "DENSITY") {
+    m_data = &Reader::DensityData;
+  } else if (keyword == "PART") {
+    m_open.emplace_back("PART");
+    m_parts.emplace_back();
+    m_part = &m_parts.back();
+    m_part->mesh.name = line.Parameter("NAME");
+    m_partOf[UpperCase(m_part->mesh.name)] = m_part;
+  } else if (keyword == "INSTANCE") {
+    BeginInstance(line);
+  } else if (keyword == "ASSEMBLY") {
+    m_open.push_back(keyword);
+  } else if (keyword == "END PART" || keyword == "END INSTANCE" || keyword == "END ASSEMBLY") {
+    // Solvers do not insist on the ends of steps, which hold no mesh.
+    const std::string block = keyword.substr(4);
+    if (m_open.empty() || m_open.back() != block) m_lines.Fail("IDS_WB_IMPORT_INP_END", line.text);
+    m_open.pop_back();
+    if (block == "PART" || block == "INSTANCE") m_part = &m_parts.front();
+  }
+}
+
+void Reader::BeginElements(const InpLine& line) {
+  const std::string type = UpperCase(line.Parameter("TYPE"));
+  m_element = FindInpElement(type);
+  if (m_element == nullptr) m_lines.Fail("IDS_WB_IMPORT_INP_TYPE", type.empty() ? line.text : type);
+  m_isNetwork = type == "D";
+  m_elementSet.reset();
+  if (line.Has("ELSET")) m_elementSet = m_part->NeedSet(line.Parameter("ELSET"));
+  m_data = &Reader::ElementData;
+}
+
+void Reader::BeginSet(const InpLine& line) {
+  const std::string name = line.Parameter("ELSET");
+  if (name.empty()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
+  m_setPart = m_part;
+  if (line.Has("INSTANCE")) {
+    const std::string wanted = UpperCase(line.Parameter("INSTANCE"));
+    const auto found = std::find_if(m_instances.begin(), m_instances.end(), [&wanted](const Instance& instance) {
+      return UpperCase(instance.name) == wanted;
+    });
+    if (found == m_instances.end()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
+    m_setPart = &found->part;
+  }
+  m_set = m_setPart->NeedSet(name);
+  m_setPart->mesh.sets[m_set].internal = line.Has("INTERNAL");
+  m_generate = line.Has("GENERATE");
+  m_data = &Reader::SetData;
+}
+
+void Reader::BeginSection(const InpLine& line, tagTProperty::Kind kind) {
+  ImportedProperty property;
+  property.name = line.Parameter("ELSET");
+  property.kind = kind;
+  if (line.Has("MATERIAL")) property.material = MaterialOf(line.Parameter("MATERIAL"));
+  m_sections.push_back(
+      {m_part, line.Parameter("ELSET"), static_cast<std::int32_t>(m_model.properties.size()), m_lines.Place()});
+  m_model.properties.push_back(std::move(property));
+  m_beamShape.clear();
+  m_composite = line.Has("COMPOSITE");
+  m_data = &Reader::SectionData;
+}
+
+void Reader::BeginInstance(const InpLine& line) {
+  const auto part = m_partOf.find(UpperCase(line.Parameter("PART")));
+  if (part == m_partOf.end()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
+  m_open.emplace_back("INSTANCE");
+  CheckPart(*part->second);
+  m_instances.push_back({*part->second, line.Parameter("NAME")});
+  m_part = &m_instances.back().part;
+  m_data = &Reader::InstanceData;
+}
+
+std::int32_t Reader::MaterialOf(const std::string& name) {
+  const auto [at, isNew] =
+      m_materialOf.try_emplace(UpperCase(name), static_cast<std::int32_t>(m_model.materials.size()));
+  if (isNew) m_model.materials.push_back({name});
+  return at->second;
+}
+
+// ---- data -----------------------------------------------------------------------------------------------
+
+void Reader::NodeData(std::string_view text) {
+  InpLines::Fields(text, m_fields);
+  const std::int64_t id = m_lines.Integer(m_fields[0]);
+  if (id <= 0) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", m_fields[0]);
+  m_part->mesh.nodeIds.push_back(static_cast<std::uint64_t>(id));
+  for (std::size_t axis = 1; axis <= 3; ++axis) {
+    const bool given = axis < m_fields.size() && !m_fields[axis].empty();
+    m_part->mesh.coordinates.push_back(given ? m_lines.Number(m_fields[axis]) : 0);
+  }
+}
+
+void Reader::ElementData(std::string_view text) {
+  InpLines::Fields(text, m_fields);
+  for (const std::string_view field : m_fields) m_numbers.push_back(m_lines.Integer(field));
+  const auto wanted = static_cast<std::size_t>(m_element->nodes) + 1;
+  if (m_numbers.size() < wanted && text.back() == ',') return;  // goes on in the next line
+  if (m_numbers.size() != wanted) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", text);
+  StoreElement();
+}
+
+void Reader::StoreElement() {
+  InpPart& mesh = m_part->mesh;
+  // The ends of networks have no node.
+  if (m_isNetwork && std::find(m_numbers.begin(), m_numbers.end(), 0) != m_numbers.end()) {
+    m_leftOut.insert("D");
+    m_skipped.insert(m_numbers.front());
+    m_numbers.clear();
+    return;
+  }
+  if (std::any_of(m_numbers.begin(), m_numbers.end(), [](std::int64_t number) { return number <= 0; })) {
+    m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", std::to_string(m_numbers.front()));
+  }
+  const auto id = static_cast<std::uint64_t>(m_numbers[0]);
+  const auto place = static_cast<std::uint32_t>(mesh.elements.size());
+  if (!m_part->placeOfElement.emplace(id, place).second) {
+    m_lines.Fail("IDS_WB_IMPORT_INP_TWICE", std::to_string(id));
+  }
+  mesh.elements.push_back(
+      {id, m_element->elementType, static_cast<std::uint32_t>(m_lines.LineNumber()), mesh.elementNodes.size()});
+  for (int node = 0; node < m_element->nodes; ++node) {
+    const int from = m_element->order.empty() ? node : m_element->order[static_cast<std::size_t>(node)];
+    mesh.elementNodes.push_back(static_cast<std::uint64_t>(m_numbers[static_cast<std::size_t>(from) + 1]));
+  }
+  if (m_elementSet) mesh.sets[*m_elementSet].elements.push_back(place);
+  m_numbers.clear();
+}
+
+void Reader::EndBlock() {
+  if (!m_numbers.empty()) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", std::to_string(m_numbers.front()));
+}
+
+void Reader::SetData(std::string_view text) {
+  InpLines::Fields(text, m_fields);
+  std::vector<std::uint32_t>& elements = m_setPart->mesh.sets[m_set].elements;
+  const auto add = [&](std::int64_t id) {
+    const auto found = m_setPart->placeOfElement.find(static_cast<std::uint64_t>(id));
+    if (found != m_setPart->placeOfElement.end()) {
+      elements.push_back(found->second);
+    } else if (!m_generate && !m_skipped.contains(id)) {
+      m_lines.Fail("IDS_WB_IMPORT_INP_ELEMENT", std::to_string(id));
+    }
+  };
+  if (m_generate) {
+    if (m_fields.size() < 2) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", text);
+    const std::int64_t first = m_lines.Integer(m_fields[0]);
+    const std::int64_t last = m_lines.Integer(m_fields[1]);
+    const std::int64_t step = m_fields.size() > 2 && !m_fields[2].empty() ? m_lines.Integer(m_fields[2]) : 1;
+    constexpr std::int64_t kMost = 1'000'000'000;
+    if (step <= 0 || last - first > kMost) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", text);
+    for (std::int64_t id = first; id <= last; id += step) add(id);
+    return;
+  }
+  for (const std::string_view field : m_fields) {
+    if (field.empty()) continue;
+    if (field.front() >= '0' && field.front() <= '9') {
+      add(m_lines.Integer(field));
+    } else {
+      const bool quoted = field.size() >= 2 && field.front() == '"' && field.back() == '"';
+      m_setPart->children[m_set].emplace_back(quoted ? field.substr(1, field.size() - 2) : field);
+    }
+  }
+}
+
+void Reader::SectionData(std::string_view text) {
+  InpLines::Fields(text, m_fields);
+  ImportedProperty& property = m_model.properties.back();
+  if (m_composite) {  // a line for each layer: thickness, points, material
+    property.size += m_lines.Number(m_fields[0]);
+    if (property.material < 0 && m_fields.size() > 2) property.material = MaterialOf(std::string(m_fields[2]));
+    return;
+  }
+  if (m_dataLine++ > 0) return;
+  std::vector<double> numbers;
+  for (const std::string_view field : m_fields) {
+    if (!field.empty()) numbers.push_back(m_lines.Number(field));
+  }
+  if (numbers.empty()) return;
+  const auto ring = [](double outer, double inner) { return std::numbers::pi * (outer * outer - inner * inner); };
+  if (property.kind != tagTProperty::Kind::Beam || m_beamShape.empty()) {
+    property.size = numbers[0];  // thickness; the area of trusses
+  } else if (m_beamShape == "RECT" && numbers.size() >= 2) {
+    property.size = numbers[0] * numbers[1];
+  } else if (m_beamShape == "CIRC") {
+    property.size = ring(numbers[0], 0);
+  } else if (m_beamShape == "PIPE" && numbers.size() >= 2) {
+    property.size = ring(numbers[0], numbers[0] - numbers[1]);
+  } else if (m_beamShape == "GENERAL") {
+    property.size = numbers[0];
+  }
+}
+
+/// A shift, then perhaps an axis by two points with an angle in degrees about it.
+void Reader::InstanceData(std::string_view text) {
+  InpLines::Fields(text, m_fields);
+  std::array<double, 7> n{};
+  for (std::size_t i = 0; i < std::min(n.size(), m_fields.size()); ++i) {
+    n[i] = m_fields[i].empty() ? 0 : m_lines.Number(m_fields[i]);
+  }
+  std::vector<double>& at = m_part->mesh.coordinates;
+  if (m_dataLine++ == 0) {
+    for (std::size_t i = 0; i < at.size(); ++i) at[i] += n[i % 3];
+    return;
+  }
+  std::array<double, 3> axis{n[3] - n[0], n[4] - n[1], n[5] - n[2]};
+  const double length = std::hypot(axis[0], axis[1], axis[2]);
+  if (length == 0) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", text);
+  for (double& part : axis) part /= length;
+  const double angle = n[6] * std::numbers::pi / 180;
+  for (std::size_t i = 0; i + 2 < at.size(); i += 3) {
+    const std::array<double, 3> r{at[i] - n[0], at[i + 1] - n[1], at[i + 2] - n[2]};
+    const double along = axis[0] * r[0] + axis[1] * r[1] + axis[2] * r[2];
+    const std::array<double, 3> across{axis[1] * r[2] - axis[2] * r[1], axis[2] * r[0] - axis[0] * r[2],
+                                       axis[0] * r[1] - axis[1] * r[0]};
+    for (std::size_t k = 0; k < 3; ++k) {
+      at[i + k] =
+          n[k] + r[k] * std::cos(angle) + across[k] * std::sin(angle) + axis[k] * along * (1 - std::cos(angle));
+    }
+  }
+}
+
+void Reader::ElasticData(std::string_view text) {
+  if (m_currentMaterial < 0 || m_dataLine++ > 0) return;  // values for other temperatures follow
+  InpLines::Fields(text, m_fields);
+  ImportedMaterial& material = m_model.materials[static_cast<std::size_t>(m_currentMaterial)];
+  material.youngsModulus = m_lines.Number(m_fields[0]);
+  if (m_fields.size() > 1 && !m_fields[1].empty()) material.poissonsRatio = m_lines.Number(m_fields[1]);
+}
+
+void Reader::DensityData(std::string_view text) {
+  if (m_currentMaterial < 0 || m_dataLine++ > 0) return;
+  InpLines::Fields(text, m_fields);
+  m_model.materials[static_cast<std::size_t>(m_currentMaterial)].density = m_lines.Number(m_fields[0]);
+}
+
+// ---- the end --------------------------------------------------------------------------------------------
+
+/// The elements that a set lists itself or through other sets.
+std::vector<std::uint32_t> Reader::ElementsOf(Part& part, const std::string& name, int depth) {
+  constexpr int kDeepest = 64;  // sets that list each other in a circle end here
+  const auto found = part.mesh.setOf.find(UpperCase(name));
+  if (found == part.mesh.setOf.end() || depth > kDeepest) throw ImportError{"IDS_WB_IMPORT_INP_SET", name};
+  std::vector<std::uint32_t>& elements = part.mesh.sets[found->second].elements;
+  for (const std::string& child : std::exchange(part.children[found->second], {})) {
+    const std::vector<std::uint32_t> more = ElementsOf(part, child, depth + 1);
+    part.mesh.sets[found->second].listed.push_back(
+        static_cast<std::uint32_t>(part.mesh.setOf.at(UpperCase(child))));
+    part.mesh.sets[found->second].elements.insert(elements.end(), more.begin(), more.end());
+  }
+  std::sort(elements.begin(), elements.end());
+  elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
+  return elements;
+}
+
+void Reader::SortNodes(InpPart& mesh) {
+  std::vector<std::size_t> order(mesh.nodeIds.size());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  if (!std::is_sorted(mesh.nodeIds.begin(), mesh.nodeIds.end())) {
+    std::stable_sort(order.begin(), order.end(),
+                     [&mesh](std::size_t a, std::size_t b) { return mesh.nodeIds[a] < mesh.nodeIds[b]; });
+    std::vector<std::uint64_t> ids;
+    std::vector<double> coordinates;
+    for (const std::size_t place : order) {
+      ids.push_back(mesh.nodeIds[place]);
+      const auto at = mesh.coordinates.begin() + static_cast<std::ptrdiff_t>(place) * 3;
+      coordinates.insert(coordinates.end(), at, at + 3);
+    }
+    mesh.nodeIds = std::move(ids);
+    mesh.coordinates = std::move(coordinates);
+  }
+  const auto twice = std::adjacent_find(mesh.nodeIds.begin(), mesh.nodeIds.end());
+  if (twice != mesh.nodeIds.end()) throw ImportError{"IDS_WB_IMPORT_INP_TWICE", std::to_string(*twice)};
+}
+
+/// Brings a part's nodes into order and finds what its elements, sets and sections refer to.
+void Reader::CheckPart(Part& part) {
+  SortNodes(part.mesh);
+  for (const InpPart::Element& element : part.mesh.elements) {
+    const int nodes = FindElementType(element.elementType)->nodes;
+    for (int i = 0; i < nodes; ++i) {
+      const std::uint64_t node = part.mesh.elementNodes[element.firstNode + static_cast<std::uint64_t>(i)];
+      if (!std::binary_search(part.mesh.nodeIds.begin(), part.mesh.nodeIds.end(), node)) {
+        throw ImportError{"IDS_WB_IMPORT_INP_NODE", std::to_string(element.line) + ": " +
+                                                        std::to_string(element.id) + " - " + std::to_string(node)};
+      }
+    }
+  }
+  for (std::size_t set = 0; set < part.mesh.sets.size(); ++set) ElementsOf(part, part.mesh.sets[set].name, 0);
+  for (const Section& section : m_sections) {
+    if (section.part != &part) continue;
+    if (!part.mesh.setOf.contains(UpperCase(section.set))) {
+      throw ImportError{"IDS_WB_IMPORT_INP_SET", section.place + ": " + section.set};
+    }
+    part.mesh.propertyOfElement.resize(part.mesh.elements.size(), -1);
+    for (const std::uint32_t element : ElementsOf(part, section.set, 0)) {
+      part.mesh.propertyOfElement[element] = section.property;
+    }
+  }
+}
+
+ImportedModel Reader::Finish() {
+  Part& loose = m_parts.front();
+  CheckPart(loose);
+  m_progress(0.9);
+  if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) AddGroups(loose.mesh, false, m_model);
+  std::uint64_t lastNode = loose.mesh.nodeIds.empty() ? 0 : loose.mesh.nodeIds.back();
+  std::uint64_t lastElement = 0;
+  for (const InpPart::Element& element : loose.mesh.elements) lastElement = std::max(lastElement, element.id);
+  // A part that is never placed is of no use to a solver, but its mesh is what the user wants to see.
+  for (const auto& [name, known] : m_partOf) {
+    Part* part = known;
+    const bool placed = std::any_of(m_instances.begin(), m_instances.end(), [part](const Instance& instance) {
+      return instance.part.mesh.name == part->mesh.name;
+    });
+    if (placed) continue;
+    CheckPart(*part);
+    m_instances.push_back({*part, part->mesh.name});
+  }
+  for (Instance& instance : m_instances) {
+    InpPart& mesh = instance.part.mesh;
+    for (std::size_t set = 0; set < mesh.sets.size(); ++set) ElementsOf(instance.part, mesh.sets[set].name, 0);
+    mesh.name = instance.name;
+    // Instances of one part have the same numbers.
+    for (std::uint64_t& node : mesh.nodeIds) node += lastNode;
+    for (std::uint64_t& node : mesh.elementNodes) node += lastNode;
+    for (InpPart::Element& element : mesh.elements) element.id += lastElement;
+    if (!mesh.nodeIds.empty()) lastNode = mesh.nodeIds.back();
+    for (const InpPart::Element& element : mesh.elements) lastElement = std::max(lastElement, element.id);
+    AddGroups(mesh, true, m_model);
+  }
+  for (const std::string& kind : m_leftOut) m_model.notes.push_back({"IDS_WB_NOTE_LEFT_OUT", kind});
+  if (m_model.meshSets.empty()) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
+  return std::move(m_model);
+}
+
+}  // namespace
+
+ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress) {
+  return Reader(InpLines(path), PathText(path.stem()), progress).Read();
+}
+
+ImportedModel ReadInpText(std::string text, const std::string& name) {
+  return Reader(InpLines(PathOf(name), std::move(text)), name, [](double) {}).Read();
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,142 @@
+#include "workbench/exchange/formats/InpLines.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <fstream>
+#include <sstream>
+
+#include "workbench/text/Ascii.h"
+#include "workbench/text/Paths.h"
+
+namespace qd::workbench {
+
+std::string InpLine::Parameter(const std::string& name) const {
+  const auto found = parameters.find(name);
+  return found != parameters.end() ? found->second : std::string();
+}
+
+InpLines::InpLines(const std::filesystem::path& path, std::string text) {
+  m_sources.push_back(std::make_unique<Source>(Source{.path = path, .text = std::move(text)}));
+}
+
+void InpLines::Open(const std::filesystem::path& path) {
+  constexpr std::size_t kDeepest = 16;  // a file that includes itself ends here
+  std::error_code error;
+  const bool readable = std::filesystem::is_regular_file(path, error) && m_sources.size() < kDeepest;
+  std::ifstream in;
+  if (readable) in.open(path, std::ios::binary);
+  if (!in.is_open()) {
+    if (m_sources.empty()) throw ImportError{"IDS_WB_IMPORT_UNREADABLE", PathText(path)};
+    Fail("IDS_WB_IMPORT_INP_INCLUDE", PathText(path));
+  }
+  auto source = std::make_unique<Source>();
+  source->path = path;
+  source->text.resize(static_cast<std::size_t>(std::filesystem::file_size(path, error)));
+  in.read(source->text.data(), static_cast<std::streamsize>(source->text.size()));
+  source->text.resize(static_cast<std::size_t>(in.gcount()));
+  m_sources.push_back(std::move(source));
+}
+
+void InpLines::Fail(const char* key, std::string_view what) const {
+  constexpr std::size_t kMostShown = 60;
+  throw ImportError{key, Place() + ": " + std::string(what.substr(0, kMostShown))};
+}
+
+std::string InpLines::Place() const {
+  const Source& source = *m_sources.back();
+  return PathText(source.path.filename()) + ", " + std::to_string(source.line);
+}
+
+double InpLines::Done() const {
+  const Source& source = *m_sources.front();
+  return source.text.empty() ? 1 : static_cast<double>(source.at) / static_cast<double>(source.text.size());
+}
+
+bool InpLines::Raw(std::string_view& text) {
+  Source& source = *m_sources.back();
+  if (source.at >= source.text.size()) return false;
+  const std::size_t end = std::min(source.text.find('\n', source.at), source.text.size());
+  text = Trimmed(std::string_view(source.text).substr(source.at, end - source.at));
+  source.at = end + 1;
+  ++source.line;
+  return true;
+}
+
+bool InpLines::Next(InpLine& line) {
+  for (;;) {
+    std::string_view text;
+    if (!Raw(text)) {
+      if (m_sources.size() == 1) return false;
+      m_sources.pop_back();
+      continue;
+    }
+    if (text.empty() || text.starts_with("**")) continue;
+    line.text = text;
+    line.isKeyword = text.front() == '*';
+    if (!line.isKeyword) return true;
+    if (text.back() == ',') {
+      m_joined = text;
+      while (m_joined.back() == ',' && Raw(text)) m_joined += text;
+      line.text = m_joined;
+    }
+    ParseKeyword(line);
+    if (line.keyword != "INCLUDE") return true;
+    const std::filesystem::path included = PathOf(line.Parameter("INPUT"));
+    Open(included.is_absolute() ? included : m_sources.back()->path.parent_path() / included);
+  }
+}
+
+void InpLines::ParseKeyword(InpLine& line) {
+  line.parameters.clear();
+  std::vector<std::string_view> fields;
+  Fields(line.text.substr(1), fields);
+  std::istringstream words(fields.empty() ? std::string() : UpperCase(fields.front()));
+  line.keyword.clear();
+  for (std::string word; words >> word;) line.keyword += line.keyword.empty() ? word : " " + word;
+  for (std::size_t i = 1; i < fields.size(); ++i) {
+    const std::size_t equals = fields[i].find('=');
+    const std::string_view name = Trimmed(fields[i].substr(0, equals));
+    std::string_view value =
+        equals != std::string_view::npos ? Trimmed(fields[i].substr(equals + 1)) : std::string_view();
+    if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
+      value = value.substr(1, value.size() - 2);
+    line.parameters[UpperCase(name)] = value;
+  }
+}
+
+void InpLines::Fields(std::string_view text, std::vector<std::string_view>& fields) {
+  fields.clear();
+  while (!text.empty()) {
+    const std::size_t comma = std::min(text.find(','), text.size());
+    fields.push_back(Trimmed(text.substr(0, comma)));
+    text.remove_prefix(std::min(comma + 1, text.size()));
+  }
+}
+
+std::int64_t InpLines::Integer(std::string_view field) const {
+  std::int64_t value = 0;
+  const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
+  if (error != std::errc() || end != field.data() + field.size()) Fail("IDS_WB_IMPORT_INP_NUMBER", field);
+  return value;
+}
+
+double InpLines::Number(std::string_view field) const {
+  if (field.starts_with('+')) field.remove_prefix(1);
+  double value = 0;
+  const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
+  const bool whole = error == std::errc() && end == field.data() + field.size();
+  if (!whole) {
+    // Old files write exponents with D.
+    std::string text(field);
+    const std::size_t exponent = text.find_first_of("dD");
+    if (exponent == std::string::npos) Fail("IDS_WB_IMPORT_INP_NUMBER", field);
+    text[exponent] = 'e';
+    const auto [last, again] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (again != std::errc() || last != text.data() + text.size()) Fail("IDS_WB_IMPORT_INP_NUMBER", field);
+  }
+  if (!std::isfinite(value)) Fail("IDS_WB_IMPORT_INP_NUMBER", field);
+  return value;
+}
+
+}  // namespace qd::workbench

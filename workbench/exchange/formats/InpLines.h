@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "workbench/exchange/pipe/ImportedModel.h"
+
+namespace qd::workbench {
+
+/// One line of a solver input file that is no comment, with where it stands.
+struct InpLine {
+  std::string_view text;  ///< without blanks at its ends
+  bool isKeyword = false;
+  std::string keyword;                            ///< upper case, words divided by one blank
+  std::map<std::string, std::string> parameters;  ///< names in upper case, values as written
+
+  /// Empty when the parameter is missing.
+  std::string Parameter(const std::string& name) const;
+  bool Has(const std::string& name) const { return parameters.contains(name); }
+};
+
+/// Reads the lines of an input file and of the files that it includes. Errors are thrown as ImportError that name
+/// file and line.
+class InpLines {
+ public:
+  explicit InpLines(const std::filesystem::path& path) { Open(path); }
+  /// Reads a text as if it stood in a file of this name.
+  InpLines(const std::filesystem::path& path, std::string text);
+
+  /// The next line; false at the end. An include is followed here.
+  bool Next(InpLine& line);
+  /// Throws an error at the line that was read last.
+  [[noreturn]] void Fail(const char* key, std::string_view what) const;
+  /// Names the line that was read last.
+  std::string Place() const;
+  std::size_t LineNumber() const { return m_sources.back()->line; }
+  /// Share of the outermost file that was read.
+  double Done() const;
+
+  /// The fields of a data line, divided by commas, without blanks. A comma at the end adds none.
+  static void Fields(std::string_view text, std::vector<std::string_view>& fields);
+  std::int64_t Integer(std::string_view field) const;
+  double Number(std::string_view field) const;
+
+ private:
+  struct Source {
+    std::filesystem::path path;
+    std::string text;
+    std::size_t at = 0;
+    std::size_t line = 0;
+  };
+  void Open(const std::filesystem::path& path);
+  /// The next line as it stands, without its end; false at the end of the innermost file.
+  bool Raw(std::string_view& text);
+  void ParseKeyword(InpLine& line);
+
+  std::vector<std::unique_ptr<Source>> m_sources;  // the including ones first
+  std::string m_joined;                            // a keyword that goes on over several lines
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string_view>
+#include <vector>
+
+#include "workbench/exchange/formats/ExportModel.h"
+#include "workbench/exchange/formats/TextFile.h"
+
+namespace qd::workbench {
+
+/// All nodes of a model, each once, in ascending order of their numbers; the value points at x, y, z.
+std::map<std::uint64_t, const double*> NodesOf(const ExportModel& model);
+
+/// The nodes of an element in the order in which a format wants them, by words like "0 01 1": a corner, or the
+/// node in the middle of the edge between two.
+std::vector<std::size_t> OrderFromWords(int elementType, std::string_view words);
+
+// One writer for each format. They throw an ImportError for what the format cannot hold.
+void WriteInp(const ExportModel& model, TextFile& file);
+void WriteMsh(const ExportModel& model, TextFile& file);
+void WriteUnv(const ExportModel& model, TextFile& file);
+void WriteBdf(const ExportModel& model, TextFile& file);
+void WriteStl(const ExportModel& model, TextFile& file);
+
+/// Whether a kind of element has a place in the format.
+bool UnvHolds(int elementType);
+bool BdfHolds(int elementType);
+
+}  // namespace qd::workbench

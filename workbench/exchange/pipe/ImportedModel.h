@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/Records.h"
+
+namespace qd::workbench {
+
+/// One body of a CAD file. Texts are UTF-8.
+struct ImportedPart {
+  std::string name;
+  std::string assembly;  ///< path of the assembly that holds it, names divided by "/"; empty at top level
+  COLORREF colour = Rgb(0xB0, 0xB8, 0xC4);
+  TopologyKind kind = TopologyKind::Solid;
+  PartShape shape;
+};
+
+struct ImportedMaterial {
+  std::string name;
+  double youngsModulus = 0;
+  double poissonsRatio = 0;
+  double density = 0;
+};
+
+struct ImportedProperty {
+  std::string name;
+  tagTProperty::Kind kind = tagTProperty::Kind::Solid;
+  double size = 0;
+  std::int32_t material = -1;  ///< by place, -1 for none
+};
+
+/// One group of elements of a mesh file.
+struct ImportedMeshSet {
+  std::string name;
+  std::int32_t parent = -1;    ///< an earlier set, by place; -1 at top level
+  std::int32_t property = -1;  ///< by place, -1 for none
+  MeshData mesh;
+};
+
+/// A named group of elements, by their numbers.
+struct NamedGroup {
+  std::string name;
+  std::vector<std::uint64_t> elements;
+};
+
+/// Something that the user should know of a file that was read nevertheless: a message key and a detail for it.
+struct ImportNote {
+  std::string key;
+  std::string detail;
+};
+
+/// Why a file cannot be read or written.
+struct ImportError {
+  std::string key;     ///< message key of the reason
+  std::string detail;  ///< for the text's "%s", may be empty
+};
+
+struct ImportedModel {
+  std::vector<ImportedPart> parts;
+  std::vector<ImportedMaterial> materials;
+  std::vector<ImportedProperty> properties;
+  std::vector<ImportedMeshSet> meshSets;
+  std::vector<ImportNote> notes;
+};
+
+}  // namespace qd::workbench

@@ -1,0 +1,203 @@
+#include "workbench/exchange/pipe/Protocol.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "workbench/mesh/ModelBytes.h"
+
+namespace qd::workbench {
+
+namespace {
+
+constexpr std::size_t kFrameHead = sizeof(std::uint32_t) + sizeof(std::uint64_t);
+
+}  // namespace
+
+std::string EncodeProgress(std::uint32_t thousandths) {
+  return ByteWriter().Put(thousandths).Take();
+}
+
+std::optional<std::uint32_t> DecodeProgress(std::string_view payload) {
+  std::uint32_t thousandths = 0;
+  if (!ByteReader(payload).Get(thousandths).IsWhole() || thousandths > 1000) return std::nullopt;
+  return thousandths;
+}
+
+std::string EncodeBeat(std::uint64_t bytesMoved) {
+  return ByteWriter().Put(bytesMoved).Take();
+}
+
+std::optional<std::uint64_t> DecodeBeat(std::string_view payload) {
+  std::uint64_t bytesMoved = 0;
+  if (!ByteReader(payload).Get(bytesMoved).IsWhole()) return std::nullopt;
+  return bytesMoved;
+}
+
+std::string Encode(const ImportedPart& part) {
+  ByteWriter writer;
+  writer.Put(part.name).Put(part.assembly).Put(part.colour).Put(part.kind);
+  PutShape(writer, part.shape);
+  return writer.Take();
+}
+
+std::optional<ImportedPart> DecodePart(std::string_view payload) {
+  ImportedPart part;
+  ByteReader reader(payload);
+  reader.Get(part.name).Get(part.assembly).Get(part.colour).Get(part.kind);
+  const bool sound = GetShape(reader, part.shape) && reader.IsWhole() && part.kind <= TopologyKind::Compound;
+  return sound ? std::optional(std::move(part)) : std::nullopt;
+}
+
+std::string Encode(const ImportedMeshSet& set) {
+  ByteWriter writer;
+  writer.Put(set.name).Put(set.parent).Put(set.property);
+  PutMesh(writer, set.mesh);
+  return writer.Take();
+}
+
+std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload) {
+  ImportedMeshSet set;
+  ByteReader reader(payload);
+  reader.Get(set.name).Get(set.parent).Get(set.property);
+  const bool sound = GetMesh(reader, set.mesh) && reader.IsWhole();
+  return sound ? std::optional(std::move(set)) : std::nullopt;
+}
+
+std::string Encode(const ImportedMaterial& material) {
+  return ByteWriter()
+      .Put(material.name)
+      .Put(material.youngsModulus)
+      .Put(material.poissonsRatio)
+      .Put(material.density)
+      .Take();
+}
+
+std::optional<ImportedMaterial> DecodeMaterial(std::string_view payload) {
+  ImportedMaterial material;
+  const bool whole = ByteReader(payload)
+                         .Get(material.name)
+                         .Get(material.youngsModulus)
+                         .Get(material.poissonsRatio)
+                         .Get(material.density)
+                         .IsWhole();
+  return whole ? std::optional(material) : std::nullopt;
+}
+
+std::string Encode(const ImportedProperty& property) {
+  return ByteWriter().Put(property.name).Put(property.kind).Put(property.size).Put(property.material).Take();
+}
+
+std::optional<ImportedProperty> DecodeProperty(std::string_view payload) {
+  ImportedProperty property;
+  const bool whole = ByteReader(payload)
+                         .Get(property.name)
+                         .Get(property.kind)
+                         .Get(property.size)
+                         .Get(property.material)
+                         .IsWhole();
+  return whole && property.kind <= tagTProperty::Kind::Beam ? std::optional(property) : std::nullopt;
+}
+
+std::string Encode(const ImportNote& note) {
+  return ByteWriter().Put(note.key).Put(note.detail).Take();
+}
+
+std::optional<ImportNote> DecodeNote(std::string_view payload) {
+  ImportNote note;
+  return ByteReader(payload).Get(note.key).Get(note.detail).IsWhole() ? std::optional(note) : std::nullopt;
+}
+
+std::string Encode(const ImportError& error) {
+  return ByteWriter().Put(error.key).Put(error.detail).Take();
+}
+
+std::optional<ImportError> DecodeError(std::string_view payload) {
+  ImportError error;
+  if (!ByteReader(payload).Get(error.key).Get(error.detail).IsWhole()) return std::nullopt;
+  return error;
+}
+
+std::string Encode(const ShapeOperation& operation) {
+  ByteWriter writer;
+  writer.Put(operation.kind)
+      .Put(operation.point)
+      .Put(operation.vector)
+      .Put(operation.amount)
+      .Put(operation.dimension)
+      .Put(operation.mapped)
+      .Put(operation.secondOrder)
+      .Put(operation.target);
+  writer.Put(static_cast<std::uint64_t>(operation.operands.size()));
+  for (const ShapeOperation::Operand& operand : operation.operands) {
+    writer.Put(operand.name).Put(operand.brep).Put(operand.kind);
+  }
+  return writer.Take();
+}
+
+std::optional<ShapeOperation> DecodeOperation(std::string_view payload) {
+  ShapeOperation operation;
+  ByteReader reader(payload);
+  std::uint64_t operands = 0;
+  reader.Get(operation.kind)
+      .Get(operation.point)
+      .Get(operation.vector)
+      .Get(operation.amount)
+      .Get(operation.dimension)
+      .Get(operation.mapped)
+      .Get(operation.secondOrder)
+      .Get(operation.target);
+  reader.Get(operands);
+  for (std::uint64_t i = 0; i < operands && reader.IsGood(); ++i) {
+    ShapeOperation::Operand& operand = operation.operands.emplace_back();
+    reader.Get(operand.name).Get(operand.brep).Get(operand.kind);
+    if (operand.kind > TopologyKind::Compound) return std::nullopt;
+  }
+  if (!reader.IsWhole() || operation.kind > ShapeOperationKind::Mesh) return std::nullopt;
+  return operation;
+}
+
+std::string FrameOf(FrameType type, std::string_view payload) {
+  std::string frame = ByteWriter().Put(type).Put(static_cast<std::uint64_t>(payload.size())).Take();
+  frame.append(payload);
+  return frame;
+}
+
+bool FrameReader::Feed(std::string_view bytes) {
+  while (!m_broken) {
+    if (m_head.size() < kFrameHead) {
+      const std::size_t part = std::min(kFrameHead - m_head.size(), bytes.size());
+      m_head.append(bytes.substr(0, part));
+      bytes.remove_prefix(part);
+      if (m_head.size() < kFrameHead) return true;
+      if (!BeginFrame()) break;
+    }
+    const std::size_t part =
+        static_cast<std::size_t>(std::min<std::uint64_t>(m_length - m_payload.size(), bytes.size()));
+    m_payload.append(bytes.substr(0, part));
+    bytes.remove_prefix(part);
+    if (m_payload.size() < m_length) return true;
+    m_ready.push_back({m_type, std::exchange(m_payload, {})});
+    m_head.clear();
+  }
+  return false;
+}
+
+/// Reads the head that has arrived, and counts the frame before any of it is kept.
+bool FrameReader::BeginFrame() {
+  constexpr std::uint64_t kKeeping = 512;  // bytes that a record takes beside its payload
+  ByteReader(m_head).Get(m_type).Get(m_length);
+  // A beat is not kept.
+  const std::uint64_t cost = m_type == FrameType::Beat && m_length <= kKeeping ? 0 : kKeeping + m_length;
+  m_broken = m_length > m_limits.frame || cost > m_limits.total - m_total;
+  if (!m_broken) m_total += cost;
+  return !m_broken;
+}
+
+std::optional<FrameReader::Frame> FrameReader::Next() {
+  if (m_ready.empty()) return std::nullopt;
+  Frame frame = std::move(m_ready.front());
+  m_ready.pop_front();
+  return frame;
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,113 @@
+#include "workbench/exchange/store/ApplyResults.h"
+
+#include <functional>
+#include <utility>
+
+#include "host/CTransaction.h"
+#include "workbench/model/MeshNumbers.h"
+
+namespace qd::workbench {
+
+namespace {
+
+bool AreAsTheyWere(Database& database, const std::vector<WorkedPart>& parts) {
+  for (const WorkedPart& part : parts) {
+    if (database.GetDataType(part.itr) != kDataGeom) return false;
+    if (database.GetGeomPool().GetAtNU(part.itr)->shape != part.shape) return false;
+  }
+  return true;
+}
+
+int Act(Database& database, const CString& title, const std::function<bool()>& writes) {
+  CTransaction transaction(&database);
+  if (transaction.Begin(title) == 0 || !writes()) return 0;
+  return transaction.Commit(1);
+}
+
+enum class Target { SameParts, NewParts };
+
+/// Stores one result for each part, in it or as a part of its own.
+int StoreShapes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+                const CString& title, Target target) {
+  if (results.parts.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
+  GeomPool& pool = database.GetGeomPool();
+  return Act(database, title, [&] {
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      tagTGeom record = *pool.GetAtNU(parts[i].itr);
+      record.kind = results.parts[i].kind;
+      record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
+      if (target == Target::SameParts) {
+        if (pool.Change(parts[i].itr, std::move(record)) == 0) return false;
+        continue;
+      }
+      record.gset = database.GetGsetPool().GetCurrentSet();
+      record.material = 0;
+      record.cadItem = pool.NextNumber();
+      if (pool.Add(std::move(record)) == 0) return false;
+    }
+    return true;
+  });
+}
+
+}  // namespace
+
+int ReplaceShapes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+                  const CString& title) {
+  return StoreShapes(database, parts, std::move(results), title, Target::SameParts);
+}
+
+int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+             const CString& title) {
+  return StoreShapes(database, parts, std::move(results), title, Target::NewParts);
+}
+
+namespace {
+
+/// What the generator was given, as the property page shows it.
+tagTMGInfo GenerationOf(const ShapeOperation& operation, iterator part) {
+  constexpr int kSurfaces = 1;
+  constexpr int kUserSize = 1;
+  tagTMGInfo generation;
+  generation.kind = operation.dimension == 3 ? 0 : kSurfaces;
+  generation.method = operation.mapped ? tagTMGInfo::kMapSolid : tagTMGInfo::kAutoSolid;
+  generation.targets = {part};
+  generation.options["IDS_HWB_MESH_ELEM_SIZE"] = kUserSize;
+  generation.options["IDS_QDMESH_MESHSIZE_ST"] = operation.amount;
+  generation.options["IDS_HWB_MESH_HIGH_ORDER"] = operation.secondOrder;
+  if (!operation.mapped) generation.options["IDS_HWB_MESH_3D_MESHER"] = 0;
+  return generation;
+}
+
+}  // namespace
+
+int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+              const ShapeOperation& operation, const CString& title) {
+  if (results.meshSets.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
+  MsetPool& meshes = database.GetMsetPool();
+  return Act(database, title, [&] {
+    Numbering next = NextNumbers(meshes);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      const iterator before = meshes.GetItrByGeomItr(parts[i].itr);
+      const tagTGeom& geom = *database.GetGeomPool().GetAtNU(parts[i].itr);
+      tagTMset record;
+      if (before != 0) {
+        record = *meshes.GetAtNU(before);  // keeps its name, its colour and its place
+        const iterator old = database.GetMGInfoPool().GetItrByKey(record.mgInfo);
+        if (old != 0 && database.GetMGInfoPool().Delete(old) == 0) return false;
+      } else {
+        record.name = geom.name;
+        record.colour = geom.colour;
+        record.geom = parts[i].itr;
+      }
+      const iterator generation = database.GetMGInfoPool().Add(GenerationOf(operation, parts[i].itr));
+      if (generation == 0) return false;
+      record.mgInfo = MGInfoPool::KeyOf(generation);
+      PutMesh(record, next.Apply(std::make_shared<const MeshData>(std::move(results.meshSets[i].mesh))));
+      next.Continue(*record.mesh);
+      if (before != 0 ? meshes.Modify(before, record) == 0 : meshes.Add(record) == 0) return false;
+    }
+    return true;
+  });
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,128 @@
+#include "workbench/exchange/store/StoreImport.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <utility>
+
+#include "host/CMSGFunction.h"
+#include "host/CTransaction.h"
+#include "workbench/model/MeshNumbers.h"
+#include "workbench/text/Utf8.h"
+
+namespace qd::workbench {
+
+namespace {
+
+CString NameOf(const std::string& utf8) {
+  CString name = FromUtf8(utf8);
+  // Code 0 divides the columns of a row, so no name holds it.
+  std::erase(name, L'\0');
+  return CutName(name);
+}
+
+/// Parts outside of assemblies go to the current set; a document without sets gets its first one.
+iterator DefaultSet(Database& database) {
+  GsetPool& sets = database.GetGsetPool();
+  if (const iterator current = sets.GetCurrentSet(); current != 0) return current;
+  tagTGset first;
+  first.name = sets.GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));
+  return sets.Add(std::move(first));
+}
+
+bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
+  std::map<std::string, iterator> setOf;
+  iterator defaultSet = 0;
+  for (ImportedPart& part : parts) {
+    tagTGeom record;
+    if (!part.assembly.empty()) {
+      iterator& set = setOf[part.assembly];
+      if (set == 0) {
+        tagTGset group;
+        group.name = NameOf(part.assembly);
+        set = database.GetGsetPool().Add(std::move(group));
+        if (set == 0) return false;
+      }
+      record.gset = set;
+    } else {
+      if (defaultSet == 0) defaultSet = DefaultSet(database);
+      if (defaultSet == 0) return false;
+      record.gset = defaultSet;
+    }
+    record.name = NameOf(part.name);
+    record.colour = part.colour & 0xFFFFFFU;
+    record.kind = part.kind;
+    record.cadItem = database.GetGeomPool().NextNumber();
+    record.shape = std::make_shared<const PartShape>(std::move(part.shape));
+    if (database.GetGeomPool().Add(std::move(record)) == 0) return false;
+  }
+  return true;
+}
+
+/// Names are unique among materials and the like only where the file made them so; equal ones are one.
+std::vector<iterator> StoreMaterials(Database& database, const std::vector<ImportedMaterial>& materials) {
+  std::vector<iterator> itrs;
+  for (const ImportedMaterial& material : materials) {
+    tagTMaterial record;
+    record.name = NameOf(material.name);
+    record.youngsModulus = material.youngsModulus;
+    record.poissonsRatio = material.poissonsRatio;
+    record.density = material.density;
+    itrs.push_back(database.GetMaterialPool().Add(std::move(record)));
+  }
+  return itrs;
+}
+
+iterator At(const std::vector<iterator>& itrs, std::int32_t place) {
+  return place >= 0 && static_cast<std::size_t>(place) < itrs.size() ? itrs[static_cast<std::size_t>(place)] : 0;
+}
+
+std::vector<iterator> StoreProperties(Database& database, const std::vector<ImportedProperty>& properties,
+                                      const std::vector<iterator>& materials) {
+  std::vector<iterator> itrs;
+  for (const ImportedProperty& property : properties) {
+    tagTProperty record;
+    record.name = NameOf(property.name);
+    record.kind = property.kind;
+    record.size = property.size;
+    record.material = At(materials, property.material);
+    itrs.push_back(database.GetPropertyPool().Add(std::move(record)));
+  }
+  return itrs;
+}
+
+bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets,
+                   const std::vector<iterator>& properties) {
+  MsetPool& pool = database.GetMsetPool();
+  const Numbering numbering = NextNumbers(pool);
+  std::vector<iterator> itrs;
+  for (ImportedMeshSet& set : sets) {
+    tagTMset record;
+    record.name = NameOf(set.name);
+    record.colour = pool.GetNewColor();
+    if (const iterator parent = At(itrs, set.parent); parent != 0) record.parent = pool.GetAtNU(parent)->key;
+    record.property = At(properties, set.property);
+    PutMesh(record, numbering.Apply(std::make_shared<const MeshData>(std::move(set.mesh))));
+    itrs.push_back(pool.Add(record));
+    if (itrs.back() == 0) return false;
+  }
+  return true;
+}
+
+bool AreAll(const std::vector<iterator>& itrs) {
+  return std::find(itrs.begin(), itrs.end(), iterator{0}) == itrs.end();
+}
+
+}  // namespace
+
+int StoreImport(Database& database, ImportedModel model, const CString& title) {
+  CTransaction transaction(&database);
+  if (transaction.Begin(title) == 0) return 0;
+  if (!StoreParts(database, model.parts)) return 0;
+  const std::vector<iterator> materials = StoreMaterials(database, model.materials);
+  const std::vector<iterator> properties = StoreProperties(database, model.properties, materials);
+  if (!AreAll(materials) || !AreAll(properties) || !StoreMeshSets(database, model.meshSets, properties)) return 0;
+  return transaction.Commit(1);
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/model/Database.h"
+
+namespace qd::workbench {
+
+/// Adds everything that was imported to the database as one act under this title: geometry sets from the
+/// assemblies, parts, mesh sets. Returns 1, or 0 with the database as it was.
+int StoreImport(Database& database, ImportedModel model, const CString& title);
+
+}  // namespace qd::workbench

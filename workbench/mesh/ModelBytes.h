@@ -1,0 +1,17 @@
+#pragma once
+
+#include "host/Records.h"
+#include "workbench/mesh/Bytes.h"
+
+namespace qd::workbench {
+
+// Shapes and meshes as bytes: for the pipe of the exchange program and for documents.
+
+void PutShape(ByteWriter& writer, const PartShape& shape);
+/// False for bytes that are cut short or hold a shape whose parts do not fit each other.
+bool GetShape(ByteReader& reader, PartShape& shape);
+void PutMesh(ByteWriter& writer, const MeshData& mesh);
+/// Likewise; elements are of known types, their nodes among those of the mesh.
+bool GetMesh(ByteReader& reader, MeshData& mesh);
+
+}  // namespace qd::workbench
