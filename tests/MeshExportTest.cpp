@@ -67,6 +67,7 @@ class MeshFiles : public MeshTest {
     return text.str();
   }
   fs::path m_folder;
+  ExportReport m_report;
 };
 
 TEST_F(MeshFiles, SolverInputReadsBackWithTheSameGroupsNodesAndMaterials) {
@@ -90,7 +91,7 @@ TEST_F(MeshFiles, SolverInputReadsBackWithTheSameGroupsNodesAndMaterials) {
     ASSERT_EQ(Pool().Modify(solids, record), 1);
   });
   const fs::path path = m_folder / "model.inp";
-  const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn);
+  const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
   ASSERT_FALSE(error) << error->key;
   Database back;
   ImportedModel model = ReadInpFile(path, [](double) {});
@@ -122,18 +123,114 @@ TEST_F(MeshFiles, OnlyWhatIsChosenIsWrittenWithTheGroupsAboveIt) {
   EXPECT_EQ(model.sets[2].parent, 1);
 }
 
+struct ReportCase {
+  const char* format;
+  std::uint64_t nodes;
+  std::uint64_t elements;
+  std::uint64_t groups;
+  std::vector<std::string> notes;  // key and names, in the order of keys
+};
+void PrintTo(const ReportCase& report, std::ostream* out) {
+  *out << report.format;
+}
+class WhatIsNotInTheFile : public MeshFiles, public ::testing::WithParamInterface<ReportCase> {};
+
+TEST_P(WhatIsNotInTheFile, IsNotedByNameAndTheRestIsCounted) {
+  const iterator body = AddElementSet(L"Body", 0, {5});
+  AddElementSet(L"Rib", body, {4, 16, 12});
+  AddElementSet(L"void", 0, {});
+  const iterator beams = AddElementSet(L"a \"beam\"", 0, {1});
+  Act([&] {
+    tagTMaterial steel;
+    steel.name = L"Steel";
+    tagTProperty property;
+    property.name = L"Bar";
+    property.kind = tagTProperty::Kind::Beam;
+    property.material = Data().GetMaterialPool().Add(steel);
+    tagTMset record = Mset(beams);
+    record.property = Data().GetPropertyPool().Add(property);
+    ASSERT_EQ(Pool().Modify(beams, record), 1);
+  });
+  ASSERT_TRUE(AddNode(Data(), body, {9, 9, 9}, L"node").IsDone());
+  const fs::path path = m_folder / ("model." + std::string(GetParam().format));
+  const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
+  ASSERT_FALSE(error) << error->key;
+  std::vector<std::string> notes;
+  for (const ImportNote& note : m_report.notes) notes.push_back(note.key.substr(14) + "|" + note.detail);
+  std::vector<std::string> expected = GetParam().notes;
+  std::sort(notes.begin(), notes.end());
+  std::sort(expected.begin(), expected.end());
+  EXPECT_EQ(notes, expected);
+  EXPECT_EQ(m_report.nodes, GetParam().nodes);
+  EXPECT_EQ(m_report.elements, GetParam().elements);
+  EXPECT_EQ(m_report.groups, GetParam().groups);
+}
+
+const std::string kBeam = "a _beam_";
+const std::string kRenamed = "RENAMED|a \"beam\" → a _beam_";
+INSTANTIATE_TEST_SUITE_P(
+    Formats, WhatIsNotInTheFile,
+    ::testing::Values(
+        ReportCase{"inp",
+                   23,
+                   4,
+                   4,
+                   {kRenamed, "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)",
+                    "NODES_ALONE|Body (1)"}},
+        ReportCase{"msh",
+                   49,
+                   5,
+                   4,
+                   {kRenamed, "LEFT_EMPTY|void", "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib",
+                    "LEFT_PROPERTIES|Bar", "LEFT_NODES|Body (1)", "SPLIT|Rib"}},
+        ReportCase{
+            "unv",
+            23,
+            4,
+            3,
+            {kRenamed, "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)", "LEFT_EMPTY|void",
+             "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib", "LEFT_PROPERTIES|Bar", "NODES_ALONE|Body (1)"}},
+        ReportCase{"bdf",
+                   23,
+                   4,
+                   3,
+                   {kRenamed, "BEAMS|" + kBeam,
+                    "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)", "LEFT_EMPTY|void",
+                    "LEFT_NAMES|Body, Rib, " + kBeam, "LEFT_NESTING|Body/Rib", "NODES_ALONE|Body (1)"}},
+        ReportCase{"stl",
+                   0,
+                   30,
+                   2,
+                   {kRenamed, "LEFT_ELEMENTS|" + kBeam + ": " + std::string(FindElementType(1)->name) + " (1)",
+                    "LEFT_EMPTY|void", "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib", "LEFT_NODES|Body (1)",
+                    "LEFT_PROPERTIES|Bar", "SKIN|Body, Rib", "STRAIGHT|Rib"}}),
+    [](const auto& report) { return std::string(report.param.format); });
+
+TEST_F(MeshFiles, NumbersThatNoReaderTakesAreRefused) {
+  auto mesh = std::make_shared<MeshData>(*OneElement(4, 0, 3'000'000'000));
+  ExportModel model;
+  model.sets.push_back({"A", -1, -1, mesh});
+  for (const char* name : {"a.inp", "a.msh", "a.unv", "a.bdf"}) {
+    const auto error = WriteMeshFile(m_folder / name, model, kGoOn, m_report);
+    ASSERT_TRUE(error) << name;
+    EXPECT_EQ(error->key, "IDS_WB_EXPORT_NUMBER") << name;
+  }
+}
+
 TEST_F(MeshFiles, AFailedExportLeavesTheOldFile) {
   AddElementSet(L"A", 0, {12});
   for (const char* name : {"a.inp", "a.unv", "a.bdf", "a.xyz"}) {
     std::ofstream(m_folder / name) << "old";
-    const auto error = WriteMeshFile(m_folder / name, CollectExport(Data(), Pool().GetItrList()), kGoOn);
+    const auto error = WriteMeshFile(m_folder / name, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
     ASSERT_TRUE(error) << name;
     EXPECT_EQ(error->key, std::string(name) == "a.xyz" ? "IDS_WB_EXPORT_FORMAT" : "IDS_WB_EXPORT_ELEMENT_TYPE");
     EXPECT_EQ(Contents(m_folder / name), "old");
   }
-  EXPECT_EQ(WriteMeshFile(m_folder / "none" / "a.msh", CollectExport(Data(), Pool().GetItrList()), kGoOn)->key,
-            "IDS_WB_EXPORT_UNWRITABLE");
-  EXPECT_EQ(WriteMeshFile(m_folder / "b.msh", CollectExport(Data(), {}), kGoOn)->key, "IDS_WB_EXPORT_NOTHING");
+  EXPECT_EQ(
+      WriteMeshFile(m_folder / "none" / "a.msh", CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report)->key,
+      "IDS_WB_EXPORT_UNWRITABLE");
+  EXPECT_EQ(WriteMeshFile(m_folder / "b.msh", CollectExport(Data(), {}), kGoOn, m_report)->key,
+            "IDS_WB_EXPORT_NOTHING");
   EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()), 4);
 }
 
@@ -141,7 +238,8 @@ TEST_F(MeshFiles, AStoppedExportLeavesNothing) {
   auto large = std::make_shared<MeshData>(*Strip(40'000, 1));
   ExportModel model;
   model.sets.push_back({"large", -1, -1, large});
-  const auto error = WriteMeshFile(m_folder / "a.msh", model, [](double) { return false; });
+  const auto error = WriteMeshFile(
+      m_folder / "a.msh", model, [](double) { return false; }, m_report);
   ASSERT_TRUE(error);
   EXPECT_EQ(error->key, "");
   EXPECT_TRUE(fs::is_empty(m_folder));

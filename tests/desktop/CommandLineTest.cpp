@@ -82,6 +82,9 @@ TEST_F(CommandLine, WrongUseIsSaidInASentence) {
                {{"--print-tree", "--print-tree"}, "--print-tree"},
                {{"--print-tree", "--verify", "a.qdw"}, "--verify"},
                {{"--print-tree", "a.qdw", "b.qdw"}, "b.qdw"},
+               {{"--export", "out.msh"}, "--export"},
+               {{"--export", "out.xyz", "a.inp"}, "xyz"},
+               {{"--export", "out", "a.inp"}, "out"},
                {{"--print-tree", ""}, "name"},
                {{"--print-tree", "--language", "xx"}, "xx"},
                {{"--variant=none"}, "none"}};
@@ -108,6 +111,44 @@ TEST_F(CommandLine, AnyBytesAreAFileName) {
     EXPECT_THAT(run.out, HasSubstr("PLATE")) << name;
     std::filesystem::remove(Path(name));  // the toolkit's folder does not see all of them
   }
+}
+
+TEST_F(CommandLine, FilesAreExportedWithWhatTheFormatCannotHoldSaidByName) {
+  std::ofstream(Path("plate.inp")) << kTriangle << "*ELSET, ELSET=ALL\nPLATE,\n";
+  const Ended run = Start({"--export", Path("out.msh"), Path("plate.inp")});
+  EXPECT_EQ(run.status, 0) << run.errors;
+  EXPECT_THAT(run.errors, HasSubstr("nodes: 3, elements: 1, groups: 1"));
+  EXPECT_THAT(run.errors, HasSubstr("ALL/PLATE"));
+  EXPECT_THAT(Files::Read(QString::fromStdString(Path("out.msh"))).toStdString(), HasSubstr("2 2 \"PLATE\""));
+}
+
+TEST_F(CommandLine, AFailedExportHarmsNothing) {
+  std::ofstream(Path("good.inp")) << kTriangle;
+  std::ofstream(Path("bad.inp")) << "*NODE\nx\n";
+  std::ofstream(Path("old.msh")) << "old";
+  std::filesystem::create_hard_link(Path("good.inp"), Path("same.inp"));
+  std::filesystem::create_symlink("good.inp", Path("link.inp"));
+  std::filesystem::create_symlink("/dev/full", Path("full.msh"));
+  std::filesystem::create_directory(Path("folder.msh"));
+  const struct {
+    std::vector<std::string> arguments;
+    int status;
+  } cases[] = {
+      {{Path("old.msh"), Path("bad.inp")}, 1},         {{Path("old.msh"), Path("good.inp"), Path("bad.inp")}, 1},
+      {{Path("old.msh"), Path("none.qdw")}, 1},        {{Path("good.inp"), Path("good.inp")}, 2},
+      {{Path("same.inp"), Path("good.inp")}, 2},       {{Path("link.inp"), Path("good.inp")}, 2},
+      {{Path("full.msh"), Path("good.inp")}, 1},       {{Path("folder.msh"), Path("good.inp")}, 1},
+      {{Path("none") + "/a.msh", Path("good.inp")}, 1}};
+  for (const auto& wrong : cases) {
+    std::vector<std::string> arguments{"--export"};
+    arguments.insert(arguments.end(), wrong.arguments.begin(), wrong.arguments.end());
+    const Ended run = Start(arguments);
+    EXPECT_EQ(run.status, wrong.status) << wrong.arguments[0] << ": " << run.errors;
+    EXPECT_FALSE(run.errors.empty());
+  }
+  EXPECT_EQ(Files::Read(QString::fromStdString(Path("old.msh"))), "old");
+  EXPECT_EQ(Files::Read(QString::fromStdString(Path("good.inp"))).toStdString(), kTriangle);
+  EXPECT_TRUE(std::filesystem::is_symlink(Path("full.msh")));
 }
 
 TEST_F(CommandLine, AFileThatCannotBeImportedEndsWithOne) {

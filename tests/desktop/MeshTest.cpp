@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QTreeWidget>
 #include <set>
 
@@ -16,6 +17,7 @@
 #include "host/CTransaction.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "support/SampleMesh.h"
+#include "workbench/app/ExportDialog.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::test {
@@ -65,6 +67,65 @@ class Meshes : public InWindow {
     return path;
   }
 };
+
+// ---- what is exported -----------------------------------------------------------------------------------
+
+class ExportScopes : public Meshes {
+ protected:
+  ExportScopes() { Open(Example("bracket.inp")); }
+  std::uint64_t All() {
+    std::uint64_t all = 0;
+    for (const iterator set : Data().GetMsetPool().GetItrList())
+      all += Data().GetMsetPool().GetAtNU(set)->elementCount;
+    return all;
+  }
+  /// Counts the elements of a file that the dialog is asked for.
+  std::uint64_t WriteByDialog(const QString& name, int choice) {
+    QMetaObject::invokeMethod(m_window.get(), [this] {
+      for (QAction* action : m_window->findChildren<QAction*>()) {
+        if (action->shortcut() == QKeySequence(Qt::CTRL | Qt::Key_E)) action->trigger();
+      }
+    });
+    QDialog* dialog = nullptr;
+    EXPECT_TRUE(WaitUntil([&] { return (dialog = Dialog("export")) != nullptr; }));
+    Keep("export", dialog);
+    const auto scopes = dialog->findChildren<QRadioButton*>();
+    EXPECT_TRUE(scopes[0]->isChecked());
+    scopes[choice]->click();
+    const QString path = m_files.Folder() + "/" + name;
+    dialog->findChild<QLineEdit*>("path")->setText(path);
+    dialog->accept();
+    EXPECT_TRUE(WaitUntil([this] { return !m_window->IsWorking(); }));
+    const QByteArray bytes = Files::Read(path);
+    const qsizetype at = bytes.indexOf("$Elements\n") + 10;
+    return bytes.mid(at, bytes.indexOf('\n', at) - at).toULongLong();
+  }
+};
+
+TEST_F(ExportScopes, WhatIsSelectedOrHiddenDoesNotChangeWhatIsWrittenUnasked) {
+  Select({L"PLATE"});
+  m_window->Document().GetDisplay().ShowHideMsetUnit(Named(L"WEDGES"), 0);
+  Wait(100);
+  EXPECT_EQ(WriteByDialog("all.msh", 0), All());
+  EXPECT_EQ(WriteByDialog("shown.msh", 1), All() - Set(L"WEDGES").elementCount);
+  EXPECT_EQ(WriteByDialog("selected.msh", 2), Set(L"PLATE").elementCount);
+}
+
+TEST_F(ExportScopes, TheDialogCountsWhatItOffersAndWantsAKnownEnding) {
+  ExportDialog dialog(m_window->Document(), "a.inp", nullptr);
+  const auto scopes = dialog.findChildren<QRadioButton*>();
+  ASSERT_EQ(scopes.size(), 3);
+  EXPECT_TRUE(scopes[0]->text().contains(QString::number(All()))) << scopes[0]->text().toStdString();
+  EXPECT_FALSE(scopes[2]->isEnabled());
+  const auto canWrite = [&dialog](const QString& name) {
+    dialog.findChild<QLineEdit*>("path")->setText(name);
+    return dialog.findChild<QPushButton*>("write")->isEnabled();
+  };
+  EXPECT_TRUE(canWrite("x.INP"));
+  EXPECT_FALSE(canWrite("x"));
+  EXPECT_FALSE(canWrite("x.xyz"));
+  EXPECT_FALSE(canWrite(""));
+}
 
 // ---- files ----------------------------------------------------------------------------------------------
 

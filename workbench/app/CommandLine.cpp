@@ -27,6 +27,11 @@ void Choose(CommandLine& line, const std::string& value) {
   line.document = value;
 }
 
+void Export(CommandLine& line, const std::string& value) {
+  line.mode = Mode::Export;
+  line.exported = value;
+}
+
 template <std::string CommandLine::*kMember>
 void Keep(CommandLine& line, const std::string& value) {
   line.*kMember = value;
@@ -39,6 +44,7 @@ constexpr Option kOptions[] = {
      Choose<Mode::Repair>},
     {"--force", "", "with --repair: replace a file that is there",
      [](CommandLine& line, const std::string&) { line.force = true; }},
+    {"--export", "OUT", "write what the FILEs hold into one, in the format of its ending, and end", Export},
     {"--screenshot", "PNG", "write a picture of the window and end", Keep<&CommandLine::screenshot>},
     {"--language", "L", "language of the texts, such as de; en without it", Keep<&CommandLine::language>},
     {"--variant", "V", "product variant: standard, ksl, rvt or zdh", Keep<&CommandLine::variant>},
@@ -60,6 +66,7 @@ constexpr ModeRule kModeRules[] = {
     {Mode::PrintTree, "--print-tree", 0, kMany, ""},
     {Mode::Verify, "--verify", 0, 0, "--verify takes one document and no other file: "},
     {Mode::Repair, "--repair", 1, 1, "--repair DOCUMENT needs one more name, that of the new document"},
+    {Mode::Export, "--export", 1, kMany, "--export OUT needs the files that are to be written into it"},
 };
 
 const ModeRule* RuleOf(Mode mode) {

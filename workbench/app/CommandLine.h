@@ -9,11 +9,12 @@ namespace qd::workbench {
 
 /// What the command line asks for. Names of files are the bytes that were given: the system takes any for a name.
 struct CommandLine {
-  enum class Mode { Window, PrintTree, Verify, Repair, Help, Version };
+  enum class Mode { Window, PrintTree, Verify, Repair, Export, Help, Version };
 
   Mode mode = Mode::Window;
   std::string document;  ///< what is verified or repaired
   bool force = false;    ///< what is written may replace a file that is there
+  std::string exported;  ///< the file that is written
   std::string screenshot;
   std::string language = "en";
   std::string messages;

@@ -3,12 +3,16 @@
 #include <QEventLoop>
 #include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <iostream>
 
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "workbench/app/ExchangeJob.h"
+#include "workbench/app/ExportScope.h"
 #include "workbench/app/FileName.h"
+#include "workbench/exchange/formats/Format.h"
+#include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentFile.h"
@@ -21,9 +25,12 @@ namespace qd::workbench {
 
 namespace {
 
+constexpr int kFailed = 1;
+constexpr int kUsageError = 2;
+
 int Complain(const QString& text) {
   std::cerr << text.toStdString() << std::endl;
-  return 1;
+  return kFailed;
 }
 
 volatile std::sig_atomic_t g_interrupted = 0;
@@ -158,12 +165,47 @@ int Repair(const CommandLine& line) {
   return 0;
 }
 
+int WrongUse(const QString& text) {
+  Complain(text);
+  return kUsageError;
+}
+
+/// Whether two names lead to one file.
+bool IsSame(const std::string& one, const std::string& other) {
+  std::error_code failed;
+  return std::filesystem::equivalent(one, other, failed) && !failed;
+}
+
+int Export(const std::string& target, const std::vector<std::string>& files) {
+  const QString path = NameFromBytes(target);
+  const Format* format = FormatOfPath(target);
+  if (format == nullptr || !format->CanWrite()) {
+    const auto ending = QString::fromStdString(std::filesystem::path(target).extension().string());
+    return WrongUse(path + ": " + Text("IDS_WB_EXPORT_FORMAT", {ending}));
+  }
+  const auto same =
+      std::find_if(files.begin(), files.end(), [&target](const auto& file) { return IsSame(file, target); });
+  if (same != files.end()) return WrongUse(path + ": " + Text("IDS_WB_EXPORT_ITSELF"));
+  HeadlessSession session;
+  if (!session.Open(files) || !session.Import(files)) return kFailed;
+  ExportReport report;
+  const ExportModel model = CollectScope(session.Document(), ExportScope::All);
+  const UntilInterrupted until;
+  const auto error = WriteMeshFile(target, model, until.Progress(), report);
+  if (error) return Complain(TextOf(path, *error));
+  for (const QString& line : TextOf(path, report)) Complain(line);
+  return 0;
+}
+
 int RunMode(const CommandLine& line) {
   switch (line.mode) {
     case CommandLine::Mode::Verify:
       return Verify(line.document);
     case CommandLine::Mode::Repair:
       return Repair(line);
+      return Repair(line);
+    case CommandLine::Mode::Export:
+      return Export(line.exported, line.files);
     default:
       return PrintTreeOf(line.files);
   }

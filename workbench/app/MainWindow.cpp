@@ -17,6 +17,7 @@
 
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/ExportDialog.h"
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
@@ -260,20 +261,15 @@ void MainWindow::AfterStore() {
 }
 
 void MainWindow::OnExport() {
-  const QString filter = Text("IDS_WB_EXPORT_FILTER") + " (" + QString::fromStdString(WritePatterns(" ")) + ")";
-  const QString path = QFileDialog::getSaveFileName(this, Text("IDS_WB_EXPORT").remove('&'), QString(), filter);
-  if (!path.isEmpty()) Export(path);
+  const QFileInfo document(ToQt(m_doc->GetPathName()));
+  auto* dialog = new ExportDialog(*m_doc, document.completeBaseName() + ".inp", this);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  connect(dialog, &QDialog::accepted, this, [this, dialog] { Export(dialog->Path(), dialog->Scope()); });
+  dialog->open();
 }
 
-void MainWindow::Export(const QString& path) {
-  Database& database = m_doc->GetDatabase();
-  std::vector<iterator> sets = m_doc->GetSelectBuffer();
-  std::erase_if(sets, [&database](iterator itr) { return database.GetDataType(itr) != kDataMset; });
-  if (sets.empty()) {
-    sets = database.GetMsetPool().GetItrList();
-    std::erase_if(sets, [this](iterator itr) { return m_doc->GetDisplay().IsMsetShown(itr) == 0; });
-  }
-  m_exporter->Start(path, sets);
+void MainWindow::Export(const QString& path, ExportScope scope) {
+  m_exporter->Start(path, scope);
 }
 
 void MainWindow::ShowProgress(const QString& text) {

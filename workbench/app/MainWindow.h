@@ -66,8 +66,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   TreePane& SetTreePane() { return *m_gsetPane; }
   PropertyPane& Properties() { return *m_properties; }
   bool IsWorking() const { return m_operations->IsRunning() || m_exporter->IsRunning(); }
-  /// Writes the selected mesh sets, or all that are shown.
-  void Export(const QString& path);
+  /// Writes what is in a scope to a file; what came of it is said when it is done.
+  void Export(const QString& path, ExportScope scope = ExportScope::All);
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
   IWorksTreeManager* GetWorksTreeManager() override { return m_trees != nullptr ? &m_trees->Manager() : nullptr; }

@@ -3,13 +3,12 @@
 #include <QObject>
 #include <atomic>
 #include <memory>
-#include <vector>
 
-#include "workbench/display/WorkDocument.h"
+#include "workbench/app/ExportScope.h"
 
 namespace qd::workbench {
 
-/// Writes mesh sets to a file on another thread, one file at a time.
+/// Writes what is in a document to a file on another thread, one file at a time.
 class MeshExporter final : public QObject {
   Q_OBJECT
 
@@ -18,7 +17,7 @@ class MeshExporter final : public QObject {
   ~MeshExporter() override { Cancel(); }
 
   /// Starts writing; does nothing but say so while another file is being written.
-  void Start(const QString& path, const std::vector<iterator>& msets);
+  void Start(const QString& path, ExportScope scope);
   void Cancel();
   bool IsRunning() const { return m_stop != nullptr; }
   /// How many exports have failed so far.
@@ -32,7 +31,7 @@ class MeshExporter final : public QObject {
   void Ended();
 
  private:
-  void End(const QString& text, bool failure);
+  void End(const QStringList& lines, bool failure);
 
   WorkDocument& m_doc;
   std::shared_ptr<std::atomic<bool>> m_stop;  // null while nothing is written

@@ -18,7 +18,9 @@ class Bdf final : public Format {
   bool Holds(int elementType) const override { return BdfHolds(elementType); }
   bool HasMixedDimensions() const override { return true; }
   bool CanWrite() const override { return true; }
-  void Write(const ExportModel& model, TextFile& file) const override { WriteBdf(model, file); }
+  void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
+    WriteBdf(model, file, report);
+  }
 
  protected:
   bool Begins(const FileEnds& ends) const override {

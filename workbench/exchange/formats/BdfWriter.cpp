@@ -102,9 +102,14 @@ bool BdfHolds(int elementType) {
   return FindEntry(elementType) != nullptr;
 }
 
-void WriteBdf(const ExportModel& model, TextFile& file) {
+void WriteBdf(const ExportModel& model, TextFile& file, ExportReport& report) {
+  const auto nodes = NodesOf(model);
+  report.nodes = nodes.size();
+  report.elements = CountElements(model);
+  report.groups = CountFilledSets(model);
+  ExportNotes notes;
   file << "BEGIN BULK\n";
-  for (const auto& [node, at] : NodesOf(model)) {
+  for (const auto& [node, at] : nodes) {
     file << "GRID*   ";
     file.Right(node, 16) << "                ";
     const auto coordinate = [&file](double value) {
@@ -122,6 +127,9 @@ void WriteBdf(const ExportModel& model, TextFile& file) {
   for (std::size_t i = 0; i < model.sets.size(); ++i) {
     const ExportSet& set = model.sets[i];
     if (set.mesh == nullptr || set.mesh->blocks.empty()) continue;
+    const bool beams = set.property >= 0 &&
+                       model.properties[static_cast<std::size_t>(set.property)].kind == tagTProperty::Kind::Beam;
+    if (beams) notes.Add("IDS_WB_EXPORT_BEAMS", set.name);
     WriteProperty(model, set, i + 1, file);
     for (const MeshData::Block& block : set.mesh->blocks) WriteElements(block, i + 1, file);
   }
@@ -131,6 +139,7 @@ void WriteBdf(const ExportModel& model, TextFile& file) {
          << Real(material.poissonsRatio) << "," << Real(material.density) << "\n";
   }
   file << "ENDDATA\n";
+  notes.PutInto(report);
 }
 
 }  // namespace qd::workbench

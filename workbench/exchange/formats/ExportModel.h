@@ -21,6 +21,8 @@ struct ExportModel {
   std::vector<ImportedMaterial> materials;
   std::vector<ImportedProperty> properties;
   std::vector<ExportSet> sets;
+  std::vector<std::string> parts;    ///< names of the parts that are in the document beside the mesh
+  std::vector<std::string> renamed;  ///< what is not called as in the document: both names
 };
 
 }  // namespace qd::workbench

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "workbench/exchange/formats/ExportModel.h"
+#include "workbench/exchange/formats/ExportReport.h"
 #include "workbench/exchange/formats/TextFile.h"
 #include "workbench/exchange/pipe/ImportedModel.h"
 
@@ -65,8 +66,9 @@ class Format {
 
   /// Whether Write can be called.
   virtual bool CanWrite() const { return false; }
-  /// Throws an ImportError for what the format cannot hold.
-  virtual void Write(const ExportModel& /*model*/, TextFile& /*file*/) const {}
+  /// Writes a model that was made fit for the format. Counts what is written in the report and notes there what
+  /// the writer does in its own way. Throws an ImportError for what the format cannot hold.
+  virtual void Write(const ExportModel& /*model*/, TextFile& /*file*/, ExportReport& /*report*/) const {}
 
  protected:
   Format() = default;

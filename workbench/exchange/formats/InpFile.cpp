@@ -14,6 +14,7 @@
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpGroups.h"
 #include "workbench/exchange/formats/InpLines.h"
+#include "workbench/exchange/formats/InpSets.h"
 #include "workbench/mesh/ElementTypes.h"
 #include "workbench/text/Ascii.h"
 #include "workbench/text/Paths.h"
@@ -198,7 +199,7 @@ void Reader::BeginSet(const InpLine& line) {
     m_setPart = &found->part;
   }
   m_set = m_setPart->NeedSet(name);
-  m_setPart->mesh.sets[m_set].internal = line.Has("INTERNAL");
+  m_setPart->mesh.sets[m_set].internal = line.Has("INTERNAL") || IsOwnElementsName(name);
   m_generate = line.Has("GENERATE");
   m_data = &Reader::SetData;
 }

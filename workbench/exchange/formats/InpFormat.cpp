@@ -19,7 +19,9 @@ class Inp final : public Format {
   }
   bool Holds(int elementType) const override { return !InpNameOf(elementType).empty(); }
   bool CanWrite() const override { return true; }
-  void Write(const ExportModel& model, TextFile& file) const override { WriteInp(model, file); }
+  void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
+    WriteInp(model, file, report);
+  }
 
  protected:
   bool Begins(const FileEnds& ends) const override { return ends.head.find('*') != std::string::npos; }

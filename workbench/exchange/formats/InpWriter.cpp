@@ -1,19 +1,39 @@
-#include <set>
+#include <algorithm>
 
 #include "workbench/exchange/formats/InpElements.h"
+#include "workbench/exchange/formats/InpSets.h"
 #include "workbench/exchange/formats/MeshWriters.h"
 
 namespace qd::workbench {
 
 namespace {
 
-/// Names with blanks are put into quotation marks.
+/// Solvers look at this many characters of a number.
+constexpr std::size_t kNumberWidth = 20;
+constexpr int kNumbersPerLine = 16;
+
+/// A name as it stands in a deck: in quotation marks unless it is a plain word, since one that begins with a digit
+/// is taken for a number in lists.
 std::string Quoted(const std::string& name) {
-  return name.find(' ') != std::string::npos ? '"' + name + '"' : name;
+  const auto isLetter = [](unsigned char letter) {
+    return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z') || letter == '_' || letter >= 0x80;
+  };
+  const bool plain =
+      isLetter(static_cast<unsigned char>(name.front())) &&
+      std::all_of(name.begin(), name.end(), [&isLetter](unsigned char letter) {
+        return isLetter(letter) || (letter >= '0' && letter <= '9') || letter == '-' || letter == '.';
+      });
+  return plain ? name : '"' + name + '"';
+}
+
+void WriteNumbers(const std::vector<std::uint64_t>& numbers, TextFile& file) {
+  for (std::size_t i = 0; i < numbers.size(); ++i) {
+    const bool lineEnds = (i + 1) % kNumbersPerLine == 0 || i + 1 == numbers.size();
+    file << numbers[i] << (lineEnds ? ",\n" : ",");
+  }
 }
 
 void WriteElements(const ExportSet& set, TextFile& file) {
-  constexpr int kNumbersPerLine = 16;
   for (const MeshData::Block& block : set.mesh->blocks) {
     const std::string_view type = InpNameOf(block.elementType);
     if (type.empty()) throw ImportError{"IDS_WB_EXPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
@@ -22,7 +42,7 @@ void WriteElements(const ExportSet& set, TextFile& file) {
     const auto width = static_cast<std::size_t>(block.nodesPerElement);
     std::vector<std::size_t> nodeAt(width);
     for (std::size_t i = 0; i < width; ++i) nodeAt[order.empty() ? i : static_cast<std::size_t>(order[i])] = i;
-    file << "*ELEMENT, TYPE=" << type << ", ELSET=" << Quoted(set.name) << "\n";
+    file << "*ELEMENT, TYPE=" << type << "\n";
     for (std::size_t element = 0; element < block.elementIds.size(); ++element) {
       file << block.elementIds[element];
       int onLine = 1;
@@ -37,11 +57,18 @@ void WriteElements(const ExportSet& set, TextFile& file) {
   }
 }
 
-/// Own elements of a set with others nested in it: a section must not reach those.
-void WriteInternalSet(const ExportSet& set, const std::string& name, TextFile& file) {
-  file << "*ELSET, ELSET=" << name << ", INTERNAL\n";
-  for (const MeshData::Block& block : set.mesh->blocks) {
-    for (const std::uint64_t element : block.elementIds) file << element << ",\n";
+/// Each set once, after the ones that are nested in it. It lists all its elements by number, since there are
+/// readers that pass over names. Solvers count an element twice that is there by number and by name, so names
+/// stand only where numbers would not tell how the sets are nested.
+void WriteSets(const ExportModel& model, const InpSetTree& tree, TextFile& file) {
+  std::vector<std::uint64_t> elements;
+  for (const std::int32_t set : tree.ChildrenFirst()) {
+    file << "*ELSET, ELSET=" << Quoted(model.sets[static_cast<std::size_t>(set)].name) << "\n";
+    tree.ListOf(set, elements);
+    WriteNumbers(elements, file);
+    for (const std::int32_t child : tree.NamesIn(set)) {
+      file << Quoted(model.sets[static_cast<std::size_t>(child)].name) << ",\n";
+    }
   }
 }
 
@@ -53,50 +80,63 @@ void WriteSection(const ExportModel& model, const ImportedProperty& property, co
     file << ", MATERIAL=" << Quoted(model.materials[static_cast<std::size_t>(property.material)].name);
   }
   file << "\n";
-  if (property.kind == tagTProperty::Kind::Shell) file << property.size << "\n";
+  if (property.kind == tagTProperty::Kind::Shell) file.Short(property.size, kNumberWidth) << "\n";
   // A rectangle of the same area.
-  if (property.kind == tagTProperty::Kind::Beam) file << property.size << ", 1.\n";
+  if (property.kind == tagTProperty::Kind::Beam) file.Short(property.size, kNumberWidth) << ", 1.\n";
+}
+
+/// A section reaches all elements of a set with what is nested in it. Where other sections, or none, are wanted
+/// for some of them, the set's own elements get a set for the section alone.
+void WriteSections(const ExportModel& model, const InpSetTree& tree, TextFile& file) {
+  for (const InpSetTree::Section& section : tree.Sections()) {
+    const ExportSet& set = model.sets[static_cast<std::size_t>(section.set)];
+    std::string name = Quoted(set.name);
+    if (section.ownOnly) {
+      name = OwnElementsName(section.set + 1);
+      file << "*ELSET, ELSET=" << name << "\n";
+      std::vector<std::uint64_t> own = tree.OwnElementsOf(section.set);
+      WriteNumbers(own, file);
+    }
+    WriteSection(model, model.properties[static_cast<std::size_t>(set.property)], name, file);
+  }
+}
+
+void WriteMaterials(const ExportModel& model, TextFile& file) {
+  for (const ImportedMaterial& material : model.materials) {
+    file << "*MATERIAL, NAME=" << Quoted(material.name) << "\n";
+    if (material.youngsModulus > 0) {
+      file << "*ELASTIC\n";
+      file.Short(material.youngsModulus, kNumberWidth) << ", ";
+      file.Short(material.poissonsRatio, kNumberWidth) << "\n";
+    }
+    if (material.density > 0) {
+      file << "*DENSITY\n";
+      file.Short(material.density, kNumberWidth) << "\n";
+    }
+  }
 }
 
 }  // namespace
 
-void WriteInp(const ExportModel& model, TextFile& file) {
+void WriteInp(const ExportModel& model, TextFile& file, ExportReport& report) {
+  const auto nodes = NodesOf(model);
+  report.nodes = nodes.size();
+  report.elements = CountElements(model);
+  report.groups = model.sets.size();
   file << "*NODE\n";
-  for (const auto& [node, at] : NodesOf(model)) {
-    file << node << ", " << at[0] << ", " << at[1] << ", " << at[2] << "\n";
+  for (const auto& [node, at] : nodes) {
+    file << node;
+    for (int axis = 0; axis < 3; ++axis) (file << ", ").Short(at[axis], kNumberWidth);
+    file << "\n";
     file.Step();
   }
   for (const ExportSet& set : model.sets) {
     if (set.mesh != nullptr) WriteElements(set, file);
   }
-  std::set<std::int32_t> parents;
-  for (const ExportSet& set : model.sets) {
-    if (set.parent < 0) continue;
-    parents.insert(set.parent);
-    file << "*ELSET, ELSET=" << Quoted(model.sets[static_cast<std::size_t>(set.parent)].name) << "\n"
-         << Quoted(set.name) << ",\n";
-  }
-  for (const ExportSet& set : model.sets) {
-    // Sets that hold nothing are named all the same.
-    if (set.mesh == nullptr || set.mesh->blocks.empty()) file << "*ELSET, ELSET=" << Quoted(set.name) << "\n";
-  }
-  for (std::size_t i = 0; i < model.sets.size(); ++i) {
-    const ExportSet& set = model.sets[i];
-    if (set.property < 0 || set.mesh == nullptr || set.mesh->blocks.empty()) continue;
-    std::string name = Quoted(set.name);
-    if (parents.contains(static_cast<std::int32_t>(i))) {
-      name = "_OWN" + std::to_string(i + 1);
-      WriteInternalSet(set, name, file);
-    }
-    WriteSection(model, model.properties[static_cast<std::size_t>(set.property)], name, file);
-  }
-  for (const ImportedMaterial& material : model.materials) {
-    file << "*MATERIAL, NAME=" << Quoted(material.name) << "\n";
-    if (material.youngsModulus > 0) {
-      file << "*ELASTIC\n" << material.youngsModulus << ", " << material.poissonsRatio << "\n";
-    }
-    if (material.density > 0) file << "*DENSITY\n" << material.density << "\n";
-  }
+  const InpSetTree tree(model);
+  WriteSets(model, tree, file);
+  WriteSections(model, tree, file);
+  WriteMaterials(model, file);
 }
 
 }  // namespace qd::workbench

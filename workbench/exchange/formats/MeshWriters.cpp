@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::workbench {
 
@@ -17,6 +18,18 @@ std::map<std::uint64_t, const double*> NodesOf(const ExportModel& model) {
     }
   }
   return nodes;
+}
+
+std::uint64_t CountElements(const ExportModel& model) {
+  std::uint64_t count = 0;
+  for (const ExportSet& set : model.sets) count += set.mesh != nullptr ? ElementCountOf(*set.mesh) : 0;
+  return count;
+}
+
+std::uint64_t CountFilledSets(const ExportModel& model) {
+  return static_cast<std::uint64_t>(std::count_if(model.sets.begin(), model.sets.end(), [](const ExportSet& set) {
+    return set.mesh != nullptr && ElementCountOf(*set.mesh) > 0;
+  }));
 }
 
 std::vector<std::size_t> OrderFromWords(int elementType, std::string_view words) {

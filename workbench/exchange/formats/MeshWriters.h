@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "workbench/exchange/formats/ExportModel.h"
+#include "workbench/exchange/formats/ExportReport.h"
 #include "workbench/exchange/formats/TextFile.h"
 
 namespace qd::workbench {
@@ -17,12 +18,17 @@ std::map<std::uint64_t, const double*> NodesOf(const ExportModel& model);
 /// node in the middle of the edge between two.
 std::vector<std::size_t> OrderFromWords(int elementType, std::string_view words);
 
-// One writer for each format. They throw an ImportError for what the format cannot hold.
-void WriteInp(const ExportModel& model, TextFile& file);
-void WriteMsh(const ExportModel& model, TextFile& file);
-void WriteUnv(const ExportModel& model, TextFile& file);
-void WriteBdf(const ExportModel& model, TextFile& file);
-void WriteStl(const ExportModel& model, TextFile& file);
+/// Elements of a model, each as often as it stands in a set.
+std::uint64_t CountElements(const ExportModel& model);
+/// Sets with elements of their own.
+std::uint64_t CountFilledSets(const ExportModel& model);
+
+// One writer for each format: see Format::Write. They throw an ImportError for what the format cannot hold.
+void WriteInp(const ExportModel& model, TextFile& file, ExportReport& report);
+void WriteMsh(const ExportModel& model, TextFile& file, ExportReport& report);
+void WriteUnv(const ExportModel& model, TextFile& file, ExportReport& report);
+void WriteBdf(const ExportModel& model, TextFile& file, ExportReport& report);
+void WriteStl(const ExportModel& model, TextFile& file, ExportReport& report);
 
 /// Whether a kind of element has a place in the format.
 bool UnvHolds(int elementType);

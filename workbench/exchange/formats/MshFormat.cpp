@@ -18,7 +18,9 @@ class Msh final : public Format {
   Carries Carry() const override { return {.names = true}; }
   bool Holds(int elementType) const override { return FindElementType(elementType) != nullptr; }
   bool CanWrite() const override { return true; }
-  void Write(const ExportModel& model, TextFile& file) const override { WriteMsh(model, file); }
+  void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
+    WriteMsh(model, file, report);
+  }
 
  protected:
   bool Begins(const FileEnds& ends) const override { return ends.head.find("$MeshFormat") != std::string::npos; }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <set>
 
 #include "workbench/exchange/formats/MeshWriters.h"
@@ -6,7 +7,7 @@
 namespace qd::workbench {
 
 /// Each set is a physical group; a set with elements of several dimensions is one for each.
-void WriteMsh(const ExportModel& model, TextFile& file) {
+void WriteMsh(const ExportModel& model, TextFile& file, ExportReport& report) {
   std::set<std::pair<int, std::size_t>> groups;
   std::uint64_t elements = 0;
   for (std::size_t i = 0; i < model.sets.size(); ++i) {
@@ -16,11 +17,21 @@ void WriteMsh(const ExportModel& model, TextFile& file) {
       elements += block.elementIds.size();
     }
   }
+  ExportNotes notes;
+  for (auto group = groups.begin(); group != groups.end(); ++group) {
+    const auto other =
+        std::find_if(groups.begin(), group, [&group](const auto& one) { return one.second == group->second; });
+    if (other != group) notes.Add("IDS_WB_EXPORT_SPLIT", model.sets[group->second].name);
+  }
+  notes.PutInto(report);
+  report.elements = elements;
+  report.groups = groups.size();
   file << "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$PhysicalNames\n" << groups.size() << "\n";
   for (const auto& [dimension, set] : groups) {
     file << dimension << " " << set + 1 << " \"" << model.sets[set].name << "\"\n";
   }
   const auto nodes = NodesOf(model);
+  report.nodes = nodes.size();
   file << "$EndPhysicalNames\n$Nodes\n" << nodes.size() << "\n";
   for (const auto& [node, at] : nodes) {
     file << node << " " << at[0] << " " << at[1] << " " << at[2] << "\n";

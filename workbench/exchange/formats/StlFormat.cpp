@@ -32,7 +32,9 @@ class Stl final : public Format {
     return type != nullptr && TopologyOf(type->shape).dimension >= 2;
   }
   bool CanWrite() const override { return true; }
-  void Write(const ExportModel& model, TextFile& file) const override { WriteStl(model, file); }
+  void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
+    WriteStl(model, file, report);
+  }
 
  protected:
   bool Begins(const FileEnds& ends) const override {

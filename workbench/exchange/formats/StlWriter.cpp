@@ -1,19 +1,40 @@
+#include <algorithm>
 #include <cmath>
 
 #include "workbench/exchange/formats/MeshWriters.h"
+#include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/MeshSkin.h"
 
 namespace qd::workbench {
 
+namespace {
+
+void NoteShape(const ExportSet& set, ExportNotes& notes) {
+  const auto any = [&set](bool (*is)(const ElementType&)) {
+    return std::any_of(set.mesh->blocks.begin(), set.mesh->blocks.end(),
+                       [is](const MeshData::Block& block) { return is(*FindElementType(block.elementType)); });
+  };
+  if (any([](const ElementType& type) { return TopologyOf(type.shape).dimension == 3; })) {
+    notes.Add("IDS_WB_EXPORT_SKIN", set.name);
+  }
+  if (any([](const ElementType& type) { return type.nodes > TopologyOf(type.shape).corners; })) {
+    notes.Add("IDS_WB_EXPORT_STRAIGHT", set.name);
+  }
+}
+
+}  // namespace
+
 /// The free faces of solids, and surfaces, as triangles; one solid of the file for each set.
-void WriteStl(const ExportModel& model, TextFile& file) {
+void WriteStl(const ExportModel& model, TextFile& file, ExportReport& report) {
   const std::atomic<bool> stop = false;
-  bool any = false;
+  ExportNotes notes;
   for (const ExportSet& set : model.sets) {
     if (set.mesh == nullptr) continue;
     const MeshSkin skin = MakeSkin(*set.mesh, {true, MeshLines::None, false}, stop);
     if (skin.TriangleCount() == 0) continue;
-    any = true;
+    ++report.groups;
+    report.elements += skin.TriangleCount();
+    NoteShape(set, notes);
     file << "solid " << set.name << "\n";
     for (const MeshSkin::Piece& piece : skin.pieces) {
       for (std::size_t i = 0; i + 2 < piece.triangles.size(); i += 3) {
@@ -42,7 +63,8 @@ void WriteStl(const ExportModel& model, TextFile& file) {
     }
     file << "endsolid " << set.name << "\n";
   }
-  if (!any) throw ImportError{"IDS_WB_EXPORT_NOTHING", ""};
+  notes.PutInto(report);
+  if (report.groups == 0) throw ImportError{"IDS_WB_EXPORT_NOTHING", ""};
 }
 
 }  // namespace qd::workbench

@@ -31,6 +31,16 @@ TextFile& TextFile::operator<<(double number) {
   return *this;
 }
 
+TextFile& TextFile::Short(double number, std::size_t most) {
+  char digits[40];
+  auto end = std::to_chars(digits, digits + sizeof(digits), number).ptr;
+  for (int precision = 17; static_cast<std::size_t>(end - digits) > most; --precision) {
+    end = std::to_chars(digits, digits + sizeof(digits), number, std::chars_format::general, precision).ptr;
+  }
+  m_buffer.append(digits, end);
+  return *this;
+}
+
 TextFile& TextFile::Right(std::uint64_t number, std::size_t width) {
   const std::string digits = std::to_string(number);
   m_buffer.append(width > digits.size() ? width - digits.size() : 0, ' ');

@@ -23,6 +23,8 @@ class TextFile {
   TextFile& operator<<(std::int32_t number) { return *this << static_cast<std::uint64_t>(number); }
   /// With as many digits as it takes to read the same number back.
   TextFile& operator<<(double number);
+  /// With as many digits as fit into a number of characters, at least 10.
+  TextFile& Short(double number, std::size_t most);
   /// A number at the end of a field of a width.
   TextFile& Right(std::uint64_t number, std::size_t width);
   /// A number in the form 1.2345678901234567E+00, at the end of a field.

@@ -22,7 +22,9 @@ class Unv final : public Format {
   }
   bool HasMixedDimensions() const override { return true; }
   bool CanWrite() const override { return true; }
-  void Write(const ExportModel& model, TextFile& file) const override { WriteUnv(model, file); }
+  void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
+    WriteUnv(model, file, report);
+  }
 
  protected:
   bool Begins(const FileEnds& ends) const override {

@@ -45,7 +45,8 @@ void WriteElements(const MeshData::Block& block, std::size_t property, TextFile&
   for (std::size_t element = 0; element < block.elementIds.size(); ++element) {
     file.Right(block.elementIds[element], kWidth);
     file.Right(static_cast<std::uint64_t>(kind->number), kWidth);
-    file.Right(property, kWidth).Right(property, kWidth).Right(7, kWidth);
+    // The mesh library takes a number of a material for a group of its own.
+    file.Right(property, kWidth).Right(0, kWidth).Right(7, kWidth);
     file.Right(order.size(), kWidth) << "\n";
     if (beam) file.Right(0, kWidth).Right(0, kWidth).Right(0, kWidth) << "\n";
     for (std::size_t i = 0; i < order.size(); ++i) {
@@ -80,10 +81,14 @@ bool UnvHolds(int elementType) {
   return FindKind(elementType) != nullptr;
 }
 
-void WriteUnv(const ExportModel& model, TextFile& file) {
+void WriteUnv(const ExportModel& model, TextFile& file, ExportReport& report) {
   constexpr std::size_t kCoordinate = 25;
+  const auto nodes = NodesOf(model);
+  report.nodes = nodes.size();
+  report.elements = CountElements(model);
+  report.groups = CountFilledSets(model);
   file << "    -1\n  2411\n";
-  for (const auto& [node, at] : NodesOf(model)) {
+  for (const auto& [node, at] : nodes) {
     file.Right(node, kWidth).Right(1, kWidth).Right(1, kWidth).Right(11, kWidth) << "\n";
     file.Exponent(at[0], kCoordinate).Exponent(at[1], kCoordinate).Exponent(at[2], kCoordinate) << "\n";
     file.Step();

@@ -1,5 +1,6 @@
 #include "workbench/exchange/store/CollectExport.h"
 
+#include <algorithm>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -10,6 +11,16 @@ namespace qd::workbench {
 
 namespace {
 
+/// The longest name that solvers take is of 80 bytes, with its quotation marks.
+constexpr std::size_t kLongestName = 78;
+
+/// The beginning of a text of UTF-8, cut between characters.
+std::string Beginning(const std::string& text, std::size_t bytes) {
+  if (text.size() <= bytes) return text;
+  while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80) --bytes;
+  return text.substr(0, bytes);
+}
+
 /// A name that files can hold: nothing that ends a line, a field or a quotation.
 std::string CleanName(const CString& name) {
   std::string clean = ToUtf8(name);
@@ -17,14 +28,48 @@ std::string CleanName(const CString& name) {
     const bool odd = static_cast<unsigned char>(letter) < ' ' || letter == '"' || letter == ',' || letter == '=';
     if (odd) letter = '_';
   }
-  clean = std::string(Trimmed(clean));
+  clean = std::string(Trimmed(Beginning(clean, kLongestName)));
   return clean.empty() ? "Set" : clean;
+}
+
+/// Gives out names that no other has; to solvers neither blanks nor the case of letters make a difference.
+class Names {
+ public:
+  std::string Unique(const CString& name) {
+    const std::string clean = CleanName(name);
+    std::string unique = clean;
+    int& number = m_next.try_emplace(KeyOf(clean), 2).first->second;
+    while (!m_taken.insert(KeyOf(unique)).second) {
+      const std::string tail = "-" + std::to_string(number++);
+      unique = Beginning(clean, kLongestName - tail.size()) + tail;
+    }
+    return unique;
+  }
+
+ private:
+  static std::string KeyOf(const std::string& name) {
+    std::string key = UpperCase(name);
+    std::erase(key, ' ');
+    return key;
+  }
+
+  std::unordered_set<std::string> m_taken;
+  std::unordered_map<std::string, int> m_next;  // by name: the number to try next
+};
+
+/// A name as messages show it: on one line, and not too long.
+std::string Shown(const std::string& name) {
+  constexpr std::size_t kMost = 100;
+  std::string shown = Beginning(name, kMost);
+  std::replace_if(
+      shown.begin(), shown.end(), [](unsigned char letter) { return letter < ' '; }, '?');
+  return shown.size() < name.size() ? shown + "…" : shown;
 }
 
 class Collector {
  public:
-  Collector(const Database& database, const std::vector<iterator>& msets)
-      : m_database(database), m_chosen(msets.begin(), msets.end()) {}
+  Collector(const Database& database, const std::vector<iterator>& msets, bool withNested)
+      : m_database(database), m_chosen(msets.begin(), msets.end()), m_withNested(withNested) {}
 
   ExportModel Collect() {
     for (const iterator itr : m_database.GetMsetPool().GetItrList()) {
@@ -34,8 +79,9 @@ class Collector {
   }
 
  private:
-  /// Whether a set or one above it was chosen.
+  /// Whether a set was chosen, or one above it when that counts.
   bool IsWritten(iterator itr) const {
+    if (!m_withNested) return m_chosen.contains(itr);
     while (itr != 0) {
       if (m_chosen.contains(itr)) return true;
       itr = Above(itr);
@@ -60,7 +106,8 @@ class Collector {
     const iterator above = Above(itr);
     ExportSet set;
     set.parent = above != 0 ? m_places.at(above) : -1;
-    set.name = UniqueName(record.name);
+    set.name = m_setNames.Unique(record.name);
+    NoteName(record.name, set.name);
     if (IsWritten(itr)) {
       set.mesh = record.mesh;
       set.property = NeedProperty(record.property);
@@ -69,13 +116,9 @@ class Collector {
     m_model.sets.push_back(std::move(set));
   }
 
-  std::string UniqueName(const CString& name) {
-    const std::string clean = CleanName(name);
-    std::string unique = clean;
-    for (int number = 2; !m_names.insert(UpperCase(unique)).second; ++number) {
-      unique = clean + "-" + std::to_string(number);
-    }
-    return unique;
+  void NoteName(const CString& given, const std::string& written) {
+    const std::string before = ToUtf8(given);
+    if (before != written) m_model.renamed.push_back(Shown(before) + " → " + written);
   }
 
   std::int32_t NeedProperty(iterator itr) {
@@ -93,24 +136,27 @@ class Collector {
     if (record == nullptr) return -1;
     if (const auto known = m_materials.find(itr); known != m_materials.end()) return known->second;
     const auto place = static_cast<std::int32_t>(m_model.materials.size());
-    m_model.materials.push_back(
-        {CleanName(record->name), record->youngsModulus, record->poissonsRatio, record->density});
+    const std::string name = m_materialNames.Unique(record->name);
+    NoteName(record->name, name);
+    m_model.materials.push_back({name, record->youngsModulus, record->poissonsRatio, record->density});
     return m_materials[itr] = place;
   }
 
   const Database& m_database;
   std::unordered_set<iterator> m_chosen;
+  bool m_withNested;
   ExportModel m_model;
   std::unordered_map<iterator, std::int32_t> m_places;
   std::unordered_map<iterator, std::int32_t> m_properties;
   std::unordered_map<iterator, std::int32_t> m_materials;
-  std::unordered_set<std::string> m_names;
+  Names m_setNames;
+  Names m_materialNames;
 };
 
 }  // namespace
 
-ExportModel CollectExport(const Database& database, const std::vector<iterator>& msets) {
-  return Collector(database, msets).Collect();
+ExportModel CollectExport(const Database& database, const std::vector<iterator>& msets, bool withNested) {
+  return Collector(database, msets, withNested).Collect();
 }
 
 }  // namespace qd::workbench

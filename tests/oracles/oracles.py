@@ -1,0 +1,267 @@
+#!/usr/bin/env python3
+"""Lets programs that are not ours read and solve what the workbench writes.
+
+Usage: oracles.py WORKBENCH GMSH_COUNTS [TEST...]. Ends with 77, which means skipped, where a program is missing.
+"""
+import os
+import shutil
+import subprocess
+import sys
+import tempfile
+import unittest
+
+try:
+    import meshio
+    import numpy
+except ImportError:
+    print("skipped: python3-meshio is not there")
+    sys.exit(77)
+if shutil.which("ccx") is None:
+    print("skipped: calculix-ccx is not there")
+    sys.exit(77)
+
+from meshes import CORNERS, Mesh  # noqa: E402
+
+WORKBENCH, GMSH_COUNTS = sys.argv[1:3]
+MESHIO_KINDS = {"C3D4": "tetra", "C3D10": "tetra10", "C3D8": "hexahedron", "C3D20": "hexahedron20", "C3D6": "wedge",
+                "C3D15": "wedge15", "S4": "quad", "S8R": "quad8", "S3": "triangle", "S6": "triangle6", "B31": "line",
+                "B32": "line3"}
+GMSH_KINDS = {"B31": 1, "S3": 2, "S4": 3, "C3D4": 4, "C3D8": 5, "C3D6": 6, "B32": 8, "S6": 9, "C3D10": 11, "S8R": 16,
+              "C3D20": 17, "C3D15": 18}
+
+
+class Folder:
+    def __init__(self):
+        self.path = tempfile.mkdtemp()
+
+    def remove(self):
+        shutil.rmtree(self.path)
+
+    def write(self, name, text):
+        path = os.path.join(self.path, name)
+        with open(path, "w") as file:
+            file.write(text)
+        return path
+
+    def export(self, name, *sources):
+        """The file that the workbench writes of others, and what it says of it."""
+        path = os.path.join(self.path, name)
+        environment = {key: value for key, value in os.environ.items() if key not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        run = subprocess.run([WORKBENCH, "--export", path, *sources], env=environment, capture_output=True, text=True,
+                             timeout=120)
+        if run.returncode != 0:
+            raise AssertionError("the export ended with %d: %s" % (run.returncode, run.stderr))
+        return path, run.stderr
+
+    def solve(self, path):
+        """Displacements and forces of a deck by node, and counts of stress lines by set; fails on any warning."""
+        name = os.path.splitext(os.path.basename(path))[0]
+        run = subprocess.run(["ccx", "-i", name], cwd=self.path, capture_output=True, text=True, timeout=120,
+                             env={**os.environ, "OMP_NUM_THREADS": "1"})
+        if run.returncode != 0 or "*ERROR" in run.stdout or "*WARNING" in run.stdout:
+            raise AssertionError("the solver says of %s: %s" % (name, run.stdout[-2000:]))
+        results = {}
+        with open(os.path.join(self.path, name + ".dat")) as file:
+            table = None
+            for line in file:
+                if " for set " in line:
+                    words = line.split()
+                    table = results.setdefault((words[0], words[words.index("set") + 1]), [])
+                elif line.strip() and table is not None:
+                    # Stresses of shells name the system that they are in behind the numbers.
+                    table.append([float(word) for word in line.split() if not word.startswith("_")])
+        return results
+
+
+def mixed():
+    """Groups of several kinds and depths."""
+    mesh = Mesh()
+    mesh.beam("C3D8", "HEXES", (0, 0, 0), 3)
+    mesh.beam("C3D4", "TETS", (3, 0, 0), 2)
+    mesh.beam("C3D10", "SECOND", (10, 0, 0), 2)
+    mesh.beam("C3D20", "BRICKS", (10, 5, 0), 2)
+    mesh.beam("C3D6", "WEDGES", (10, 10, 0), 2)
+    mesh.beam("S4", "PLATE", (0, 20, 0), 3)
+    mesh.beam("S3", "PLATE", (3, 20, 0), 2)
+    mesh.beam("S8R", "SHELL-2", (0, 30, 0), 2)
+    mesh.beam("C3D8", "BODY", (0, 0, 1), 2)
+    mesh.nest("BODY", ["HEXES", "TETS"])
+    mesh.nest("EALL", ["BODY", "SECOND"])
+    return mesh
+
+
+def key(points, nodes):
+    return tuple(sorted(tuple(round(float(value), 6) for value in points[node]) for node in nodes))
+
+
+class Reading(unittest.TestCase):
+    """Nodes, elements and groups as other programs read them."""
+
+    def setUp(self):
+        self.folder = Folder()
+        self.addCleanup(self.folder.remove)
+        self.mesh = mixed()
+        self.source = self.folder.write("source.inp", self.mesh.deck())
+
+    def wanted(self, numbers):
+        return sorted((MESHIO_KINDS[self.mesh.elements[number][0]], key(self.mesh.nodes, self.mesh.elements[number][1]))
+                      for number in numbers)
+
+    def compare(self, read, groups, group_of):
+        """`groups` are what was read, place by place in each block of cells."""
+        self.assertEqual(len(read.points), len(self.mesh.nodes))
+        self.assertEqual(sorted(key(read.points, [i]) for i in range(len(read.points))),
+                         sorted(key(self.mesh.nodes, [number]) for number in self.mesh.nodes))
+        cells = [(block.type, [key(read.points, cell) for cell in block.data]) for block in read.cells]
+        self.assertEqual(sorted((kind, cell) for kind, block in cells for cell in block),
+                         self.wanted(self.mesh.elements))
+        for name in self.mesh.groups:
+            wanted = group_of(name)
+            if not wanted:
+                self.assertNotIn(name, groups)
+                continue
+            members = [(kind, block[place]) for (kind, block), places in zip(cells, groups[name])
+                       for place in places]
+            self.assertEqual(sorted(members), self.wanted(wanted), name)
+
+    def test_decks_are_read_back_whole(self):
+        path, said = self.folder.export("mixed.inp", self.source)
+        read = meshio.read(path)
+        self.compare(read, read.cell_sets, lambda name: self.mesh.groups[name])
+        self.assertIn("groups: %d" % len(read.cell_sets), said)
+
+    def test_mesh_files_are_read_back_with_flat_groups(self):
+        path, said = self.folder.export("mixed.msh", self.source)
+        read = meshio.read(path)
+        numbers = read.cell_data["gmsh:physical"]
+        groups = {name: [numpy.flatnonzero(block == number) for block in numbers]
+                  for name, (number, _) in read.field_data.items()}
+        self.compare(read, groups, self.mesh.own)
+        self.assertIn("groups: %d" % len(read.field_data), said)
+        for name in ("EALL/BODY", "BODY/HEXES", "EALL/SECOND"):
+            self.assertIn(name, said)
+
+    def test_universal_files_are_read_by_the_mesh_library(self):
+        path, said = self.folder.export("mixed.unv", self.source)
+        out = subprocess.run([GMSH_COUNTS, path], capture_output=True, text=True, check=True, timeout=60).stdout
+        lines = [line.split(" ", 2) for line in out.splitlines()]
+        nodes = [line[1:] for line in lines if line[0] == "nodes"][0]
+        self.assertEqual(int(nodes[0]), len(self.mesh.nodes))
+        sums = [sum(at[axis] for at in self.mesh.nodes.values()) for axis in range(3)]
+        for text, wanted in zip(nodes[1].split(), sums):
+            self.assertAlmostEqual(float(text), wanted, places=5)
+        kinds = {int(line[1]): int(line[2]) for line in lines if line[0] == "kind"}
+        wanted = {}
+        for kind, _ in self.mesh.elements.values():
+            wanted[GMSH_KINDS[kind]] = wanted.get(GMSH_KINDS[kind], 0) + 1
+        self.assertEqual(kinds, wanted)
+        groups = {line[2]: int(line[1]) for line in lines if line[0] == "group"}
+        self.assertEqual(groups, {name: len(self.mesh.own(name)) for name in self.mesh.groups if self.mesh.own(name)})
+        self.assertIn("groups: %d" % len(groups), said)
+
+    def test_bulk_data_is_read_as_geometry(self):
+        path, said = self.folder.export("mixed.bdf", self.source)
+        read = meshio.read(path)
+        self.assertEqual(len(read.points), len(self.mesh.nodes))
+        cells = sorted((block.type, key(read.points, cell)) for block in read.cells for cell in block.data)
+        self.assertEqual(cells, self.wanted(self.mesh.elements))
+        self.assertIn("HEXES", said)
+
+    def test_facets_close_the_body(self):
+        mesh = Mesh()
+        mesh.beam("C3D8", "BAR", (0, 0, 0), 3)
+        path, said = self.folder.export("bar.stl", self.folder.write("bar.inp", mesh.deck()))
+        read = meshio.read(path)
+        triangles = read.points[read.cells[0].data]
+        normals = numpy.cross(triangles[:, 1] - triangles[:, 0], triangles[:, 2] - triangles[:, 0])
+        self.assertAlmostEqual(float(numpy.linalg.norm(normals, axis=1).sum() / 2), 14.0)
+        self.assertAlmostEqual(float(numpy.einsum("ij,ij->", normals, triangles[:, 0]) / 6), 3.0)  # volume
+        self.assertIn("elements: %d" % len(triangles), said)
+
+
+ANALYSIS = """*BOUNDARY
+FIXED, 1, 3
+*STEP
+*STATIC
+*DLOAD
+%(load)s
+*NODE PRINT, NSET=NALL
+U, RF
+*EL PRINT, ELSET=%(printed)s
+S
+*END STEP
+"""
+
+
+def sets_of_nodes(mesh):
+    fixed = [number for number, at in mesh.nodes.items() if at[0] == 0]
+    return ("*NSET, NSET=NALL\n" + "".join("%d,\n" % number for number in sorted(mesh.nodes)) + "*NSET, NSET=FIXED\n" +
+            "".join("%d,\n" % number for number in sorted(fixed)))
+
+
+STEEL = "*MATERIAL, NAME=STEEL\n*ELASTIC\n210000., .3\n*DENSITY\n7.8E-9\n"
+BRASS = "*MATERIAL, NAME=BRASS\n*ELASTIC\n90000., .34\n*DENSITY\n8.4E-9\n"
+
+
+class Solving(unittest.TestCase):
+    """The same displacements and forces before import and after export."""
+
+    def setUp(self):
+        self.folder = Folder()
+        self.addCleanup(self.folder.remove)
+
+    def compare(self, before, after):
+        first = self.folder.solve(before)
+        second = self.folder.solve(after)
+        self.assertEqual(first.keys(), second.keys())
+        for table in first:
+            a = numpy.array(first[table])
+            b = numpy.array(second[table])
+            self.assertEqual(a.shape, b.shape, table)
+            self.assertGreater(numpy.abs(a[:, 1:]).max(), 0, table)
+            self.assertLess(numpy.abs(a - b).max(), 1e-6 * numpy.abs(a[:, 1:]).max(), table)
+
+    def solve_both(self, mesh, sections, load, printed):
+        """The mesh with its sections goes through the workbench; the rest of the deck is put behind both."""
+        rest = sets_of_nodes(mesh) + ANALYSIS % {"load": load, "printed": printed}
+        model = mesh.deck() + sections
+        before = self.folder.write("before.inp", model + rest)
+        path, _ = self.folder.export("exported.inp", self.folder.write("model.inp", model))
+        with open(path) as file:
+            after = self.folder.write("after.inp", file.read() + rest)
+        self.compare(before, after)
+
+    def test_each_kind_of_element(self):
+        for kind in CORNERS:
+            if kind.startswith("B"):
+                continue
+            with self.subTest(kind):
+                mesh = Mesh()
+                mesh.beam(kind, "BAR", (0, 0, 0), 4)
+                section = "*SHELL SECTION, ELSET=BAR, MATERIAL=STEEL\n0.1\n" if kind.startswith("S") else \
+                    "*SOLID SECTION, ELSET=BAR, MATERIAL=STEEL\n"
+                self.solve_both(mesh, section + STEEL, "BAR, GRAV, 9810., 0., 0., -1.", "BAR")
+
+    def nested(self):
+        mesh = Mesh()
+        mesh.beam("C3D8", "ROOT", (0, 0, 0), 1)
+        mesh.beam("C3D8", "MIDDLE", (1, 0, 0), 2)
+        mesh.beam("C3D8", "TIP", (3, 0, 0), 2)
+        mesh.nest("MIDDLE", ["TIP"])
+        mesh.nest("EALL", ["ROOT", "MIDDLE"])
+        return mesh
+
+    def test_a_load_and_a_section_on_nested_sets(self):
+        self.solve_both(self.nested(), "*SOLID SECTION, ELSET=EALL, MATERIAL=STEEL\n" + STEEL,
+                        "EALL, GRAV, 9810., 0., 0., -1.", "EALL")
+
+    def test_sections_of_a_set_and_of_one_within_it(self):
+        mesh = self.nested()
+        # The solver takes the last section that names an element.
+        sections = ("*SOLID SECTION, ELSET=EALL, MATERIAL=STEEL\n" + "*SOLID SECTION, ELSET=TIP, MATERIAL=BRASS\n" +
+                    STEEL + BRASS)
+        self.solve_both(mesh, sections, "MIDDLE, GRAV, 9810., 0., 0., -1.", "MIDDLE")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], *sys.argv[3:]])

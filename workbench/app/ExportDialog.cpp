@@ -1,0 +1,102 @@
+#include "workbench/app/ExportDialog.h"
+
+#include <QButtonGroup>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
+
+#include "workbench/app/FileName.h"
+#include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
+#include "workbench/exchange/formats/Format.h"
+
+namespace qd::workbench {
+
+ExportDialog::ExportDialog(WorkDocument& doc, const QString& path, QWidget* parent)
+    : QDialog(parent),
+      m_doc(doc),
+      m_scopes(new QButtonGroup(this)),
+      m_path(new QLineEdit(path)),
+      m_fault(new QLabel),
+      m_write(nullptr) {
+  setObjectName("export");
+  SetTitle(*this, "IDS_WB_EXPORT_TITLE");
+  auto* layout = new QVBoxLayout(this);
+  layout->addWidget(NewLabel("IDS_WB_EXPORT_SCOPE"));
+  AddScope(ExportScope::All, "IDS_WB_EXPORT_ALL");
+  AddScope(ExportScope::Shown, "IDS_WB_EXPORT_SHOWN");
+  AddScope(ExportScope::Selected, "IDS_WB_EXPORT_SELECTED");
+  m_scopes->button(static_cast<int>(ExportScope::All))->setChecked(true);
+  layout->addWidget(NewLabel("IDS_WB_EXPORT_FILE", {QString::fromStdString(WritePatterns(", "))}));
+  auto* line = new QHBoxLayout;
+  line->addWidget(m_path);
+  auto* browse = new QPushButton;
+  SetText(*browse, "IDS_WB_BROWSE");
+  line->addWidget(browse);
+  layout->addLayout(line);
+  m_fault->setWordWrap(true);
+  layout->addWidget(m_fault);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
+  m_write = buttons->addButton(QString(), QDialogButtonBox::AcceptRole);
+  SetText(*m_write, "IDS_WB_EXPORT_WRITE");
+  layout->addWidget(buttons);
+  m_path->setObjectName("path");
+  m_write->setObjectName("write");
+  constexpr int kWidth = 420;
+  m_path->setMinimumWidth(kWidth);
+  m_path->selectAll();
+  m_path->setFocus();
+  connect(browse, &QPushButton::clicked, this, [this] { Browse(); });
+  connect(m_path, &QLineEdit::textChanged, this, [this] { Check(); });
+  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
+  Check();
+}
+
+void ExportDialog::AddScope(ExportScope scope, const char* key) {
+  const ExportCounts counts = CountScope(m_doc, scope);
+  const auto number = [](std::uint64_t count) { return QLocale().toString(static_cast<qulonglong>(count)); };
+  auto* button = new QRadioButton;
+  SetText(*button, key, {number(counts.parts), number(counts.sets), number(counts.elements)});
+  button->setEnabled(counts.parts + counts.sets > 0 || scope == ExportScope::All);
+  m_scopes->addButton(button, static_cast<int>(scope));
+  layout()->addWidget(button);
+}
+
+ExportScope ExportDialog::Scope() const {
+  return static_cast<ExportScope>(m_scopes->checkedId());
+}
+
+QString ExportDialog::Path() const {
+  return m_path->text();
+}
+
+void ExportDialog::Browse() {
+  QString filters = Text("IDS_WB_EXPORT_FILTER") + " (" + QString::fromStdString(WritePatterns(" ")) + ")";
+  for (const Format* format : Formats()) {
+    if (!format->CanWrite()) continue;
+    QString patterns;
+    for (const std::string_view ending : format->Endings())
+      patterns += " *" + QString::fromStdString(std::string(ending));
+    filters += ";;" + QString::fromStdString(std::string(format->Name())) + " (" + patterns.trimmed() + ")";
+  }
+  const QString path = QFileDialog::getSaveFileName(this, Text("IDS_WB_EXPORT_TITLE"), m_path->text(), filters);
+  if (!path.isEmpty()) m_path->setText(path);
+}
+
+void ExportDialog::Check() {
+  const std::filesystem::path path(NameToBytes(m_path->text()));
+  const Format* format = FormatOfPath(path);
+  const bool good = format != nullptr && format->CanWrite();
+  m_write->setEnabled(good);
+  if (good || m_path->text().isEmpty()) return ClearText(*m_fault);
+  SetText(*m_fault, "IDS_WB_EXPORT_FORMAT", {QString::fromStdString(path.extension().string())});
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QDialog>
+
+#include "workbench/app/ExportScope.h"
+
+class QButtonGroup;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+
+namespace qd::workbench {
+
+/// Asks what is to be written, and to which file; the ending of its name tells the format.
+class ExportDialog final : public QDialog {
+ public:
+  /// `path` is the name that it begins with.
+  ExportDialog(WorkDocument& doc, const QString& path, QWidget* parent);
+
+  ExportScope Scope() const;
+  QString Path() const;
+
+ private:
+  void AddScope(ExportScope scope, const char* key);
+  void Browse();
+  /// Says what is wrong with the name, and lets go on when nothing is.
+  void Check();
+
+  WorkDocument& m_doc;
+  QButtonGroup* m_scopes;  // these belong to the dialog
+  QLineEdit* m_path;
+  QLabel* m_fault;
+  QPushButton* m_write;
+};
+
+}  // namespace qd::workbench
