@@ -8,8 +8,10 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QTimer>
 #include <QTreeWidget>
 #include <set>
 
@@ -109,6 +111,22 @@ TEST_F(ExportScopes, WhatIsSelectedOrHiddenDoesNotChangeWhatIsWrittenUnasked) {
   EXPECT_EQ(WriteByDialog("all.msh", 0), All());
   EXPECT_EQ(WriteByDialog("shown.msh", 1), All() - Set(L"WEDGES").elementCount);
   EXPECT_EQ(WriteByDialog("selected.msh", 2), Set(L"PLATE").elementCount);
+}
+
+TEST_F(ExportScopes, AFileThatIsThereIsReplacedOnlyWhenTheUserAgrees) {
+  ExportDialog dialog(m_window->Document(), m_files.Write("old.msh", "old"), nullptr);
+  for (const auto& [button, result] : {std::pair{QMessageBox::No, 0}, std::pair{QMessageBox::Yes, 1}}) {
+    dialog.setResult(0);
+    bool asked = false;
+    QTimer::singleShot(100, &dialog, [&asked, button = button] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      asked = box != nullptr;
+      if (asked) box->button(button)->click();
+    });
+    dialog.accept();
+    EXPECT_TRUE(asked);
+    EXPECT_EQ(dialog.result(), result);
+  }
 }
 
 TEST_F(ExportScopes, TheDialogCountsWhatItOffersAndWantsAKnownEnding) {

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
@@ -54,7 +55,7 @@ ExportDialog::ExportDialog(WorkDocument& doc, const QString& path, QWidget* pare
   m_path->setFocus();
   connect(browse, &QPushButton::clicked, this, [this] { Browse(); });
   connect(m_path, &QLineEdit::textChanged, this, [this] { Check(); });
-  connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+  connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   Check();
 }
@@ -87,7 +88,19 @@ void ExportDialog::Browse() {
     filters += ";;" + QString::fromStdString(std::string(format->Name())) + " (" + patterns.trimmed() + ")";
   }
   const QString path = QFileDialog::getSaveFileName(this, Text("IDS_WB_EXPORT_TITLE"), m_path->text(), filters);
-  if (!path.isEmpty()) m_path->setText(path);
+  if (path.isEmpty()) return;
+  m_agreed = path;
+  m_path->setText(path);
+}
+
+void ExportDialog::accept() {
+  std::error_code ignored;
+  const bool replaces = Path() != m_agreed && std::filesystem::exists(NameToBytes(Path()), ignored);
+  if (replaces && QMessageBox::question(this, Text("IDS_WB_EXPORT_TITLE"),
+                                        Text("IDS_WB_EXPORT_REPLACE", {Path()})) != QMessageBox::Yes) {
+    return;
+  }
+  QDialog::accept();
 }
 
 void ExportDialog::Check() {

@@ -19,6 +19,8 @@ class ExportDialog final : public QDialog {
 
   ExportScope Scope() const;
   QString Path() const;
+  /// Asks before a file that is there is replaced, unless the file dialog has asked already.
+  void accept() override;
 
  private:
   void AddScope(ExportScope scope, const char* key);
@@ -31,6 +33,7 @@ class ExportDialog final : public QDialog {
   QLineEdit* m_path;
   QLabel* m_fault;
   QPushButton* m_write;
+  QString m_agreed;  // a file that may be replaced
 };
 
 }  // namespace qd::workbench

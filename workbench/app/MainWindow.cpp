@@ -262,7 +262,8 @@ void MainWindow::AfterStore() {
 
 void MainWindow::OnExport() {
   const QFileInfo document(ToQt(m_doc->GetPathName()));
-  auto* dialog = new ExportDialog(*m_doc, document.completeBaseName() + ".inp", this);
+  const QString name = document.absolutePath() + "/" + document.completeBaseName() + ".inp";
+  auto* dialog = new ExportDialog(*m_doc, name, this);  // deletes itself
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   connect(dialog, &QDialog::accepted, this, [this, dialog] { Export(dialog->Path(), dialog->Scope()); });
   dialog->open();
