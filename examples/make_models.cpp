@@ -1,5 +1,6 @@
-// Makes the example models. Usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box
-// FILE.igs | mixed FILE.brep | specks FILE.brep | specks FILE.step
+// Makes the example models. Usage: make_models pump FILE.step | grid COUNT FILE.step | uses COUNT FILE.step |
+// groups COUNT FILE.step | box FILE.brep | box FILE.igs | mixed FILE.brep | mixed FILE.igs | specks FILE.brep |
+// specks FILE.step
 
 #include <BRepAlgoAPI_Cut.hxx>
 #include <BRepBuilderAPI_MakeEdge.hxx>
@@ -53,10 +54,12 @@ class Product {
     Name(label, name);
     return label;
   }
-  TDF_Label Use(const TDF_Label& assembly, const TDF_Label& product, const gp_Vec& at) {
+  TDF_Label Use(const TDF_Label& assembly, const TDF_Label& product, const gp_Vec& at, const std::string& name) {
     gp_Trsf place;
     place.SetTranslation(at);
-    return m_shapes->AddComponent(assembly, product, TopLoc_Location(place));
+    const TDF_Label use = m_shapes->AddComponent(assembly, product, TopLoc_Location(place));
+    Name(use, name);
+    return use;
   }
   void Colour(const TDF_Label& label, const Quantity_Color& colour) {
     m_colours->SetColor(label, colour, XCAFDoc_ColorSurf);
@@ -108,16 +111,17 @@ bool MakePump(const char* path) {
   const TDF_Label pump = product.Assembly("Pump");
   const TDF_Label rotor = product.Assembly("Rotor");
   const TDF_Label lid = product.Assembly("Lid");
-  product.Use(rotor, shaft, {0, 0, 0});
-  product.Use(rotor, impeller, {0, 0, 14});
-  product.Use(rotor, seal, {0, 0, 60});
-  product.Use(lid, cover, {0, 0, 0});
+  product.Use(rotor, shaft, {0, 0, 0}, "Shaft 1");
+  product.Use(rotor, impeller, {0, 0, 14}, "Impeller 1");
+  product.Use(rotor, seal, {0, 0, 60}, "Upper seal");
+  product.Use(lid, cover, {0, 0, 0}, "Cover 1");
+  int bolts = 0;
   for (const double x : {-32.0, 32.0}) {
-    for (const double y : {-22.0, 22.0}) product.Use(lid, bolt, {x, y, 6});
+    for (const double y : {-22.0, 22.0}) product.Use(lid, bolt, {x, y, 6}, "Bolt " + std::to_string(++bolts));
   }
-  product.Use(pump, housing, {0, 0, 0});
-  product.Use(pump, rotor, {0, 0, 10});
-  product.Use(pump, lid, {0, 0, 50});
+  product.Use(pump, housing, {0, 0, 0}, "Housing 1");
+  product.Use(pump, rotor, {0, 0, 10}, "Rotor 1");
+  product.Use(pump, lid, {0, 0, 50}, "Lid 1");
   return product.Write(path);
 }
 
@@ -131,7 +135,30 @@ bool MakeGrid(int count, const char* path) {
         i % 2 == 0 ? BRepPrimAPI_MakeBox(6, 6, 6 + i % 5).Shape() : BRepPrimAPI_MakeCylinder(3, 6 + i % 7).Shape();
     const TDF_Label part = product.Part("Body " + std::to_string(i + 1), shape,
                                         Colour((i * 37 % 100) / 100.0, (i * 61 % 100) / 100.0, 0.5));
-    product.Use(grid, part, {10.0 * (i % kSide), 10.0 * (i / kSide), 0});
+    product.Use(grid, part, {10.0 * (i % kSide), 10.0 * (i / kSide), 0}, "Place " + std::to_string(i + 1));
+  }
+  return product.Write(path);
+}
+
+/// Uses of a few products with names of their own, all in one assembly or in groups of a hundred, for
+/// measurements.
+bool MakeUses(int count, bool inGroups, const char* path) {
+  constexpr int kSide = 100;
+  constexpr int kGroup = 100;
+  Product product;
+  const TDF_Label products[] = {product.Part("Block", BRepPrimAPI_MakeBox(6, 6, 6).Shape(), Colour(0.8, 0.3, 0.3)),
+                                product.Part("Pin", BRepPrimAPI_MakeCylinder(3, 8).Shape(), Colour(0.3, 0.8, 0.3)),
+                                product.Part("Ring", BRepPrimAPI_MakeTorus(3, 1).Shape(), Colour(0.3, 0.3, 0.8)),
+                                product.Part("Tip", BRepPrimAPI_MakeCone(3, 1, 6).Shape(), Colour(0.8, 0.8, 0.3))};
+  const TDF_Label all = product.Assembly("All");
+  TDF_Label group = all;
+  for (int i = 0; i < count; ++i) {
+    if (inGroups && i % kGroup == 0) {
+      group = product.Assembly("Group " + std::to_string(i / kGroup + 1));
+      product.Use(all, group, {0, 0, 0}, "Place " + std::to_string(i / kGroup + 1));
+    }
+    product.Use(group, products[i % 4], {10.0 * (i % kSide), 10.0 * (i / kSide), 0},
+                "Use " + std::to_string(i + 1));
   }
   return product.Write(path);
 }
@@ -144,7 +171,7 @@ bool MakeBox(const std::string& path) {
 }
 
 /// A block with a small hole, a face above it and a line above both: one body of each kind.
-bool MakeMixed(const char* path) {
+bool MakeMixed(const std::string& path) {
   const gp_Ax2 axis(gp_Pnt(5, 5, 0), gp_Dir(0, 0, 1));
   TopoDS_Compound all;
   const BRep_Builder builder;
@@ -154,7 +181,9 @@ bool MakeMixed(const char* path) {
                        .Shape());
   builder.Add(all, BRepBuilderAPI_MakeFace(gp_Pln(gp_Pnt(0, 0, 20), gp_Dir(0, 0, 1)), 0, 10, 0, 10).Shape());
   builder.Add(all, BRepBuilderAPI_MakeEdge(gp_Pnt(2, 15, 30), gp_Pnt(18, 15, 30)).Shape());
-  return BRepTools::Write(all, path);
+  if (path.ends_with(".brep")) return BRepTools::Write(all, path.c_str());
+  IGESControl_Writer writer("MM", 0);  // faces one by one, as most files of the kind have them
+  return writer.AddShape(all) && writer.Write(path.c_str());
 }
 
 /// A block, a free point, and a ball finer than facets usually are: what real files hold beside their solids.
@@ -175,11 +204,15 @@ bool MakeSpecks(const std::string& path) {
 bool Make(const std::string& what, int argc, char** argv) {
   if (what == "pump" && argc == 3) return MakePump(argv[2]);
   if (what == "grid" && argc == 4) return MakeGrid(std::stoi(argv[2]), argv[3]);
+  if (what == "uses" && argc == 4) return MakeUses(std::stoi(argv[2]), false, argv[3]);
+  if (what == "groups" && argc == 4) return MakeUses(std::stoi(argv[2]), true, argv[3]);
   if (what == "box" && argc == 3) return MakeBox(argv[2]);
   if (what == "mixed" && argc == 3) return MakeMixed(argv[2]);
   if (what == "specks" && argc == 3) return MakeSpecks(argv[2]);
-  std::cerr << "usage: make_models pump FILE.step | grid COUNT FILE.step | box FILE.brep | box FILE.igs | "
-               "mixed FILE.brep | specks FILE.brep | specks FILE.step\n";
+  std::cerr << "usage: make_models pump FILE.step | grid COUNT FILE.step | uses COUNT FILE.step | groups COUNT "
+               "FILE.step | "
+               "box FILE.brep | box FILE.igs | "
+               "mixed FILE.brep | mixed FILE.igs | specks FILE.brep | specks FILE.step\n";
   return false;
 }
 

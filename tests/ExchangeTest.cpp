@@ -12,7 +12,10 @@ namespace {
 ImportedPart SamplePart() {
   ImportedPart part;
   part.name = "Bolt Ø6";
-  part.assembly = "Pump/Lid";
+  part.product = "Bolt Ø6";
+  part.instance = "Bolt 2";
+  part.use = 2;
+  part.assemblies = {{"Pump", "", 0}, {"Lid", "Upper lid", 3}};
   part.colour = Rgb(1, 2, 3);
   part.shape.brep = std::string("brep\0text", 9);
   part.shape.facets.points = {0, 0, 0, 1, 0, 0, 0, 1, 0};

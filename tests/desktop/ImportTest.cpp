@@ -5,6 +5,7 @@
 #include <QDirIterator>
 #include <QRegularExpression>
 #include <algorithm>
+#include <random>
 
 #include "Files.h"
 #include "workbench/app/ExchangeJob.h"
@@ -21,10 +22,9 @@ struct Outcome {
   bool finished = false;
 };
 
-Outcome Import(const QString& path, const std::function<void(ExchangeJob&)>& meanwhile = nullptr) {
+Outcome Run(ExchangeJob& job, const std::function<void(ExchangeJob&)>& meanwhile = nullptr) {
   Outcome outcome;
   QEventLoop loop;
-  ExchangeJob job(path);
   QObject::connect(&job, &ExchangeJob::Finished, &loop, [&](ImportedModel& model) {
     outcome.model = std::move(model);
     outcome.finished = true;
@@ -45,6 +45,16 @@ Outcome Import(const QString& path, const std::function<void(ExchangeJob&)>& mea
   return outcome;
 }
 
+Outcome Import(const QString& path, const std::function<void(ExchangeJob&)>& meanwhile = nullptr) {
+  ExchangeJob job(path);
+  return Run(job, meanwhile);
+}
+
+Outcome Work(const ShapeOperation& operation) {
+  ExchangeJob job(operation);
+  return Run(job);
+}
+
 class ImportFile : public ::testing::Test {
  protected:
   MessageTables m_messages;
@@ -57,9 +67,9 @@ TEST_F(ImportFile, StepKeepsNamesColoursAndAssemblies) {
   ASSERT_EQ(pump.model.parts.size(), 9U);
   const ImportedPart& seal = pump.model.parts[3];
   EXPECT_EQ(seal.name, "Seal ring Ø20");
-  EXPECT_EQ(seal.assembly, "Pump/Rotor");
+  EXPECT_EQ(AssemblyPath(seal), "Pump/Rotor");
   EXPECT_EQ(seal.colour, Rgb(0x33, 0x33, 0x38));
-  EXPECT_EQ(pump.model.parts[0].assembly, "Pump");
+  EXPECT_EQ(AssemblyPath(pump.model.parts[0]), "Pump");
   for (const ImportedPart& part : pump.model.parts) {
     EXPECT_EQ(part.kind, TopologyKind::Solid);
     EXPECT_FALSE(part.shape.facets.triangles.empty());
@@ -100,6 +110,106 @@ TEST_F(ImportFile, WhatCannotBeDrawnComesInAndIsNamed) {
     EXPECT_EQ(point.shape.facets.points, (std::vector<float>{1, 2, 50}));
     EXPECT_FALSE(HasNote(specks.model, "IDS_WB_NOTE_NOT_DRAWN", ball.name));
     EXPECT_TRUE(HasNote(specks.model, "IDS_WB_NOTE_NOT_DRAWN", point.name));
+  }
+}
+
+TEST_F(ImportFile, StepKeepsTheNamesOfUsesAtAnyDepth) {
+  const Outcome pump = Import(m_files.Make({"pump"}, "pump.step"));
+  ASSERT_EQ(pump.model.parts.size(), 9U);
+  const ImportedPart& seal = pump.model.parts[3];
+  EXPECT_EQ(seal.product, "Seal ring Ø20");
+  EXPECT_EQ(seal.instance, "Upper seal");
+  EXPECT_EQ(seal.use, 3U);
+  ASSERT_EQ(seal.assemblies.size(), 2U);
+  EXPECT_EQ(seal.assemblies[0].product, "Pump");
+  EXPECT_EQ(seal.assemblies[0].instance, "");
+  EXPECT_EQ(seal.assemblies[1].product, "Rotor");
+  EXPECT_EQ(seal.assemblies[1].instance, "Rotor 1");
+  EXPECT_EQ(seal.assemblies[1].use, 2U);
+  EXPECT_EQ(pump.model.parts[8].instance, "Bolt 4");
+  EXPECT_TRUE(pump.model.notes.empty());
+}
+
+TEST_F(ImportFile, UsesOfOneProductAreMovedNotMadeAgain) {
+  const Outcome uses = Import(m_files.Make({"groups", "250"}, "groups.step"));
+  ASSERT_TRUE(uses.finished) << uses.failure.toStdString();
+  ASSERT_EQ(uses.model.parts.size(), 250U);
+  const ImportedPart& part = uses.model.parts[204];  // the second block of the third group
+  EXPECT_EQ(AssemblyPath(part), "All/Group 3");
+  EXPECT_EQ(part.name, "Block");
+  EXPECT_EQ(part.instance, "Use 205");
+  EXPECT_EQ(part.colour, Rgb(0xCC, 0x4C, 0x4C));
+  EXPECT_NEAR(part.shape.volume, 216, 1e-6);
+  const std::vector<float>& points = part.shape.facets.points;
+  EXPECT_FLOAT_EQ(*std::min_element(points.begin(), points.end()), 0);
+  EXPECT_FLOAT_EQ(points[0], 40);
+  // The shape goes with the facets: moved once more it is where it should be.
+  ShapeOperation move;
+  move.vector[2] = 100;
+  move.operands.push_back({part.name, part.shape.brep, part.kind});
+  const Outcome moved = Work(move);
+  ASSERT_EQ(moved.model.parts.size(), 1U) << moved.failure.toStdString();
+  EXPECT_FLOAT_EQ(moved.model.parts[0].shape.facets.points[0], 40);
+  EXPECT_FLOAT_EQ(moved.model.parts[0].shape.facets.points[1], 20);
+}
+
+/// Damages some characters of one line, or takes lines out; the same for the same number.
+QByteArray Damaged(const QByteArray& sound, int first, int last, unsigned number) {
+  std::mt19937 random(number);
+  QList<QByteArray> lines = sound.split('\n');
+  const auto below = [&random](qsizetype limit) {
+    return static_cast<qsizetype>(random() % static_cast<unsigned>(limit));
+  };
+  const qsizetype at = first + below(last - first);
+  if (number % 3 == 0) {
+    lines.remove(at, 1 + below(3));
+    return lines.join('\n');
+  }
+  QByteArray& line = lines[at];
+  const qsizetype columns = std::min<qsizetype>(line.size(), 64);
+  for (int tries = 0; tries < 100 && columns > 0; ++tries) {
+    char& character = line[below(columns)];
+    const bool digit = character >= '0' && character <= '9';
+    if (number % 3 == 1 && !digit) continue;
+    character = number % 3 == 1 ? static_cast<char>('0' + below(10)) : static_cast<char>('!' + below(90));
+    if (tries > 3) break;
+  }
+  return lines.join('\n');
+}
+
+std::size_t Facets(const ImportedModel& model) {
+  std::size_t facets = 0;
+  for (const ImportedPart& part : model.parts) facets += part.shape.facets.triangles.size();
+  return facets;
+}
+
+TEST_F(ImportFile, NothingOfADamagedFileIsLostWithoutAWord) {
+  const struct {
+    const char* model;
+    const char* name;
+    int first;  // lines that may be damaged, the last ones counted from the end
+    int last;
+  } files[] = {{"pump", "pump.step", 12, -4}, {"mixed", "mixed.igs", 5, -2}};
+  for (const auto& file : files) {
+    const QByteArray bytes = Files::Read(m_files.Make({file.model}, file.name));
+    const Outcome sound = Import(m_files.Folder() + "/" + file.name);
+    ASSERT_TRUE(sound.finished);
+    EXPECT_TRUE(sound.model.notes.empty()) << sound.model.notes[0].key << sound.model.notes[0].detail;
+    const int last = static_cast<int>(bytes.count('\n')) + file.last;
+    int less = 0;
+    int silent = 0;
+    for (unsigned number = 0; number < 45; ++number) {
+      const QByteArray bad = Damaged(bytes, file.first, last, number);
+      const Outcome damaged = Import(m_files.Write(QString("damaged_") + file.name, bad));
+      if (!damaged.finished) continue;  // refused with a reason
+      const ImportedModel& model = damaged.model;
+      if (model.parts.size() >= sound.model.parts.size() && Facets(model) >= Facets(sound.model)) continue;
+      ++less;
+      if (model.notes.empty()) ++silent;
+    }
+    // A number that becomes another one of the same kind makes another sound file: a smaller ball, a nearer arc.
+    EXPECT_LE(silent, 1) << file.name;
+    EXPECT_GT(less, 0);
   }
 }
 

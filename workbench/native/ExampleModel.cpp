@@ -88,7 +88,12 @@ int BuildExample(Database& database, const std::string& deck) {
     return 0;
   }
   for (const Body& body : kBodies) {
-    model.parts.push_back({body.name, body.assembly, body.colour, body.kind, ShapeOf(body)});
+    ImportedPart& part = model.parts.emplace_back();
+    part.name = body.name;
+    if (*body.assembly != 0) part.assemblies = {{body.assembly, "", 0}};
+    part.colour = body.colour;
+    part.kind = body.kind;
+    part.shape = ShapeOf(body);
   }
   if (StoreImport(database, std::move(model), title) == 0) return 0;
   CTransaction act(&database);

@@ -10,7 +10,6 @@
 #include <Message_PrinterOStream.hxx>
 #include <Message_ProgressIndicator.hxx>
 #include <Quantity_Color.hxx>
-#include <STEPCAFControl_Reader.hxx>
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
 #include <TDF_LabelSequence.hxx>
@@ -28,8 +27,9 @@
 #include <optional>
 #include <vector>
 
-#include "workbench/exchange/child/NoteCounts.h"
+#include "workbench/exchange/child/CadNotes.h"
 #include "workbench/exchange/child/Shapes.h"
+#include "workbench/exchange/child/StepFile.h"
 
 namespace qd::workbench {
 
@@ -51,15 +51,6 @@ class ReadProgress final : public Message_ProgressIndicator {
   Sink& m_sink;
 };
 
-COLORREF ColourOf(const Quantity_Color& colour) {
-  double red = 0;
-  double green = 0;
-  double blue = 0;
-  colour.Values(red, green, blue, Quantity_TOC_sRGB);
-  const auto byte = [](double value) { return static_cast<unsigned>(std::lround(value * 255)); };
-  return Rgb(byte(red), byte(green), byte(blue));
-}
-
 std::string NameOf(const TDF_Label& label) {
   Handle(TDataStd_Name) name;
   if (!label.FindAttribute(TDataStd_Name::GetID(), name)) return {};
@@ -80,21 +71,18 @@ class Harvest {
   void Run() {
     TDF_LabelSequence free;
     m_shapes->GetFreeShapes(free);
-    for (int i = 1; i <= free.Length(); ++i) Visit({free.Value(i), TopLoc_Location(), {}, {}, {}});
+    for (int i = 1; i <= free.Length(); ++i) Visit({free.Value(i), TopLoc_Location(), {}, {}, 0, {}});
   }
 
-  struct Found {
-    TopoDS_Shape shape;
-    ImportedPart part;
-  };
-  std::vector<Found> found;
+  std::vector<CadBody> found;
 
  private:
   struct Step {
     TDF_Label label;
     TopLoc_Location place;
-    std::string assembly;
+    std::vector<ImportedAssembly> above;
     std::string instance;            // name of the use of this product, if it has one
+    std::uint32_t use = 0;           // which one in the assembly above
     std::optional<COLORREF> colour;  // of the use, or of an assembly above
   };
 
@@ -113,8 +101,8 @@ class Harvest {
 
   /// Components in their order: the last one goes onto the stack first.
   void PushComponents(const Step& step, std::vector<Step>& stack) {
-    const std::string own = NameOf(step.label);
-    const std::string path = step.assembly.empty() ? own : step.assembly + "/" + own;
+    std::vector<ImportedAssembly> path = step.above;
+    path.push_back({NameOf(step.label), step.instance, step.use});
     TDF_LabelSequence components;
     XCAFDoc_ShapeTool::GetComponents(step.label, components);
     for (int i = components.Length(); i >= 1; --i) {
@@ -123,7 +111,7 @@ class Harvest {
       if (!XCAFDoc_ShapeTool::GetReferredShape(use, product)) continue;
       std::optional<COLORREF> colour = ColourAt(use);
       stack.push_back({product, step.place * XCAFDoc_ShapeTool::GetLocation(use), path, NameOf(use),
-                       colour ? colour : step.colour});
+                       static_cast<std::uint32_t>(i), colour ? colour : step.colour});
     }
   }
 
@@ -135,10 +123,13 @@ class Harvest {
     int number = 0;
     for (const Body& body : bodies) {
       ++number;
-      Found& result = found.emplace_back();
+      CadBody& result = found.emplace_back();
       result.shape = body.shape.Moved(step.place);
       result.part.kind = body.kind;
-      result.part.assembly = step.assembly;
+      result.part.product = NameOf(step.label);
+      result.part.instance = step.instance;
+      result.part.use = step.use;
+      result.part.assemblies = step.above;
       const std::string bodyName = bodies.size() > 1 ? SubName(step.label, body.shape) : std::string();
       result.part.name = !bodyName.empty()   ? bodyName
                          : bodies.size() > 1 ? name + " [" + std::to_string(number) + "]"
@@ -161,7 +152,7 @@ class Harvest {
   std::optional<COLORREF> ColourAt(const TDF_Label& label) const {
     Quantity_Color colour;
     for (const XCAFDoc_ColorType type : {XCAFDoc_ColorSurf, XCAFDoc_ColorGen, XCAFDoc_ColorCurv}) {
-      if (m_colours->GetColor(label, type, colour)) return ColourOf(colour);
+      if (m_colours->GetColor(label, type, colour)) return RgbOf(colour);
     }
     return std::nullopt;
   }
@@ -169,12 +160,12 @@ class Harvest {
   std::optional<COLORREF> ColourOfShape(const TopoDS_Shape& body, const TDF_Label& product) const {
     Quantity_Color colour;
     for (const XCAFDoc_ColorType type : {XCAFDoc_ColorSurf, XCAFDoc_ColorGen, XCAFDoc_ColorCurv}) {
-      if (m_colours->GetColor(body, type, colour)) return ColourOf(colour);
+      if (m_colours->GetColor(body, type, colour)) return RgbOf(colour);
     }
     if (const std::optional<COLORREF> whole = ColourAt(product)) return whole;
     // A part that is coloured face by face shows the colour of its first coloured face.
     for (TopExp_Explorer at(body, TopAbs_FACE); at.More(); at.Next()) {
-      if (m_colours->GetColor(at.Current(), XCAFDoc_ColorSurf, colour)) return ColourOf(colour);
+      if (m_colours->GetColor(at.Current(), XCAFDoc_ColorSurf, colour)) return RgbOf(colour);
     }
     return std::nullopt;
   }
@@ -183,33 +174,23 @@ class Harvest {
   Handle(XCAFDoc_ColorTool) m_colours;
 };
 
-template <typename Reader>
-void ReadWith(Reader& reader, const std::string& path, Handle(TDocStd_Document) document,
-              const Message_ProgressRange& range) {
+CadModel ReadIges(const std::string& path, const Message_ProgressRange& range) {
+  Handle(TDocStd_Document) document;
+  XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
+  IGESCAFControl_Reader reader;
   reader.SetColorMode(true);
   reader.SetNameMode(true);
   if (reader.ReadFile(path.c_str()) != IFSelect_RetDone) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
   if (!reader.Transfer(document, range)) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
-}
-
-std::vector<Harvest::Found> ReadDocument(const std::string& path, const Format& format, Sink& sink) {
-  Handle(TDocStd_Document) document;
-  XCAFApp_Application::GetApplication()->NewDocument("BinXCAF", document);
-  const Handle(ReadProgress) progress = new ReadProgress(sink);  // reference-counted
-  const Message_ProgressRange range = progress->Start();
-  if (format.ReadBy() == Engine::Step) {
-    STEPCAFControl_Reader reader;
-    ReadWith(reader, path, document, range);
-  } else {
-    IGESCAFControl_Reader reader;
-    ReadWith(reader, path, document, range);
-  }
+  CadModel model;
+  NoteFaults(reader, model.notes);
   Harvest harvest(document);
   harvest.Run();
-  return std::move(harvest.found);
+  model.bodies = std::move(harvest.found);
+  return model;
 }
 
-std::vector<Harvest::Found> ReadBrep(const std::string& path) {
+CadModel ReadBrep(const std::string& path) {
   TopoDS_Shape shape;
   bool good = false;
   try {
@@ -218,12 +199,19 @@ std::vector<Harvest::Found> ReadBrep(const std::string& path) {
     good = false;  // thrown where the text ends too early
   }
   if (!good || shape.IsNull()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
-  std::vector<Harvest::Found> found;
+  CadModel model;
   for (const Body& body : BodiesOf(shape)) {
-    found.push_back({body.shape, {}});
-    found.back().part.kind = body.kind;
+    model.bodies.push_back({body.shape, {}});
+    model.bodies.back().part.kind = body.kind;
   }
-  return found;
+  return model;
+}
+
+CadModel Read(const std::string& path, const Format& format, Sink& sink) {
+  if (format.ReadBy() == Engine::Brep) return ReadBrep(path);
+  const Handle(ReadProgress) progress = new ReadProgress(sink);  // reference-counted
+  const Message_ProgressRange range = progress->Start();
+  return format.ReadBy() == Engine::Step ? ReadStep(path, range) : ReadIges(path, range);
 }
 
 /// A part without a name is named by its kind and a number of its own.
@@ -237,24 +225,28 @@ std::string NameByKind(TopologyKind kind, std::map<TopologyKind, int>& numbers) 
 void ReadCadFile(const std::string& path, const Format& format, Sink& sink) {
   Message::DefaultMessenger()->ChangePrinters().Clear();
   try {
-    std::vector<Harvest::Found> found =
-        format.ReadBy() == Engine::Brep ? ReadBrep(path) : ReadDocument(path, format, sink);
+    CadModel model = Read(path, format, sink);
+    std::vector<CadBody>& found = model.bodies;
+    NoteCounts& notes = model.notes;
     sink.Progress(kReadShare);
-    NoteCounts notes;
+    PartShapes shapes;
+    for (const CadBody& body : found) shapes.Expect(body.shape);
     std::map<TopologyKind, int> numbers;
     for (std::size_t i = 0; i < found.size(); ++i) {
       ImportedPart& part = found[i].part;
       if (part.name.empty()) part.name = NameByKind(part.kind, numbers);
       Drawn drawn{};
-      part.shape = PartShapeOf(found[i].shape, drawn);
+      bool sound = true;
+      part.shape = shapes.Make(found[i].shape, drawn, sound);
+      if (!sound) notes.Add("IDS_WB_NOTE_UNSOUND", part.name);
       if (drawn == Drawn::Nothing) notes.Add("IDS_WB_NOTE_NOT_DRAWN", part.name);
       if (drawn == Drawn::Part) notes.Add("IDS_WB_NOTE_PARTLY_DRAWN", part.name);
       sink.Part(part);
+      part.shape = {};
       sink.Progress(kReadShare +
                     (1 - kReadShare) * static_cast<double>(i + 1) / static_cast<double>(found.size()));
-      found[i] = {};
     }
-    notes.Send(sink);
+    for (const ImportNote& note : notes.Notes()) sink.Note(note);
   } catch (const Standard_OutOfMemory&) {
     throw std::bad_alloc();
   } catch (const Standard_Failure& failure) {

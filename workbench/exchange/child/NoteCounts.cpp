@@ -45,8 +45,4 @@ std::vector<ImportNote> NoteCounts::Notes() const {
   return notes;
 }
 
-void NoteCounts::Send(Sink& sink) const {
-  for (const ImportNote& note : Notes()) sink.Note(note);
-}
-
 }  // namespace qd::workbench

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "workbench/exchange/child/Sink.h"
+#include "workbench/exchange/pipe/ImportedModel.h"
 
 namespace qd::workbench {
 
@@ -18,7 +18,6 @@ class NoteCounts {
   bool IsEmpty() const { return m_kinds.empty(); }
   /// One note for each kind, in the order in which the kinds first occurred.
   std::vector<ImportNote> Notes() const;
-  void Send(Sink& sink) const;
 
  private:
   struct Kind {

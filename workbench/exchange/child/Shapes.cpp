@@ -10,6 +10,7 @@
 #include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
 #include <TopTools_IndexedMapOfShape.hxx>
+#include <TopTools_LocationSet.hxx>
 #include <TopoDS.hxx>
 #include <cmath>
 #include <gp_Circ.hxx>
@@ -18,7 +19,12 @@
 #include <gp_Elips.hxx>
 #include <gp_Sphere.hxx>
 #include <gp_Torus.hxx>
+#include <gp_Trsf.hxx>
+#include <locale>
+#include <optional>
 #include <sstream>
+
+#include "workbench/exchange/child/CadNotes.h"
 
 namespace qd::workbench {
 
@@ -127,6 +133,79 @@ PartShape PartShapeOf(const TopoDS_Shape& shape, Drawn& drawn) {
     // A shape without a size has no measures; it is a part nevertheless.
   }
   return result;
+}
+
+namespace {
+
+void Move(std::vector<float>& numbers, const gp_Trsf& motion, bool directions) {
+  for (std::size_t i = 0; i + 2 < numbers.size(); i += 3) {
+    gp_XYZ at(numbers[i], numbers[i + 1], numbers[i + 2]);
+    if (directions) {
+      at.Multiply(motion.HVectorialPart());
+    } else {
+      motion.Transforms(at);
+    }
+    for (int axis = 0; axis < 3; ++axis) {
+      numbers[i + static_cast<std::size_t>(axis)] = static_cast<float>(at.Coord(axis + 1));
+    }
+  }
+}
+
+/// The exchange form of a shape in another place, from that of the shape in none; nothing where it has places
+/// inside, as their numbers would change.
+std::optional<std::string> Placed(const std::string& brep, const TopLoc_Location& place) {
+  static const std::string kNoPlaces = "\nLocations 0\n";
+  constexpr int kDigits = 15;
+  const std::size_t at = brep.find(kNoPlaces);
+  const std::size_t root = brep.find_last_of('0');
+  if (at == std::string::npos || root == std::string::npos || root < at) return std::nullopt;
+  TopTools_LocationSet places;
+  const int number = places.Add(place);
+  std::ostringstream out;
+  out.imbue(std::locale::classic());
+  out.precision(kDigits);
+  out << brep.substr(0, at) << "\n";
+  places.Write(out);
+  const std::size_t rest = at + kNoPlaces.size();
+  out << brep.substr(rest, root - rest) << number << brep.substr(root + 1);
+  return out.str();
+}
+
+}  // namespace
+
+PartShape PartShapes::Make(const TopoDS_Shape& shape, Drawn& drawn, bool& sound) {
+  const TopLoc_Location place = shape.Location();
+  const gp_Trsf motion = place.Transformation();
+  constexpr double kSame = 1e-12;
+  const bool rigid = std::abs(motion.ScaleFactor() - 1) < kSame && !motion.IsNegative();
+  if (m_uses[shape.TShape().get()] < 2 || !rigid) {
+    sound = IsSoundShape(shape);
+    return PartShapeOf(shape, drawn);
+  }
+  const auto [found, isNew] = m_made.try_emplace({shape.TShape().get(), shape.Orientation()});
+  Made& made = found->second;
+  if (isNew) {
+    made.sound = IsSoundShape(shape);
+    made.shape = PartShapeOf(shape.Located(TopLoc_Location()), made.drawn);
+  }
+  drawn = made.drawn;
+  sound = made.sound;
+  PartShape result = made.shape;
+  if (place.IsIdentity()) return result;
+  Move(result.facets.points, motion, false);
+  Move(result.facets.normals, motion, true);
+  const std::optional<std::string> placed = Placed(made.shape.brep, place);
+  result.brep = placed ? *placed : BrepOf(shape);
+  return result;
+}
+
+COLORREF RgbOf(const Quantity_Color& colour) {
+  double red = 0;
+  double green = 0;
+  double blue = 0;
+  colour.Values(red, green, blue, Quantity_TOC_sRGB);
+  const auto byte = [](double value) { return static_cast<unsigned>(std::lround(value * 255)); };
+  return Rgb(byte(red), byte(green), byte(blue));
 }
 
 TopoDS_Shape ShapeOf(const std::string& brep) {

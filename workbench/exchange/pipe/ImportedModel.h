@@ -8,14 +8,34 @@
 
 namespace qd::workbench {
 
+/// An assembly that holds a part: a product and its use in the assembly above. Texts are UTF-8.
+struct ImportedAssembly {
+  std::string product;
+  std::string instance;   ///< name of the use; empty for the outermost one
+  std::uint32_t use = 0;  ///< which use in the assembly above, from 1; 0 for the outermost one
+};
+
 /// One body of a CAD file. Texts are UTF-8.
 struct ImportedPart {
   std::string name;
-  std::string assembly;  ///< path of the assembly that holds it, names divided by "/"; empty at top level
+  std::string product;    ///< empty where the file knows no products
+  std::string instance;   ///< name of the product's use
+  std::uint32_t use = 0;  ///< which use in the innermost assembly, from 1; 0 outside of assemblies
+  std::vector<ImportedAssembly> assemblies;  ///< that hold it, the outermost first
   COLORREF colour = Rgb(0xB0, 0xB8, 0xC4);
   TopologyKind kind = TopologyKind::Solid;
   PartShape shape;
 };
+
+/// Path of the assembly that holds a part: names of products divided by "/"; empty outside of assemblies.
+inline std::string AssemblyPath(const ImportedPart& part) {
+  std::string path;
+  for (const ImportedAssembly& assembly : part.assemblies) {
+    if (!path.empty()) path += "/";
+    path += assembly.product;
+  }
+  return path;
+}
 
 struct ImportedMaterial {
   std::string name;

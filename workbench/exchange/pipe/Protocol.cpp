@@ -35,7 +35,12 @@ std::optional<std::uint64_t> DecodeBeat(std::string_view payload) {
 
 std::string Encode(const ImportedPart& part) {
   ByteWriter writer;
-  writer.Put(part.name).Put(part.assembly).Put(part.colour).Put(part.kind);
+  writer.Put(part.name).Put(part.product).Put(part.instance).Put(part.use);
+  writer.Put(static_cast<std::uint64_t>(part.assemblies.size()));
+  for (const ImportedAssembly& assembly : part.assemblies) {
+    writer.Put(assembly.product).Put(assembly.instance).Put(assembly.use);
+  }
+  writer.Put(part.colour).Put(part.kind);
   PutShape(writer, part.shape);
   return writer.Take();
 }
@@ -43,7 +48,13 @@ std::string Encode(const ImportedPart& part) {
 std::optional<ImportedPart> DecodePart(std::string_view payload) {
   ImportedPart part;
   ByteReader reader(payload);
-  reader.Get(part.name).Get(part.assembly).Get(part.colour).Get(part.kind);
+  std::uint64_t assemblies = 0;
+  reader.Get(part.name).Get(part.product).Get(part.instance).Get(part.use).Get(assemblies);
+  for (std::uint64_t i = 0; i < assemblies && reader.IsGood(); ++i) {
+    ImportedAssembly& assembly = part.assemblies.emplace_back();
+    reader.Get(assembly.product).Get(assembly.instance).Get(assembly.use);
+  }
+  reader.Get(part.colour).Get(part.kind);
   const bool sound = GetShape(reader, part.shape) && reader.IsWhole() && part.kind <= TopologyKind::Compound;
   return sound ? std::optional(std::move(part)) : std::nullopt;
 }

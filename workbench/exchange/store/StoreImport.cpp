@@ -35,11 +35,11 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
   iterator defaultSet = 0;
   for (ImportedPart& part : parts) {
     tagTGeom record;
-    if (!part.assembly.empty()) {
-      iterator& set = setOf[part.assembly];
+    if (const std::string path = AssemblyPath(part); !path.empty()) {
+      iterator& set = setOf[path];
       if (set == 0) {
         tagTGset group;
-        group.name = NameOf(part.assembly);
+        group.name = NameOf(path);
         set = database.GetGsetPool().Add(std::move(group));
         if (set == 0) return false;
       }
