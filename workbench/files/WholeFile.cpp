@@ -28,7 +28,7 @@ fs::path NewName() {
 }
 
 bool IsPartial(const fs::path& name) {
-  const auto text = name.native();
+  const auto& text = name.native();
   if (text.size() != kBegin.size() + kDigitCount + kEnd.size()) return false;
   return std::equal(kBegin.begin(), kBegin.end(), text.begin()) &&
          std::equal(kEnd.rbegin(), kEnd.rend(), text.rbegin()) &&
