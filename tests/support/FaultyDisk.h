@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include <csignal>
 #include <cstring>
 
 namespace qd::test {
@@ -10,7 +11,7 @@ namespace qd::test {
 /// it, until it is healed.
 class FaultyDisk {
  public:
-  enum class Fault { Error, Full };
+  enum class Fault { Error, Full, Killed };
   static constexpr const char* kName = "qd_faulty";
 
   FaultyDisk() {
@@ -34,6 +35,8 @@ class FaultyDisk {
     m_left = operation;
     m_fault = fault;
   }
+  /// The program is killed in place of the operation.
+  void KillAt(int operation) { FailAt(operation, Fault::Killed); }
   void Heal() { m_left = -1; }
 
  private:
@@ -51,6 +54,7 @@ class FaultyDisk {
       --s_disk->m_left;
       return SQLITE_OK;
     }
+    if (s_disk->m_fault == Fault::Killed) std::raise(SIGKILL);
     return s_disk->m_fault == Fault::Full ? SQLITE_FULL : error;
   }
 

@@ -6,6 +6,7 @@
 #include "workbench/app/ExchangeReader.h"
 #include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/QuietTime.h"
 
 namespace qd::workbench {
 
@@ -44,7 +45,10 @@ void ExchangeJob::Prepare(ExchangeRun::Task task) {
   connect(m_reader, &ExchangeReader::Resumed, this, &ExchangeJob::Resumed);
   connect(m_reader, &ExchangeReader::Ended, this,
           [this](const std::shared_ptr<ImportedModel>& model, const QString& key, const QString& detail) {
-            End(model != nullptr ? QString() : Text(key.toUtf8().constData(), {detail}), model);
+            // Whoever waits for the results changes the document with them.
+            QuietTime::WhenOver(this, [=, this] {
+              End(model != nullptr ? QString() : Text(key.toUtf8().constData(), {detail}), model);
+            });
           });
 }
 

@@ -19,6 +19,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/ExportDialog.h"
 #include "workbench/app/PropertyPane.h"
+#include "workbench/app/QuietTime.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/exchange/formats/Format.h"
@@ -42,7 +43,10 @@ MainWindow::MainWindow(MessageTables& messages)
   m_trees = std::make_unique<WorksTrees>(
       *m_doc,
       std::map<long, CWorksTreeBar*>{{kModelTree, &m_modelPane->Bar()}, {kGeometrySetTree, &m_gsetPane->Bar()}},
-      WorksTrees::Window{.later = [this](const std::function<void()>& what) { QTimer::singleShot(0, this, what); },
+      WorksTrees::Window{.later =
+                             [this](const std::function<void()>& what) {
+                               QTimer::singleShot(0, this, [this, what] { QuietTime::WhenOver(this, what); });
+                             },
                          .changed =
                              [this](const CQDUpdateRecord& record) {
                                m_view->Apply(record);
@@ -236,6 +240,8 @@ void MainWindow::MakeJobs() {
   m_imports = new ImportQueue(*m_doc, this);
   m_exporter = new MeshExporter(*m_doc, this);
   m_longWork = std::make_unique<ProgressWindow>(this);
+  m_others = new OtherWindows(m_messages, this);
+  connect(m_others, &OtherWindows::Said, this, &MainWindow::Say);
   Follow(*m_operations);
   Follow(*m_imports);
   Follow(*m_exporter);
@@ -252,7 +258,9 @@ void MainWindow::BeforeStore(const QString& path) {
   const Database& database = m_doc->GetDatabase();
   m_firstImport = m_doc->GetDatabase().GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
   if (!m_firstImport || m_keeper->IsNamed()) return;
-  m_doc->SetPathName(FromQt(QFileInfo(path).absoluteFilePath()));
+  const QString absolute = QFileInfo(path).absoluteFilePath();
+  m_doc->SetPathName(FromQt(absolute));
+  m_keeper->SetTitle(absolute.toStdString());
   m_trees->Manager().ResetFilePath(m_doc.get());
 }
 

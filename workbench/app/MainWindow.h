@@ -7,9 +7,11 @@
 #include "host/CMainFrame.h"
 #include "host/MessageOutput.h"
 #include "workbench/app/DialogHost.h"
+#include "workbench/app/DocumentQuestions.h"
 #include "workbench/app/ImportQueue.h"
 #include "workbench/app/MeshExporter.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/OtherWindows.h"
 #include "workbench/app/ProgressWindow.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/Database.h"
@@ -45,9 +47,12 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   bool OpenDocument(const QString& path);
   /// Writes the document to a path and goes on there. False, with a message, when that cannot be done.
   bool SaveAs(const QString& path);
-  /// Asks what is to become of documents that a crash left behind.
-  void OfferRecovery();
+  /// Asks what is to become of documents that a crash left behind, and recovers one in this window when nothing
+  /// was done in it yet and it is not needed for something else; others come in windows of their own.
+  void OfferRecovery(bool keepFree = false);
+  /// False, with a message, when the file cannot be recovered, or when the window holds something.
   bool Recover(const QString& path);
+  static bool IsRecoveryFile(const QString& path);
   /// How many documents could not be opened so far.
   int FailedDocuments() const { return m_failedDocuments; }
   static std::string RecoveryFolder();
@@ -102,7 +107,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void SendToMeshes(unsigned command, bool toSet);
   bool IsFresh() const;
   void RefreshTitle();
-  void StartProgram(const QStringList& documents);
   void OnNewWindow();
   void OnOpen();
   void OnSave();
@@ -143,6 +147,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   OperationRunner* m_operations = nullptr;
   ImportQueue* m_imports = nullptr;
   MeshExporter* m_exporter = nullptr;
+  OtherWindows* m_others = nullptr;
+  DocumentQuestions m_questions{this};
   std::unique_ptr<ProgressWindow> m_longWork;
   std::unique_ptr<DialogHost> m_dialogs;
   QAction* m_undo = nullptr;

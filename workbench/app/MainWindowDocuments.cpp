@@ -1,28 +1,24 @@
 // Documents of the main window: opening, saving, what a crash left behind.
 
-#include <unistd.h>
-
-#include <QApplication>
 #include <QCloseEvent>
-#include <QDateTime>
+#include <QDir>
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocale>
 #include <QMenu>
-#include <QMessageBox>
-#include <QProcess>
-#include <QPushButton>
 #include <QSettings>
 #include <algorithm>
+#include <filesystem>
+#include <string_view>
 
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/FileName.h"
 #include "workbench/app/MainWindow.h"
+#include "workbench/app/QuietTime.h"
 #include "workbench/app/TreePane.h"
-#include "workbench/session/VariantNames.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -37,17 +33,19 @@ QString Filter() {
   return Text("IDS_WB_DOCUMENTS") + " (*.qdw)";
 }
 
-QString TextOf(const DocumentError& error) {
-  return Text(error.key, {QString::fromStdString(error.detail)});
-}
-
 }  // namespace
 
 /// Where programs of a user keep what is to be there at their next start.
 std::string MainWindow::RecoveryFolder() {
-  QString state = qEnvironmentVariable("XDG_STATE_HOME");
-  if (state.isEmpty()) state = QDir::homePath() + "/.local/state";
-  return (state + "/qd_wrt/recovery").toStdString();
+  QByteArray state = qgetenv("XDG_STATE_HOME");
+  if (state.isEmpty()) state = QFile::encodeName(QDir::homePath()) + "/.local/state";
+  return state.toStdString() + "/qd_wrt/recovery";
+}
+
+bool MainWindow::IsRecoveryFile(const QString& path) {
+  std::error_code none;
+  return std::filesystem::equivalent(std::filesystem::path(NameToBytes(path)).parent_path(), RecoveryFolder(),
+                                     none);
 }
 
 /// Nothing was done in this window yet, so it can take up a document.
@@ -64,31 +62,8 @@ void MainWindow::RefreshTitle() {
   setWindowTitle((m_keeper->IsReadOnly() ? Text("IDS_WB_DOC_READ_ONLY", {name}) : name) + " – " + app);
 }
 
-void MainWindow::StartProgram(const QStringList& documents) {
-  const auto* variant = std::find_if(kVariants.begin(), kVariants.end(), [](const VariantName& known) {
-    return known.variant == GetProductVariant();
-  });
-  QStringList arguments{"--language", m_messages.Language(), "--variant", variant->name};
-  if (!m_messages.Folder().isEmpty()) arguments << "--messages" << m_messages.Folder();
-  // It lives on when this one ends, so nothing here owns it; as long as both live, its death is told.
-  auto* process = new QProcess;
-  connect(process, &QProcess::finished, process, &QObject::deleteLater);
-  connect(process, &QProcess::finished, this, [this, documents](int code, QProcess::ExitStatus status) {
-    if (code == 0 && status == QProcess::NormalExit) return;
-    Say((documents.isEmpty() ? QString() : documents.first() + ": ") + Text("IDS_WB_NEW_WINDOW_DIED"), true);
-  });
-  connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
-    if (error == QProcess::FailedToStart) Say(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
-  });
-  process->setProcessChannelMode(QProcess::ForwardedChannels);
-  process->setStandardInputFile(QProcess::nullDevice());
-  process->setChildProcessModifier([] { setsid(); });  // not of this terminal's foreground
-  process->start(QCoreApplication::applicationFilePath(), arguments + documents);
-}
-
-/// A program of its own, with the language and variant of this one: a variant is that of a whole program.
 void MainWindow::OnNewWindow() {
-  StartProgram({});
+  m_others->Start({});
 }
 
 // ---- opening --------------------------------------------------------------------------------------------
@@ -101,9 +76,10 @@ void MainWindow::OnOpen() {
 bool MainWindow::OpenDocument(const QString& path) {
   const QString absolute = QFileInfo(path).absoluteFilePath();
   if (!IsFresh()) {
-    StartProgram({absolute});
+    m_others->Start({absolute});
     return true;
   }
+  if (IsRecoveryFile(absolute)) return Recover(absolute);
   DocumentError error;
   const int done = qdRunLongWork(FromQt(Text("IDS_WB_OPENING", {absolute})), [&](const ProgressCall& progress) {
     return m_keeper->Open(NameToBytes(absolute), error, progress) ? 1 : 0;
@@ -115,7 +91,10 @@ bool MainWindow::OpenDocument(const QString& path) {
   }
   ShowLoaded(absolute);
   NoteRecent(absolute);
-  Say(Text(m_keeper->IsReadOnly() ? "IDS_WB_DOC_VIEWED" : "IDS_WB_OPENED", {absolute}), false);
+  const std::string& aside = m_keeper->File()->ForeignLog();
+  if (!aside.empty()) Say(TextOf({"IDS_WB_DOC_LOG_ASIDE", aside}), true);
+  Say(TextOf({m_keeper->IsReadOnly() ? m_keeper->File()->ViewedKey() : "IDS_WB_OPENED", NameToBytes(absolute)}),
+      false);
   return true;
 }
 
@@ -180,7 +159,7 @@ void MainWindow::ListRecent(QMenu& menu) {
 /// A document with a file is saved with every act.
 void MainWindow::OnSave() {
   if (!m_keeper->IsNamed() || m_keeper->IsReadOnly()) return OnSaveAs();
-  Say(Text("IDS_WB_SAVED", {QString::fromStdString(m_keeper->Path())}), false);
+  Say(Text("IDS_WB_SAVED", {NameFromBytes(m_keeper->Path())}), false);
 }
 
 void MainWindow::OnSaveAs() {
@@ -194,7 +173,7 @@ bool MainWindow::SaveAs(const QString& path) {
   const QString absolute = QFileInfo(path).absoluteFilePath();
   DocumentError error;
   const int done = qdRunLongWork(FromQt(Text("IDS_WB_SAVING", {absolute})), [&](const ProgressCall& progress) {
-    return m_keeper->SaveAs(absolute.toStdString(), error, progress) ? 1 : 0;
+    return m_keeper->SaveAs(NameToBytes(absolute), error, progress) ? 1 : 0;
   });
   if (done == 0) {
     Say(absolute + ": " + TextOf(error), true);
@@ -210,46 +189,59 @@ bool MainWindow::SaveAs(const QString& path) {
 }
 
 void MainWindow::OnUnkept(const DocumentError& error) {
-  Say(TextOf(error), true);
+  const QString text = TextOf(error);
+  const std::string_view key = error.key;
+  Say(text, key != "IDS_WB_DOC_PROTECTED");
+  const bool needsUser =
+      key == "IDS_WB_DOC_NO_RECOVERY" || key == "IDS_WB_DOC_GONE" || key == "IDS_WB_DOC_CHANGED";
+  if (needsUser) m_questions.Warn(text, [this] { OnSaveAs(); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
-  if (m_keeper->IsUnsaved()) {
-    const auto answer = QMessageBox::question(this, Text("IDS_WB_APP"), Text("IDS_WB_ASK_SAVE"),
-                                              QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel);
-    if (answer == QMessageBox::Save) OnSaveAs();
-    if (answer == QMessageBox::Cancel || (answer == QMessageBox::Save && m_keeper->IsUnsaved())) {
-      return event->ignore();
-    }
+  if (QuietTime::IsNow()) return event->ignore();
+  const auto isAtRisk = [this] { return m_keeper->IsUnsaved() || m_keeper->HasLostFile(); };
+  if (isAtRisk()) {
+    const auto answer =
+        m_keeper->IsUnsaved() ? m_questions.AskUnsaved() : m_questions.AskLost(NameFromBytes(m_keeper->Path()));
+    if (answer == DocumentQuestions::Closing::Save) OnSaveAs();
+    const bool goOn = answer == DocumentQuestions::Closing::Discard ||
+                      (answer == DocumentQuestions::Closing::Save && !isAtRisk());
+    if (!goOn) return event->ignore();
   }
   QMainWindow::closeEvent(event);
 }
 
 // ---- after a crash --------------------------------------------------------------------------------------
 
-void MainWindow::OfferRecovery() {
-  for (const std::string& path : DocumentKeeper::FindRecoverable(RecoveryFolder())) {
-    const QDateTime when = QFileInfo(QString::fromStdString(path)).lastModified();
-    QMessageBox box(QMessageBox::Question, Text("IDS_WB_APP"),
-                    Text("IDS_WB_ASK_RECOVER", {QLocale().toString(when, QLocale::ShortFormat)}),
-                    QMessageBox::NoButton, this);
-    const QPushButton* recover = box.addButton(Text("IDS_WB_RECOVER"), QMessageBox::AcceptRole);
-    const QPushButton* discard = box.addButton(Text("IDS_WB_DISCARD"), QMessageBox::DestructiveRole);
-    box.setEscapeButton(box.addButton(Text("IDS_WB_LATER"), QMessageBox::RejectRole));
-    box.exec();
-    if (box.clickedButton() == discard) DocumentKeeper::Discard(path);
-    if (box.clickedButton() != recover) continue;
-    if (Recover(QString::fromStdString(path))) return;  // a window holds one; the others wait
+void MainWindow::OfferRecovery(bool keepFree) {
+  for (const RecoverableDocument& document : DocumentKeeper::FindRecoverable(RecoveryFolder())) {
+    const QString path = NameFromBytes(document.path);
+    switch (m_questions.AskRecovery(document)) {
+      case DocumentQuestions::Recovery::Recover:
+        if (keepFree || !IsFresh()) {
+          m_others->Start({path});
+        } else {
+          Recover(path);
+        }
+        break;
+      case DocumentQuestions::Recovery::Discard:
+        if (!DocumentKeeper::Discard(document.path)) Say(TextOf({"IDS_WB_DOC_BUSY", document.path}), true);
+        break;
+      case DocumentQuestions::Recovery::Later:
+        break;
+    }
   }
 }
 
 bool MainWindow::Recover(const QString& path) {
-  DocumentError error;
-  if (!m_keeper->Recover(path.toStdString(), error)) {
+  DocumentError error{"IDS_WB_RECOVER_NOT_EMPTY", NameToBytes(path)};
+  if (!IsFresh() || !m_keeper->Recover(NameToBytes(path), error)) {
+    ++m_failedDocuments;
     Say(path + ": " + TextOf(error), true);
     return false;
   }
-  ShowLoaded(Text("IDS_WB_UNTITLED"));
+  const QString title = QString::fromStdString(m_keeper->Title());
+  ShowLoaded(title.isEmpty() ? Text("IDS_WB_UNTITLED") : title);
   return true;
 }
 

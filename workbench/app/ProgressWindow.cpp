@@ -4,6 +4,7 @@
 
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/QuietTime.h"
 
 namespace qd::workbench {
 
@@ -13,6 +14,7 @@ int ProgressWindow::Run(const CString& title, const std::function<int(const Prog
   QProgressDialog dialog(ToQt(title), Text("IDS_WB_CANCEL"), 0, kSteps, m_window);
   dialog.setWindowModality(Qt::ApplicationModal);  // handles its own input while the work runs, and no other
   dialog.setMinimumDuration(kPatience);
+  const QuietTime quiet;
   return work([&dialog](double done) {
     dialog.setValue(static_cast<int>(done * kSteps));
     return !dialog.wasCanceled();

@@ -47,6 +47,11 @@ int RunWindow(QApplication& app, const CommandLine& line, MessageTables& message
   const bool forPicture = !line.screenshot.empty();
   if (!forPicture) window.RestoreLayout();
   window.show();
+  // Asked before anything is opened or imported: what is recovered comes into a window of its own.
+  const bool recovers = std::any_of(line.files.begin(), line.files.end(), [](const std::string& file) {
+    return MainWindow::IsRecoveryFile(NameFromBytes(file));
+  });
+  if (!forPicture && !recovers) window.OfferRecovery(!line.files.empty());
   QStringList others;
   for (const std::string& file : line.files) {
     if (IsDocumentName(file)) {
@@ -56,7 +61,6 @@ int RunWindow(QApplication& app, const CommandLine& line, MessageTables& message
     }
   }
   window.Import(others);
-  if (!forPicture) window.OfferRecovery();
   if (forPicture) TakeScreenshotWhenDone(window, NameFromBytes(line.screenshot));
   const int result = app.exec();
   if (!forPicture) window.SaveLayout();

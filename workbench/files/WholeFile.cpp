@@ -27,6 +27,15 @@ fs::path NewName() {
   return name.append(kEnd);
 }
 
+/// With the log that the database library may keep beside it.
+void Remove(const fs::path& partial) {
+  std::error_code none;
+  fs::remove(partial, none);
+  fs::path log = partial;
+  log += "-journal";
+  fs::remove(log, none);
+}
+
 bool IsPartial(const fs::path& name) {
   const auto& text = name.native();
   if (text.size() != kBegin.size() + kDigitCount + kEnd.size()) return false;
@@ -74,11 +83,10 @@ WholeFile::WholeFile(const fs::path& target) : m_target(FollowLinks(target)) {
 }
 
 WholeFile::~WholeFile() {
-  std::error_code none;
   const bool takeAway = !m_finished && !m_partial.empty() && m_handle >= 0;
-  if (takeAway && system::kOpenFilesMove) fs::remove(m_partial, none);
+  if (takeAway && system::kOpenFilesMove) Remove(m_partial);
   if (m_handle >= 0) system::Close(m_handle);
-  if (takeAway && !system::kOpenFilesMove) fs::remove(m_partial, none);
+  if (takeAway && !system::kOpenFilesMove) Remove(m_partial);
 }
 
 bool WholeFile::Fail() {
@@ -100,8 +108,7 @@ bool WholeFile::Finish(int* kept) {
   if (failed) {
     m_fault = failed.message();
     m_good = false;
-    std::error_code none;
-    fs::remove(m_partial, none);
+    Remove(m_partial);
     return false;
   }
   m_finished = true;
@@ -124,10 +131,9 @@ void WholeFile::CleanUp(const fs::path& folder) {
   for (const fs::path& path : left) {
     const int handle = system::OpenIfFree(path);
     if (handle < 0) continue;  // somebody is writing it
-    std::error_code none;
-    if (system::kOpenFilesMove) fs::remove(path, none);
+    if (system::kOpenFilesMove) Remove(path);
     system::Close(handle);
-    if (!system::kOpenFilesMove) fs::remove(path, none);
+    if (!system::kOpenFilesMove) Remove(path);
   }
 }
 

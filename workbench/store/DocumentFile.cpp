@@ -1,13 +1,12 @@
 #include "workbench/store/DocumentFile.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cstdio>
+#include <cerrno>
 #include <filesystem>
+#include <map>
 #include <utility>
 
+#include "workbench/files/WholeFile.h"
 #include "workbench/store/DocumentReading.h"
 #include "workbench/store/RecordCheck.h"
 
@@ -17,42 +16,58 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// How a file is used: by one program, each transaction on the disk before it counts.
+/// How a file is used: each act is on the disk before it counts, and leaves nothing beside the file. The library
+/// locks the file for each act anew, so that it does not matter when its locks are dropped between two of them.
 constexpr const char* kManners =
-    "PRAGMA locking_mode = EXCLUSIVE; PRAGMA journal_mode = WAL; PRAGMA synchronous = FULL;"
-    "PRAGMA cache_size = -65536; PRAGMA temp_store = MEMORY;";
+    "PRAGMA journal_mode = DELETE; PRAGMA synchronous = EXTRA; PRAGMA cache_size = -65536; PRAGMA temp_store = "
+    "MEMORY;";
+/// A file that has no name yet needs no log.
+constexpr const char* kMakingManners = "PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF;";
+constexpr const char* kPutMark = "INSERT INTO document VALUES (?)";
 
-/// A file that is being made; it gets its name when it is whole.
-constexpr const char* kPartial = ".part";
-
-/// With what belongs to it: the log of another file would be taken for that of a new one.
-void RemoveFile(const std::string& path) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+std::string Resolved(const std::string& path) {
+  return FollowLinks(path).string();
 }
 
-/// Waits until a file or folder is on the disk.
-void Settle(const fs::path& path) {
-  const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (handle < 0) return;
-  fsync(handle);
-  close(handle);
+DocumentError ErrorOf(DocumentHold::Result result, const std::string& path) {
+  switch (result) {
+    case DocumentHold::Result::Missing:
+      return {"IDS_WB_IMPORT_MISSING", path};
+    case DocumentHold::Result::Folder:
+      return {"IDS_WB_IMPORT_DIRECTORY", path};
+    case DocumentHold::Result::Busy:
+      return {"IDS_WB_DOC_BUSY", path};
+    default:
+      return {"IDS_WB_DOC_FAILED", std::generic_category().message(errno) + ": " + path};
+  }
 }
 
-/// The old file stands until the new one takes its place in one step; only its log goes before.
-bool PutInPlace(const std::string& partial, const std::string& path, DocumentError& error) {
-  for (const char* suffix : {"-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
-  Settle(fs::u8path(partial));
-  std::error_code failed;
-  fs::rename(fs::u8path(partial), fs::u8path(path), failed);
-  if (failed) error = {"IDS_WB_DOC_FAILED", failed.message()};
-  Settle(fs::absolute(fs::u8path(path)).parent_path());
-  return !failed;
+/// Holds the file that is about to be replaced, if there is one. False when somebody else has it.
+bool HoldOld(const std::string& path, std::unique_ptr<DocumentHold>& hold, DocumentError& error) {
+  auto result = DocumentHold::Result::Held;
+  hold = DocumentHold::Take(path, DocumentHold::Kind::Write, result);
+  if (hold != nullptr || result == DocumentHold::Result::Missing) return true;
+  error = ErrorOf(result, path);
+  return false;
+}
+
+/// Gives a file that is whole its name. The logs of the one that it replaces go with that one.
+std::unique_ptr<DocumentHold> Finish(WholeFile& file, DocumentError& error) {
+  int handle = -1;
+  const bool done = file.Finish(&handle);
+  if (!done) error = {"IDS_WB_DOC_FAILED", file.Fault() + ": " + file.Target().string()};
+  if (!done) return nullptr;
+  RemoveIdleLogs(file.Target().string());
+  return std::make_unique<DocumentHold>(handle);
 }
 
 }  // namespace
 
-DocumentFile::DocumentFile(std::string path, Connection connection)
-    : m_path(std::move(path)), m_file(std::move(connection)), m_tables(MakeRecordTables()) {}
+DocumentFile::DocumentFile(std::string path, Connection connection, std::unique_ptr<DocumentHold> hold)
+    : m_path(std::move(path)),
+      m_hold(std::move(hold)),
+      m_file(std::move(connection)),
+      m_tables(MakeRecordTables()) {}
 
 IRecordTable* DocumentFile::TableOf(iterator itr) const {
   const auto found = std::find_if(m_tables.begin(), m_tables.end(),
@@ -62,7 +77,7 @@ IRecordTable* DocumentFile::TableOf(iterator itr) const {
 
 DocumentError DocumentFile::Fault() const {
   if (m_file.IsEndless()) return {"IDS_WB_DOC_ENDLESS", m_path};
-  if (!m_viewed && m_file.HasMoved()) return {"IDS_WB_DOC_GONE", m_path};
+  if (m_lost != nullptr) return {m_lost, m_path};
   if (m_file.IsBusy()) return {"IDS_WB_DOC_BUSY", m_path};
   if (m_file.IsFull()) return {"IDS_WB_DOC_FULL", m_path};
   if (m_file.IsForeign()) return {"IDS_WB_DOC_DAMAGED", m_file.Error()};
@@ -80,39 +95,78 @@ void DocumentFile::Prepare() {
 
 std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, const Database& database,
                                                    DocumentError& error, const char* vfs) {
-  const std::string partial = path + kPartial;
-  RemoveFile(partial);
-  bool made = false;
+  std::unique_ptr<DocumentHold> old;
+  if (!HoldOld(path, old, error)) return nullptr;
+  WholeFile whole(path);
+  if (!whole.IsOpen()) {
+    error = {"IDS_WB_DOC_FAILED", whole.Fault() + ": " + path};
+    return nullptr;
+  }
   {
-    DocumentFile file(partial, Connection(partial, Connection::Mode::Create, vfs));
+    const std::string partial = whole.Partial().string();
+    DocumentFile file(partial, Connection(partial, Connection::Mode::Create, vfs), nullptr);
     std::string schema = "BEGIN; PRAGMA application_id = " + std::to_string(kDocumentApplication) +
                          "; PRAGMA user_version = " + std::to_string(kDocumentVersion) + ";";
     for (int version = 1; version <= kDocumentVersion; ++version) schema += StepToVersion(version);
     file.m_file.Allow(Connection::Scope::Make);
-    made = file.m_file.IsOpen() && file.m_file.Run(kManners) && file.m_file.Run((schema + "COMMIT;").c_str());
+    bool made = file.m_file.IsOpen() && file.m_file.Run(kMakingManners) &&
+                file.m_file.Run((schema + "COMMIT;").c_str()) && file.PutMark(DocumentMark::New());
     if (made) file.Prepare();  // what went wrong before must stay the last fault
     file.m_file.AllowLargeValues();
     made = made && file.WriteEntries(database.AllRecords(), true);
-    if (!made) error = file.Fault();
+    if (!made) {
+      error = file.Fault();
+      if (error.detail == partial) error.detail = path;
+      return nullptr;
+    }
   }
-  if (made && PutInPlace(partial, path, error)) return Attach(path, error, vfs);
-  RemoveFile(partial);
-  return nullptr;
+  auto hold = Finish(whole, error);
+  return hold != nullptr ? AttachHeld(whole.Target().string(), std::move(hold), error, vfs) : nullptr;
 }
 
 std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, DocumentError& error, const char* vfs,
                                                    const ProgressCall& progress) {
   if (!IsPlainFile(path, error)) return nullptr;
-  const bool viewed = !MayWrite(path);
-  std::unique_ptr<Connection> connection = viewed
-                                               ? OpenToRead(path, error, vfs, progress)
-                                               : std::make_unique<Connection>(path, Connection::Mode::Write, vfs);
+  const std::string resolved = Resolved(path);
+  const char* viewed = MayWrite(resolved) ? nullptr : "IDS_WB_DOC_VIEWED";
+  if (viewed == nullptr) {
+    auto result = DocumentHold::Result::Held;
+    std::unique_ptr<DocumentHold> hold = DocumentHold::Take(resolved, DocumentHold::Kind::Write, result);
+    if (hold == nullptr) {
+      error = ErrorOf(result, path);
+      return nullptr;
+    }
+    // The log of an act would stand beside one of the names only.
+    if (!hold->HasOtherNames()) return AttachHeld(resolved, std::move(hold), error, vfs);
+    viewed = "IDS_WB_DOC_LINKS";
+  }
+  const std::unique_ptr<Connection> connection = OpenToRead(resolved, error, vfs, progress);
   if (connection == nullptr) return nullptr;
   std::unique_ptr<DocumentFile> file(
-      new DocumentFile(path, std::move(*connection)));  // the constructor is private
+      new DocumentFile(resolved, std::move(*connection), nullptr));  // the constructor is private
   file->m_viewed = viewed;
-  if (!file->m_file.IsOpen() ||
-      (!viewed && !file->m_file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;"))) {
+  const int version = file->m_file.IsOpen() ? ReadVersion(file->m_file, path, error) : 0;
+  return version != 0 && file->TakeUp(version, error) ? std::move(file) : nullptr;
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::AttachHeld(const std::string& path, std::unique_ptr<DocumentHold> hold,
+                                                       DocumentError& error, const char* vfs) {
+  if (!IsDocument(path)) {
+    error = {"IDS_WB_DOC_FOREIGN", path};
+    return nullptr;
+  }
+  std::string aside;
+  if (CheckLogs(path) == LogKind::Foreign) aside = SetLogsAside(path);
+  const LogKind logs = CheckLogs(path);
+  if (logs == LogKind::Foreign) {
+    error = {"IDS_WB_DOC_LOG", path};
+    return nullptr;
+  }
+  if (logs == LogKind::None) RemoveIdleLogs(path);
+  std::unique_ptr<DocumentFile> file(new DocumentFile(path, Connection(path, Connection::Mode::Write, vfs),
+                                                      std::move(hold)));  // the constructor is private
+  file->m_foreignLog = aside;
+  if (!file->m_file.IsOpen() || !file->m_file.Run("BEGIN IMMEDIATE; COMMIT;")) {
     error = file->m_file.IsForeign() ? DocumentError{"IDS_WB_DOC_FOREIGN", path} : file->Fault();
     return nullptr;
   }
@@ -126,20 +180,38 @@ bool DocumentFile::TakeUp(int version, DocumentError& error) {
     error = {faults.front().key, faults.front().detail};
     return false;
   }
-  if (!m_viewed && (!m_file.Run(kManners) || !BringForward(version))) {
+  if (m_viewed == nullptr && (!m_file.Run(kManners) || !BringForward(version))) {
     error = Fault();
     return false;
   }
   Prepare();
+  if (m_viewed != nullptr) return true;
+  Statement marks = m_file.Prepare("SELECT mark FROM document");
+  const auto mark = marks.Step() ? DocumentMark::Decode(marks.Bytes(0)) : std::nullopt;
+  if (!mark || marks.Step()) {
+    error = {"IDS_WB_DOC_DAMAGED", "document"};
+    return false;
+  }
+  m_mark = *mark;
   return true;
+}
+
+bool DocumentFile::PutMark(const DocumentMark& mark) {
+  const std::string bytes = mark.Encode();
+  Statement put = m_file.Prepare(kPutMark);
+  put.BindBlob(1, bytes);
+  return put.Run();
 }
 
 bool DocumentFile::BringForward(int version) {
   m_file.Allow(Connection::Scope::Make);
   for (int next = version + 1; next <= kDocumentVersion; ++next) {
-    const std::string step =
-        "BEGIN;" + StepToVersion(next) + "PRAGMA user_version = " + std::to_string(next) + "; COMMIT;";
-    if (!m_file.Run(step.c_str())) return false;
+    const std::string end = "PRAGMA user_version = " + std::to_string(next) + "; COMMIT;";
+    constexpr int kFirstWithMark = 2;
+    if (!m_file.Run(("BEGIN IMMEDIATE;" + StepToVersion(next)).c_str()) ||
+        (next == kFirstWithMark && !PutMark(DocumentMark::New())) || !m_file.Run(end.c_str())) {
+      return false;
+    }
   }
   return true;
 }
@@ -193,8 +265,47 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
 
 // ---- writing --------------------------------------------------------------------------------------------
 
+/// Each act begins with the mark of the state that it leads to. What is at the path must be the file that is held,
+/// and hold the state that the last act has left: nobody else has written to it.
+bool DocumentFile::Begin() {
+  m_lost = nullptr;
+  if (m_working) m_lost = "IDS_WB_DOC_WORKING";
+  if (m_lost == nullptr && m_hold != nullptr && !m_hold->IsAt(m_path)) m_lost = "IDS_WB_DOC_GONE";
+  if (m_lost != nullptr) return false;
+  if (!m_file.Run("BEGIN IMMEDIATE")) {
+    if (m_file.IsForeign()) m_lost = "IDS_WB_DOC_CHANGED";
+    return false;
+  }
+  if (m_hold == nullptr) return true;  // it is being made
+  m_nextMark = m_mark.Next();
+  const std::string now = m_mark.Encode();
+  const std::string next = m_nextMark.Encode();
+  Statement change = m_file.Prepare("UPDATE document SET mark = ? WHERE mark = ?");
+  change.BindBlob(1, next);
+  change.BindBlob(2, now);
+  const bool changed = change.Run();
+  if (changed && m_file.Changes() == 1) return true;
+  if (changed || m_file.IsForeign() || m_file.IsMissing()) m_lost = "IDS_WB_DOC_CHANGED";
+  return false;
+}
+
+bool DocumentFile::Commit() {
+  if (!m_file.Run("COMMIT")) return false;
+  m_mark = m_nextMark;
+  return true;
+}
+
+bool DocumentFile::Stands() {
+  if (IsReadOnly()) return true;  // nothing of it could be lost
+  if (m_hold == nullptr || !m_hold->IsAt(m_path)) return false;
+  const std::string now = m_mark.Encode();
+  Statement marks = m_file.Prepare("SELECT 1 FROM document WHERE mark = ?");
+  marks.BindBlob(1, now);
+  return marks.Step();
+}
+
 bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forward) {
-  if (m_file.HasMoved() || !m_file.Run("BEGIN IMMEDIATE")) return false;
+  if (!Begin()) return false;
   std::map<std::uint16_t, iterator> lastOf;
   for (const JournalEntry& entry : net) {
     IRecordTable* table = TableOf(entry.itr);
@@ -211,65 +322,103 @@ bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forwa
     m_noteNumber->Bind(2, static_cast<std::int64_t>(last));
     if (!m_noteNumber->Run()) return false;
   }
-  return m_file.Run("COMMIT");
+  return Commit();
 }
 
 bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
   if (IsReadOnly()) {
-    if (m_onFailure) m_onFailure({"IDS_WB_DOC_VIEWED", m_path});
+    if (m_onFailure) m_onFailure({m_viewed, m_path});
     return false;
   }
   if (WriteEntries(net, forward)) return true;
   const DocumentError fault = Fault();
-  // A failed write may have ended the transaction already.
-  if (m_file.IsInTransaction()) m_file.Run("ROLLBACK");
+  // A failed write may have ended the transaction already; that of a copy is not this one's.
+  if (!m_working && m_file.IsInTransaction()) m_file.Run("ROLLBACK");
   if (m_onFailure) m_onFailure(fault);
   return false;
 }
 
 bool DocumentFile::CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress) {
-  const std::string partial = path + kPartial;
-  RemoveFile(partial);
-  if (IsInUse(path)) {
-    error = {"IDS_WB_DOC_BUSY", path};
-    return false;
+  return WriteCopy(path, error, progress) != nullptr;
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::CopyAndOpen(const std::string& path, DocumentError& error,
+                                                        const ProgressCall& progress) {
+  auto hold = WriteCopy(path, error, progress);
+  return hold != nullptr ? AttachHeld(Resolved(path), std::move(hold), error, nullptr) : nullptr;
+}
+
+std::unique_ptr<DocumentHold> DocumentFile::WriteCopy(const std::string& path, DocumentError& error,
+                                                      const ProgressCall& progress) {
+  std::unique_ptr<DocumentHold> old;
+  if (!HoldOld(path, old, error)) return nullptr;
+  WholeFile whole(path);
+  if (!whole.IsOpen()) {
+    error = {"IDS_WB_DOC_FAILED", whole.Fault() + ": " + path};
+    return nullptr;
   }
+  const std::string partial = whole.Partial().string();
   std::error_code none;
-  const double whole = 1.0 + static_cast<double>(fs::file_size(fs::u8path(m_path), none));
+  const double size = 1.0 + static_cast<double>(fs::file_size(fs::u8path(m_path), none));
   m_file.SetProgress([&] {
-    const double done = static_cast<double>(fs::file_size(fs::u8path(partial), none));
-    return !progress || progress(std::clamp(done / whole, 0.0, 1.0));
+    const double done = static_cast<double>(fs::file_size(whole.Partial(), none));
+    return !progress || progress(std::clamp(done / size, 0.0, 1.0));
   });
+  m_working = true;
   m_file.Allow(Connection::Scope::Make);
-  Statement copy = m_file.Prepare("VACUUM INTO ?");
-  copy.BindText(1, partial);
-  const bool copied = copy.Run();
+  bool copied = false;
+  {
+    Statement copy = m_file.Prepare("VACUUM INTO ?");
+    copy.BindText(1, partial);
+    copied = copy.Run();
+  }
+  m_lost = nullptr;
+  if (!copied) error = Fault();
   m_file.Allow(Connection::Scope::Rows, DocumentTables());
   m_file.SetProgress(nullptr);
-  if (!copied) error = Fault();
-  if (copied && PutInPlace(partial, path, error)) return true;
-  RemoveFile(partial);
-  return false;
+  m_working = false;
+  if (copied) {
+    // The copy is a document of its own: a log of this one is none of the copy's.
+    Connection file(partial, Connection::Mode::Write);
+    file.Allow(Connection::Scope::Rows, DocumentTables());
+    const std::string mark = DocumentMark::New().Encode();
+    Statement change = file.Prepare("UPDATE document SET mark = ?");
+    change.BindBlob(1, mark);
+    copied = file.Run(kMakingManners) && change.Run();
+    if (!copied) error = {"IDS_WB_DOC_FAILED", file.Error()};
+  }
+  if (copied) return Finish(whole, error);
+  if (error.detail == m_path) error.detail = path;
+  return nullptr;
 }
 
 bool DocumentFile::IsInUse(const std::string& path) {
-  if (!fs::exists(fs::u8path(path))) return false;
-  Connection file(path, Connection::Mode::Write);
-  return file.IsOpen() && !file.Run("PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE; COMMIT;") && file.IsBusy();
+  auto result = DocumentHold::Result::Held;
+  DocumentHold::Take(path, DocumentHold::Kind::Look, result);
+  return result == DocumentHold::Result::Busy;
 }
 
 bool DocumentFile::PutView(const std::string& name, const std::string& bytes) {
   if (IsReadOnly()) return false;
-  Statement put = m_file.Prepare("INSERT OR REPLACE INTO view VALUES (?, ?)");
-  put.BindText(1, name);
-  put.BindBlob(2, bytes);
-  return put.Run();
+  bool put = false;
+  if (Begin()) {
+    Statement statement = m_file.Prepare("INSERT OR REPLACE INTO view VALUES (?, ?)");
+    statement.BindText(1, name);
+    statement.BindBlob(2, bytes);
+    put = statement.Run() && Commit();
+  }
+  if (!m_working && m_file.IsInTransaction()) m_file.Run("ROLLBACK");
+  return put;
 }
 
 std::string DocumentFile::View(const std::string& name) {
   Statement get = m_file.Prepare("SELECT data FROM view WHERE name = ?");
   get.BindText(1, name);
   return get.Step() ? std::string(get.Bytes(0)) : std::string();
+}
+
+std::int64_t DocumentFile::Count(const char* table) {
+  return m_file.Value(std::string("SELECT count(*) FROM ") + table);
 }
 
 bool DocumentFile::HoldsAnything() {

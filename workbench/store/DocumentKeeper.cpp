@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "workbench/files/WholeFile.h"
+
 namespace qd::workbench {
 
 namespace {
@@ -13,6 +15,13 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* kSuffix = ".qdw";
+constexpr const char* kTitleName = "title";
+
+/// Whether there is anything but what every new document has.
+bool HoldsAnything(const Database& database) {
+  const std::size_t fresh = Database().AllRecords().size();
+  return database.AllRecords().size() > fresh;
+}
 
 std::string NewRecoveryPath(const std::string& folder) {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -39,8 +48,18 @@ DocumentKeeper::~DocumentKeeper() {
 void DocumentKeeper::LeaveRecoveryFile() {
   if (m_file == nullptr) return;
   const std::string path = m_file->Path();
+  // Taken away while it is held, so that nobody is offered it meanwhile.
+  if (!m_named && m_file->Stands()) std::remove(path.c_str());
   m_file.reset();
-  if (!m_named) Discard(path);
+}
+
+bool DocumentKeeper::IsUnsaved() const {
+  return !m_named && (m_file != nullptr ? m_file->HoldsAnything() : HoldsAnything(m_database));
+}
+
+void DocumentKeeper::SetTitle(const std::string& title) {
+  m_title = title;
+  if (m_file != nullptr && !m_named) m_file->PutView(kTitleName, title);
 }
 
 void DocumentKeeper::Use(std::unique_ptr<DocumentFile> file, bool named) {
@@ -62,16 +81,19 @@ void DocumentKeeper::MakeRecoveryFile() {
   std::unique_ptr<DocumentFile> file =
       failed ? nullptr : DocumentFile::Create(NewRecoveryPath(m_folder), m_database, error);
   if (file != nullptr) {
-    return Use(std::move(file), false);
+    Use(std::move(file), false);
+    m_file->PutView(kTitleName, m_title);
+    if (std::exchange(m_withoutRecovery, false) && m_onFailure) m_onFailure({"IDS_WB_DOC_PROTECTED", ""});
+    return;
   }
-  // Work can go on, but not without a word.
-  m_withoutRecovery = true;
+  // Work can go on, but not without a word; that it still does not work need not be told with each act.
+  if (std::exchange(m_withoutRecovery, true)) return;
   if (m_onFailure) m_onFailure({"IDS_WB_DOC_NO_RECOVERY", failed ? failed.message() : error.detail});
 }
 
 bool DocumentKeeper::Write(const std::vector<JournalEntry>& net, bool forward) {
   if (m_file != nullptr) return m_file->Write(net, forward);
-  if (!m_withoutRecovery) MakeRecoveryFile();
+  MakeRecoveryFile();
   return true;
 }
 
@@ -87,24 +109,24 @@ bool DocumentKeeper::Open(const std::string& path, DocumentError& error, const P
 bool DocumentKeeper::Recover(const std::string& path, DocumentError& error) {
   std::unique_ptr<DocumentFile> file = DocumentFile::Open(path, m_database, error);
   if (file == nullptr) return false;
+  m_title = file->View(kTitleName);
   Use(std::move(file), false);
   return true;
 }
 
 bool DocumentKeeper::SaveAs(const std::string& path, DocumentError& error, const ProgressCall& progress) {
   std::error_code none;
-  if (m_file != nullptr && m_named && fs::equivalent(fs::u8path(path), fs::u8path(m_file->Path()), none)) {
+  if (m_file != nullptr && m_named && fs::equivalent(fs::u8path(path), fs::u8path(m_file->Path()), none) &&
+      m_file->Stands()) {
     if (m_file->IsReadOnly()) error = {"IDS_WB_DOC_VIEWED", path};
     return !m_file->IsReadOnly();
   }
   std::unique_ptr<DocumentFile> file;
-  // What is only viewed may be held in a way that cannot be copied.
-  if (m_file != nullptr && !m_file->IsReadOnly()) {
-    if (!m_file->CopyTo(path, error, progress)) return false;
-    file = DocumentFile::Attach(path, error);
-  } else if (DocumentFile::IsInUse(path)) {
-    error = {"IDS_WB_DOC_BUSY", path};
+  if (m_file != nullptr && !m_file->IsReadOnly() && m_file->Stands()) {
+    file = m_file->CopyAndOpen(path, error, progress);
   } else {
+    // What somebody has taken away or written to is made anew from memory, and what is only viewed may be held in
+    // a way that cannot be copied.
     file = DocumentFile::Create(path, m_database, error);
   }
   if (file == nullptr) return false;
@@ -114,29 +136,35 @@ bool DocumentKeeper::SaveAs(const std::string& path, DocumentError& error, const
 
 // ---- recovery -------------------------------------------------------------------------------------------
 
-std::vector<std::string> DocumentKeeper::FindRecoverable(const std::string& folder) {
-  std::vector<std::string> found;
+std::vector<RecoverableDocument> DocumentKeeper::FindRecoverable(const std::string& folder) {
+  std::vector<RecoverableDocument> found;
   std::error_code failed;
-  for (const fs::directory_entry& entry : fs::directory_iterator(fs::u8path(folder), failed)) {
-    if (entry.path().extension() != kSuffix) continue;
-    const std::string path = entry.path().string();
+  WholeFile::CleanUp(folder);
+  std::vector<std::string> paths;
+  for (fs::directory_iterator at(folder, failed), end; !failed && at != end; at.increment(failed)) {
+    if (at->path().extension() == kSuffix) paths.push_back(at->path().string());
+  }
+  for (const std::string& path : paths) {
     DocumentError error;
     std::unique_ptr<DocumentFile> file = DocumentFile::Attach(path, error);
     if (file == nullptr) continue;  // open in another window, or nothing that could be recovered
-    const bool any = file->HoldsAnything();
-    file.reset();
-    if (any) {
-      found.push_back(path);
+    if (file->HoldsAnything()) {
+      found.push_back({path, file->View(kTitleName), file->Count("geom"), file->Count("mset")});
     } else {
-      Discard(path);
+      std::remove(path.c_str());  // still held
     }
   }
-  std::sort(found.rbegin(), found.rend());
+  std::sort(found.begin(), found.end(),
+            [](const auto& left, const auto& right) { return left.path > right.path; });
   return found;
 }
 
-void DocumentKeeper::Discard(const std::string& path) {
-  for (const char* suffix : {"", "-wal", "-shm", "-journal"}) std::remove((path + suffix).c_str());
+bool DocumentKeeper::Discard(const std::string& path) {
+  auto result = DocumentHold::Result::Held;
+  const auto hold = DocumentHold::Take(path, DocumentHold::Kind::Write, result);
+  if (hold == nullptr) return result == DocumentHold::Result::Missing;
+  RemoveIdleLogs(path);
+  return std::remove(path.c_str()) == 0;
 }
 
 }  // namespace qd::workbench

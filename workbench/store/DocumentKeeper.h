@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -8,6 +9,14 @@
 #include "workbench/store/DocumentFile.h"
 
 namespace qd::workbench {
+
+/// A recovery file that nobody is using, and what to tell of it.
+struct RecoverableDocument {
+  std::string path;
+  std::string title;  ///< UTF-8; what the window called the document, empty if it said nothing
+  std::int64_t parts = 0;
+  std::int64_t meshSets = 0;
+};
 
 /// Keeps the document of a window on disk at all times: in the file that the user gave it, or, until it has one,
 /// in a recovery file, which a crash leaves behind for the next start.
@@ -21,14 +30,14 @@ class DocumentKeeper final : public IRecordStore {
   DocumentKeeper& operator=(const DocumentKeeper&) = delete;
 
   bool Write(const std::vector<JournalEntry>& net, bool forward) override;
-  /// Told when something cannot be kept.
+  /// Told when something cannot be kept, and when a document that could not be protected is protected again.
   void SetOnFailure(std::function<void(const DocumentError&)> onFailure) { m_onFailure = std::move(onFailure); }
 
   /// Fills the database, with which nothing was done yet, from a document.
   bool Open(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
   /// Likewise from a recovery file, which stays one.
   bool Recover(const std::string& path, DocumentError& error);
-  /// Copies the document to a path and goes on there.
+  /// Copies the document to a path and goes on there, also when the file that it was in is not there any more.
   bool SaveAs(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
 
   /// Whether the user has given the document a file. Such a document never waits to be saved.
@@ -36,15 +45,21 @@ class DocumentKeeper final : public IRecordStore {
   /// Whether it is open for viewing only: acts are refused until it is saved under another name.
   bool IsReadOnly() const { return m_file != nullptr && m_file->IsReadOnly(); }
   /// Whether closing now would lose something.
-  bool IsUnsaved() const { return !m_named && m_file != nullptr && m_file->HoldsAnything(); }
+  bool IsUnsaved() const;
+  /// Whether the document has a file that somebody has taken away, replaced or written to.
+  bool HasLostFile() const { return m_named && m_file != nullptr && !m_file->Stands(); }
+  /// What a recovery file is to be called when it is offered; UTF-8.
+  void SetTitle(const std::string& title);
+  const std::string& Title() const { return m_title; }
   /// The file itself; null while there is none.
   DocumentFile* File() { return m_file.get(); }
   /// Its path; empty while there is none.
   std::string Path() const { return m_file != nullptr ? m_file->Path() : std::string(); }
 
   /// Recovery files that no program has open and that hold something, latest first. Empty ones are taken away.
-  static std::vector<std::string> FindRecoverable(const std::string& folder);
-  static void Discard(const std::string& path);
+  static std::vector<RecoverableDocument> FindRecoverable(const std::string& folder);
+  /// Takes a recovery file away; false when somebody is using it.
+  static bool Discard(const std::string& path);
 
  private:
   void MakeRecoveryFile();
@@ -55,7 +70,8 @@ class DocumentKeeper final : public IRecordStore {
   std::string m_folder;
   std::unique_ptr<DocumentFile> m_file;
   bool m_named = false;
-  bool m_withoutRecovery = false;  // it was told that there can be none
+  bool m_withoutRecovery = false;  // it was told that there is none
+  std::string m_title;
   std::function<void(const DocumentError&)> m_onFailure;
 };
 

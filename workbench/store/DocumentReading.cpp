@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -11,6 +12,8 @@
 #include <vector>
 
 #include "workbench/files/WholeFile.h"
+#include "workbench/store/DocumentHold.h"
+#include "workbench/store/DocumentMark.h"
 #include "workbench/store/DocumentSchema.h"
 
 namespace qd::workbench {
@@ -29,10 +32,7 @@ std::uintmax_t SizeOf(const std::string& path) {
 }
 
 bool HasLog(const std::string& path) {
-  for (const char* log : kLogs) {
-    if (SizeOf(path + log) > 0) return true;
-  }
-  return false;
+  return std::any_of(kLogs.begin(), kLogs.end(), [&path](const char* log) { return SizeOf(path + log) > 0; });
 }
 
 /// A folder of this program alone, which goes with all that is in it.
@@ -55,7 +55,8 @@ class PrivateFolder {
   std::string m_path;
 };
 
-/// Copies a document with its logs. False, with a reason, on failure and when `progress` stops it.
+/// Copies a document, and its logs when they are its own. False, with a reason, on failure and when `progress`
+/// stops it.
 bool CopyWithLogs(const std::string& from, const std::string& to, DocumentError& error,
                   const ProgressCall& progress) {
   std::uintmax_t whole = SizeOf(from);
@@ -68,8 +69,9 @@ bool CopyWithLogs(const std::string& from, const std::string& to, DocumentError&
   }
   std::uintmax_t done = 0;
   std::vector<char> bytes(1U << 20U);
+  const bool own = CheckLogs(from) == LogKind::Own;
   for (const char* suffix : {"", "-wal", "-journal"}) {
-    if (*suffix != 0 && SizeOf(from + suffix) == 0) continue;
+    if (*suffix != 0 && (!own || SizeOf(from + suffix) == 0)) continue;
     std::ifstream in(from + suffix, std::ios::binary);
     std::ofstream out(to + suffix, std::ios::binary);
     while (in.read(bytes.data(), static_cast<std::streamsize>(bytes.size())), in.gcount() > 0) {
@@ -89,7 +91,7 @@ bool CopyWithLogs(const std::string& from, const std::string& to, DocumentError&
   return true;
 }
 
-/// Whether a program of ours works on a file.
+/// Whether a program works on a file that knows only the database library's locks, as ours did at first.
 bool IsHeld(int handle) {
   // The bytes that the database library locks for a reader.
   struct flock lock {};
@@ -128,14 +130,18 @@ bool MayWrite(const std::string& path) {
 std::unique_ptr<Connection> OpenToRead(const std::string& path, DocumentError& error, const char* vfs,
                                        const ProgressCall& progress) {
   if (!IsPlainFile(path, error)) return nullptr;
-  const int handle = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  const bool held = handle >= 0 && IsHeld(handle);
-  if (handle >= 0) close(handle);
-  if (handle < 0 || held) {
-    error = {held ? "IDS_WB_DOC_BUSY" : "IDS_WB_IMPORT_UNREADABLE", path};
+  auto result = DocumentHold::Result::Held;
+  std::shared_ptr<DocumentHold> hold = DocumentHold::Take(path, DocumentHold::Kind::Look, result);
+  if (hold == nullptr || IsHeld(hold->Handle())) {
+    const bool busy = hold != nullptr || result == DocumentHold::Result::Busy;
+    error = {busy ? "IDS_WB_DOC_BUSY" : "IDS_WB_IMPORT_UNREADABLE", path};
     return nullptr;
   }
-  if (!HasLog(path)) return std::make_unique<Connection>(path, Connection::Mode::Read, vfs);
+  if (!HasLog(path)) {
+    auto file = std::make_unique<Connection>(path, Connection::Mode::Read, vfs);
+    file->Keep(std::move(hold));  // nobody writes to it meanwhile
+    return file;
+  }
   const PrivateFolder folder;
   const std::string copy = folder.Path() + "/document.qdw";
   if (folder.Path().empty()) {

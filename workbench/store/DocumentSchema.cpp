@@ -63,6 +63,7 @@ constexpr std::array kTables{
         "node_count INTEGER NOT NULL, element_count INTEGER NOT NULL) STRICT",
         nullptr},
     Table{1, "mesh", "CREATE TABLE mesh (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT", nullptr},
+    Table{2, "document", "CREATE TABLE document (mark BLOB NOT NULL) STRICT", nullptr},
 };
 
 constexpr const char* kAlien = "IDS_WB_DOC_ALIEN";

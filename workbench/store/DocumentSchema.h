@@ -14,7 +14,7 @@ namespace qd::workbench {
 /// Tells documents from other files of the library.
 inline constexpr std::int32_t kDocumentApplication = 0x51445754;
 /// The version that this program writes.
-inline constexpr int kDocumentVersion = 1;
+inline constexpr int kDocumentVersion = 2;
 
 /// The statements that bring a document from the version before to this one; for version 1, that make one.
 std::string StepToVersion(int version);

@@ -36,7 +36,7 @@ constexpr std::array<std::string_view, 12> kPragmas{
     "application_id", "user_version", "encoding",        "locking_mode", "journal_mode",    "synchronous",
     "cache_size",     "temp_store",   "cell_size_check", "quick_check",  "integrity_check", "wal_checkpoint"};
 constexpr std::array<std::string_view, 2> kSchemaNames{"sqlite_master", "sqlite_schema"};
-constexpr std::array<std::string_view, 2> kFunctions{"max", "length"};
+constexpr std::array<std::string_view, 3> kFunctions{"max", "length", "count"};
 
 template <typename Names>
 bool Holds(const Names& names, const char* name) {
@@ -130,7 +130,7 @@ double Guard::Taken() const {
 
 std::uint64_t Guard::Size() const {
   std::uint64_t size = 0;
-  for (const char* suffix : {"", "-wal"}) {
+  for (const char* suffix : {"", "-wal", "-journal"}) {
     std::error_code failed;
     const std::uintmax_t bytes = fs::file_size(m_path + suffix, failed);
     if (!failed) size += bytes;

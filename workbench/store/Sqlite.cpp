@@ -193,6 +193,10 @@ bool Connection::IsInTransaction() const {
   return sqlite3_get_autocommit(m_handle.get()) == 0;
 }
 
+int Connection::Changes() const {
+  return sqlite3_changes(m_handle.get());
+}
+
 std::string Connection::Error() const {
   return sqlite3_errmsg(m_handle.get());
 }
@@ -214,10 +218,9 @@ bool Connection::IsForbidden() const {
   return PlainCode(m_handle.get()) == SQLITE_AUTH;
 }
 
-bool Connection::HasMoved() const {
-  int moved = 0;
-  return m_open && sqlite3_file_control(m_handle.get(), "main", SQLITE_FCNTL_HAS_MOVED, &moved) == SQLITE_OK &&
-         moved != 0;
+bool Connection::IsMissing() const {
+  const int code = PlainCode(m_handle.get());
+  return code == SQLITE_ERROR || code == SQLITE_SCHEMA;
 }
 
 bool Connection::IsForeign() const {

@@ -51,6 +51,7 @@ class Statement {
     void operator()(sqlite3_stmt* statement) const;
   };
   std::unique_ptr<sqlite3_stmt, Finalize> m_statement;
+  std::shared_ptr<void> m_kept;
   std::shared_ptr<Guard> m_guard;
   bool m_failed = false;
 };
@@ -78,6 +79,8 @@ class Connection {
   Connection(const std::string& path, Mode mode, const char* vfs = nullptr);
 
   bool IsOpen() const { return m_open; }
+  /// Something that lives as long as the connection.
+  void Keep(std::shared_ptr<void> other) { m_kept = std::move(other); }
   /// From here on; a new connection may look.
   void Allow(Scope scope, std::vector<std::string> tables = {});
   /// Values may be as large as the library can hold them, no longer only as large as the file was at first.
@@ -92,6 +95,8 @@ class Connection {
   /// Asked now and then while statements run; false ends them with a failure. Null for none.
   void SetProgress(std::function<bool()> goOn);
   bool IsInTransaction() const;
+  /// How many rows the last statement that writes has changed.
+  int Changes() const;
   /// What went wrong last, in the library's words.
   std::string Error() const;
   /// Whether it was that somebody else has the file, that the disk is full, that it is no such file, that work had
@@ -99,10 +104,10 @@ class Connection {
   bool IsBusy() const;
   bool IsFull() const;
   bool IsForeign() const;
+  /// Whether it was that a table is not there.
+  bool IsMissing() const;
   bool IsEndless() const;
   bool IsForbidden() const;
-  /// Whether the open file is no longer the one at its path.
-  bool HasMoved() const;
   /// Bytes of the file and its log.
   std::uint64_t Size() const;
   /// Notes that the values of a row are about to be taken into memory. False when they would be more than the file
@@ -116,6 +121,7 @@ class Connection {
     void operator()(sqlite3* handle) const;
   };
 
+  std::shared_ptr<void> m_kept;
   std::shared_ptr<Guard> m_guard;  // the library asks it until the connection is closed
   std::unique_ptr<sqlite3, Close> m_handle;
   bool m_open = false;

@@ -1,0 +1,65 @@
+#include "workbench/app/DocumentQuestions.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include "workbench/app/FileName.h"
+#include "workbench/app/MessageTables.h"
+
+namespace qd::workbench {
+
+QString TextOf(const DocumentError& error) {
+  return Text(error.key, {NameFromBytes(error.detail)});
+}
+
+DocumentQuestions::Recovery DocumentQuestions::AskRecovery(const RecoverableDocument& document) const {
+  const QDateTime when = QFileInfo(NameFromBytes(document.path)).lastModified();
+  const QString title = QFileInfo(QString::fromStdString(document.title)).fileName();
+  const QString text = Text("IDS_WB_ASK_RECOVER", {title.isEmpty() ? Text("IDS_WB_UNTITLED") : title,
+                                                   QLocale().toString(when, QLocale::ShortFormat),
+                                                   QLocale().toString(static_cast<qlonglong>(document.parts)),
+                                                   QLocale().toString(static_cast<qlonglong>(document.meshSets))});
+  QMessageBox box(QMessageBox::Question, Text("IDS_WB_APP"), text, QMessageBox::NoButton, m_window);
+  box.setObjectName("recovery");
+  box.setTextFormat(Qt::PlainText);
+  const QPushButton* recover = box.addButton(Text("IDS_WB_RECOVER"), QMessageBox::AcceptRole);
+  const QPushButton* discard = box.addButton(Text("IDS_WB_DISCARD"), QMessageBox::DestructiveRole);
+  box.setEscapeButton(box.addButton(Text("IDS_WB_LATER"), QMessageBox::RejectRole));
+  box.exec();
+  if (box.clickedButton() == recover) return Recovery::Recover;
+  return box.clickedButton() == discard ? Recovery::Discard : Recovery::Later;
+}
+
+DocumentQuestions::Closing DocumentQuestions::AskUnsaved() const {
+  return AskClosing(Text("IDS_WB_ASK_SAVE"));
+}
+
+DocumentQuestions::Closing DocumentQuestions::AskLost(const QString& path) const {
+  return AskClosing(Text("IDS_WB_ASK_LOST", {path}));
+}
+
+DocumentQuestions::Closing DocumentQuestions::AskClosing(const QString& text) const {
+  QMessageBox box(QMessageBox::Question, Text("IDS_WB_APP"), text,
+                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);
+  box.setObjectName("closing");
+  box.setTextFormat(Qt::PlainText);
+  const int answer = box.exec();
+  if (answer == QMessageBox::Save) return Closing::Save;
+  return answer == QMessageBox::Discard ? Closing::Discard : Closing::Stay;
+}
+
+void DocumentQuestions::Warn(const QString& text, const std::function<void()>& saveAs) {
+  if (m_warning != nullptr) return m_warning->setText(text);
+  m_warning = new QMessageBox(QMessageBox::Warning, Text("IDS_WB_APP"), text, QMessageBox::Close, m_window);
+  m_warning->setObjectName("unkept");
+  m_warning->setTextFormat(Qt::PlainText);
+  m_warning->setAttribute(Qt::WA_DeleteOnClose);
+  const QPushButton* save = m_warning->addButton(Text("IDS_WB_SAVE_AS"), QMessageBox::AcceptRole);
+  QObject::connect(save, &QPushButton::clicked, m_window, saveAs, Qt::QueuedConnection);
+  m_warning->open();
+}
+
+}  // namespace qd::workbench
