@@ -6,6 +6,7 @@
 #include <set>
 
 #include "workbench/store/DocumentReading.h"
+#include "workbench/store/DocumentRows.h"
 #include "workbench/store/RecordCheck.h"
 #include "workbench/text/Shown.h"
 
@@ -135,26 +136,28 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
     return !stopped;
   });
   RecordCheck records;
-  std::vector<std::shared_ptr<tagTRecord>> read;
+  bool whole = true;
+  std::vector<std::shared_ptr<tagTRecord>> all;
   for (const auto& table : MakeRecordTables()) {
-    const bool whole = table->Read(
+    const bool read = table->Read(
         *file,
         [&](iterator itr, std::shared_ptr<tagTRecord> record) {
           records.Add(itr, *record);
-          read.push_back(std::move(record));
+          all.push_back(std::move(record));
         },
         [&](iterator itr, const std::string& fault) { records.Complain(table->Name(), itr, fault); });
     if (stopped) return {{"IDS_WB_IMPORT_CANCELLED", path}};
-    if (!whole) faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
+    whole = whole && read;
+    if (!read) faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
   }
   records.CheckReferences();
   for (const std::string& fault : records.Faults()) faults.push_back({kDamaged, fault});
-  // Pages are looked at last: the library's own check relies on tables that end.
-  Statement check = file->Prepare("PRAGMA integrity_check");
-  while (check.Step()) {
-    if (check.Bytes(0) != "ok") faults.push_back({kDamaged, ShownText(check.Bytes(0))});
+  for (const std::string& fault : {ReadNumbers(*file, [](iterator) {}), CheckViews(*file)}) {
+    if (!fault.empty()) faults.push_back({kDamaged, fault});
   }
-  if (check.Failed()) faults.push_back({kDamaged, ShownText(file->Error())});
+  // Pages are looked at last, and only when all tables have an end.
+  if (!whole) return faults;
+  if (const std::string fault = CheckPages(*file); !fault.empty()) faults.push_back({kDamaged, fault});
   return faults;
 }
 
@@ -222,6 +225,9 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
   for (const std::string& line : mended) notes.push_back({kDamaged, line});
   Database database;
   for (auto& [itr, record] : records) database.Load(itr, record);
+  if (std::find(sound.begin(), sound.end(), "pool") != sound.end()) {
+    ReadNumbers(*file, [&database](iterator last) { database.ReserveNumbers(last); });
+  }
   return DocumentFile::Create(repaired, database, error) != nullptr;
 }
 

@@ -8,6 +8,7 @@
 
 #include "workbench/files/WholeFile.h"
 #include "workbench/store/DocumentReading.h"
+#include "workbench/store/DocumentRows.h"
 #include "workbench/store/RecordCheck.h"
 
 namespace qd::workbench {
@@ -252,14 +253,17 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
     error = {"IDS_WB_DOC_DAMAGED", check.Faults().front()};
     return false;
   }
+  std::vector<iterator> numbers;
+  std::string fault = ReadNumbers(m_file, [&numbers](iterator last) { numbers.push_back(last); });
+  if (fault.empty()) fault = CheckViews(m_file);
+  if (fault.empty()) fault = CheckPages(m_file);
+  if (!fault.empty()) {
+    error = {"IDS_WB_DOC_DAMAGED", fault};
+    return false;
+  }
   m_file.AllowLargeValues();
   for (auto& [itr, record] : records) database.Load(itr, std::move(record));
-  Statement numbers = m_file.Prepare("SELECT type, last FROM pool");
-  while (numbers.Step()) {
-    const auto last = static_cast<iterator>(numbers.Integer(1));
-    if (last == 0 || last > RecordCheck::kMostRecords) continue;
-    database.ReserveNumbers(static_cast<iterator>(numbers.Integer(0)) << kTypeShift | last);
-  }
+  for (const iterator last : numbers) database.ReserveNumbers(last);
   return true;
 }
 

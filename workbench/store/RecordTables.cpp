@@ -285,6 +285,7 @@ class RecordTable final : public IRecordTable {
     auto record = std::make_shared<T>();
     record->id = static_cast<std::int32_t>(itr & 0x7FFFFFFF);
     if (TypeOf(itr) != m_type || record->id == 0) return onFault(itr, "a number that is none of this table's");
+    if (m_type == kDataSettings && NumberOf(itr) != 1) return onFault(itr, "settings beside the settings");
     int place = 0;
     for (const Column<T>& column : m_columns) {
       if (!column.set(row, ++place, *record)) return onFault(itr, std::string("a wrong value of ") + column.name);

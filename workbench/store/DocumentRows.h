@@ -1,0 +1,22 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "host/Types.h"
+#include "workbench/store/Sqlite.h"
+
+namespace qd::workbench {
+
+// What stands in a document beside its records, and the pages that all of it stands in. Each returns what is wrong
+// in a few words, empty for nothing.
+
+/// Hands over the last number that each pool has given out.
+std::string ReadNumbers(Connection& file, const std::function<void(iterator last)>& onLast);
+/// What windows have left: few entries of bounded size.
+std::string CheckViews(Connection& file);
+/// Whether each page of the file belongs to one thing only: what is written to one would overwrite another. Only
+/// for a file whose tables were read to their end, since the library follows them here without a bound.
+std::string CheckPages(Connection& file);
+
+}  // namespace qd::workbench
