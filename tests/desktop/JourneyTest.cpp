@@ -73,6 +73,7 @@ class Journey : public InWindow, public ::testing::WithParamInterface<Qt::Window
     m_window = std::make_unique<MainWindow>(m_messages);
     m_window->setWindowState(state);
     m_window->show();
+    m_window->activateWindow();
   }
 };
 
