@@ -36,7 +36,7 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"workbench/mesh", {"platform", "host"}},
       {"workbench/model", {"platform", "host", "workbench/mesh"}},
       {"workbench/display", {"platform", "host", "workbench/mesh", "workbench/model"}},
-      {"workbench/exchange/pipe", {"platform", "host", "workbench/mesh"}},
+      {"workbench/exchange/pipe", {"platform", "host", "workbench/mesh", "workbench/text"}},
       {"workbench/exchange/formats",
        {"platform", "host", "workbench/mesh", "workbench/text", "workbench/files", "workbench/exchange/pipe"}},
       {"workbench/exchange/store",

@@ -49,6 +49,8 @@ constexpr Option kOptions[] = {
     {"--language", "L", "language of the texts, such as de; en without it", Keep<&CommandLine::language>},
     {"--variant", "V", "product variant: standard, ksl, rvt or zdh", Keep<&CommandLine::variant>},
     {"--messages", "FOLDER", "message tables to use in place of the program's own", Keep<&CommandLine::messages>},
+    {"--allow-includes", "FOLDER", "solver decks may include files of this folder beside those of their own",
+     Keep<&CommandLine::includes>},
     {"--help", "", "say how the program is called and end", Choose<Mode::Help>},
     {"--version", "", "say which version this is and end", Choose<Mode::Version>},
 };

@@ -19,6 +19,7 @@ struct CommandLine {
   std::string language = "en";
   std::string messages;
   std::string variant = "standard";
+  std::string includes;  ///< a folder beside its own that a solver deck may take files from
   std::vector<std::string> files;
 };
 

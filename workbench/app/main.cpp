@@ -11,6 +11,7 @@
 #include "workbench/app/FileName.h"
 #include "workbench/app/Headless.h"
 #include "workbench/app/MainWindow.h"
+#include "workbench/exchange/watch/ExchangeLimits.h"
 #include "workbench/session/VariantNames.h"
 #include "workbench/view/ModelView.h"
 
@@ -113,6 +114,7 @@ int main(int argc, char** argv) {
   CommandLine line;
   if (const auto fault = ReadCommandLine({argv + std::min(argc, 1), argv + argc}, line))
     return SayWrongUse(*fault);
+  if (!line.includes.empty()) SettingsOfExchange().includes.push_back(line.includes);
   switch (line.mode) {
     case CommandLine::Mode::Help:
       std::cout << CommandLineHelp() << std::flush;

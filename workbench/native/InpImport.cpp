@@ -6,6 +6,7 @@
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/text/Paths.h"
+#include "workbench/text/Shown.h"
 
 namespace qd::workbench {
 
@@ -42,7 +43,7 @@ void InpImport::Read() {
     });
   } catch (const Stopped&) {
   } catch (const ImportError& error) {
-    result.error = error;
+    result.error = ImportError{error.key, ShownText(error.detail, kShownDetail)};
   } catch (const std::exception& error) {
     result.error = ImportError{"IDS_WB_IMPORT_READER", error.what()};
   }

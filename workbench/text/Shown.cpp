@@ -9,10 +9,6 @@ namespace qd::workbench {
 
 namespace {
 
-constexpr std::size_t kMostElements = 60;
-/// No need to look at more of what is cut anyway.
-constexpr std::size_t kMostBytes = 4 * (kMostElements + 1);
-
 /// Control codes, line ends, and what turns the direction of the text around it.
 bool Steers(std::uint32_t code) {
   return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x061C || (code >= 0x200E && code <= 0x200F) ||
@@ -21,10 +17,12 @@ bool Steers(std::uint32_t code) {
 
 }  // namespace
 
-std::string ShownText(std::string_view bytes) {
-  const std::wstring text = FromUtf8(std::string(bytes.substr(0, kMostBytes)));
+std::string ShownText(std::string_view bytes, std::size_t mostCharacters) {
+  // No need to look at more of what is cut anyway.
+  const std::size_t mostBytes = 4 * (mostCharacters + 1);
+  const std::wstring text = FromUtf8(std::string(bytes.substr(0, mostBytes)));
   std::wstring shown;
-  for (const wchar_t element : text.substr(0, kMostElements)) {
+  for (const wchar_t element : text.substr(0, mostCharacters)) {
     const auto code = static_cast<std::uint32_t>(element);
     if (!Steers(code)) {
       shown += element;
@@ -34,7 +32,7 @@ std::string ShownText(std::string_view bytes) {
     std::snprintf(escape.data(), escape.size(), "\\u%04X", code);
     for (const char* at = escape.data(); *at != 0; ++at) shown += static_cast<wchar_t>(*at);
   }
-  if (text.size() > kMostElements || bytes.size() > kMostBytes) shown += L'\x2026';
+  if (text.size() > mostCharacters || bytes.size() > mostBytes) shown += L'\x2026';
   return ToUtf8(shown);
 }
 

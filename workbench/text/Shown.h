@@ -1,12 +1,17 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace qd::workbench {
 
-/// A text from outside as it may stand in a message: at most some tens of characters of valid UTF-8 on one line,
+/// How much is shown of a name, and of what a message says of several.
+inline constexpr std::size_t kShownName = 60;
+inline constexpr std::size_t kShownDetail = 400;
+
+/// A text from outside as it may stand in a message: at most so many characters of valid UTF-8 on one line,
 /// without what steers a terminal.
-std::string ShownText(std::string_view bytes);
+std::string ShownText(std::string_view bytes, std::size_t mostCharacters = kShownName);
 
 }  // namespace qd::workbench

@@ -108,15 +108,16 @@ std::string Enclose(const Arguments& arguments, std::unique_ptr<GivenFile>& file
   return path;
 }
 
-void ReadDeck(const std::string& path, Sink& sink) {
-  const ImportedModel model = ReadInpFile(path, [&sink](double done) { sink.Progress(done); });
+void ReadDeck(const std::string& path, const std::vector<std::string>& includes, Sink& sink) {
+  const ImportedModel model =
+      ReadInpFile(path, [&sink](double done) { sink.Progress(done); }, {includes.begin(), includes.end()});
   for (const ImportNote& note : model.notes) sink.Note(note);
   for (const ImportedMaterial& material : model.materials) sink.Material(material);
   for (const ImportedProperty& property : model.properties) sink.Property(property);
   for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);
 }
 
-void Import(const std::string& path, Sink& sink) {
+void Import(const std::string& path, const std::vector<std::string>& includes, Sink& sink) {
   std::vector<ImportNote> notes;
   const Format& format = CheckFile(path, notes);
   for (const ImportNote& note : notes) sink.Note(note);
@@ -128,7 +129,7 @@ void Import(const std::string& path, Sink& sink) {
     case Engine::Mesh:
       return ReadMeshFile(path, format, sink);
     case Engine::Deck:
-      return ReadDeck(path, sink);
+      return ReadDeck(path, includes, sink);
   }
 }
 
@@ -149,7 +150,7 @@ int Run(const Arguments& arguments, Sink& sink) {
     if (arguments.file.empty()) {
       Operate(sink);
     } else {
-      Import(path, sink);
+      Import(path, arguments.includes, sink);
     }
     beat.reset();
     sink.Finish();

@@ -97,6 +97,8 @@ class Reader {
   void ElasticData(std::string_view text);
   void DensityData(std::string_view text);
 
+  void CountListed(std::uint64_t elements);
+  void Generate(std::int64_t first, std::int64_t last, std::int64_t step);
   void StoreElement();
   std::int32_t MaterialOf(const std::string& name);
   std::vector<std::uint32_t> ElementsOf(Part& part, const std::string& name, int depth);
@@ -126,6 +128,9 @@ class Reader {
   std::size_t m_set = 0;
   Part* m_setPart = nullptr;
   bool m_generate = false;
+  std::uint64_t m_listed = 0;  // elements that sets get from runs of numbers and from other sets
+  std::size_t m_surplus = 0;   // lines with more entries than their element takes
+  std::string m_surplusPlace;  // of the first
   int m_dataLine = 0;
   std::string m_beamShape;
   bool m_composite = false;
@@ -249,10 +254,20 @@ void Reader::NodeData(std::string_view text) {
 
 void Reader::ElementData(std::string_view text) {
   InpLines::Fields(text, m_fields);
-  for (const std::string_view field : m_fields) m_numbers.push_back(m_lines.Integer(field));
   const auto wanted = static_cast<std::size_t>(m_element->nodes) + 1;
+  const bool begins = m_numbers.empty();
+  std::size_t taken = 0;
+  while (taken < m_fields.size() && m_numbers.size() < wanted)
+    m_numbers.push_back(m_lines.Integer(m_fields[taken++]));
   if (m_numbers.size() < wanted && text.back() == ',') return;  // goes on in the next line
   if (m_numbers.size() != wanted) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", text);
+  if (taken < m_fields.size()) {
+    // Solvers pass over what stands behind the last node. Where an element needs one line, more on its second one
+    // is the next element, and the first one is short.
+    constexpr std::size_t kNumbersPerLine = 16;
+    if (!begins && wanted <= kNumbersPerLine) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", text);
+    if (m_surplus++ == 0) m_surplusPlace = m_lines.Place();
+  }
   StoreElement();
 }
 
@@ -294,7 +309,7 @@ void Reader::SetData(std::string_view text) {
     const auto found = m_setPart->placeOfElement.find(static_cast<std::uint64_t>(id));
     if (found != m_setPart->placeOfElement.end()) {
       elements.push_back(found->second);
-    } else if (!m_generate && !m_skipped.contains(id)) {
+    } else if (!m_skipped.contains(id)) {
       m_lines.Fail("IDS_WB_IMPORT_INP_ELEMENT", std::to_string(id));
     }
   };
@@ -303,9 +318,8 @@ void Reader::SetData(std::string_view text) {
     const std::int64_t first = m_lines.Integer(m_fields[0]);
     const std::int64_t last = m_lines.Integer(m_fields[1]);
     const std::int64_t step = m_fields.size() > 2 && !m_fields[2].empty() ? m_lines.Integer(m_fields[2]) : 1;
-    constexpr std::int64_t kMost = 1'000'000'000;
-    if (step <= 0 || last - first > kMost) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", text);
-    for (std::int64_t id = first; id <= last; id += step) add(id);
+    if (step <= 0 || first <= 0) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", text);
+    if (first <= last) Generate(first, last, step);
     return;
   }
   for (const std::string_view field : m_fields) {
@@ -316,6 +330,34 @@ void Reader::SetData(std::string_view text) {
       const bool quoted = field.size() >= 2 && field.front() == '"' && field.back() == '"';
       m_setPart->children[m_set].emplace_back(quoted ? field.substr(1, field.size() - 2) : field);
     }
+  }
+}
+
+/// A few bytes of a deck can ask for all elements again and again.
+void Reader::CountListed(std::uint64_t elements) {
+  constexpr std::uint64_t kMost = 250'000'000;
+  m_listed += elements;
+  if (m_listed > kMost) throw ImportError{"IDS_WB_IMPORT_INP_TOO_MUCH", m_lines.Place()};
+}
+
+/// Adds every `step`th element from the first to the last; what is not there is passed over. The limits may be any
+/// numbers, so the shorter way is taken: through the numbers or through the elements.
+void Reader::Generate(std::int64_t first, std::int64_t last, std::int64_t step) {
+  const auto& places = m_setPart->placeOfElement;
+  std::vector<std::uint32_t>& elements = m_setPart->mesh.sets[m_set].elements;
+  const std::uint64_t count = static_cast<std::uint64_t>(last - first) / static_cast<std::uint64_t>(step) + 1;
+  CountListed(std::min<std::uint64_t>(count, places.size()));
+  if (count <= places.size()) {
+    for (std::uint64_t i = 0; i < count; ++i) {
+      const auto found = places.find(static_cast<std::uint64_t>(first) + i * static_cast<std::uint64_t>(step));
+      if (found != places.end()) elements.push_back(found->second);
+    }
+    return;
+  }
+  for (const auto& [id, place] : places) {
+    if (id < static_cast<std::uint64_t>(first) || id > static_cast<std::uint64_t>(last)) continue;
+    if ((id - static_cast<std::uint64_t>(first)) % static_cast<std::uint64_t>(step) == 0)
+      elements.push_back(place);
   }
 }
 
@@ -396,10 +438,12 @@ void Reader::DensityData(std::string_view text) {
 std::vector<std::uint32_t> Reader::ElementsOf(Part& part, const std::string& name, int depth) {
   constexpr int kDeepest = 64;  // sets that list each other in a circle end here
   const auto found = part.mesh.setOf.find(UpperCase(name));
-  if (found == part.mesh.setOf.end() || depth > kDeepest) throw ImportError{"IDS_WB_IMPORT_INP_SET", name};
+  if (found == part.mesh.setOf.end() || depth > kDeepest)
+    throw ImportError{"IDS_WB_IMPORT_INP_SET", m_lines.Quoted(name)};
   std::vector<std::uint32_t>& elements = part.mesh.sets[found->second].elements;
   for (const std::string& child : std::exchange(part.children[found->second], {})) {
     const std::vector<std::uint32_t> more = ElementsOf(part, child, depth + 1);
+    CountListed(more.size());
     part.mesh.sets[found->second].listed.push_back(
         static_cast<std::uint32_t>(part.mesh.setOf.at(UpperCase(child))));
     part.mesh.sets[found->second].elements.insert(elements.end(), more.begin(), more.end());
@@ -446,7 +490,7 @@ void Reader::CheckPart(Part& part) {
   for (const Section& section : m_sections) {
     if (section.part != &part) continue;
     if (!part.mesh.setOf.contains(UpperCase(section.set))) {
-      throw ImportError{"IDS_WB_IMPORT_INP_SET", section.place + ": " + section.set};
+      throw ImportError{"IDS_WB_IMPORT_INP_SET", section.place + ": " + m_lines.Quoted(section.set)};
     }
     part.mesh.propertyOfElement.resize(part.mesh.elements.size(), -1);
     for (const std::uint32_t element : ElementsOf(part, section.set, 0)) {
@@ -485,6 +529,9 @@ ImportedModel Reader::Finish() {
     for (const InpPart::Element& element : mesh.elements) lastElement = std::max(lastElement, element.id);
     AddGroups(mesh, true, m_model);
   }
+  if (m_surplus > 0) {
+    m_model.notes.push_back({"IDS_WB_NOTE_SURPLUS", std::to_string(m_surplus) + " (" + m_surplusPlace + ")"});
+  }
   for (const std::string& kind : m_leftOut) m_model.notes.push_back({"IDS_WB_NOTE_LEFT_OUT", kind});
   if (m_model.meshSets.empty()) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
   return std::move(m_model);
@@ -492,8 +539,9 @@ ImportedModel Reader::Finish() {
 
 }  // namespace
 
-ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress) {
-  return Reader(InpLines(path), PathText(path.stem()), progress).Read();
+ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress,
+                          const std::vector<std::filesystem::path>& folders) {
+  return Reader(InpLines(path, folders), PathText(path.stem()), progress).Read();
 }
 
 ImportedModel ReadInpText(std::string text, const std::string& name) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "workbench/exchange/pipe/ImportedModel.h"
 
@@ -13,8 +14,11 @@ namespace qd::workbench {
 /// element set that lists it; a set that lies wholly in another one is nested in it. What belongs to no set goes
 /// into one that is named after the file or the instance.
 ///
+/// Included files must lie below the folder of the file that is read, or of `folders`, after all links.
+///
 /// Throws an ImportError that names file and line; `progress` gets the share done, 0 to 1.
-ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress);
+ImportedModel ReadInpFile(const std::filesystem::path& path, const std::function<void(double)>& progress,
+                          const std::vector<std::filesystem::path>& folders = {});
 
 /// Likewise from a text in memory, which errors call by `name`.
 ImportedModel ReadInpText(std::string text, const std::string& name);

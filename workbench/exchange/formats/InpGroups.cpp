@@ -1,6 +1,7 @@
 #include "workbench/exchange/formats/InpGroups.h"
 
 #include <algorithm>
+#include <functional>
 #include <unordered_map>
 
 #include "workbench/mesh/ElementTypes.h"
@@ -91,6 +92,36 @@ bool IsWhole(const InpPart& part, const Nesting& nesting, std::uint32_t set) {
   });
 }
 
+/// The set that stands for the one that a set lies in.
+std::uint32_t Above(const Nesting& nesting, std::uint32_t set) {
+  std::uint32_t above = nesting.parent[set];
+  while (above != kNoSet && nesting.twin[above]) above = nesting.parent[above];
+  return above;
+}
+
+/// The sets of which mesh sets are made, each followed by those that lie in it.
+std::vector<std::uint32_t> FromOutsideIn(const Nesting& nesting) {
+  std::vector<std::uint32_t> sets;
+  for (const std::uint32_t set : nesting.order) {
+    if (!nesting.twin[set]) sets.push_back(set);
+  }
+  std::sort(sets.begin(), sets.end(), std::greater<>());  // the last one lies on top of a stack
+  std::vector<std::vector<std::uint32_t>> within(nesting.parent.size());
+  std::vector<std::uint32_t> open;
+  for (const std::uint32_t set : sets) {
+    const std::uint32_t above = Above(nesting, set);
+    (above != kNoSet ? within[above] : open).push_back(set);
+  }
+  sets.clear();
+  while (!open.empty()) {
+    const std::uint32_t set = open.back();
+    open.pop_back();
+    sets.push_back(set);
+    open.insert(open.end(), within[set].begin(), within[set].end());
+  }
+  return sets;
+}
+
 /// Builds the mesh of a group of elements.
 class GroupMesh {
  public:
@@ -169,19 +200,16 @@ void AddGroups(const InpPart& part, bool always, ImportedModel& model) {
     if (always) top = static_cast<std::int32_t>(model.meshSets.size());
     model.meshSets.push_back({part.name, -1, CommonProperty(part, homeless), mesh.Take()});
   }
-  // The largest first, so that every set comes after the one that it lies in.
+  for (std::uint32_t set = 0; set < part.sets.size(); ++set) {
+    if (nesting.twin[set]) model.notes.push_back({"IDS_WB_NOTE_SAME_SET", part.sets[set].name});
+  }
+  // Every set comes after the one that it lies in, and those in one set in the order of the file.
   std::vector<std::int32_t> placeOf(part.sets.size(), -1);
-  for (auto at = nesting.order.rbegin(); at != nesting.order.rend(); ++at) {
-    const std::uint32_t set = *at;
-    if (nesting.twin[set]) {
-      model.notes.push_back({"IDS_WB_NOTE_SAME_SET", part.sets[set].name});
-      continue;
-    }
+  for (const std::uint32_t set : FromOutsideIn(nesting)) {
     if (!IsWhole(part, nesting, set)) model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", part.sets[set].name});
     GroupMesh mesh(part);
     for (const std::uint32_t element : owned[set]) mesh.Add(element);
-    std::uint32_t above = nesting.parent[set];
-    while (above != kNoSet && nesting.twin[above]) above = nesting.parent[above];
+    const std::uint32_t above = Above(nesting, set);
     placeOf[set] = static_cast<std::int32_t>(model.meshSets.size());
     model.meshSets.push_back({part.sets[set].name, above != kNoSet ? placeOf[above] : top,
                               CommonProperty(part, owned[set]), mesh.Take()});

@@ -16,14 +16,21 @@ std::string InpLine::Parameter(const std::string& name) const {
   return found != parameters.end() ? found->second : std::string();
 }
 
+InpLines::InpLines(const std::filesystem::path& path, const std::vector<std::filesystem::path>& folders) {
+  Open(path);
+  const std::filesystem::path own = path.parent_path();
+  for (const std::filesystem::path& folder : folders) m_folders.push_back(folder);
+  m_folders.push_back(own.empty() ? "." : own);
+}
+
 InpLines::InpLines(const std::filesystem::path& path, std::string text) {
   m_sources.push_back(std::make_unique<Source>(Source{.path = path, .text = std::move(text)}));
 }
 
 void InpLines::Open(const std::filesystem::path& path) {
-  constexpr std::size_t kDeepest = 16;  // a file that includes itself ends here
   std::error_code error;
-  const bool readable = std::filesystem::is_regular_file(path, error) && m_sources.size() < kDeepest;
+  // A pipe or a device would let us wait for ever.
+  const bool readable = std::filesystem::is_regular_file(path, error);
   std::ifstream in;
   if (readable) in.open(path, std::ios::binary);
   if (!in.is_open()) {
@@ -38,9 +45,39 @@ void InpLines::Open(const std::filesystem::path& path) {
   m_sources.push_back(std::move(source));
 }
 
-void InpLines::Fail(const char* key, std::string_view what) const {
+void InpLines::Include(const std::string& name) {
+  constexpr std::size_t kDeepest = 16;   // a file that includes itself ends here
+  constexpr std::size_t kMost = 10'000;  // and files that include each other many times here
+  constexpr std::uintmax_t kMostBytes = std::uintmax_t{64} << 30U;
+  const std::filesystem::path given = PathOf(name);
+  const std::filesystem::path path = given.is_absolute() ? given : m_sources.back()->path.parent_path() / given;
+  std::error_code error;
+  // Links lead anywhere, so it counts where the file is in the end.
+  const std::filesystem::path real = std::filesystem::canonical(path, error);
+  const bool allowed = std::any_of(m_folders.begin(), m_folders.end(), [&](const std::filesystem::path& folder) {
+    std::error_code none;
+    const std::filesystem::path top = std::filesystem::canonical(folder, none);
+    return !none && std::mismatch(top.begin(), top.end(), real.begin(), real.end()).first == top.end();
+  });
+  // What cannot be looked at is told by its name.
+  const std::filesystem::path below = given.lexically_normal();
+  const bool outer = given.is_absolute() || (!below.empty() && *below.begin() == "..");
+  if (error ? outer : !allowed) throw ImportError{"IDS_WB_IMPORT_INP_OUTSIDE", Place() + ": " + PathText(given)};
+  if (!error) m_bytes += std::filesystem::file_size(real, error);
+  if (error || m_sources.size() >= kDeepest || ++m_included > kMost || m_bytes > kMostBytes) {
+    throw ImportError{"IDS_WB_IMPORT_INP_INCLUDE", Place() + ": " + PathText(given)};
+  }
+  Open(real);
+}
+
+std::string InpLines::Quoted(std::string_view what) const {
   constexpr std::size_t kMostShown = 60;
-  throw ImportError{key, Place() + ": " + std::string(what.substr(0, kMostShown))};
+  return m_included == 0 ? std::string(what.substr(0, kMostShown)) : std::string();
+}
+
+void InpLines::Fail(const char* key, std::string_view what) const {
+  const std::string quoted = Quoted(what);
+  throw ImportError{key, quoted.empty() ? Place() : Place() + ": " + quoted};
 }
 
 std::string InpLines::Place() const {
@@ -82,8 +119,7 @@ bool InpLines::Next(InpLine& line) {
     }
     ParseKeyword(line);
     if (line.keyword != "INCLUDE") return true;
-    const std::filesystem::path included = PathOf(line.Parameter("INPUT"));
-    Open(included.is_absolute() ? included : m_sources.back()->path.parent_path() / included);
+    Include(line.Parameter("INPUT"));
   }
 }
 

@@ -24,11 +24,12 @@ struct InpLine {
   bool Has(const std::string& name) const { return parameters.contains(name); }
 };
 
-/// Reads the lines of an input file and of the files that it includes. Errors are thrown as ImportError that name
-/// file and line.
+/// Reads the lines of an input file and of the files that it includes, which must lie below its folder or one of
+/// `folders`. Errors are thrown as ImportError that name file and line; nothing of an included file stands in
+/// them, since what is included may be any file that the user can read.
 class InpLines {
  public:
-  explicit InpLines(const std::filesystem::path& path) { Open(path); }
+  explicit InpLines(const std::filesystem::path& path, const std::vector<std::filesystem::path>& folders = {});
   /// Reads a text as if it stood in a file of this name.
   InpLines(const std::filesystem::path& path, std::string text);
 
@@ -38,6 +39,8 @@ class InpLines {
   [[noreturn]] void Fail(const char* key, std::string_view what) const;
   /// Names the line that was read last.
   std::string Place() const;
+  /// A text of the files for a message: none once a file was included.
+  std::string Quoted(std::string_view what) const;
   std::size_t LineNumber() const { return m_sources.back()->line; }
   /// Share of the outermost file that was read.
   double Done() const;
@@ -55,10 +58,14 @@ class InpLines {
     std::size_t line = 0;
   };
   void Open(const std::filesystem::path& path);
+  void Include(const std::string& name);
   /// The next line as it stands, without its end; false at the end of the innermost file.
   bool Raw(std::string_view& text);
   void ParseKeyword(InpLine& line);
 
+  std::vector<std::filesystem::path> m_folders;    // that files are included from
+  std::size_t m_included = 0;                      // files
+  std::uintmax_t m_bytes = 0;                      // of them
   std::vector<std::unique_ptr<Source>> m_sources;  // the including ones first
   std::string m_joined;                            // a keyword that goes on over several lines
 };

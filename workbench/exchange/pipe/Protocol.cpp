@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "workbench/mesh/ModelBytes.h"
+#include "workbench/text/Shown.h"
 
 namespace qd::workbench {
 
@@ -115,7 +116,9 @@ std::string Encode(const ImportNote& note) {
 
 std::optional<ImportNote> DecodeNote(std::string_view payload) {
   ImportNote note;
-  return ByteReader(payload).Get(note.key).Get(note.detail).IsWhole() ? std::optional(note) : std::nullopt;
+  if (!ByteReader(payload).Get(note.key).Get(note.detail).IsWhole()) return std::nullopt;
+  note.detail = ShownText(note.detail, kShownDetail);
+  return note;
 }
 
 std::string Encode(const ImportError& error) {
@@ -125,6 +128,7 @@ std::string Encode(const ImportError& error) {
 std::optional<ImportError> DecodeError(std::string_view payload) {
   ImportError error;
   if (!ByteReader(payload).Get(error.key).Get(error.detail).IsWhole()) return std::nullopt;
+  error.detail = ShownText(error.detail, kShownDetail);
   return error;
 }
 

@@ -62,7 +62,8 @@ std::string Encode(const ImportNote& note);
 std::string Encode(const ImportError& error);
 std::string Encode(const ShapeOperation& operation);
 
-/// Each answers nothing for a payload that is cut short, too long or otherwise none.
+/// Each answers nothing for a payload that is cut short, too long or otherwise none. The details of notes and
+/// errors come as they may be shown, see ShownText().
 std::optional<std::uint32_t> DecodeProgress(std::string_view payload);
 std::optional<std::uint64_t> DecodeBeat(std::string_view payload);
 std::optional<ImportedPart> DecodePart(std::string_view payload);
