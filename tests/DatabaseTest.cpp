@@ -5,6 +5,7 @@
 #include <random>
 
 #include "host/CTransaction.h"
+#include "support/CheckedStore.h"
 #include "workbench/model/Database.h"
 
 namespace qd::workbench {
@@ -33,6 +34,7 @@ class DatabaseTest : public ::testing::Test, private IDatabaseListener {
   std::string TakeLog() { return std::exchange(m_log, {}); }
 
   Database m_data;
+  test::CheckedStore m_checked{m_data};
   std::function<void(const CQDUpdateRecord&)> m_onChange;
 
  private:

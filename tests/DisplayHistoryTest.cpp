@@ -5,6 +5,7 @@
 #include <random>
 
 #include "host/CTransaction.h"
+#include "support/CheckedStore.h"
 #include "workbench/display/DisplayChange.h"
 #include "workbench/display/WorkDocument.h"
 
@@ -71,6 +72,7 @@ class DisplayHistory : public ::testing::Test {
   }
 
   WorkDocument m_doc;
+  CheckedStore m_checked{m_doc.GetDatabase()};
   std::vector<int> m_parts;
   std::uint64_t m_actsBefore = 0;
 };

@@ -167,6 +167,7 @@ struct DamageCase {
   const char* name;
   const char* sql;
   const char* fault;
+  bool mended = false;  // opens, mended in memory
 };
 class DamagedDocument : public DocumentFileTest, public ::testing::WithParamInterface<DamageCase> {};
 TEST_P(DamagedDocument, IsRefusedWithAReason) {
@@ -177,7 +178,7 @@ TEST_P(DamagedDocument, IsRefusedWithAReason) {
   }
   Sql(Path("a.qdw"), GetParam().sql);
   EXPECT_EQ(FaultOf(Path("a.qdw")), GetParam().fault);
-  EXPECT_EQ(VerifyDocument(Path("a.qdw")).empty(), GetParam().fault[0] == 0);
+  EXPECT_EQ(VerifyDocument(Path("a.qdw")).empty(), GetParam().fault[0] == 0 && !GetParam().mended);
   // What is sound of it makes a new document.
   std::vector<DocumentError> notes;
   DocumentError error;
@@ -199,7 +200,10 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"wrong_pool", "UPDATE geom SET itr = 5 WHERE itr = (SELECT max(itr) FROM geom)",
                    "IDS_WB_DOC_DAMAGED"},
         DamageCase{"huge_number", "UPDATE gset SET itr = itr + 100000000000", "IDS_WB_DOC_DAMAGED"},
-        DamageCase{"dangling_material", "UPDATE geom SET material = 1970324836974999", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"dangling_material", "UPDATE geom SET material = 1970324836974999", "", true},
+        DamageCase{"wrong_count", "UPDATE mset SET node_count = 77", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"endless_size", "UPDATE property SET size = 9e999", "IDS_WB_DOC_DAMAGED"},
+        DamageCase{"wrong_view_number", "UPDATE geom SET cad_item = 7", "IDS_WB_DOC_DAMAGED"},
         DamageCase{"circle_of_sets", "UPDATE mset SET parent = key & 536870911", "IDS_WB_DOC_DAMAGED"},
         DamageCase{"same_key", "UPDATE mset SET key = 1, parent = 0", "IDS_WB_DOC_DAMAGED"},
         DamageCase{"cut_shape", "UPDATE shape SET data = substr(data, 1, 20)", "IDS_WB_DOC_DAMAGED"},
@@ -208,6 +212,74 @@ INSTANTIATE_TEST_SUITE_P(
         DamageCase{"system_on_itself", "UPDATE cord SET parent = itr WHERE parent != 0", "IDS_WB_DOC_DAMAGED"},
         DamageCase{"flat_axes", "UPDATE cord SET xy_plane = x_axis", "IDS_WB_DOC_DAMAGED"}),
     [](const auto& damage) { return std::string(damage.param.name); });
+
+TEST_F(DocumentFileTest, ReferencesToNothingAreMendedInMemoryAndWrittenWhenItIsAgreed) {
+  {
+    const auto document = Create(Path("a.qdw"));
+    DocumentScript script(document->data);
+    for (int act = 0; act < 30; ++act) script.Run(act);
+  }
+  Sql(Path("a.qdw"),
+      "UPDATE geom SET material = 1970324836974999, gset = 5910974510924000; UPDATE mset SET geom = "
+      "2533274790396999,"
+      "property = 1688849860264999, mg_info = 999; UPDATE mset SET parent = 99999 WHERE parent != 0;"
+      "UPDATE property SET material = 5; UPDATE cord SET parent = 562949953422311 WHERE parent != 0;"
+      "INSERT INTO settings VALUES (56294995342131201, 5910974510924000, 1407374883554000)");
+  const auto bytes = [this] {
+    std::ifstream in(Path("a.qdw"), std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+  };
+  const std::string before = bytes();
+  std::string mended;
+  {
+    const auto viewed = Open(Path("a.qdw"));
+    ASSERT_NE(viewed->file, nullptr) << viewed->error.detail;
+    EXPECT_TRUE(viewed->file->IsReadOnly());
+    EXPECT_THAT(viewed->file->Mended(), ::testing::Not(::testing::IsEmpty()));
+    mended = Contents(viewed->data);
+    DocumentScript script(viewed->data);
+    EXPECT_FALSE(script.Run(3)) << "a document that is viewed takes no acts";
+    EXPECT_EQ(viewed->said, "IDS_WB_DOC_VIEWED");
+    EXPECT_FALSE(viewed->file->PutView("window", "x"));
+    EXPECT_EQ(Contents(viewed->data), mended);
+    for (const iterator itr : viewed->data.GetGeomPool().GetItrList()) {
+      EXPECT_EQ(viewed->data.GetGeomPool().GetAtNU(itr)->gset, viewed->data.GetGsetPool().GetCurrentSet());
+    }
+  }
+  EXPECT_EQ(bytes(), before) << "viewing writes nothing";
+  {
+    const auto agreed = Open(Path("a.qdw"));
+    EXPECT_EQ(Contents(agreed->data), mended);
+    DocumentError error;
+    ASSERT_TRUE(agreed->file->KeepMended(error)) << error.detail;
+    EXPECT_FALSE(agreed->file->IsReadOnly());
+  }
+  EXPECT_THAT(VerifyDocument(Path("a.qdw")), ::testing::IsEmpty());
+  const auto again = Open(Path("a.qdw"));
+  EXPECT_THAT(again->file->Mended(), ::testing::IsEmpty());
+  EXPECT_EQ(Contents(again->data), mended);
+  EXPECT_TRUE(DocumentScript(again->data).Run(3));
+}
+
+TEST_F(DocumentFileTest, WhatIsMendedAndNotAgreedToGoesIntoAnotherFile) {
+  {
+    const auto document = Create(Path("a.qdw"));
+    DocumentScript script(document->data);
+    for (int act = 0; act < 30; ++act) script.Run(act);
+  }
+  Sql(Path("a.qdw"), "UPDATE geom SET material = 1970324836974999");
+  Database data;
+  DocumentKeeper keeper(data, Path("recovery"));
+  DocumentError error;
+  ASSERT_TRUE(keeper.Open(Path("a.qdw"), error)) << error.detail;
+  ASSERT_TRUE(keeper.SaveAs(Path("b.qdw"), error)) << error.detail;
+  EXPECT_TRUE(DocumentScript(data).Run(3)) << "there it can be worked on";
+  EXPECT_THAT(VerifyDocument(Path("a.qdw")), ::testing::Not(::testing::IsEmpty()));
+  const std::string last = Contents(data);
+  EXPECT_EQ(FaultOf(Path("b.qdw")), "IDS_WB_DOC_BUSY");
+  ASSERT_TRUE(keeper.SaveAs(Path("c.qdw"), error)) << error.detail;
+  EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), last);
+}
 
 TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
   EXPECT_EQ(FaultOf(Path("none.qdw")), "IDS_WB_IMPORT_MISSING");

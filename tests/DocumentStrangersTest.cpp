@@ -107,7 +107,9 @@ INSTANTIATE_TEST_SUITE_P(
         Stranger{"number_of_no_pool", "INSERT INTO pool VALUES (77, 5)", kDamaged, "pool 77"},
         Stranger{"number_beyond_all", "UPDATE pool SET last = 60000000 WHERE type = 5", kDamaged, "pool 5"},
         Stranger{"number_below_none", "UPDATE pool SET last = -1 WHERE type = 5", kDamaged, "pool 5"},
-        Stranger{"settings_twice", "INSERT INTO settings VALUES ((200 << 48) + 2, 0, 0)", kDamaged, "settings"},
+        Stranger{"settings_twice",
+                 "INSERT OR REPLACE INTO settings VALUES ((200 << 48) + 1, 0, 0), ((200 << 48) + 2, 0, 0)",
+                 kDamaged, "settings"},
         Stranger{"huge_view", "INSERT INTO view VALUES ('window', zeroblob(20000000))", kDamaged, "view"},
         Stranger{"many_views",
                  "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 200) INSERT INTO view "

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/CheckedStore.h"
 #include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/text/Utf8.h"
@@ -94,6 +95,7 @@ TEST(Frames, NumbersThatPointNowhereAreRefused) {
 
 TEST(Storing, MakesPartsSetsAndMeshesInOneAct) {
   Database data;
+  const test::CheckedStore checked(data);
   ImportedModel model;
   const auto before = data.Snapshot();
   model.parts = {SamplePart(), SamplePart(), ImportedPart{}};
@@ -120,6 +122,7 @@ TEST(Storing, MakesPartsSetsAndMeshesInOneAct) {
 
 TEST(Storing, ChangesNothingWhileATransactionIsOpen) {
   Database data;
+  const test::CheckedStore checked(data);
   const auto before = data.Snapshot();
   data.BeginTransaction(L"other");
   ImportedModel model;

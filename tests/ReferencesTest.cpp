@@ -235,6 +235,17 @@ TEST_F(ReferencesTest, TheDefaultMeshSetStays) {
   EXPECT_EQ(Data().Snapshot(), before);
 }
 
+TEST_F(ReferencesTest, SettingsThatAreMadeAgainAfterUndoOpen) {
+  for (int times = 0; times < 2; ++times) {
+    Act([&] { ASSERT_NE(Pool().NeedDefaultMset(), 0U); });
+    ExpectSound("made");
+    Data().Undo();
+    ExpectSound("taken back");
+  }
+  Data().Redo();
+  ExpectSound("made again");
+}
+
 TEST_F(ReferencesTest, SystemsStayWhereTheyAreInSpace) {
   CordPool& systems = Data().GetCordPool();
   std::vector<iterator> chain{systems.GetDefaultCord()};

@@ -1,6 +1,10 @@
 // Documents in the window: saved, opened, recovered after a crash.
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QFileInfo>
+#include <QMessageBox>
+#include <QTimer>
 
 #include "InWindow.h"
 #include "workbench/store/CheckDocument.h"
@@ -15,6 +19,19 @@ class Documents : public InWindow {
  protected:
   std::string Print() { return PrintTree(Tree()).substr(PrintTree(Tree()).find('\n')); }
   QString Path(const QString& name) { return m_files.Folder() + "/" + name; }
+  /// Answers the next question with the button of a text.
+  void Answer(const char* key) {
+    constexpr int kSoon = 300;
+    QTimer::singleShot(kSoon, m_window.get(), [key] {
+      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(box, nullptr);
+      for (QAbstractButton* button : box->buttons()) {
+        if (button->text() == Text(key)) return button->click();
+      }
+      ADD_FAILURE() << "no button " << key;
+      box->reject();
+    });
+  }
   /// A window as after a start of the program; the old one is gone as if it had been closed.
   void Restart() {
     m_window.reset();
@@ -108,6 +125,40 @@ TEST_F(Documents, AFileThatCannotBeOpenedIsNamedAndTheWindowGoesOn) {
   EXPECT_FALSE(m_window->SaveAs("/proc/none/a.qdw"));
   Open(m_files.Make({"pump"}, "pump.step"));
   EXPECT_NE(Print().find("Shaft"), std::string::npos);
+}
+
+TEST_F(Documents, ReferencesToNothingAreMendedWhenTheUserAgrees) {
+  const std::string path = Path("broken.qdw").toStdString();
+  {
+    Database broken;
+    tagTGeom part;
+    part.id = part.cadItem = 1;
+    part.name = L"Bolt";
+    part.material = static_cast<iterator>(kDataMaterial) << kTypeShift | 7;
+    broken.Load(broken.GetGeomPool().ItrOfNumber(1), std::make_shared<const tagTGeom>(part));
+    DocumentError error;
+    ASSERT_NE(DocumentFile::Create(path, broken, error), nullptr);
+  }
+  const auto rename = [this] {
+    Data().BeginTransaction(L"rename");
+    tagTGeom part = *Data().GetGeomPool().GetAtNU(Data().GetGeomPool().GetItrList().front());
+    part.name = L"Nut";
+    Data().GetGeomPool().Change(Data().GetGeomPool().GetItrList().front(), part);
+    return Data().CommitTransaction();
+  };
+  Answer("IDS_WB_VIEW_ONLY");
+  ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw")));
+  EXPECT_NE(Print().find("Bolt"), std::string::npos);
+  EXPECT_EQ(rename(), 0) << "what is viewed takes no acts";
+  Restart();
+  EXPECT_EQ(VerifyDocument(path).size(), 1U) << "the file is as it was";
+  Answer("IDS_WB_MEND");
+  ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw")));
+  EXPECT_EQ(rename(), 1);
+  Restart();
+  EXPECT_TRUE(VerifyDocument(path).empty());
+  ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw"))) << "nothing is asked any more";
+  EXPECT_NE(Print().find("Nut"), std::string::npos);
 }
 
 TEST_F(Documents, WhatWasNotSavedIsThereAfterACrash) {

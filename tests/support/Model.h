@@ -10,6 +10,7 @@
 #include "platform/headless/HeadlessToolkit.h"
 #include "qd_wrt/core/CWorksTreeManager.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
+#include "support/CheckedStore.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/text/Utf8.h"
 #include "workbench/tree/DocumentNode.h"
@@ -168,6 +169,7 @@ class ModelTest : public ::testing::Test,
   HeadlessToolkit m_toolkit;
   RecordedProperties m_properties;
   workbench::WorkDocument m_doc;
+  CheckedStore m_checked{m_doc.GetDatabase()};
   RecordedView m_view{m_doc.GetDisplay()};
   workbench::TreeFactory m_factory;
   CWorksTreeBar m_bar;

@@ -68,7 +68,11 @@ bool HeadlessSession::Open(const std::vector<std::string>& files) {
   if (document == files.end()) return true;
   DocumentError error;
   const UntilInterrupted until;
-  if (DocumentFile::Open(*document, m_doc.GetDatabase(), error, nullptr, until.Progress()) != nullptr) return true;
+  if (const auto file = DocumentFile::Open(*document, m_doc.GetDatabase(), error, nullptr, until.Progress())) {
+    // Mended in memory; the file stays as it is.
+    for (const std::string& line : file->Mended()) Complain(NameFromBytes(*document) + ": " + line.c_str());
+    return true;
+  }
   Complain(NameFromBytes(*document) + ": " + TextOf(error));
   return false;
 }
@@ -91,7 +95,11 @@ bool HeadlessSession::ImportOne(const std::string& file) {
     for (const ImportNote& note : model.notes) {
       Complain(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}));
     }
-    good = StoreImport(m_doc.GetDatabase(), std::move(model), FromQt(path)) != 0;
+    std::vector<ImportNote> notes;
+    good = StoreImport(m_doc.GetDatabase(), std::move(model), FromQt(path), &notes) != 0;
+    for (const ImportNote& note : notes) {
+      Complain(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}));
+    }
     if (!good) fault = Text("IDS_WB_IMPORT_REFUSED");
     loop.quit();
   });

@@ -55,7 +55,12 @@ void ImportQueue::Store(ImportedModel& model) {
   }
   emit Storing(path);
   const CString title = FromQt(Text("IDS_WB_TRANS_IMPORT", {QFileInfo(path).fileName()}));
-  if (StoreImport(m_doc.GetDatabase(), std::move(model), title) == 0) {
+  std::vector<ImportNote> notes;
+  const int stored = StoreImport(m_doc.GetDatabase(), std::move(model), title, &notes);
+  for (const ImportNote& note : notes) {
+    emit Said(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), false);
+  }
+  if (stored == 0) {
     ++m_failed;
     emit Said(Text("IDS_WB_IMPORT_FAILED", {path, Text("IDS_WB_IMPORT_REFUSED")}), true);
     return End();

@@ -45,6 +45,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   /// Opens a document, in this window when nothing was done in it yet, else in one of its own. False, with a
   /// message, when it cannot be opened.
   bool OpenDocument(const QString& path);
+  /// Lets opening ask nothing, for programs that nobody watches: a document that wants mending is viewed then.
+  void AskNothing() { m_asks = false; }
   /// Writes the document to a path and goes on there. False, with a message, when that cannot be done.
   bool SaveAs(const QString& path);
   /// Asks what is to become of documents that a crash left behind, and recovers one in this window when nothing
@@ -113,6 +115,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void OnSaveAs();
   void OnUnkept(const DocumentError& error);
   void ShowLoaded(const QString& name);
+  void AskToMend(const QString& name);
+  void AskToRepair(const QString& path, const DocumentError& error);
   void KeepView();
   void RestoreView();
   void RestorePanes(const QByteArray& places);
@@ -131,6 +135,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void Warn(const CString& text) override;
   void Say(const QString& text, bool failure);
 
+  bool m_asks = true;
   MessageTables& m_messages;
   std::unique_ptr<WorkDocument> m_doc;
   std::unique_ptr<DocumentKeeper> m_keeper;

@@ -8,8 +8,12 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QSettings>
+#include <QTimer>
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
@@ -19,6 +23,7 @@
 #include "workbench/app/MainWindow.h"
 #include "workbench/app/QuietTime.h"
 #include "workbench/app/TreePane.h"
+#include "workbench/store/CheckDocument.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -87,6 +92,7 @@ bool MainWindow::OpenDocument(const QString& path) {
   if (done == 0) {
     ++m_failedDocuments;
     Say(absolute + ": " + TextOf(error), true);
+    AskToRepair(absolute, error);
     return false;
   }
   ShowLoaded(absolute);
@@ -95,7 +101,58 @@ bool MainWindow::OpenDocument(const QString& path) {
   if (!aside.empty()) Say(TextOf({"IDS_WB_DOC_LOG_ASIDE", aside}), true);
   Say(TextOf({m_keeper->IsReadOnly() ? m_keeper->File()->ViewedKey() : "IDS_WB_OPENED", NameToBytes(absolute)}),
       false);
+  AskToMend(absolute);
   return true;
+}
+
+/// A document that refers to what is not there is shown mended; only the user lets that be written. Until then the
+/// file takes no acts.
+void MainWindow::AskToMend(const QString& name) {
+  if (!m_keeper->File()->MayKeepMended()) return;
+  if (!m_asks) return Say(Text("IDS_WB_DOC_VIEWED", {name}), false);
+  QStringList mended;
+  for (const std::string& line : m_keeper->File()->Mended()) mended << QString::fromStdString(line);
+  QMessageBox box(QMessageBox::Warning, Text("IDS_WB_APP"), Text("IDS_WB_ASK_MEND", {name}), QMessageBox::NoButton,
+                  this);
+  box.setDetailedText(mended.join('\n'));
+  const QPushButton* mend = box.addButton(Text("IDS_WB_MEND"), QMessageBox::AcceptRole);
+  QPushButton* view = box.addButton(Text("IDS_WB_VIEW_ONLY"), QMessageBox::RejectRole);
+  const QPushButton* leave = box.addButton(Text("IDS_WB_CLOSE"), QMessageBox::DestructiveRole);
+  box.setDefaultButton(view);
+  box.setEscapeButton(view);
+  box.exec();
+  // At the start of a program the loop that ends with the last window has still to begin.
+  if (box.clickedButton() == leave) QTimer::singleShot(0, this, &QWidget::close);
+  DocumentError error;
+  if (box.clickedButton() == mend && !m_keeper->File()->KeepMended(error)) Say(TextOf(error), true);
+  RefreshTitle();
+}
+
+/// A damaged document stays as it is; what is sound of it may go into another one.
+void MainWindow::AskToRepair(const QString& path, const DocumentError& error) {
+  const QStringList repairable{"IDS_WB_DOC_DAMAGED", "IDS_WB_DOC_ALIEN", "IDS_WB_DOC_TABLE", "IDS_WB_DOC_ENDLESS"};
+  if (!m_asks || !repairable.contains(error.key)) return;
+  QMessageBox box(QMessageBox::Warning, Text("IDS_WB_APP"),
+                  TextOf(error) + "\n\n" + Text("IDS_WB_ASK_REPAIR", {path}), QMessageBox::Cancel, this);
+  const QPushButton* repair = box.addButton(Text("IDS_WB_REPAIR"), QMessageBox::AcceptRole);
+  box.exec();
+  if (box.clickedButton() != repair) return;
+  QString repaired = QFileDialog::getSaveFileName(this, Text("IDS_WB_SAVE_AS").remove('&'), QString(), Filter());
+  if (repaired.isEmpty()) return;
+  if (QFileInfo(repaired).suffix().isEmpty()) repaired += ".qdw";
+  std::vector<DocumentError> notes;
+  DocumentError fault;
+  const int done = qdRunLongWork(FromQt(Text("IDS_WB_SAVING", {repaired})), [&](const ProgressCall& progress) {
+    // That something there is replaced was asked by the dialog.
+    return MayRepairInto(NameToBytes(path), NameToBytes(repaired), true, fault) &&
+                   RepairDocument(NameToBytes(path), NameToBytes(repaired), notes, fault, progress)
+               ? 1
+               : 0;
+  });
+  if (done == 0) return Say(path + ": " + TextOf(fault), true);
+  for (const DocumentError& note : notes) Say(TextOf(note), false);
+  Say(Text("IDS_WB_REPAIRED", {repaired, QLocale().toString(static_cast<qulonglong>(notes.size()))}), false);
+  OpenDocument(repaired);
 }
 
 /// The trees and the view take up what a file has filled the database with.
@@ -242,6 +299,7 @@ bool MainWindow::Recover(const QString& path) {
   }
   const QString title = QString::fromStdString(m_keeper->Title());
   ShowLoaded(title.isEmpty() ? Text("IDS_WB_UNTITLED") : title);
+  AskToMend(title.isEmpty() ? Text("IDS_WB_UNTITLED") : title);
   return true;
 }
 

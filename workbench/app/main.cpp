@@ -46,6 +46,7 @@ int RunWindow(QApplication& app, const CommandLine& line, MessageTables& message
   QtToolkit toolkit;
   MainWindow window(messages);
   const bool forPicture = !line.screenshot.empty();
+  if (forPicture) window.AskNothing();
   if (!forPicture) window.RestoreLayout();
   window.show();
   // Asked before anything is opened or imported: what is recovered comes into a window of its own.

@@ -19,7 +19,10 @@ bool AllBelow(const std::vector<Index>& indexes, std::size_t count) {
   return true;
 }
 
-bool IsSound(const PartFacets& facets) {
+}  // namespace
+
+bool HangsTogether(const PartShape& shape) {
+  const PartFacets& facets = shape.facets;
   const std::size_t points = facets.points.size() / 3;
   std::size_t linePoints = 0;
   for (const std::uint32_t size : facets.lineSizes) linePoints += size;
@@ -29,8 +32,7 @@ bool IsSound(const PartFacets& facets) {
          linePoints == facets.lines.size() && AllBelow(facets.lines, points);
 }
 
-/// Known kinds of elements, nodes in ascending order, and each element's nodes among them.
-bool IsSound(const MeshData& mesh) {
+bool HangsTogether(const MeshData& mesh) {
   if (mesh.coordinates.size() != mesh.nodeIds.size() * 3) return false;
   if (std::adjacent_find(mesh.nodeIds.begin(), mesh.nodeIds.end(), std::greater_equal<>()) != mesh.nodeIds.end()) {
     return false;
@@ -44,8 +46,6 @@ bool IsSound(const MeshData& mesh) {
   }
   return true;
 }
-
-}  // namespace
 
 void PutShape(ByteWriter& writer, const PartShape& shape) {
   const PartFacets& facets = shape.facets;
@@ -65,7 +65,7 @@ bool GetShape(ByteReader& reader, PartShape& shape) {
     auto& [key, value] = shape.geometry.emplace_back();
     reader.Get(key).Get(value);
   }
-  return reader.IsGood() && IsSound(facets);
+  return reader.IsGood() && HangsTogether(shape);
 }
 
 void PutMesh(ByteWriter& writer, const MeshData& mesh) {
@@ -82,7 +82,7 @@ bool GetMesh(ByteReader& reader, MeshData& mesh) {
     MeshData::Block& block = mesh.blocks.emplace_back();
     reader.Get(block.elementType).Get(block.nodesPerElement).Get(block.elementIds).Get(block.nodeIds);
   }
-  return reader.IsGood() && IsSound(mesh);
+  return reader.IsGood() && HangsTogether(mesh);
 }
 
 }  // namespace qd::workbench

@@ -5,6 +5,11 @@
 
 namespace qd::workbench {
 
+/// Whether the parts of a shape fit each other: facets and lines between its points.
+bool HangsTogether(const PartShape& shape);
+/// Likewise of a mesh: nodes in ascending order, known kinds of elements, their nodes among those of the mesh.
+bool HangsTogether(const MeshData& mesh);
+
 // Shapes and meshes as bytes: for the pipe of the exchange program and for documents.
 
 void PutShape(ByteWriter& writer, const PartShape& shape);

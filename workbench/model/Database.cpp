@@ -1,12 +1,14 @@
 #include "workbench/model/Database.h"
 
 #include <algorithm>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
 #include "workbench/mesh/MeshEdit.h"
+#include "workbench/mesh/ModelBytes.h"
 
 namespace qd::workbench {
 
@@ -99,8 +101,35 @@ int Database::BeginTransaction(const CString& title) {
   return 1;
 }
 
+namespace {
+
+/// Whether a record may be written; a large part that stood there before is not looked at again.
+bool IsAllowed(const JournalEntry& entry) {
+  if (entry.after == nullptr) return true;
+  const std::uint16_t type = TypeOf(entry.itr);
+  if (FaultOf(type, static_cast<std::int32_t>(NumberOf(entry.itr)), *entry.after) != nullptr) return false;
+  const auto isNew = [&entry](const auto& part, const auto& before) {
+    return part != nullptr && (entry.before == nullptr || part != before);
+  };
+  if (type == kDataMset) {
+    const auto* before = static_cast<const tagTMset*>(entry.before.get());
+    const MeshPtr& mesh = static_cast<const tagTMset&>(*entry.after).mesh;
+    if (!isNew(mesh, before != nullptr ? before->mesh : nullptr)) return true;
+    return HangsTogether(*mesh) && FaultOf(*mesh) == nullptr;
+  }
+  if (type == kDataGeom) {
+    const auto* before = static_cast<const tagTGeom*>(entry.before.get());
+    const auto& shape = static_cast<const tagTGeom&>(*entry.after).shape;
+    if (!isNew(shape, before != nullptr ? before->shape : nullptr)) return true;
+    return HangsTogether(*shape) && FaultOf(*shape) == nullptr;
+  }
+  return true;
+}
+
+}  // namespace
+
 bool Database::Note(JournalEntry entry) {
-  if (!m_open || (m_guard && !m_guard(entry.itr))) return false;
+  if (!m_open || (m_guard && !m_guard(entry.itr)) || !IsAllowed(entry)) return false;
   m_journal.push_back(std::move(entry));
   return true;
 }
@@ -181,8 +210,10 @@ std::vector<iterator> Database::HoldersOf(const ReferenceField& field, iterator 
 }
 
 Departure Database::DepartureOf(std::function<bool(iterator)> goes) const {
-  const auto defaultOf = [this, goes](std::uint16_t type) {
-    return type == kDataGset ? m_gsets.HeirOf(goes) : iterator{0};
+  // Asked once for each part of a set.
+  const auto defaultOf = [this, goes, heir = std::optional<iterator>()](std::uint16_t type) mutable {
+    if (!heir) heir = m_gsets.HeirOf(goes);
+    return type == kDataGset ? *heir : iterator{0};
   };
   return {*this, std::move(goes), defaultOf};
 }
@@ -385,8 +416,6 @@ const tagTRecord* Database::Ghost(iterator itr) const {
 std::vector<std::shared_ptr<const tagTRecord>> Database::Snapshot() const {
   std::vector<std::shared_ptr<const tagTRecord>> all;
   for (const auto& [type, store] : m_stores) store->AppendAll(all);
-  // Places of records that are gone do not count.
-  std::erase(all, nullptr);
   return all;
 }
 

@@ -5,6 +5,7 @@
 
 #include "platform/FlatMap.h"
 #include "workbench/model/Pool.h"
+#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
@@ -25,18 +26,6 @@ std::vector<JournalEntry> NetEffect(const std::vector<JournalEntry>& entries) {
 }
 
 namespace {
-
-std::size_t BytesOf(const PartShape& shape) {
-  const PartFacets& facets = shape.facets;
-  return shape.brep.size() + sizeof(float) * (facets.points.size() + facets.normals.size()) +
-         sizeof(std::uint32_t) * (facets.triangles.size() + facets.lineSizes.size() + facets.lines.size());
-}
-
-std::size_t BytesOf(const MeshData& mesh) {
-  std::size_t words = mesh.nodeIds.size() + mesh.coordinates.size();
-  for (const MeshData::Block& block : mesh.blocks) words += block.elementIds.size() + block.nodeIds.size();
-  return words * sizeof(std::uint64_t);
-}
 
 /// The large part that a record of a type holds, and its size.
 std::pair<const void*, std::size_t> LargePart(std::uint16_t type, const tagTRecord* record) {

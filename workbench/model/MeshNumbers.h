@@ -17,4 +17,9 @@ struct Numbering {
 
 Numbering NextNumbers(const MsetPool& pool);
 
+/// Numbers the nodes and elements of meshes that come in together from 1 on and without gaps, where behind
+/// `before` their own numbers would be too large to be kept. What several of them share stays shared. False when
+/// there was no need.
+bool NumberAnew(const std::vector<MeshData*>& meshes, const Numbering& before);
+
 }  // namespace qd::workbench

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <algorithm>
-#include <deque>
+#include <array>
 #include <functional>
 #include <memory>
 #include <utility>
@@ -10,6 +10,7 @@
 #include "host/DPool.h"
 #include "platform/FlatMap.h"
 #include "workbench/model/Journal.h"
+#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
@@ -81,9 +82,10 @@ class Pool : public Interface, public IPoolStore {
   /// Adds a record inside the open transaction and gives it the pool's next number. Returns its iterator, 0 on
   /// failure.
   iterator Add(T record) {
-    record.id = static_cast<std::int32_t>(m_records.size()) + 1;
-    const iterator itr = static_cast<iterator>(m_type) << kTypeShift | (m_records.size() + 1);
-    m_records.emplace_back();
+    if (m_places >= kMostRecords) return 0;
+    const iterator itr = ItrOfNumber(NextNumber());
+    record.id = NextNumber();
+    Reserve(itr);
     return Write(itr, std::make_shared<const T>(std::move(record))) ? itr : 0;
   }
 
@@ -98,9 +100,7 @@ class Pool : public Interface, public IPoolStore {
   std::vector<iterator> GetItrList() const override {
     std::vector<iterator> all;
     all.reserve(m_count);
-    for (std::size_t i = 0; i < m_records.size(); ++i) {
-      if (m_records[i] != nullptr) all.push_back(static_cast<iterator>(m_type) << kTypeShift | (i + 1));
-    }
+    ForEach([&all](iterator itr, const auto&) { all.push_back(itr); });
     return all;
   }
 
@@ -125,10 +125,10 @@ class Pool : public Interface, public IPoolStore {
   }
   std::size_t Count() const { return m_count; }
   /// The number that the next record will get.
-  int NextNumber() const { return static_cast<int>(m_records.size()) + 1; }
+  int NextNumber() const { return static_cast<int>(m_places) + 1; }
 
   void Restore(iterator itr, std::shared_ptr<const tagTRecord> record) override {
-    std::shared_ptr<const T>& place = m_records[Index(itr)];
+    std::shared_ptr<const T>& place = Place(itr);
     const std::shared_ptr<const T> before =
         std::exchange(place, std::static_pointer_cast<const T>(std::move(record)));
     if (before != nullptr) OnLeave(itr, *before);
@@ -138,20 +138,21 @@ class Pool : public Interface, public IPoolStore {
     if (place != nullptr) OnEnter(itr, *place);
   }
   std::shared_ptr<const tagTRecord> Get(iterator itr) const override {
-    return Live(itr) != nullptr ? m_records[Index(itr)] : nullptr;
+    return Live(itr) != nullptr ? (*m_pages[Index(itr) / kPage])[Index(itr) % kPage] : nullptr;
   }
   bool Rewrite(iterator itr, std::shared_ptr<const tagTRecord> record) override {
     return Live(itr) != nullptr && Write(itr, std::static_pointer_cast<const T>(std::move(record)));
   }
   void Reserve(iterator last) override {
-    if (Index(last) >= m_records.size()) m_records.resize(Index(last) + 1);
+    m_places = std::max(m_places, Index(last) + 1);
+    m_pages.resize((m_places + kPage - 1) / kPage);
   }
   void AppendAdded(std::vector<JournalEntry>& out) const override {
-    for (const iterator itr : GetItrList()) out.push_back({itr, nullptr, m_records[Index(itr)]});
+    ForEach([&out](iterator itr, const auto& record) { out.push_back({itr, nullptr, record}); });
   }
   int DeleteAll(const std::vector<iterator>& itrs) override { return this->TR_Del(itrs); }
   void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const override {
-    out.insert(out.end(), m_records.begin(), m_records.end());
+    ForEach([&out](iterator, const auto& record) { out.push_back(record); });
   }
 
  protected:
@@ -170,18 +171,40 @@ class Pool : public Interface, public IPoolStore {
  private:
   static std::size_t Index(iterator itr) { return static_cast<std::size_t>(NumberOf(itr)) - 1; }
 
+  /// Places stand in pages, made when they are needed: a document may hold few records with large numbers.
+  static constexpr std::size_t kPage = 64;
+  using Page = std::array<std::shared_ptr<const T>, kPage>;
+
   const T* Live(iterator itr) const {
-    return TypeOf(itr) == m_type && Index(itr) < m_records.size() ? m_records[Index(itr)].get() : nullptr;
+    if (TypeOf(itr) != m_type || Index(itr) >= m_places) return nullptr;
+    const Page* page = m_pages[Index(itr) / kPage].get();
+    return page != nullptr ? (*page)[Index(itr) % kPage].get() : nullptr;
   }
+  std::shared_ptr<const T>& Place(iterator itr) {
+    std::unique_ptr<Page>& page = m_pages[Index(itr) / kPage];
+    if (page == nullptr) page = std::make_unique<Page>();
+    return (*page)[Index(itr) % kPage];
+  }
+  template <typename Visit>
+  void ForEach(const Visit& visit) const {
+    for (std::size_t page = 0; page < m_pages.size(); ++page) {
+      if (m_pages[page] == nullptr) continue;
+      for (std::size_t i = 0; i < kPage; ++i) {
+        if ((*m_pages[page])[i] != nullptr) visit(ItrOf(page * kPage + i), (*m_pages[page])[i]);
+      }
+    }
+  }
+  iterator ItrOf(std::size_t index) const { return static_cast<iterator>(m_type) << kTypeShift | (index + 1); }
   bool Write(iterator itr, std::shared_ptr<const T> record) {
-    if (!m_keeper.Note({itr, m_records[Index(itr)], record})) return false;
+    if (!m_keeper.Note({itr, Place(itr), record})) return false;
     Restore(itr, std::move(record));
     return true;
   }
 
   std::uint16_t m_type;
   IJournalKeeper& m_keeper;
-  std::deque<std::shared_ptr<const T>> m_records;  // by running number; null where a record is gone
+  std::vector<std::unique_ptr<Page>> m_pages;
+  std::size_t m_places = 0;  // numbers that were given out
   std::size_t m_count = 0;
 };
 

@@ -14,6 +14,11 @@ namespace qd::workbench {
 class GeomPool final : public Pool<tagTGeom, DPoolGeom> {
  public:
   using Pool::Pool;
+  /// A part has the number of its record in the CAD session and the view.
+  iterator Add(tagTGeom record) {
+    record.cadItem = NextNumber();
+    return Pool::Add(std::move(record));
+  }
   int Private_Modify(iterator itr, const tagTGeom& record, int, int) override { return Change(itr, record); }
   int Private_ApplyGset(const std::vector<iterator>& itrs, iterator gset) override;
   void GetHCADItemArray(const std::vector<iterator>& itrs, std::vector<int>& cadItems) const override;

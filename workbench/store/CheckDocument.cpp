@@ -15,109 +15,7 @@ namespace qd::workbench {
 namespace {
 
 constexpr const char* kDamaged = "IDS_WB_DOC_DAMAGED";
-
-using Records = std::map<iterator, std::shared_ptr<tagTRecord>>;
-
-/// Takes out of records what they refer to and what is not there, and those that cannot stand at all.
-class Mender {
- public:
-  Mender(Records& records, std::vector<std::string>& notes) : m_records(records), m_notes(notes) {}
-
-  void Mend() {
-    std::erase_if(m_records, [this](const auto& entry) { return !MayStand(entry.first, *entry.second); });
-    for (auto& [itr, record] : m_records) {
-      switch (TypeOf(itr)) {
-        case kDataGeom:
-          MendPart(itr, static_cast<tagTGeom&>(*record));
-          break;
-        case kDataMset:
-          MendSet(itr, static_cast<tagTMset&>(*record));
-          break;
-        case kDataCord:
-          MendSystem(itr, static_cast<tagTCord&>(*record));
-          break;
-        case kDataProperty:
-          Clear(itr, static_cast<tagTProperty&>(*record).material, "material");
-          break;
-        default:
-          break;
-      }
-    }
-  }
-
- private:
-  static constexpr iterator kGlobal = static_cast<iterator>(kDataCord) << kTypeShift | 1;
-
-  void Note(iterator itr, const std::string& what) {
-    m_notes.push_back("record " + std::to_string(TypeOf(itr)) + "/" + std::to_string(NumberOf(itr)) + ": " + what);
-  }
-  void Clear(iterator itr, iterator& reference, const char* what) {
-    if (reference == 0 || m_records.contains(reference)) return;
-    Note(itr, std::string(what) + " is gone");
-    reference = 0;
-  }
-
-  bool MayStand(iterator itr, const tagTRecord& record) {
-    const char* fault = nullptr;
-    if (NumberOf(itr) > RecordCheck::kMostRecords) fault = "a number beyond all";
-    if (TypeOf(itr) == kDataCord && !IsPlaceable(static_cast<const tagTCord&>(record))) fault = "no axes";
-    if (TypeOf(itr) == kDataMset) {
-      const auto& set = static_cast<const tagTMset&>(record);
-      const std::uint32_t key = set.key & kMsetKeyMask;
-      if (key == 0 || !m_setOfKey.emplace(key, &set).second) fault = "a key that is none or taken";
-    }
-    if (fault != nullptr) Note(itr, std::string("left out: ") + fault);
-    return fault == nullptr;
-  }
-
-  void MendPart(iterator itr, tagTGeom& part) {
-    Clear(itr, part.material, "material");
-    Clear(itr, part.gset, "geometry set");
-    part.cadItem = part.id;
-  }
-
-  void MendSet(iterator itr, tagTMset& set) {
-    Clear(itr, set.geom, "part");
-    Clear(itr, set.property, "property");
-    iterator generation = set.mgInfo != 0 ? static_cast<iterator>(kDataMGInfo) << kTypeShift | set.mgInfo : 0;
-    Clear(itr, generation, "generation");
-    if (generation == 0) set.mgInfo = 0;
-    std::set<const void*> way;
-    for (const tagTMset* at = &set; at->parent != 0;) {
-      const auto above = m_setOfKey.find(at->parent);
-      if (above != m_setOfKey.end() && way.insert(at).second) {
-        at = above->second;
-        continue;
-      }
-      Note(itr, "moved to the top: no way up");
-      set.parent = 0;
-      return;
-    }
-  }
-
-  void MendSystem(iterator itr, tagTCord& system) {
-    if (itr == kGlobal) {
-      system.parent = 0;
-      return;
-    }
-    std::set<const void*> way;
-    for (const tagTCord* at = &system; at != nullptr;) {
-      const auto above = m_records.find(at->parent);
-      if (at->parent == kGlobal) return;
-      if (above != m_records.end() && TypeOf(above->first) == kDataCord && way.insert(at).second) {
-        at = static_cast<const tagTCord*>(above->second.get());
-        continue;
-      }
-      Note(itr, "stands in the global system now");
-      system.parent = kGlobal;
-      return;
-    }
-  }
-
-  Records& m_records;
-  std::vector<std::string>& m_notes;
-  std::map<std::uint32_t, const tagTMset*> m_setOfKey;
-};
+constexpr const char* kMended = "IDS_WB_DOC_MENDED";
 
 }  // namespace
 
@@ -137,21 +35,17 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
   });
   RecordCheck records;
   bool whole = true;
-  std::vector<std::shared_ptr<tagTRecord>> all;
   for (const auto& table : MakeRecordTables()) {
     const bool read = table->Read(
-        *file,
-        [&](iterator itr, std::shared_ptr<tagTRecord> record) {
-          records.Add(itr, *record);
-          all.push_back(std::move(record));
-        },
+        *file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { records.Add(itr, std::move(record)); },
         [&](iterator itr, const std::string& fault) { records.Complain(table->Name(), itr, fault); });
     if (stopped) return {{"IDS_WB_IMPORT_CANCELLED", path}};
     whole = whole && read;
     if (!read) faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
   }
-  records.CheckReferences();
+  records.Run();
   for (const std::string& fault : records.Faults()) faults.push_back({kDamaged, fault});
+  for (const std::string& line : records.Mended()) faults.push_back({kMended, line});
   for (const std::string& fault : {ReadNumbers(*file, [](iterator) {}), CheckViews(*file)}) {
     if (!fault.empty()) faults.push_back({kDamaged, fault});
   }
@@ -199,10 +93,12 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
     stopped = progress && !progress(file->Taken());
     return !stopped;
   });
-  Records records;
+  RecordCheck records;
   for (const auto& table : MakeRecordTables()) {
     if (std::find(sound.begin(), sound.end(), table->Name()) == sound.end()) continue;
-    const auto keep = [&](iterator itr, std::shared_ptr<tagTRecord> record) { records[itr] = std::move(record); };
+    const auto keep = [&](iterator itr, std::shared_ptr<tagTRecord> record) {
+      records.Add(itr, std::move(record));
+    };
     const auto skip = [&](iterator itr, const std::string& fault) {
       notes.push_back({kDamaged, std::string(table->Name()) + " " + std::to_string(NumberOf(itr)) + ": " + fault});
     };
@@ -216,15 +112,15 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
     error = {"IDS_WB_IMPORT_CANCELLED", path};
     return false;
   }
-  if (records.empty()) {
+  if (records.All().empty()) {
     error = {kDamaged, path};
     return false;
   }
-  std::vector<std::string> mended;
-  Mender(records, mended).Mend();
-  for (const std::string& line : mended) notes.push_back({kDamaged, line});
+  records.Repair();
+  records.Run();
+  for (const std::string& line : records.Mended()) notes.push_back({kMended, line});
   Database database;
-  for (auto& [itr, record] : records) database.Load(itr, record);
+  for (const auto& [itr, record] : records.All()) database.Load(itr, record);
   if (std::find(sound.begin(), sound.end(), "pool") != sound.end()) {
     ReadNumbers(*file, [&database](iterator last) { database.ReserveNumbers(last); });
   }

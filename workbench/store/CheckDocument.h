@@ -7,8 +7,8 @@
 
 namespace qd::workbench {
 
-/// What is wrong with a document, one message for each fault; none for a sound one. The document is only read, and
-/// nothing is written beside it; one that a program has open cannot be checked.
+/// What is wrong with a document, one message for each fault and each reference to nothing; none for a sound one.
+/// The document is only read, and nothing is written beside it; one that a program has open cannot be checked.
 std::vector<DocumentError> VerifyDocument(const std::string& path, const ProgressCall& progress = {});
 
 /// Writes what is sound of a document into a new one: records that can be read, without references to what is

@@ -226,18 +226,13 @@ std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Databa
 bool DocumentFile::ReadInto(Database& database, DocumentError& error, const ProgressCall& progress) {
   bool stopped = false;
   RecordCheck check;
-  std::vector<std::pair<iterator, std::shared_ptr<const tagTRecord>>> records;
   m_file.SetProgress([&] {
     stopped = progress && !progress(m_file.Taken());
     return !stopped;
   });
   for (const auto& table : m_tables) {
     const bool read = table->Read(
-        m_file,
-        [&](iterator itr, std::shared_ptr<tagTRecord> record) {
-          check.Add(itr, *record);
-          records.emplace_back(itr, std::move(record));
-        },
+        m_file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { check.Add(itr, std::move(record)); },
         [&](iterator itr, const std::string& fault) { check.Complain(table->Name(), itr, fault); });
     if (!read) {
       error = Fault();
@@ -248,7 +243,7 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
   }
   m_file.SetProgress(nullptr);
   if (progress) progress(1);
-  check.CheckReferences();
+  check.Run();
   if (!check.Faults().empty()) {
     error = {"IDS_WB_DOC_DAMAGED", check.Faults().front()};
     return false;
@@ -262,8 +257,10 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
     return false;
   }
   m_file.AllowLargeValues();
-  for (auto& [itr, record] : records) database.Load(itr, std::move(record));
+  for (const auto& [itr, record] : check.All()) database.Load(itr, record);
   for (const iterator last : numbers) database.ReserveNumbers(last);
+  m_mended = check.Mended();
+  m_unkept = check.TakeChanges();
   return true;
 }
 
@@ -329,9 +326,21 @@ bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forwa
   return Commit();
 }
 
+bool DocumentFile::KeepMended(DocumentError& error) {
+  if (m_viewed != nullptr) error = {m_viewed, m_path};
+  if (m_viewed != nullptr || m_unkept.empty()) return m_viewed == nullptr;
+  if (!WriteEntries(m_unkept, true)) {
+    error = Fault();
+    if (m_file.IsInTransaction()) m_file.Run("ROLLBACK");
+    return false;
+  }
+  m_unkept.clear();
+  return true;
+}
+
 bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
   if (IsReadOnly()) {
-    if (m_onFailure) m_onFailure({m_viewed, m_path});
+    if (m_onFailure) m_onFailure({ViewedKey(), m_path});
     return false;
   }
   if (WriteEntries(net, forward)) return true;

@@ -34,10 +34,11 @@ class DocumentFile final : public IRecordStore {
   static std::unique_ptr<DocumentFile> Attach(const std::string& path, DocumentError& error,
                                               const char* vfs = nullptr, const ProgressCall& progress = {});
   /// Whether the document is open for viewing only: nothing is written to the file, acts are refused. A document
-  /// that stands where this program may not write, or that has several names, is opened so.
-  bool IsReadOnly() const { return m_viewed != nullptr; }
+  /// that stands where this program may not write, or that has several names, is opened so, and one that was
+  /// mended, until that is kept.
+  bool IsReadOnly() const { return m_viewed != nullptr || !m_unkept.empty(); }
   /// The key of the sentence that says so.
-  const char* ViewedKey() const { return m_viewed; }
+  const char* ViewedKey() const { return m_viewed != nullptr ? m_viewed : "IDS_WB_DOC_VIEWED"; }
   /// Writes a copy, complete or not at all; a file that is there is replaced, unless somebody has it open. False
   /// also when `progress` stops it. Acts that are done in the call of `progress` are refused.
   bool CopyTo(const std::string& path, DocumentError& error, const ProgressCall& progress = {});
@@ -54,6 +55,12 @@ class DocumentFile final : public IRecordStore {
   bool HoldsAnything();
   /// How many rows a table has.
   std::int64_t Count(const char* table);
+
+  /// References to nothing that were mended in memory when the file was read, one line for each. The file itself
+  /// stays as it is, open for viewing only, until the mended state is kept.
+  const std::vector<std::string>& Mended() const { return m_mended; }
+  bool KeepMended(DocumentError& error);
+  bool MayKeepMended() const { return m_viewed == nullptr && !m_unkept.empty(); }
 
   bool Write(const std::vector<JournalEntry>& net, bool forward) override;
   /// Told when a write fails.
@@ -97,6 +104,8 @@ class DocumentFile final : public IRecordStore {
   std::vector<std::unique_ptr<IRecordTable>> m_tables;
   std::unique_ptr<Statement> m_noteNumber;
   std::function<void(const DocumentError&)> m_onFailure;
+  std::vector<std::string> m_mended;
+  std::vector<JournalEntry> m_unkept;  // mended and not written yet
 };
 
 }  // namespace qd::workbench

@@ -118,8 +118,7 @@ bool DocumentKeeper::SaveAs(const std::string& path, DocumentError& error, const
   std::error_code none;
   if (m_file != nullptr && m_named && fs::equivalent(fs::u8path(path), fs::u8path(m_file->Path()), none) &&
       m_file->Stands()) {
-    if (m_file->IsReadOnly()) error = {"IDS_WB_DOC_VIEWED", path};
-    return !m_file->IsReadOnly();
+    return m_file->KeepMended(error);
   }
   std::unique_ptr<DocumentFile> file;
   if (m_file != nullptr && !m_file->IsReadOnly() && m_file->Stands()) {

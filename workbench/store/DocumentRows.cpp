@@ -4,7 +4,7 @@
 #include <array>
 
 #include "workbench/model/Pools.h"
-#include "workbench/store/RecordCheck.h"
+#include "workbench/model/Values.h"
 #include "workbench/text/Shown.h"
 
 namespace qd::workbench {
@@ -32,7 +32,7 @@ std::string ReadNumbers(Connection& file, const std::function<void(iterator last
     const bool known = ++count <= kPools.size() && std::find(kPools.begin(), kPools.end(), type) != kPools.end();
     if (!known) {
       fault = "pool " + std::to_string(type) + ": no such pool";
-    } else if (!numbers.IsInteger(1) || last < 1 || last > static_cast<std::int64_t>(RecordCheck::kMostRecords)) {
+    } else if (!numbers.IsInteger(1) || last < 1 || last > static_cast<std::int64_t>(kMostRecords)) {
       fault = "pool " + std::to_string(type) + ": a number beyond all";
     } else {
       onLast(static_cast<iterator>(type) << kTypeShift | static_cast<iterator>(last));

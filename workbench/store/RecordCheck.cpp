@@ -1,89 +1,201 @@
 #include "workbench/store/RecordCheck.h"
 
-#include "workbench/model/Placement.h"
+#include <iterator>
+#include <utility>
+
 #include "workbench/model/Pools.h"
+#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
 namespace {
-constexpr std::size_t kMostFaults = 100;
+
+constexpr std::size_t kMostLines = 100;
+constexpr iterator kFirstSettings = static_cast<iterator>(kDataSettings) << kTypeShift | 1;
+constexpr iterator kGlobal = static_cast<iterator>(kDataCord) << kTypeShift | 1;
+
+/// What users call the records of a type.
+const char* NameOfType(std::uint16_t type) {
+  switch (type) {
+    case kDataSettings:
+      return "settings";
+    case kDataCord:
+      return "coordinate system";
+    case kDataMset:
+      return "mesh set";
+    case kDataProperty:
+      return "property";
+    case kDataMaterial:
+      return "material";
+    case kDataGeom:
+      return "part";
+    case kDataGset:
+      return "geometry set";
+    case kDataMGInfo:
+      return "mesh generation";
+    default:
+      return "record";
+  }
+}
+
+std::int32_t IdOf(iterator itr) {
+  return NumberOf(itr) <= kMostRecords ? static_cast<std::int32_t>(NumberOf(itr)) : 0;
+}
+
+/// Fields that make trees of records.
+bool IsWayUp(const ReferenceField& field) {
+  return field.whenGone == WhenGone::MoveUp || field.whenGone == WhenGone::KeepPlace;
+}
+
+std::string NothingToName(const ReferenceField& field) {
+  return std::string("its ") + field.what + " is not there";
+}
+
+}  // namespace
+
+void RecordCheck::Note(std::vector<std::string>& lines, iterator itr, const std::string& text) {
+  if (lines.size() >= kMostLines) return;
+  lines.push_back(std::string(NameOfType(TypeOf(itr))) + " " + std::to_string(NumberOf(itr)) + ": " + text);
 }
 
 void RecordCheck::Complain(const char* table, iterator itr, const std::string& fault) {
-  if (m_faults.size() >= kMostFaults) return;
+  if (m_faults.size() >= kMostLines) return;
   m_faults.push_back(std::string(table) + " " + std::to_string(NumberOf(itr)) + ": " + fault);
 }
 
-void RecordCheck::Add(iterator itr, const tagTRecord& record) {
-  if (NumberOf(itr) > kMostRecords) Complain("record", itr, "a number beyond all");
-  m_records.emplace_back(itr, &record);
-  m_byItr.emplace(itr, &record);
-  if (TypeOf(itr) == kDataMGInfo) m_generations.insert(MGInfoPool::KeyOf(itr));
-  if (TypeOf(itr) != kDataMset) return;
-  const auto& set = static_cast<const tagTMset&>(record);
-  const std::uint32_t key = set.key & kMsetKeyMask;
-  if (key == 0 || !m_msetOfKey.emplace(key, &set).second) Complain("mset", itr, "a key that is none or taken");
+void RecordCheck::Add(iterator itr, std::shared_ptr<const tagTRecord> record) {
+  // Most come in ascending order.
+  m_records.insert_or_assign(m_records.upper_bound(itr), itr, std::move(record));
 }
 
-void RecordCheck::Need(const char* table, iterator itr, iterator other, const char* what) {
-  if (other != 0 && !m_byItr.contains(other)) Complain(table, itr, std::string("no such ") + what);
+const tagTRecord* RecordCheck::Find(iterator itr) const {
+  const auto found = m_records.find(itr);
+  return found != m_records.end() ? found->second.get() : nullptr;
 }
 
-void RecordCheck::Check(iterator itr, const tagTGeom& part) {
-  Need("geom", itr, part.material, "material");
-  Need("geom", itr, part.gset, "geometry set");
-  if (part.cadItem != part.id) Complain("geom", itr, "a wrong number in the view");
+iterator RecordCheck::MsetOfKey(std::uint32_t key) const {
+  const auto found = m_msetOfKey.find(key);
+  return found != m_msetOfKey.end() ? found->second : 0;
 }
 
-void RecordCheck::Check(iterator itr, const tagTMset& set) {
-  Need("mset", itr, set.geom, "part");
-  Need("mset", itr, set.property, "property");
-  if (set.mgInfo != 0 && !m_generations.contains(set.mgInfo)) Complain("mset", itr, "no such generation");
-  std::unordered_set<const void*> way;
-  for (const tagTMset* at = &set; at->parent != 0 && !m_standing.contains(at);) {
-    if (!way.insert(at).second) return Complain("mset", itr, "stands on itself");
-    const auto above = m_msetOfKey.find(at->parent);
-    if (above == m_msetOfKey.end()) return Complain("mset", itr, "no such parent");
-    at = above->second;
+std::vector<JournalEntry> RecordCheck::TakeChanges() {
+  std::vector<JournalEntry> changes;
+  for (auto& [itr, change] : m_changes) {
+    change.after = m_records[itr];
+    changes.push_back(std::move(change));
   }
-  m_standing.insert(way.begin(), way.end());
+  m_changes.clear();
+  return changes;
 }
 
-void RecordCheck::Check(iterator itr, const tagTCord& system) {
-  if (!IsPlaceable(system)) Complain("cord", itr, "axes that make no system");
-  const bool global = NumberOf(itr) == 1;
-  if (global != (system.parent == 0)) return Complain("cord", itr, "no system to stand in");
-  std::unordered_set<const void*> way;
-  for (const tagTCord* at = &system; at->parent != 0 && !m_standing.contains(at);) {
-    if (!way.insert(at).second) return Complain("cord", itr, "stands on itself");
-    const auto above = TypeOf(at->parent) == kDataCord ? m_byItr.find(at->parent) : m_byItr.end();
-    if (above == m_byItr.end()) return Complain("cord", itr, "no system to stand in");
-    at = static_cast<const tagTCord*>(above->second);
-  }
-  m_standing.insert(way.begin(), way.end());
+/// A document has one record of settings, of any number: a number that was taken back is not given out again.
+bool RecordCheck::AreOtherSettings(iterator itr) const {
+  return TypeOf(itr) == kDataSettings && m_records.lower_bound(kFirstSettings)->first != itr;
 }
 
-void RecordCheck::CheckReferences() {
+void RecordCheck::FindKeys() {
   for (const auto& [itr, record] : m_records) {
-    switch (TypeOf(itr)) {
-      case kDataGeom:
-        Check(itr, static_cast<const tagTGeom&>(*record));
-        break;
-      case kDataMset:
-        Check(itr, static_cast<const tagTMset&>(*record));
-        break;
-      case kDataCord:
-        Check(itr, static_cast<const tagTCord&>(*record));
-        break;
-      case kDataProperty:
-        Need("property", itr, static_cast<const tagTProperty&>(*record).material, "material");
-        break;
-      default:
-        break;
+    if (TypeOf(itr) != kDataMset) continue;
+    const std::uint32_t key = static_cast<const tagTMset&>(*record).key & kMsetKeyMask;
+    if (!m_msetOfKey.emplace(key, itr).second) Note(m_faults, itr, "its key is taken");
+  }
+}
+
+void RecordCheck::Mend(iterator itr, std::shared_ptr<const tagTRecord>& record, const ReferenceField& field) {
+  for (std::size_t i = 0; i < field.count(*record);) {
+    const iterator name = field.at(*record, i);
+    const bool good = name == 0 || (TypeOf(name) == field.target && Resolve(*this, name) != 0);
+    if (good) {
+      ++i;
+      continue;
+    }
+    Note(m_mended, itr, NothingToName(field));
+    m_changes.try_emplace(itr, JournalEntry{itr, record, nullptr});
+    const auto oldest = [this](std::uint16_t type) {
+      const auto first = m_records.lower_bound(static_cast<iterator>(type) << kTypeShift);
+      return first != m_records.end() && TypeOf(first->first) == type ? first->first : iterator{0};
+    };
+    Departure departure{*this, [](iterator) { return false; }, oldest};
+    std::shared_ptr<tagTRecord> mended = Released(field, *record, name, departure);
+    if (mended == nullptr) {  // what the rule keeps is gone already
+      mended = CopyRecord(TypeOf(itr), *record);
+      field.replace(*mended, name, 0);
+    }
+    record = std::move(mended);
+    if (field.whenGone != WhenGone::TakeOut) return;
+  }
+}
+
+bool RecordCheck::StandsOnItself(iterator itr, const ReferenceField& field) {
+  if (field.at(*m_records.at(itr), 0) == 0) return false;
+  std::unordered_set<iterator> way;
+  for (iterator at = itr; at != 0 && !m_standing.contains(at);) {
+    if (!way.insert(at).second) return true;
+    const iterator name = field.at(*m_records.at(at), 0);
+    at = TypeOf(name) == field.target ? Resolve(*this, name) : 0;
+  }
+  m_standing.insert(way.begin(), way.end());
+  return false;
+}
+
+void RecordCheck::Run() {
+  FindKeys();
+  for (auto& [itr, record] : m_records) {
+    if (AreOtherSettings(itr)) Note(m_faults, itr, "there are others already");
+    if (const char* fault = FaultOf(TypeOf(itr), IdOf(itr), *record)) Note(m_faults, itr, fault);
+    for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(itr))) Mend(itr, record, field);
+  }
+  for (const auto& [itr, record] : m_records) {
+    for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(itr))) {
+      if (IsWayUp(field) && StandsOnItself(itr, field)) Note(m_faults, itr, "it stands on itself");
+    }
+    if (TypeOf(itr) == kDataCord && (itr == kGlobal) != (static_cast<const tagTCord&>(*record).parent == 0)) {
+      Note(m_faults, itr, "it has no system to stand in");
     }
   }
-  constexpr iterator kGlobal = static_cast<iterator>(kDataCord) << kTypeShift | 1;
-  if (!m_byItr.contains(kGlobal)) Complain("cord", kGlobal, "the global system is missing");
+  if (!m_records.contains(kGlobal)) Note(m_faults, kGlobal, "it is not there");
+}
+
+/// Makes the values of a record fit; what is wrong with it in spite of that, null for nothing.
+const char* RecordCheck::PutRight(iterator itr, std::shared_ptr<const tagTRecord>& record) {
+  const char* fault = FaultOf(TypeOf(itr), IdOf(itr), *record);
+  const std::shared_ptr<tagTRecord> fit = fault != nullptr ? CopyRecord(TypeOf(itr), *record) : nullptr;
+  if (fit == nullptr) return fault;
+  MakeFit(TypeOf(itr), IdOf(itr), *fit);
+  const char* still = FaultOf(TypeOf(itr), IdOf(itr), *fit);
+  if (still == nullptr) Note(m_mended, itr, std::string("put right: ") + fault);
+  record = fit;
+  return still;
+}
+
+void RecordCheck::Repair() {
+  std::unordered_set<std::uint32_t> keys;
+  for (auto at = m_records.begin(); at != m_records.end();) {
+    const iterator itr = at->first;
+    const char* fault = PutRight(itr, at->second);
+    if (fault == nullptr && TypeOf(itr) == kDataMset &&
+        !keys.insert(static_cast<const tagTMset&>(*at->second).key & kMsetKeyMask).second) {
+      fault = "its key is taken";
+    }
+    if (AreOtherSettings(itr)) fault = "there are others already";
+    if (fault != nullptr) Note(m_mended, itr, std::string("left out, for ") + fault);
+    at = fault != nullptr ? m_records.erase(at) : std::next(at);
+  }
+  FindKeys();
+  for (auto& [itr, record] : m_records) {
+    for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(itr))) {
+      if (!IsWayUp(field)) continue;
+      const bool lost = field.target == kDataCord && itr != kGlobal && field.at(*record, 0) == 0;
+      const bool global = itr == kGlobal && field.at(*record, 0) != 0;
+      if (!lost && !global && !StandsOnItself(itr, field)) continue;
+      Note(m_mended, itr, "moved to the top, for it had no way up");
+      const std::shared_ptr<tagTRecord> moved = CopyRecord(TypeOf(itr), *record);
+      field.replace(*moved, field.at(*record, 0), field.target == kDataCord && !global ? kGlobal : 0);
+      record = moved;
+    }
+  }
+  m_standing.clear();
+  m_msetOfKey.clear();
 }
 
 }  // namespace qd::workbench

@@ -1,40 +1,60 @@
 #pragma once
 
+#include <map>
+#include <memory>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
-#include "host/Records.h"
+#include "workbench/model/Journal.h"
+#include "workbench/model/References.h"
 
 namespace qd::workbench {
 
-/// Checks that the records of a document fit each other: what they refer to is there, keys are unique, nothing
-/// stands on itself.
-class RecordCheck {
+/// The records of a document as they were read: whether their values are allowed, and whether they fit each other.
+/// Opening, checking and repairing a document go through here, by the rules that acts go by.
+class RecordCheck final : private IRecordLookup {
  public:
-  /// Numbers of records go up to this; places are kept for all below the last one.
-  static constexpr iterator kMostRecords = 50'000'000;
+  using Records = std::map<iterator, std::shared_ptr<const tagTRecord>>;
 
-  /// Notes a record that was read; it must stay until the references are checked.
-  void Add(iterator itr, const tagTRecord& record);
+  /// Takes a record that was read.
+  void Add(iterator itr, std::shared_ptr<const tagTRecord> record);
+  /// Notes what could not be read.
   void Complain(const char* table, iterator itr, const std::string& fault);
-  void CheckReferences();
-  /// One line for each fault, at most some of them.
+  /// Looks at all records together. References to nothing are mended as if what they name had just been deleted;
+  /// everything else that is wrong is a fault.
+  void Run();
+  /// Makes what it can of records with faults: puts values right, leaves out records that cannot stand, breaks
+  /// circles. To be called before Run, which finds no fault then.
+  void Repair();
+
+  /// One line for each fault or mended reference, at most some of them.
   const std::vector<std::string>& Faults() const { return m_faults; }
+  const std::vector<std::string>& Mended() const { return m_mended; }
+  /// What was mended: records as they were read and as they are now.
+  std::vector<JournalEntry> TakeChanges();
+  const Records& All() const { return m_records; }
 
  private:
-  void Check(iterator itr, const tagTGeom& part);
-  void Check(iterator itr, const tagTMset& set);
-  void Check(iterator itr, const tagTCord& system);
-  void Need(const char* table, iterator itr, iterator other, const char* what);
+  const tagTRecord* Find(iterator itr) const override;
+  iterator MsetOfKey(std::uint32_t key) const override;
 
-  std::vector<std::pair<iterator, const tagTRecord*>> m_records;
-  std::unordered_map<iterator, const tagTRecord*> m_byItr;
-  std::unordered_map<std::uint32_t, const tagTMset*> m_msetOfKey;
-  std::unordered_set<std::uint32_t> m_generations;
-  std::unordered_set<const void*> m_standing;  // sets and systems whose way up is known to end
+  void Note(std::vector<std::string>& lines, iterator itr, const std::string& text);
+  bool AreOtherSettings(iterator itr) const;
+  void FindKeys();
+  void Mend(iterator itr, std::shared_ptr<const tagTRecord>& record, const ReferenceField& field);
+  const char* PutRight(iterator itr, std::shared_ptr<const tagTRecord>& record);
+  /// Whether the way up from a record comes back to it.
+  bool StandsOnItself(iterator itr, const ReferenceField& field);
+
+  Records m_records;
+  std::unordered_map<std::uint32_t, iterator> m_msetOfKey;
+  std::unordered_set<iterator> m_standing;  // records whose way up is known to end
+  std::map<iterator, JournalEntry> m_changes;
   std::vector<std::string> m_faults;
+  std::vector<std::string> m_mended;
 };
 
 }  // namespace qd::workbench

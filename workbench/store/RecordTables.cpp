@@ -8,6 +8,7 @@
 
 #include "workbench/mesh/ModelBytes.h"
 #include "workbench/model/Pools.h"
+#include "workbench/model/Values.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -55,6 +56,7 @@ bool Read(const Statement& row, int column, double& value) {
 }
 bool Read(const Statement& row, int column, CString& text) {
   const std::string_view bytes = row.Bytes(column);
+  if (bytes.size() > kMostName * sizeof(std::uint32_t)) return false;
   if (!row.IsBlob(column)) {
     text = FromUtf8(std::string(bytes));
     return !row.IsNull(column);
@@ -87,6 +89,8 @@ Column<T> Integer(const char* name, V T::*member, std::int64_t least, std::int64
             return true;
           }};
 }
+// What fits into a field; what is allowed there stands in Values.h.
+constexpr std::int64_t kMost8 = 0xFF;
 constexpr std::int64_t kMost32 = 0xFFFFFFFF;
 constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
 template <typename T>
@@ -190,7 +194,8 @@ class RecordTable final : public IRecordTable {
       const Value value = column.get(static_cast<const T&>(record));
       text += "|" + std::string(column.name) + "=";
       if (value.kind == Value::Kind::Integer) text += std::to_string(value.integer);
-      if (value.kind == Value::Kind::Real) text += std::to_string(value.real);
+      // The file knows no negative zero.
+      if (value.kind == Value::Kind::Real) text += std::to_string(value.real + 0.0);
       text += value.bytes;
     }
     if constexpr (kHasPart) {
@@ -283,9 +288,10 @@ class RecordTable final : public IRecordTable {
   void ReadRow(const Statement& row, const Row& onRow, const Fault& onFault) {
     const auto itr = static_cast<iterator>(row.Integer(0));
     auto record = std::make_shared<T>();
-    record->id = static_cast<std::int32_t>(itr & 0x7FFFFFFF);
-    if (TypeOf(itr) != m_type || record->id == 0) return onFault(itr, "a number that is none of this table's");
-    if (m_type == kDataSettings && NumberOf(itr) != 1) return onFault(itr, "settings beside the settings");
+    if (TypeOf(itr) != m_type || NumberOf(itr) == 0 || NumberOf(itr) > kMostRecords) {
+      return onFault(itr, "a number that is none of this table's");
+    }
+    record->id = static_cast<std::int32_t>(NumberOf(itr));
     int place = 0;
     for (const Column<T>& column : m_columns) {
       if (!column.set(row, ++place, *record)) return onFault(itr, std::string("a wrong value of ") + column.name);
@@ -294,7 +300,7 @@ class RecordTable final : public IRecordTable {
       if (!row.IsNull(place + 1)) {
         auto part = std::make_shared<typename Part::Type>();
         ByteReader reader(row.Bytes(place + 1));
-        if (Part::Get(reader, *part) && reader.IsWhole()) {
+        if (Part::Get(reader, *part) && reader.IsWhole() && FaultOf(*part) == nullptr) {
           (*record).*Part::kMember = std::move(part);
         } else {
           onFault(itr, std::string("damaged: ") + Part::kTable);
@@ -355,8 +361,7 @@ Column<tagTMGInfo> Options() {
               std::uint8_t kind = 0;
               double value = 0;
               reader.Get(key).Get(kind).Get(value);
-              constexpr double kLargestChoice = 1e6;
-              if (kind > 2 || (kind == 1 && !(std::abs(value) < kLargestChoice))) return false;
+              if (kind > 2 || (kind == 1 && !(std::abs(value) < kMostChoice))) return false;
               if (kind == 0) record.options[key] = value != 0;
               if (kind == 1) record.options[key] = static_cast<int>(value);
               if (kind == 2) record.options[key] = value;
@@ -368,7 +373,6 @@ Column<tagTMGInfo> Options() {
 }  // namespace
 
 std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
-  constexpr auto kCompound = static_cast<std::int64_t>(TopologyKind::Compound);
   std::vector<std::unique_ptr<IRecordTable>> tables;
   const auto add = [&tables](auto table) {
     tables.push_back(std::make_unique<decltype(table)>(std::move(table)));
@@ -377,7 +381,7 @@ std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
                                 {Reference("current_gset", &tagTSettings::currentGset),
                                  Reference("default_mset", &tagTSettings::defaultMset)}));
   add(RecordTable<tagTCord>(kDataCord, "cord",
-                            {CordName(), Integer("kind", &tagTCord::kind, 0, 2),
+                            {CordName(), Integer("kind", &tagTCord::kind, 0, kMost8),
                              Reference("parent", &tagTCord::parent), Triple("origin", &tagTCord::origin),
                              Triple("x_axis", &tagTCord::xAxis), Triple("xy_plane", &tagTCord::xyPlane)}));
   add(RecordTable<tagTMaterial>(
@@ -387,13 +391,13 @@ std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
        Integer("colour", &tagTMaterial::colour, 0, kMost32)}));
   add(RecordTable<tagTProperty>(
       kDataProperty, "property",
-      {Text("name", &tagTProperty::name), Integer("kind", &tagTProperty::kind, 0, 2),
+      {Text("name", &tagTProperty::name), Integer("kind", &tagTProperty::kind, 0, kMost8),
        Reference("material", &tagTProperty::material), Real("size", &tagTProperty::size)}));
   add(RecordTable<tagTGset>(kDataGset, "gset", {Text("name", &tagTGset::name)}));
   add(RecordTable<tagTGeom, ShapePart>(
       kDataGeom, "geom",
       {Text("name", &tagTGeom::name), Integer("colour", &tagTGeom::colour, 0, kMost32),
-       Integer("cad_item", &tagTGeom::cadItem, 0, kMost32 / 2), Integer("kind", &tagTGeom::kind, 0, kCompound),
+       Integer("cad_item", &tagTGeom::cadItem, 0, kMost32 / 2), Integer("kind", &tagTGeom::kind, 0, kMost8),
        Reference("material", &tagTGeom::material), Reference("gset", &tagTGeom::gset),
        Integer("flexible", &tagTGeom::flexible, 0, 1)}));
   add(RecordTable<tagTMGInfo>(kDataMGInfo, "mesh_generation",

@@ -1,6 +1,7 @@
 #include "workbench/exchange/store/StoreImport.h"
 
 #include <algorithm>
+#include <cmath>
 #include <map>
 #include <memory>
 #include <utility>
@@ -8,11 +9,14 @@
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
 #include "workbench/model/MeshNumbers.h"
+#include "workbench/model/Values.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
 namespace {
+
+using ImportNotes = std::vector<ImportNote>;
 
 CString NameOf(const std::string& utf8) {
   CString name = FromUtf8(utf8);
@@ -30,7 +34,30 @@ iterator DefaultSet(Database& database) {
   return sets.Add(std::move(first));
 }
 
-bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
+/// Puts a value right that is no number, and notes it once for each record.
+template <typename T>
+void NeedNumbers(std::uint16_t type, T& record, ImportNotes& notes) {
+  record.id = 1;
+  if (FaultOf(type, 1, record) == nullptr) return;
+  MakeFit(type, 1, record);
+  notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", ToUtf8(record.name)});
+}
+
+/// Likewise for what was measured of a part. A part with places that are no numbers comes without facets.
+void NeedNumbers(ImportedPart& part, ImportNotes& notes) {
+  PartShape& shape = part.shape;
+  if (FaultOf(shape) == nullptr) return;
+  const auto fit = [](auto& value) {
+    if (!std::isfinite(value)) value = 0;
+  };
+  for (double* measure : {&shape.volume, &shape.area, &shape.length}) fit(*measure);
+  for (auto& [key, value] : shape.geometry) fit(value);
+  for (float& value : shape.facets.normals) fit(value);
+  if (FaultOf(shape) != nullptr) shape.facets = {};
+  notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", part.name});
+}
+
+bool StoreParts(Database& database, std::vector<ImportedPart>& parts, ImportNotes& notes) {
   std::map<std::string, iterator> setOf;
   iterator defaultSet = 0;
   for (ImportedPart& part : parts) {
@@ -53,6 +80,7 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
     record.colour = part.colour & 0xFFFFFFU;
     record.kind = part.kind;
     record.cadItem = database.GetGeomPool().NextNumber();
+    NeedNumbers(part, notes);
     record.shape = std::make_shared<const PartShape>(std::move(part.shape));
     if (database.GetGeomPool().Add(std::move(record)) == 0) return false;
   }
@@ -60,7 +88,8 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts) {
 }
 
 /// Names are unique among materials and the like only where the file made them so; equal ones are one.
-std::vector<iterator> StoreMaterials(Database& database, const std::vector<ImportedMaterial>& materials) {
+std::vector<iterator> StoreMaterials(Database& database, const std::vector<ImportedMaterial>& materials,
+                                     ImportNotes& notes) {
   std::vector<iterator> itrs;
   for (const ImportedMaterial& material : materials) {
     tagTMaterial record;
@@ -68,6 +97,7 @@ std::vector<iterator> StoreMaterials(Database& database, const std::vector<Impor
     record.youngsModulus = material.youngsModulus;
     record.poissonsRatio = material.poissonsRatio;
     record.density = material.density;
+    NeedNumbers(kDataMaterial, record, notes);
     itrs.push_back(database.GetMaterialPool().Add(std::move(record)));
   }
   return itrs;
@@ -78,23 +108,27 @@ iterator At(const std::vector<iterator>& itrs, std::int32_t place) {
 }
 
 std::vector<iterator> StoreProperties(Database& database, const std::vector<ImportedProperty>& properties,
-                                      const std::vector<iterator>& materials) {
+                                      const std::vector<iterator>& materials, ImportNotes& notes) {
   std::vector<iterator> itrs;
   for (const ImportedProperty& property : properties) {
     tagTProperty record;
     record.name = NameOf(property.name);
     record.kind = property.kind;
     record.size = property.size;
+    NeedNumbers(kDataProperty, record, notes);
     record.material = At(materials, property.material);
     itrs.push_back(database.GetPropertyPool().Add(std::move(record)));
   }
   return itrs;
 }
 
-bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets,
-                   const std::vector<iterator>& properties) {
+bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets, const std::vector<iterator>& properties,
+                   ImportNotes& notes) {
   MsetPool& pool = database.GetMsetPool();
   const Numbering numbering = NextNumbers(pool);
+  std::vector<MeshData*> meshes;
+  for (ImportedMeshSet& set : sets) meshes.push_back(&set.mesh);
+  if (NumberAnew(meshes, numbering)) notes.push_back({"IDS_WB_IMPORT_NUMBERED_ANEW", {}});
   std::vector<iterator> itrs;
   for (ImportedMeshSet& set : sets) {
     tagTMset record;
@@ -104,7 +138,11 @@ bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets,
     record.property = At(properties, set.property);
     PutMesh(record, numbering.Apply(std::make_shared<const MeshData>(std::move(set.mesh))));
     itrs.push_back(pool.Add(record));
-    if (itrs.back() == 0) return false;
+    if (itrs.back() == 0) {
+      const char* fault = FaultOf(*record.mesh);
+      if (fault != nullptr) notes.push_back({"IDS_WB_IMPORT_NOT_ALLOWED", set.name + ": " + fault});
+      return false;
+    }
   }
   return true;
 }
@@ -115,13 +153,16 @@ bool AreAll(const std::vector<iterator>& itrs) {
 
 }  // namespace
 
-int StoreImport(Database& database, ImportedModel model, const CString& title) {
+int StoreImport(Database& database, ImportedModel model, const CString& title, ImportNotes* notes) {
+  ImportNotes unheard;
+  ImportNotes& said = notes != nullptr ? *notes : unheard;
   CTransaction transaction(&database);
   if (transaction.Begin(title) == 0) return 0;
-  if (!StoreParts(database, model.parts)) return 0;
-  const std::vector<iterator> materials = StoreMaterials(database, model.materials);
-  const std::vector<iterator> properties = StoreProperties(database, model.properties, materials);
-  if (!AreAll(materials) || !AreAll(properties) || !StoreMeshSets(database, model.meshSets, properties)) return 0;
+  if (!StoreParts(database, model.parts, said)) return 0;
+  const std::vector<iterator> materials = StoreMaterials(database, model.materials, said);
+  const std::vector<iterator> properties = StoreProperties(database, model.properties, materials, said);
+  if (!AreAll(materials) || !AreAll(properties) || !StoreMeshSets(database, model.meshSets, properties, said))
+    return 0;
   return transaction.Commit(1);
 }
 

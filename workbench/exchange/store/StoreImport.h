@@ -7,6 +7,8 @@ namespace qd::workbench {
 
 /// Adds everything that was imported to the database as one act under this title: geometry sets from the
 /// assemblies, parts, mesh sets. Returns 1, or 0 with the database as it was.
-int StoreImport(Database& database, ImportedModel model, const CString& title);
+/// Values that are not allowed are put right, and `notes` gets what was done and what was wrong; null for none.
+int StoreImport(Database& database, ImportedModel model, const CString& title,
+                std::vector<ImportNote>* notes = nullptr);
 
 }  // namespace qd::workbench

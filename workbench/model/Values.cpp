@@ -1,0 +1,220 @@
+#include "workbench/model/Values.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "workbench/mesh/MeshEdit.h"
+#include "workbench/model/Placement.h"
+#include "workbench/model/Pools.h"
+
+namespace qd::workbench {
+
+namespace {
+
+constexpr const char* kNoNumber = "a value that is no number";
+constexpr const char* kLongName = "a name beyond all length";
+constexpr const char* kUnknownKind = "a kind that there is not";
+
+template <typename Number>
+bool AllFinite(const std::vector<Number>& values) {
+  return std::all_of(values.begin(), values.end(), [](Number value) { return std::isfinite(value); });
+}
+
+/// Whether every number of `indexes` names one of `count` things.
+template <typename Index>
+bool AllBelow(const std::vector<Index>& indexes, std::size_t count) {
+  return std::all_of(indexes.begin(), indexes.end(), [count](Index index) { return index < count; });
+}
+
+const char* Fault(const tagTSettings&) {
+  return nullptr;
+}
+
+const char* Fault(const tagTCord& system) {
+  if (*std::begin(system.name) == 0) return "a system without name";
+  if (std::find(std::begin(system.name), std::end(system.name), L'\0') == std::end(system.name)) return kLongName;
+  if (system.kind > CordKind::Spherical) return kUnknownKind;
+  return IsPlaceable(system) ? nullptr : "axes that make no system";
+}
+
+const char* Fault(const tagTMaterial& material) {
+  if (material.name.size() > kMostName) return kLongName;
+  const bool finite = std::isfinite(material.youngsModulus) && std::isfinite(material.poissonsRatio) &&
+                      std::isfinite(material.density);
+  return finite ? nullptr : kNoNumber;
+}
+
+const char* Fault(const tagTProperty& property) {
+  if (property.name.size() > kMostName) return kLongName;
+  if (property.kind > tagTProperty::Kind::Beam) return kUnknownKind;
+  return std::isfinite(property.size) ? nullptr : kNoNumber;
+}
+
+const char* Fault(const tagTGset& set) {
+  return set.name.size() > kMostName ? kLongName : nullptr;
+}
+
+const char* Fault(const tagTGeom& part) {
+  if (part.name.size() > kMostName) return kLongName;
+  if (part.kind > TopologyKind::Compound) return kUnknownKind;
+  if (part.cadItem != part.id) return "a wrong number in the view";
+  return part.shape != nullptr && BytesOf(*part.shape) > kMostPartBytes ? "a shape beyond all size" : nullptr;
+}
+
+const char* Fault(const tagTMGInfo& generation) {
+  if (generation.kind < 0 || generation.method < 0) return kUnknownKind;
+  if (generation.targets.size() > kMostTargets || generation.options.size() > kMostParameters) {
+    return "a list beyond all length";
+  }
+  for (const auto& [key, option] : generation.options) {
+    if (key.size() > kMostKey) return kLongName;
+    const int* choice = std::get_if<int>(&option);
+    if (choice != nullptr && (*choice <= -kMostChoice || *choice >= kMostChoice)) return "a choice beyond all";
+    const double* number = std::get_if<double>(&option);
+    if (number != nullptr && !std::isfinite(*number)) return kNoNumber;
+  }
+  return nullptr;
+}
+
+const char* Fault(const tagTMset& set) {
+  if (set.name.size() > kMostName) return kLongName;
+  if ((set.key & kMsetKeyMask) == 0) return "no key";
+  if ((set.parent & ~kMsetKeyMask) != 0) return "a parent with flags";
+  if (set.mgInfo > kMostRecords) return "a generation beyond all";
+  if (set.nodeCount != (set.mesh != nullptr ? set.mesh->nodeIds.size() : 0) ||
+      set.elementCount != (set.mesh != nullptr ? ElementCountOf(*set.mesh) : 0)) {
+    return "counts that are not those of its mesh";
+  }
+  return set.mesh != nullptr && BytesOf(*set.mesh) > kMostPartBytes ? "a mesh beyond all size" : nullptr;
+}
+
+template <typename T>
+const char* FaultAs(const tagTRecord& record) {
+  return Fault(static_cast<const T&>(record));
+}
+
+}  // namespace
+
+const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& record) {
+  if (id <= 0 || static_cast<iterator>(id) > kMostRecords) return "a number beyond all";
+  if (record.id != id) return "a wrong number";
+  switch (type) {
+    case kDataSettings:
+      return FaultAs<tagTSettings>(record);
+    case kDataCord:
+      return FaultAs<tagTCord>(record);
+    case kDataMset:
+      return FaultAs<tagTMset>(record);
+    case kDataProperty:
+      return FaultAs<tagTProperty>(record);
+    case kDataMaterial:
+      return FaultAs<tagTMaterial>(record);
+    case kDataGeom:
+      return FaultAs<tagTGeom>(record);
+    case kDataGset:
+      return FaultAs<tagTGset>(record);
+    case kDataMGInfo:
+      return FaultAs<tagTMGInfo>(record);
+    default:
+      return "a type that there is not";
+  }
+}
+
+// ---- putting right ---------------------------------------------------------------------------------------
+
+namespace {
+
+void Fit(double& value) {
+  if (!std::isfinite(value)) value = 0;
+}
+void Fit(CString& name) {
+  if (name.size() > kMostName) name.resize(kMostName);
+}
+
+void Fit(tagTMGInfo& generation) {
+  generation.kind = std::max(generation.kind, 0);
+  generation.method = std::max(generation.method, 0);
+  generation.targets.resize(std::min(generation.targets.size(), kMostTargets));
+  std::erase_if(generation.options, [](const auto& entry) {
+    tagTMGInfo alone;
+    alone.options.insert(entry);
+    return Fault(alone) != nullptr;
+  });
+  while (generation.options.size() > kMostParameters) generation.options.erase(--generation.options.end());
+}
+
+void Fit(tagTMset& set) {
+  Fit(set.name);
+  set.parent &= kMsetKeyMask;
+  if (set.mgInfo > kMostRecords) set.mgInfo = 0;
+  PutMesh(set, std::move(set.mesh));
+}
+
+}  // namespace
+
+void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record) {
+  record.id = id;
+  switch (type) {
+    case kDataMset:
+      return Fit(static_cast<tagTMset&>(record));
+    case kDataMGInfo:
+      return Fit(static_cast<tagTMGInfo&>(record));
+    case kDataGset:
+      return Fit(static_cast<tagTGset&>(record).name);
+    case kDataGeom:
+      Fit(static_cast<tagTGeom&>(record).name);
+      static_cast<tagTGeom&>(record).cadItem = id;
+      return;
+    case kDataProperty:
+      Fit(static_cast<tagTProperty&>(record).name);
+      return Fit(static_cast<tagTProperty&>(record).size);
+    case kDataMaterial: {
+      auto& material = static_cast<tagTMaterial&>(record);
+      Fit(material.name);
+      Fit(material.youngsModulus);
+      Fit(material.poissonsRatio);
+      return Fit(material.density);
+    }
+    default:
+      return;
+  }
+}
+
+// ---- large parts ----------------------------------------------------------------------------------------
+
+const char* FaultOf(const MeshData& mesh) {
+  if (!AllFinite(mesh.coordinates)) return "a node at a place that is no number";
+  if (LastNode(mesh) > kMostNumber) return "a node number beyond all";
+  for (const MeshData::Block& block : mesh.blocks) {
+    if (!AllBelow(block.elementIds, kMostNumber + 1)) return "an element number beyond all";
+  }
+  return nullptr;
+}
+
+const char* FaultOf(const PartShape& shape) {
+  if (!AllFinite(shape.facets.points) || !AllFinite(shape.facets.normals)) {
+    return "a facet at a place that is no number";
+  }
+  if (!std::isfinite(shape.volume) || !std::isfinite(shape.area) || !std::isfinite(shape.length)) return kNoNumber;
+  if (shape.geometry.size() > kMostParameters) return "a list beyond all length";
+  for (const auto& [key, value] : shape.geometry) {
+    if (key.size() > kMostKey) return kLongName;
+    if (!std::isfinite(value)) return kNoNumber;
+  }
+  return nullptr;
+}
+
+std::size_t BytesOf(const PartShape& shape) {
+  const PartFacets& facets = shape.facets;
+  return shape.brep.size() + sizeof(float) * (facets.points.size() + facets.normals.size()) +
+         sizeof(std::uint32_t) * (facets.triangles.size() + facets.lineSizes.size() + facets.lines.size());
+}
+
+std::size_t BytesOf(const MeshData& mesh) {
+  std::size_t words = mesh.nodeIds.size() + mesh.coordinates.size();
+  for (const MeshData::Block& block : mesh.blocks) words += block.elementIds.size() + block.nodeIds.size();
+  return words * sizeof(std::uint64_t);
+}
+
+}  // namespace qd::workbench
