@@ -127,6 +127,7 @@ bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets, const
   MsetPool& pool = database.GetMsetPool();
   const Numbering numbering = NextNumbers(pool);
   std::vector<MeshData*> meshes;
+  meshes.reserve(sets.size());
   for (ImportedMeshSet& set : sets) meshes.push_back(&set.mesh);
   if (NumberAnew(meshes, numbering)) notes.push_back({"IDS_WB_IMPORT_NUMBERED_ANEW", {}});
   std::vector<iterator> itrs;
