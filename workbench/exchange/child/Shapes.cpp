@@ -174,7 +174,7 @@ std::optional<std::string> Placed(const std::string& brep, const TopLoc_Location
 }  // namespace
 
 PartShape PartShapes::Make(const TopoDS_Shape& shape, Drawn& drawn, bool& sound) {
-  const TopLoc_Location place = shape.Location();
+  const TopLoc_Location& place = shape.Location();
   const gp_Trsf motion = place.Transformation();
   constexpr double kSame = 1e-12;
   const bool rigid = std::abs(motion.ScaleFactor() - 1) < kSame && !motion.IsNegative();
