@@ -201,8 +201,13 @@ TEST_F(InpFile, OuterFilesAreIncludedOnlyFromFoldersThatTheUserAllows) {
   const fs::path outer = Write(part, "more/outer.inp");
   Write(part, "deck2/outer.inp");  // its folder's name begins like the deck's own
   Write(part, "deck/inner.inp");
-  fs::create_symlink(outer, m_folder / "deck" / "link.inp");
-  fs::create_symlink("inner.inp", m_folder / "deck" / "own.inp");
+  std::vector<std::string> own{"inner.inp", "./../deck/inner.inp"};
+  std::vector<std::string> others{outer.string(), "../more/outer.inp"};
+  std::error_code noLinks;  // not every system lets anybody make them
+  fs::create_symlink(outer, m_folder / "deck" / "link.inp", noLinks);
+  if (!noLinks) others.emplace_back("link.inp");
+  fs::create_symlink("inner.inp", m_folder / "deck" / "own.inp", noLinks);
+  if (!noLinks) own.emplace_back("own.inp");
   const auto outcome = [&](const std::string& name, const std::vector<fs::path>& folders) {
     try {
       return Describe(ReadInpFile(
@@ -212,18 +217,19 @@ TEST_F(InpFile, OuterFilesAreIncludedOnlyFromFoldersThatTheUserAllows) {
     }
   };
   const std::string read = "main(1/6)";
-  for (const std::string name : {"inner.inp", "./../deck/inner.inp", "own.inp"})
-    EXPECT_EQ(outcome(name, {}), read);
+  for (const std::string& name : own) EXPECT_EQ(outcome(name, {}), read) << name;
   EXPECT_EQ(outcome((m_folder / "deck" / "inner.inp").string(), {}), read);
-  for (const std::string& name : {outer.string(), std::string("../more/outer.inp"), std::string("link.inp")}) {
+  for (const std::string& name : others) {
     EXPECT_EQ(outcome(name, {}), "IDS_WB_IMPORT_INP_OUTSIDE") << name;
     EXPECT_EQ(outcome(name, {m_folder / "deck2"}), "IDS_WB_IMPORT_INP_OUTSIDE") << name;
     EXPECT_EQ(outcome(name, {m_folder / "more"}), read) << name;
   }
   EXPECT_EQ(outcome("../deck2/outer.inp", {}), "IDS_WB_IMPORT_INP_OUTSIDE");
   EXPECT_EQ(outcome("../none/at all", {}), "IDS_WB_IMPORT_INP_OUTSIDE");
+#ifndef _WIN32
   EXPECT_EQ(outcome("/dev/zero", {}), "IDS_WB_IMPORT_INP_OUTSIDE");
   EXPECT_EQ(outcome("/dev/zero", {"/dev"}), "IDS_WB_IMPORT_INP_INCLUDE");
+#endif
 }
 
 TEST_F(InpFile, NothingOfAnIncludedFileStandsInAMessage) {
