@@ -34,7 +34,7 @@ void SetWork(ExchangeLimits& limits, std::chrono::milliseconds work) {
   limits.waiting = limits.work * 10;
 }
 
-bool IsMesh(const std::string& path) {  // TEMP
+bool IsMesh(const std::string& path) {
   for (const char* ending : {".msh", ".unv", ".bdf", ".nas", ".stl", ".inp"}) {
     if (path.ends_with(ending)) return true;
   }
