@@ -130,6 +130,13 @@ TEST(Watching, AsksAndWaitsAsLongAsItIsTold) {
   EXPECT_TRUE(result.reason.key.empty());
 }
 
+TEST(Watching, LimitsFollowTheFormatWhateverTheCaseOfTheEnding) {
+  const ExchangeLimits mesh = LimitsForFile("a.msh");
+  EXPECT_EQ(LimitsForFile("A.MSH").work, mesh.work);
+  EXPECT_EQ(LimitsForFile("a.NAS").work, mesh.work);
+  EXPECT_GT(LimitsForFile("A.STEP").work, mesh.work);
+}
+
 TEST(Watching, ACancelEndsItAtOnce) {
   ExchangeRun run(FakeTask("waiting"));
   std::thread cancel([&run] {

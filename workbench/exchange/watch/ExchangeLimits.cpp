@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <filesystem>
 
+#include "workbench/exchange/formats/Format.h"
+
 namespace qd::workbench {
 
 namespace {
@@ -34,11 +36,10 @@ void SetWork(ExchangeLimits& limits, std::chrono::milliseconds work) {
   limits.waiting = limits.work * 10;
 }
 
+/// A file of no known format is refused soon; it gets what CAD files get.
 bool IsMesh(const std::string& path) {
-  for (const char* ending : {".msh", ".unv", ".bdf", ".nas", ".stl", ".inp"}) {
-    if (path.ends_with(ending)) return true;
-  }
-  return false;
+  const Format* format = FormatOfPath(path);
+  return format != nullptr && !format->Carry().shapes;
 }
 
 }  // namespace
