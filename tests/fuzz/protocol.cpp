@@ -15,6 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     DecodeMaterial(frame->payload);
     DecodeProperty(frame->payload);
     DecodeNote(frame->payload);
+    if (const auto deck = DecodeDeck(frame->payload)) Encode(*deck);
     DecodeError(frame->payload);
     DecodeOperation(frame->payload);
   }

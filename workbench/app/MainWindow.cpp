@@ -23,6 +23,7 @@
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/exchange/formats/Format.h"
+#include "workbench/session/DocumentPage.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -50,6 +51,7 @@ MainWindow::MainWindow(MessageTables& messages)
                          .changed =
                              [this](const CQDUpdateRecord& record) {
                                m_view->Apply(record);
+                               if (DocumentPage::IsOf(record)) m_properties->Refresh();
                                RefreshActions();
                              },
                          .acted = [this] { RefreshActions(); }});
@@ -85,6 +87,7 @@ void MainWindow::MakePanes() {
   m_modelPane->Open(*m_doc);
   m_gsetPane->Open(*m_doc);
   m_properties = new PropertyPane(this);
+  m_properties->SetDocumentPage([this] { return DocumentPage::For(*m_doc); });
   m_messagePane = new QDockWidget(this);
   m_messagePane->setObjectName("messages");
   SetTitle(*m_messagePane, "IDS_WB_PANE_MESSAGES");

@@ -43,7 +43,7 @@ PropertyPane::PropertyPane(QWidget* parent)
   SetText(*m_apply, "IDS_WB_APPLY");
   SetText(*m_empty, "IDS_WB_NO_PROPERTIES");
   connect(m_apply, &QPushButton::clicked, this, [this] {
-    if (m_page != nullptr) m_page->ApplyProperty();
+    if (Page() != nullptr) Page()->ApplyProperty();
     Schedule();
   });
   connect(m_grid, &QTreeWidget::itemClicked, this, &PropertyPane::Calculate);
@@ -61,7 +61,7 @@ void PropertyPane::SetPropertySet(std::unique_ptr<IPropertySet> page) {
   // The old page may be in the middle of a change that it makes itself.
   m_retired.push_back(std::exchange(m_page, std::move(page)));
   m_entries.clear();
-  if (m_page != nullptr) m_page->SetOnLayout([this] { ShowRows(); });
+  if (m_page != nullptr) Watch(*m_page);
   Schedule();
 }
 
@@ -76,11 +76,11 @@ void PropertyPane::KeepEntries() {
   for (const auto& [item, row] : m_rowOf) {
     if (const auto* edit = qobject_cast<QLineEdit*>(m_grid->itemWidget(item, 1))) typed[row] = edit->text();
   }
-  for (const auto& row : m_page->GetRows()) m_entries.push_back({row->value, row->colour, typed[row.get()]});
+  for (const auto& row : Page()->GetRows()) m_entries.push_back({row->value, row->colour, typed[row.get()]});
 }
 
 void PropertyPane::RestoreEntries() {
-  const auto& rows = m_page->GetRows();
+  const auto& rows = Page()->GetRows();
   if (m_entries.size() != rows.size()) m_entries.clear();
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     const bool isText = rows[i]->kind == CBCGPProp::Kind::Text && (!rows[i]->readOnly || rows[i]->calculate);
@@ -106,10 +106,12 @@ void PropertyPane::ShowNow() {
   m_grid->clear();
   m_rowOf.clear();
   m_retired.clear();
-  m_stack->setCurrentIndex(m_page == nullptr ? 0 : 1);
-  if (m_page == nullptr) return;
-  m_page->ShowProperty();
-  m_apply->setVisible(m_page->HasApplyButton());  // said after the rows were laid out
+  m_documentPage = m_page == nullptr && m_makeDocumentPage ? m_makeDocumentPage() : nullptr;
+  if (m_documentPage != nullptr) Watch(*m_documentPage);
+  m_stack->setCurrentIndex(Page() == nullptr ? 0 : 1);
+  if (Page() == nullptr) return;
+  Page()->ShowProperty();
+  m_apply->setVisible(Page()->HasApplyButton());  // said after the rows were laid out
 }
 
 void PropertyPane::ShowRows() {
@@ -117,7 +119,7 @@ void PropertyPane::ShowRows() {
   m_rowOf.clear();
   RestoreEntries();
   std::map<const CBCGPProp*, QTreeWidgetItem*> items;
-  for (const auto& row : m_page->GetRows()) {
+  for (const auto& row : Page()->GetRows()) {
     QTreeWidgetItem* above = row->parent != nullptr ? items[row->parent] : m_grid->invisibleRootItem();
     auto* item = new QTreeWidgetItem(above, {ToQt(row->name)});  // owned by the grid
     items[row.get()] = item;
@@ -136,7 +138,7 @@ void PropertyPane::ShowRows() {
   }
   for (const auto& [row, item] : items) item->setExpanded(!row->collapsed);
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
-    auto* edit = qobject_cast<QLineEdit*>(m_grid->itemWidget(items[m_page->GetRows()[i].get()], 1));
+    auto* edit = qobject_cast<QLineEdit*>(m_grid->itemWidget(items[Page()->GetRows()[i].get()], 1));
     if (edit != nullptr) edit->setText(m_entries[i].typed);
   }
   m_entries.clear();
@@ -145,7 +147,7 @@ void PropertyPane::ShowRows() {
 void PropertyPane::Calculate(QTreeWidgetItem* item) {
   const auto row = m_rowOf.find(item);
   if (row == m_rowOf.end() || !row->second->calculate) return;
-  m_page->CalProp(row->second);
+  Page()->CalProp(row->second);
   for (const auto& [shown, source] : m_rowOf) {
     if (source->calculate) shown->setText(1, ToQt(source->value));
   }
@@ -153,14 +155,14 @@ void PropertyPane::Calculate(QTreeWidgetItem* item) {
 
 /// Rows die with the page, editors with the grid, and both go together; a change is told after the editor is done.
 QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
-  const IPropertySet* page = m_page.get();
+  const IPropertySet* page = Page();
   switch (row.kind) {
     case CBCGPProp::Kind::Options: {
       auto* box = new QComboBox;
       for (const CString& option : row.options) box->addItem(ToQt(option));
       box->setCurrentText(ToQt(row.value));
       connect(box, &QComboBox::activated, this, [this, page, &row, box] {
-        if (page != m_page.get()) return;
+        if (page != Page()) return;
         row.value = FromQt(box->currentText());
         Tell(row);
       });
@@ -172,7 +174,7 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
       button->setAccessibleName(ToQt(row.name));
       connect(button, &QPushButton::clicked, this, [this, page, &row, button] {
         const QColor chosen = QColorDialog::getColor(ToQt(row.colour), this, Text("IDS_WB_PICK_COLOUR"));
-        if (!chosen.isValid() || page != m_page.get()) return;  // the page has changed meanwhile
+        if (!chosen.isValid() || page != Page()) return;  // the page has changed meanwhile
         row.colour = FromQt(chosen);
         button->setStyleSheet(QString("background-color: %1").arg(chosen.name()));
         Tell(row);
@@ -184,7 +186,7 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
       edit->setFrame(false);
       connect(edit, &QLineEdit::editingFinished, this, [this, page, &row, edit] {
         // An editor of a page that is not shown any more goes with what was typed into it.
-        if (page != m_page.get() || FromQt(edit->text()) == row.value) return;
+        if (page != Page() || FromQt(edit->text()) == row.value) return;
         row.value = FromQt(edit->text());
         Tell(row);
       });
@@ -194,15 +196,15 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
 }
 
 void PropertyPane::Tell(CBCGPProp& row) {
-  m_page->OnPropertyChanged(&row, row.data);
+  Page()->OnPropertyChanged(&row, row.data);
   // What is written at once is shown anew, for the page may have refused it; with an apply button it waits.
-  if (!m_page->HasApplyButton()) Schedule();
+  if (!Page()->HasApplyButton()) Schedule();
 }
 
 QStringList PropertyPane::Lines() const {
   QStringList lines;
-  if (m_page == nullptr) return lines;
-  for (const auto& row : m_page->GetRows()) lines << ToQt(row->name) + ": " + ToQt(row->value);
+  if (Page() == nullptr) return lines;
+  for (const auto& row : Page()->GetRows()) lines << ToQt(row->name) + ": " + ToQt(row->value);
   return lines;
 }
 

@@ -2,8 +2,10 @@
 
 #include <QDockWidget>
 #include <QTreeWidget>
+#include <functional>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "host/CMainFrame.h"
@@ -23,6 +25,10 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
 
   void SetPropertySet(std::unique_ptr<IPropertySet> page) override;
   void Refresh() override;
+  /// Makes the page that is shown while nothing is selected, null for none; asked each time.
+  void SetDocumentPage(std::function<std::unique_ptr<IPropertySet>()> make) {
+    m_makeDocumentPage = std::move(make);
+  }
   /// Shows the page in the language of now, with what was entered and not stored yet.
   void ChangeLanguage();
   IPropertySet* GetPropertySet() const override { return m_page.get(); }
@@ -40,7 +46,14 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   void KeepEntries();
   void RestoreEntries();
 
+  IPropertySet* Page() const { return m_page != nullptr ? m_page.get() : m_documentPage.get(); }
+  void Watch(IPropertySet& page) {
+    page.SetOnLayout([this] { ShowRows(); });
+  }
+
   std::unique_ptr<IPropertySet> m_page;
+  std::unique_ptr<IPropertySet> m_documentPage;  // on show while there is no other
+  std::function<std::unique_ptr<IPropertySet>()> m_makeDocumentPage;
   std::vector<std::unique_ptr<IPropertySet>> m_retired;  // rows of theirs may still be on show
   QStackedWidget* m_stack;                               // these are owned by this widget
   QLabel* m_empty;

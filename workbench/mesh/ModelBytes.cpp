@@ -85,4 +85,47 @@ bool GetMesh(ByteReader& reader, MeshData& mesh) {
   return reader.IsGood() && HangsTogether(mesh);
 }
 
+// ---- decks ----------------------------------------------------------------------------------------------
+
+void PutDeckNames(ByteWriter& writer, const tagTDeck& deck) {
+  writer.Put(static_cast<std::uint64_t>(deck.sets.size()));
+  for (const tagTDeck::Set& set : deck.sets) {
+    writer.Put(set.name).Put(set.mset).Put(static_cast<std::uint8_t>(set.shared)).Put(set.count).Put(set.mark);
+  }
+  writer.Put(static_cast<std::uint64_t>(deck.materials.size()));
+  for (const tagTDeck::Material& material : deck.materials) {
+    writer.Put(material.name).Put(material.material).Put(material.youngsModulus);
+    writer.Put(material.poissonsRatio).Put(material.density);
+  }
+  writer.Put(static_cast<std::uint64_t>(deck.sections.size()));
+  for (const tagTDeck::Section& section : deck.sections) {
+    writer.Put(section.property).Put(section.material).Put(section.size);
+  }
+}
+
+bool GetDeckNames(ByteReader& reader, tagTDeck& deck) {
+  // Lists grow with what was read, never by what is announced.
+  std::uint64_t count = 0;
+  reader.Get(count);
+  for (std::uint64_t i = 0; i < count && reader.IsGood(); ++i) {
+    tagTDeck::Set& set = deck.sets.emplace_back();
+    std::uint8_t shared = 0;
+    reader.Get(set.name).Get(set.mset).Get(shared).Get(set.count).Get(set.mark);
+    if (shared > 1) return false;
+    set.shared = shared != 0;
+  }
+  reader.Get(count);
+  for (std::uint64_t i = 0; i < count && reader.IsGood(); ++i) {
+    tagTDeck::Material& material = deck.materials.emplace_back();
+    reader.Get(material.name).Get(material.material).Get(material.youngsModulus);
+    reader.Get(material.poissonsRatio).Get(material.density);
+  }
+  reader.Get(count);
+  for (std::uint64_t i = 0; i < count && reader.IsGood(); ++i) {
+    tagTDeck::Section& section = deck.sections.emplace_back();
+    reader.Get(section.property).Get(section.material).Get(section.size);
+  }
+  return reader.IsGood();
+}
+
 }  // namespace qd::workbench

@@ -2,6 +2,7 @@
 
 #include "host/Records.h"
 #include "workbench/mesh/Bytes.h"
+#include "workbench/mesh/DeckRecord.h"
 
 namespace qd::workbench {
 
@@ -18,5 +19,10 @@ bool GetShape(ByteReader& reader, PartShape& shape);
 void PutMesh(ByteWriter& writer, const MeshData& mesh);
 /// Likewise; elements are of known types, their nodes among those of the mesh.
 bool GetMesh(ByteReader& reader, MeshData& mesh);
+
+/// What the names of a deck stand for: all of it but its text and what a row of a table can hold.
+void PutDeckNames(ByteWriter& writer, const tagTDeck& deck);
+/// False likewise; numbers are of a size that a model has.
+bool GetDeckNames(ByteReader& reader, tagTDeck& deck);
 
 }  // namespace qd::workbench

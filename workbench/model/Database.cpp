@@ -21,9 +21,10 @@ Database::Database()
       m_gsets(kDataGset, *this, m_settings),
       m_materials(kDataMaterial, *this),
       m_cords(kDataCord, *this),
+      m_decks(kDataDeck, *this),
       m_stores{{kDataGeom, &m_geoms},         {kDataMset, &m_msets},          {kDataSettings, &m_settings},
                {kDataMGInfo, &m_generations}, {kDataProperty, &m_properties}, {kDataGset, &m_gsets},
-               {kDataMaterial, &m_materials}, {kDataCord, &m_cords}} {
+               {kDataMaterial, &m_materials}, {kDataCord, &m_cords},          {kDataDeck, &m_decks}} {
   m_cords.MakeDefault();
 }
 

@@ -55,6 +55,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   CordPool& GetCordPool() override { return m_cords; }
   const CordPool& GetCordPool() const { return m_cords; }
   GKeyPool& GetGKeyPool() override { return m_keys; }
+  DeckPool& GetDeckPool() { return m_decks; }
+  const DeckPool& GetDeckPool() const { return m_decks; }
   IAppDB& GetAppDB() override { return *this; }
 
   std::vector<Material> ListMaterials() const override;
@@ -144,6 +146,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   GsetPool m_gsets;
   MaterialPool m_materials;
   CordPool m_cords;
+  DeckPool m_decks;
   GKeyPool m_keys;
   std::map<std::uint16_t, IPoolStore*> m_stores;
   IDatabaseListener* m_listener = nullptr;

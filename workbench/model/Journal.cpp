@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "platform/FlatMap.h"
-#include "workbench/model/Pool.h"
+#include "workbench/model/Pools.h"
 #include "workbench/model/Values.h"
 
 namespace qd::workbench {
@@ -34,6 +34,9 @@ std::pair<const void*, std::size_t> LargePart(std::uint16_t type, const tagTReco
   }
   if (record != nullptr && type == kDataMset) {
     if (const auto& mesh = static_cast<const tagTMset*>(record)->mesh) return {mesh.get(), BytesOf(*mesh)};
+  }
+  if (record != nullptr && type == kDataDeck) {
+    if (const auto& text = static_cast<const tagTDeck*>(record)->text) return {text.get(), text->size()};
   }
   return {nullptr, 0};
 }

@@ -6,6 +6,7 @@
 #include <string>
 #include <unordered_map>
 
+#include "workbench/mesh/DeckRecord.h"
 #include "workbench/model/Pool.h"
 
 namespace qd::workbench {
@@ -49,6 +50,12 @@ inline constexpr std::uint16_t kDataSettings = 200;
 struct tagTSettings : tagTRecord {
   iterator currentGset = 0;
   iterator defaultMset = 0;
+};
+
+/// Decks that were imported, in their order. They stay when their mesh goes; the user removes them.
+class DeckPool final : public Pool<tagTDeck, DPool<tagTDeck>> {
+ public:
+  using Pool::Pool;
 };
 
 /// One record of settings, made with the first write.

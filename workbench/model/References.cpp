@@ -178,6 +178,8 @@ std::shared_ptr<tagTRecord> CopyRecord(std::uint16_t type, const tagTRecord& rec
       return Copy<tagTGset>(record);
     case kDataMGInfo:
       return Copy<tagTMGInfo>(record);
+    case kDataDeck:
+      return Copy<tagTDeck>(record);
     default:
       return nullptr;
   }

@@ -1,6 +1,8 @@
 #include "workbench/model/Values.h"
 
 #include <algorithm>
+#include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -89,6 +91,14 @@ const char* Fault(const tagTMset& set) {
   return set.mesh != nullptr && BytesOf(*set.mesh) > kMostPartBytes ? "a mesh beyond all size" : nullptr;
 }
 
+const char* Fault(const tagTDeck& deck) {
+  if (deck.name.size() > kMostName) return kLongName;
+  if (deck.text == nullptr) return "no text";
+  if (const char* fault = FaultOf(*deck.text)) return fault;
+  const bool numbered = deck.nodes <= kMostNumber && deck.elements <= kMostNumber;
+  return numbered && deck.rest <= kMsetKeyMask ? nullptr : "a number beyond all";
+}
+
 template <typename T>
 const char* FaultAs(const tagTRecord& record) {
   return Fault(static_cast<const T&>(record));
@@ -116,6 +126,8 @@ const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& recor
       return FaultAs<tagTGset>(record);
     case kDataMGInfo:
       return FaultAs<tagTMGInfo>(record);
+    case kDataDeck:
+      return FaultAs<tagTDeck>(record);
     default:
       return "a type that there is not";
   }
@@ -144,6 +156,12 @@ void Fit(tagTMGInfo& generation) {
   while (generation.options.size() > kMostParameters) generation.options.erase(--generation.options.end());
 }
 
+void Fit(tagTDeck& deck) {
+  Fit(deck.name);
+  if (deck.text == nullptr) deck.text = std::make_shared<const std::string>();
+  deck.rest &= kMsetKeyMask;
+}
+
 void Fit(tagTMset& set) {
   Fit(set.name);
   set.parent &= kMsetKeyMask;
@@ -160,6 +178,8 @@ void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record) {
       return Fit(static_cast<tagTMset&>(record));
     case kDataMGInfo:
       return Fit(static_cast<tagTMGInfo&>(record));
+    case kDataDeck:
+      return Fit(static_cast<tagTDeck&>(record));
     case kDataGset:
       return Fit(static_cast<tagTGset&>(record).name);
     case kDataGeom:
@@ -190,6 +210,10 @@ const char* FaultOf(const MeshData& mesh) {
     if (!AllBelow(block.elementIds, kMostNumber + 1)) return "an element number beyond all";
   }
   return nullptr;
+}
+
+const char* FaultOf(const std::string& text) {
+  return text.size() > kMostPartBytes ? "a text beyond all size" : nullptr;
 }
 
 const char* FaultOf(const PartShape& shape) {

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "host/Records.h"
 
@@ -41,6 +42,8 @@ void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record);
 /// parts fit each other is asked first, by HangsTogether of ModelBytes.h.
 const char* FaultOf(const MeshData& mesh);
 const char* FaultOf(const PartShape& shape);
+/// Likewise for the text of a deck.
+const char* FaultOf(const std::string& text);
 /// About how many bytes they take in a document.
 std::size_t BytesOf(const MeshData& mesh);
 std::size_t BytesOf(const PartShape& shape);

@@ -36,6 +36,7 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
   RecordCheck records;
   bool whole = true;
   for (const auto& table : MakeRecordTables()) {
+    if (!IsTableOf(table->Name(), version)) continue;  // a later version brought it
     const bool read = table->Read(
         *file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { records.Add(itr, std::move(record)); },
         [&](iterator itr, const std::string& fault) { records.Complain(table->Name(), itr, fault); });
@@ -81,7 +82,10 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
   const int version = ReadVersion(*file, path, error);
   // A table that is not ours may be anything; nothing is asked of it.
   std::vector<std::string> sound = DocumentTables();
-  for (const SchemaFault& fault : CheckSchema(*file, version != 0 ? version : kDocumentVersion)) {
+  // An older document is measured by its own version; what later ones brought is not there to be read.
+  const int measure = version != 0 ? version : kDocumentVersion;
+  std::erase_if(sound, [measure](const std::string& table) { return !IsTableOf(table, measure); });
+  for (const SchemaFault& fault : CheckSchema(*file, measure)) {
     notes.push_back({fault.key, fault.detail});
     std::erase(sound, fault.table);
   }

@@ -185,6 +185,10 @@ bool DocumentFile::TakeUp(int version, DocumentError& error) {
     error = Fault();
     return false;
   }
+  // What is only viewed stays of its version, which may lack tables.
+  if (m_viewed) {
+    std::erase_if(m_tables, [version](const auto& table) { return !IsTableOf(table->Name(), version); });
+  }
   Prepare();
   if (m_viewed != nullptr) return true;
   Statement marks = m_file.Prepare("SELECT mark FROM document");

@@ -11,8 +11,8 @@ namespace qd::workbench {
 
 namespace {
 
-constexpr std::array<std::uint16_t, 8> kPools{kDataSettings, kDataCord, kDataMaterial, kDataProperty,
-                                              kDataGset,     kDataGeom, kDataMGInfo,   kDataMset};
+constexpr std::array<std::uint16_t, 9> kPools{kDataSettings, kDataCord,   kDataMaterial, kDataProperty, kDataGset,
+                                              kDataGeom,     kDataMGInfo, kDataMset,     kDataDeck};
 
 /// Entries of windows: this program writes one of some kilobytes.
 constexpr int kMostViews = 100;

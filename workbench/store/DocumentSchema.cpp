@@ -64,6 +64,12 @@ constexpr std::array kTables{
         nullptr},
     Table{1, "mesh", "CREATE TABLE mesh (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT", nullptr},
     Table{2, "document", "CREATE TABLE document (mark BLOB NOT NULL) STRICT", nullptr},
+    Table{
+        2, "deck",
+        "CREATE TABLE deck (itr INTEGER PRIMARY KEY, name ANY NOT NULL, nodes INTEGER NOT NULL, elements INTEGER "
+        "NOT NULL, rest INTEGER NOT NULL, names BLOB NOT NULL) STRICT",
+        nullptr},
+    Table{2, "deck_text", "CREATE TABLE deck_text (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT", nullptr},
 };
 
 constexpr const char* kAlien = "IDS_WB_DOC_ALIEN";
@@ -105,6 +111,11 @@ std::string StepToVersion(int version) {
     if (table.since == version) sql += std::string(table.sql) + ";";
   }
   return sql;
+}
+
+bool IsTableOf(const std::string& table, int version) {
+  const Table* found = Find(table, version);
+  return found != nullptr && table == found->name;
 }
 
 const std::vector<std::string>& DocumentTables() {

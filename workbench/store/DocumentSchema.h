@@ -20,6 +20,8 @@ inline constexpr int kDocumentVersion = 2;
 std::string StepToVersion(int version);
 /// The names of the tables of this program's version.
 const std::vector<std::string>& DocumentTables();
+/// Whether a version has a table of this name.
+bool IsTableOf(const std::string& table, int version);
 
 /// Something in a file's schema that is not as the format has it.
 struct SchemaFault {

@@ -33,6 +33,8 @@ const char* NameOfType(std::uint16_t type) {
       return "geometry set";
     case kDataMGInfo:
       return "mesh generation";
+    case kDataDeck:
+      return "deck";
     default:
       return "record";
   }

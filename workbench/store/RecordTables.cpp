@@ -143,6 +143,17 @@ struct MeshPart {
   static bool Get(ByteReader& reader, MeshData& mesh) { return GetMesh(reader, mesh); }
 };
 
+struct DeckPart {
+  static constexpr const char* kTable = "deck_text";
+  static constexpr auto kMember = &tagTDeck::text;
+  using Type = std::string;
+  static void Put(ByteWriter& writer, const std::string& text) { writer.Put(text); }
+  static bool Get(ByteReader& reader, std::string& text) {
+    reader.Get(text);
+    return reader.IsGood();
+  }
+};
+
 // ---- tables ---------------------------------------------------------------------------------------------
 
 template <typename T, typename Part = NoPart<T>>
@@ -370,6 +381,20 @@ Column<tagTMGInfo> Options() {
           }};
 }
 
+/// What a deck's names stand for, as one value: they are read and written together.
+Column<tagTDeck> DeckNames() {
+  return {"names",
+          [](const tagTDeck& deck) {
+            ByteWriter bytes;
+            PutDeckNames(bytes, deck);
+            return BlobOf(bytes);
+          },
+          [](const Statement& row, int column, tagTDeck& deck) {
+            ByteReader reader(row.Bytes(column));
+            return GetDeckNames(reader, deck) && reader.IsWhole();
+          }};
+}
+
 }  // namespace
 
 std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
@@ -410,6 +435,10 @@ std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
        Reference("geom", &tagTMset::geom), Reference("property", &tagTMset::property),
        Integer("mg_info", &tagTMset::mgInfo, 0, kMost32), Integer("node_count", &tagTMset::nodeCount, 0, kMost),
        Integer("element_count", &tagTMset::elementCount, 0, kMost)}));
+  add(RecordTable<tagTDeck, DeckPart>(kDataDeck, "deck",
+                                      {Text("name", &tagTDeck::name), Integer("nodes", &tagTDeck::nodes, 0, kMost),
+                                       Integer("elements", &tagTDeck::elements, 0, kMost),
+                                       Integer("rest", &tagTDeck::rest, 0, kMost32), DeckNames()}));
   return tables;
 }
 

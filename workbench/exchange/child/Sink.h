@@ -20,6 +20,7 @@ class Sink {
   void MeshSet(const ImportedMeshSet& set);
   void Material(const ImportedMaterial& material) { Send(FrameType::Material, Encode(material)); }
   void Property(const ImportedProperty& property) { Send(FrameType::Property, Encode(property)); }
+  void Deck(const ImportedDeck& deck) { Send(FrameType::Deck, Encode(deck)); }
   void Note(const ImportNote& note) { Send(FrameType::Note, Encode(note)); }
   /// Throws when nothing was sent: a file without contents is an error.
   void Finish();

@@ -112,6 +112,7 @@ void ReadDeck(const std::string& path, const std::vector<std::string>& includes,
   const ImportedModel model =
       ReadInpFile(path, [&sink](double done) { sink.Progress(done); }, {includes.begin(), includes.end()});
   for (const ImportNote& note : model.notes) sink.Note(note);
+  for (const ImportedDeck& deck : model.decks) sink.Deck(deck);
   for (const ImportedMaterial& material : model.materials) sink.Material(material);
   for (const ImportedProperty& property : model.properties) sink.Property(property);
   for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);

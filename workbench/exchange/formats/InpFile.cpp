@@ -11,6 +11,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "workbench/exchange/formats/InpCards.h"
+#include "workbench/exchange/formats/InpDeck.h"
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpGroups.h"
 #include "workbench/exchange/formats/InpLines.h"
@@ -48,6 +50,20 @@ struct Section {
   std::string place;  // where it was given
 };
 
+/// What stands beside the mesh in a text, by its keywords, each once.
+std::string KeywordsBesideMesh(const std::string& text) {
+  static const std::set<std::string> kMesh{"",        "NODE",     "ELEMENT",     "ELSET",    "PART",
+                                           "ENDPART", "INSTANCE", "ENDINSTANCE", "ASSEMBLY", "MATERIAL",
+                                           "ELASTIC", "DENSITY",  "HEADING",     "PREPRINT", "ENDASSEMBLY"};
+  std::set<std::string> seen;
+  std::string all;
+  for (const InpCard& card : CardsOf(text)) {
+    if (kMesh.contains(card.keyword) || IsInpSection(card.keyword) || !seen.insert(card.keyword).second) continue;
+    all += (all.empty() ? "" : ", ") + card.header.substr(0, card.header.find(','));
+  }
+  return all;
+}
+
 class Reader {
  public:
   Reader(InpLines lines, const std::string& name, const std::function<void(double)>& progress)
@@ -64,13 +80,18 @@ class Reader {
       if (line.isKeyword) {
         EndBlock();
         Keyword(line);
-      } else if (m_data != nullptr) {
-        (this->*m_data)(line.text);
+        m_deckText.Keep(m_lines.TakeText());
+      } else {
+        if (m_data != nullptr) (this->*m_data)(line.text);
+        // The mesh is kept in the sets; of a node or an element that was taken nothing is left here.
+        const bool isMesh = m_data == &Reader::NodeData || m_data == &Reader::ElementData;
+        if (!isMesh) m_deckText.Keep(m_lines.TakeText());
       }
       constexpr std::size_t kStep = 1U << 16U;
       if (++count % kStep == 0) m_progress(m_lines.Done() * 0.8);
     }
     EndBlock();
+    m_deckText.Keep(m_lines.TakeText());
     if (!m_open.empty()) throw ImportError{"IDS_WB_IMPORT_TRUNCATED", ""};
     return Finish();
   }
@@ -135,6 +156,7 @@ class Reader {
   std::string m_beamShape;
   bool m_composite = false;
   std::int32_t m_currentMaterial = -1;
+  InpDeckText m_deckText;
 };
 
 // ---- keywords -------------------------------------------------------------------------------------------
@@ -246,6 +268,7 @@ void Reader::NodeData(std::string_view text) {
   const std::int64_t id = m_lines.Integer(m_fields[0]);
   if (id <= 0) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", m_fields[0]);
   m_part->mesh.nodeIds.push_back(static_cast<std::uint64_t>(id));
+  m_deckText.Number(static_cast<std::uint64_t>(id), m_lines.TakeText());
   for (std::size_t axis = 1; axis <= 3; ++axis) {
     const bool given = axis < m_fields.size() && !m_fields[axis].empty();
     m_part->mesh.coordinates.push_back(given ? m_lines.Number(m_fields[axis]) : 0);
@@ -277,6 +300,7 @@ void Reader::StoreElement() {
   if (m_isNetwork && std::find(m_numbers.begin(), m_numbers.end(), 0) != m_numbers.end()) {
     m_leftOut.insert("D");
     m_skipped.insert(m_numbers.front());
+    m_deckText.Literal(m_lines.TakeText());
     m_numbers.clear();
     return;
   }
@@ -295,6 +319,7 @@ void Reader::StoreElement() {
     mesh.elementNodes.push_back(static_cast<std::uint64_t>(m_numbers[static_cast<std::size_t>(from) + 1]));
   }
   if (m_elementSet) mesh.sets[*m_elementSet].elements.push_back(place);
+  m_deckText.Number(id, m_lines.TakeText());
   m_numbers.clear();
 }
 
@@ -503,7 +528,16 @@ ImportedModel Reader::Finish() {
   Part& loose = m_parts.front();
   CheckPart(loose);
   m_progress(0.9);
-  if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) AddGroups(loose.mesh, false, m_model);
+  ImportedDeck deck;
+  deck.name = m_lines.Name();
+  deck.text = m_deckText.Take();
+  for (const auto& [name, place] : m_materialOf) {
+    deck.materials.push_back({m_model.materials[static_cast<std::size_t>(place)].name, place});
+  }
+  for (std::size_t place = 0; place < m_model.properties.size(); ++place) {
+    deck.sections.push_back(static_cast<std::int32_t>(place));
+  }
+  if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) AddGroups(loose.mesh, false, m_model, deck);
   std::uint64_t lastNode = loose.mesh.nodeIds.empty() ? 0 : loose.mesh.nodeIds.back();
   std::uint64_t lastElement = 0;
   for (const InpPart::Element& element : loose.mesh.elements) lastElement = std::max(lastElement, element.id);
@@ -527,13 +561,18 @@ ImportedModel Reader::Finish() {
     for (InpPart::Element& element : mesh.elements) element.id += lastElement;
     if (!mesh.nodeIds.empty()) lastNode = mesh.nodeIds.back();
     for (const InpPart::Element& element : mesh.elements) lastElement = std::max(lastElement, element.id);
-    AddGroups(mesh, true, m_model);
+    AddGroups(mesh, true, m_model, deck);
   }
   if (m_surplus > 0) {
     m_model.notes.push_back({"IDS_WB_NOTE_SURPLUS", std::to_string(m_surplus) + " (" + m_surplusPlace + ")"});
   }
   for (const std::string& kind : m_leftOut) m_model.notes.push_back({"IDS_WB_NOTE_LEFT_OUT", kind});
   if (m_model.meshSets.empty()) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
+  if (m_instances.empty()) {
+    m_model.decks.push_back(std::move(deck));
+  } else if (const std::string left = KeywordsBesideMesh(deck.text); !left.empty()) {
+    m_model.notes.push_back({"IDS_WB_NOTE_DECK_PARTS", left});
+  }
   return std::move(m_model);
 }
 

@@ -20,7 +20,8 @@ class Inp final : public Format {
   bool Holds(int elementType) const override { return !InpNameOf(elementType).empty(); }
   bool CanWrite() const override { return true; }
   void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
-    WriteInp(model, file, report);
+    if (model.decks.empty()) return WriteInp(model, file, report);
+    WriteInpDecks(model, file, report);
   }
 
  protected:

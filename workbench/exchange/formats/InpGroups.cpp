@@ -17,7 +17,7 @@ struct Nesting {
   std::vector<std::uint32_t> order;                 // the innermost set first
   std::vector<std::vector<std::uint32_t>> listing;  // by element: the sets that list it, in that order
   std::vector<std::uint32_t> parent;                // by set: the one that it lies in
-  std::vector<bool> twin;                           // by set: an earlier one has the same elements
+  std::vector<std::uint32_t> twin;                  // by set: an earlier one that has the same elements
 };
 
 /// How deep each set lies in others by what the file lists; sets that list each other in a circle end somewhere.
@@ -57,7 +57,7 @@ Nesting NestingOf(const InpPart& part) {
     for (const std::uint32_t element : sets[set].elements) nesting.listing[element].push_back(set);
   }
   nesting.parent.assign(sets.size(), kNoSet);
-  nesting.twin.assign(sets.size(), false);
+  nesting.twin.assign(sets.size(), kNoSet);
   const auto takeSmaller = [&](std::uint32_t set, std::uint32_t other) {
     std::uint32_t& parent = nesting.parent[set];
     if (rank[other] > rank[set] && (parent == kNoSet || rank[other] < rank[parent])) parent = other;
@@ -77,7 +77,8 @@ Nesting NestingOf(const InpPart& part) {
       if (sets[other].elements.size() > count) takeSmaller(set, other);
       // Of equal sets that no list connects the first one stands for both.
       const bool equal = sets[other].elements.size() == count && depth[set] == 0 && sets[set].listed.empty();
-      if (equal && rank[other] < rank[set]) nesting.twin[set] = true;
+      std::uint32_t& twin = nesting.twin[set];
+      if (equal && rank[other] < rank[set] && (twin == kNoSet || rank[other] < rank[twin])) twin = other;
     }
   }
   return nesting;
@@ -95,7 +96,7 @@ bool IsWhole(const InpPart& part, const Nesting& nesting, std::uint32_t set) {
 /// The set that stands for the one that a set lies in.
 std::uint32_t Above(const Nesting& nesting, std::uint32_t set) {
   std::uint32_t above = nesting.parent[set];
-  while (above != kNoSet && nesting.twin[above]) above = nesting.parent[above];
+  while (above != kNoSet && nesting.twin[above] != kNoSet) above = nesting.parent[above];
   return above;
 }
 
@@ -103,7 +104,7 @@ std::uint32_t Above(const Nesting& nesting, std::uint32_t set) {
 std::vector<std::uint32_t> FromOutsideIn(const Nesting& nesting) {
   std::vector<std::uint32_t> sets;
   for (const std::uint32_t set : nesting.order) {
-    if (!nesting.twin[set]) sets.push_back(set);
+    if (nesting.twin[set] == kNoSet) sets.push_back(set);
   }
   std::sort(sets.begin(), sets.end(), std::greater<>());  // the last one lies on top of a stack
   std::vector<std::vector<std::uint32_t>> within(nesting.parent.size());
@@ -176,7 +177,7 @@ std::int32_t CommonProperty(const InpPart& part, const std::vector<std::uint32_t
 
 }  // namespace
 
-void AddGroups(const InpPart& part, bool always, ImportedModel& model) {
+void AddGroups(const InpPart& part, bool always, ImportedModel& model, ImportedDeck& deck) {
   const Nesting nesting = NestingOf(part);
   // Of the sets that list an element, the smallest owns it.
   std::vector<std::vector<std::uint32_t>> owned(part.sets.size());
@@ -197,22 +198,30 @@ void AddGroups(const InpPart& part, bool always, ImportedModel& model) {
     for (std::size_t node = 0; node < used.size(); ++node) {
       if (!used[node]) mesh.AddNode(part.nodeIds[node]);
     }
-    if (always) top = static_cast<std::int32_t>(model.meshSets.size());
+    deck.rest = static_cast<std::int32_t>(model.meshSets.size());
+    if (always) top = deck.rest;
     model.meshSets.push_back({part.name, -1, CommonProperty(part, homeless), mesh.Take()});
   }
   for (std::uint32_t set = 0; set < part.sets.size(); ++set) {
-    if (nesting.twin[set]) model.notes.push_back({"IDS_WB_NOTE_SAME_SET", part.sets[set].name});
+    if (nesting.twin[set] != kNoSet) model.notes.push_back({"IDS_WB_NOTE_SAME_SET", part.sets[set].name});
   }
   // Every set comes after the one that it lies in, and those in one set in the order of the file.
   std::vector<std::int32_t> placeOf(part.sets.size(), -1);
   for (const std::uint32_t set : FromOutsideIn(nesting)) {
-    if (!IsWhole(part, nesting, set)) model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", part.sets[set].name});
+    const bool shared = !IsWhole(part, nesting, set);
+    if (shared) model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", part.sets[set].name});
     GroupMesh mesh(part);
     for (const std::uint32_t element : owned[set]) mesh.Add(element);
     const std::uint32_t above = Above(nesting, set);
     placeOf[set] = static_cast<std::int32_t>(model.meshSets.size());
+    deck.sets.push_back({part.sets[set].name, placeOf[set], shared});
     model.meshSets.push_back({part.sets[set].name, above != kNoSet ? placeOf[above] : top,
                               CommonProperty(part, owned[set]), mesh.Take()});
+  }
+  for (std::uint32_t set = 0; set < part.sets.size(); ++set) {
+    if (placeOf[set] >= 0) continue;
+    const std::uint32_t twin = nesting.twin[set];
+    deck.sets.push_back({part.sets[set].name, twin != kNoSet ? placeOf[twin] : -1, twin == kNoSet});
   }
 }
 

@@ -37,6 +37,7 @@ struct InpPart {
 
 /// Adds the mesh sets of a part. Its own set, for what belongs to no other, is made only when `always` or needed;
 /// the others are nested in it when `always`.
-void AddGroups(const InpPart& part, bool always, ImportedModel& model);
+/// The deck gets what its element sets have become.
+void AddGroups(const InpPart& part, bool always, ImportedModel& model, ImportedDeck& deck);
 
 }  // namespace qd::workbench

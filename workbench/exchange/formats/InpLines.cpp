@@ -97,12 +97,14 @@ bool InpLines::Raw(std::string_view& text) {
   text = Trimmed(std::string_view(source.text).substr(source.at, end - source.at));
   source.at = end + 1;
   ++source.line;
+  m_taken.append(text).append("\n");
   return true;
 }
 
 bool InpLines::Next(InpLine& line) {
   for (;;) {
     std::string_view text;
+    const std::size_t before = m_taken.size();
     if (!Raw(text)) {
       if (m_sources.size() == 1) return false;
       m_sources.pop_back();
@@ -119,6 +121,8 @@ bool InpLines::Next(InpLine& line) {
     }
     ParseKeyword(line);
     if (line.keyword != "INCLUDE") return true;
+    // The lines of the other file stand in place of this one.
+    m_taken.resize(before);
     Include(line.Parameter("INPUT"));
   }
 }

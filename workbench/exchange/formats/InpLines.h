@@ -6,9 +6,11 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/text/Paths.h"
 
 namespace qd::workbench {
 
@@ -42,6 +44,11 @@ class InpLines {
   /// A text of the files for a message: none once a file was included.
   std::string Quoted(std::string_view what) const;
   std::size_t LineNumber() const { return m_sources.back()->line; }
+  /// The lines that were read since the last call, comments too, each with its end; where a file was included, its
+  /// lines.
+  std::string TakeText() { return std::exchange(m_taken, {}); }
+  /// Name of the outermost file.
+  std::string Name() const { return PathText(m_sources.front()->path.filename()); }
   /// Share of the outermost file that was read.
   double Done() const;
 
@@ -67,6 +74,7 @@ class InpLines {
   std::size_t m_included = 0;                      // files
   std::uintmax_t m_bytes = 0;                      // of them
   std::vector<std::unique_ptr<Source>> m_sources;  // the including ones first
+  std::string m_taken;                             // what TakeText answers
   std::string m_joined;                            // a keyword that goes on over several lines
 };
 

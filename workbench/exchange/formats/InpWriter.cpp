@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "workbench/exchange/formats/InpCards.h"
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpSets.h"
 #include "workbench/exchange/formats/MeshWriters.h"
@@ -11,20 +12,6 @@ namespace {
 /// Solvers look at this many characters of a number.
 constexpr std::size_t kNumberWidth = 20;
 constexpr int kNumbersPerLine = 16;
-
-/// A name as it stands in a deck: in quotation marks unless it is a plain word, since one that begins with a digit
-/// is taken for a number in lists.
-std::string Quoted(const std::string& name) {
-  const auto isLetter = [](unsigned char letter) {
-    return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z') || letter == '_' || letter >= 0x80;
-  };
-  const bool plain =
-      isLetter(static_cast<unsigned char>(name.front())) &&
-      std::all_of(name.begin(), name.end(), [&isLetter](unsigned char letter) {
-        return isLetter(letter) || (letter >= '0' && letter <= '9') || letter == '-' || letter == '.';
-      });
-  return plain ? name : '"' + name + '"';
-}
 
 void WriteNumbers(const std::vector<std::uint64_t>& numbers, TextFile& file) {
   for (std::size_t i = 0; i < numbers.size(); ++i) {
@@ -63,11 +50,11 @@ void WriteElements(const ExportSet& set, TextFile& file) {
 void WriteSets(const ExportModel& model, const InpSetTree& tree, TextFile& file) {
   std::vector<std::uint64_t> elements;
   for (const std::int32_t set : tree.ChildrenFirst()) {
-    file << "*ELSET, ELSET=" << Quoted(model.sets[static_cast<std::size_t>(set)].name) << "\n";
+    file << "*ELSET, ELSET=" << QuotedInpName(model.sets[static_cast<std::size_t>(set)].name) << "\n";
     tree.ListOf(set, elements);
     WriteNumbers(elements, file);
     for (const std::int32_t child : tree.NamesIn(set)) {
-      file << Quoted(model.sets[static_cast<std::size_t>(child)].name) << ",\n";
+      file << QuotedInpName(model.sets[static_cast<std::size_t>(child)].name) << ",\n";
     }
   }
 }
@@ -77,7 +64,7 @@ void WriteSection(const ExportModel& model, const ImportedProperty& property, co
   constexpr const char* kKeywords[] = {"*SOLID SECTION", "*SHELL SECTION", "*BEAM SECTION, SECTION=RECT"};
   file << kKeywords[static_cast<int>(property.kind)] << ", ELSET=" << set;
   if (property.material >= 0) {
-    file << ", MATERIAL=" << Quoted(model.materials[static_cast<std::size_t>(property.material)].name);
+    file << ", MATERIAL=" << QuotedInpName(model.materials[static_cast<std::size_t>(property.material)].name);
   }
   file << "\n";
   if (property.kind == tagTProperty::Kind::Shell) file.Short(property.size, kNumberWidth) << "\n";
@@ -90,7 +77,7 @@ void WriteSection(const ExportModel& model, const ImportedProperty& property, co
 void WriteSections(const ExportModel& model, const InpSetTree& tree, TextFile& file) {
   for (const InpSetTree::Section& section : tree.Sections()) {
     const ExportSet& set = model.sets[static_cast<std::size_t>(section.set)];
-    std::string name = Quoted(set.name);
+    std::string name = QuotedInpName(set.name);
     if (section.ownOnly) {
       name = OwnElementsName(section.set + 1);
       file << "*ELSET, ELSET=" << name << "\n";
@@ -103,7 +90,7 @@ void WriteSections(const ExportModel& model, const InpSetTree& tree, TextFile& f
 
 void WriteMaterials(const ExportModel& model, TextFile& file) {
   for (const ImportedMaterial& material : model.materials) {
-    file << "*MATERIAL, NAME=" << Quoted(material.name) << "\n";
+    file << "*MATERIAL, NAME=" << QuotedInpName(material.name) << "\n";
     if (material.youngsModulus > 0) {
       file << "*ELASTIC\n";
       file.Short(material.youngsModulus, kNumberWidth) << ", ";

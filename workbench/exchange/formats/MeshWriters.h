@@ -25,6 +25,8 @@ std::uint64_t CountFilledSets(const ExportModel& model);
 
 // One writer for each format: see Format::Write. They throw an ImportError for what the format cannot hold.
 void WriteInp(const ExportModel& model, TextFile& file, ExportReport& report);
+/// A deck in which the mesh of the model stands in the places of the kept decks.
+void WriteInpDecks(const ExportModel& model, TextFile& file, ExportReport& report);
 void WriteMsh(const ExportModel& model, TextFile& file, ExportReport& report);
 void WriteUnv(const ExportModel& model, TextFile& file, ExportReport& report);
 void WriteBdf(const ExportModel& model, TextFile& file, ExportReport& report);

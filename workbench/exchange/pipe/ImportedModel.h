@@ -77,12 +77,30 @@ struct ImportError {
   std::string detail;  ///< for the text's "%s", may be empty
 };
 
+/// What a solver input file holds beside its mesh. Texts are UTF-8 or whatever the file was written in.
+struct ImportedDeck {
+  struct Name {
+    std::string name;
+    std::int32_t place = -1;  ///< among the mesh sets or materials, -1 for none of them
+    bool shared = false;      ///< a set with elements of other mesh sets too
+  };
+  std::string name;  ///< of the file
+  /// The file's own text with all that it includes; of nodes and elements only the numbers, as "first,last,step",
+  /// or, behind "=", what no mesh set holds.
+  std::string text;
+  std::vector<Name> sets;
+  std::vector<Name> materials;
+  std::vector<std::int32_t> sections;  ///< properties by place, one for each section in the text
+  std::int32_t rest = -1;              ///< the mesh set for what stands in no element set
+};
+
 struct ImportedModel {
   std::vector<ImportedPart> parts;
   std::vector<ImportedMaterial> materials;
   std::vector<ImportedProperty> properties;
   std::vector<ImportedMeshSet> meshSets;
   std::vector<ImportNote> notes;
+  std::vector<ImportedDeck> decks;
 };
 
 }  // namespace qd::workbench

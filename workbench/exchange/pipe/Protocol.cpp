@@ -121,6 +121,44 @@ std::optional<ImportNote> DecodeNote(std::string_view payload) {
   return note;
 }
 
+namespace {
+
+void PutNames(ByteWriter& writer, const std::vector<ImportedDeck::Name>& names) {
+  writer.Put(static_cast<std::uint64_t>(names.size()));
+  for (const ImportedDeck::Name& name : names) writer.Put(name.name).Put(name.place).Put(name.shared);
+}
+
+void GetNames(ByteReader& reader, std::vector<ImportedDeck::Name>& names) {
+  std::uint64_t count = 0;
+  reader.Get(count);
+  for (std::uint64_t i = 0; i < count && reader.IsGood(); ++i) {
+    std::uint8_t shared = 0;
+    ImportedDeck::Name& name = names.emplace_back();
+    reader.Get(name.name).Get(name.place).Get(shared);
+    name.shared = shared != 0;
+  }
+}
+
+}  // namespace
+
+std::string Encode(const ImportedDeck& deck) {
+  ByteWriter writer;
+  writer.Put(deck.name).Put(deck.text);
+  PutNames(writer, deck.sets);
+  PutNames(writer, deck.materials);
+  return writer.Put(deck.sections).Put(deck.rest).Take();
+}
+
+std::optional<ImportedDeck> DecodeDeck(std::string_view payload) {
+  ImportedDeck deck;
+  ByteReader reader(payload);
+  reader.Get(deck.name).Get(deck.text);
+  GetNames(reader, deck.sets);
+  GetNames(reader, deck.materials);
+  const bool whole = reader.Get(deck.sections).Get(deck.rest).IsWhole();
+  return whole ? std::optional(std::move(deck)) : std::nullopt;
+}
+
 std::string Encode(const ImportError& error) {
   return ByteWriter().Put(error.key).Put(error.detail).Take();
 }

@@ -23,7 +23,8 @@ enum class FrameType : std::uint32_t {
   Material = 6,
   Property = 7,
   Note = 8,
-  Beat = 9  ///< a sign of life: how many bytes were read and written beside the frames
+  Beat = 9,  ///< a sign of life: how many bytes were read and written beside the frames
+  Deck = 10
 };
 
 /// What can be done with shapes.
@@ -59,6 +60,7 @@ std::string Encode(const ImportedMeshSet& set);
 std::string Encode(const ImportedMaterial& material);
 std::string Encode(const ImportedProperty& property);
 std::string Encode(const ImportNote& note);
+std::string Encode(const ImportedDeck& deck);
 std::string Encode(const ImportError& error);
 std::string Encode(const ShapeOperation& operation);
 
@@ -71,6 +73,7 @@ std::optional<ImportedMeshSet> DecodeMeshSet(std::string_view payload);
 std::optional<ImportedMaterial> DecodeMaterial(std::string_view payload);
 std::optional<ImportedProperty> DecodeProperty(std::string_view payload);
 std::optional<ImportNote> DecodeNote(std::string_view payload);
+std::optional<ImportedDeck> DecodeDeck(std::string_view payload);
 std::optional<ImportError> DecodeError(std::string_view payload);
 std::optional<ShapeOperation> DecodeOperation(std::string_view payload);
 

@@ -4,6 +4,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
+#include "workbench/exchange/store/StoreImport.h"
 #include "workbench/text/Ascii.h"
 #include "workbench/text/Utf8.h"
 
@@ -35,8 +36,8 @@ std::string CleanName(const CString& name) {
 /// Gives out names that no other has; to solvers neither blanks nor the case of letters make a difference.
 class Names {
  public:
-  std::string Unique(const CString& name) {
-    const std::string clean = CleanName(name);
+  std::string Unique(const CString& name) { return Unique(CleanName(name)); }
+  std::string Unique(const std::string& clean) {
     std::string unique = clean;
     int& number = m_next.try_emplace(KeyOf(clean), 2).first->second;
     while (!m_taken.insert(KeyOf(unique)).second) {
@@ -72,8 +73,13 @@ class Collector {
       : m_database(database), m_chosen(msets.begin(), msets.end()), m_withNested(withNested) {}
 
   ExportModel Collect() {
+    ReserveNames();
+    ReserveMaterialNames();
     for (const iterator itr : m_database.GetMsetPool().GetItrList()) {
       if (IsWritten(itr)) Add(itr);
+    }
+    for (const iterator itr : m_database.GetDeckPool().GetItrList()) {
+      AddDeck(*m_database.GetDeckPool().GetAtNU(itr));
     }
     return std::move(m_model);
   }
@@ -106,14 +112,58 @@ class Collector {
     const iterator above = Above(itr);
     ExportSet set;
     set.parent = above != 0 ? m_places.at(above) : -1;
-    set.name = m_setNames.Unique(record.name);
-    NoteName(record.name, set.name);
+    if (const auto reserved = m_reserved.find(record.key & kMsetKeyMask); reserved != m_reserved.end()) {
+      set.name = reserved->second;
+    } else {
+      set.name = m_setNames.Unique(record.name);
+      NoteName(record.name, set.name);
+    }
     if (IsWritten(itr)) {
       set.mesh = record.mesh;
       set.property = NeedProperty(record.property);
     }
     m_places[itr] = static_cast<std::int32_t>(m_model.sets.size());
     m_model.sets.push_back(std::move(set));
+  }
+
+  /// What decks call their sets comes first: a set that is called as in its deck keeps that name.
+  void ReserveNames() {
+    const MsetPool& pool = m_database.GetMsetPool();
+    for (const iterator itr : m_database.GetDeckPool().GetItrList()) {
+      for (const tagTDeck::Set& set : m_database.GetDeckPool().GetAtNU(itr)->sets) {
+        const tagTMset* mset = pool.GetAtNU(pool.GetItrByKey(set.mset));
+        if (mset == nullptr || mset->name != RecordName(set.name) || m_reserved.contains(set.mset)) continue;
+        // The record's name may be cut.
+        const std::string name = m_setNames.Unique(set.name);
+        m_reserved[set.mset] = name;
+        if (name != set.name) NoteName(mset->name, name);
+      }
+    }
+  }
+
+  void AddDeck(const tagTDeck& record) {
+    ExportDeck deck{record, {}, {}, {}, {}, {}, -1};
+    const auto placeOf = [&](std::uint32_t key) {
+      const auto found = m_places.find(m_database.GetMsetPool().GetItrByKey(key));
+      return found != m_places.end() ? found->second : -1;
+    };
+    std::unordered_set<std::uint32_t> named;  // another set of the same elements has a name of its own
+    for (const tagTDeck::Set& set : record.sets) {
+      const std::int32_t place = placeOf(set.mset);
+      const bool isNamed = place >= 0 && named.insert(set.mset).second;
+      deck.msets.push_back(place);
+      deck.setNames.push_back(isNamed ? m_model.sets[static_cast<std::size_t>(place)].name
+                                      : m_setNames.Unique(set.name));
+    }
+    for (const tagTDeck::Material& material : record.materials) {
+      deck.materials.push_back(NeedMaterial(material.material, &material.name));
+    }
+    for (const tagTDeck::Section& section : record.sections) {
+      deck.properties.push_back(NeedProperty(section.property));
+      deck.sectionMaterials.push_back(NeedMaterial(section.material));
+    }
+    deck.rest = placeOf(record.rest);
+    m_model.decks.push_back(std::move(deck));
   }
 
   void NoteName(const CString& given, const std::string& written) {
@@ -131,12 +181,22 @@ class Collector {
     return m_properties[itr] = place;
   }
 
-  std::int32_t NeedMaterial(iterator itr) {
+  /// The name of a deck's material is taken as it stands there while the record is called so too.
+  void ReserveMaterialNames() {
+    for (const iterator itr : m_database.GetDeckPool().GetItrList()) {
+      for (const tagTDeck::Material& material : m_database.GetDeckPool().GetAtNU(itr)->materials) {
+        NeedMaterial(material.material, &material.name);
+      }
+    }
+  }
+
+  std::int32_t NeedMaterial(iterator itr, const std::string* deckName = nullptr) {
     const tagTMaterial* record = m_database.GetMaterialPool().GetAtNU(itr);
     if (record == nullptr) return -1;
     if (const auto known = m_materials.find(itr); known != m_materials.end()) return known->second;
     const auto place = static_cast<std::int32_t>(m_model.materials.size());
-    const std::string name = m_materialNames.Unique(record->name);
+    const bool isAsInDeck = deckName != nullptr && record->name == RecordName(*deckName);
+    const std::string name = isAsInDeck ? m_materialNames.Unique(*deckName) : m_materialNames.Unique(record->name);
     NoteName(record->name, name);
     m_model.materials.push_back({name, record->youngsModulus, record->poissonsRatio, record->density});
     return m_materials[itr] = place;
@@ -151,6 +211,7 @@ class Collector {
   std::unordered_map<iterator, std::int32_t> m_materials;
   Names m_setNames;
   Names m_materialNames;
+  std::unordered_map<std::uint32_t, std::string> m_reserved;  // names of sets by key
 };
 
 }  // namespace

@@ -2,12 +2,14 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <memory>
 #include <utility>
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
+#include "workbench/mesh/ElementMark.h"
 #include "workbench/model/MeshNumbers.h"
 #include "workbench/model/Values.h"
 #include "workbench/text/Utf8.h"
@@ -18,12 +20,16 @@ namespace {
 
 using ImportNotes = std::vector<ImportNote>;
 
-CString NameOf(const std::string& utf8) {
+}  // namespace
+
+CString RecordName(const std::string& utf8) {
   CString name = FromUtf8(utf8);
   // Code 0 divides the columns of a row, so no name holds it.
   std::erase(name, L'\0');
   return CutName(name);
 }
+
+namespace {
 
 /// Parts outside of assemblies go to the current set; a document without sets gets its first one.
 iterator DefaultSet(Database& database) {
@@ -66,7 +72,7 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts, ImportNote
       iterator& set = setOf[path];
       if (set == 0) {
         tagTGset group;
-        group.name = NameOf(path);
+        group.name = RecordName(path);
         set = database.GetGsetPool().Add(std::move(group));
         if (set == 0) return false;
       }
@@ -76,7 +82,7 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts, ImportNote
       if (defaultSet == 0) return false;
       record.gset = defaultSet;
     }
-    record.name = NameOf(part.name);
+    record.name = RecordName(part.name);
     record.colour = part.colour & 0xFFFFFFU;
     record.kind = part.kind;
     record.cadItem = database.GetGeomPool().NextNumber();
@@ -93,7 +99,7 @@ std::vector<iterator> StoreMaterials(Database& database, const std::vector<Impor
   std::vector<iterator> itrs;
   for (const ImportedMaterial& material : materials) {
     tagTMaterial record;
-    record.name = NameOf(material.name);
+    record.name = RecordName(material.name);
     record.youngsModulus = material.youngsModulus;
     record.poissonsRatio = material.poissonsRatio;
     record.density = material.density;
@@ -112,7 +118,7 @@ std::vector<iterator> StoreProperties(Database& database, const std::vector<Impo
   std::vector<iterator> itrs;
   for (const ImportedProperty& property : properties) {
     tagTProperty record;
-    record.name = NameOf(property.name);
+    record.name = RecordName(property.name);
     record.kind = property.kind;
     record.size = property.size;
     NeedNumbers(kDataProperty, record, notes);
@@ -122,18 +128,30 @@ std::vector<iterator> StoreProperties(Database& database, const std::vector<Impo
   return itrs;
 }
 
-bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets, const std::vector<iterator>& properties,
-                   ImportNotes& notes) {
+/// The numbers of what comes stay as they are where no number of the document is among them.
+Numbering NumberingFor(const MsetPool& pool, const std::vector<ImportedMeshSet>& sets) {
+  Numbering numbering = NextNumbers(pool);
+  std::uint64_t firstNode = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t firstElement = firstNode;
+  for (const ImportedMeshSet& set : sets) {
+    if (!set.mesh.nodeIds.empty()) firstNode = std::min(firstNode, set.mesh.nodeIds.front());
+    for (const MeshData::Block& block : set.mesh.blocks) {
+      for (const std::uint64_t element : block.elementIds) firstElement = std::min(firstElement, element);
+    }
+  }
+  if (firstNode > numbering.nodes) numbering.nodes = 0;
+  if (firstElement > numbering.elements) numbering.elements = 0;
+  return numbering;
+}
+
+std::vector<iterator> StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets,
+                                    const std::vector<iterator>& properties, const Numbering& numbering,
+                                    ImportNotes& notes) {
   MsetPool& pool = database.GetMsetPool();
-  const Numbering numbering = NextNumbers(pool);
-  std::vector<MeshData*> meshes;
-  meshes.reserve(sets.size());
-  for (ImportedMeshSet& set : sets) meshes.push_back(&set.mesh);
-  if (NumberAnew(meshes, numbering)) notes.push_back({"IDS_WB_IMPORT_NUMBERED_ANEW", {}});
   std::vector<iterator> itrs;
   for (ImportedMeshSet& set : sets) {
     tagTMset record;
-    record.name = NameOf(set.name);
+    record.name = RecordName(set.name);
     record.colour = pool.GetNewColor();
     if (const iterator parent = At(itrs, set.parent); parent != 0) record.parent = pool.GetAtNU(parent)->key;
     record.property = At(properties, set.property);
@@ -142,14 +160,66 @@ bool StoreMeshSets(Database& database, std::vector<ImportedMeshSet>& sets, const
     if (itrs.back() == 0) {
       const char* fault = FaultOf(*record.mesh);
       if (fault != nullptr) notes.push_back({"IDS_WB_IMPORT_NOT_ALLOWED", set.name + ": " + fault});
-      return false;
+      break;
     }
   }
-  return true;
+  return itrs;
 }
 
 bool AreAll(const std::vector<iterator>& itrs) {
   return std::find(itrs.begin(), itrs.end(), iterator{0}) == itrs.end();
+}
+
+/// What each set of an import holds, with all below it.
+std::vector<ElementMark> MarksOf(const MsetPool& pool, const std::vector<iterator>& msets,
+                                 const std::vector<ImportedMeshSet>& sets) {
+  std::vector<ElementMark> marks;
+  marks.reserve(msets.size());
+  for (const iterator mset : msets) marks.push_back(MarkOf(*pool.GetAtNU(mset)->mesh));
+  // Every set comes after the one that it lies in.
+  for (std::size_t place = sets.size(); place-- > 0;) {
+    const std::int32_t parent = sets[place].parent;
+    if (parent >= 0 && static_cast<std::size_t>(parent) < place)
+      marks[static_cast<std::size_t>(parent)] += marks[place];
+  }
+  return marks;
+}
+
+bool StoreDecks(Database& database, ImportedModel& model, const std::vector<iterator>& msets,
+                const std::vector<iterator>& materials, const std::vector<iterator>& properties,
+                const Numbering& numbering) {
+  const MsetPool& pool = database.GetMsetPool();
+  const std::vector<ElementMark> marks = MarksOf(pool, msets, model.meshSets);
+  const auto keyAt = [&](std::int32_t place) {
+    const iterator mset = At(msets, place);
+    return mset != 0 ? pool.GetAtNU(mset)->key & kMsetKeyMask : 0;
+  };
+  for (ImportedDeck& deck : model.decks) {
+    tagTDeck record;
+    record.name = RecordName(deck.name);
+    record.nodes = numbering.nodes;
+    record.elements = numbering.elements;
+    record.rest = keyAt(deck.rest);
+    for (ImportedDeck::Name& set : deck.sets) {
+      const std::uint32_t key = keyAt(set.place);
+      const ElementMark mark = key != 0 ? marks[static_cast<std::size_t>(set.place)] : ElementMark{};
+      record.sets.push_back({std::move(set.name), key, set.shared, mark.count, mark.sum});
+    }
+    for (ImportedDeck::Name& material : deck.materials) {
+      const iterator itr = At(materials, material.place);
+      if (itr == 0) continue;
+      const tagTMaterial& is = *database.GetMaterialPool().GetAtNU(itr);
+      record.materials.push_back({std::move(material.name), itr, is.youngsModulus, is.poissonsRatio, is.density});
+    }
+    for (const std::int32_t section : deck.sections) {
+      const iterator itr = At(properties, section);
+      const tagTProperty* is = database.GetPropertyPool().GetAtNU(itr);
+      record.sections.push_back({itr, is != nullptr ? is->material : 0, is != nullptr ? is->size : 0});
+    }
+    record.text = std::make_shared<const std::string>(std::move(deck.text));
+    if (database.GetDeckPool().Add(std::move(record)) == 0) return false;
+  }
+  return true;
 }
 
 }  // namespace
@@ -162,8 +232,21 @@ int StoreImport(Database& database, ImportedModel model, const CString& title, I
   if (!StoreParts(database, model.parts, said)) return 0;
   const std::vector<iterator> materials = StoreMaterials(database, model.materials, said);
   const std::vector<iterator> properties = StoreProperties(database, model.properties, materials, said);
-  if (!AreAll(materials) || !AreAll(properties) || !StoreMeshSets(database, model.meshSets, properties, said))
-    return 0;
+  if (!AreAll(materials) || !AreAll(properties)) return 0;
+  Numbering numbering = NumberingFor(database.GetMsetPool(), model.meshSets);
+  std::vector<MeshData*> meshes;
+  meshes.reserve(model.meshSets.size());
+  for (ImportedMeshSet& set : model.meshSets) meshes.push_back(&set.mesh);
+  if (NumberAnew(meshes, numbering)) {
+    said.push_back({"IDS_WB_IMPORT_NUMBERED_ANEW", {}});
+    numbering = NextNumbers(database.GetMsetPool());
+    // Numbers in the text of a deck would stand for something else.
+    for (const ImportedDeck& deck : std::exchange(model.decks, {})) {
+      said.push_back({"IDS_WB_NOTE_DECK_NUMBERS", deck.name});
+    }
+  }
+  const std::vector<iterator> msets = StoreMeshSets(database, model.meshSets, properties, numbering, said);
+  if (!AreAll(msets) || !StoreDecks(database, model, msets, materials, properties, numbering)) return 0;
   return transaction.Commit(1);
 }
 

@@ -11,4 +11,7 @@ namespace qd::workbench {
 int StoreImport(Database& database, ImportedModel model, const CString& title,
                 std::vector<ImportNote>* notes = nullptr);
 
+/// A name of a file as records hold it.
+CString RecordName(const std::string& utf8);
+
 }  // namespace qd::workbench

@@ -134,6 +134,9 @@ ExchangeRun::Step ExchangeRun::TakeFrame(const FrameReader::Frame& frame, Listen
         return Step::GoOn;
       }
       break;
+    case FrameType::Deck:
+      if (!m_model->decks.empty()) break;  // a file is one deck
+      return keep(DecodeDeck(frame.payload), m_model->decks);
     case FrameType::Done:
       return Step::Finished;
     case FrameType::Error:

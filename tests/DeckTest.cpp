@@ -1,0 +1,234 @@
+// What a solver input file holds beside its mesh: it stays with the document and is written back around the mesh.
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "support/Mesh.h"
+#include "workbench/exchange/formats/InpFile.h"
+#include "workbench/exchange/formats/MeshExport.h"
+#include "workbench/exchange/pipe/Protocol.h"
+#include "workbench/exchange/store/CollectExport.h"
+#include "workbench/exchange/store/StoreImport.h"
+#include "workbench/model/MeshActs.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+namespace fs = std::filesystem;
+
+// Two bricks in a row, a set over both, and everything that names them.
+const std::string kMesh =
+    "*NODE, NSET=NALL\n"
+    "1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,0,0,1\n6,1,0,1\n7,1,1,1\n8,0,1,1\n"
+    "9,0,0,2\n10,1,0,2\n11,1,1,2\n12,0,1,2\n"
+    "*ELEMENT, TYPE=C3D8R, ELSET=LOWER\n1,1,2,3,4,5,6,7,8\n"
+    "*ELEMENT, TYPE=C3D8I, ELSET=UPPER\n2,5,6,7,8,9,10,11,12\n"
+    "*ELSET, ELSET=EALL\nLOWER,UPPER\n";
+const std::string kModel =
+    "** what it is made of\n"
+    "*MATERIAL, NAME=STEEL\n*ELASTIC\n210000.,.3\n*PLASTIC\n235.,0.\n300.,.1\n*EXPANSION\n12.E-6\n"
+    "*SOLID SECTION, ELSET=EALL, MATERIAL=STEEL\n"
+    "*NSET, NSET=FIX\n1,2,3,4\n*NSET, NSET=TOP, GENERATE\n9,12\n"
+    "*SURFACE, NAME=LID\nUPPER,S2\n"
+    "*AMPLITUDE, NAME=RAMP\n0.,0.,1.,1.\n";
+const std::string kSteps =
+    "*STEP\n*STATIC\n*BOUNDARY\nFIX,1,3\n*CLOAD, "
+    "AMPLITUDE=RAMP\nTOP,3,10.\n12,1,1.\n*DLOAD\nUPPER,P2,5.\n2,P3,1.\n"
+    "*DSLOAD\nLID,P,2.\n*NODE PRINT, NSET=TOP\nU\n*EL PRINT, ELSET=EALL\nS\n*END STEP\n"
+    "*STEP\n*STATIC\n*DLOAD, OP=NEW\nEALL,GRAV,9.81,0.,0.,-1.\n*END STEP\n";
+
+class Deck : public MeshTest {
+ protected:
+  Deck() : m_folder(fs::temp_directory_path() / ("qd_deck" + std::to_string(::getpid()))) {
+    fs::create_directories(m_folder);
+  }
+  ~Deck() override { fs::remove_all(m_folder); }
+
+  void Import(const std::string& text) { Import(ReadInpText(text, "deck.inp")); }
+  void Import(ImportedModel model) { ASSERT_EQ(StoreImport(Data(), std::move(model), L"import"), 1); }
+  std::string Export() {
+    m_report = {};
+    const fs::path path = m_folder / "out.inp";
+    const auto error = WriteMeshFile(
+        path, CollectExport(Data(), Pool().GetItrList()), [](double) { return true; }, m_report);
+    EXPECT_FALSE(error) << error->key << error->detail;
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+  }
+  /// What was said, one after another.
+  std::string Said() const {
+    std::string all;
+    for (const ImportNote& note : m_report.notes)
+      all += note.key.substr(note.key.rfind('_') + 1) + " " + note.detail + "; ";
+    return all;
+  }
+  iterator Set(const CString& name) { return Pool().GetItr(name); }
+  /// Cards without blanks at the commas, as one text between lines.
+  static std::string Squeezed(const std::string& text) {
+    std::string squeezed = "\n";
+    for (const char letter : text) {
+      if (letter != ' ') squeezed += letter;
+    }
+    return squeezed;
+  }
+  static ::testing::AssertionResult Holds(const std::string& text, const std::string& part) {
+    if (Squeezed(text).find(Squeezed(part)) != std::string::npos) return ::testing::AssertionSuccess();
+    return ::testing::AssertionFailure() << part << "is not in\n" << text;
+  }
+  fs::path m_folder;
+  ExportReport m_report;
+};
+
+TEST_F(Deck, WhatWasNotChangedComesBackWordForWord) {
+  Import(kMesh + kModel + kSteps);
+  EXPECT_EQ(Squeezed(Export()), Squeezed(kMesh + kModel + kSteps));
+  EXPECT_EQ(Said(), "");
+}
+
+TEST_F(Deck, NamesFollowWhatTheTreeCallsThem) {
+  Import(kMesh + kModel + kSteps);
+  ChangeMset(Set(L"UPPER"), [](tagTMset& set) { set.name = L"Upper half"; });
+  ChangeMset(Set(L"EALL"), [](tagTMset& set) { set.name = L"BAR"; });
+  const iterator steel = Data().GetMaterialPool().GetItrList().front();
+  Act([&] {
+    tagTMaterial record = *Data().GetMaterialPool().GetAtNU(steel);
+    record.name = L"S235";
+    record.youngsModulus = 200000;
+    ASSERT_EQ(Data().GetMaterialPool().Change(steel, record), 1);
+  });
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "*ELEMENT, TYPE=C3D8I, ELSET=\"Upper half\"\n"));
+  EXPECT_TRUE(Holds(text, "*ELSET, ELSET=BAR\nLOWER,\"Upper half\"\n"));
+  EXPECT_TRUE(Holds(text, "*DLOAD\n\"Upper half\",P2,5.\n2,P3,1.\n"));
+  EXPECT_TRUE(Holds(text, "*SURFACE, NAME=LID\n\"Upper half\",S2\n"));
+  EXPECT_TRUE(Holds(text, "*MATERIAL, NAME=S235\n*ELASTIC\n200000, 0.3\n*PLASTIC\n235.,0.\n300.,.1\n"));
+  EXPECT_TRUE(Holds(text, "*SOLID SECTION, ELSET=BAR, MATERIAL=S235\n"));
+  EXPECT_EQ(Said(), "");
+}
+
+TEST_F(Deck, WhatIsGoneIsWrittenAsACommentAndSaid) {
+  Import(
+      kMesh + kModel +
+      "*EQUATION\n2\n9,1,1.,1,1,-1.\n*COUPLING, REF NODE=12, SURFACE=LID, CONSTRAINT NAME=C\n*KINEMATIC\n1,3\n" +
+      kSteps);
+  Act([&] { ASSERT_EQ(Pool().TR_Del({Set(L"UPPER")}), 1); });
+  const std::string text = Export();
+  // The other brick's nodes are gone with it.
+  EXPECT_TRUE(Holds(text, "*ELSET,ELSET=EALL\n1,\n") || Holds(text, "*ELSET,ELSET=EALL\nLOWER,\n")) << text;
+  EXPECT_TRUE(Holds(text, "** *SURFACE, NAME=LID\n** UPPER,S2\n"));
+  EXPECT_TRUE(Holds(text, "** *DSLOAD\n** LID,P,2.\n"));
+  EXPECT_TRUE(Holds(text, "** *NSET, NSET=TOP, GENERATE\n** 9,12\n"));
+  EXPECT_TRUE(Holds(text, "** *CLOAD, AMPLITUDE=RAMP\n** TOP,3,10.\n** 12,1,1.\n"));
+  EXPECT_TRUE(Holds(text, "** *EQUATION\n** 2\n** 9,1,1.,1,1,-1.\n"));
+  EXPECT_TRUE(Holds(text, "** *KINEMATIC\n** 1,3\n"));
+  EXPECT_TRUE(Holds(text, "** *NODE PRINT, NSET=TOP\n"));
+  EXPECT_TRUE(Holds(text, "*EL PRINT, ELSET=EALL\nS\n*END STEP\n"));
+  EXPECT_EQ(text.find("\n*DLOAD\n"), std::string::npos);
+  for (const char* said :
+       {"SET UPPER", "*SURFACE: UPPER", "*DSLOAD: LID", "*CLOAD: TOP", "*EQUATION: 9", "*DLOAD: UPPER"}) {
+    EXPECT_NE(Said().find(said), std::string::npos) << said << " is not in " << Said();
+  }
+}
+
+TEST_F(Deck, ElementsThatMoveTakeTheirLoadsAlong) {
+  Import(kMesh + kModel + kSteps);
+  ASSERT_TRUE(MoveElements(Data(), {{1, 1}}, Set(L"UPPER"), 0, L"move").IsDone());
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "*ELEMENT, TYPE=C3D8R\n1,1,2,3,4,5,6,7,8\n*ELEMENT, TYPE=C3D8I\n2,"));
+  EXPECT_TRUE(Holds(text, "*ELSET, ELSET=UPPER\n1,2,\n") || Holds(text, "*ELSET, ELSET=UPPER\n2,1,\n")) << text;
+  EXPECT_TRUE(Holds(text, "*DLOAD\nUPPER,P2,5.\n2,P3,1.\n"));
+  EXPECT_EQ(text.find("LOWER"), std::string::npos) << text;
+}
+
+TEST_F(Deck, ASecondDeckGetsNumbersAndNamesOfItsOwn) {
+  const std::string model = kModel +
+                            "*FILM\nEALL,F1FC,9,.5\nEALL,F2,9,.5\n*DLOAD\n1,P2NP,12\n1,P3,12\n*EQUATION\n2\n9,1,1."
+                            ",1,1,-1.\n*RIGID BODY, NSET=TOP, REF NODE=9\n";
+  Import(kMesh + model + kSteps);
+  Import(kMesh + model + "*MYSTERY\n1,2\n" + kSteps);
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "*NODE, NSET=NALL-2\n13, 0, 0, 0\n"));
+  EXPECT_TRUE(Holds(text, "*ELEMENT, TYPE=C3D8I, ELSET=UPPER-2\n4,17,18,19,20,21,22,23,24\n"));
+  EXPECT_TRUE(Holds(text, "*NSET, NSET=FIX-2\n13, 14, 15, 16\n*NSET, NSET=TOP-2, GENERATE\n21, 24, 1\n"));
+  EXPECT_TRUE(Holds(text, "*SURFACE, NAME=LID-2\nUPPER-2,S2\n"));
+  EXPECT_TRUE(Holds(text, "*SOLID SECTION, ELSET=EALL-2, MATERIAL=STEEL-2\n"));
+  EXPECT_TRUE(Holds(text, "*EQUATION\n2\n21,1,1.,13,1,-1.\n*RIGID BODY, NSET=TOP-2, REF NODE=21\n"));
+  // A node may stand where a value does.
+  EXPECT_TRUE(Holds(text, "*FILM\nEALL-2,F1FC,21,.5\nEALL-2,F2,9,.5\n*DLOAD\n3,P2NP,24\n3,P3,12\n"));
+  // One file has the steps of one deck, and what is not known cannot be given other numbers.
+  EXPECT_TRUE(Holds(text, "*CLOAD, AMPLITUDE=RAMP\nTOP,3,10.\n12,1,1.\n"));
+  EXPECT_TRUE(Holds(text, "** *MYSTERY\n** 1,2\n"));
+  EXPECT_EQ(Said(),
+            "RENAMED EALL → EALL-2, LOWER → LOWER-2, UPPER → UPPER-2, STEEL → STEEL-2; CARD *MYSTERY: 1; "
+            "STEPS deck.inp; ");
+}
+
+TEST_F(Deck, NumbersStayWhereTheyAreFree) {
+  Import("*NODE\n101,0,0,0\n102,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=A\n101,101,102\n");
+  Import("*NODE\n201,0,0,0\n202,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=B\n201,201,202\n");
+  EXPECT_TRUE(Holds(Export(), "*ELEMENT, TYPE=T3D2, ELSET=B\n201,201,202\n"));
+}
+
+TEST_F(Deck, SetsThatShareElementsKeepTheirOwnLists) {
+  const std::string sets =
+      "*ELSET, ELSET=FIRST\n1\n*ELSET, ELSET=SAME\n1\n*ELSET, ELSET=LAST\n2\n*ELSET, ELSET=BOTH, INTERNAL\n1,2\n"
+      "*ELSET, ELSET=ODD\n1\n";
+  Import(kMesh + sets + kModel + kSteps);
+  EXPECT_EQ(Squeezed(Export()), Squeezed(kMesh + sets + kModel + kSteps));
+}
+
+TEST_F(Deck, ValuesOfPropertiesTakeTheirPlaceOrAreSaid) {
+  Import(
+      "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n*ELEMENT, TYPE=S4, ELSET=SHELL\n1,1,2,3,4\n"
+      "*ELEMENT, TYPE=B31, ELSET=BEAM\n2,1,2\n*MATERIAL, NAME=HOT\n*ELASTIC\n1.,.3,20.\n2.,.3,500.\n"
+      "*SHELL SECTION, ELSET=SHELL, MATERIAL=HOT, OFFSET=.5\n.25\n"
+      "*BEAM SECTION, ELSET=BEAM, MATERIAL=HOT, SECTION=CIRC\n.5\n1.,0.,0.\n");
+  Act([&] {
+    for (const iterator itr : Data().GetPropertyPool().GetItrList()) {
+      tagTProperty property = *Data().GetPropertyPool().GetAtNU(itr);
+      property.size = 2;
+      ASSERT_EQ(Data().GetPropertyPool().Change(itr, property), 1);
+    }
+    const iterator hot = Data().GetMaterialPool().GetItrList().front();
+    tagTMaterial material = *Data().GetMaterialPool().GetAtNU(hot);
+    material.youngsModulus = 7;
+    ASSERT_EQ(Data().GetMaterialPool().Change(hot, material), 1);
+  });
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "*SHELL SECTION, ELSET=SHELL, MATERIAL=HOT, OFFSET=.5\n2\n"));
+  EXPECT_TRUE(Holds(text, "*BEAM SECTION, ELSET=BEAM, MATERIAL=HOT, SECTION=CIRC\n.5\n1.,0.,0.\n"));
+  EXPECT_TRUE(Holds(text, "*ELASTIC\n1.,.3,20.\n2.,.3,500.\n"));
+  EXPECT_EQ(Said(), "VALUE HOT, BEAM; ");
+}
+
+TEST_F(Deck, IncludedLinesAreKeptInTheirPlace) {
+  std::ofstream(m_folder / "loads.inc") << "*CLOAD\n12,3,1.\n";
+  std::ofstream(m_folder / "deck.inp") << kMesh << "*STEP\n*STATIC\n*INCLUDE, INPUT=loads.inc\n*END STEP\n";
+  Import(ReadInpFile(m_folder / "deck.inp", [](double) {}));
+  EXPECT_TRUE(Holds(Export(), "*STEP\n*STATIC\n*CLOAD\n12,3,1.\n*END STEP\n"));
+}
+
+TEST_F(Deck, AnImportTakesItsDeckBackWhenItIsUndone) {
+  Import(kMesh + kModel + kSteps);
+  ASSERT_EQ(Data().Undo(), 1);
+  EXPECT_EQ(Data().GetDeckPool().Count(), 0U);
+  ASSERT_EQ(Data().Redo(), 1);
+  EXPECT_EQ(Squeezed(Export()), Squeezed(kMesh + kModel + kSteps));
+}
+
+TEST_F(Deck, GoesThroughThePipeWholeOrNotAtAll) {
+  const ImportedModel model = ReadInpText(kMesh + kModel + kSteps, "deck.inp");
+  const std::string bytes = Encode(model.decks.front());
+  const auto back = DecodeDeck(bytes);
+  ASSERT_TRUE(back);
+  EXPECT_EQ(Encode(*back), bytes);
+  EXPECT_EQ(back->text, model.decks.front().text);
+  for (std::size_t length = 0; length < bytes.size(); ++length) EXPECT_FALSE(DecodeDeck(bytes.substr(0, length)));
+  EXPECT_FALSE(DecodeDeck(bytes + "x"));
+}
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace qd::workbench {
+
+/// One keyword of a solver input file with its data lines, as they stand in a text.
+struct InpCard {
+  struct Parameter {
+    std::string name;  ///< upper case, without blanks
+    std::size_t at = 0;
+    std::size_t length = 0;  ///< of the value in the header, quotation marks included; 0 for none
+  };
+  std::string keyword;                     ///< upper case, without blanks
+  std::string header;                      ///< in one line
+  std::vector<Parameter> parameters;       ///< in their order
+  std::vector<std::string_view> comments;  ///< lines before it
+  std::vector<std::string_view> lines;     ///< data, with the comments between them
+
+  /// The value of a parameter without quotation marks, empty when it is missing.
+  std::string Value(std::string_view parameter) const;
+  bool Has(std::string_view parameter) const;
+};
+
+/// Divides a text into its cards; they stay good as long as it. What stands before the first keyword and behind
+/// the last one comes as comments of a card without keyword.
+std::vector<InpCard> CardsOf(std::string_view text);
+
+bool IsComment(std::string_view line);
+
+/// What names in a deck name. Names of one kind do not meet those of another.
+enum class InpName : std::uint8_t {
+  ElementSet,
+  NodeSet,
+  Surface,
+  Material,
+  Orientation,
+  Amplitude,
+  Interaction,
+  Tie,
+  Other
+};
+inline constexpr std::size_t kInpNames = static_cast<std::size_t>(InpName::Other) + 1;
+
+/// What stands in the data lines of a keyword.
+struct InpRule {
+  std::string_view keyword;  ///< without blanks
+  /// One letter for each field: n a node or node set, e an element or element set, s a surface, m a material, o an
+  /// orientation, . none of these. What stands in brackets repeats to the end of the line.
+  std::string_view fields;
+  enum Loss : std::uint8_t {
+    kLine,   ///< a line that no longer fits goes alone
+    kField,  ///< the field goes alone: lines are lists
+    kCard    ///< the lines are one thing: all go
+  } loss = kLine;
+  std::string_view under = {};  ///< the keyword that it belongs to and goes with
+};
+
+/// Null for a keyword of whose data nothing is known.
+const InpRule* FindInpRule(std::string_view keyword);
+/// Whether a keyword gives elements their material and size.
+bool IsInpSection(std::string_view keyword);
+
+/// How names and numbers of a deck are to be written.
+class InpFit {
+ public:
+  std::uint64_t nodes = 0;                  ///< added to numbers of nodes
+  std::uint64_t elements = 0;               ///< likewise
+  std::vector<std::uint64_t> lostNodes;     ///< as written; in ascending order
+  std::vector<std::uint64_t> lostElements;  ///< likewise
+
+  /// A name that is written otherwise; what is not told stays as it is.
+  void Rename(InpName kind, const std::string& from, const std::string& to);
+  void Lose(InpName kind, const std::string& name);
+  /// Takes back that a name is lost.
+  void Keep(InpName kind, const std::string& name);
+  /// Null for what stays as it is, empty for what is lost.
+  const std::string* Find(InpName kind, std::string_view name) const;
+
+ private:
+  std::map<std::string, std::string, std::less<>> m_names[kInpNames];
+};
+
+/// Why something cannot be written.
+struct InpLoss {
+  std::string reason;  ///< for who reads the file; empty when nothing is lost
+  std::string what;    ///< the name or number that is missing
+  bool IsAny() const { return !reason.empty(); }
+};
+
+/// A card with its names and numbers as they fit.
+struct InpFitted {
+  struct Line {
+    std::string text;
+    InpLoss loss{};
+  };
+  std::string header;
+  InpLoss loss;  ///< why none of it can be written
+  std::vector<Line> lines;
+  std::vector<InpLoss> left;  ///< what went from lists
+};
+/// What NAME= of a keyword names, or another parameter; Other for neither.
+InpName InpNameOfParameter(const InpCard& card, const std::string& parameter);
+InpFitted Fit(const InpCard& card, const InpFit& fit);
+
+/// A number that stands alone in a field.
+std::optional<std::uint64_t> InpNumberOf(std::string_view field);
+/// A name as it stands in a deck: in quotation marks unless it is a plain word, since one that begins with a digit
+/// is taken for a number in lists.
+std::string QuotedInpName(const std::string& name);
+
+}  // namespace qd::workbench
