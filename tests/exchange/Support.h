@@ -36,8 +36,9 @@ class Folder {
     std::ofstream(m_path + "/" + name, std::ios::binary) << bytes;
     return m_path + "/" + name;
   }
-  std::string Read(const std::string& name) const {
-    std::ifstream in(m_path + "/" + name, std::ios::binary);
+  std::string Read(const std::string& name) const { return ReadAt(m_path + "/" + name); }
+  static std::string ReadAt(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
   }
   std::set<std::string> Names() const {

@@ -51,6 +51,10 @@ constexpr Option kOptions[] = {
     {"--messages", "FOLDER", "message tables to use in place of the program's own", Keep<&CommandLine::messages>},
     {"--allow-includes", "FOLDER", "solver decks may include files of this folder beside those of their own",
      Keep<&CommandLine::includes>},
+    {"--reader-memory", "MIB", "memory that reading a file may take; without it three quarters of the machine's",
+     Keep<&CommandLine::readerMemory>},
+    {"--reader-seconds", "N", "how long reading may work without getting on before it is given up",
+     Keep<&CommandLine::readerSeconds>},
     {"--help", "", "say how the program is called and end", Choose<Mode::Help>},
     {"--version", "", "say which version this is and end", Choose<Mode::Version>},
 };
@@ -133,6 +137,13 @@ class Reader {
   std::set<std::string_view> m_given;
 };
 
+/// Of what is counted: neither nothing nor more than anything has.
+bool IsCount(const std::string& text) {
+  constexpr std::size_t kDigits = 9;
+  return text.size() <= kDigits && text.find_first_not_of("0123456789") == std::string::npos &&
+         text.find_first_not_of('0') != std::string::npos;
+}
+
 /// What holds between the options and the files.
 std::optional<std::string> CheckLine(const CommandLine& line) {
   if (line.mode == Mode::Help || line.mode == Mode::Version) return std::nullopt;
@@ -141,6 +152,9 @@ std::optional<std::string> CheckLine(const CommandLine& line) {
     return "there is no product variant " + line.variant;
   }
   if (line.force && line.mode != Mode::Repair) return "--force goes only with --repair";
+  for (const std::string* count : {&line.readerMemory, &line.readerSeconds}) {
+    if (!count->empty() && !IsCount(*count)) return *count + " is not a number that can be a limit";
+  }
   const ModeRule* rule = RuleOf(line.mode);
   if (rule == nullptr) return std::nullopt;
   if (!line.screenshot.empty())

@@ -20,6 +20,9 @@ struct CommandLine {
   std::string messages;
   std::string variant = "standard";
   std::string includes;  ///< a folder beside its own that a solver deck may take files from
+  std::string
+      readerMemory;  ///< MiB that the exchange program may hold; a number, or empty for what it is by itself
+  std::string readerSeconds;  ///< of processor time that it may work without getting on, likewise
   std::vector<std::string> files;
 };
 

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QTimer>
 #include <algorithm>
+#include <chrono>
+#include <cstdlib>
 #include <iostream>
 
 #include "platform/Version.h"
@@ -92,6 +94,13 @@ bool HasDisplay() {
 #endif
 }
 
+void SetLimits(const CommandLine& line) {
+  constexpr unsigned kMiB = 20;
+  ExchangeSettings& settings = SettingsOfExchange();
+  settings.memory = std::strtoull(line.readerMemory.c_str(), nullptr, 10) << kMiB;
+  settings.work = std::chrono::seconds(std::strtoll(line.readerSeconds.c_str(), nullptr, 10));
+}
+
 template <typename Application>
 int RunProgram(int argc, char** argv, const CommandLine& line) {
   // The toolkit would take options of its own out of the arguments; ours are read already.
@@ -99,6 +108,7 @@ int RunProgram(int argc, char** argv, const CommandLine& line) {
   Application app(count, argv);
   QCoreApplication::setOrganizationName("QD_wrt");
   QCoreApplication::setApplicationName("workbench");
+  SetLimits(line);
   MessageTables messages(NameFromBytes(line.messages));
   if (const auto fault = Prepare(line, messages)) return SayWrongUse(*fault);
   if constexpr (std::is_same_v<Application, QApplication>) {
