@@ -71,6 +71,32 @@ TEST_F(DocumentFileTest, NamesOfAnyElementsComeBack) {
     EXPECT_EQ(parts.GetAtNU(parts.GetItrList()[i])->name, names[i]) << i;
 }
 
+/// The library is told what a value may take: of a file that is read no more than the file, of one that is written
+/// whatever a record may.
+TEST_F(DocumentFileTest, ALargePartIsKeptHoweverSmallTheFileWas) {
+  const auto document = Create(Path("a.qdw"));
+  const auto add = [&document](std::size_t bytes) {
+    CTransaction transaction(&document->data);
+    transaction.Begin(L"large");
+    auto shape = std::make_shared<PartShape>();
+    shape->brep = std::string(bytes, 'b');
+    tagTGeom part;
+    part.cadItem = document->data.GetGeomPool().NextNumber();
+    part.shape = shape;
+    document->data.GetGeomPool().Add(part);
+    return transaction.Commit(1);
+  };
+  EXPECT_EQ(add(3U << 20U), 1) << document->said;
+  DocumentError error;
+  document->file = document->file->CopyAndOpen(Path("b.qdw"), error);
+  ASSERT_NE(document->file, nullptr) << error.detail;
+  document->Keep();
+  EXPECT_EQ(add(9U << 20U), 1) << document->said;
+  const std::string contents = Contents(document->data);
+  document->file.reset();
+  EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), contents);
+}
+
 TEST_F(DocumentFileTest, ACopyIsWholeAndReplacesWhatWasThere) {
   const auto document = Create(Path("a.qdw"));
   DocumentScript script(document->data);

@@ -122,7 +122,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
     }
   }
   auto hold = Finish(whole, error);
-  return hold != nullptr ? AttachHeld(whole.Target().string(), std::move(hold), error, vfs) : nullptr;
+  return hold != nullptr ? AttachOwn(whole.Target().string(), std::move(hold), error, vfs) : nullptr;
 }
 
 std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, DocumentError& error, const char* vfs,
@@ -173,6 +173,14 @@ std::unique_ptr<DocumentFile> DocumentFile::AttachHeld(const std::string& path, 
   }
   const int version = ReadVersion(file->m_file, path, error);
   return version != 0 && file->TakeUp(version, error) ? std::move(file) : nullptr;
+}
+
+/// What this program has just written need not be measured by its size, and acts may add larger values.
+std::unique_ptr<DocumentFile> DocumentFile::AttachOwn(const std::string& path, std::unique_ptr<DocumentHold> hold,
+                                                      DocumentError& error, const char* vfs) {
+  std::unique_ptr<DocumentFile> file = AttachHeld(path, std::move(hold), error, vfs);
+  if (file != nullptr) file->m_file.AllowLargeValues();
+  return file;
 }
 
 bool DocumentFile::TakeUp(int version, DocumentError& error) {
@@ -362,7 +370,7 @@ bool DocumentFile::CopyTo(const std::string& path, DocumentError& error, const P
 std::unique_ptr<DocumentFile> DocumentFile::CopyAndOpen(const std::string& path, DocumentError& error,
                                                         const ProgressCall& progress) {
   auto hold = WriteCopy(path, error, progress);
-  return hold != nullptr ? AttachHeld(Resolved(path), std::move(hold), error, nullptr) : nullptr;
+  return hold != nullptr ? AttachOwn(Resolved(path), std::move(hold), error, nullptr) : nullptr;
 }
 
 std::unique_ptr<DocumentHold> DocumentFile::WriteCopy(const std::string& path, DocumentError& error,

@@ -78,6 +78,8 @@ class DocumentFile final : public IRecordStore {
 
   static std::unique_ptr<DocumentFile> AttachHeld(const std::string& path, std::unique_ptr<DocumentHold> hold,
                                                   DocumentError& error, const char* vfs);
+  static std::unique_ptr<DocumentFile> AttachOwn(const std::string& path, std::unique_ptr<DocumentHold> hold,
+                                                 DocumentError& error, const char* vfs);
   std::unique_ptr<DocumentHold> WriteCopy(const std::string& path, DocumentError& error,
                                           const ProgressCall& progress);
 
