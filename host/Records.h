@@ -42,6 +42,33 @@ struct PartShape {
   std::vector<std::pair<std::string, double>> geometry;
 };
 
+/// An assembly of a CAD file that holds a part: a product, and its use in the assembly above.
+struct AssemblyUse {
+  CString product;
+  CString instance;       ///< name of the use; empty for the outermost one
+  std::uint32_t use = 0;  ///< which use in the assembly above, from 1; 0 for the outermost one
+};
+
+/// Where a part stands in the CAD file that it came from. Names are whole, those of parts may be cut.
+struct PartOrigin {
+  CString product;
+  CString instance;                     ///< name of the product's use
+  std::uint32_t use = 0;                ///< which use in the innermost assembly, from 1; 0 outside of assemblies
+  std::uint32_t import = 0;             ///< number of the first part that came in with it
+  std::vector<AssemblyUse> assemblies;  ///< that hold it, the outermost first
+};
+
+/// The assemblies that hold a part, names divided by "/": those of the products, or of the uses where they have
+/// some. Empty outside of assemblies.
+inline CString AssemblyPath(const PartOrigin& origin, bool instances = false) {
+  CString path;
+  for (const AssemblyUse& assembly : origin.assemblies) {
+    if (!path.empty()) path += L'/';
+    path += instances && !assembly.instance.empty() ? assembly.instance : assembly.product;
+  }
+  return path;
+}
+
 /// A geometry part.
 struct tagTGeom : tagTRecord {
   COLORREF colour = 0;
@@ -52,6 +79,7 @@ struct tagTGeom : tagTRecord {
   iterator gset = 0;     ///< geometry set that holds the part
   bool flexible = true;  ///< body type of a solid: flexible or rigid
   std::shared_ptr<const PartShape> shape;
+  std::shared_ptr<const PartOrigin> origin;  ///< null for what came from no file with products
 };
 
 /// A named group of geometry parts.

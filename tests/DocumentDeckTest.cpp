@@ -52,7 +52,9 @@ TEST_F(DocumentDeck, NamesThatAreCutShortAreRefused) {
 
 TEST_F(DocumentDeck, DocumentsOfTheVersionBeforeOpenAndTakeOne) {
   { const auto document = Create(Path("old.qdw")); }
-  Sql(Path("old.qdw"), "DROP TABLE deck; DROP TABLE deck_text; DROP TABLE document; PRAGMA user_version = 1");
+  Sql(Path("old.qdw"),
+      "DROP TABLE deck; DROP TABLE deck_text; DROP TABLE part_origin; DROP TABLE document; PRAGMA user_version = "
+      "1");
   {
     const auto document = Open(Path("old.qdw"));
     ASSERT_NE(document->file, nullptr) << document->error.detail;

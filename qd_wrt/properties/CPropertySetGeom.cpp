@@ -52,11 +52,30 @@ void CPropertySetGeom::ShowProperty() {
                                    {Text("IDS_QD_DB_BODY_RIGID"), Text("IDS_QD_DB_BODY_FLEXIBLE")},
                                    session->GetAppDB().IsFlexibleBody(GetIterator()), {}, kBodyRow, 1);
     }
+    AddOrigin(title, record);
     AddMeasures(title, record);
   }
   AdjustLayout();
   SetInfo(1);
   ShowApplyBtn(0);
+}
+
+/// What the file that the part came from calls it, and where it has it.
+void CPropertySetGeom::AddOrigin(CBCGPProp* parent, const tagTGeom& record) {
+  if (record.origin == nullptr) return;
+  const auto add = [&](const char* key, const CString& text) {
+    constexpr std::size_t kMost = 1000;  // names of files have no end
+    if (text.empty()) return;
+    const bool isLong = text.size() > kMost;
+    const CString shown = isLong ? text.substr(0, CutLength(text, kMost)) + L"…" : text;
+    AddText(parent, Text(key), shown, kReadOnlyRow, true);
+  };
+  add("IDS_QD_WRT_PROP_PRODUCT", record.origin->product);
+  add("IDS_QD_WRT_PROP_INSTANCE", record.origin->instance);
+  add("IDS_QD_WRT_PROP_ASSEMBLY", AssemblyPath(*record.origin));
+  if (const CString uses = AssemblyPath(*record.origin, true); uses != AssemblyPath(*record.origin)) {
+    add("IDS_QD_WRT_PROP_ASSEMBLY_USES", uses);
+  }
 }
 
 void CPropertySetGeom::AddMeasures(CBCGPProp* parent, const tagTGeom& record) {

@@ -15,6 +15,7 @@ class QD_EXPORT CPropertySetGeom final : public IPropertySet {
 
  private:
   void ApplyMaterial(const CString& label);
+  void AddOrigin(CBCGPProp* parent, const tagTGeom& record);
   void AddMeasures(CBCGPProp* parent, const tagTGeom& record);
 };
 

@@ -41,6 +41,10 @@ std::pair<const void*, std::size_t> LargePart(std::uint16_t type, const tagTReco
   return {nullptr, 0};
 }
 
+const PartOrigin* OriginOf(std::uint16_t type, const tagTRecord* record) {
+  return record != nullptr && type == kDataGeom ? static_cast<const tagTGeom*>(record)->origin.get() : nullptr;
+}
+
 }  // namespace
 
 std::size_t BytesOf(const std::vector<JournalEntry>& net) {
@@ -48,6 +52,8 @@ std::size_t BytesOf(const std::vector<JournalEntry>& net) {
   std::size_t bytes = net.size() * kEntry;
   std::set<const void*> counted;  // parts of one act may share a shape
   for (const JournalEntry& entry : net) {
+    const PartOrigin* origin = OriginOf(TypeOf(entry.itr), entry.after.get());
+    if (origin != nullptr && origin != OriginOf(TypeOf(entry.itr), entry.before.get())) bytes += BytesOf(*origin);
     const auto before = LargePart(TypeOf(entry.itr), entry.before.get());
     const auto after = LargePart(TypeOf(entry.itr), entry.after.get());
     if (before.first == after.first) continue;

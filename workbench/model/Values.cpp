@@ -61,6 +61,8 @@ const char* Fault(const tagTGeom& part) {
   if (part.name.size() > kMostName) return kLongName;
   if (part.kind > TopologyKind::Compound) return kUnknownKind;
   if (part.cadItem != part.id) return "a wrong number in the view";
+  if (part.origin != nullptr && BytesOf(*part.origin) > kMostPartBytes) return "an origin beyond all size";
+  if (const char* fault = part.origin != nullptr ? FaultOf(*part.origin) : nullptr) return fault;
   return part.shape != nullptr && BytesOf(*part.shape) > kMostPartBytes ? "a shape beyond all size" : nullptr;
 }
 
@@ -162,6 +164,11 @@ void Fit(tagTDeck& deck) {
   deck.rest &= kMsetKeyMask;
 }
 
+void Fit(tagTGeom& part) {
+  Fit(part.name);
+  if (part.origin != nullptr && Fault(part) != nullptr) part.origin = nullptr;
+}
+
 void Fit(tagTMset& set) {
   Fit(set.name);
   set.parent &= kMsetKeyMask;
@@ -183,9 +190,8 @@ void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record) {
     case kDataGset:
       return Fit(static_cast<tagTGset&>(record).name);
     case kDataGeom:
-      Fit(static_cast<tagTGeom&>(record).name);
       static_cast<tagTGeom&>(record).cadItem = id;
-      return;
+      return Fit(static_cast<tagTGeom&>(record));
     case kDataProperty:
       Fit(static_cast<tagTProperty&>(record).name);
       return Fit(static_cast<tagTProperty&>(record).size);
@@ -233,6 +239,24 @@ std::size_t BytesOf(const PartShape& shape) {
   const PartFacets& facets = shape.facets;
   return shape.brep.size() + sizeof(float) * (facets.points.size() + facets.normals.size()) +
          sizeof(std::uint32_t) * (facets.triangles.size() + facets.lineSizes.size() + facets.lines.size());
+}
+
+const char* FaultOf(const PartOrigin& origin) {
+  if (origin.assemblies.size() > kMostAssemblies) return "a list beyond all length";
+  const bool isLong = origin.product.size() > kMostName || origin.instance.size() > kMostName ||
+                      std::any_of(origin.assemblies.begin(), origin.assemblies.end(), [](const AssemblyUse& at) {
+                        return at.product.size() > kMostName || at.instance.size() > kMostName;
+                      });
+  if (isLong) return kLongName;
+  return origin.import > kMostRecords ? "a number beyond all" : nullptr;
+}
+
+std::size_t BytesOf(const PartOrigin& origin) {
+  std::size_t elements = origin.product.size() + origin.instance.size();
+  for (const AssemblyUse& at : origin.assemblies) {
+    elements += at.product.size() + at.instance.size() + sizeof(AssemblyUse);
+  }
+  return elements * sizeof(std::uint32_t);
 }
 
 std::size_t BytesOf(const MeshData& mesh) {

@@ -20,6 +20,8 @@ inline constexpr std::uint64_t kMostNumber = 1'000'000'000'000'000;
 inline constexpr std::uint64_t kMostKeptNumber = kMostNumber / 1000;
 /// Elements of a name or text.
 inline constexpr std::size_t kMostName = 1'000'000;
+/// Assemblies that a part lies in.
+inline constexpr std::size_t kMostAssemblies = 1000;
 /// Bytes of a shape or of a mesh in a document.
 inline constexpr std::size_t kMostPartBytes = 900'000'000;
 /// Places of a choice among the parameters of a generation.
@@ -42,10 +44,12 @@ void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record);
 /// parts fit each other is asked first, by HangsTogether of ModelBytes.h.
 const char* FaultOf(const MeshData& mesh);
 const char* FaultOf(const PartShape& shape);
+const char* FaultOf(const PartOrigin& origin);
 /// Likewise for the text of a deck.
 const char* FaultOf(const std::string& text);
 /// About how many bytes they take in a document.
 std::size_t BytesOf(const MeshData& mesh);
 std::size_t BytesOf(const PartShape& shape);
+std::size_t BytesOf(const PartOrigin& origin);
 
 }  // namespace qd::workbench

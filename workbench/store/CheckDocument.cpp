@@ -35,8 +35,8 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
   });
   RecordCheck records;
   bool whole = true;
-  for (const auto& table : MakeRecordTables()) {
-    if (!IsTableOf(table->Name(), version)) continue;  // a later version brought it
+  // What later versions brought is not there.
+  for (const auto& table : MakeRecordTables([&](const std::string& name) { return IsTableOf(name, version); })) {
     const bool read = table->Read(
         *file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { records.Add(itr, std::move(record)); },
         [&](iterator itr, const std::string& fault) { records.Complain(table->Name(), itr, fault); });
@@ -98,8 +98,10 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
     return !stopped;
   });
   RecordCheck records;
-  for (const auto& table : MakeRecordTables()) {
-    if (std::find(sound.begin(), sound.end(), table->Name()) == sound.end()) continue;
+  const auto isSound = [&sound](const std::string& table) {
+    return std::find(sound.begin(), sound.end(), table) != sound.end();
+  };
+  for (const auto& table : MakeRecordTables(isSound)) {
     const auto keep = [&](iterator itr, std::shared_ptr<tagTRecord> record) {
       records.Add(itr, std::move(record));
     };
@@ -125,7 +127,7 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
   for (const std::string& line : records.Mended()) notes.push_back({kMended, line});
   Database database;
   for (const auto& [itr, record] : records.All()) database.Load(itr, record);
-  if (std::find(sound.begin(), sound.end(), "pool") != sound.end()) {
+  if (isSound("pool")) {
     ReadNumbers(*file, [&database](iterator last) { database.ReserveNumbers(last); });
   }
   return DocumentFile::Create(repaired, database, error) != nullptr;

@@ -195,7 +195,7 @@ bool DocumentFile::TakeUp(int version, DocumentError& error) {
   }
   // What is only viewed stays of its version, which may lack tables.
   if (m_viewed) {
-    std::erase_if(m_tables, [version](const auto& table) { return !IsTableOf(table->Name(), version); });
+    m_tables = MakeRecordTables([version](const std::string& table) { return IsTableOf(table, version); });
   }
   Prepare();
   if (m_viewed != nullptr) return true;

@@ -69,6 +69,8 @@ constexpr std::array kTables{
         "CREATE TABLE deck (itr INTEGER PRIMARY KEY, name ANY NOT NULL, nodes INTEGER NOT NULL, elements INTEGER "
         "NOT NULL, rest INTEGER NOT NULL, names BLOB NOT NULL) STRICT",
         nullptr},
+    Table{2, "part_origin", "CREATE TABLE part_origin (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT",
+          nullptr},
     Table{2, "deck_text", "CREATE TABLE deck_text (itr INTEGER PRIMARY KEY, data BLOB NOT NULL) STRICT", nullptr},
 };
 

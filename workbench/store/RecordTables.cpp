@@ -122,11 +122,7 @@ Column<T> Triple(const char* name, std::array<double, 3> T::*member) {
 
 // ---- large parts ----------------------------------------------------------------------------------------
 
-/// What a record shares with others by pointer and is kept beside its row.
-template <typename T>
-struct NoPart {
-  static constexpr const char* kTable = nullptr;
-};
+// What a record shares with others by pointer and is kept beside its row.
 
 struct ShapePart {
   static constexpr const char* kTable = "shape";
@@ -134,6 +130,36 @@ struct ShapePart {
   using Type = PartShape;
   static void Put(ByteWriter& writer, const PartShape& shape) { PutShape(writer, shape); }
   static bool Get(ByteReader& reader, PartShape& shape) { return GetShape(reader, shape); }
+};
+struct OriginPart {
+  static constexpr const char* kTable = "part_origin";
+  static constexpr auto kMember = &tagTGeom::origin;
+  using Type = PartOrigin;
+  static void Put(ByteWriter& writer, const PartOrigin& origin) {
+    writer.Put(ToUtf8(origin.product)).Put(ToUtf8(origin.instance)).Put(origin.use).Put(origin.import);
+    writer.Put(static_cast<std::uint64_t>(origin.assemblies.size()));
+    for (const AssemblyUse& assembly : origin.assemblies) {
+      writer.Put(ToUtf8(assembly.product)).Put(ToUtf8(assembly.instance)).Put(assembly.use);
+    }
+  }
+  static bool Get(ByteReader& reader, PartOrigin& origin) {
+    const auto get = [&reader](CString& text) {
+      std::string utf8;
+      reader.Get(utf8);
+      text = FromUtf8(utf8);
+    };
+    std::uint64_t assemblies = 0;
+    get(origin.product);
+    get(origin.instance);
+    reader.Get(origin.use).Get(origin.import).Get(assemblies);
+    for (std::uint64_t i = 0; i < assemblies && reader.IsGood(); ++i) {
+      AssemblyUse& assembly = origin.assemblies.emplace_back();
+      get(assembly.product);
+      get(assembly.instance);
+      reader.Get(assembly.use);
+    }
+    return reader.IsGood();
+  }
 };
 struct MeshPart {
   static constexpr const char* kTable = "mesh";
@@ -156,11 +182,14 @@ struct DeckPart {
 
 // ---- tables ---------------------------------------------------------------------------------------------
 
-template <typename T, typename Part = NoPart<T>>
+/// Tables that a file has, by name.
+using HasTable = std::function<bool(const std::string&)>;
+
+template <typename T, typename... Parts>
 class RecordTable final : public IRecordTable {
  public:
-  RecordTable(std::uint16_t type, const char* name, std::vector<Column<T>> columns)
-      : m_type(type), m_name(name), m_columns(std::move(columns)) {}
+  RecordTable(const HasTable& has, std::uint16_t type, const char* name, std::vector<Column<T>> columns)
+      : m_type(type), m_name(name), m_columns(std::move(columns)), m_has{has(Parts::kTable)...} {}
 
   std::uint16_t Type() const override { return m_type; }
   const char* Name() const override { return m_name; }
@@ -175,21 +204,23 @@ class RecordTable final : public IRecordTable {
     m_put =
         file.Prepare("INSERT OR REPLACE INTO " + std::string(m_name) + " (" + names + ") VALUES (" + places + ")");
     m_erase = file.Prepare("DELETE FROM " + std::string(m_name) + " WHERE itr = ?");
-    if constexpr (kHasPart) {
-      const std::string table = Part::kTable;
-      m_putPart = file.Prepare("INSERT OR REPLACE INTO " + table + " (itr, data) VALUES (?, ?)");
-      m_erasePart = file.Prepare("DELETE FROM " + table + " WHERE itr = ?");
-    }
+    ForEachPart([&](auto part, std::size_t place) {
+      const std::string table = decltype(part)::kTable;
+      if (!m_has[place]) return;
+      m_putPart[place] = file.Prepare("INSERT OR REPLACE INTO " + table + " (itr, data) VALUES (?, ?)");
+      m_erasePart[place] = file.Prepare("DELETE FROM " + table + " WHERE itr = ?");
+    });
   }
 
   bool Put(iterator itr, const tagTRecord* before, const tagTRecord* after) override {
     if (!PutRow(itr, static_cast<const T*>(after))) return false;
-    if constexpr (kHasPart) {
-      const auto* was = PartOf(before);
-      const auto* is = PartOf(after);
-      if (was != is) return PutPart(itr, is);
-    }
-    return true;
+    bool good = true;
+    ForEachPart([&](auto part, std::size_t place) {
+      const auto* was = PartOf<decltype(part)>(before);
+      const auto* is = PartOf<decltype(part)>(after);
+      if (was != is) good = good && PutPart<decltype(part)>(place, itr, is);
+    });
+    return good;
   }
 
   bool Read(Connection& file, const Row& onRow, const Fault& onFault) override {
@@ -209,25 +240,35 @@ class RecordTable final : public IRecordTable {
       if (value.kind == Value::Kind::Real) text += std::to_string(value.real + 0.0);
       text += value.bytes;
     }
-    if constexpr (kHasPart) {
-      if (const auto* part = PartOf(&record)) {
+    ForEachPart([&](auto kind, std::size_t) {
+      if (const auto* part = PartOf<decltype(kind)>(&record)) {
         ByteWriter bytes;
-        Part::Put(bytes, *part);
+        kind.Put(bytes, *part);
         text += "|" + bytes.Take();
       }
-    }
+    });
     return text;
   }
 
  private:
-  static constexpr bool kHasPart = Part::kTable != nullptr;
+  /// Calls `what` with each kind of large part and its place.
+  template <typename What>
+  static void ForEachPart(const What& what) {
+    [[maybe_unused]] std::size_t place = 0;
+    (what(Parts{}, place++), ...);
+  }
 
   bool ReadOrdered(Connection& file, const char* order, const Row& onRow, const Fault& onFault) {
     std::string sql = "SELECT r.itr";
     for (const Column<T>& column : m_columns) sql += std::string(", r.") + column.name;
-    if constexpr (kHasPart) sql += ", p.data";
-    sql += " FROM " + std::string(m_name) + " r";
-    if constexpr (kHasPart) sql += " LEFT JOIN " + std::string(Part::kTable) + " p ON p.itr = r.itr";
+    std::string joins;
+    ForEachPart([&](auto part, std::size_t place) {
+      if (!m_has[place]) return;
+      const std::string table = decltype(part)::kTable;
+      sql += ", " + table + ".data";
+      joins += " LEFT JOIN " + table + " ON " + table + ".itr = r.itr";
+    });
+    sql += " FROM " + std::string(m_name) + " r" + joins;
     Statement rows = file.Prepare(sql + " ORDER BY r.itr" + order);
     const bool forward = *order == 0;
     std::int64_t last = 0;
@@ -248,6 +289,7 @@ class RecordTable final : public IRecordTable {
     return !rows.Failed();
   }
 
+  template <typename Part>
   static const auto* PartOf(const tagTRecord* record) {
     return record != nullptr ? (static_cast<const T*>(record)->*Part::kMember).get() : nullptr;
   }
@@ -282,9 +324,9 @@ class RecordTable final : public IRecordTable {
     return m_put->Run();
   }
 
-  template <typename Large>
-  bool PutPart(iterator itr, const Large* part) {
-    Statement& statement = part != nullptr ? *m_putPart : *m_erasePart;
+  template <typename Part>
+  bool PutPart(std::size_t place, iterator itr, const typename Part::Type* part) {
+    Statement& statement = part != nullptr ? *m_putPart[place] : *m_erasePart[place];
     ByteWriter writer;
     std::string bytes;
     statement.Bind(1, static_cast<std::int64_t>(itr));
@@ -307,17 +349,17 @@ class RecordTable final : public IRecordTable {
     for (const Column<T>& column : m_columns) {
       if (!column.set(row, ++place, *record)) return onFault(itr, std::string("a wrong value of ") + column.name);
     }
-    if constexpr (kHasPart) {
-      if (!row.IsNull(place + 1)) {
-        auto part = std::make_shared<typename Part::Type>();
-        ByteReader reader(row.Bytes(place + 1));
-        if (Part::Get(reader, *part) && reader.IsWhole() && FaultOf(*part) == nullptr) {
-          (*record).*Part::kMember = std::move(part);
-        } else {
-          onFault(itr, std::string("damaged: ") + Part::kTable);
-        }
+    ForEachPart([&](auto kind, std::size_t which) {
+      if (!m_has[which] || row.IsNull(++place)) return;
+      using Part = decltype(kind);
+      auto part = std::make_shared<typename Part::Type>();
+      ByteReader reader(row.Bytes(place));
+      if (Part::Get(reader, *part) && reader.IsWhole() && FaultOf(*part) == nullptr) {
+        (*record).*Part::kMember = std::move(part);
+      } else {
+        onFault(itr, std::string("damaged: ") + Part::kTable);
       }
-    }
+    });
     onRow(itr, std::move(record));
   }
 
@@ -326,8 +368,9 @@ class RecordTable final : public IRecordTable {
   std::vector<Column<T>> m_columns;
   std::optional<Statement> m_put;
   std::optional<Statement> m_erase;
-  std::optional<Statement> m_putPart;
-  std::optional<Statement> m_erasePart;
+  std::array<bool, sizeof...(Parts)> m_has;  // the tables of the large parts
+  std::array<std::optional<Statement>, sizeof...(Parts)> m_putPart;
+  std::array<std::optional<Statement>, sizeof...(Parts)> m_erasePart;
 };
 
 // ---- columns of single records --------------------------------------------------------------------------
@@ -397,45 +440,46 @@ Column<tagTDeck> DeckNames() {
 
 }  // namespace
 
-std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables() {
+std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables(
+    const std::function<bool(const std::string& table)>& has) {
   std::vector<std::unique_ptr<IRecordTable>> tables;
-  const auto add = [&tables](auto table) {
-    tables.push_back(std::make_unique<decltype(table)>(std::move(table)));
+  const auto add = [&](auto table) {
+    if (has(table.Name())) tables.push_back(std::make_unique<decltype(table)>(std::move(table)));
   };
-  add(RecordTable<tagTSettings>(kDataSettings, "settings",
+  add(RecordTable<tagTSettings>(has, kDataSettings, "settings",
                                 {Reference("current_gset", &tagTSettings::currentGset),
                                  Reference("default_mset", &tagTSettings::defaultMset)}));
-  add(RecordTable<tagTCord>(kDataCord, "cord",
+  add(RecordTable<tagTCord>(has, kDataCord, "cord",
                             {CordName(), Integer("kind", &tagTCord::kind, 0, kMost8),
                              Reference("parent", &tagTCord::parent), Triple("origin", &tagTCord::origin),
                              Triple("x_axis", &tagTCord::xAxis), Triple("xy_plane", &tagTCord::xyPlane)}));
   add(RecordTable<tagTMaterial>(
-      kDataMaterial, "material",
+      has, kDataMaterial, "material",
       {Text("name", &tagTMaterial::name), Real("youngs_modulus", &tagTMaterial::youngsModulus),
        Real("poissons_ratio", &tagTMaterial::poissonsRatio), Real("density", &tagTMaterial::density),
        Integer("colour", &tagTMaterial::colour, 0, kMost32)}));
   add(RecordTable<tagTProperty>(
-      kDataProperty, "property",
+      has, kDataProperty, "property",
       {Text("name", &tagTProperty::name), Integer("kind", &tagTProperty::kind, 0, kMost8),
        Reference("material", &tagTProperty::material), Real("size", &tagTProperty::size)}));
-  add(RecordTable<tagTGset>(kDataGset, "gset", {Text("name", &tagTGset::name)}));
-  add(RecordTable<tagTGeom, ShapePart>(
-      kDataGeom, "geom",
+  add(RecordTable<tagTGset>(has, kDataGset, "gset", {Text("name", &tagTGset::name)}));
+  add(RecordTable<tagTGeom, ShapePart, OriginPart>(
+      has, kDataGeom, "geom",
       {Text("name", &tagTGeom::name), Integer("colour", &tagTGeom::colour, 0, kMost32),
        Integer("cad_item", &tagTGeom::cadItem, 0, kMost32 / 2), Integer("kind", &tagTGeom::kind, 0, kMost8),
        Reference("material", &tagTGeom::material), Reference("gset", &tagTGeom::gset),
        Integer("flexible", &tagTGeom::flexible, 0, 1)}));
-  add(RecordTable<tagTMGInfo>(kDataMGInfo, "mesh_generation",
+  add(RecordTable<tagTMGInfo>(has, kDataMGInfo, "mesh_generation",
                               {Integer("kind", &tagTMGInfo::kind, 0, kMost32 / 2),
                                Integer("method", &tagTMGInfo::method, 0, kMost32 / 2), Targets(), Options()}));
   add(RecordTable<tagTMset, MeshPart>(
-      kDataMset, "mset",
+      has, kDataMset, "mset",
       {Text("name", &tagTMset::name), Integer("key", &tagTMset::key, 0, kMost32),
        Integer("colour", &tagTMset::colour, 0, kMost32), Integer("parent", &tagTMset::parent, 0, kMost32),
        Reference("geom", &tagTMset::geom), Reference("property", &tagTMset::property),
        Integer("mg_info", &tagTMset::mgInfo, 0, kMost32), Integer("node_count", &tagTMset::nodeCount, 0, kMost),
        Integer("element_count", &tagTMset::elementCount, 0, kMost)}));
-  add(RecordTable<tagTDeck, DeckPart>(kDataDeck, "deck",
+  add(RecordTable<tagTDeck, DeckPart>(has, kDataDeck, "deck",
                                       {Text("name", &tagTDeck::name), Integer("nodes", &tagTDeck::nodes, 0, kMost),
                                        Integer("elements", &tagTDeck::elements, 0, kMost),
                                        Integer("rest", &tagTDeck::rest, 0, kMost32), DeckNames()}));

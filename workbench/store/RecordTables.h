@@ -33,7 +33,9 @@ class IRecordTable {
   virtual std::string Describe(const tagTRecord& record) const = 0;
 };
 
-/// A table for each type of record that documents hold.
-std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables();
+/// A table for each type of record that documents hold, as far as a file has the tables: nothing is asked of
+/// others, and records come without the large parts that would stand in them.
+std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables(
+    const std::function<bool(const std::string& table)>& has = [](const std::string&) { return true; });
 
 }  // namespace qd::workbench

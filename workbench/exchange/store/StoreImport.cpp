@@ -63,9 +63,32 @@ void NeedNumbers(ImportedPart& part, ImportNotes& notes) {
   notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", part.name});
 }
 
+/// A name with all its letters, for where parts come from.
+CString WholeName(const std::string& utf8) {
+  CString name = FromUtf8(utf8.substr(0, kMostName));
+  std::erase(name, L'\0');
+  return name;
+}
+
+/// Null for a part of a file that knows no products.
+std::shared_ptr<const PartOrigin> OriginOf(const ImportedPart& part, int firstNumber) {
+  if (part.product.empty() && part.instance.empty() && part.assemblies.empty()) return nullptr;
+  auto origin = std::make_shared<PartOrigin>();
+  origin->product = WholeName(part.product);
+  origin->instance = WholeName(part.instance);
+  origin->use = part.use;
+  origin->import = static_cast<std::uint32_t>(firstNumber);
+  for (const ImportedAssembly& assembly : part.assemblies) {
+    if (origin->assemblies.size() == kMostAssemblies) break;
+    origin->assemblies.push_back({WholeName(assembly.product), WholeName(assembly.instance), assembly.use});
+  }
+  return origin;
+}
+
 bool StoreParts(Database& database, std::vector<ImportedPart>& parts, ImportNotes& notes) {
   std::map<std::string, iterator> setOf;
   iterator defaultSet = 0;
+  const int first = database.GetGeomPool().NextNumber();
   for (ImportedPart& part : parts) {
     tagTGeom record;
     if (const std::string path = AssemblyPath(part); !path.empty()) {
@@ -85,6 +108,7 @@ bool StoreParts(Database& database, std::vector<ImportedPart>& parts, ImportNote
     record.name = RecordName(part.name);
     record.colour = part.colour & 0xFFFFFFU;
     record.kind = part.kind;
+    record.origin = OriginOf(part, first);
     record.cadItem = database.GetGeomPool().NextNumber();
     NeedNumbers(part, notes);
     record.shape = std::make_shared<const PartShape>(std::move(part.shape));
