@@ -3,8 +3,10 @@
 
 Usage: accessibility.py WORKBENCH MODEL, under a display and a session bus. Prints what does not hold and ends with 1.
 """
+import os
 import subprocess
 import sys
+import tempfile
 import time
 
 import gi
@@ -62,7 +64,9 @@ def workbench_with_parts():
     return None
 
 
-program = subprocess.Popen(sys.argv[1:3], stderr=subprocess.DEVNULL)
+# What earlier runs left behind would be offered for recovery, before anything is opened.
+state = tempfile.TemporaryDirectory()
+program = subprocess.Popen(sys.argv[1:3], stderr=subprocess.DEVNULL, env={**os.environ, "XDG_STATE_HOME": state.name})
 try:
     tree = wait_for(workbench_with_parts)
     expect("a tree with parts is on the bus", tree)
@@ -90,6 +94,7 @@ try:
         expect("rows in it are not showing", not has(part, Atspi.StateType.SHOWING))
 finally:
     program.kill()
+    program.wait()
 
 for failure in failures:
     print("does not hold:", failure)

@@ -222,7 +222,7 @@ class Solving(unittest.TestCase):
             self.assertLess(numpy.abs(a - b).max(), 1e-6 * numpy.abs(a[:, 1:]).max(), table)
 
     def solve_both(self, mesh, sections, load, printed):
-        """The mesh with its sections goes through the workbench; the rest of the deck is put behind both."""
+        """The mesh with its sections goes through the workbench, alone and with the whole analysis behind it."""
         rest = sets_of_nodes(mesh) + ANALYSIS % {"load": load, "printed": printed}
         model = mesh.deck() + sections
         before = self.folder.write("before.inp", model + rest)
@@ -230,6 +230,9 @@ class Solving(unittest.TestCase):
         with open(path) as file:
             after = self.folder.write("after.inp", file.read() + rest)
         self.compare(before, after)
+        whole, said = self.folder.export("whole.inp", before)
+        self.assertNotIn("not written", said)
+        self.compare(before, whole)
 
     def test_each_kind_of_element(self):
         for kind in CORNERS:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -27,6 +28,10 @@ class InpSetTree {
 
   /// All sets, each after the ones that are nested in it, and sisters in their order.
   const std::vector<std::int32_t>& ChildrenFirst() const { return m_order; }
+  /// Elements of a set with those of the sets in it, in no order.
+  std::span<const std::uint64_t> ElementsIn(std::int32_t set) const {
+    return std::span(m_elements).subspan(m_first[Place(set)], m_last[Place(set)] - m_first[Place(set)]);
+  }
   /// Elements of a set, in ascending order.
   std::vector<std::uint64_t> OwnElementsOf(std::int32_t set) const;
   /// The numbers that a set lists, in ascending order: of its elements and of those that are nested in it, but for
