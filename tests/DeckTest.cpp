@@ -192,6 +192,37 @@ TEST_F(Deck, NamesInListsStayWhereNumbersWouldTellSomethingElse) {
   }
 }
 
+TEST_F(Deck, PartsAndInstancesBecomeOneMeshWithItsAnalysis) {
+  const std::string nodes = "1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,0,0,1\n6,1,0,1\n7,1,1,1\n8,0,1,1\n";
+  Import("*PART, NAME=Bar\n*NODE\n" + nodes +
+         "*ELEMENT, TYPE=C3D8, ELSET=E\n1,1,2,3,4,5,6,7,8\n*NSET, NSET=Low, GENERATE\n1,4\n"
+         "*ELSET, ELSET=Set-1\n1\n*SURFACE, NAME=Lid\nE,S2\n*ORIENTATION, NAME=O\n1,0,0,0,1,0\n"
+         "*SOLID SECTION, ELSET=E, MATERIAL=M, ORIENTATION=O\n*MYSTERY\n1,2\n*END PART\n"
+         "*ASSEMBLY, NAME=A\n*NODE\n20,9,9,9\n*INSTANCE, NAME=Bar-1, PART=Bar\n*END INSTANCE\n"
+         "*INSTANCE, NAME=Bar-2, PART=Bar\n5,0,0\n5,0,0,5,0,1,90\n*END INSTANCE\n"
+         "*NSET, NSET=Fix\nBar-1.Low,bar-2.low\n*NSET, NSET=Set-1, INSTANCE=Bar-2\n5\n"
+         "*ELSET, ELSET=Set-1, INSTANCE=Bar-2\nE\n*ELSET, ELSET=Both\nBar-1.E,Bar-2.E\n"
+         "*SURFACE, NAME=S\nBar-1.E,S1\nBar-2.1,S1\n*END ASSEMBLY\n"
+         "*MATERIAL, NAME=M\n*ELASTIC\n1.,.3\n*STEP\n*STATIC\n*BOUNDARY\nFix,1,3\n20,1\n"
+         "*CLOAD\nBar-1.7,1,5.\nSet-1,2,1.\n*DLOAD\nBoth,GRAV,1.,0,0,-1\nBar-2.Set-1,P1,1.\n"
+         "*DSLOAD\nBar-2.Lid,P,2.\n*END STEP\n");
+  const std::string text = Export();
+  for (const char* part :
+       {"*NODE\n21, 0, 0, 0\n", "*NODE\n20, 9, 9, 9\n",
+        // The second one is shifted and turned.
+        "30, 5, 1, 0\n31, 4, 1, 0\n", "*NSET, NSET=Bar-1.Low, GENERATE\n21, 24, 1\n",
+        "*NSET, NSET=Bar-2.Low, GENERATE\n29, 32, 1\n", "*SURFACE, NAME=Bar-2.Lid\nE-2, S2\n",
+        "*ORIENTATION, NAME=Bar-1.O\n1, 0, 0, 0, 1, 0\n",
+        "*SOLID SECTION, ELSET=E, MATERIAL=M, ORIENTATION=Bar-1.O\n",
+        "*SOLID SECTION, ELSET=E-2, MATERIAL=M, ORIENTATION=Bar-2.O\n", "*NSET, NSET=Fix\nBar-1.Low, bar-2.low\n",
+        "*NSET, NSET=Set-1\n33\n", "*ELSET, ELSET=Both\n1, 2,\n", "*SURFACE, NAME=S\nE, S1\n2, S1\n",
+        "*BOUNDARY\nFix, 1, 3\n20, 1\n", "*CLOAD\n27, 1, 5.\nSet-1, 2, 1.\n", "*DLOAD\nBoth, GRAV, 1., 0, 0, -1\n",
+        "** *MYSTERY\n** 1, 2\n"}) {
+    EXPECT_TRUE(Holds(text, part));
+  }
+  EXPECT_EQ(text.find("*INSTANCE"), std::string::npos);
+}
+
 TEST_F(Deck, ValuesOfPropertiesTakeTheirPlaceOrAreSaid) {
   Import(
       "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n*ELEMENT, TYPE=S4, ELSET=SHELL\n1,1,2,3,4\n"

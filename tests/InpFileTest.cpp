@@ -169,6 +169,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"*ELSET, ELSET=A\nB\n", "IDS_WB_IMPORT_INP_SET B"},
         BadCase{"*ELSET, ELSET=A, GENERATE\n1,9,0\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: 1,9,0"},
         BadCase{"*SOLID SECTION, ELSET=NONE\n", "IDS_WB_IMPORT_INP_SET model.inp, 8: NONE"},
+        BadCase{"*PART, NAME=P\n*NODE\n1,0,0,0\n*END PART\n*INSTANCE, NAME=I, PART=P\n"
+                "*ELEMENT, TYPE=T3D2\n7,1,9\n*END INSTANCE\n",
+                "IDS_WB_IMPORT_INP_NODE 14: 7 - 9"},
         BadCase{"*INSTANCE, NAME=I, PART=NONE\n",
                 "IDS_WB_IMPORT_INP_SET model.inp, 8: *INSTANCE, NAME=I, PART=NONE"},
         BadCase{"*PART, NAME=P\n", "IDS_WB_IMPORT_TRUNCATED "},

@@ -5,6 +5,7 @@
 #include <span>
 #include <utility>
 
+#include "workbench/exchange/formats/InpInstances.h"
 #include "workbench/exchange/formats/InpLines.h"
 #include "workbench/text/Ascii.h"
 
@@ -277,6 +278,10 @@ class Fitter {
       instead = std::to_string(written);
       return {};
     }
+    if (const auto number = NumberInInstance(field, what); number && mayBeNumber) {
+      instead = std::to_string(*number);
+      return {};
+    }
     const InpName kind = KindOf(what);
     const std::string_view name = Unquoted(field);
     const std::string* found = m_fit.Find(kind, name);
@@ -286,6 +291,15 @@ class Fitter {
     }
     instead = QuotedInpName(*found);
     return {};
+  }
+
+  std::optional<std::uint64_t> NumberInInstance(std::string_view field, char what) const {
+    if (m_fit.instances == nullptr) return std::nullopt;
+    const auto [instance, rest] = m_fit.instances->Split(field);
+    if (instance == nullptr) return std::nullopt;
+    const auto number = InpNumberOf(rest);
+    if (number) return *number + (what == 'n' ? instance->nodes : instance->elements);
+    return std::nullopt;
   }
 
   std::string FieldsOf(const InpRule& rule) const {
@@ -423,7 +437,7 @@ class Fitter {
       if (IsComment(line)) continue;
       InpLines::Fields(line, all);
       for (const std::string_view field : all) {
-        if (numbers && InpNumberOf(field)) {
+        if ((numbers && InpNumberOf(field)) || NumberInInstance(field, '.')) {
           Lose({"what numbers of this keyword stand for is not known, and numbers have changed",
                 std::string(field)});
         }

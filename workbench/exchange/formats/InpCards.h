@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -9,6 +10,8 @@
 #include <vector>
 
 namespace qd::workbench {
+
+class InpInstances;
 
 /// One keyword of a solver input file with its data lines, as they stand in a text.
 struct InpCard {
@@ -74,6 +77,7 @@ class InpFit {
   std::uint64_t elements = 0;               ///< likewise
   std::vector<std::uint64_t> lostNodes;     ///< as written; in ascending order
   std::vector<std::uint64_t> lostElements;  ///< likewise
+  const InpInstances* instances = nullptr;  ///< whose numbers may be told as INSTANCE.NUMBER; null for none
 
   /// A name that is written otherwise; what is not told stays as it is.
   void Rename(InpName kind, const std::string& from, const std::string& to);
@@ -84,7 +88,7 @@ class InpFit {
   const std::string* Find(InpName kind, std::string_view name) const;
 
  private:
-  std::map<std::string, std::string, std::less<>> m_names[kInpNames];
+  std::array<std::map<std::string, std::string, std::less<>>, kInpNames> m_names;
 };
 
 /// Why something cannot be written.

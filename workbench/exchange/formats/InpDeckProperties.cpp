@@ -1,21 +1,14 @@
 #include "workbench/exchange/formats/InpDeckProperties.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "workbench/exchange/formats/InpLines.h"
+#include "workbench/exchange/formats/InpText.h"
 #include "workbench/text/Ascii.h"
 
 namespace qd::workbench {
 
 namespace {
-
-std::string Digits(double number) {
-  constexpr int kDigits = 15;  // fit into what solvers look at
-  char digits[40];
-  const auto end = std::to_chars(digits, digits + sizeof(digits), number, std::chars_format::general, kDigits).ptr;
-  return {digits, end};
-}
 
 /// Puts another value in place of a field of a line.
 std::string WithField(std::string_view line, std::size_t place, const std::string& value) {
@@ -59,7 +52,7 @@ void InpDeckProperties::FitSection(InpFittedDeck& deck, const InpCard& card, Inp
            << " does not fit this section, which is as it came\n";
     return;
   }
-  line->text = WithField(line->text, 0, Digits(property.size));
+  line->text = WithField(line->text, 0, InpDigits(property.size));
 }
 
 void InpDeckProperties::FitMaterial(const InpFittedDeck& deck, const InpCard& card,
@@ -112,8 +105,8 @@ void InpDeckProperties::FitValues(const InpFittedDeck& deck, const InpCard& card
     m_notes.Add("IDS_WB_EXPORT_DECK_VALUE", is.name);
     return;
   }
-  data.front()->text = WithField(data.front()->text, 0, Digits(isElastic ? is.youngsModulus : is.density));
-  if (isElastic) data.front()->text = WithField(data.front()->text, 1, Digits(is.poissonsRatio));
+  data.front()->text = WithField(data.front()->text, 0, InpDigits(isElastic ? is.youngsModulus : is.density));
+  if (isElastic) data.front()->text = WithField(data.front()->text, 1, InpDigits(is.poissonsRatio));
 }
 
 std::vector<std::uint64_t> InpDeckProperties::ElementsWithAnother(std::size_t set) const {

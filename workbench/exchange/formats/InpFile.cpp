@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <deque>
 #include <numbers>
 #include <numeric>
@@ -14,7 +13,9 @@
 #include "workbench/exchange/formats/InpCards.h"
 #include "workbench/exchange/formats/InpDeck.h"
 #include "workbench/exchange/formats/InpElements.h"
+#include "workbench/exchange/formats/InpFlatten.h"
 #include "workbench/exchange/formats/InpGroups.h"
+#include "workbench/exchange/formats/InpInstances.h"
 #include "workbench/exchange/formats/InpLines.h"
 #include "workbench/exchange/formats/InpSets.h"
 #include "workbench/mesh/ElementTypes.h"
@@ -29,13 +30,19 @@ namespace {
 struct Part {
   InpPart mesh;
   std::unordered_map<std::uint64_t, std::uint32_t> placeOfElement;
-  std::vector<std::vector<std::string>> children;  // by set: names of sets that it lists
+  std::vector<std::vector<std::string>> children;  // by set: keys of sets that it lists
 
-  std::size_t NeedSet(const std::string& name) {
-    const auto [at, isNew] = mesh.setOf.try_emplace(UpperCase(name), mesh.sets.size());
+  /// By what a set is known: sets that the assembly makes of elements of an instance are not those of its part.
+  static std::string KeyOf(const std::string& name, bool ofAssembly) {
+    return (ofAssembly ? "\n" : "") + UpperCase(name);
+  }
+
+  std::size_t NeedSet(const std::string& name, bool ofAssembly = false) {
+    const auto [at, isNew] = mesh.setOf.try_emplace(KeyOf(name, ofAssembly), mesh.sets.size());
     if (isNew) {
       mesh.sets.emplace_back();
       mesh.sets.back().name = name;
+      mesh.sets.back().ofAssembly = ofAssembly;
       children.emplace_back();
     }
     return at->second;
@@ -49,20 +56,6 @@ struct Section {
   std::int32_t property;
   std::string place;  // where it was given
 };
-
-/// What stands beside the mesh in a text, by its keywords, each once.
-std::string KeywordsBesideMesh(const std::string& text) {
-  static const std::set<std::string> kMesh{"",        "NODE",     "ELEMENT",     "ELSET",    "PART",
-                                           "ENDPART", "INSTANCE", "ENDINSTANCE", "ASSEMBLY", "MATERIAL",
-                                           "ELASTIC", "DENSITY",  "HEADING",     "PREPRINT", "ENDASSEMBLY"};
-  std::set<std::string> seen;
-  std::string all;
-  for (const InpCard& card : CardsOf(text)) {
-    if (kMesh.contains(card.keyword) || IsInpSection(card.keyword) || !seen.insert(card.keyword).second) continue;
-    all += (all.empty() ? "" : ", ") + card.header.substr(0, card.header.find(','));
-  }
-  return all;
-}
 
 class Reader {
  public:
@@ -98,16 +91,17 @@ class Reader {
 
  private:
   using Data = void (Reader::*)(std::string_view);
-  struct Instance {
-    Part part;
+  struct Piece {
     std::string name;
+    std::size_t count = 0;  // parts and instances in which the set has elements
   };
-
+  using Pieces = std::map<std::string, Piece>;
   void Keyword(const InpLine& line);
   void BeginElements(const InpLine& line);
   void BeginSet(const InpLine& line);
   void BeginSection(const InpLine& line, tagTProperty::Kind kind);
   void BeginInstance(const InpLine& line);
+  void AddInstance(const Part& part, const std::string& name, bool placed);
   void EndBlock();
 
   void NodeData(std::string_view text);
@@ -119,19 +113,26 @@ class Reader {
   void DensityData(std::string_view text);
 
   void CountListed(std::uint64_t elements);
+  std::size_t NeedSet(Part& part);
+  void AddToSet(Part& part, std::size_t set, std::int64_t element);
+  void ListName(const std::string& name);
   void Generate(std::int64_t first, std::int64_t last, std::int64_t step);
   void StoreElement();
   std::int32_t MaterialOf(const std::string& name);
   std::vector<std::uint32_t> ElementsOf(Part& part, const std::string& name, int depth);
   void CheckPart(Part& part);
   void SortNodes(InpPart& mesh);
+  Pieces PiecesOfSets() const;
+  static void NameSetsInDeck(InpPart& mesh, const std::string& instance, const Pieces& pieces);
   ImportedModel Finish();
 
   InpLines m_lines;
   const std::function<void(double)> m_progress;
   ImportedModel m_model;
   std::deque<Part> m_parts;  // the first holds what stands in no part
-  std::deque<Instance> m_instances;
+  InpInstances m_instances;
+  InpInstance* m_instance = nullptr;  // the last one
+  std::map<const InpInstance*, Part> m_partOfInstance;
   std::map<std::string, Part*> m_partOf;
   std::map<std::string, std::int32_t> m_materialOf;
   std::vector<Section> m_sections;
@@ -146,8 +147,11 @@ class Reader {
   std::set<std::string> m_leftOut;      // kinds of elements of which some are not read
   std::set<std::int64_t> m_skipped;     // the numbers of these elements
   std::vector<std::int64_t> m_numbers;  // of an element that goes on over several lines
-  std::size_t m_set = 0;
-  Part* m_setPart = nullptr;
+  std::string m_setName;
+  std::optional<std::size_t> m_set;  // its place in m_setPart, once it is there
+  bool m_internal = false;
+  bool m_ofAssembly = false;  // the set is
+  Part* m_setPart = nullptr;  // whose elements it lists by number
   bool m_generate = false;
   std::uint64_t m_listed = 0;  // elements that sets get from runs of numbers and from other sets
   std::size_t m_surplus = 0;   // lines with more entries than their element takes
@@ -217,16 +221,18 @@ void Reader::BeginSet(const InpLine& line) {
   const std::string name = line.Parameter("ELSET");
   if (name.empty()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
   m_setPart = m_part;
+  m_ofAssembly = false;
   if (line.Has("INSTANCE")) {
-    const std::string wanted = UpperCase(line.Parameter("INSTANCE"));
-    const auto found = std::find_if(m_instances.begin(), m_instances.end(), [&wanted](const Instance& instance) {
-      return UpperCase(instance.name) == wanted;
-    });
-    if (found == m_instances.end()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
-    m_setPart = &found->part;
+    const InpInstance* instance = m_instances.Find(line.Parameter("INSTANCE"));
+    if (instance == nullptr) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
+    m_setPart = &m_partOfInstance[instance];
+    m_ofAssembly = true;
   }
-  m_set = m_setPart->NeedSet(name);
-  m_setPart->mesh.sets[m_set].internal = line.Has("INTERNAL") || IsOwnElementsName(name);
+  m_setName = name;
+  m_internal = line.Has("INTERNAL") || IsOwnElementsName(name);
+  // What an assembly lists shows only where its instances are told.
+  m_set.reset();
+  if (m_ofAssembly || m_part != &m_parts.front() || m_instances.All().empty()) m_set = NeedSet(*m_setPart);
   m_generate = line.Has("GENERATE");
   m_data = &Reader::SetData;
 }
@@ -248,10 +254,15 @@ void Reader::BeginInstance(const InpLine& line) {
   const auto part = m_partOf.find(UpperCase(line.Parameter("PART")));
   if (part == m_partOf.end()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
   m_open.emplace_back("INSTANCE");
-  CheckPart(*part->second);
-  m_instances.push_back({*part->second, line.Parameter("NAME")});
-  m_part = &m_instances.back().part;
+  AddInstance(*part->second, line.Parameter("NAME"), true);
   m_data = &Reader::InstanceData;
+}
+
+void Reader::AddInstance(const Part& part, const std::string& name, bool placed) {
+  if (!m_instances.Add({name, part.mesh.name, placed}))
+    throw ImportError{"IDS_WB_IMPORT_INP_TWICE", m_lines.Quoted(name)};
+  m_instance = &m_instances.All().back();
+  m_part = &(m_partOfInstance[m_instance] = part);
 }
 
 std::int32_t Reader::MaterialOf(const std::string& name) {
@@ -327,17 +338,50 @@ void Reader::EndBlock() {
   if (!m_numbers.empty()) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", std::to_string(m_numbers.front()));
 }
 
+/// The set at hand in a part.
+std::size_t Reader::NeedSet(Part& part) {
+  if (&part == m_setPart && m_set) return *m_set;
+  const std::size_t set = part.NeedSet(m_setName, m_ofAssembly || &part != m_setPart);
+  part.mesh.sets[set].internal = m_internal;
+  if (&part == m_setPart) m_set = set;
+  return set;
+}
+
+void Reader::AddToSet(Part& part, std::size_t set, std::int64_t element) {
+  const auto found = part.placeOfElement.find(static_cast<std::uint64_t>(element));
+  if (found != part.placeOfElement.end()) {
+    part.mesh.sets[set].elements.push_back(found->second);
+  } else if (!m_skipped.contains(element)) {
+    m_lines.Fail("IDS_WB_IMPORT_INP_ELEMENT", std::to_string(element));
+  }
+}
+
+/// A set lists another one by name. An assembly speaks of what is in an instance, and of its own sets, which stand
+/// with the instances whose elements they have.
+void Reader::ListName(const std::string& name) {
+  const bool inAssembly = !m_ofAssembly && m_part == &m_parts.front();
+  if (const auto [instance, rest] = m_instances.Split(name); inAssembly && instance != nullptr) {
+    Part& part = m_partOfInstance[instance];
+    const std::size_t set = NeedSet(part);
+    if (InpNumberOf(rest)) {
+      AddToSet(part, set, m_lines.Integer(rest));
+    } else {
+      part.children[set].emplace_back(rest);
+    }
+    return;
+  }
+  bool found = false;
+  for (auto& [instance, part] : m_partOfInstance) {
+    const std::string key = Part::KeyOf(name, true);
+    if (!inAssembly || !part.mesh.setOf.contains(key)) continue;
+    part.children[NeedSet(part)].push_back(key);
+    found = true;
+  }
+  if (!found) m_setPart->children[NeedSet(*m_setPart)].push_back(name);
+}
+
 void Reader::SetData(std::string_view text) {
   InpLines::Fields(text, m_fields);
-  std::vector<std::uint32_t>& elements = m_setPart->mesh.sets[m_set].elements;
-  const auto add = [&](std::int64_t id) {
-    const auto found = m_setPart->placeOfElement.find(static_cast<std::uint64_t>(id));
-    if (found != m_setPart->placeOfElement.end()) {
-      elements.push_back(found->second);
-    } else if (!m_skipped.contains(id)) {
-      m_lines.Fail("IDS_WB_IMPORT_INP_ELEMENT", std::to_string(id));
-    }
-  };
   if (m_generate) {
     if (m_fields.size() < 2) m_lines.Fail("IDS_WB_IMPORT_INP_COUNT", text);
     const std::int64_t first = m_lines.Integer(m_fields[0]);
@@ -350,10 +394,10 @@ void Reader::SetData(std::string_view text) {
   for (const std::string_view field : m_fields) {
     if (field.empty()) continue;
     if (field.front() >= '0' && field.front() <= '9') {
-      add(m_lines.Integer(field));
+      AddToSet(*m_setPart, NeedSet(*m_setPart), m_lines.Integer(field));
     } else {
       const bool quoted = field.size() >= 2 && field.front() == '"' && field.back() == '"';
-      m_setPart->children[m_set].emplace_back(quoted ? field.substr(1, field.size() - 2) : field);
+      ListName(std::string(quoted ? field.substr(1, field.size() - 2) : field));
     }
   }
 }
@@ -369,7 +413,7 @@ void Reader::CountListed(std::uint64_t elements) {
 /// numbers, so the shorter way is taken: through the numbers or through the elements.
 void Reader::Generate(std::int64_t first, std::int64_t last, std::int64_t step) {
   const auto& places = m_setPart->placeOfElement;
-  std::vector<std::uint32_t>& elements = m_setPart->mesh.sets[m_set].elements;
+  std::vector<std::uint32_t>& elements = m_setPart->mesh.sets[NeedSet(*m_setPart)].elements;
   const std::uint64_t count = static_cast<std::uint64_t>(last - first) / static_cast<std::uint64_t>(step) + 1;
   CountListed(std::min<std::uint64_t>(count, places.size()));
   if (count <= places.size()) {
@@ -421,25 +465,10 @@ void Reader::InstanceData(std::string_view text) {
   for (std::size_t i = 0; i < std::min(n.size(), m_fields.size()); ++i) {
     n[i] = m_fields[i].empty() ? 0 : m_lines.Number(m_fields[i]);
   }
-  std::vector<double>& at = m_part->mesh.coordinates;
   if (m_dataLine++ == 0) {
-    for (std::size_t i = 0; i < at.size(); ++i) at[i] += n[i % 3];
-    return;
-  }
-  std::array<double, 3> axis{n[3] - n[0], n[4] - n[1], n[5] - n[2]};
-  const double length = std::hypot(axis[0], axis[1], axis[2]);
-  if (length == 0) m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", text);
-  for (double& part : axis) part /= length;
-  const double angle = n[6] * std::numbers::pi / 180;
-  for (std::size_t i = 0; i + 2 < at.size(); i += 3) {
-    const std::array<double, 3> r{at[i] - n[0], at[i + 1] - n[1], at[i + 2] - n[2]};
-    const double along = axis[0] * r[0] + axis[1] * r[1] + axis[2] * r[2];
-    const std::array<double, 3> across{axis[1] * r[2] - axis[2] * r[1], axis[2] * r[0] - axis[0] * r[2],
-                                       axis[0] * r[1] - axis[1] * r[0]};
-    for (std::size_t k = 0; k < 3; ++k) {
-      at[i + k] =
-          n[k] + r[k] * std::cos(angle) + across[k] * std::sin(angle) + axis[k] * along * (1 - std::cos(angle));
-    }
+    m_instance->placement.shift = {n[0], n[1], n[2]};
+  } else if (!m_instance->placement.TurnAbout({n[0], n[1], n[2]}, {n[3], n[4], n[5]}, n[6])) {
+    m_lines.Fail("IDS_WB_IMPORT_INP_NUMBER", text);
   }
 }
 
@@ -511,7 +540,10 @@ void Reader::CheckPart(Part& part) {
       }
     }
   }
-  for (std::size_t set = 0; set < part.mesh.sets.size(); ++set) ElementsOf(part, part.mesh.sets[set].name, 0);
+  for (std::size_t set = 0; set < part.mesh.sets.size(); ++set) {
+    ElementsOf(part, Part::KeyOf(part.mesh.sets[set].name, part.mesh.sets[set].ofAssembly), 0);
+  }
+  if (!part.mesh.propertyOfElement.empty()) part.mesh.propertyOfElement.resize(part.mesh.elements.size(), -1);
   for (const Section& section : m_sections) {
     if (section.part != &part) continue;
     if (!part.mesh.setOf.contains(UpperCase(section.set))) {
@@ -521,6 +553,34 @@ void Reader::CheckPart(Part& part) {
     for (const std::uint32_t element : ElementsOf(part, section.set, 0)) {
       part.mesh.propertyOfElement[element] = section.property;
     }
+  }
+}
+
+/// The sets of the assembly by name in upper case.
+Reader::Pieces Reader::PiecesOfSets() const {
+  Pieces pieces;
+  const auto count = [&](const InpPart& mesh, bool ofAssembly) {
+    for (const InpSet& set : mesh.sets) {
+      if (set.ofAssembly != ofAssembly) continue;
+      Piece& piece = pieces[UpperCase(set.name)];
+      piece.name = set.name;
+      ++piece.count;
+    }
+  };
+  count(m_parts.front().mesh, false);
+  for (const auto& [instance, part] : m_partOfInstance) count(part.mesh, true);
+  return pieces;
+}
+
+/// What the text calls each set once it is told without instances. A set of the assembly that has elements of
+/// several instances is known by the text alone; its pieces are named after the instances.
+void Reader::NameSetsInDeck(InpPart& mesh, const std::string& instance, const Pieces& pieces) {
+  for (InpSet& set : mesh.sets) {
+    const bool ofAssembly = set.ofAssembly || instance.empty();
+    const bool isPiece = ofAssembly && pieces.at(UpperCase(set.name)).count > 1;
+    const std::string dotted = instance.empty() ? set.name : instance + "." + set.name;
+    set.inDeck = isPiece ? std::string() : ofAssembly ? set.name : dotted;
+    if (isPiece) set.name = dotted;
   }
 }
 
@@ -534,28 +594,39 @@ ImportedModel Reader::Finish() {
   for (const auto& [name, place] : m_materialOf) {
     deck.materials.push_back({m_model.materials[static_cast<std::size_t>(place)].name, place});
   }
-  for (std::size_t place = 0; place < m_model.properties.size(); ++place) {
-    deck.sections.push_back(static_cast<std::int32_t>(place));
+  // A part that is never placed is of no use to a solver, but its mesh is what the user wants to see.
+  std::set<std::string> placed;
+  for (const InpInstance& instance : m_instances.All()) placed.insert(UpperCase(instance.part));
+  for (auto& [name, part] : m_partOf) {
+    if (placed.contains(name)) continue;
+    CheckPart(*part);
+    AddInstance(*part, part->mesh.name, false);
   }
+  const Pieces pieces = PiecesOfSets();
+  for (const auto& [key, piece] : pieces) {
+    if (piece.count > 1) deck.sets.push_back({piece.name, -1, true});
+  }
+  NameSetsInDeck(loose.mesh, {}, pieces);
   if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) AddGroups(loose.mesh, false, m_model, deck);
   std::uint64_t lastNode = loose.mesh.nodeIds.empty() ? 0 : loose.mesh.nodeIds.back();
   std::uint64_t lastElement = 0;
   for (const InpPart::Element& element : loose.mesh.elements) lastElement = std::max(lastElement, element.id);
-  // A part that is never placed is of no use to a solver, but its mesh is what the user wants to see.
-  for (const auto& [name, known] : m_partOf) {
-    Part* part = known;
-    const bool placed = std::any_of(m_instances.begin(), m_instances.end(), [part](const Instance& instance) {
-      return instance.part.mesh.name == part->mesh.name;
-    });
-    if (placed) continue;
-    CheckPart(*part);
-    m_instances.push_back({*part, part->mesh.name});
-  }
-  for (Instance& instance : m_instances) {
-    InpPart& mesh = instance.part.mesh;
-    for (std::size_t set = 0; set < mesh.sets.size(); ++set) ElementsOf(instance.part, mesh.sets[set].name, 0);
+  for (InpInstance& instance : m_instances.All()) {
+    Part& part = m_partOfInstance[&instance];
+    InpPart& mesh = part.mesh;
+    // Nodes of its own an instance has where they are.
+    const std::size_t nodes = m_partOf[UpperCase(instance.part)]->mesh.coordinates.size();
+    for (std::size_t i = 0; i + 2 < nodes && instance.placement.Moves(); i += 3) {
+      const InpPlacement::Point at{mesh.coordinates[i], mesh.coordinates[i + 1], mesh.coordinates[i + 2]};
+      const InpPlacement::Point moved = instance.placement.Move(at);
+      std::copy(moved.begin(), moved.end(), mesh.coordinates.begin() + static_cast<std::ptrdiff_t>(i));
+    }
+    CheckPart(part);
+    NameSetsInDeck(mesh, instance.name, pieces);
     mesh.name = instance.name;
     // Instances of one part have the same numbers.
+    instance.nodes = lastNode;
+    instance.elements = lastElement;
     for (std::uint64_t& node : mesh.nodeIds) node += lastNode;
     for (std::uint64_t& node : mesh.elementNodes) node += lastNode;
     for (InpPart::Element& element : mesh.elements) element.id += lastElement;
@@ -568,11 +639,18 @@ ImportedModel Reader::Finish() {
   }
   for (const std::string& kind : m_leftOut) m_model.notes.push_back({"IDS_WB_NOTE_LEFT_OUT", kind});
   if (m_model.meshSets.empty()) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
-  if (m_instances.empty()) {
-    m_model.decks.push_back(std::move(deck));
-  } else if (const std::string left = KeywordsBesideMesh(deck.text); !left.empty()) {
-    m_model.notes.push_back({"IDS_WB_NOTE_DECK_PARTS", left});
+  if (m_instances.All().empty()) {
+    for (std::size_t place = 0; place < m_model.properties.size(); ++place) {
+      deck.sections.push_back(static_cast<std::int32_t>(place));
+    }
+  } else {
+    InpFlatDeck flat = FlattenInp(deck.text, m_instances);
+    deck.text = std::move(flat.text);
+    for (const std::size_t section : flat.sections) deck.sections.push_back(static_cast<std::int32_t>(section));
+    deck.rest = -1;  // what belongs to no set is the instance's
+    for (const std::string& keyword : flat.left) m_model.notes.push_back({"IDS_WB_NOTE_DECK_PARTS", keyword});
   }
+  m_model.decks.push_back(std::move(deck));
   return std::move(m_model);
 }
 

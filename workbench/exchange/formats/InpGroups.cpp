@@ -214,14 +214,14 @@ void AddGroups(const InpPart& part, bool always, ImportedModel& model, ImportedD
     for (const std::uint32_t element : owned[set]) mesh.Add(element);
     const std::uint32_t above = Above(nesting, set);
     placeOf[set] = static_cast<std::int32_t>(model.meshSets.size());
-    deck.sets.push_back({part.sets[set].name, placeOf[set], shared});
+    if (!part.sets[set].inDeck.empty()) deck.sets.push_back({part.sets[set].inDeck, placeOf[set], shared});
     model.meshSets.push_back({part.sets[set].name, above != kNoSet ? placeOf[above] : top,
                               CommonProperty(part, owned[set]), mesh.Take()});
   }
   for (std::uint32_t set = 0; set < part.sets.size(); ++set) {
-    if (placeOf[set] >= 0) continue;
+    if (placeOf[set] >= 0 || part.sets[set].inDeck.empty()) continue;
     const std::uint32_t twin = nesting.twin[set];
-    deck.sets.push_back({part.sets[set].name, twin != kNoSet ? placeOf[twin] : -1, twin == kNoSet});
+    deck.sets.push_back({part.sets[set].inDeck, twin != kNoSet ? placeOf[twin] : -1, twin == kNoSet});
   }
 }
 

@@ -15,6 +15,8 @@ struct InpSet {
   std::vector<std::uint32_t> elements;  ///< ascending, each once
   std::vector<std::uint32_t> listed;    ///< sets that the file lists in this one, by place
   bool internal = false;                ///< made by a program for its own use; no mesh set is made of it
+  bool ofAssembly = false;              ///< made by the assembly, of elements of an instance
+  std::string inDeck{};                 ///< what the kept text calls it; empty for a piece of one of its sets
 };
 
 /// Nodes, elements and sets of one part of a solver input file.

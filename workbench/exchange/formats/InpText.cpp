@@ -1,5 +1,7 @@
 #include "workbench/exchange/formats/InpText.h"
 
+#include <charconv>
+
 #include "workbench/exchange/formats/InpCards.h"
 
 namespace qd::workbench {
@@ -11,6 +13,13 @@ constexpr std::size_t kNumberWidth = 20;
 constexpr int kNumbersPerLine = 16;
 
 }  // namespace
+
+std::string InpDigits(double number) {
+  constexpr int kDigits = 15;  // fit into what solvers look at
+  char digits[40];
+  const auto end = std::to_chars(digits, digits + sizeof(digits), number, std::chars_format::general, kDigits).ptr;
+  return {digits, end};
+}
 
 void WriteInpNode(std::uint64_t number, const double* at, TextFile& file) {
   file << number;

@@ -12,6 +12,8 @@ namespace qd::workbench {
 
 // How the parts of a solver input file are put down, whether a deck was kept or not.
 
+/// A number with as many digits as solvers look at.
+std::string InpDigits(double number);
 void WriteInpNode(std::uint64_t number, const double* at, TextFile& file);
 /// One element of a block. The order tells where in the file a record's node stands; empty for as it comes.
 void WriteInpElement(const MeshData::Block& block, std::size_t element, std::span<const int> order,

@@ -1,0 +1,232 @@
+#include "workbench/exchange/formats/InpFlatten.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+#include <set>
+#include <utility>
+
+#include "workbench/exchange/formats/InpDeckFit.h"
+#include "workbench/exchange/formats/InpLines.h"
+#include "workbench/exchange/formats/InpText.h"
+#include "workbench/text/Ascii.h"
+
+namespace qd::workbench {
+
+namespace {
+
+/// Where the data of a keyword hold points or directions, which go along with an instance.
+struct Points {
+  std::string_view keyword;
+  std::size_t firstLine, lines;  // data lines, counted from 0
+  std::size_t field, count;      // the first field, and points in a line
+};
+constexpr std::size_t kAll = SIZE_MAX;
+constexpr Points kPoints[] = {{"ORIENTATION", 0, 1, 0, 3},     {"TRANSFORM", 0, 1, 0, 2},
+                              {"BEAMSECTION", 1, 1, 0, 1},     {"BEAMGENERALSECTION", 1, 1, 0, 1},
+                              {"DISTRIBUTION", 0, kAll, 1, 2}, {"NORMAL", 0, kAll, 2, 1}};
+
+/// Whether the points of a card are places in space, which are shifted; otherwise they tell directions.
+bool ArePlaces(const InpCard& card) {
+  const std::string system = UpperCase(card.Value(card.keyword == "TRANSFORM" ? "TYPE" : "SYSTEM"));
+  const bool isSystem = card.keyword == "ORIENTATION" || card.keyword == "TRANSFORM";
+  return isSystem && !system.empty() && system.front() != 'R';
+}
+
+/// The line with its points moved; as it is when there are no numbers in their places.
+std::string Moved(const std::string& line, const Points& points, const InpPlacement& placement, bool places) {
+  std::vector<std::string_view> fields;
+  InpLines::Fields(line, fields);
+  std::vector<std::string> moved(fields.begin(), fields.end());
+  for (std::size_t point = 0; point < points.count; ++point) {
+    const std::size_t first = points.field + 3 * point;
+    if (first >= fields.size()) break;
+    InpPlacement::Point at{};
+    for (std::size_t k = 0; k < 3 && first + k < fields.size(); ++k) {
+      const std::string_view field = fields[first + k];
+      const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), at[k]);
+      if (!field.empty() && (error != std::errc() || end != field.data() + field.size())) return line;
+    }
+    at = places ? placement.Move(at) : placement.Turn(at);
+    moved.resize(std::max(moved.size(), first + 3));
+    for (std::size_t k = 0; k < 3; ++k) moved[first + k] = InpDigits(at[k]);
+  }
+  std::string text;
+  for (const std::string& field : moved) text += (text.empty() ? "" : ", ") + field;
+  return text;
+}
+
+class Flattener {
+ public:
+  Flattener(const std::string& text, const InpInstances& instances)
+      : m_cards(CardsOf(text)), m_instances(instances) {
+    m_assembly.instances = &instances;
+    for (const InpCard& card : m_cards) {
+      m_sectionOf.push_back(m_sections);
+      if (IsInpSection(card.keyword)) ++m_sections;
+    }
+  }
+
+  InpFlatDeck Work() {
+    const InpCard* part = nullptr;          // whose cards are being read
+    const InpInstance* instance = nullptr;  // in which we are
+    for (std::size_t place = 0; place < m_cards.size(); ++place) {
+      const InpCard& card = m_cards[place];
+      if (card.keyword == "PART") {
+        part = &card;
+        m_parts[UpperCase(card.Value("NAME"))].push_back(place);  // for the comments before it
+      } else if (card.keyword == "ENDPART") {
+        Comments(card);
+        // What the deck places nowhere stands in for itself.
+        const InpInstance* self = part != nullptr ? m_instances.Find(part->Value("NAME")) : nullptr;
+        if (self != nullptr && !self->placed) AddPart(*self);
+        part = nullptr;
+      } else if (part != nullptr) {
+        m_parts[UpperCase(part->Value("NAME"))].push_back(place);
+      } else if (card.keyword == "INSTANCE") {
+        Comments(card);
+        instance = m_instances.Find(card.Value("NAME"));
+        if (instance != nullptr) AddPart(*instance, place);
+      } else if (card.keyword == "ASSEMBLY" || card.keyword == "ENDASSEMBLY" || card.keyword == "ENDINSTANCE") {
+        Comments(card);
+        instance = nullptr;
+      } else if (instance != nullptr) {
+        AddOf(*instance, place);
+      } else {
+        AddOfAssembly(place);
+      }
+    }
+    return std::move(m_flat);
+  }
+
+ private:
+  void Comments(const InpCard& card) {
+    for (const std::string_view line : card.comments) Line(line);
+  }
+  void Line(std::string_view line) {
+    constexpr std::size_t kMost = std::size_t{1} << 30U;
+    if (m_flat.text.size() + line.size() > kMost) throw ImportError{"IDS_WB_IMPORT_INP_TOO_MUCH", ""};
+    m_flat.text += line;
+    m_flat.text += '\n';
+  }
+
+  /// What an instance makes of numbers and names: those that its part gives, and those of its own cards.
+  void FitTo(const InpInstance& instance, std::size_t own) {
+    m_fit = {};
+    m_fit.nodes = instance.nodes;
+    m_fit.elements = instance.elements;
+    const auto rename = [&](const InpCard& card) {
+      const auto [kind, name] = DefinedBy(card);
+      if (!name.empty()) m_fit.Rename(kind, name, instance.name + "." + name);
+      const std::string set = card.Value("ELSET");
+      const bool isSet = card.keyword == "ELSET" || card.keyword == "ELEMENT";
+      if (isSet && !set.empty()) m_fit.Rename(InpName::ElementSet, set, instance.name + "." + set);
+    };
+    for (const std::size_t place : m_parts[UpperCase(instance.part)]) rename(m_cards[place]);
+    for (; own < m_cards.size() && m_cards[own].keyword != "ENDINSTANCE"; ++own) rename(m_cards[own]);
+  }
+
+  /// The cards of a part for an instance, which goes on behind the card `own`.
+  void AddPart(const InpInstance& instance, std::size_t own = kAll) {
+    FitTo(instance, own == kAll ? own : own + 1);
+    for (const std::size_t place : m_parts[UpperCase(instance.part)]) {
+      if (m_cards[place].keyword == "PART") {
+        Comments(m_cards[place]);
+      } else {
+        AddOf(instance, place);
+      }
+    }
+  }
+
+  void AddOf(const InpInstance& instance, std::size_t place) {
+    const InpCard& card = m_cards[place];
+    InpFitted fitted = Fitted(card, m_fit);
+    if (instance.placement.Moves()) Move(card, instance.placement, fitted);
+    Add(place, fitted);
+  }
+
+  void AddOfAssembly(std::size_t place) {
+    const InpCard& card = m_cards[place];
+    const InpInstance* instance = card.Has("INSTANCE") ? m_instances.Find(card.Value("INSTANCE")) : nullptr;
+    if (instance == nullptr) return Add(place, Fitted(card, m_assembly));
+    // What it defines is the assembly's; what it lists is the instance's.
+    FitTo(*instance, kAll);
+    InpFitted fitted = Fitted(card, m_fit);
+    fitted.header = "*" + card.keyword;
+    for (const InpCard::Parameter& parameter : card.parameters) {
+      if (parameter.name == "INSTANCE") continue;
+      fitted.header += ", " + parameter.name;
+      if (parameter.length > 0) fitted.header += "=" + card.header.substr(parameter.at, parameter.length);
+    }
+    Add(place, fitted);
+  }
+
+  /// As Fit, and the numbers of the mesh, which the text holds in runs.
+  static InpFitted Fitted(const InpCard& card, const InpFit& fit) {
+    const bool isNode = card.keyword == "NODE";
+    if (!isNode && card.keyword != "ELEMENT") return Fit(card, fit);
+    InpCard bare = card;
+    bare.lines.clear();
+    InpFitted fitted = Fit(bare, fit);
+    const std::uint64_t behind = isNode ? fit.nodes : fit.elements;
+    for (const std::string_view line : card.lines) {
+      const auto run = IsComment(line) ? std::nullopt : InpRunOf(line);
+      if (!run) {
+        fitted.lines.push_back({std::string(line)});
+        continue;
+      }
+      std::string text = std::to_string(run->first + behind);
+      if (run->last > run->first) text += "," + std::to_string(run->last + behind);
+      if (run->step > 1) text += "," + std::to_string(run->step);
+      fitted.lines.push_back({std::move(text)});
+    }
+    return fitted;
+  }
+
+  static void Move(const InpCard& card, const InpPlacement& placement, InpFitted& fitted) {
+    const auto points = std::find_if(std::begin(kPoints), std::end(kPoints),
+                                     [&](const Points& known) { return known.keyword == card.keyword; });
+    if (points == std::end(kPoints)) return;
+    std::size_t data = 0;
+    for (InpFitted::Line& line : fitted.lines) {
+      if (IsComment(line.text)) continue;
+      const std::size_t at = data++;
+      if (at < points->firstLine || at - points->firstLine >= points->lines) continue;
+      line.text = Moved(line.text, *points, placement, ArePlaces(card));
+    }
+  }
+
+  void Add(std::size_t place, const InpFitted& fitted) {
+    const InpCard& card = m_cards[place];
+    Comments(card);
+    if (card.keyword.empty()) return;
+    const bool lost = fitted.loss.IsAny();
+    if (lost) {
+      const std::string keyword = card.header.substr(0, card.header.find(','));
+      if (m_left.insert(keyword).second) m_flat.left.push_back(keyword);
+      Line("** QD: not kept: " + fitted.loss.reason);
+    } else if (IsInpSection(card.keyword)) {
+      m_flat.sections.push_back(m_sectionOf[place]);
+    }
+    Line(lost ? "** " + card.header : fitted.header);
+    for (const InpFitted::Line& line : fitted.lines) Line(lost ? "** " + line.text : line.text);
+  }
+
+  std::vector<InpCard> m_cards;
+  std::vector<std::size_t> m_sectionOf;  // beside them: sections before it
+  std::size_t m_sections = 0;
+  const InpInstances& m_instances;
+  InpFit m_assembly;
+  InpFit m_fit;                                             // of the instance at hand
+  std::map<std::string, std::vector<std::size_t>> m_parts;  // cards by the part's name in upper case
+  std::set<std::string> m_left;
+  InpFlatDeck m_flat;
+};
+
+}  // namespace
+
+InpFlatDeck FlattenInp(const std::string& text, const InpInstances& instances) {
+  return Flattener(text, instances).Work();
+}
+
+}  // namespace qd::workbench

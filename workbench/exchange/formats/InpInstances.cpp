@@ -1,0 +1,29 @@
+#include "workbench/exchange/formats/InpInstances.h"
+
+#include "workbench/text/Ascii.h"
+
+namespace qd::workbench {
+
+bool InpInstances::Add(InpInstance instance) {
+  if (Find(instance.name) != nullptr) return false;
+  m_all.push_back(std::move(instance));
+  m_of[UpperCase(m_all.back().name)] = &m_all.back();
+  return true;
+}
+
+const InpInstance* InpInstances::Find(std::string_view name) const {
+  if (m_of.empty()) return nullptr;
+  const auto found = m_of.find(UpperCase(name));
+  return found != m_of.end() ? found->second : nullptr;
+}
+
+std::pair<const InpInstance*, std::string_view> InpInstances::Split(std::string_view field) const {
+  if (m_of.empty()) return {};
+  // Names may hold dots themselves.
+  for (std::size_t dot = field.find('.'); dot != std::string_view::npos; dot = field.find('.', dot + 1)) {
+    if (const InpInstance* instance = Find(field.substr(0, dot))) return {instance, field.substr(dot + 1)};
+  }
+  return {};
+}
+
+}  // namespace qd::workbench

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "workbench/exchange/formats/InpPlacement.h"
+
+namespace qd::workbench {
+
+/// An instance of a part as its mesh was taken over.
+struct InpInstance {
+  std::string name;
+  std::string part;
+  bool placed = true;          ///< false for a part that the deck places nowhere: it stands in for itself
+  std::uint64_t nodes = 0;     ///< added to the part's numbers
+  std::uint64_t elements = 0;  ///< likewise
+  InpPlacement placement{};
+};
+
+/// The instances of a deck by name, whatever the case of its letters. Places stay good while more are added.
+class InpInstances {
+ public:
+  /// False when there is one of this name.
+  bool Add(InpInstance instance);
+  /// Null for none.
+  const InpInstance* Find(std::string_view name) const;
+  /// The instance in front of a dot and the name or number behind it, as an assembly speaks of them. Null and
+  /// empty for other fields.
+  std::pair<const InpInstance*, std::string_view> Split(std::string_view field) const;
+  std::deque<InpInstance>& All() { return m_all; }
+  const std::deque<InpInstance>& All() const { return m_all; }
+
+ private:
+  std::deque<InpInstance> m_all;
+  std::map<std::string, const InpInstance*, std::less<>> m_of;  // by name in upper case
+};
+
+}  // namespace qd::workbench
