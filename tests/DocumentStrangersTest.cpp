@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "support/DocumentFolder.h"
+#include "support/EnglishTexts.h"
 #include "workbench/store/CheckDocument.h"
 
 namespace qd::test {
@@ -37,6 +38,7 @@ class StrangersDocument : public DocumentFolder, public ::testing::WithParamInte
 };
 
 TEST_P(StrangersDocument, IsRefusedWithAReason) {
+  const EnglishTexts english;
   Make();
   Sql(Path("a.qdw"), GetParam().sql);
   const auto document = Open(Path("a.qdw"));

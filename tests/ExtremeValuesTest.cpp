@@ -4,16 +4,20 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <filesystem>
 #include <limits>
 #include <random>
 
+#include "host/MessageOutput.h"
 #include "support/DocumentScript.h"
+#include "support/EnglishTexts.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/model/MeshActs.h"
 #include "workbench/model/Values.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/RecordCheck.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::test {
 namespace {
@@ -333,7 +337,7 @@ TEST_P(FoundValues, TheLastRecordNumberEndsAPoolAndTakesLittleRoom) {
     transaction.Begin(L"add");
     tagTGset set;
     EXPECT_EQ(m_data.GetGsetPool().Add(set) != 0 ? 1 : 0, expected);
-    EXPECT_EQ(transaction.Commit(1), 1);
+    EXPECT_EQ(transaction.Commit(1), expected);
   }
   EXPECT_EQ(m_data.GetGsetPool().Count(), 1U);
   const std::string path = m_file->Path();
@@ -345,6 +349,75 @@ TEST_P(FoundValues, TheLastRecordNumberEndsAPoolAndTakesLittleRoom) {
   EXPECT_EQ(Contents(opened), Contents(m_data));
 }
 INSTANTIATE_TEST_SUITE_P(Once, FoundValues, ::testing::Values(1));
+
+// ---- what is said ---------------------------------------------------------------------------------------
+
+class Warnings final : public IMessageOutput {
+ public:
+  void Warn(const CString& text) override { log += ToUtf8(text) + "\n"; }
+  std::string log;
+};
+
+struct RefusedAct {
+  const char* name;
+  const char* said;
+  void (*act)(Database& data);
+};
+class RefusedActs : public ::testing::TestWithParam<RefusedAct> {};
+
+/// Also when whoever acts does not look whether a write was refused, and would go on with half of the act.
+TEST_P(RefusedActs, HappenInNoPartAndAreTold) {
+  const EnglishTexts english;
+  Warnings warnings;
+  Database data;
+  const auto before = data.Snapshot();
+  {
+    CTransaction transaction(&data);
+    ASSERT_EQ(transaction.Begin(L"Act"), 1);
+    data.GetMaterialPool().Add({});
+    GetParam().act(data);
+    EXPECT_EQ(warnings.log, "");
+    EXPECT_EQ(transaction.Commit(1), 0);
+  }
+  EXPECT_EQ(warnings.log, std::string("“Act” was not done: ") + GetParam().said + "\n");
+  EXPECT_EQ(data.Snapshot(), before);
+  EXPECT_FALSE(data.CanUndo());
+  CTransaction next(&data);
+  ASSERT_EQ(next.Begin(L"Next"), 1);
+  data.GetMaterialPool().Add({});
+  EXPECT_EQ(next.Commit(1), 1) << "what was refused is over";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kinds, RefusedActs,
+    ::testing::Values(RefusedAct{"value", "property 1: a value that is no number",
+                                 [](Database& data) {
+                                   tagTProperty property;
+                                   property.size = std::nan("");
+                                   data.GetPropertyPool().Add(property);
+                                 }},
+                      RefusedAct{"mesh", "mesh set 1: a node number beyond all bounds",
+                                 [](Database& data) {
+                                   MeshData mesh;
+                                   mesh.nodeIds = {kMostNumber + 1};
+                                   mesh.coordinates = {0, 0, 0};
+                                   tagTMset set;
+                                   PutMesh(set, std::make_shared<const MeshData>(mesh));
+                                   data.GetMsetPool().Add(set);
+                                 }},
+                      RefusedAct{"number", "geometry set 50000001: all numbers for such entries are used up",
+                                 [](Database& data) {
+                                   data.ReserveNumbers(static_cast<iterator>(kDataGset) << kTypeShift |
+                                                       kMostRecords);
+                                   data.GetGsetPool().Add({});
+                                 }},
+                      RefusedAct{"reference", "property 1: what it refers to is not there: material",
+                                 [](Database& data) {
+                                   tagTProperty property;
+                                   property.material = static_cast<iterator>(kDataMaterial) << kTypeShift | 7;
+                                   data.GetPropertyPool().Add(property);
+                                 }}),
+    [](const auto& act) { return std::string(act.param.name); });
 
 }  // namespace
 }  // namespace qd::test

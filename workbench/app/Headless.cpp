@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iostream>
 
+#include "host/MessageOutput.h"
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "workbench/app/ExchangeJob.h"
@@ -53,6 +54,11 @@ class UntilInterrupted {
 
  private:
   void (*m_before)(int) = nullptr;
+};
+
+/// What the module and the model warn of.
+class Warnings final : public IMessageOutput {
+  void Warn(const CString& text) override { Complain(ToQt(text)); }
 };
 
 QString TextOf(const DocumentError& error) {
@@ -211,7 +217,6 @@ int RunMode(const CommandLine& line) {
       return Verify(line.document);
     case CommandLine::Mode::Repair:
       return Repair(line);
-      return Repair(line);
     case CommandLine::Mode::Export:
       return Export(line.exported, line.files);
     default:
@@ -222,6 +227,7 @@ int RunMode(const CommandLine& line) {
 }  // namespace
 
 int RunWithoutWindow(const CommandLine& line) {
+  const Warnings warnings;
   const int status = RunMode(line);
   if (std::cout.flush()) return status;
   std::cerr << "standard output cannot be written" << std::endl;

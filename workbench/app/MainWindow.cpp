@@ -28,10 +28,6 @@
 
 namespace qd::workbench {
 
-namespace {
-constexpr int kWarningTime = 8000;  // milliseconds
-}
-
 MainWindow::MainWindow(MessageTables& messages)
     : m_messages(messages),
       m_doc(std::make_unique<WorkDocument>()),

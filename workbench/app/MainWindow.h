@@ -132,6 +132,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void OnLeaveIsolation();
   void ShowProgress(const QString& text);
   void HideProgress();
+  static constexpr int kWarningTime = 8000;  // milliseconds
   void Warn(const CString& text) override;
   void Say(const QString& text, bool failure);
 

@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTimer>
 #include <algorithm>
 #include <filesystem>
@@ -249,6 +250,7 @@ void MainWindow::OnUnkept(const DocumentError& error) {
   const QString text = TextOf(error);
   const std::string_view key = error.key;
   Say(text, key != "IDS_WB_DOC_PROTECTED");
+  statusBar()->showMessage(text, kWarningTime);
   const bool needsUser =
       key == "IDS_WB_DOC_NO_RECOVERY" || key == "IDS_WB_DOC_GONE" || key == "IDS_WB_DOC_CHANGED";
   if (needsUser) m_questions.Warn(text, [this] { OnSaveAs(); });

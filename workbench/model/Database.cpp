@@ -7,6 +7,7 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
+#include "host/MessageOutput.h"
 #include "workbench/mesh/MeshEdit.h"
 #include "workbench/mesh/ModelBytes.h"
 
@@ -104,33 +105,44 @@ int Database::BeginTransaction(const CString& title) {
 
 namespace {
 
-/// Whether a record may be written; a large part that stood there before is not looked at again.
-bool IsAllowed(const JournalEntry& entry) {
-  if (entry.after == nullptr) return true;
+constexpr const char* kPoolFull = "IDS_WB_FAULT_POOL_FULL";
+
+/// What is wrong with a record that is about to be written; a large part that stood there before is not looked at
+/// again.
+const char* FaultOfEntry(const JournalEntry& entry) {
+  if (entry.after == nullptr) return nullptr;
   const std::uint16_t type = TypeOf(entry.itr);
-  if (FaultOf(type, static_cast<std::int32_t>(NumberOf(entry.itr)), *entry.after) != nullptr) return false;
+  if (NumberOf(entry.itr) > kMostRecords) return kPoolFull;
+  const char* fault = FaultOf(type, static_cast<std::int32_t>(NumberOf(entry.itr)), *entry.after);
+  if (fault != nullptr) return fault;
   const auto isNew = [&entry](const auto& part, const auto& before) {
     return part != nullptr && (entry.before == nullptr || part != before);
   };
+  const auto faultOf = [](const auto& part) { return HangsTogether(part) ? FaultOf(part) : "IDS_WB_FAULT_APART"; };
   if (type == kDataMset) {
     const auto* before = static_cast<const tagTMset*>(entry.before.get());
     const MeshPtr& mesh = static_cast<const tagTMset&>(*entry.after).mesh;
-    if (!isNew(mesh, before != nullptr ? before->mesh : nullptr)) return true;
-    return HangsTogether(*mesh) && FaultOf(*mesh) == nullptr;
+    return isNew(mesh, before != nullptr ? before->mesh : nullptr) ? faultOf(*mesh) : nullptr;
   }
   if (type == kDataGeom) {
     const auto* before = static_cast<const tagTGeom*>(entry.before.get());
     const auto& shape = static_cast<const tagTGeom&>(*entry.after).shape;
-    if (!isNew(shape, before != nullptr ? before->shape : nullptr)) return true;
-    return HangsTogether(*shape) && FaultOf(*shape) == nullptr;
+    return isNew(shape, before != nullptr ? before->shape : nullptr) ? faultOf(*shape) : nullptr;
   }
-  return true;
+  return nullptr;
 }
 
 }  // namespace
 
+/// Notes why the open transaction does not happen; the first reason says most.
+bool Database::Refuse(iterator itr, const char* key, CString what) {
+  if (m_refusal.key == nullptr) m_refusal = {TypeOf(itr), NumberOf(itr), key, std::move(what)};
+  return false;
+}
+
 bool Database::Note(JournalEntry entry) {
-  if (!m_open || (m_guard && !m_guard(entry.itr)) || !IsAllowed(entry)) return false;
+  if (!m_open || (m_guard && !m_guard(entry.itr))) return false;
+  if (const char* fault = FaultOfEntry(entry)) return Refuse(entry.itr, fault);
   m_journal.push_back(std::move(entry));
   return true;
 }
@@ -139,7 +151,7 @@ int Database::CommitTransaction() {
   if (!m_open) return 0;
   std::vector<JournalEntry> net = NetEffect(m_journal);
   const std::size_t writes = m_journal.size();
-  bool sound = DropUnused(net);
+  bool sound = m_refusal.key == nullptr && DropUnused(net);
   if (m_journal.size() != writes) net = NetEffect(m_journal);
   sound = sound && std::all_of(net.begin(), net.end(), [this](const auto& entry) { return IsSound(entry); });
   if (!sound) {
@@ -162,6 +174,9 @@ void Database::RollbackTransaction() {
   if (!m_open) return;
   m_open = false;
   Replay(std::exchange(m_journal, {}), false);
+  const RecordFault refusal = std::exchange(m_refusal, {});
+  if (refusal.key == nullptr) return;
+  qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_ACT_REFUSED"), {m_title, refusal.Text()});
 }
 
 int Database::InTransaction(const char* titleKey, const std::function<int()>& work) {
@@ -231,7 +246,11 @@ int Database::LetGo(const std::vector<iterator>& itrs) {
       for (const iterator holder : HoldersOf(field, itr, *record)) {
         if (gone.contains(holder)) continue;
         auto changed = Released(field, *Find(holder), NameFor(field, itr, *record), departure);
-        if (changed == nullptr || !StoreOf(holder)->Rewrite(holder, std::move(changed))) return 0;
+        if (changed == nullptr) {
+          Refuse(itr, "IDS_WB_FAULT_NEEDED", NameOfType(field.holder));
+          return 0;
+        }
+        if (!StoreOf(holder)->Rewrite(holder, std::move(changed))) return 0;
       }
     }
   }
@@ -254,17 +273,21 @@ bool Database::DropUnused(const std::vector<JournalEntry>& net) {
 }
 
 /// Whether all that a record names stands, and nothing names a record that is gone.
-bool Database::IsSound(const JournalEntry& entry) const {
+bool Database::IsSound(const JournalEntry& entry) {
   if (entry.after == nullptr) {
     for (const ReferenceField& field : ReferenceFields()) {
-      if (field.target == TypeOf(entry.itr) && !HoldersOf(field, entry.itr, *entry.before).empty()) return false;
+      if (field.target == TypeOf(entry.itr) && !HoldersOf(field, entry.itr, *entry.before).empty()) {
+        return Refuse(entry.itr, "IDS_WB_FAULT_NEEDED", NameOfType(field.holder));
+      }
     }
     return true;
   }
   for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(entry.itr))) {
     for (std::size_t i = 0; i < field.count(*entry.after); ++i) {
       const iterator name = field.at(*entry.after, i);
-      if (name != 0 && (Resolve(*this, name) == 0 || TypeOf(name) != field.target)) return false;
+      if (name != 0 && (Resolve(*this, name) == 0 || TypeOf(name) != field.target)) {
+        return Refuse(entry.itr, "IDS_WB_FAULT_REFERENCE", CMSGFunction::GetValue(field.what));
+      }
     }
   }
   return true;

@@ -11,6 +11,7 @@
 #include "workbench/model/Journal.h"
 #include "workbench/model/MsetPool.h"
 #include "workbench/model/Pools.h"
+#include "workbench/model/RecordFault.h"
 #include "workbench/model/RecordStore.h"
 #include "workbench/model/References.h"
 #include "workbench/model/UndoableChange.h"
@@ -33,7 +34,8 @@ class IDatabaseListener {
 /// redo alike. After a commit, an undo or a redo the listener gets the net changes once.
 ///
 /// Every reference between records keeps its rule: what a deletion touches changes in the same transaction, and a
-/// transaction that would leave a reference to nothing is rolled back.
+/// transaction that would leave a reference to nothing is rolled back. So is one with a value that no record may
+/// have. The user is told why, through the host's message output.
 class Database final : public CQDDBSession, public IAppDB, private IJournalKeeper, private IRecordLookup {
  public:
   Database();
@@ -129,7 +131,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   std::vector<iterator> HoldersOf(const ReferenceField& field, iterator itr, const tagTRecord& record) const;
   Departure DepartureOf(std::function<bool(iterator)> goes) const;
   bool DropUnused(const std::vector<JournalEntry>& net);
-  bool IsSound(const JournalEntry& entry) const;
+  bool IsSound(const JournalEntry& entry);
+  bool Refuse(iterator itr, const char* key, CString what = {});
   std::vector<JournalEntry> LeftBehind(const std::vector<JournalEntry>& net, bool forward) const;
   IPoolStore* StoreOf(iterator itr) const;
   void Replay(const std::vector<JournalEntry>& entries, bool forward);
@@ -155,6 +158,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   bool m_open = false;
   CString m_title;
   std::vector<JournalEntry> m_journal;
+  RecordFault m_refusal;  // why the open transaction will not happen; no key while it may
   void Remember(Act act);
   void GiveUpOldest();
 

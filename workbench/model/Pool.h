@@ -82,9 +82,12 @@ class Pool : public Interface, public IPoolStore {
   /// Adds a record inside the open transaction and gives it the pool's next number. Returns its iterator, 0 on
   /// failure.
   iterator Add(T record) {
-    if (m_places >= kMostRecords) return 0;
     const iterator itr = ItrOfNumber(NextNumber());
     record.id = NextNumber();
+    if (m_places >= kMostRecords) {
+      m_keeper.Note({itr, nullptr, std::make_shared<const T>(std::move(record))});  // which refuses it
+      return 0;
+    }
     Reserve(itr);
     return Write(itr, std::make_shared<const T>(std::move(record))) ? itr : 0;
   }

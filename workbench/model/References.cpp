@@ -36,15 +36,16 @@ constexpr iterator NameOfGeneration(std::uint32_t key) {
 
 // Fields of one type stand together.
 constexpr std::array kFields{
-    Field<tagTSettings, &tagTSettings::currentGset>(kDataSettings, kDataGset, "current geometry set",
+    Field<tagTSettings, &tagTSettings::currentGset>(kDataSettings, kDataGset, "IDS_WB_NAMES_CURRENT_GSET",
                                                     WhenGone::Clear),
-    Field<tagTSettings, &tagTSettings::defaultMset>(kDataSettings, kDataMset, "default mesh set",
+    Field<tagTSettings, &tagTSettings::defaultMset>(kDataSettings, kDataMset, "IDS_WB_NAMES_DEFAULT_MSET",
                                                     WhenGone::Refuse),
-    Field<tagTCord, &tagTCord::parent>(kDataCord, kDataCord, "system to stand in", WhenGone::KeepPlace, true),
-    Field<tagTProperty, &tagTProperty::material>(kDataProperty, kDataMaterial, "material", WhenGone::Clear),
-    Field<tagTGeom, &tagTGeom::material>(kDataGeom, kDataMaterial, "material", WhenGone::Clear),
-    Field<tagTGeom, &tagTGeom::gset>(kDataGeom, kDataGset, "geometry set", WhenGone::Default, true),
-    ReferenceField{kDataMGInfo, kDataGeom, "meshed part", WhenGone::TakeOut, false, false,
+    Field<tagTCord, &tagTCord::parent>(kDataCord, kDataCord, "IDS_WB_NAMES_SYSTEM", WhenGone::KeepPlace, true),
+    Field<tagTProperty, &tagTProperty::material>(kDataProperty, kDataMaterial, "IDS_WB_RECORD_MATERIAL",
+                                                 WhenGone::Clear),
+    Field<tagTGeom, &tagTGeom::material>(kDataGeom, kDataMaterial, "IDS_WB_RECORD_MATERIAL", WhenGone::Clear),
+    Field<tagTGeom, &tagTGeom::gset>(kDataGeom, kDataGset, "IDS_WB_RECORD_GSET", WhenGone::Default, true),
+    ReferenceField{kDataMGInfo, kDataGeom, "IDS_WB_NAMES_MESHED_PART", WhenGone::TakeOut, false, false,
                    [](const tagTRecord& record) { return static_cast<const tagTMGInfo&>(record).targets.size(); },
                    [](const tagTRecord& record, std::size_t place) {
                      return static_cast<const tagTMGInfo&>(record).targets[place];
@@ -54,16 +55,16 @@ constexpr std::array kFields{
                      std::replace(targets.begin(), targets.end(), name, instead);
                      std::erase(targets, iterator{0});
                    }},
-    ReferenceField{kDataMset, kDataMset, "parent", WhenGone::MoveUp, false, true, One,
+    ReferenceField{kDataMset, kDataMset, "IDS_WB_NAMES_PARENT", WhenGone::MoveUp, false, true, One,
                    [](const tagTRecord& record, std::size_t) {
                      return NameOfMsetKey(static_cast<const tagTMset&>(record).parent);
                    },
                    [](tagTRecord& record, iterator, iterator instead) {
                      static_cast<tagTMset&>(record).parent = static_cast<std::uint32_t>(instead);
                    }},
-    Field<tagTMset, &tagTMset::geom>(kDataMset, kDataGeom, "part", WhenGone::Clear),
-    Field<tagTMset, &tagTMset::property>(kDataMset, kDataProperty, "property", WhenGone::Clear),
-    ReferenceField{kDataMset, kDataMGInfo, "generation", WhenGone::Clear, true, false, One,
+    Field<tagTMset, &tagTMset::geom>(kDataMset, kDataGeom, "IDS_WB_RECORD_PART", WhenGone::Clear),
+    Field<tagTMset, &tagTMset::property>(kDataMset, kDataProperty, "IDS_WB_RECORD_PROPERTY", WhenGone::Clear),
+    ReferenceField{kDataMset, kDataMGInfo, "IDS_WB_RECORD_GENERATION", WhenGone::Clear, true, false, One,
                    [](const tagTRecord& record, std::size_t) {
                      return NameOfGeneration(static_cast<const tagTMset&>(record).mgInfo);
                    },

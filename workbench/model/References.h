@@ -37,7 +37,7 @@ constexpr bool IsMsetKey(iterator name) {
 struct ReferenceField {
   std::uint16_t holder;
   std::uint16_t target;
-  const char* what;  ///< what it names, for messages
+  const char* what;  ///< the key of what it names, for messages
   WhenGone whenGone;
   bool lastTakesTarget;  ///< a record goes as soon as the last field has stopped naming it
   bool inPool;           ///< the pool of the holders finds them by this field itself

@@ -14,9 +14,11 @@ namespace qd::workbench {
 
 namespace {
 
-constexpr const char* kNoNumber = "a value that is no number";
-constexpr const char* kLongName = "a name beyond all length";
-constexpr const char* kUnknownKind = "a kind that there is not";
+constexpr const char* kNoNumber = "IDS_WB_FAULT_NO_NUMBER";
+constexpr const char* kLongName = "IDS_WB_FAULT_LONG_NAME";
+constexpr const char* kUnknownKind = "IDS_WB_FAULT_KIND";
+constexpr const char* kBeyondAll = "IDS_WB_FAULT_BEYOND_ALL";
+constexpr const char* kTooLarge = "IDS_WB_FAULT_TOO_LARGE";
 
 template <typename Number>
 bool AllFinite(const std::vector<Number>& values) {
@@ -34,10 +36,10 @@ const char* Fault(const tagTSettings&) {
 }
 
 const char* Fault(const tagTCord& system) {
-  if (*std::begin(system.name) == 0) return "a system without name";
+  if (*std::begin(system.name) == 0) return "IDS_WB_FAULT_NO_NAME";
   if (std::find(std::begin(system.name), std::end(system.name), L'\0') == std::end(system.name)) return kLongName;
   if (system.kind > CordKind::Spherical) return kUnknownKind;
-  return IsPlaceable(system) ? nullptr : "axes that make no system";
+  return IsPlaceable(system) ? nullptr : "IDS_WB_FAULT_AXES";
 }
 
 const char* Fault(const tagTMaterial& material) {
@@ -60,21 +62,21 @@ const char* Fault(const tagTGset& set) {
 const char* Fault(const tagTGeom& part) {
   if (part.name.size() > kMostName) return kLongName;
   if (part.kind > TopologyKind::Compound) return kUnknownKind;
-  if (part.cadItem != part.id) return "a wrong number in the view";
-  if (part.origin != nullptr && BytesOf(*part.origin) > kMostPartBytes) return "an origin beyond all size";
+  if (part.cadItem != part.id) return "IDS_WB_FAULT_WRONG_NUMBER";
+  if (part.origin != nullptr && BytesOf(*part.origin) > kMostPartBytes) return kTooLarge;
   if (const char* fault = part.origin != nullptr ? FaultOf(*part.origin) : nullptr) return fault;
-  return part.shape != nullptr && BytesOf(*part.shape) > kMostPartBytes ? "a shape beyond all size" : nullptr;
+  return part.shape != nullptr && BytesOf(*part.shape) > kMostPartBytes ? kTooLarge : nullptr;
 }
 
 const char* Fault(const tagTMGInfo& generation) {
   if (generation.kind < 0 || generation.method < 0) return kUnknownKind;
   if (generation.targets.size() > kMostTargets || generation.options.size() > kMostParameters) {
-    return "a list beyond all length";
+    return "IDS_WB_FAULT_LONG_LIST";
   }
   for (const auto& [key, option] : generation.options) {
     if (key.size() > kMostKey) return kLongName;
     const int* choice = std::get_if<int>(&option);
-    if (choice != nullptr && (*choice <= -kMostChoice || *choice >= kMostChoice)) return "a choice beyond all";
+    if (choice != nullptr && (*choice <= -kMostChoice || *choice >= kMostChoice)) return kBeyondAll;
     const double* number = std::get_if<double>(&option);
     if (number != nullptr && !std::isfinite(*number)) return kNoNumber;
   }
@@ -83,22 +85,22 @@ const char* Fault(const tagTMGInfo& generation) {
 
 const char* Fault(const tagTMset& set) {
   if (set.name.size() > kMostName) return kLongName;
-  if ((set.key & kMsetKeyMask) == 0) return "no key";
-  if ((set.parent & ~kMsetKeyMask) != 0) return "a parent with flags";
-  if (set.mgInfo > kMostRecords) return "a generation beyond all";
+  if ((set.key & kMsetKeyMask) == 0) return "IDS_WB_FAULT_KEY";
+  if ((set.parent & ~kMsetKeyMask) != 0) return "IDS_WB_FAULT_KEY";
+  if (set.mgInfo > kMostRecords) return kBeyondAll;
   if (set.nodeCount != (set.mesh != nullptr ? set.mesh->nodeIds.size() : 0) ||
       set.elementCount != (set.mesh != nullptr ? ElementCountOf(*set.mesh) : 0)) {
-    return "counts that are not those of its mesh";
+    return "IDS_WB_FAULT_COUNTS";
   }
-  return set.mesh != nullptr && BytesOf(*set.mesh) > kMostPartBytes ? "a mesh beyond all size" : nullptr;
+  return set.mesh != nullptr && BytesOf(*set.mesh) > kMostPartBytes ? kTooLarge : nullptr;
 }
 
 const char* Fault(const tagTDeck& deck) {
   if (deck.name.size() > kMostName) return kLongName;
-  if (deck.text == nullptr) return "no text";
+  if (deck.text == nullptr) return "IDS_WB_FAULT_NO_TEXT";
   if (const char* fault = FaultOf(*deck.text)) return fault;
   const bool numbered = deck.nodes <= kMostNumber && deck.elements <= kMostNumber;
-  return numbered && deck.rest <= kMsetKeyMask ? nullptr : "a number beyond all";
+  return numbered && deck.rest <= kMsetKeyMask ? nullptr : kBeyondAll;
 }
 
 template <typename T>
@@ -109,8 +111,8 @@ const char* FaultAs(const tagTRecord& record) {
 }  // namespace
 
 const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& record) {
-  if (id <= 0 || static_cast<iterator>(id) > kMostRecords) return "a number beyond all";
-  if (record.id != id) return "a wrong number";
+  if (id <= 0 || static_cast<iterator>(id) > kMostRecords) return kBeyondAll;
+  if (record.id != id) return "IDS_WB_FAULT_WRONG_NUMBER";
   switch (type) {
     case kDataSettings:
       return FaultAs<tagTSettings>(record);
@@ -131,7 +133,7 @@ const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& recor
     case kDataDeck:
       return FaultAs<tagTDeck>(record);
     default:
-      return "a type that there is not";
+      return kUnknownKind;
   }
 }
 
@@ -210,24 +212,24 @@ void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record) {
 // ---- large parts ----------------------------------------------------------------------------------------
 
 const char* FaultOf(const MeshData& mesh) {
-  if (!AllFinite(mesh.coordinates)) return "a node at a place that is no number";
-  if (LastNode(mesh) > kMostNumber) return "a node number beyond all";
+  if (!AllFinite(mesh.coordinates)) return "IDS_WB_FAULT_NODE_PLACE";
+  if (LastNode(mesh) > kMostNumber) return "IDS_WB_FAULT_NODE_NUMBER";
   for (const MeshData::Block& block : mesh.blocks) {
-    if (!AllBelow(block.elementIds, kMostNumber + 1)) return "an element number beyond all";
+    if (!AllBelow(block.elementIds, kMostNumber + 1)) return "IDS_WB_FAULT_ELEMENT_NUMBER";
   }
   return nullptr;
 }
 
 const char* FaultOf(const std::string& text) {
-  return text.size() > kMostPartBytes ? "a text beyond all size" : nullptr;
+  return text.size() > kMostPartBytes ? kTooLarge : nullptr;
 }
 
 const char* FaultOf(const PartShape& shape) {
   if (!AllFinite(shape.facets.points) || !AllFinite(shape.facets.normals)) {
-    return "a facet at a place that is no number";
+    return "IDS_WB_FAULT_FACET_PLACE";
   }
   if (!std::isfinite(shape.volume) || !std::isfinite(shape.area) || !std::isfinite(shape.length)) return kNoNumber;
-  if (shape.geometry.size() > kMostParameters) return "a list beyond all length";
+  if (shape.geometry.size() > kMostParameters) return "IDS_WB_FAULT_LONG_LIST";
   for (const auto& [key, value] : shape.geometry) {
     if (key.size() > kMostKey) return kLongName;
     if (!std::isfinite(value)) return kNoNumber;
@@ -242,13 +244,13 @@ std::size_t BytesOf(const PartShape& shape) {
 }
 
 const char* FaultOf(const PartOrigin& origin) {
-  if (origin.assemblies.size() > kMostAssemblies) return "a list beyond all length";
+  if (origin.assemblies.size() > kMostAssemblies) return "IDS_WB_FAULT_LONG_LIST";
   const bool isLong = origin.product.size() > kMostName || origin.instance.size() > kMostName ||
                       std::any_of(origin.assemblies.begin(), origin.assemblies.end(), [](const AssemblyUse& at) {
                         return at.product.size() > kMostName || at.instance.size() > kMostName;
                       });
   if (isLong) return kLongName;
-  return origin.import > kMostRecords ? "a number beyond all" : nullptr;
+  return origin.import > kMostRecords ? kBeyondAll : nullptr;
 }
 
 std::size_t BytesOf(const PartOrigin& origin) {

@@ -32,20 +32,20 @@ inline constexpr std::size_t kMostParameters = 10'000;
 /// Bytes of the key of such a parameter or measure.
 inline constexpr std::size_t kMostKey = 1000;
 
-/// What is wrong with the values of a record of a type, in a few words; null for nothing. `id` is the number that
-/// it must have. Meshes and shapes are looked at only as far as their sizes.
+/// What is wrong with the values of a record of a type, as the key of a message without places; null for nothing.
+/// `id` is the number that it must have. Meshes and shapes are looked at only as far as their sizes.
 const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& record);
 
 /// Makes values allowed as far as that can be done: what is no number becomes 0, names are cut, counts are those
 /// of the mesh.
 void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record);
 
-/// What is wrong with the values of a mesh or shape: places that are no numbers, numbers beyond bounds. That its
-/// parts fit each other is asked first, by HangsTogether of ModelBytes.h.
+/// Likewise, what is wrong with the values of a mesh or shape: places that are no numbers, numbers beyond bounds.
+/// That its parts fit each other is asked first, by HangsTogether of ModelBytes.h.
 const char* FaultOf(const MeshData& mesh);
 const char* FaultOf(const PartShape& shape);
 const char* FaultOf(const PartOrigin& origin);
-/// Likewise for the text of a deck.
+/// And with the text of a deck.
 const char* FaultOf(const std::string& text);
 /// About how many bytes they take in a document.
 std::size_t BytesOf(const MeshData& mesh);

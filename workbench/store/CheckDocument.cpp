@@ -9,6 +9,7 @@
 #include "workbench/store/DocumentRows.h"
 #include "workbench/store/RecordCheck.h"
 #include "workbench/text/Shown.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -39,7 +40,7 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
   for (const auto& table : MakeRecordTables([&](const std::string& name) { return IsTableOf(name, version); })) {
     const bool read = table->Read(
         *file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { records.Add(itr, std::move(record)); },
-        [&](iterator itr, const std::string& fault) { records.Complain(table->Name(), itr, fault); });
+        [&](const RecordFault& fault) { records.Complain(fault); });
     if (stopped) return {{"IDS_WB_IMPORT_CANCELLED", path}};
     whole = whole && read;
     if (!read) faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
@@ -105,9 +106,7 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
     const auto keep = [&](iterator itr, std::shared_ptr<tagTRecord> record) {
       records.Add(itr, std::move(record));
     };
-    const auto skip = [&](iterator itr, const std::string& fault) {
-      notes.push_back({kDamaged, std::string(table->Name()) + " " + std::to_string(NumberOf(itr)) + ": " + fault});
-    };
+    const auto skip = [&notes](const RecordFault& fault) { notes.push_back({kDamaged, ToUtf8(fault.Text())}); };
     // Where a page of the file is damaged reading ends, so what lies behind it is read from the other end.
     if (table->Read(*file, keep, skip)) continue;
     if (stopped) break;

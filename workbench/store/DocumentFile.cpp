@@ -245,7 +245,7 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
   for (const auto& table : m_tables) {
     const bool read = table->Read(
         m_file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { check.Add(itr, std::move(record)); },
-        [&](iterator itr, const std::string& fault) { check.Complain(table->Name(), itr, fault); });
+        [&](const RecordFault& fault) { check.Complain(fault); });
     if (!read) {
       error = Fault();
       if (!check.Faults().empty()) error = {"IDS_WB_DOC_DAMAGED", check.Faults().back()};

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <array>
 
+#include "host/CMSGFunction.h"
+#include "host/MessageOutput.h"
 #include "workbench/model/Pools.h"
 #include "workbench/model/Values.h"
 #include "workbench/text/Shown.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -19,6 +22,10 @@ constexpr int kMostViews = 100;
 constexpr std::size_t kMostViewName = 200;
 constexpr std::size_t kMostView = 16U << 20U;
 
+std::string Line(const char* key, std::int64_t number = 0) {
+  return ToUtf8(qdFormat(CMSGFunction::GetValue(key), {std::to_wstring(number)}));
+}
+
 }  // namespace
 
 std::string ReadNumbers(Connection& file, const std::function<void(iterator last)>& onLast) {
@@ -31,9 +38,9 @@ std::string ReadNumbers(Connection& file, const std::function<void(iterator last
     // A pool stands once; rows that come again hang in a circle.
     const bool known = ++count <= kPools.size() && std::find(kPools.begin(), kPools.end(), type) != kPools.end();
     if (!known) {
-      fault = "pool " + std::to_string(type) + ": no such pool";
+      fault = Line("IDS_WB_FAULT_NO_POOL", type);
     } else if (!numbers.IsInteger(1) || last < 1 || last > static_cast<std::int64_t>(kMostRecords)) {
-      fault = "pool " + std::to_string(type) + ": a number beyond all";
+      fault = Line("IDS_WB_FAULT_POOL_NUMBER", type);
     } else {
       onLast(static_cast<iterator>(type) << kTypeShift | static_cast<iterator>(last));
     }
@@ -48,7 +55,7 @@ std::string CheckViews(Connection& file) {
   while (views.Step()) {
     if (++count > kMostViews || views.Bytes(0).size() > kMostViewName ||
         views.Integer(1) > static_cast<std::int64_t>(kMostView)) {
-      return "view: more than any window leaves";
+      return Line("IDS_WB_FAULT_VIEWS");
     }
   }
   return views.Failed() ? "view: " + ShownText(file.Error()) : std::string();

@@ -9,7 +9,7 @@
 namespace qd::workbench {
 
 // What stands in a document beside its records, and the pages that all of it stands in. Each returns what is wrong
-// in a few words, empty for nothing.
+// in a few words of the user's language, empty for nothing.
 
 /// Hands over the last number that each pool has given out.
 std::string ReadNumbers(Connection& file, const std::function<void(iterator last)>& onLast);

@@ -3,8 +3,10 @@
 #include <iterator>
 #include <utility>
 
+#include "host/CMSGFunction.h"
 #include "workbench/model/Pools.h"
 #include "workbench/model/Values.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -13,32 +15,6 @@ namespace {
 constexpr std::size_t kMostLines = 100;
 constexpr iterator kFirstSettings = static_cast<iterator>(kDataSettings) << kTypeShift | 1;
 constexpr iterator kGlobal = static_cast<iterator>(kDataCord) << kTypeShift | 1;
-
-/// What users call the records of a type.
-const char* NameOfType(std::uint16_t type) {
-  switch (type) {
-    case kDataSettings:
-      return "settings";
-    case kDataCord:
-      return "coordinate system";
-    case kDataMset:
-      return "mesh set";
-    case kDataProperty:
-      return "property";
-    case kDataMaterial:
-      return "material";
-    case kDataGeom:
-      return "part";
-    case kDataGset:
-      return "geometry set";
-    case kDataMGInfo:
-      return "mesh generation";
-    case kDataDeck:
-      return "deck";
-    default:
-      return "record";
-  }
-}
 
 std::int32_t IdOf(iterator itr) {
   return NumberOf(itr) <= kMostRecords ? static_cast<std::int32_t>(NumberOf(itr)) : 0;
@@ -49,20 +25,15 @@ bool IsWayUp(const ReferenceField& field) {
   return field.whenGone == WhenGone::MoveUp || field.whenGone == WhenGone::KeepPlace;
 }
 
-std::string NothingToName(const ReferenceField& field) {
-  return std::string("its ") + field.what + " is not there";
-}
-
 }  // namespace
 
-void RecordCheck::Note(std::vector<std::string>& lines, iterator itr, const std::string& text) {
-  if (lines.size() >= kMostLines) return;
-  lines.push_back(std::string(NameOfType(TypeOf(itr))) + " " + std::to_string(NumberOf(itr)) + ": " + text);
+void RecordCheck::Note(std::vector<std::string>& lines, iterator itr, const char* key, const CString& what) {
+  if (lines.size() < kMostLines)
+    lines.push_back(ToUtf8(RecordFault{TypeOf(itr), NumberOf(itr), key, what}.Text()));
 }
 
-void RecordCheck::Complain(const char* table, iterator itr, const std::string& fault) {
-  if (m_faults.size() >= kMostLines) return;
-  m_faults.push_back(std::string(table) + " " + std::to_string(NumberOf(itr)) + ": " + fault);
+void RecordCheck::Complain(const RecordFault& fault) {
+  if (m_faults.size() < kMostLines) m_faults.push_back(ToUtf8(fault.Text()));
 }
 
 void RecordCheck::Add(iterator itr, std::shared_ptr<const tagTRecord> record) {
@@ -99,7 +70,7 @@ void RecordCheck::FindKeys() {
   for (const auto& [itr, record] : m_records) {
     if (TypeOf(itr) != kDataMset) continue;
     const std::uint32_t key = static_cast<const tagTMset&>(*record).key & kMsetKeyMask;
-    if (!m_msetOfKey.emplace(key, itr).second) Note(m_faults, itr, "its key is taken");
+    if (!m_msetOfKey.emplace(key, itr).second) Note(m_faults, itr, "IDS_WB_FAULT_KEY_TAKEN");
   }
 }
 
@@ -111,7 +82,7 @@ void RecordCheck::Mend(iterator itr, std::shared_ptr<const tagTRecord>& record, 
       ++i;
       continue;
     }
-    Note(m_mended, itr, NothingToName(field));
+    Note(m_mended, itr, "IDS_WB_FAULT_REFERENCE", CMSGFunction::GetValue(field.what));
     m_changes.try_emplace(itr, JournalEntry{itr, record, nullptr});
     const auto oldest = [this](std::uint16_t type) {
       const auto first = m_records.lower_bound(static_cast<iterator>(type) << kTypeShift);
@@ -143,19 +114,19 @@ bool RecordCheck::StandsOnItself(iterator itr, const ReferenceField& field) {
 void RecordCheck::Run() {
   FindKeys();
   for (auto& [itr, record] : m_records) {
-    if (AreOtherSettings(itr)) Note(m_faults, itr, "there are others already");
+    if (AreOtherSettings(itr)) Note(m_faults, itr, "IDS_WB_FAULT_OTHERS");
     if (const char* fault = FaultOf(TypeOf(itr), IdOf(itr), *record)) Note(m_faults, itr, fault);
     for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(itr))) Mend(itr, record, field);
   }
   for (const auto& [itr, record] : m_records) {
     for (const ReferenceField& field : ReferenceFieldsOf(TypeOf(itr))) {
-      if (IsWayUp(field) && StandsOnItself(itr, field)) Note(m_faults, itr, "it stands on itself");
+      if (IsWayUp(field) && StandsOnItself(itr, field)) Note(m_faults, itr, "IDS_WB_FAULT_CIRCLE");
     }
     if (TypeOf(itr) == kDataCord && (itr == kGlobal) != (static_cast<const tagTCord&>(*record).parent == 0)) {
-      Note(m_faults, itr, "it has no system to stand in");
+      Note(m_faults, itr, "IDS_WB_FAULT_NO_SYSTEM");
     }
   }
-  if (!m_records.contains(kGlobal)) Note(m_faults, kGlobal, "it is not there");
+  if (!m_records.contains(kGlobal)) Note(m_faults, kGlobal, "IDS_WB_FAULT_MISSING");
 }
 
 /// Makes the values of a record fit; what is wrong with it in spite of that, null for nothing.
@@ -165,7 +136,7 @@ const char* RecordCheck::PutRight(iterator itr, std::shared_ptr<const tagTRecord
   if (fit == nullptr) return fault;
   MakeFit(TypeOf(itr), IdOf(itr), *fit);
   const char* still = FaultOf(TypeOf(itr), IdOf(itr), *fit);
-  if (still == nullptr) Note(m_mended, itr, std::string("put right: ") + fault);
+  if (still == nullptr) Note(m_mended, itr, "IDS_WB_FAULT_PUT_RIGHT", CMSGFunction::GetValue(fault));
   record = fit;
   return still;
 }
@@ -177,10 +148,10 @@ void RecordCheck::Repair() {
     const char* fault = PutRight(itr, at->second);
     if (fault == nullptr && TypeOf(itr) == kDataMset &&
         !keys.insert(static_cast<const tagTMset&>(*at->second).key & kMsetKeyMask).second) {
-      fault = "its key is taken";
+      fault = "IDS_WB_FAULT_KEY_TAKEN";
     }
-    if (AreOtherSettings(itr)) fault = "there are others already";
-    if (fault != nullptr) Note(m_mended, itr, std::string("left out, for ") + fault);
+    if (AreOtherSettings(itr)) fault = "IDS_WB_FAULT_OTHERS";
+    if (fault != nullptr) Note(m_mended, itr, "IDS_WB_FAULT_LEFT_OUT", CMSGFunction::GetValue(fault));
     at = fault != nullptr ? m_records.erase(at) : std::next(at);
   }
   FindKeys();
@@ -190,7 +161,7 @@ void RecordCheck::Repair() {
       const bool lost = field.target == kDataCord && itr != kGlobal && field.at(*record, 0) == 0;
       const bool global = itr == kGlobal && field.at(*record, 0) != 0;
       if (!lost && !global && !StandsOnItself(itr, field)) continue;
-      Note(m_mended, itr, "moved to the top, for it had no way up");
+      Note(m_mended, itr, "IDS_WB_FAULT_MOVED_UP");
       const std::shared_ptr<tagTRecord> moved = CopyRecord(TypeOf(itr), *record);
       field.replace(*moved, field.at(*record, 0), field.target == kDataCord && !global ? kGlobal : 0);
       record = moved;

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "workbench/model/Journal.h"
+#include "workbench/model/RecordFault.h"
 #include "workbench/model/References.h"
 
 namespace qd::workbench {
@@ -22,7 +23,7 @@ class RecordCheck final : private IRecordLookup {
   /// Takes a record that was read.
   void Add(iterator itr, std::shared_ptr<const tagTRecord> record);
   /// Notes what could not be read.
-  void Complain(const char* table, iterator itr, const std::string& fault);
+  void Complain(const RecordFault& fault);
   /// Looks at all records together. References to nothing are mended as if what they name had just been deleted;
   /// everything else that is wrong is a fault.
   void Run();
@@ -30,7 +31,7 @@ class RecordCheck final : private IRecordLookup {
   /// circles. To be called before Run, which finds no fault then.
   void Repair();
 
-  /// One line for each fault or mended reference, at most some of them.
+  /// One line for each fault or mended reference, in the user's language, at most some of them.
   const std::vector<std::string>& Faults() const { return m_faults; }
   const std::vector<std::string>& Mended() const { return m_mended; }
   /// What was mended: records as they were read and as they are now.
@@ -41,7 +42,7 @@ class RecordCheck final : private IRecordLookup {
   const tagTRecord* Find(iterator itr) const override;
   iterator MsetOfKey(std::uint32_t key) const override;
 
-  void Note(std::vector<std::string>& lines, iterator itr, const std::string& text);
+  static void Note(std::vector<std::string>& lines, iterator itr, const char* key, const CString& what = {});
   bool AreOtherSettings(iterator itr) const;
   void FindKeys();
   void Mend(iterator itr, std::shared_ptr<const tagTRecord>& record, const ReferenceField& field);

@@ -276,17 +276,21 @@ class RecordTable final : public IRecordTable {
       // Pages of a damaged file can hang in several places, or in a circle; their rows come more than once then.
       const std::int64_t number = rows.Integer(0);
       if (!first && (forward ? number <= last : number >= last)) {
-        onFault(static_cast<iterator>(number), "a row that stands in the file twice");
+        onFault(Wrong(static_cast<iterator>(number), "IDS_WB_FAULT_TWICE"));
         return false;
       }
       last = number;
       if (!file.Take(rows)) {
-        onFault(static_cast<iterator>(number), "more than the file has room for");
+        onFault(Wrong(static_cast<iterator>(number), "IDS_WB_FAULT_ROOM"));
         return false;
       }
       ReadRow(rows, onRow, onFault);
     }
     return !rows.Failed();
+  }
+
+  RecordFault Wrong(iterator itr, const char* key, const char* what = "") const {
+    return {m_type, NumberOf(itr), key, FromUtf8(what)};
   }
 
   template <typename Part>
@@ -342,12 +346,12 @@ class RecordTable final : public IRecordTable {
     const auto itr = static_cast<iterator>(row.Integer(0));
     auto record = std::make_shared<T>();
     if (TypeOf(itr) != m_type || NumberOf(itr) == 0 || NumberOf(itr) > kMostRecords) {
-      return onFault(itr, "a number that is none of this table's");
+      return onFault({m_type, itr, "IDS_WB_FAULT_OTHER_TABLE"});
     }
     record->id = static_cast<std::int32_t>(NumberOf(itr));
     int place = 0;
     for (const Column<T>& column : m_columns) {
-      if (!column.set(row, ++place, *record)) return onFault(itr, std::string("a wrong value of ") + column.name);
+      if (!column.set(row, ++place, *record)) return onFault(Wrong(itr, "IDS_WB_FAULT_COLUMN", column.name));
     }
     ForEachPart([&](auto kind, std::size_t which) {
       if (!m_has[which] || row.IsNull(++place)) return;
@@ -357,7 +361,7 @@ class RecordTable final : public IRecordTable {
       if (Part::Get(reader, *part) && reader.IsWhole() && FaultOf(*part) == nullptr) {
         (*record).*Part::kMember = std::move(part);
       } else {
-        onFault(itr, std::string("damaged: ") + Part::kTable);
+        onFault(Wrong(itr, "IDS_WB_FAULT_PART", Part::kTable));
       }
     });
     onRow(itr, std::move(record));

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/Records.h"
+#include "workbench/model/RecordFault.h"
 #include "workbench/store/Sqlite.h"
 
 namespace qd::workbench {
@@ -26,7 +27,7 @@ class IRecordTable {
   /// Reads all rows in ascending order. A row that cannot be read goes to `onFault` with a reason, and its record
   /// is left out; one whose large part cannot be read comes without it. False when the file itself failed.
   using Row = std::function<void(iterator, std::shared_ptr<tagTRecord>)>;
-  using Fault = std::function<void(iterator, const std::string&)>;
+  using Fault = std::function<void(const RecordFault&)>;
   virtual bool Read(Connection& file, const Row& onRow, const Fault& onFault) = 0;
   virtual bool ReadBackwards(Connection& file, const Row& onRow, const Fault& onFault) = 0;
   /// A record as text, for comparing.

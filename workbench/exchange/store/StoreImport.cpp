@@ -183,7 +183,8 @@ std::vector<iterator> StoreMeshSets(Database& database, std::vector<ImportedMesh
     itrs.push_back(pool.Add(record));
     if (itrs.back() == 0) {
       const char* fault = FaultOf(*record.mesh);
-      if (fault != nullptr) notes.push_back({"IDS_WB_IMPORT_NOT_ALLOWED", set.name + ": " + fault});
+      if (fault != nullptr)
+        notes.push_back({"IDS_WB_IMPORT_NOT_ALLOWED", set.name + ": " + ToUtf8(CMSGFunction::GetValue(fault))});
       break;
     }
   }
