@@ -92,10 +92,51 @@ TEST(Files, OfAnyNameAreReadAndNothingIsLeftBehind) {
   unsetenv("XDG_RUNTIME_DIR");
 }
 
+struct Claim {
+  const char* name;
+  const char* rest;
+};
+class Claims : public ::testing::TestWithParam<Claim> {};
+
+/// Small files that a library would take gigabytes for.
+TEST_P(Claims, AreRefusedBeforeMemoryIsTaken) {
+  const Folder folder;
+  ExchangeRun::Task task =
+      RealTask(folder.Write("x.msh", std::string("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n") + GetParam().rest));
+  task.limits.memory = std::uint64_t{256} << 20;
+  ExchangeRun run(task);
+  Quiet listener;
+  const ExchangeRun::Result result = run.Run(listener);
+  EXPECT_EQ(result.model, nullptr);
+  EXPECT_EQ(result.reason.key, "IDS_WB_IMPORT_CLAIM");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Msh, Claims,
+    ::testing::Values(Claim{"Nodes", "$Nodes\n1 700000000 1 3\n2 1 0 3\n1\n2\n3\n$EndNodes\n"},
+                      Claim{"Elements", "$Elements\n1 700000000 1 1\n2 1 2 1\n1 1 2 3\n$EndElements\n"},
+                      Claim{"Partitions",
+                            "$PartitionedEntities\n2\n0\n0 0 1 0\n2 2 1 2000000000 1\n0 0 0 1 1 1 0 0\n"
+                            "$EndPartitionedEntities\n"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(Triangles, OfRealProgramsAreRead) {
+  const Folder folder;
+  const std::string facet =
+      "facet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n";
+  std::string capitals = "solid a\n" + facet + "endsolid a\n";
+  for (char& letter : capitals) letter = static_cast<char>(std::toupper(letter));
+  for (const std::string& bytes : {capitals, "solid a\nendsolid a\nsolid b\n" + facet + "endsolid b\n"}) {
+    const ExchangeRun::Result result = Import(folder.Write("x.stl", bytes));
+    ASSERT_NE(result.model, nullptr) << result.reason.key << " " << result.reason.detail;
+    EXPECT_EQ(result.model->meshSets.size(), 1U);
+  }
+}
+
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST(Memory, BeyondTheLimitIsRefusedAndNamed) {
   const Folder folder;
-  constexpr int kNodes = 200'000;
+  constexpr int kNodes = 500'000;
   std::string mesh = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n" + std::to_string(kNodes) + "\n";
   for (int i = 1; i <= kNodes; ++i) mesh += std::to_string(i) + " 0 0 " + std::to_string(i) + "\n";
   mesh += "$EndNodes\n$Elements\n" + std::to_string(kNodes - 1) + "\n";

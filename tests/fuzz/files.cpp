@@ -1,4 +1,4 @@
-// What is looked at of every file before a library reads it; the first byte chooses the kind.
+// What is looked at of every file before a library reads it, and our own readers; the first byte chooses the kind.
 
 #include <cstdint>
 
@@ -12,7 +12,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::vector<ImportNote> notes;
     const Format& format = *Formats()[data[0] % Formats().size()];
     const std::string ending(format.Endings()[0].substr(1));
-    CheckFile(qd::fuzz::FileOf(data + 1, size - 1, ending.c_str()), notes);
+    const std::string path = qd::fuzz::FileOf(data + 1, size - 1, ending.c_str());
+    CheckFile(path, notes);
+    if (format.ReadBy() == Engine::Own) format.Read(path, {});
   } catch (const ImportError&) {
   }
   return 0;

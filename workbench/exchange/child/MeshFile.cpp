@@ -3,15 +3,12 @@
 #include <gmsh.h>
 
 #include <algorithm>
-#include <iterator>
 #include <set>
 #include <unordered_map>
-#include <unordered_set>
 
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Shapes.h"
 #include "workbench/mesh/ElementTypes.h"
-#include "workbench/mesh/MeshEdit.h"
 
 namespace qd::workbench {
 
@@ -94,8 +91,8 @@ struct Group {
 };
 
 /// The groups of the file. An entity belongs to the first group that names it; entities that no group names make
-/// groups of their own, but for the sides of solids in files that list these beside the solids.
-std::vector<Group> GroupsOfFile(const Format& format, std::vector<ImportNote>& notes) {
+/// groups of their own.
+std::vector<Group> GroupsOfFile(std::vector<ImportNote>& notes) {
   std::vector<Group> groups;
   std::set<std::pair<int, int>> taken;
   gmsh::vectorpair physical;
@@ -112,11 +109,10 @@ std::vector<Group> GroupsOfFile(const Format& format, std::vector<ImportNote>& n
     }
     if (group.entities.size() < entities.size()) notes.push_back({"IDS_WB_NOTE_SHARED_SET", group.name});
   }
-  const int least = format.HasMixedDimensions() ? 1 : gmsh::model::getDimension();
   gmsh::vectorpair entities;
   gmsh::model::getEntities(entities);
   for (const auto& [dimension, tag] : entities) {
-    if (dimension >= least && !taken.contains({dimension, tag}))
+    if (dimension > 0 && !taken.contains({dimension, tag}))
       groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
   }
   return groups;
@@ -130,10 +126,10 @@ void CheckElementTypes(const MeshData& mesh) {
   }
 }
 
-std::vector<ImportedMeshSet> SetsOfFile(const Format& format, Sink& sink) {
+std::vector<ImportedMeshSet> SetsOfFile(Sink& sink) {
   const Coordinates nodes = AllNodes();
   std::vector<ImportNote> notes;
-  const std::vector<Group> groups = GroupsOfFile(format, notes);
+  const std::vector<Group> groups = GroupsOfFile(notes);
   for (const ImportNote& note : notes) sink.Note(note);
   std::vector<ImportedMeshSet> sets;
   for (const Group& group : groups) {
@@ -145,29 +141,6 @@ std::vector<ImportedMeshSet> SetsOfFile(const Format& format, Sink& sink) {
     if (!set.mesh.blocks.empty()) sets.push_back(std::move(set));
   }
   return sets;
-}
-
-/// Moves the elements of the file's named groups, which the library passes over, into sets of these names. An
-/// element of several groups goes into the first.
-void ApplyNamedGroups(const std::vector<NamedGroup>& groups, std::vector<ImportedMeshSet>& sets) {
-  std::vector<ImportedMeshSet> named;
-  for (const NamedGroup& group : groups) {
-    const std::unordered_set<std::uint64_t> wanted(group.elements.begin(), group.elements.end());
-    std::vector<MeshPtr> taken;
-    for (ImportedMeshSet& set : sets) {
-      SplitMesh split =
-          SplitByElement(set.mesh, [&wanted](std::uint64_t element) { return wanted.contains(element); });
-      if (split.taken->blocks.empty()) continue;
-      taken.push_back(std::move(split.taken));
-      set.mesh = *split.left;
-    }
-    if (taken.empty()) continue;
-    named.emplace_back();
-    named.back().name = group.name;
-    named.back().mesh = *JoinMeshes(taken);
-  }
-  std::erase_if(sets, [](const ImportedMeshSet& set) { return set.mesh.blocks.empty(); });
-  sets.insert(sets.begin(), std::make_move_iterator(named.begin()), std::make_move_iterator(named.end()));
 }
 
 /// Meshes one shape and sends its elements of the wanted dimension.
@@ -221,13 +194,11 @@ void MeshOperands(const ShapeOperation& operation, Sink& sink) {
   }
 }
 
-void ReadMeshFile(const std::string& path, const Format& format, Sink& sink) {
+void ReadMeshFile(const std::string& path, Sink& sink) {
   const Session session;
   try {
     gmsh::merge(path);
-    std::vector<ImportedMeshSet> sets = SetsOfFile(format, sink);
-    ApplyNamedGroups(format.GroupsOf(path), sets);
-    for (const ImportedMeshSet& set : sets) sink.MeshSet(set);
+    for (const ImportedMeshSet& set : SetsOfFile(sink)) sink.MeshSet(set);
   } catch (const std::string& reason) {
     throw ImportError{"IDS_WB_IMPORT_READER", FirstError(reason)};
   } catch (int) {

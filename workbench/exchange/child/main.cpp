@@ -108,9 +108,7 @@ std::string Enclose(const Arguments& arguments, std::unique_ptr<GivenFile>& file
   return path;
 }
 
-void ReadDeck(const std::string& path, const std::vector<std::string>& includes, Sink& sink) {
-  const ImportedModel model =
-      ReadInpFile(path, [&sink](double done) { sink.Progress(done); }, {includes.begin(), includes.end()});
+void Send(const ImportedModel& model, Sink& sink) {
   for (const ImportNote& note : model.notes) sink.Note(note);
   for (const ImportedDeck& deck : model.decks) sink.Deck(deck);
   for (const ImportedMaterial& material : model.materials) sink.Material(material);
@@ -122,15 +120,18 @@ void Import(const std::string& path, const std::vector<std::string>& includes, S
   std::vector<ImportNote> notes;
   const Format& format = CheckFile(path, notes);
   for (const ImportNote& note : notes) sink.Note(note);
+  const auto progress = [&sink](double done) { sink.Progress(done); };
   switch (format.ReadBy()) {
     case Engine::Step:
     case Engine::Iges:
     case Engine::Brep:
       return ReadCadFile(path, format, sink);
     case Engine::Mesh:
-      return ReadMeshFile(path, format, sink);
+      return ReadMeshFile(path, sink);
     case Engine::Deck:
-      return ReadDeck(path, includes, sink);
+      return Send(ReadInpFile(path, progress, {includes.begin(), includes.end()}), sink);
+    case Engine::Own:
+      return Send(format.Read(path, progress), sink);
   }
 }
 

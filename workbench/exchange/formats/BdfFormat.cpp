@@ -16,7 +16,6 @@ class Bdf final : public Format {
   Engine ReadBy() const override { return Engine::Mesh; }
   Carries Carry() const override { return {.looseNodes = true, .materials = true}; }
   bool Holds(int elementType) const override { return BdfHolds(elementType); }
-  bool HasMixedDimensions() const override { return true; }
   bool CanWrite() const override { return true; }
   void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
     WriteBdf(model, file, report);

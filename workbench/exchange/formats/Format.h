@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,8 +15,9 @@
 
 namespace qd::workbench {
 
-/// What reads the files of a format: a reader of the CAD library, the mesh library, or our own reader of decks.
-enum class Engine { Step, Iges, Brep, Mesh, Deck };
+/// What reads the files of a format: a reader of the CAD library, the mesh library, our own reader of decks, which
+/// may draw in other files, or a reader of our own that sees one file.
+enum class Engine { Step, Iges, Brep, Mesh, Deck, Own };
 
 /// What files of a format can hold beside the bare shapes or nodes and elements.
 struct Carries {
@@ -59,10 +61,12 @@ class Format {
   /// short or damaged; returns notes about what reading will leave out.
   std::vector<ImportNote> Check(const std::filesystem::path& path) const;
 
-  /// Named groups of elements that the mesh library passes over.
-  virtual std::vector<NamedGroup> GroupsOf(const std::filesystem::path& /*path*/) const { return {}; }
-  /// Whether elements of every dimension above points are the model's own, not the sides of others.
-  virtual bool HasMixedDimensions() const { return false; }
+  /// Reads a file that was checked, where the engine is our own. Throws an ImportError; `progress` gets the share
+  /// done, 0 to 1.
+  virtual ImportedModel Read(const std::filesystem::path& /*path*/,
+                             const std::function<void(double)>& /*progress*/) const {
+    return {};
+  }
 
   /// Whether Write can be called.
   virtual bool CanWrite() const { return false; }

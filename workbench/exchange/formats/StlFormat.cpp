@@ -1,21 +1,14 @@
-#include <cstring>
 
 #include "workbench/exchange/formats/Format.h"
+#include "workbench/exchange/formats/LastLine.h"
 #include "workbench/exchange/formats/MeshWriters.h"
+#include "workbench/exchange/formats/StlFile.h"
 #include "workbench/mesh/ElementTypes.h"
+#include "workbench/text/Ascii.h"
 
 namespace qd::workbench {
 
 namespace {
-
-bool IsBinary(const FileEnds& ends) {
-  constexpr std::size_t kHead = 84;
-  constexpr std::uintmax_t kFacet = 50;
-  if (ends.head.size() < kHead) return false;
-  std::uint32_t facets = 0;
-  std::memcpy(&facets, ends.head.data() + kHead - sizeof(facets), sizeof(facets));
-  return ends.size == kHead + facets * kFacet;
-}
 
 class Stl final : public Format {
  public:
@@ -24,12 +17,16 @@ class Stl final : public Format {
     static constexpr std::string_view kEndings[] = {".stl"};
     return kEndings;
   }
-  Engine ReadBy() const override { return Engine::Mesh; }
+  Engine ReadBy() const override { return Engine::Own; }
   Carries Carry() const override { return {.names = true}; }
   /// Surfaces, and the free faces of solids, as triangles.
   bool Holds(int elementType) const override {
     const ElementType* type = FindElementType(elementType);
     return type != nullptr && TopologyOf(type->shape).dimension >= 2;
+  }
+  ImportedModel Read(const std::filesystem::path& path,
+                     const std::function<void(double)>& progress) const override {
+    return ReadStlFile(path, progress);
   }
   bool CanWrite() const override { return true; }
   void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
@@ -38,11 +35,15 @@ class Stl final : public Format {
 
  protected:
   bool Begins(const FileEnds& ends) const override {
-    return ends.head.find("solid") != std::string::npos || IsBinary(ends);
+    return IsBinaryStl(ends.head, ends.size) || LowerCase(ends.head.substr(0, kWord.size())) == kWord;
   }
   bool IsFinished(const FileEnds& ends) const override {
-    return ends.tail.find("endsolid") != std::string::npos || IsBinary(ends);
+    return IsBinaryStl(ends.head, ends.size) ||
+           LowerCase(LastLine(ends.tail)).find("endsolid") != std::string::npos;
   }
+
+ private:
+  static constexpr std::string_view kWord = "solid";
 };
 
 }  // namespace

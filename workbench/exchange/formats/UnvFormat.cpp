@@ -1,7 +1,10 @@
+#include <algorithm>
+
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/exchange/formats/LastLine.h"
 #include "workbench/exchange/formats/MeshWriters.h"
-#include "workbench/exchange/formats/UnvGroups.h"
+#include "workbench/exchange/formats/UnvFile.h"
+#include "workbench/text/Ascii.h"
 
 namespace qd::workbench {
 
@@ -14,25 +17,29 @@ class Unv final : public Format {
     static constexpr std::string_view kEndings[] = {".unv"};
     return kEndings;
   }
-  Engine ReadBy() const override { return Engine::Mesh; }
+  Engine ReadBy() const override { return Engine::Own; }
   Carries Carry() const override { return {.names = true, .looseNodes = true}; }
   bool Holds(int elementType) const override { return UnvHolds(elementType); }
-  std::vector<NamedGroup> GroupsOf(const std::filesystem::path& path) const override {
-    return ReadUnvGroups(path);
+  ImportedModel Read(const std::filesystem::path& path,
+                     const std::function<void(double)>& progress) const override {
+    return ReadUnvFile(path, progress);
   }
-  bool HasMixedDimensions() const override { return true; }
   bool CanWrite() const override { return true; }
   void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
     WriteUnv(model, file, report);
   }
 
  protected:
+  /// Blank lines aside, the first line and the last one are the marks of data sets.
   bool Begins(const FileEnds& ends) const override {
-    return ends.head.substr(0, ends.head.find_first_of("\r\n")).find("-1") != std::string::npos;
+    const std::size_t first = std::min(ends.head.find_first_not_of(" \t\r\n"), ends.head.size());
+    const std::string_view line = std::string_view(ends.head).substr(first);
+    return Trimmed(line.substr(0, line.find('\n'))) == kMark;
   }
-  bool IsFinished(const FileEnds& ends) const override {
-    return LastLine(ends.tail).find("-1") != std::string::npos;
-  }
+  bool IsFinished(const FileEnds& ends) const override { return Trimmed(LastLine(ends.tail)) == kMark; }
+
+ private:
+  static constexpr std::string_view kMark = "-1";
 };
 
 }  // namespace

@@ -1,54 +1,26 @@
 #include <algorithm>
 
 #include "workbench/exchange/formats/MeshWriters.h"
+#include "workbench/exchange/formats/UnvElements.h"
 
 namespace qd::workbench {
 
 namespace {
 
-/// Kinds of elements of the universal file, with the order of their nodes.
-struct Kind {
-  int elementType;
-  int number;
-  const char* order;  // see OrderFromWords
-};
-constexpr Kind kKinds[] = {{1, 21, "0 1"},
-                           {2, 91, "0 1 2"},
-                           {3, 94, "0 1 2 3"},
-                           {4, 111, "0 1 2 3"},
-                           {5, 115, "0 1 2 3 4 5 6 7"},
-                           {6, 112, "0 1 2 3 4 5"},
-                           {8, 24, "0 01 1"},
-                           {9, 92, "0 01 1 12 2 20"},
-                           {11, 118, "0 01 1 12 2 20 03 13 23 3"},
-                           {16, 95, "0 01 1 12 2 23 3 30"},
-                           {17, 116, "0 01 1 12 2 23 3 30 04 15 26 37 4 45 5 56 6 67 7 74"},
-                           {18, 113, "0 01 1 12 2 20 03 14 25 3 34 4 45 5 53"}};
-
 constexpr std::size_t kWidth = 10;
 constexpr std::size_t kNumbersPerLine = 8;
 
-const Kind* FindKind(int elementType) {
-  const auto* kind = std::find_if(std::begin(kKinds), std::end(kKinds), [elementType](const Kind& candidate) {
-    return candidate.elementType == elementType;
-  });
-  return kind != std::end(kKinds) ? kind : nullptr;
-}
-
 void WriteElements(const MeshData::Block& block, std::size_t property, TextFile& file) {
-  const Kind* kind = FindKind(block.elementType);
+  const UnvElement* kind = FindUnvElement(block.elementType);
   if (kind == nullptr) throw ImportError{"IDS_WB_EXPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
   const std::vector<std::size_t> order = OrderFromWords(block.elementType, kind->order);
-  constexpr int kFirstBeam = 11;
-  constexpr int kLastBeam = 24;
-  const bool beam = kind->number >= kFirstBeam && kind->number <= kLastBeam;
   for (std::size_t element = 0; element < block.elementIds.size(); ++element) {
     file.Right(block.elementIds[element], kWidth);
     file.Right(static_cast<std::uint64_t>(kind->number), kWidth);
     // The mesh library takes a number of a material for a group of its own.
     file.Right(property, kWidth).Right(0, kWidth).Right(7, kWidth);
     file.Right(order.size(), kWidth) << "\n";
-    if (beam) file.Right(0, kWidth).Right(0, kWidth).Right(0, kWidth) << "\n";
+    if (kind->beam) file.Right(0, kWidth).Right(0, kWidth).Right(0, kWidth) << "\n";
     for (std::size_t i = 0; i < order.size(); ++i) {
       if (i > 0 && i % kNumbersPerLine == 0) file << "\n";
       file.Right(block.nodeIds[element * order.size() + order[i]], kWidth);
@@ -78,7 +50,7 @@ void WriteGroup(const ExportSet& set, std::size_t number, TextFile& file) {
 }  // namespace
 
 bool UnvHolds(int elementType) {
-  return FindKind(elementType) != nullptr;
+  return FindUnvElement(elementType) != nullptr;
 }
 
 void WriteUnv(const ExportModel& model, TextFile& file, ExportReport& report) {

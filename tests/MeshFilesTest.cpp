@@ -1,0 +1,307 @@
+// Our own readers of meshes: every form of a format gives the same, and what a file only claims costs nothing.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+#include "workbench/exchange/formats/Format.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+/// What reading a file gives, as text: its sets, its notes, or why it is refused.
+std::string Outcome(const std::string& name, const std::string& bytes) {
+  const std::string path = ::testing::TempDir() + "/mesh_files_" + name;
+  std::ofstream(path, std::ios::binary) << bytes;
+  std::ostringstream outcome;
+  try {
+    std::vector<ImportNote> notes;
+    const Format& format = CheckFile(path, notes);
+    const ImportedModel model = format.Read(path, {});
+    for (const ImportedMeshSet& set : model.meshSets) {
+      outcome << set.name << ": ";
+      for (std::size_t i = 0; i < set.mesh.nodeIds.size(); ++i) {
+        outcome << set.mesh.nodeIds[i] << " (" << set.mesh.coordinates[3 * i] << " "
+                << set.mesh.coordinates[3 * i + 1] << " " << set.mesh.coordinates[3 * i + 2] << ") ";
+      }
+      for (const MeshData::Block& block : set.mesh.blocks) {
+        outcome << "type " << block.elementType << " ";
+        for (std::size_t i = 0; i < block.elementIds.size(); ++i) {
+          outcome << block.elementIds[i] << ":";
+          for (int k = 0; k < block.nodesPerElement; ++k) {
+            outcome << " "
+                    << block.nodeIds[i * static_cast<std::size_t>(block.nodesPerElement) +
+                                     static_cast<std::size_t>(k)];
+          }
+          outcome << "; ";
+        }
+      }
+    }
+    for (const ImportNote& note : model.notes) outcome << note.key << " " << note.detail;
+  } catch (const ImportError& error) {
+    outcome << error.key << " " << error.detail;
+  }
+  std::filesystem::remove(path);
+  return outcome.str();
+}
+
+/// Writes numbers as text or as bytes in either order, from one list of what to write.
+class MshText {
+ public:
+  enum Form { Text, Little, Big };
+  explicit MshText(Form form) : m_form(form) {}
+  MshText& Line(const std::string& text) {
+    m_out << text << "\n";
+    return *this;
+  }
+  MshText& I(std::initializer_list<std::int32_t> numbers) { return Put(numbers); }
+  MshText& S(std::initializer_list<std::int64_t> numbers) { return Put(numbers); }
+  MshText& D(std::initializer_list<double> numbers) { return Put(numbers); }
+  MshText& Head(const std::string& version) {
+    Line("$MeshFormat").Line(version + (m_form == Text ? " 0 8" : " 1 8"));
+    if (m_form != Text) I({1}).Line("");
+    return Line("$EndMeshFormat");
+  }
+  std::string All() const { return m_out.str(); }
+
+ private:
+  template <typename Number>
+  MshText& Put(std::initializer_list<Number> numbers) {
+    for (const Number number : numbers) {
+      if (m_form == Text) {
+        m_out << number << " ";
+        continue;
+      }
+      char bytes[sizeof(number)];
+      std::memcpy(bytes, &number, sizeof(number));
+      if (m_form == Big) std::reverse(bytes, bytes + sizeof(number));
+      m_out.write(bytes, sizeof(number));
+    }
+    return *this;
+  }
+  Form m_form;
+  std::ostringstream m_out;
+};
+
+/// Two triangles in a group and one line that is in none.
+std::string Plate(const std::string& version, MshText::Form form) {
+  MshText file(form);
+  const bool text = form == MshText::Text;
+  const char* end = text ? "\n" : "";
+  if (version == "1") {
+    return "$NOD\n4\n1 0 0 0\n2 1 0 0\n3 1 1 0\n4 0 1 0\n$ENDNOD\n"
+           "$ELM\n3\n1 1 0 7 2 1 2\n2 2 5 1 3 1 2 3\n3 2 5 1 3 1 3 4\n$ENDELM\n";
+  }
+  file.Head(version);
+  file.Line("$PhysicalNames").Line("1").Line("2 5 \"Plate A\"").Line("$EndPhysicalNames");
+  if (version == "2.2") {
+    file.Line("$Nodes").Line("4");
+    file.I({1}).D({0, 0, 0}).I({2}).D({1, 0, 0}).I({3}).D({1, 1, 0}).I({4}).D({0, 1, 0});
+    file.Line(end).Line("$EndNodes").Line("$Elements").Line("3");
+    if (text) {
+      file.I({1, 1, 2, 0, 7, 1, 2, 2, 2, 2, 5, 1, 1, 2, 3, 3, 2, 4, 5, 1, 1, 1, 1, 3, 4});
+    } else {
+      file.I({1, 1, 2, 1, 0, 7, 1, 2}).I({2, 2, 2, 2, 5, 1, 1, 2, 3, 3, 5, 1, 1, 3, 4});
+    }
+  } else if (version == "4.0") {
+    file.Line("$Entities").S({0, 1, 1, 0});
+    file.I({7}).D({0, 0, 0, 1, 0, 0}).S({0, 0}).I({1}).D({0, 0, 0, 1, 1, 0}).S({1}).I({5}).S({0});
+    file.Line(end).Line("$EndEntities").Line("$Nodes").S({2, 4}).I({7, 1, 1}).S({2});
+    file.I({1}).D({0, 0, 0, 0.5}).I({2}).D({1, 0, 0, 0.5}).I({1, 2, 0}).S({2});
+    file.I({3}).D({1, 1, 0}).I({4}).D({0, 1, 0});
+    file.Line(end).Line("$EndNodes").Line("$Elements").S({2, 3}).I({7, 1, 1}).S({1}).I({1, 1, 2});
+    file.I({1, 2, 2}).S({2}).I({2, 1, 2, 3, 3, 1, 3, 4});
+  } else {
+    file.Line("$Entities").S({0, 1, 1, 0});
+    file.I({7}).D({0, 0, 0, 1, 0, 0}).S({0, 0}).I({1}).D({0, 0, 0, 1, 1, 0}).S({1}).I({-5}).S({0});
+    file.Line(end).Line("$EndEntities").Line("$Nodes").S({2, 4, 1, 4}).I({1, 7, 1}).S({2, 1, 2});
+    file.D({0, 0, 0, 0.5, 1, 0, 0, 0.5}).I({2, 1, 0}).S({2, 3, 4}).D({1, 1, 0, 0, 1, 0});
+    file.Line(end).Line("$EndNodes").Line("$Elements").S({2, 3, 1, 3}).I({1, 7, 1}).S({1, 1, 1, 2});
+    file.I({2, 1, 2}).S({2, 2, 1, 2, 3, 3, 1, 3, 4});
+  }
+  return file.Line(end).Line("$EndElements").Line("$NodeData").Line("anything").Line("$EndNodeData").All();
+}
+
+class MshForm : public ::testing::TestWithParam<std::tuple<const char*, MshText::Form>> {};
+
+TEST_P(MshForm, GivesTheSame) {
+  const auto [version, form] = GetParam();
+  const std::string name = version == std::string("1") ? "Group 5" : "Plate A";
+  EXPECT_EQ(Outcome("plate.msh", Plate(version, form)),
+            name + ": 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) 4 (0 1 0) type 2 2: 1 2 3; 3: 1 3 4; ");
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, MshForm,
+                         ::testing::Values(std::tuple{"1", MshText::Text}, std::tuple{"2.2", MshText::Text},
+                                           std::tuple{"2.2", MshText::Little}, std::tuple{"2.2", MshText::Big},
+                                           std::tuple{"4.0", MshText::Text}, std::tuple{"4.0", MshText::Little},
+                                           std::tuple{"4.1", MshText::Text}, std::tuple{"4.1", MshText::Little},
+                                           std::tuple{"4.1", MshText::Big}));
+
+constexpr const char* kHead = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n";
+constexpr const char* kHead41 = "$MeshFormat\n4.1 0 8\n$EndMeshFormat\n";
+constexpr const char* kNodes = "$Nodes\n3\n1 0 0 0\n2 1 0 0\n3 1 1 0\n$EndNodes\n";
+
+struct Case {
+  const char* name;
+  const char* file;
+  std::string bytes;
+  std::string outcome;
+};
+class MeshFile : public ::testing::TestWithParam<Case> {};
+
+TEST_P(MeshFile, IsReadOrRefused) {
+  EXPECT_EQ(Outcome(GetParam().file, GetParam().bytes), GetParam().outcome);
+}
+
+std::string Msh(const std::string& head, const std::string& rest) {
+  return head + rest;
+}
+std::string Elements(const std::string& lines) {
+  return Msh(kHead, kNodes) + "$Elements\n" + lines + "$EndElements\n";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Msh, MeshFile,
+    ::testing::Values(
+        Case{"Claim2", "x.msh", Msh(kHead, "$Nodes\n1000000000\n1 0 0 0\n$EndNodes\n"),
+             "IDS_WB_IMPORT_CLAIM 5: $Nodes 1000000000"},
+        Case{"Claim41", "x.msh", Msh(kHead41, "$Nodes\n1 1000000000 1 3\n2 1 0 3\n1\n$EndNodes\n"),
+             "IDS_WB_IMPORT_CLAIM 5: $Nodes 1000000000"},
+        Case{"ClaimBlocks", "x.msh", Msh(kHead41, "$Nodes\n9223372036854775807 0 1 3\n$EndNodes\n"),
+             "IDS_WB_IMPORT_CLAIM 5: $Nodes 9223372036854775807"},
+        Case{"ClaimEntities", "x.msh",
+             Msh(kHead41, "$Entities\n0 0 2000000000 0\n1 0 0 0 1 1 0 0 0\n$EndEntities\n"),
+             "IDS_WB_IMPORT_CLAIM 5: $Entities 2000000000"},
+        Case{"ClaimGroups", "x.msh",
+             Msh(kHead41, "$Entities\n0 0 1 0\n1 0 0 0 1 1 0 2000000000 0\n$EndEntities\n"),
+             "IDS_WB_IMPORT_CLAIM 6: $Entities 2000000000"},
+        Case{"ClaimGhosts", "x.msh",
+             Msh(kHead41, "$PartitionedEntities\n2\n2000000000\n0 0 0 0\n$EndPartitionedEntities\n"),
+             "IDS_WB_IMPORT_CLAIM 6: $PartitionedEntities 2000000000"},
+        Case{"ClaimElements", "x.msh", Elements("1000000000\n1 2 2 5 1 1 2 3\n"),
+             "IDS_WB_IMPORT_CLAIM 11: $Elements 1000000000"},
+        Case{"ClaimTags", "x.msh", Elements("1\n1 2 2000000000 5 1 1 2 3\n"),
+             "IDS_WB_IMPORT_CLAIM 12: $Elements 2000000000"},
+        Case{"Negative", "x.msh", Msh(kHead, "$Nodes\n-1\n$EndNodes\n"), "IDS_WB_IMPORT_INP_NUMBER 5: $Nodes -1"},
+        Case{"FewerThanAnnounced", "x.msh", Msh(kHead41, "$Nodes\n1 2 1 1\n2 1 0 1\n1\n0 0 0\n0 0 0\n$EndNodes\n"),
+             "IDS_WB_IMPORT_INP_COUNT 8: $Nodes"},
+        Case{"MoreThanAnnounced", "x.msh", Msh(kHead, "$Nodes\n1\n1 0 0 0\n2 0 0 0\n$EndNodes\n"),
+             "IDS_WB_IMPORT_OUTLINE 7: $EndNodes"},
+        Case{"LargeNumbers", "x.msh",
+             Msh(kHead,
+                 "$Nodes\n3\n1 0 0 0\n2147483647 1 1 0\n2 1 0 0\n$EndNodes\n"
+                 "$Elements\n1\n2147483647 2 4 2147483647 1 1 2147483647 1 2 2147483647\n$EndElements\n"),
+             "Group 2147483647: 1 (0 0 0) 2 (1 0 0) 2147483647 (1 1 0) type 2 2147483647: 1 2 2147483647; "},
+        Case{"OfTwoGroups", "x.msh", Elements("3\n1 2 2 5 1 1 2 3\n2 2 2 5 1 1 3 2\n1 2 2 6 1 1 2 3\n"),
+             "Group 5: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 1: 1 2 3; 2: 1 3 2; IDS_WB_NOTE_SHARED_SET Group 6"},
+        Case{"TwoOfOneNumber", "x.msh", Elements("2\n1 2 2 5 1 1 2 3\n1 2 2 5 1 1 3 2\n"),
+             "IDS_WB_IMPORT_INP_TWICE 1"},
+        Case{"NodeMissing", "x.msh", Elements("1\n1 2 2 5 1 1 2 4\n"), "IDS_WB_IMPORT_NODE 4"},
+        Case{"Polygon", "x.msh", Elements("1\n1 34 2 5 1 2147483647 1 2 3\n"), "IDS_WB_IMPORT_ELEMENT_TYPE 34"},
+        Case{"NoNumber", "x.msh", Elements("1\n1 2 2 5 1 1 2 x\n"), "IDS_WB_IMPORT_INP_NUMBER 12: x"},
+        Case{"LaterVersion", "x.msh", "$MeshFormat\n5.0 0 8\n$EndMeshFormat\n",
+             "IDS_WB_IMPORT_VERSION 2: 5.0 0 8"},
+        Case{"OtherWords", "x.msh", "$MeshFormat\n2.2 0 4\n$EndMeshFormat\n", "IDS_WB_IMPORT_VERSION 2: 2.2 0 4"},
+        Case{"Script", "x.msh", Msh(kHead, "SystemCall \"x\";\n$Comments\n$EndComments\n"),
+             "IDS_WB_IMPORT_OUTLINE 4: SystemCall \"x\";"},
+        Case{"ScriptBefore", "x.msh", "// $MeshFormat\n$EndMeshFormat\n", "IDS_WB_IMPORT_FOREIGN .msh"},
+        Case{"BlankBefore", "x.msh", "\n$MeshFormat\n2.2 0 8\n$EndMeshFormat\n", "IDS_WB_IMPORT_FOREIGN .msh"},
+        Case{"Unended", "x.msh", Msh(kHead, "$Nonsense\n$Nodes\n$EndNodes\n"), "IDS_WB_IMPORT_TRUNCATED "}),
+    [](const auto& test) { return test.param.name; });
+
+std::string Facet(const char* corners) {
+  std::istringstream in(corners);
+  std::string facet = "facet normal nan nan nan\nouter loop\n";
+  for (std::string line; std::getline(in, line, ',');) facet += "vertex " + line + "\n";
+  return facet + "endloop\nendfacet\n";
+}
+std::string Upper(std::string text) {
+  for (char& letter : text) letter = static_cast<char>(std::toupper(letter));
+  return text;
+}
+std::string Binary(const std::string& head, std::uint32_t claimed) {
+  std::string bytes = head;
+  bytes.resize(80);
+  for (unsigned shift = 0; shift < 32; shift += 8) bytes += static_cast<char>(claimed >> shift & 0xFFU);
+  const float facet[12] = {0, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0};
+  bytes.append(reinterpret_cast<const char*>(facet), sizeof(facet));
+  return bytes + std::string(2, '\0');
+}
+const std::string kOne = Facet("0 0 0,1 0 0,0 1 0");
+constexpr const char* kTriangle = ": 1 (0 0 0) 2 (1 0 0) 3 (0 1 0) type 2 1: 1 2 3; ";
+const std::string kBlock = std::string("block") + kTriangle;
+const std::string kMesh = std::string("Mesh 1") + kTriangle;
+const std::string kCapitals = std::string("BLOCK") + kTriangle;
+
+INSTANTIATE_TEST_SUITE_P(
+    Stl, MeshFile,
+    ::testing::Values(
+        Case{"Text", "x.stl", "solid block\n" + kOne + "endsolid block\n", kBlock},
+        Case{"Capitals", "x.stl", Upper("solid block\n" + kOne + "endsolid block\n"), kCapitals},
+        Case{"CarriageReturns", "x.stl", "solid block\r\n" + kOne + "endsolid\r\n", kBlock},
+        Case{"EmptyFirst", "x.stl", "solid a\nendsolid a\nsolid block\n" + kOne + "endsolid block\n", kBlock},
+        Case{"EqualCorners", "x.stl", "solid\n" + kOne + Facet("1 0 0,1 1 0,-0.0 1 0") + "endsolid\n",
+             "Mesh 1: 1 (0 0 0) 2 (1 0 0) 3 (0 1 0) 4 (1 1 0) type 2 1: 1 2 3; 2: 2 4 3; "},
+        Case{"Binary", "x.stl", Binary("anything", 1), kMesh},
+        Case{"BinaryThatSaysSolid", "x.stl", Binary("solid block", 1), kMesh},
+        Case{"BinaryClaim", "x.stl", Binary("anything", 1000), "IDS_WB_IMPORT_FOREIGN .stl"},
+        Case{"Cut", "x.stl", "solid block\n" + kOne, "IDS_WB_IMPORT_TRUNCATED "},
+        Case{"Script", "x.stl", "solid x\nSystemCall \"x\";\nendsolid\n", "IDS_WB_IMPORT_OUTLINE 2: systemcall"},
+        Case{"NoNumber", "x.stl", "solid x\n" + Facet("0 0 0,1 0 x,0 1 0") + "endsolid\n",
+             "IDS_WB_IMPORT_INP_NUMBER 5: x"},
+        Case{"NotFinite", "x.stl", "solid x\n" + Facet("0 0 0,1 0 inf,0 1 0") + "endsolid\n",
+             "IDS_WB_IMPORT_INP_NUMBER 5: inf"}),
+    [](const auto& test) { return test.param.name; });
+
+std::string DataSet(const std::string& number, const std::string& records) {
+  return "    -1\n" + number + "\n" + records + "    -1\n";
+}
+const std::string kUnvNodes = DataSet("  2411",
+                                      "1 1 1 11\n 0.0D+00 0.0D+00 0.0D+00\n2 1 1 11\n"
+                                      "  1.0000000000000000D+00  0.0000000000000000D+00 -0.0000000000000000D+00\n"
+                                      "3 1 1 11\n -1.0000000000000000D+00"
+                                      "-1.000000000000000000D+00-1.000000000000000000D+00\n");
+const std::string kUnvTriangle = DataSet("  2412", "7 91 4 1 7 3\n1 2 3\n");
+constexpr const char* kUnvPlace = "1 (0 0 0) 2 (1 0 -0) 3 (-1 -1 -1) type 2 7: 1 2 3; ";
+const std::string kUnvBare = std::string("Mesh 4: ") + kUnvPlace;
+const std::string kUnvNamed = std::string("Skin: ") + kUnvPlace;
+
+INSTANTIATE_TEST_SUITE_P(
+    Unv, MeshFile,
+    ::testing::Values(
+        Case{"Bare", "x.unv", kUnvNodes + kUnvTriangle, kUnvBare},
+        Case{"Older", "x.unv",
+             DataSet("15",
+                     "1 0 0 11 0. 0. 0.\n2 0 0 11 1. 0. -0.\n3 0 0 11  -1.00000E+00 -1.00000E+00 -1.00000E+00\n") +
+                 DataSet("780", "7 41 1 4 1 1 7 3\n1 2 3\n"),
+             kUnvBare},
+        Case{"Named", "x.unv",
+             "\r\n" + kUnvNodes + DataSet("   164", "1 anything -1\n") + kUnvTriangle +
+                 DataSet("2477", "1 0 0 0 0 0 0 1\nSkin\n8 7 0 0\n"),
+             kUnvNamed},
+        Case{"OfTwoGroups", "x.unv",
+             kUnvNodes + kUnvTriangle +
+                 DataSet("2467", "1 0 0 0 0 0 0 1\nSkin\n8 7 0 0\n2 0 0 0 0 0 0 1\nOther\n8 7 0 0\n"),
+             kUnvNamed + "IDS_WB_NOTE_SHARED_SET Other"},
+        Case{"Spring", "x.unv", kUnvNodes + DataSet("2412", "9 136 1 1 1 2\n1 2\n") + kUnvTriangle,
+             kUnvBare + "IDS_WB_NOTE_LEFT_OUT 136"},
+        Case{"Claim", "x.unv", kUnvNodes + DataSet("2412", "7 91 4 1 7 1000000000\n1 2 3\n"),
+             "IDS_WB_IMPORT_CLAIM 12: nodes 1000000000"},
+        Case{"Count", "x.unv", kUnvNodes + DataSet("2412", "7 91 4 1 7 4\n1 2 3 3\n"),
+             "IDS_WB_IMPORT_INP_COUNT 13: 7"},
+        Case{"NodeMissing", "x.unv", kUnvNodes + DataSet("2412", "7 91 4 1 7 3\n1 2 4\n"), "IDS_WB_IMPORT_NODE 4"},
+        Case{"Script", "x.unv", "// -1\nSystemCall \"x\";\n    -1\n", "IDS_WB_IMPORT_FOREIGN .unv"},
+        Case{"ScriptBetween", "x.unv", kUnvNodes + "SystemCall \"x\";\n" + kUnvTriangle,
+             "IDS_WB_IMPORT_OUTLINE 10: SystemCall \"x\";"},
+        Case{"Unended", "x.unv", kUnvNodes + "    -1\n  2412\n7 91 4 1 7 3\n    -1\n",
+             "IDS_WB_IMPORT_INP_NUMBER 13: -1"}),
+    [](const auto& test) { return test.param.name; });
+
+}  // namespace
+}  // namespace qd::test

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <set>
+#include <span>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "workbench/exchange/pipe/ImportedModel.h"
+
+namespace qd::workbench {
+
+/// Gathers nodes and elements as they stand in a file, and makes mesh sets of them. Memory follows from their
+/// number, not from how they are numbered.
+class MeshGather {
+ public:
+  /// A group of elements: those of named ones come before those of bare entities, lower dimensions first.
+  struct Group {
+    bool bare = false;  ///< no group of the file's own
+    int dimension = 0;
+    std::int64_t number = 0;
+    bool operator<(const Group& other) const {
+      return std::tie(bare, dimension, number) < std::tie(other.bare, other.dimension, other.number);
+    }
+  };
+
+  void Node(std::uint64_t number, const double (&at)[3]);
+  void Element(const Group& group, int elementType, std::uint64_t number, std::span<const std::uint64_t> nodes);
+  /// A group that has elements which came to another one.
+  void Share(const Group& group) { m_shared.insert(group); }
+  void Name(int dimension, std::int64_t number, const std::string& name) { m_names[{dimension, number}] = name; }
+
+  /// The sets with their nodes. Where bare entities are the sides of others, only those of the highest dimension
+  /// are the model. Throws an ImportError for a node that is missing or a number that is given twice.
+  ImportedModel Take(bool hasSides);
+
+ private:
+  std::string NameOf(const Group& group) const;
+  void SortNodes();
+  /// Takes out elements that stand in the file once for each of their groups.
+  void DropRepeated();
+  void AddNodes(MeshData& mesh) const;
+
+  std::vector<std::uint64_t> m_nodes;
+  std::vector<double> m_coordinates;
+  bool m_nodesAscend = true;
+  bool m_elementsAscend = true;
+  std::uint64_t m_lastElement = 0;
+  int m_dimension = 0;
+  std::map<Group, MeshData> m_groups;
+  std::set<Group> m_shared;
+  std::map<std::pair<int, std::int64_t>, std::string> m_names;
+};
+
+}  // namespace qd::workbench
