@@ -174,6 +174,9 @@ INSTANTIATE_TEST_SUITE_P(
                 "IDS_WB_IMPORT_INP_NODE 14: 7 - 9"},
         BadCase{"*INSTANCE, NAME=I, PART=NONE\n",
                 "IDS_WB_IMPORT_INP_SET model.inp, 8: *INSTANCE, NAME=I, PART=NONE"},
+        BadCase{"*PART, NAME=P\n*END PART\n*PART, NAME=p\n", "IDS_WB_IMPORT_INP_TWICE model.inp, 10: p"},
+        BadCase{"*PART, NAME=P\n*END PART\n*INSTANCE, PART=P\n",
+                "IDS_WB_IMPORT_INP_SET model.inp, 10: *INSTANCE, PART=P"},
         BadCase{"*PART, NAME=P\n", "IDS_WB_IMPORT_TRUNCATED "},
         BadCase{"*END PART\n", "IDS_WB_IMPORT_INP_END model.inp, 8: *END PART"}));
 

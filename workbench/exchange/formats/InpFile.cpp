@@ -193,7 +193,10 @@ void Reader::Keyword(const InpLine& line) {
     m_parts.emplace_back();
     m_part = &m_parts.back();
     m_part->mesh.name = line.Parameter("NAME");
-    m_partOf[UpperCase(m_part->mesh.name)] = m_part;
+    if (m_part->mesh.name.empty()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
+    if (!m_partOf.emplace(UpperCase(m_part->mesh.name), m_part).second) {
+      m_lines.Fail("IDS_WB_IMPORT_INP_TWICE", m_part->mesh.name);
+    }
   } else if (keyword == "INSTANCE") {
     BeginInstance(line);
   } else if (keyword == "ASSEMBLY") {
@@ -252,7 +255,7 @@ void Reader::BeginSection(const InpLine& line, tagTProperty::Kind kind) {
 
 void Reader::BeginInstance(const InpLine& line) {
   const auto part = m_partOf.find(UpperCase(line.Parameter("PART")));
-  if (part == m_partOf.end()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
+  if (part == m_partOf.end() || line.Parameter("NAME").empty()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
   m_open.emplace_back("INSTANCE");
   AddInstance(*part->second, line.Parameter("NAME"), true);
   m_data = &Reader::InstanceData;
@@ -600,7 +603,9 @@ ImportedModel Reader::Finish() {
   for (auto& [name, part] : m_partOf) {
     if (placed.contains(name)) continue;
     CheckPart(*part);
-    AddInstance(*part, part->mesh.name, false);
+    std::string own = part->mesh.name;
+    while (m_instances.Find(own) != nullptr) own += "-1";
+    AddInstance(*part, own, false);
   }
   const Pieces pieces = PiecesOfSets();
   for (const auto& [key, piece] : pieces) {

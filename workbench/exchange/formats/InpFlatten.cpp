@@ -78,8 +78,7 @@ class Flattener {
       } else if (card.keyword == "ENDPART") {
         Comments(card);
         // What the deck places nowhere stands in for itself.
-        const InpInstance* self = part != nullptr ? m_instances.Find(part->Value("NAME")) : nullptr;
-        if (self != nullptr && !self->placed) AddPart(*self);
+        if (part != nullptr) AddUnplaced(UpperCase(part->Value("NAME")));
         part = nullptr;
       } else if (part != nullptr) {
         m_parts[UpperCase(part->Value("NAME"))].push_back(place);
@@ -135,6 +134,12 @@ class Flattener {
       } else {
         AddOf(instance, place);
       }
+    }
+  }
+
+  void AddUnplaced(const std::string& part) {
+    for (const InpInstance& instance : m_instances.All()) {
+      if (!instance.placed && UpperCase(instance.part) == part) AddPart(instance);
     }
   }
 
