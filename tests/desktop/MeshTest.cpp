@@ -113,6 +113,18 @@ TEST_F(ExportScopes, WhatIsSelectedOrHiddenDoesNotChangeWhatIsWrittenUnasked) {
   EXPECT_EQ(WriteByDialog("selected.msh", 2), Set(L"PLATE").elementCount);
 }
 
+TEST_F(ExportScopes, PartsLeaveAsShapesAndTheMeshesAreSaid) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const std::vector<iterator> parts = Data().GetGeomPool().GetItrList();
+  ASSERT_EQ(parts.size(), 9U);
+  m_window->Document().GetDisplay().SetShowHide(Data().GetGeomPool().GetAtNU(parts[2])->cadItem, 0);
+  WriteByDialog("all.step", 0);
+  WriteByDialog("shown.step", 1);
+  EXPECT_EQ(Files::Read(m_files.Folder() + "/all.step").count(" = NEXT_ASSEMBLY_USAGE_OCCURRENCE("), 11);
+  EXPECT_EQ(Files::Read(m_files.Folder() + "/shown.step").count(" = NEXT_ASSEMBLY_USAGE_OCCURRENCE("), 10);
+  EXPECT_EQ(Files::Read(m_files.Folder() + "/all.step").count("PLATE"), 0);
+}
+
 TEST_F(ExportScopes, AFileThatIsThereIsReplacedOnlyWhenTheUserAgrees) {
   ExportDialog dialog(m_window->Document(), m_files.Write("old.msh", "old"), nullptr);
   for (const auto& [button, result] : {std::pair{QMessageBox::No, 0}, std::pair{QMessageBox::Yes, 1}}) {

@@ -18,6 +18,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (const auto deck = DecodeDeck(frame->payload)) Encode(*deck);
     DecodeError(frame->payload);
     DecodeOperation(frame->payload);
+    DecodeExport(frame->payload);
+    DecodeWritten(frame->payload);
   }
   return 0;
 }

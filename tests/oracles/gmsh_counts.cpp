@@ -1,5 +1,5 @@
-// Says what the mesh library makes of a file: nodes, elements by kind, and groups with their elements. One line
-// for each; for the tests that compare with programs that are not ours. Usage: gmsh_counts FILE
+// Says what the mesh library makes of a file: solids, nodes, elements by kind, and groups with their elements. One
+// line for each; for the tests that compare with programs that are not ours. Usage: gmsh_counts FILE
 
 #include <gmsh.h>
 
@@ -14,6 +14,22 @@ int main(int argc, char** argv) {
     gmsh::initialize();
     gmsh::option::setNumber("General.Terminal", 0);
     gmsh::merge(argv[1]);
+    // Shapes, where there are some: how many solids, their volume, and the box around them all.
+    gmsh::vectorpair solids;
+    gmsh::model::getEntities(solids, 3);
+    double volume = 0;
+    for (const auto& [dimension, tag] : solids) {
+      double mass = 0;
+      gmsh::model::occ::getMass(dimension, tag, mass);
+      volume += mass;
+    }
+    if (!solids.empty()) {
+      double box[6];
+      gmsh::model::getBoundingBox(-1, -1, box[0], box[1], box[2], box[3], box[4], box[5]);
+      std::printf("solids %zu %.5g", solids.size(), volume);
+      for (const double end : box) std::printf(" %.4g", end);
+      std::printf("\n");
+    }
     std::vector<std::size_t> nodes;
     std::vector<double> coordinates;
     std::vector<double> parameters;

@@ -205,6 +205,35 @@ STEEL = "*MATERIAL, NAME=STEEL\n*ELASTIC\n210000., .3\n*DENSITY\n7.8E-9\n"
 BRASS = "*MATERIAL, NAME=BRASS\n*ELASTIC\n90000., .34\n*DENSITY\n8.4E-9\n"
 
 
+class Shapes(unittest.TestCase):
+    """What is written of shapes holds for the mesh library what the file held that they came from."""
+
+    def setUp(self):
+        self.folder = Folder()
+
+    def tearDown(self):
+        self.folder.remove()
+
+    def look(self, path):
+        """Solids, their volume, and the box around them."""
+        run = subprocess.run([GMSH_COUNTS, path], capture_output=True, text=True, check=True, timeout=60)
+        found = [line.split()[1:] for line in run.stdout.splitlines() if line.startswith("solids ")]
+        return int(found[0][0]), [float(number) for number in found[0][1:]]
+
+    def test_solids_volumes_and_places(self):
+        pump = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "examples", "pump.step")
+        count, sizes = self.look(pump)
+        self.assertEqual(count, 9)
+        for name in ("pump.step", "pump.brep"):
+            with self.subTest(name):
+                path, said = self.folder.export(name, pump)
+                self.assertIn("parts: 9", said)
+                written, found = self.look(path)
+                self.assertEqual(written, count)
+                for is_now, was in zip(found, sizes):
+                    self.assertAlmostEqual(is_now, was, delta=1e-3 * (1 + abs(was)))
+
+
 class Solving(unittest.TestCase):
     """The same displacements and forces before import and after export."""
 

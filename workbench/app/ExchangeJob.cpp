@@ -10,14 +10,9 @@
 
 namespace qd::workbench {
 
-namespace {
-
-/// It stands beside ours.
 std::string ExchangeProgram() {
   return NameToBytes(QCoreApplication::applicationDirPath()) + "/qd_exchange";
 }
-
-}  // namespace
 
 ExchangeJob::ExchangeJob(QString path, QObject* parent) : QObject(parent), m_path(std::move(path)) {
   const std::string file = NameToBytes(m_path);

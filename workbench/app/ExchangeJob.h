@@ -13,7 +13,10 @@ namespace qd::workbench {
 
 class ExchangeReader;
 
-/// Lets the exchange program read a file, work on shapes or write a file, and gathers what it sends. Nothing
+/// The exchange program; it stands beside ours.
+std::string ExchangeProgram();
+
+/// Lets the exchange program read a file or work on shapes, and gathers what it sends. Nothing
 /// reaches the document before all of it has arrived; a crash, an error or a cancel leaves nothing behind. The
 /// bytes are taken in on a thread of their own: a large mesh takes seconds to look through.
 class ExchangeJob final : public QObject {

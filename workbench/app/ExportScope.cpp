@@ -28,22 +28,27 @@ std::vector<iterator> SetsOf(WorkDocument& doc, ExportScope scope) {
   return sets;
 }
 
-}  // namespace
-
-bool IsInScope(WorkDocument& doc, ExportScope scope, iterator part) {
-  if (scope == ExportScope::All) return true;
-  const tagTGeom* record = doc.GetDatabase().GetGeomPool().GetAtNU(part);
-  if (scope == ExportScope::Shown) return record != nullptr && doc.GetDisplay().GetShowHide(record->cadItem) != 0;
-  const std::vector<iterator> selected = doc.GetSelectBuffer();
-  return std::find(selected.begin(), selected.end(), part) != selected.end();
+/// The parts, in the order of the document.
+std::vector<iterator> PartsOf(WorkDocument& doc, ExportScope scope) {
+  const GeomPool& pool = doc.GetDatabase().GetGeomPool();
+  std::vector<iterator> parts = pool.GetItrList();
+  if (scope == ExportScope::Shown) {
+    std::erase_if(parts,
+                  [&](iterator part) { return doc.GetDisplay().GetShowHide(pool.GetAtNU(part)->cadItem) == 0; });
+  } else if (scope == ExportScope::Selected) {
+    const std::vector<iterator>& buffer = doc.GetSelectBuffer();
+    const std::unordered_set<iterator> selected(buffer.begin(), buffer.end());
+    std::erase_if(parts, [&selected](iterator part) { return !selected.contains(part); });
+  }
+  return parts;
 }
+
+}  // namespace
 
 ExportModel CollectScope(WorkDocument& doc, ExportScope scope) {
   Database& database = doc.GetDatabase();
   ExportModel model = CollectExport(database, SetsOf(doc, scope), scope == ExportScope::Selected);
-  for (const iterator part : database.GetGeomPool().GetItrList()) {
-    if (IsInScope(doc, scope, part)) model.parts.push_back(ToUtf8(database.GetGeomPool().GetAtNU(part)->name));
-  }
+  CollectParts(database, PartsOf(doc, scope), model);
   return model;
 }
 
@@ -61,8 +66,9 @@ ExportCounts CountScope(WorkDocument& doc, ExportScope scope) {
 
 QStringList TextOf(const QString& path, const ExportReport& report) {
   const auto number = [](std::uint64_t count) { return QLocale().toString(static_cast<qulonglong>(count)); };
-  QStringList lines{
-      Text("IDS_WB_EXPORTED", {path, number(report.nodes), number(report.elements), number(report.groups)})};
+  QStringList lines{report.parts > 0 ? Text("IDS_WB_EXPORTED_PARTS", {path, number(report.parts)})
+                                     : Text("IDS_WB_EXPORTED", {path, number(report.nodes),
+                                                                number(report.elements), number(report.groups)})};
   for (const ImportNote& note : report.notes) {
     lines << path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)});
   }

@@ -21,8 +21,6 @@ struct ExportCounts {
 ExportCounts CountScope(WorkDocument& doc, ExportScope scope);
 /// A copy of what is in a scope, for a file.
 ExportModel CollectScope(WorkDocument& doc, ExportScope scope);
-/// Whether a part is in a scope.
-bool IsInScope(WorkDocument& doc, ExportScope scope, iterator part);
 
 /// What came of writing a file, line by line: first what is in it, then what is not.
 QStringList TextOf(const QString& path, const ExportReport& report);

@@ -13,8 +13,8 @@
 #include "workbench/app/ExportScope.h"
 #include "workbench/app/FileName.h"
 #include "workbench/exchange/formats/Format.h"
-#include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/store/StoreImport.h"
+#include "workbench/exchange/watch/ExportFile.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentFile.h"
 #include "workbench/tree/DocumentNode.h"
@@ -205,7 +205,7 @@ int Export(const std::string& target, const std::vector<std::string>& files) {
   ExportReport report;
   const ExportModel model = CollectScope(session.Document(), ExportScope::All);
   const UntilInterrupted until;
-  const auto error = WriteMeshFile(target, model, until.Progress(), report);
+  const auto error = WriteExport(target, model, ExchangeProgram(), {until.Progress()}, report);
   if (error) return Complain(TextOf(path, *error));
   for (const QString& line : TextOf(path, report)) Complain(line);
   return 0;

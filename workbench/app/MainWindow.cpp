@@ -119,6 +119,7 @@ void MainWindow::MakePanes() {
   connect(m_wait, &QToolButton::clicked, this, [this] {
     m_imports->WaitLonger();
     m_operations->WaitLonger();
+    m_exporter->WaitLonger();
   });
   for (QWidget* widget : std::initializer_list<QWidget*>{m_progress, m_wait, m_cancel}) {
     statusBar()->addPermanentWidget(widget);
@@ -269,7 +270,9 @@ void MainWindow::AfterStore() {
 
 void MainWindow::OnExport() {
   const QFileInfo document(ToQt(m_doc->GetPathName()));
-  const QString name = document.absolutePath() + "/" + document.completeBaseName() + ".inp";
+  const bool hasMeshes = m_doc->GetDatabase().GetMsetPool().Count() > 0;
+  const QString ending = hasMeshes ? ".inp" : ".step";
+  const QString name = document.absolutePath() + "/" + document.completeBaseName() + ending;
   auto* dialog = new ExportDialog(*m_doc, name, this);  // deletes itself
   dialog->setAttribute(Qt::WA_DeleteOnClose);
   connect(dialog, &QDialog::accepted, this, [this, dialog] { Export(dialog->Path(), dialog->Scope()); });

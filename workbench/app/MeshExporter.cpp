@@ -6,9 +6,10 @@
 #include <filesystem>
 #include <utility>
 
+#include "workbench/app/ExchangeJob.h"
 #include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
-#include "workbench/exchange/formats/MeshExport.h"
+#include "workbench/exchange/watch/ExportFile.h"
 
 namespace qd::workbench {
 
@@ -19,21 +20,34 @@ void MeshExporter::Start(const QString& path, ExportScope scope) {
   }
   auto model = std::make_shared<const ExportModel>(CollectScope(m_doc, scope));
   const std::filesystem::path file(NameToBytes(path));
-  m_stop = std::make_shared<std::atomic<bool>>(false);
+  m_wishes = std::make_shared<Wishes>();
   emit Started(Text("IDS_WB_EXPORTING", {path}));
   const QPointer<MeshExporter> self(this);
-  QThreadPool::globalInstance()->start([=, stop = m_stop] {
+  QThreadPool::globalInstance()->start([=, program = ExchangeProgram(), wishes = m_wishes] {
     const auto toWindow = [self](auto&& call) {
       QMetaObject::invokeMethod(qApp, [self, call] {
         if (self != nullptr) call(*self);
       });
     };
     ExportReport report;
-    const auto goOn = [&](double done) {
-      toWindow([done](MeshExporter& exporter) { emit exporter.Progress(static_cast<int>(done * 1000)); });
-      return !*stop;
+    int shown = -1;
+    ExportWatch watch;
+    watch.progress = [&](double done) {
+      const int thousandths = static_cast<int>(done * 1000);
+      if (std::exchange(shown, thousandths) != thousandths) {
+        toWindow([thousandths](MeshExporter& exporter) { emit exporter.Progress(thousandths); });
+      }
+      return !wishes->stop;
     };
-    const auto error = WriteMeshFile(file, *model, goOn, report);
+    watch.onStalled = [&](const std::string& key, const std::string& detail) {
+      toWindow([key, detail](MeshExporter& exporter) {
+        emit exporter.Stalled(Text(key.c_str(), {QString::fromStdString(detail)}));
+      });
+      return true;
+    };
+    watch.onResumed = [&] { toWindow([](MeshExporter& exporter) { emit exporter.Resumed(); }); };
+    watch.waitsLonger = [&] { return wishes->waitLonger.exchange(false); };
+    const auto error = WriteExport(file, *model, program, watch, report);
     toWindow([error, path, report](MeshExporter& exporter) {
       exporter.End(error ? QStringList{TextOf(path, *error)} : TextOf(path, report), error && !error->key.empty());
     });
@@ -41,11 +55,15 @@ void MeshExporter::Start(const QString& path, ExportScope scope) {
 }
 
 void MeshExporter::Cancel() {
-  if (m_stop != nullptr) *m_stop = true;
+  if (m_wishes != nullptr) m_wishes->stop = true;
+}
+
+void MeshExporter::WaitLonger() {
+  if (m_wishes != nullptr) m_wishes->waitLonger = true;
 }
 
 void MeshExporter::End(const QStringList& lines, bool failure) {
-  m_stop.reset();
+  m_wishes.reset();
   if (failure) ++m_failed;
   for (const QString& line : lines) emit Said(line, failure);
   emit Ended();

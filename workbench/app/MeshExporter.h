@@ -19,7 +19,9 @@ class MeshExporter final : public QObject {
   /// Starts writing; does nothing but say so while another file is being written.
   void Start(const QString& path, ExportScope scope);
   void Cancel();
-  bool IsRunning() const { return m_stop != nullptr; }
+  /// The answer to Stalled.
+  void WaitLonger();
+  bool IsRunning() const { return m_wishes != nullptr; }
   /// How many exports have failed so far.
   int Failed() const { return m_failed; }
 
@@ -27,14 +29,23 @@ class MeshExporter final : public QObject {
   void Started(const QString& title);
   /// 0 to 1000.
   void Progress(int thousandths);
+  /// What writes seems to be lost: WaitLonger or Cancel is wanted, until it gets on after all.
+  void Stalled(const QString& reason);
+  void Resumed();
   void Said(const QString& text, bool failure);
   void Ended();
 
  private:
+  /// What the window asks of the thread that writes.
+  struct Wishes {
+    std::atomic<bool> stop = false;
+    std::atomic<bool> waitLonger = false;
+  };
+
   void End(const QStringList& lines, bool failure);
 
   WorkDocument& m_doc;
-  std::shared_ptr<std::atomic<bool>> m_stop;  // null while nothing is written
+  std::shared_ptr<Wishes> m_wishes;  // null while nothing is written
   int m_failed = 0;
 };
 

@@ -46,12 +46,14 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   void SetListener(IDatabaseListener* listener) { m_listener = listener; }
 
   GeomPool& GetGeomPool() override { return m_geoms; }
+  const GeomPool& GetGeomPool() const { return m_geoms; }
   MsetPool& GetMsetPool() override { return m_msets; }
   const MsetPool& GetMsetPool() const { return m_msets; }
   MGInfoPool& GetMGInfoPool() override { return m_generations; }
   PropertyPool& GetPropertyPool() { return m_properties; }
   const PropertyPool& GetPropertyPool() const { return m_properties; }
   GsetPool& GetGsetPool() override { return m_gsets; }
+  const GsetPool& GetGsetPool() const { return m_gsets; }
   MaterialPool& GetMaterialPool() override { return m_materials; }
   const MaterialPool& GetMaterialPool() const { return m_materials; }
   CordPool& GetCordPool() override { return m_cords; }

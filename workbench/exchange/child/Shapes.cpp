@@ -47,15 +47,11 @@ std::vector<Body> BodiesOf(const TopoDS_Shape& shape) {
   return bodies;
 }
 
-namespace {
-
 std::string BrepOf(const TopoDS_Shape& shape) {
   std::ostringstream out;
   BRepTools::Write(shape, out, false, false, TopTools_FormatVersion_CURRENT);
   return out.str();
 }
-
-}  // namespace
 
 namespace {
 
@@ -206,6 +202,11 @@ COLORREF RgbOf(const Quantity_Color& colour) {
   colour.Values(red, green, blue, Quantity_TOC_sRGB);
   const auto byte = [](double value) { return static_cast<unsigned>(std::lround(value * 255)); };
   return Rgb(byte(red), byte(green), byte(blue));
+}
+
+Quantity_Color ColourOf(COLORREF rgb) {
+  const auto part = [rgb](unsigned place) { return (rgb >> place & 0xFFU) / 255.0; };
+  return {part(0), part(8), part(16), Quantity_TOC_sRGB};
 }
 
 TopoDS_Shape ShapeOf(const std::string& brep) {

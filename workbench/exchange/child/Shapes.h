@@ -42,8 +42,13 @@ class PartShapes {
   std::map<std::pair<const TopoDS_TShape*, int>, Made> m_made;  // by orientation too
 };
 
+/// The exchange form of a shape.
+std::string BrepOf(const TopoDS_Shape& shape);
+
 /// A colour of the library as the screen shows it.
 COLORREF RgbOf(const Quantity_Color& colour);
+/// The other way.
+Quantity_Color ColourOf(COLORREF rgb);
 
 /// The shape of an exchange form; null when it is none.
 TopoDS_Shape ShapeOf(const std::string& brep);

@@ -35,6 +35,11 @@ void Sink::MeshSet(const ImportedMeshSet& set) {
   Send(FrameType::MeshSet, Encode(set));
 }
 
+void Sink::Bytes(const std::string& bytes) {
+  ++m_sent;
+  Send(FrameType::Bytes, bytes);
+}
+
 void Sink::Finish() {
   if (m_sent == 0) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
   Send(FrameType::Done, {});

@@ -21,6 +21,9 @@ class Sink {
   void Material(const ImportedMaterial& material) { Send(FrameType::Material, Encode(material)); }
   void Property(const ImportedProperty& property) { Send(FrameType::Property, Encode(property)); }
   void Deck(const ImportedDeck& deck) { Send(FrameType::Deck, Encode(deck)); }
+  /// A piece of the file that is written.
+  void Bytes(const std::string& bytes);
+  void Written(std::uint64_t parts) { Send(FrameType::Written, EncodeWritten(parts)); }
   void Note(const ImportNote& note) { Send(FrameType::Note, Encode(note)); }
   /// Throws when nothing was sent: a file without contents is an error.
   void Finish();

@@ -2,8 +2,10 @@
 // output. It runs as a child of the workbench, because the libraries may crash or hang on bad input, and in a cell
 // of its own making, because they may do whatever the input makes them do.
 //
-// Usage: qd_exchange --parent PID --folder PRIVATE [--memory BYTES] [--includes FOLDER]... (FILE | --operation)
-// The private folder holds nothing yet; the parent removes it. Work on shapes is read from standard input.
+// Usage: qd_exchange --parent PID --folder PRIVATE [--memory BYTES] [--includes FOLDER]... (FILE | --operation |
+// --export)
+// The private folder holds nothing yet; the parent removes it. Work on shapes, and shapes that are to be written,
+// are read from standard input.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -23,6 +25,7 @@
 #include "workbench/exchange/child/GivenFile.h"
 #include "workbench/exchange/child/MeshFile.h"
 #include "workbench/exchange/child/Operation.h"
+#include "workbench/exchange/child/ShapeFile.h"
 #include "workbench/exchange/child/Sink.h"
 #include "workbench/exchange/formats/InpFile.h"
 
@@ -40,6 +43,7 @@ using namespace qd::workbench;
 
 struct Arguments {
   std::string file;  // empty for work on shapes
+  bool isExport = false;
   std::string folder;
   std::vector<std::string> includes;
   std::uint64_t memory = 0;
@@ -65,7 +69,8 @@ std::optional<Arguments> ReadArguments(int argc, char** argv) {
     }
   }
   if (at + 1 != argc || arguments.folder.empty() || arguments.parent == 0) return std::nullopt;
-  if (std::string_view(argv[at]) != "--operation") arguments.file = argv[at];
+  arguments.isExport = std::string_view(argv[at]) == "--export";
+  if (!arguments.isExport && std::string_view(argv[at]) != "--operation") arguments.file = argv[at];
   return arguments;
 }
 
@@ -135,9 +140,18 @@ void Import(const std::string& path, const std::vector<std::string>& includes, S
   }
 }
 
+std::string Request() {
+  return {std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
+}
+
+void Export(Sink& sink) {
+  auto wanted = DecodeExport(Request());
+  if (!wanted) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
+  WriteShapes(std::move(*wanted), sink);
+}
+
 void Operate(Sink& sink) {
-  const std::string request{std::istreambuf_iterator<char>(std::cin), std::istreambuf_iterator<char>()};
-  const auto operation = DecodeOperation(request);
+  const auto operation = DecodeOperation(Request());
   if (!operation || operation->operands.empty()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
   RunOperation(*operation, sink);
 }
@@ -149,7 +163,9 @@ int Run(const Arguments& arguments, Sink& sink) {
   try {
     const std::string path = Enclose(arguments, file, sink);
     beat = std::make_unique<Beat>(sink, counters);
-    if (arguments.file.empty()) {
+    if (arguments.isExport) {
+      Export(sink);
+    } else if (arguments.file.empty()) {
       Operate(sink);
     } else {
       Import(path, arguments.includes, sink);
@@ -176,7 +192,7 @@ int main(int argc, char** argv) {
   const auto arguments = ReadArguments(argc, argv);
   if (!arguments) {
     std::cerr << "usage: qd_exchange --parent PID --folder PRIVATE [--memory BYTES] [--includes FOLDER]... "
-                 "(FILE | --operation)\n";
+                 "(FILE | --operation | --export)\n";
     return 2;
   }
   EndWithParent(arguments->parent);

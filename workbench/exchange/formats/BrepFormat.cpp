@@ -13,6 +13,7 @@ class Brep final : public Format {
   }
   Engine ReadBy() const override { return Engine::Brep; }
   Carries Carry() const override { return {.shapes = true}; }
+  bool CanWrite() const override { return true; }
 
  protected:
   bool Begins(const FileEnds& ends) const override {

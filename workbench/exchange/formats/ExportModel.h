@@ -34,8 +34,10 @@ struct ExportModel {
   std::vector<ImportedProperty> properties;
   std::vector<ExportSet> sets;
   std::vector<ExportDeck> decks;
-  std::vector<std::string> parts;    ///< names of the parts that are in the document beside the mesh
-  std::vector<std::string> renamed;  ///< what is not called as in the document: both names
+  std::vector<ExportedPart> parts;
+  std::vector<std::string> partMaterials;  ///< names of materials that parts are made of
+  std::vector<std::string> partSets;       ///< names of geometry sets that are not the assemblies of their parts
+  std::vector<std::string> renamed;        ///< what is not called as in the document: both names
 };
 
 }  // namespace qd::workbench

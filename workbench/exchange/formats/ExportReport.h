@@ -11,7 +11,8 @@ namespace qd::workbench {
 
 /// What came of writing a file.
 struct ExportReport {
-  std::uint64_t nodes = 0;        ///< that stand in the file
+  std::uint64_t parts = 0;        ///< that stand in the file
+  std::uint64_t nodes = 0;        ///< likewise
   std::uint64_t elements = 0;     ///< likewise; triangles where the format has nothing else
   std::uint64_t groups = 0;       ///< groups of elements that the file names, or numbers where it has no names
   std::vector<ImportNote> notes;  ///< what is not in the file as it is in the model, kind by kind, with names

@@ -5,6 +5,8 @@
 
 #include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/MeshEdit.h"
+#include "workbench/text/Shown.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -54,7 +56,7 @@ class Fitter {
     for (std::size_t set = 0; set < fitted.sets.size(); ++set) NoteSet(m_model.sets[set], fitted.sets[set]);
     if (!m_format.Carry().materials) NoteMaterials();
     if (!m_format.Carry().shapes) {
-      for (const std::string& part : m_model.parts) m_notes.Add("IDS_WB_EXPORT_LEFT_PARTS", part);
+      for (const ExportedPart& part : m_model.parts) m_notes.Add("IDS_WB_EXPORT_LEFT_PARTS", ShownText(part.name));
     }
     if (m_elements == 0 && !m_refused.empty()) throw ImportError{"IDS_WB_EXPORT_ELEMENT_TYPE", m_refused};
     if (m_elements + m_nodes == 0) throw ImportError{"IDS_WB_EXPORT_NOTHING", ""};
@@ -154,6 +156,31 @@ class Fitter {
 
 ExportModel FitModel(const ExportModel& model, const Format& format, ExportReport& report) {
   return Fitter(model, format).Fit(report);
+}
+
+std::vector<ExportedPart> FitShapes(const ExportModel& model, const Format& format, ExportReport& report) {
+  const Carries carries = format.Carry();
+  ExportNotes notes;
+  std::vector<ExportedPart> parts;
+  for (const ExportedPart& part : model.parts) {
+    if (part.shape == nullptr || part.shape->brep.empty()) {
+      notes.Add("IDS_WB_EXPORT_LEFT_SHAPE", ShownText(part.name));
+      continue;
+    }
+    if (!carries.names) notes.Add("IDS_WB_EXPORT_SHAPES_ALONE", ShownText(part.name));
+    parts.push_back(part);
+  }
+  for (const ExportSet& set : model.sets) {
+    const std::uint64_t elements = set.mesh != nullptr ? ElementCountOf(*set.mesh) : 0;
+    notes.Add("IDS_WB_EXPORT_LEFT_MESHES", set.name + " (" + std::to_string(elements) + ")");
+  }
+  for (const ExportDeck& deck : model.decks)
+    notes.Add("IDS_WB_EXPORT_LEFT_DECKS", ShownText(ToUtf8(deck.record.name)));
+  for (const std::string& material : model.partMaterials) notes.Add("IDS_WB_EXPORT_LEFT_MATERIALS", material);
+  for (const std::string& set : model.partSets) notes.Add("IDS_WB_EXPORT_LEFT_GSETS", set);
+  if (parts.empty()) throw ImportError{"IDS_WB_EXPORT_NOTHING", ""};
+  notes.PutInto(report);
+  return parts;
 }
 
 }  // namespace qd::workbench

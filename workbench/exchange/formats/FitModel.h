@@ -9,4 +9,7 @@ namespace qd::workbench {
 /// Throws an ImportError when nothing can be written.
 ExportModel FitModel(const ExportModel& model, const Format& format, ExportReport& report);
 
+/// Likewise for formats of shapes: the parts that have one.
+std::vector<ExportedPart> FitShapes(const ExportModel& model, const Format& format, ExportReport& report);
+
 }  // namespace qd::workbench

@@ -68,7 +68,7 @@ class Format {
     return {};
   }
 
-  /// Whether Write can be called.
+  /// Whether files can be written: by Write, those of shapes by the exchange program.
   virtual bool CanWrite() const { return false; }
   /// Writes a model that was made fit for the format. Counts what is written in the report and notes there what
   /// the writer does in its own way. Throws an ImportError for what the format cannot hold.

@@ -12,7 +12,7 @@ namespace qd::workbench {
 std::optional<ImportError> WriteMeshFile(const std::filesystem::path& path, const ExportModel& model,
                                          const ProgressCall& progress, ExportReport& report) {
   const Format* format = FormatOfPath(path);
-  if (format == nullptr || !format->CanWrite()) {
+  if (format == nullptr || !format->CanWrite() || format->Carry().shapes) {
     return ImportError{"IDS_WB_EXPORT_FORMAT", PathText(path.extension())};
   }
   std::error_code ignored;

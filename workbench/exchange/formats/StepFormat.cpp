@@ -13,6 +13,7 @@ class Step final : public Format {
   }
   Engine ReadBy() const override { return Engine::Step; }
   Carries Carry() const override { return {.shapes = true, .names = true, .colours = true, .assembly = true}; }
+  bool CanWrite() const override { return true; }
 
  protected:
   bool Begins(const FileEnds& ends) const override { return ends.head.find("ISO-10303-21") != std::string::npos; }

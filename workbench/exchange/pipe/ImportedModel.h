@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,19 @@ inline std::string AssemblyPath(const ImportedPart& part) {
   }
   return path;
 }
+
+/// A part on its way into a file of shapes. Texts are UTF-8.
+struct ExportedPart {
+  std::string name;
+  std::string product;  ///< as it came, with the next four; empty where there was none
+  std::string instance;
+  std::uint32_t use = 0;
+  std::uint32_t import = 0;  ///< parts with the same number came in together
+  std::vector<ImportedAssembly> assemblies;
+  COLORREF colour = 0;
+  TopologyKind kind = TopologyKind::Solid;
+  std::shared_ptr<const PartShape> shape;  ///< only its exchange form goes through the pipe
+};
 
 struct ImportedMaterial {
   std::string name;
@@ -101,6 +115,7 @@ struct ImportedModel {
   std::vector<ImportedMeshSet> meshSets;
   std::vector<ImportNote> notes;
   std::vector<ImportedDeck> decks;
+  std::uint64_t written = 0;  ///< parts that stand in the file that was written
 };
 
 }  // namespace qd::workbench

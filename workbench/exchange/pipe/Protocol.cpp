@@ -34,13 +34,40 @@ std::optional<std::uint64_t> DecodeBeat(std::string_view payload) {
   return bytesMoved;
 }
 
+std::string EncodeWritten(std::uint64_t parts) {
+  return ByteWriter().Put(parts).Take();
+}
+
+std::optional<std::uint64_t> DecodeWritten(std::string_view payload) {
+  std::uint64_t parts = 0;
+  if (!ByteReader(payload).Get(parts).IsWhole()) return std::nullopt;
+  return parts;
+}
+
+namespace {
+
+void PutAssemblies(ByteWriter& writer, const std::vector<ImportedAssembly>& assemblies) {
+  writer.Put(static_cast<std::uint64_t>(assemblies.size()));
+  for (const ImportedAssembly& assembly : assemblies) {
+    writer.Put(assembly.product).Put(assembly.instance).Put(assembly.use);
+  }
+}
+
+void GetAssemblies(ByteReader& reader, std::vector<ImportedAssembly>& assemblies) {
+  std::uint64_t count = 0;
+  reader.Get(count);
+  for (std::uint64_t i = 0; i < count && reader.IsGood(); ++i) {
+    ImportedAssembly& assembly = assemblies.emplace_back();
+    reader.Get(assembly.product).Get(assembly.instance).Get(assembly.use);
+  }
+}
+
+}  // namespace
+
 std::string Encode(const ImportedPart& part) {
   ByteWriter writer;
   writer.Put(part.name).Put(part.product).Put(part.instance).Put(part.use);
-  writer.Put(static_cast<std::uint64_t>(part.assemblies.size()));
-  for (const ImportedAssembly& assembly : part.assemblies) {
-    writer.Put(assembly.product).Put(assembly.instance).Put(assembly.use);
-  }
+  PutAssemblies(writer, part.assemblies);
   writer.Put(part.colour).Put(part.kind);
   PutShape(writer, part.shape);
   return writer.Take();
@@ -49,12 +76,8 @@ std::string Encode(const ImportedPart& part) {
 std::optional<ImportedPart> DecodePart(std::string_view payload) {
   ImportedPart part;
   ByteReader reader(payload);
-  std::uint64_t assemblies = 0;
-  reader.Get(part.name).Get(part.product).Get(part.instance).Get(part.use).Get(assemblies);
-  for (std::uint64_t i = 0; i < assemblies && reader.IsGood(); ++i) {
-    ImportedAssembly& assembly = part.assemblies.emplace_back();
-    reader.Get(assembly.product).Get(assembly.instance).Get(assembly.use);
-  }
+  reader.Get(part.name).Get(part.product).Get(part.instance).Get(part.use);
+  GetAssemblies(reader, part.assemblies);
   reader.Get(part.colour).Get(part.kind);
   const bool sound = GetShape(reader, part.shape) && reader.IsWhole() && part.kind <= TopologyKind::Compound;
   return sound ? std::optional(std::move(part)) : std::nullopt;
@@ -207,6 +230,35 @@ std::optional<ShapeOperation> DecodeOperation(std::string_view payload) {
   }
   if (!reader.IsWhole() || operation.kind > ShapeOperationKind::Mesh) return std::nullopt;
   return operation;
+}
+
+std::string Encode(const ShapeExport& wanted) {
+  ByteWriter writer;
+  writer.Put(wanted.kind).Put(static_cast<std::uint64_t>(wanted.parts.size()));
+  for (const ExportedPart& part : wanted.parts) {
+    writer.Put(part.name).Put(part.product).Put(part.instance).Put(part.use).Put(part.import);
+    PutAssemblies(writer, part.assemblies);
+    writer.Put(part.colour).Put(part.kind).Put(part.shape != nullptr ? part.shape->brep : std::string());
+  }
+  return writer.Take();
+}
+
+std::optional<ShapeExport> DecodeExport(std::string_view payload) {
+  ShapeExport wanted;
+  ByteReader reader(payload);
+  std::uint64_t parts = 0;
+  reader.Get(wanted.kind).Get(parts);
+  for (std::uint64_t i = 0; i < parts && reader.IsGood(); ++i) {
+    ExportedPart& part = wanted.parts.emplace_back();
+    auto shape = std::make_shared<PartShape>();
+    reader.Get(part.name).Get(part.product).Get(part.instance).Get(part.use).Get(part.import);
+    GetAssemblies(reader, part.assemblies);
+    reader.Get(part.colour).Get(part.kind).Get(shape->brep);
+    part.shape = std::move(shape);
+    if (part.kind > TopologyKind::Compound) return std::nullopt;
+  }
+  if (!reader.IsWhole() || wanted.kind > ShapeExport::Kind::Brep) return std::nullopt;
+  return wanted;
 }
 
 std::string FrameOf(FrameType type, std::string_view payload) {

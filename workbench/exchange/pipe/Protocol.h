@@ -24,7 +24,9 @@ enum class FrameType : std::uint32_t {
   Property = 7,
   Note = 8,
   Beat = 9,  ///< a sign of life: how many bytes were read and written beside the frames
-  Deck = 10
+  Deck = 10,
+  Bytes = 11,   ///< of the file that is written
+  Written = 12  ///< how many parts stand in it
 };
 
 /// What can be done with shapes.
@@ -48,6 +50,13 @@ struct ShapeOperation {
   std::vector<Operand> operands;
 };
 
+/// Parts that are to be written into a file. The answer is the file's bytes.
+struct ShapeExport {
+  enum class Kind : std::uint32_t { Step, Brep };
+  Kind kind = Kind::Step;
+  std::vector<ExportedPart> parts;
+};
+
 /// Keys that mean more to the workbench than their text: memory has run out, and a protection that the system does
 /// not give.
 inline constexpr const char* kMemoryError = "IDS_WB_IMPORT_MEMORY";
@@ -63,6 +72,8 @@ std::string Encode(const ImportNote& note);
 std::string Encode(const ImportedDeck& deck);
 std::string Encode(const ImportError& error);
 std::string Encode(const ShapeOperation& operation);
+std::string Encode(const ShapeExport& wanted);
+std::string EncodeWritten(std::uint64_t parts);
 
 /// Each answers nothing for a payload that is cut short, too long or otherwise none. The details of notes and
 /// errors come as they may be shown, see ShownText().
@@ -76,6 +87,8 @@ std::optional<ImportNote> DecodeNote(std::string_view payload);
 std::optional<ImportedDeck> DecodeDeck(std::string_view payload);
 std::optional<ImportError> DecodeError(std::string_view payload);
 std::optional<ShapeOperation> DecodeOperation(std::string_view payload);
+std::optional<ShapeExport> DecodeExport(std::string_view payload);
+std::optional<std::uint64_t> DecodeWritten(std::string_view payload);
 
 /// A frame around a payload, ready to be written.
 std::string FrameOf(FrameType type, std::string_view payload);

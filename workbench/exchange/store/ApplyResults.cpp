@@ -42,6 +42,7 @@ int StoreShapes(Database& database, const std::vector<WorkedPart>& parts, Import
       }
       record.gset = database.GetGsetPool().GetCurrentSet();
       record.material = 0;
+      record.origin = nullptr;  // it came from no file
       record.cadItem = pool.NextNumber();
       if (pool.Add(std::move(record)) == 0) return false;
     }

@@ -1,6 +1,7 @@
 #include "workbench/exchange/store/CollectExport.h"
 
 #include <algorithm>
+#include <set>
 #include <unordered_map>
 #include <unordered_set>
 
@@ -215,6 +216,55 @@ class Collector {
 };
 
 }  // namespace
+
+namespace {
+
+/// How a part is called in files: records may hold the beginning of the name that it came with.
+std::string NameInFiles(const tagTGeom& part) {
+  if (part.origin != nullptr) {
+    for (const CString* whole : {&part.origin->product, &part.origin->instance}) {
+      if (!whole->empty() && CutName(*whole) == part.name) return ToUtf8(*whole);
+    }
+  }
+  return ToUtf8(part.name);
+}
+
+ExportedPart PartFor(const tagTGeom& record) {
+  ExportedPart part;
+  part.name = NameInFiles(record);
+  part.colour = record.colour;
+  part.kind = record.kind;
+  part.shape = record.shape;
+  if (record.origin == nullptr) return part;
+  part.product = ToUtf8(record.origin->product);
+  part.instance = ToUtf8(record.origin->instance);
+  part.use = record.origin->use;
+  part.import = record.origin->import;
+  for (const AssemblyUse& assembly : record.origin->assemblies) {
+    part.assemblies.push_back({ToUtf8(assembly.product), ToUtf8(assembly.instance), assembly.use});
+  }
+  return part;
+}
+
+}  // namespace
+
+void CollectParts(const Database& database, const std::vector<iterator>& parts, ExportModel& model) {
+  std::set<iterator> materials;
+  std::set<iterator> sets;
+  for (const iterator itr : parts) {
+    const tagTGeom& record = *database.GetGeomPool().GetAtNU(itr);
+    model.parts.push_back(PartFor(record));
+    if (const tagTMaterial* material = database.GetMaterialPool().GetAtNU(record.material);
+        material != nullptr && materials.insert(record.material).second) {
+      model.partMaterials.push_back(Shown(ToUtf8(material->name)));
+    }
+    const tagTGset* set = database.GetGsetPool().GetAtNU(record.gset);
+    const CString assembly = record.origin != nullptr ? CutName(AssemblyPath(*record.origin)) : CString();
+    if (set != nullptr && set->name != assembly && sets.insert(record.gset).second) {
+      model.partSets.push_back(Shown(ToUtf8(set->name)));
+    }
+  }
+}
 
 ExportModel CollectExport(const Database& database, const std::vector<iterator>& msets, bool withNested) {
   return Collector(database, msets, withNested).Collect();

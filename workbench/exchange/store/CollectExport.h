@@ -11,4 +11,7 @@ namespace qd::workbench {
 /// Names are such as the programs that read files take, and none is there twice.
 ExportModel CollectExport(const Database& database, const std::vector<iterator>& msets, bool withNested = true);
 
+/// Adds parts to what is written, as they are called in the document; products and uses as they came.
+void CollectParts(const Database& database, const std::vector<iterator>& parts, ExportModel& model);
+
 }  // namespace qd::workbench

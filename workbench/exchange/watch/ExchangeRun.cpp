@@ -52,7 +52,10 @@ bool ExchangeRun::StartProgram(const std::string& folder) {
   }
   std::error_code failed;
   const std::filesystem::path file = std::filesystem::absolute(m_task.file, failed);
-  arguments.push_back(m_task.file.empty() ? "--operation" : failed ? m_task.file : file.string());
+  arguments.push_back(m_task.take           ? "--export"
+                      : m_task.file.empty() ? "--operation"
+                      : failed              ? m_task.file
+                                            : file.string());
   return m_child.Start(m_task.program, arguments, folder, m_task.request);
 }
 
@@ -68,6 +71,7 @@ ExchangeRun::Result ExchangeRun::Run(Listener& listener) {
     poll(waits, std::size(waits), static_cast<int>(kLook.count()));
     eventfd_t events = 0;
     eventfd_read(m_wake, &events);
+    if (m_cancelled || !listener.GoesOn()) m_cancelled = true;
     if (m_cancelled) break;
     if (waits[0].revents != 0) step = TakeBytes(listener);
     if (step == Step::GoOn) step = Watch(listener);
@@ -137,6 +141,17 @@ ExchangeRun::Step ExchangeRun::TakeFrame(const FrameReader::Frame& frame, Listen
     case FrameType::Deck:
       if (!m_model->decks.empty()) break;  // a file is one deck
       return keep(DecodeDeck(frame.payload), m_model->decks);
+    case FrameType::Bytes:
+      if (!m_task.take) break;
+      if (!m_task.take(frame.payload)) return Fail("IDS_WB_EXPORT_UNWRITABLE");
+      GotOn(listener);
+      return Step::GoOn;
+    case FrameType::Written:
+      if (const auto parts = DecodeWritten(frame.payload)) {
+        m_model->written = *parts;
+        return Step::GoOn;
+      }
+      break;
     case FrameType::Done:
       return Step::Finished;
     case FrameType::Error:

@@ -22,6 +22,8 @@ class ExchangeRun {
     std::string file;     ///< to read, any bytes; empty for work on shapes
     std::string request;  ///< the work on shapes
     ExchangeLimits limits;
+    /// Takes the bytes of a file that the program is to write, false when that cannot be; none for other work.
+    std::function<bool(std::string_view)> take = nullptr;
   };
   /// A message key, empty for none, and a detail for its text.
   struct Message {
@@ -36,6 +38,8 @@ class ExchangeRun {
     virtual bool OnStalled(const Message& reason) = 0;
     /// It got on after all, or waits longer: nothing is to be asked any more.
     virtual void OnResumed() = 0;
+    /// Asked every now and then; false cancels.
+    virtual bool GoesOn() { return true; }
   };
   /// A model, or none and the reason; no reason after a cancel.
   struct Result {
