@@ -338,6 +338,51 @@ TEST_F(HeldDocument, FilesOfOtherProgramsAreNotTouched) {
 
 // ---- earlier versions -----------------------------------------------------------------------------------
 
+/// To look at a document, to close its window or to save it elsewhere is not to agree that it is changed.
+TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
+  const fs::path data = QD_SOURCE_FOLDER "/tests/data";
+  for (const char* name : {"version1.qdw", "version1-killed.qdw"}) {
+    const fs::path path = Path(name);
+    std::set<std::string> there{name};
+    fs::copy_file(data / name, path);
+    const bool killed = fs::exists((data / name).string() + "-wal");
+    if (killed) {
+      fs::copy_file((data / name).string() + "-wal", path.string() + "-wal");
+      there.insert(std::string(name) + "-wal");
+    }
+    const std::string before = Bytes(path);
+    DocumentError error;
+    {
+      Database read;
+      DocumentKeeper keeper(read, Path("recovery"));
+      ASSERT_TRUE(keeper.Open(path.string(), error)) << error.key << error.detail;
+      EXPECT_FALSE(keeper.IsReadOnly());
+      EXPECT_TRUE(keeper.File()->IsOlder());
+      EXPECT_FALSE(keeper.HasLostFile());
+      EXPECT_EQ(ContentsOf(path), "IDS_WB_DOC_BUSY") << "it is held";
+      keeper.File()->PutView("window", "{}");
+      EXPECT_EQ(Bytes(path), before);
+      EXPECT_EQ(Names(), there);
+      ASSERT_TRUE(keeper.SaveAs(Path("b.qdw"), error)) << error.key << error.detail;
+      EXPECT_EQ(keeper.File()->View("window"), "{\"language\":\"en\"}") << "how it was shown goes along";
+      EXPECT_EQ(Bytes(path), before);
+    }
+    fs::remove(Path("b.qdw"));
+    {
+      // Somebody else writes to it before the first act.
+      Document document(path);
+      ASSERT_NE(document.file, nullptr);
+      std::ofstream(path, std::ios::app) << " ";
+      EXPECT_FALSE(document.file->Stands());
+      EXPECT_FALSE(document.Run(20));
+    }
+    fs::resize_file(path, before.size());
+    EXPECT_EQ(Bytes(path), before);
+    EXPECT_EQ(Names(), there);
+    for (const std::string& left : there) fs::remove(Path(left.c_str()));
+  }
+}
+
 TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
   const fs::path data = QD_SOURCE_FOLDER "/tests/data";
   for (const char* name : {"version1.qdw", "version1-killed.qdw"}) {

@@ -44,7 +44,7 @@ class ReadDocument : public DocumentFolder {
       for (const char* suffix : {"", "-wal"}) fs::copy_file(killed + suffix, to + suffix);
     }
     const std::string held = Contents(Open(Path("other.qdw"))->data);
-    fs::remove(Path("other.qdw"));
+    for (const char* suffix : {"", "-wal"}) fs::remove(Path("other.qdw") + suffix);
     return held;
   }
 
@@ -53,6 +53,7 @@ class ReadDocument : public DocumentFolder {
 
 TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
   const std::string held = Make(Path("a.qdw"));
+  EXPECT_TRUE(Open(Path("a.qdw"))->file->PutView("state", "shown so"));
   DocumentError error;
   Database data;
   std::string said;
@@ -71,9 +72,11 @@ TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
     EXPECT_EQ(Contents(data), held);
     EXPECT_FALSE(keeper.File()->PutView("window", "{}"));
     EXPECT_FALSE(keeper.SaveAs(Path("a.qdw"), error));
+    EXPECT_EQ(keeper.File()->View("state"), "shown so");
     const fs::path elsewhere = fs::temp_directory_path() / (m_folder.filename().string() + "_saved.qdw");
     ASSERT_TRUE(keeper.SaveAs(elsewhere.string(), error)) << error.key << " " << error.detail;
     EXPECT_FALSE(keeper.IsReadOnly());
+    EXPECT_EQ(keeper.File()->View("state"), "shown so");
     EXPECT_TRUE(DocumentScript(data).Run(20));
     fs::remove(elsewhere);
   }

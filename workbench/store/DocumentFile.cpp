@@ -138,7 +138,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, Docu
       return nullptr;
     }
     // The log of an act would stand beside one of the names only.
-    if (!hold->HasOtherNames()) return AttachHeld(resolved, std::move(hold), error, vfs);
+    if (!hold->HasOtherNames()) return AttachHeld(resolved, std::move(hold), error, vfs, progress);
     viewed = "IDS_WB_DOC_LINKS";
   }
   const std::unique_ptr<Connection> connection = OpenToRead(resolved, error, vfs, progress);
@@ -151,7 +151,8 @@ std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, Docu
 }
 
 std::unique_ptr<DocumentFile> DocumentFile::AttachHeld(const std::string& path, std::unique_ptr<DocumentHold> hold,
-                                                       DocumentError& error, const char* vfs) {
+                                                       DocumentError& error, const char* vfs,
+                                                       const ProgressCall& progress) {
   if (!IsDocument(path)) {
     error = {"IDS_WB_DOC_FOREIGN", path};
     return nullptr;
@@ -164,6 +165,11 @@ std::unique_ptr<DocumentFile> DocumentFile::AttachHeld(const std::string& path, 
     return nullptr;
   }
   if (logs == LogKind::None) RemoveIdleLogs(path);
+  if (StatedVersion(path) < kDocumentVersion) {
+    auto older = AttachOlder(path, std::move(hold), error, vfs, progress);
+    if (older != nullptr) older->m_foreignLog = aside;
+    return older;
+  }
   std::unique_ptr<DocumentFile> file(new DocumentFile(path, Connection(path, Connection::Mode::Write, vfs),
                                                       std::move(hold)));  // the constructor is private
   file->m_foreignLog = aside;
@@ -173,6 +179,42 @@ std::unique_ptr<DocumentFile> DocumentFile::AttachHeld(const std::string& path, 
   }
   const int version = ReadVersion(file->m_file, path, error);
   return version != 0 && file->TakeUp(version, error) ? std::move(file) : nullptr;
+}
+
+/// To open a document is not to agree that it is written anew in another version.
+std::unique_ptr<DocumentFile> DocumentFile::AttachOlder(const std::string& path,
+                                                        std::unique_ptr<DocumentHold> hold, DocumentError& error,
+                                                        const char* vfs, const ProgressCall& progress) {
+  const auto state = hold->State();
+  const std::unique_ptr<Connection> connection = OpenHeldToRead(path, *hold, error, vfs, progress);
+  if (connection == nullptr) return nullptr;
+  std::unique_ptr<DocumentFile> file(
+      new DocumentFile(path, std::move(*connection), std::move(hold)));  // the constructor is private
+  file->m_vfs = vfs;
+  file->m_state = state;
+  file->m_older = file->m_file.IsOpen() ? ReadVersion(file->m_file, path, error) : 0;
+  return file->m_older != 0 && file->TakeUp(file->m_older, error) ? std::move(file) : nullptr;
+}
+
+/// Before the first act in a document of an earlier version. What was read so far must be what is there now.
+bool DocumentFile::MakeWritable() {
+  if (m_hold->State() != m_state) m_lost = "IDS_WB_DOC_CHANGED";
+  if (CheckLogs(m_path) == LogKind::Foreign) m_lost = "IDS_WB_DOC_LOG";
+  if (m_lost != nullptr) return false;
+  const int version = m_older;
+  // The one that it was read with ends after the statements that were made with it.
+  const Connection before = std::exchange(m_file, Connection(m_path, Connection::Mode::Write, m_vfs));
+  DocumentError error;
+  m_older = 0;
+  if (m_file.IsOpen() && m_file.Run("BEGIN IMMEDIATE; COMMIT;") && ReadVersion(m_file, m_path, error) == version &&
+      TakeUp(version, error)) {
+    m_file.AllowLargeValues();
+    return true;
+  }
+  // Whatever was done of it was taken back, or has only moved the last acts from the log into the file.
+  m_older = version;
+  m_state = m_hold->State();
+  return false;
 }
 
 /// What this program has just written need not be measured by its size, and acts may add larger values.
@@ -189,16 +231,16 @@ bool DocumentFile::TakeUp(int version, DocumentError& error) {
     error = {faults.front().key, faults.front().detail};
     return false;
   }
-  if (m_viewed == nullptr && (!m_file.Run(kManners) || !BringForward(version))) {
+  const bool isRead = m_viewed != nullptr || m_older != 0;
+  if (!isRead && (!m_file.Run(kManners) || !BringForward(version))) {
     error = Fault();
     return false;
   }
-  // What is only viewed stays of its version, which may lack tables.
-  if (m_viewed) {
-    m_tables = MakeRecordTables([version](const std::string& table) { return IsTableOf(table, version); });
-  }
+  // What is only read stays of its version, which may lack tables.
+  const int has = isRead ? version : kDocumentVersion;
+  m_tables = MakeRecordTables([has](const std::string& table) { return IsTableOf(table, has); });
   Prepare();
-  if (m_viewed != nullptr) return true;
+  if (isRead) return true;
   Statement marks = m_file.Prepare("SELECT mark FROM document");
   const auto mark = marks.Step() ? DocumentMark::Decode(marks.Bytes(0)) : std::nullopt;
   if (!mark || marks.Step()) {
@@ -284,7 +326,7 @@ bool DocumentFile::Begin() {
   m_lost = nullptr;
   if (m_working) m_lost = "IDS_WB_DOC_WORKING";
   if (m_lost == nullptr && m_hold != nullptr && !m_hold->IsAt(m_path)) m_lost = "IDS_WB_DOC_GONE";
-  if (m_lost != nullptr) return false;
+  if (m_lost != nullptr || (m_older != 0 && !MakeWritable())) return false;
   if (!m_file.Run("BEGIN IMMEDIATE")) {
     if (m_file.IsForeign()) m_lost = "IDS_WB_DOC_CHANGED";
     return false;
@@ -311,6 +353,7 @@ bool DocumentFile::Commit() {
 bool DocumentFile::Stands() {
   if (IsReadOnly()) return true;  // nothing of it could be lost
   if (m_hold == nullptr || !m_hold->IsAt(m_path)) return false;
+  if (m_older != 0) return m_hold->State() == m_state;
   const std::string now = m_mark.Encode();
   Statement marks = m_file.Prepare("SELECT 1 FROM document WHERE mark = ?");
   marks.BindBlob(1, now);
@@ -424,7 +467,7 @@ bool DocumentFile::IsInUse(const std::string& path) {
 }
 
 bool DocumentFile::PutView(const std::string& name, const std::string& bytes) {
-  if (IsReadOnly()) return false;
+  if (IsReadOnly() || IsOlder()) return false;  // how a document is shown is no act
   bool put = false;
   if (Begin()) {
     Statement statement = m_file.Prepare("INSERT OR REPLACE INTO view VALUES (?, ?)");
@@ -440,6 +483,11 @@ std::string DocumentFile::View(const std::string& name) {
   Statement get = m_file.Prepare("SELECT data FROM view WHERE name = ?");
   get.BindText(1, name);
   return get.Step() ? std::string(get.Bytes(0)) : std::string();
+}
+
+void DocumentFile::TakeViews(DocumentFile& other) {
+  Statement views = other.m_file.Prepare("SELECT name, data FROM view");
+  while (views.Step()) PutView(std::string(views.Bytes(0)), std::string(views.Bytes(1)));
 }
 
 std::int64_t DocumentFile::Count(const char* table) {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "workbench/model/Database.h"
@@ -37,6 +38,9 @@ class DocumentFile final : public IRecordStore {
   /// that stands where this program may not write, or that has several names, is opened so, and one that was
   /// mended, until that is kept.
   bool IsReadOnly() const { return m_viewed != nullptr || !m_unkept.empty(); }
+  /// Whether the file has an earlier version of the format. It stays as it is until the first act, which brings it
+  /// forward.
+  bool IsOlder() const { return m_older != 0; }
   /// The key of the sentence that says so.
   const char* ViewedKey() const { return m_viewed != nullptr ? m_viewed : "IDS_WB_DOC_VIEWED"; }
   /// Writes a copy, complete or not at all; a file that is there is replaced, unless somebody has it open. False
@@ -51,6 +55,8 @@ class DocumentFile final : public IRecordStore {
   /// cannot be kept, which harms nothing.
   bool PutView(const std::string& name, const std::string& bytes);
   std::string View(const std::string& name);
+  /// Takes over all that windows have left in another document.
+  void TakeViews(DocumentFile& other);
   /// Whether there is anything but what every new document has.
   bool HoldsAnything();
   /// How many rows a table has.
@@ -77,13 +83,19 @@ class DocumentFile final : public IRecordStore {
   DocumentFile(std::string path, Connection connection, std::unique_ptr<DocumentHold> hold);
 
   static std::unique_ptr<DocumentFile> AttachHeld(const std::string& path, std::unique_ptr<DocumentHold> hold,
-                                                  DocumentError& error, const char* vfs);
+                                                  DocumentError& error, const char* vfs,
+                                                  const ProgressCall& progress = {});
   static std::unique_ptr<DocumentFile> AttachOwn(const std::string& path, std::unique_ptr<DocumentHold> hold,
                                                  DocumentError& error, const char* vfs);
   std::unique_ptr<DocumentHold> WriteCopy(const std::string& path, DocumentError& error,
                                           const ProgressCall& progress);
 
+  static std::unique_ptr<DocumentFile> AttachOlder(const std::string& path, std::unique_ptr<DocumentHold> hold,
+                                                   DocumentError& error, const char* vfs,
+                                                   const ProgressCall& progress);
+
   bool TakeUp(int version, DocumentError& error);
+  bool MakeWritable();
   void Prepare();
   bool BringForward(int version);
   bool Begin();
@@ -101,8 +113,11 @@ class DocumentFile final : public IRecordStore {
   DocumentMark m_mark;
   DocumentMark m_nextMark;  // of the act that is being written
   std::string m_foreignLog;
-  const char* m_lost = nullptr;  // the key of why the last act could not begin
-  bool m_working = false;        // a copy is being made, and the events of a window come in meanwhile
+  const char* m_vfs = nullptr;
+  int m_older = 0;                                  // the version of a file that is only read so far
+  std::pair<std::int64_t, std::int64_t> m_state{};  // of such a file when it was read
+  const char* m_lost = nullptr;                     // the key of why the last act could not begin
+  bool m_working = false;  // a copy is being made, and the events of a window come in meanwhile
   std::vector<std::unique_ptr<IRecordTable>> m_tables;
   std::unique_ptr<Statement> m_noteNumber;
   std::function<void(const DocumentError&)> m_onFailure;

@@ -47,6 +47,23 @@ bool DocumentHold::IsAt(const std::string& path) const {
   return system::IsAt(m_handle, path);
 }
 
+bool DocumentHold::IsLockedByLibrary() const {
+  // The bytes that the database library locks for a reader.
+  struct flock lock {};
+  lock.l_type = F_RDLCK;
+  lock.l_whence = SEEK_SET;
+  lock.l_start = 0x40000002;
+  lock.l_len = 510;
+  return fcntl(m_handle, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
+}
+
+std::pair<std::int64_t, std::int64_t> DocumentHold::State() const {
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  struct stat there {};
+  if (fstat(m_handle, &there) != 0) return {-1, 0};
+  return {there.st_size, there.st_mtim.tv_sec * kSecond + there.st_mtim.tv_nsec};
+}
+
 bool DocumentHold::HasOtherNames() const {
   struct stat there {};
   return fstat(m_handle, &there) == 0 && there.st_nlink > 1;

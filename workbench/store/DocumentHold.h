@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 
 namespace qd::workbench {
 
@@ -28,7 +30,10 @@ class DocumentHold {
   bool IsAt(const std::string& path) const;
   /// Whether it has other names as well.
   bool HasOtherNames() const;
-  int Handle() const { return m_handle; }
+  /// Whether a program works on it that knows only the database library's locks, as ours did at first.
+  bool IsLockedByLibrary() const;
+  /// Its size and when it was written last: another one after whatever has changed it.
+  std::pair<std::int64_t, std::int64_t> State() const;
 
  private:
   int m_handle;

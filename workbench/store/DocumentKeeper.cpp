@@ -49,7 +49,10 @@ void DocumentKeeper::LeaveRecoveryFile() {
   if (m_file == nullptr) return;
   const std::string path = m_file->Path();
   // Taken away while it is held, so that nobody is offered it meanwhile.
-  if (!m_named && m_file->Stands()) std::remove(path.c_str());
+  if (!m_named && m_file->Stands()) {
+    RemoveIdleLogs(path);
+    std::remove(path.c_str());
+  }
   m_file.reset();
 }
 
@@ -121,12 +124,13 @@ bool DocumentKeeper::SaveAs(const std::string& path, DocumentError& error, const
     return m_file->KeepMended(error);
   }
   std::unique_ptr<DocumentFile> file;
-  if (m_file != nullptr && !m_file->IsReadOnly() && m_file->Stands()) {
+  if (m_file != nullptr && !m_file->IsReadOnly() && !m_file->IsOlder() && m_file->Stands()) {
     file = m_file->CopyAndOpen(path, error, progress);
   } else {
-    // What somebody has taken away or written to is made anew from memory, and what is only viewed may be held in
-    // a way that cannot be copied.
+    // What somebody has taken away or written to is made anew from memory, and what is only read may be held in a
+    // way that cannot be copied.
     file = DocumentFile::Create(path, m_database, error);
+    if (file != nullptr && m_file != nullptr) file->TakeViews(*m_file);
   }
   if (file == nullptr) return false;
   Use(std::move(file), true);
@@ -150,6 +154,7 @@ std::vector<RecoverableDocument> DocumentKeeper::FindRecoverable(const std::stri
     if (file->HoldsAnything()) {
       found.push_back({path, file->View(kTitleName), file->Count("geom"), file->Count("mset")});
     } else {
+      RemoveIdleLogs(path);
       std::remove(path.c_str());  // still held
     }
   }

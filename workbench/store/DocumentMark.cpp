@@ -146,6 +146,13 @@ bool IsDocument(const std::string& path) {
   return head.isDatabase && head.application == kDocumentApplication;
 }
 
+int StatedVersion(const std::string& path) {
+  std::ifstream document(path, std::ios::binary);
+  const Head head(BytesOf(document, 0, 100));
+  const bool isDocument = head.isDatabase && head.application == kDocumentApplication;
+  return isDocument ? static_cast<int>(head.version & 0x7FFFFFFFU) : 0;
+}
+
 LogKind CheckLogs(const std::string& path) {
   const bool anyAhead = SizeOf(path + "-wal") > 0;
   const bool anyJournal = SizeOf(path + "-journal") > 0;

@@ -39,6 +39,8 @@ enum class LogKind {
 /// Whether a file begins as a document does, as far as can be seen without the library: of what does not nothing
 /// is touched.
 bool IsDocument(const std::string& path);
+/// The version of the format that its head states, 0 for what is no document.
+int StatedVersion(const std::string& path);
 /// Looks at a document's file and at the logs beside it, without changing anything.
 LogKind CheckLogs(const std::string& path);
 /// Gives foreign logs other names, beside the document. Returns the new name of the last one, empty for none or on

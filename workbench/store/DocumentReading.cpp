@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "workbench/files/WholeFile.h"
-#include "workbench/store/DocumentHold.h"
 #include "workbench/store/DocumentMark.h"
 #include "workbench/store/DocumentSchema.h"
 
@@ -91,17 +90,6 @@ bool CopyWithLogs(const std::string& from, const std::string& to, DocumentError&
   return true;
 }
 
-/// Whether a program works on a file that knows only the database library's locks, as ours did at first.
-bool IsHeld(int handle) {
-  // The bytes that the database library locks for a reader.
-  struct flock lock {};
-  lock.l_type = F_RDLCK;
-  lock.l_whence = SEEK_SET;
-  lock.l_start = 0x40000002;
-  lock.l_len = 510;
-  return fcntl(handle, F_OFD_GETLK, &lock) == 0 && lock.l_type != F_UNLCK;
-}
-
 }  // namespace
 
 bool IsPlainFile(const std::string& path, DocumentError& error) {
@@ -132,16 +120,22 @@ std::unique_ptr<Connection> OpenToRead(const std::string& path, DocumentError& e
   if (!IsPlainFile(path, error)) return nullptr;
   auto result = DocumentHold::Result::Held;
   std::shared_ptr<DocumentHold> hold = DocumentHold::Take(path, DocumentHold::Kind::Look, result);
-  if (hold == nullptr || IsHeld(hold->Handle())) {
-    const bool busy = hold != nullptr || result == DocumentHold::Result::Busy;
-    error = {busy ? "IDS_WB_DOC_BUSY" : "IDS_WB_IMPORT_UNREADABLE", path};
+  if (hold == nullptr) {
+    error = {result == DocumentHold::Result::Busy ? "IDS_WB_DOC_BUSY" : "IDS_WB_IMPORT_UNREADABLE", path};
     return nullptr;
   }
-  if (!HasLog(path)) {
-    auto file = std::make_unique<Connection>(path, Connection::Mode::Read, vfs);
-    file->Keep(std::move(hold));  // nobody writes to it meanwhile
-    return file;
+  auto file = OpenHeldToRead(path, *hold, error, vfs, progress);
+  if (file != nullptr) file->Keep(std::move(hold));  // nobody writes to it meanwhile
+  return file;
+}
+
+std::unique_ptr<Connection> OpenHeldToRead(const std::string& path, const DocumentHold& hold, DocumentError& error,
+                                           const char* vfs, const ProgressCall& progress) {
+  if (hold.IsLockedByLibrary()) {
+    error = {"IDS_WB_DOC_BUSY", path};
+    return nullptr;
   }
+  if (!HasLog(path)) return std::make_unique<Connection>(path, Connection::Mode::Read, vfs);
   const PrivateFolder folder;
   const std::string copy = folder.Path() + "/document.qdw";
   if (folder.Path().empty()) {

@@ -5,6 +5,7 @@
 
 #include "host/LongWork.h"
 #include "workbench/store/DocumentError.h"
+#include "workbench/store/DocumentHold.h"
 #include "workbench/store/Sqlite.h"
 
 namespace qd::workbench {
@@ -22,6 +23,10 @@ bool MayWrite(const std::string& path);
 /// with the connection. Null on failure, and when `progress` stops it.
 std::unique_ptr<Connection> OpenToRead(const std::string& path, DocumentError& error, const char* vfs = nullptr,
                                        const ProgressCall& progress = {});
+
+/// Likewise for a file that this program holds.
+std::unique_ptr<Connection> OpenHeldToRead(const std::string& path, const DocumentHold& hold, DocumentError& error,
+                                           const char* vfs = nullptr, const ProgressCall& progress = {});
 
 /// The version of the format that a document has; 0, with the reason, for what is none and for later versions.
 int ReadVersion(Connection& file, const std::string& path, DocumentError& error);
