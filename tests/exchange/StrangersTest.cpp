@@ -179,6 +179,8 @@ bool Runs(pid_t process) {
   return std::getline(in, text) && text.find(") Z") == std::string::npos;
 }
 
+/// The child is stopped, so that it neither writes to the pipe, which would end it too, nor looks who its parent
+/// is: as busy in a library, and for longer than any.
 TEST(AKilledWorkbench, TakesItsChildWithIt) {
   const Folder folder;
   RunToEnd(QD_MAKE_MODELS, {"grid", "60", folder.Path() + "/grid.step"});
@@ -195,6 +197,7 @@ TEST(AKilledWorkbench, TakesItsChildWithIt) {
   ASSERT_EQ(children.size(), 1U);
   std::this_thread::sleep_for(300ms);
   ASSERT_TRUE(Runs(children[0])) << "it was too quick for this test";
+  ASSERT_EQ(kill(children[0], SIGSTOP), 0);
   kill(workbench, SIGKILL);
   waitpid(workbench, nullptr, 0);
   for (int i = 0; i < 50 && Runs(children[0]); ++i) std::this_thread::sleep_for(20ms);
