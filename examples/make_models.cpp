@@ -22,6 +22,7 @@
 #include <STEPControl_Writer.hxx>
 #include <TDataStd_Name.hxx>
 #include <TDocStd_Document.hxx>
+#include <TopExp_Explorer.hxx>
 #include <TopoDS_Compound.hxx>
 #include <TopoDS_Vertex.hxx>
 #include <XCAFApp_Application.hxx>
@@ -186,6 +187,19 @@ bool MakeMixed(const std::string& path) {
   return writer.AddShape(all) && writer.Write(path.c_str());
 }
 
+/// Two blocks, the second without its last face, face by face.
+bool MakeLoose(const std::string& path) {
+  IGESControl_Writer writer("MM", 0);
+  int faces = 0;
+  for (const double x : {0.0, 50.0}) {
+    const TopoDS_Shape block = BRepPrimAPI_MakeBox(gp_Pnt(x, 0, 0), 10, 20, 30).Shape();
+    for (TopExp_Explorer at(block, TopAbs_FACE); at.More() && faces < 11; at.Next(), ++faces) {
+      if (!writer.AddShape(at.Current())) return false;
+    }
+  }
+  return writer.Write(path.c_str());
+}
+
 /// A block, a free point, and a ball finer than facets usually are: what real files hold beside their solids.
 bool MakeSpecks(const std::string& path) {
   constexpr double kTiny = 1e-5;
@@ -208,11 +222,12 @@ bool Make(const std::string& what, int argc, char** argv) {
   if (what == "groups" && argc == 4) return MakeUses(std::stoi(argv[2]), true, argv[3]);
   if (what == "box" && argc == 3) return MakeBox(argv[2]);
   if (what == "mixed" && argc == 3) return MakeMixed(argv[2]);
+  if (what == "loose" && argc == 3) return MakeLoose(argv[2]);
   if (what == "specks" && argc == 3) return MakeSpecks(argv[2]);
   std::cerr << "usage: make_models pump FILE.step | grid COUNT FILE.step | uses COUNT FILE.step | groups COUNT "
                "FILE.step | "
                "box FILE.brep | box FILE.igs | "
-               "mixed FILE.brep | mixed FILE.igs | specks FILE.brep | specks FILE.step\n";
+               "mixed FILE.brep | mixed FILE.igs | loose FILE.igs | specks FILE.brep | specks FILE.step\n";
   return false;
 }
 

@@ -253,6 +253,19 @@ TEST_F(NamedBoxes, ImportsOfOneFileAndBodiesOfOneProductStayApart) {
   EXPECT_EQ(TextsOf(Read(m_folder.Path() + "/twice.step")), twice);
 }
 
+TEST_F(ShapeExport, FacesOfAFileThatCloseComeInAsSolids) {
+  const ImportedModel model = Read(Make("loose", "loose.igs"));
+  ASSERT_EQ(model.parts.size(), 6U);
+  EXPECT_EQ(model.parts[0].kind, TopologyKind::Solid);
+  EXPECT_NEAR(model.parts[0].shape.volume, 6000, 1e-6);
+  EXPECT_EQ(std::count_if(model.parts.begin(), model.parts.end(),
+                          [](const ImportedPart& part) { return part.kind == TopologyKind::Surface; }),
+            5);
+  ASSERT_EQ(model.notes.size(), 1U);
+  EXPECT_EQ(model.notes[0].key, "IDS_WB_NOTE_OPEN");
+  EXPECT_TRUE(model.notes[0].detail.starts_with("5"));
+}
+
 TEST_F(ShapeExport, PartsOutsideOfAssembliesKeepTheirPlaces) {
   const ImportedModel pump = Read(Make("pump", "pump.step"));
   ImportedModel loose = pump;

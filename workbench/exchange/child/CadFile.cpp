@@ -9,6 +9,7 @@
 #include <Message_Messenger.hxx>
 #include <Message_PrinterOStream.hxx>
 #include <Message_ProgressIndicator.hxx>
+#include <Message_ProgressScope.hxx>
 #include <Quantity_Color.hxx>
 #include <Standard_Failure.hxx>
 #include <Standard_OutOfMemory.hxx>
@@ -28,6 +29,7 @@
 #include <vector>
 
 #include "workbench/exchange/child/CadNotes.h"
+#include "workbench/exchange/child/Sewing.h"
 #include "workbench/exchange/child/Shapes.h"
 #include "workbench/exchange/child/StepFile.h"
 
@@ -181,12 +183,14 @@ CadModel ReadIges(const std::string& path, const Message_ProgressRange& range) {
   reader.SetColorMode(true);
   reader.SetNameMode(true);
   if (reader.ReadFile(path.c_str()) != IFSelect_RetDone) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
-  if (!reader.Transfer(document, range)) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
+  Message_ProgressScope scope(range, "", 2);
+  if (!reader.Transfer(document, scope.Next())) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
   CadModel model;
   NoteFaults(reader, model.notes);
   Harvest harvest(document);
   harvest.Run();
   model.bodies = std::move(harvest.found);
+  SewSolids(model, scope.Next());
   return model;
 }
 
