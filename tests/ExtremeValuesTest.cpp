@@ -411,6 +411,12 @@ INSTANTIATE_TEST_SUITE_P(
                                                        kMostRecords);
                                    data.GetGsetPool().Add({});
                                  }},
+                      RefusedAct{"size", "deck 1: more data than a document can hold of one entry",
+                                 [](Database& data) {
+                                   tagTDeck deck;
+                                   deck.text = std::make_shared<const std::string>(kMostPartBytes + 1, ' ');
+                                   data.GetDeckPool().Add(deck);
+                                 }},
                       RefusedAct{"reference", "property 1: what it refers to is not there: material",
                                  [](Database& data) {
                                    tagTProperty property;

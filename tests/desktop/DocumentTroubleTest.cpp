@@ -1,12 +1,8 @@
 // What happens around a document while its window is open: file dialogs, other programs, files that go away, work
 // that ends at the wrong moment. Nothing is lost without a word.
 
-#include <QAbstractButton>
-#include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
-#include <QPlainTextEdit>
 
 #include "InWindow.h"
 #include "host/CTransaction.h"
@@ -32,25 +28,6 @@ class Trouble : public InWindow {
     m_window->show();
     Wait(100);
   }
-  /// Answers the next question of a name as soon as it is asked; what it said is kept.
-  void Answer(const QString& name, QMessageBox::ButtonRole role) {
-    m_asked.clear();
-    auto* timer = new QTimer(m_window.get());  // owned by the window
-    QObject::connect(timer, &QTimer::timeout, m_window.get(), [this, timer, name, role] {
-      for (QWidget* widget : QApplication::topLevelWidgets()) {
-        auto* box = qobject_cast<QMessageBox*>(widget);
-        if (box == nullptr || box->objectName() != name || !box->isVisible()) continue;
-        timer->deleteLater();
-        m_asked = box->text();
-        Keep("question-" + name, box);
-        for (QAbstractButton* button : box->buttons()) {
-          if (box->buttonRole(button) == role) return button->click();
-        }
-      }
-    });
-    timer->start(50);
-  }
-  QString Messages() { return m_window->findChild<QPlainTextEdit*>()->toPlainText(); }
   void Rename(const CString& name) {
     const iterator part = Data().GetGeomPool().GetItrList().front();
     CTransaction transaction(&Data());
@@ -61,7 +38,6 @@ class Trouble : public InWindow {
     transaction.Commit(1);
   }
 
-  QString m_asked;
   const QByteArray m_state = qgetenv("XDG_STATE_HOME");
 };
 

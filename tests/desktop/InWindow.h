@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
+#include <QApplication>
 #include <QDialog>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <memory>
 
 #include "Display.h"
@@ -36,6 +41,29 @@ class InWindow : public ::testing::Test {
     }
     return nullptr;
   }
+  /// Answers the next question of a name as soon as it is asked; what it said, and what the keys would have
+  /// chosen, is kept.
+  void Answer(const QString& name, QMessageBox::ButtonRole role) {
+    m_asked.clear();
+    auto* timer = new QTimer(m_window.get());  // owned by the window
+    QObject::connect(timer, &QTimer::timeout, m_window.get(), [this, timer, name, role] {
+      for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* box = qobject_cast<QMessageBox*>(widget);
+        if (box == nullptr || box->objectName() != name || !box->isVisible()) continue;
+        timer->deleteLater();
+        m_asked = box->text();
+        m_details = box->detailedText();
+        const QPushButton* usual = box->defaultButton();
+        m_usual = usual != nullptr ? box->buttonRole(box->defaultButton()) : QMessageBox::InvalidRole;
+        Keep("question-" + name, box);
+        for (QAbstractButton* button : box->buttons()) {
+          if (box->buttonRole(button) == role) return button->click();
+        }
+      }
+    });
+    timer->start(50);
+  }
+  QString Messages() { return m_window->findChild<QPlainTextEdit*>()->toPlainText(); }
   /// Keeps a picture for whoever wants to look, where QD_PICTURES names a folder: of the window, or of another
   /// one.
   void Keep(const QString& name, QWidget* other = nullptr) {
@@ -43,6 +71,9 @@ class InWindow : public ::testing::Test {
     if (!folder.isEmpty()) (other != nullptr ? other : m_window.get())->grab().save(folder + "/" + name + ".png");
   }
 
+  QString m_asked;
+  QString m_details;
+  QMessageBox::ButtonRole m_usual = QMessageBox::InvalidRole;
   workbench::MessageTables m_messages;
   QtToolkit m_toolkit;
   Files m_files;

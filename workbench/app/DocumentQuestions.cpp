@@ -8,6 +8,7 @@
 
 #include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/text/Shown.h"
 
 namespace qd::workbench {
 
@@ -49,6 +50,32 @@ DocumentQuestions::Closing DocumentQuestions::AskClosing(const QString& text) co
   const int answer = box.exec();
   if (answer == QMessageBox::Save) return Closing::Save;
   return answer == QMessageBox::Discard ? Closing::Discard : Closing::Stay;
+}
+
+void DocumentQuestions::AskInclude(const QString& deck, const QString& folder, const QString& file,
+                                   const std::function<void(bool)>& answer) {
+  constexpr std::size_t kShown = 1000;  // all of what is decided on, but for what steers a text
+  const auto shown = [](const QString& name) {
+    return QString::fromStdString(ShownText(NameToBytes(name), kShown));
+  };
+  m_include = new QMessageBox(QMessageBox::Warning, Text("IDS_WB_APP"),
+                              Text("IDS_WB_ASK_INCLUDE", {shown(deck), shown(file), shown(folder)}),
+                              QMessageBox::NoButton, m_window);
+  m_include->setObjectName("include");
+  m_include->setTextFormat(Qt::PlainText);
+  m_include->setAttribute(Qt::WA_DeleteOnClose);
+  const QPushButton* allow = m_include->addButton(Text("IDS_WB_ALLOW"), QMessageBox::AcceptRole);
+  QPushButton* refuse = m_include->addButton(Text("IDS_WB_REFUSE"), QMessageBox::RejectRole);
+  m_include->setDefaultButton(refuse);
+  m_include->setEscapeButton(refuse);
+  QMessageBox* box = m_include;
+  QObject::connect(box, &QDialog::finished, m_window,
+                   [box, allow, answer] { answer(box->clickedButton() == allow); });
+  box->open();
+}
+
+void DocumentQuestions::ForgetInclude() {
+  delete m_include;
 }
 
 void DocumentQuestions::Warn(const QString& text, const std::function<void()>& saveAs) {

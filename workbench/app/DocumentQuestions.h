@@ -29,6 +29,13 @@ class DocumentQuestions {
   /// Before one closes whose document's file is not there any more as it was left.
   Closing AskLost(const QString& path) const;
 
+  /// Asks whether a deck may take a file from a folder that is not its own; not to is what the keys choose. Does
+  /// not wait: `answer` is called later.
+  void AskInclude(const QString& deck, const QString& folder, const QString& file,
+                  const std::function<void(bool)>& answer);
+  /// Takes that question back.
+  void ForgetInclude();
+
   /// Tells a fault that needs the user, with the offer to save under another name; does not wait for the answer.
   void Warn(const QString& text, const std::function<void()>& saveAs);
 
@@ -36,6 +43,7 @@ class DocumentQuestions {
   Closing AskClosing(const QString& text) const;
 
   QWidget* m_window;
+  QPointer<QMessageBox> m_include;
   QPointer<QMessageBox> m_warning;  // the last one, while it is open
 };
 

@@ -14,9 +14,12 @@ std::string ExchangeProgram() {
   return NameToBytes(QCoreApplication::applicationDirPath()) + "/qd_exchange";
 }
 
-ExchangeJob::ExchangeJob(QString path, QObject* parent) : QObject(parent), m_path(std::move(path)) {
+ExchangeJob::ExchangeJob(QString path, const QStringList& includes, QObject* parent)
+    : QObject(parent), m_path(std::move(path)) {
   const std::string file = NameToBytes(m_path);
-  Prepare({ExchangeProgram(), file, {}, LimitsForFile(file)});
+  ExchangeRun::Task task{ExchangeProgram(), file, {}, LimitsForFile(file)};
+  for (const QString& folder : includes) task.includes.push_back(NameToBytes(folder));
+  Prepare(std::move(task));
 }
 
 ExchangeJob::ExchangeJob(const ShapeOperation& operation, QObject* parent) : QObject(parent) {
@@ -39,9 +42,11 @@ void ExchangeJob::Prepare(ExchangeRun::Task task) {
   });
   connect(m_reader, &ExchangeReader::Resumed, this, &ExchangeJob::Resumed);
   connect(m_reader, &ExchangeReader::Ended, this,
-          [this](const std::shared_ptr<ImportedModel>& model, const QString& key, const QString& detail) {
+          [this](const std::shared_ptr<ImportedModel>& model, const QString& key, const QString& detail,
+                 const QString& wanted) {
             // Whoever waits for the results changes the document with them.
             QuietTime::WhenOver(this, [=, this] {
+              m_wanted = wanted;
               End(model != nullptr ? QString() : Text(key.toUtf8().constData(), {detail}), model);
             });
           });

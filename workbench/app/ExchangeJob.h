@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 #include <QThread>
 #include <memory>
 #include <string>
@@ -23,8 +24,8 @@ class ExchangeJob final : public QObject {
   Q_OBJECT
 
  public:
-  /// Reads a file; its name as NameFromBytes has it.
-  explicit ExchangeJob(QString path, QObject* parent = nullptr);
+  /// Reads a file; its name, and folders that a deck may take files from, as NameFromBytes has them.
+  explicit ExchangeJob(QString path, const QStringList& includes = {}, QObject* parent = nullptr);
   /// Works on shapes.
   explicit ExchangeJob(const ShapeOperation& operation, QObject* parent = nullptr);
   /// Runs a program with limits of one's own.
@@ -39,6 +40,8 @@ class ExchangeJob final : public QObject {
   /// Ends the program; Failed follows with an empty reason.
   void Cancel();
   const QString& Path() const { return m_path; }
+  /// After Failed: the file outside of the allowed folders that it failed for; empty for none.
+  const QString& Wanted() const { return m_wanted; }
 
  signals:
   /// 0 to 1000.
@@ -56,6 +59,7 @@ class ExchangeJob final : public QObject {
   void Prepare(ExchangeRun::Task task);
   void End(const QString& reason, const std::shared_ptr<ImportedModel>& model);
 
+  QString m_wanted;
   QString m_path;                      // of the file; empty for work on shapes
   QThread* m_thread = nullptr;         // owned; outlives the job when it is too busy to stop at once
   ExchangeReader* m_reader = nullptr;  // works on the thread, and goes with it

@@ -1,11 +1,13 @@
 #include "workbench/app/ExchangeReader.h"
 
+#include "workbench/app/FileName.h"
+
 namespace qd::workbench {
 
 void ExchangeReader::Run() {
   ExchangeRun::Result result = m_run.Run(*this);
   emit Ended(std::move(result.model), QString::fromStdString(result.reason.key),
-             QString::fromStdString(result.reason.detail));
+             QString::fromStdString(result.reason.detail), NameFromBytes(result.reason.wanted));
 }
 
 bool ExchangeReader::OnStalled(const ExchangeRun::Message& reason) {

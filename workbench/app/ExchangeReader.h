@@ -29,8 +29,9 @@ class ExchangeReader final : public QObject, private ExchangeRun::Listener {
   /// The program seems to be lost, for a reason with a detail.
   void Stalled(QString key, QString detail);
   void Resumed();
-  /// The end: a model, or none and a message key with a detail for it, both empty after a cancel.
-  void Ended(std::shared_ptr<qd::workbench::ImportedModel> model, QString key, QString detail);
+  /// The end: a model, or none and a message key with a detail for it, both empty after a cancel. `wanted` is the
+  /// file that was not read since nobody had allowed it; empty for none.
+  void Ended(std::shared_ptr<qd::workbench::ImportedModel> model, QString key, QString detail, QString wanted);
 
  private:
   void OnProgress(int thousandths) override { emit Progress(thousandths); }

@@ -2,9 +2,11 @@
 
 #include <QFileInfo>
 #include <QLocale>
+#include <filesystem>
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
+#include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/exchange/store/StoreImport.h"
 
@@ -12,7 +14,7 @@ namespace qd::workbench {
 
 void ImportQueue::Add(const QStringList& paths) {
   m_waiting += paths;
-  if (m_job == nullptr) StartNext();
+  if (m_job == nullptr && m_asked.path.isEmpty()) StartNext();
 }
 
 void ImportQueue::WaitLonger() {
@@ -21,29 +23,57 @@ void ImportQueue::WaitLonger() {
 
 void ImportQueue::Cancel() {
   m_waiting.clear();
+  Allow(false);
   if (m_job != nullptr) m_job->Cancel();
 }
 
 void ImportQueue::StartNext() {
-  if (m_waiting.isEmpty()) return;
-  m_job = std::make_unique<ExchangeJob>(m_waiting.takeFirst());
-  const QString path = m_job->Path();
+  if (!m_waiting.isEmpty()) Start(m_waiting.takeFirst(), {});
+}
+
+void ImportQueue::Start(const QString& path, const QStringList& includes) {
+  m_job = std::make_unique<ExchangeJob>(path, includes);
   emit Started(Text("IDS_WB_IMPORTING", {path}));
   connect(m_job.get(), &ExchangeJob::Progress, this, &ImportQueue::Progress);
   connect(m_job.get(), &ExchangeJob::Stalled, this, &ImportQueue::Stalled);
   connect(m_job.get(), &ExchangeJob::Resumed, this, &ImportQueue::Resumed);
   m_job->AskWhenStalled();
   connect(m_job.get(), &ExchangeJob::Finished, this, [this](ImportedModel& model) { Store(model); });
-  connect(m_job.get(), &ExchangeJob::Failed, this, [this, path](const QString& reason) {
-    if (reason.isEmpty()) {
-      emit Said(Text("IDS_WB_IMPORT_CANCELLED", {path}), false);
-    } else {
-      ++m_failed;
-      emit Said(Text("IDS_WB_IMPORT_FAILED", {path, reason}), true);
-    }
+  connect(m_job.get(), &ExchangeJob::Failed, this, [this, path, includes](const QString& reason) {
+    if (AskFor(reason, includes)) return;
+    Fail(path, reason);
     End();
   });
   m_job->Start();
+}
+
+void ImportQueue::Fail(const QString& path, const QString& reason) {
+  if (reason.isEmpty()) return emit Said(Text("IDS_WB_IMPORT_CANCELLED", {path}), false);
+  ++m_failed;
+  emit Said(Text("IDS_WB_IMPORT_FAILED", {path, reason}), true);
+}
+
+/// Lets the user decide on a file outside of the allowed folders. What the deck calls it is the sender's; what
+/// counts is where it is.
+bool ImportQueue::AskFor(const QString& reason, const QStringList& includes) {
+  std::error_code failed;
+  const std::filesystem::path real = std::filesystem::canonical(NameToBytes(m_job->Wanted()), failed);
+  if (m_job->Wanted().isEmpty() || failed) return false;
+  const QString folder = NameFromBytes(real.parent_path().string());
+  if (includes.contains(folder)) return false;  // asked already
+  m_asked = {m_job->Path(), includes + QStringList{folder}, reason};
+  emit Ended();
+  m_job.release()->deleteLater();
+  emit Wanted(m_asked.path, folder, NameFromBytes(real.filename().string()));
+  return true;
+}
+
+void ImportQueue::Allow(bool allowed) {
+  if (m_asked.path.isEmpty()) return;
+  const Question asked = std::exchange(m_asked, {});
+  if (allowed) return Start(asked.path, asked.includes);
+  Fail(asked.path, asked.reason);
+  StartNext();
 }
 
 void ImportQueue::Store(ImportedModel& model) {

@@ -21,7 +21,9 @@ class ImportQueue final : public QObject {
   void Cancel();
   /// The answer to Stalled.
   void WaitLonger();
-  bool IsRunning() const { return m_job != nullptr || !m_waiting.isEmpty(); }
+  /// The answer to Wanted: whether the file is read again, with the folder allowed this time.
+  void Allow(bool allowed);
+  bool IsRunning() const { return m_job != nullptr || !m_waiting.isEmpty() || !m_asked.path.isEmpty(); }
   /// How many imports have failed so far.
   int Failed() const { return m_failed; }
 
@@ -32,6 +34,8 @@ class ImportQueue final : public QObject {
   /// What runs seems to be lost: WaitLonger or Cancel is wanted, until it gets on after all.
   void Stalled(const QString& reason);
   void Resumed();
+  /// A deck asks for a file that lies in a folder which nobody has allowed: Allow or Cancel is wanted.
+  void Wanted(const QString& deck, const QString& folder, const QString& file);
   void Said(const QString& text, bool failure);
   /// A file is about to come into the document, and has come.
   void Storing(const QString& path);
@@ -40,6 +44,9 @@ class ImportQueue final : public QObject {
 
  private:
   void StartNext();
+  void Start(const QString& path, const QStringList& includes);
+  void Fail(const QString& path, const QString& reason);
+  bool AskFor(const QString& reason, const QStringList& includes);
   void Store(ImportedModel& model);
   void End();
 
@@ -47,6 +54,11 @@ class ImportQueue final : public QObject {
   QStringList m_waiting;
   std::unique_ptr<ExchangeJob> m_job;
   int m_failed = 0;
+  struct Question {
+    QString path;          // of the deck; empty while nothing is asked
+    QStringList includes;  // what it needs
+    QString reason;        // why it failed without
+  } m_asked;
 };
 
 }  // namespace qd::workbench

@@ -110,11 +110,13 @@ void MainWindow::MakePanes() {
   m_cancel = new QToolButton(this);
   SetText(*m_cancel, "IDS_WB_CANCEL");
   connect(m_cancel, &QToolButton::clicked, this, [this] {
+    m_questions.ForgetInclude();
     m_imports->Cancel();
     m_operations->Cancel();
     m_exporter->Cancel();
   });
   m_wait = new QToolButton(this);
+  m_wait->setObjectName("wait");
   SetText(*m_wait, "IDS_WB_WAIT_LONGER");
   connect(m_wait, &QToolButton::clicked, this, [this] {
     m_imports->WaitLonger();
@@ -245,6 +247,11 @@ void MainWindow::MakeJobs() {
   Follow(*m_operations);
   Follow(*m_imports);
   Follow(*m_exporter);
+  connect(m_imports, &ImportQueue::Wanted, this,
+          [this](const QString& deck, const QString& folder, const QString& file) {
+            if (!m_asks) return m_imports->Allow(false);
+            m_questions.AskInclude(deck, folder, file, [this](bool allowed) { m_imports->Allow(allowed); });
+          });
   connect(m_imports, &ImportQueue::Storing, this, &MainWindow::BeforeStore);
   connect(m_imports, &ImportQueue::Stored, this, &MainWindow::AfterStore);
 }

@@ -102,6 +102,7 @@ bool MainWindow::OpenDocument(const QString& path) {
   if (!aside.empty()) Say(TextOf({"IDS_WB_DOC_LOG_ASIDE", aside}), true);
   Say(TextOf({m_keeper->IsReadOnly() ? m_keeper->File()->ViewedKey() : "IDS_WB_OPENED", NameToBytes(absolute)}),
       false);
+  if (m_keeper->File()->IsOlder()) Say(Text("IDS_WB_DOC_OLDER", {absolute}), false);
   AskToMend(absolute);
   return true;
 }
@@ -115,6 +116,8 @@ void MainWindow::AskToMend(const QString& name) {
   for (const std::string& line : m_keeper->File()->Mended()) mended << QString::fromStdString(line);
   QMessageBox box(QMessageBox::Warning, Text("IDS_WB_APP"), Text("IDS_WB_ASK_MEND", {name}), QMessageBox::NoButton,
                   this);
+  box.setObjectName("mend");
+  box.setTextFormat(Qt::PlainText);
   box.setDetailedText(mended.join('\n'));
   const QPushButton* mend = box.addButton(Text("IDS_WB_MEND"), QMessageBox::AcceptRole);
   QPushButton* view = box.addButton(Text("IDS_WB_VIEW_ONLY"), QMessageBox::RejectRole);
@@ -135,6 +138,8 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error) {
   if (!m_asks || !repairable.contains(error.key)) return;
   QMessageBox box(QMessageBox::Warning, Text("IDS_WB_APP"),
                   TextOf(error) + "\n\n" + Text("IDS_WB_ASK_REPAIR", {path}), QMessageBox::Cancel, this);
+  box.setObjectName("repair");
+  box.setTextFormat(Qt::PlainText);
   const QPushButton* repair = box.addButton(Text("IDS_WB_REPAIR"), QMessageBox::AcceptRole);
   box.exec();
   if (box.clickedButton() != repair) return;
@@ -248,12 +253,12 @@ bool MainWindow::SaveAs(const QString& path) {
 
 void MainWindow::OnUnkept(const DocumentError& error) {
   const QString text = TextOf(error);
-  const std::string_view key = error.key;
-  Say(text, key != "IDS_WB_DOC_PROTECTED");
+  Say(text, std::string_view(error.key) != "IDS_WB_DOC_PROTECTED");
   statusBar()->showMessage(text, kWarningTime);
-  const bool needsUser =
-      key == "IDS_WB_DOC_NO_RECOVERY" || key == "IDS_WB_DOC_GONE" || key == "IDS_WB_DOC_CHANGED";
-  if (needsUser) m_questions.Warn(text, [this] { OnSaveAs(); });
+  const QStringList needsUser{"IDS_WB_DOC_NO_RECOVERY", "IDS_WB_DOC_GONE", "IDS_WB_DOC_CHANGED",
+                              // Another place may have room.
+                              "IDS_WB_DOC_FULL", "IDS_WB_DOC_UNKEPT"};
+  if (needsUser.contains(error.key)) m_questions.Warn(text, [this] { OnSaveAs(); });
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {

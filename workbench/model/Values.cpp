@@ -95,10 +95,20 @@ const char* Fault(const tagTMset& set) {
   return set.mesh != nullptr && BytesOf(*set.mesh) > kMostPartBytes ? kTooLarge : nullptr;
 }
 
+/// About how many bytes the names of a deck and what they stand for take in a document.
+std::size_t NameBytesOf(const tagTDeck& deck) {
+  constexpr std::size_t kEntry = 48;  // with its numbers
+  std::size_t bytes = (deck.sets.size() + deck.materials.size() + deck.sections.size()) * kEntry;
+  for (const auto& set : deck.sets) bytes += set.name.size();
+  for (const auto& material : deck.materials) bytes += material.name.size();
+  return bytes;
+}
+
 const char* Fault(const tagTDeck& deck) {
   if (deck.name.size() > kMostName) return kLongName;
   if (deck.text == nullptr) return "IDS_WB_FAULT_NO_TEXT";
   if (const char* fault = FaultOf(*deck.text)) return fault;
+  if (NameBytesOf(deck) > kMostPartBytes) return kTooLarge;
   const bool numbered = deck.nodes <= kMostNumber && deck.elements <= kMostNumber;
   return numbered && deck.rest <= kMsetKeyMask ? nullptr : kBeyondAll;
 }

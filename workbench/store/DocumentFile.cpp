@@ -24,6 +24,7 @@ constexpr const char* kManners =
     "MEMORY;";
 /// A file that has no name yet needs no log.
 constexpr const char* kMakingManners = "PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF;";
+constexpr const char* kFailed = "IDS_WB_DOC_FAILED";
 constexpr const char* kPutMark = "INSERT INTO document VALUES (?)";
 
 std::string Resolved(const std::string& path) {
@@ -82,7 +83,7 @@ DocumentError DocumentFile::Fault() const {
   if (m_file.IsBusy()) return {"IDS_WB_DOC_BUSY", m_path};
   if (m_file.IsFull()) return {"IDS_WB_DOC_FULL", m_path};
   if (m_file.IsForeign()) return {"IDS_WB_DOC_DAMAGED", m_file.Error()};
-  return {"IDS_WB_DOC_FAILED", m_file.Error()};
+  return {kFailed, m_file.Error()};
 }
 
 void DocumentFile::Prepare() {
@@ -399,7 +400,8 @@ bool DocumentFile::Write(const std::vector<JournalEntry>& net, bool forward) {
     return false;
   }
   if (WriteEntries(net, forward)) return true;
-  const DocumentError fault = Fault();
+  DocumentError fault = Fault();
+  if (fault.key == kFailed) fault.key = "IDS_WB_DOC_UNKEPT";
   // A failed write may have ended the transaction already; that of a copy is not this one's.
   if (!m_working && m_file.IsInTransaction()) m_file.Run("ROLLBACK");
   if (m_onFailure) m_onFailure(fault);

@@ -62,7 +62,9 @@ void InpLines::Include(const std::string& name) {
   // What cannot be looked at is told by its name.
   const std::filesystem::path below = given.lexically_normal();
   const bool outer = given.is_absolute() || (!below.empty() && *below.begin() == "..");
-  if (error ? outer : !allowed) throw ImportError{"IDS_WB_IMPORT_INP_OUTSIDE", Place() + ": " + PathText(given)};
+  if (error ? outer : !allowed) {
+    throw ImportError{"IDS_WB_IMPORT_INP_OUTSIDE", Place() + ": " + PathText(given), error ? "" : real.string()};
+  }
   if (!error) m_bytes += std::filesystem::file_size(real, error);
   if (error || m_sources.size() >= kDeepest || ++m_included > kMost || m_bytes > kMostBytes) {
     throw ImportError{"IDS_WB_IMPORT_INP_INCLUDE", Place() + ": " + PathText(given)};

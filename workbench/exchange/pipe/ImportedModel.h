@@ -87,8 +87,9 @@ struct ImportNote {
 
 /// Why a file cannot be read or written.
 struct ImportError {
-  std::string key;     ///< message key of the reason
-  std::string detail;  ///< for the text's "%s", may be empty
+  std::string key;       ///< message key of the reason
+  std::string detail;    ///< for the text's "%s", may be empty
+  std::string wanted{};  ///< a file that may not be read unless the user agrees, any bytes; empty for none
 };
 
 /// What a solver input file holds beside its mesh. Texts are UTF-8 or whatever the file was written in.

@@ -183,13 +183,17 @@ std::optional<ImportedDeck> DecodeDeck(std::string_view payload) {
 }
 
 std::string Encode(const ImportError& error) {
-  return ByteWriter().Put(error.key).Put(error.detail).Take();
+  return ByteWriter().Put(error.key).Put(error.detail).Put(error.wanted).Take();
 }
 
 std::optional<ImportError> DecodeError(std::string_view payload) {
   ImportError error;
-  if (!ByteReader(payload).Get(error.key).Get(error.detail).IsWhole()) return std::nullopt;
+  if (!ByteReader(payload).Get(error.key).Get(error.detail).Get(error.wanted).IsWhole()) return std::nullopt;
   error.detail = ShownText(error.detail, kShownDetail);
+  constexpr std::size_t kLongestPath = 4096;
+  const bool isPath = error.wanted.starts_with('/') && error.wanted.size() < kLongestPath &&
+                      error.wanted.find('\0') == std::string::npos;
+  if (!isPath) error.wanted.clear();
   return error;
 }
 

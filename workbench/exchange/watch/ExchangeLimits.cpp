@@ -23,6 +23,7 @@ ExchangeLimits Basic() {
   const ExchangeSettings& settings = SettingsOfExchange();
   ExchangeLimits limits;
   limits.memory = settings.memory != 0 ? settings.memory : MachineMemory() / 4 * 3;
+  if (settings.silence.count() > 0) limits.silence = settings.silence;
   // We hold a frame and what it says at once, and the model afterwards.
   limits.frames.total = std::max(MachineMemory() / 4, 256 * kMiB);
   limits.frames.frame = limits.frames.total / 2;

@@ -23,6 +23,7 @@ struct ExchangeLimits {
 /// first run starts.
 struct ExchangeSettings {
   std::uint64_t memory = 0;           ///< bytes; 0 for three quarters of the machine's
+  std::chrono::seconds silence{0};    ///< 0 for the usual limit
   std::chrono::seconds work{0};       ///< 0 for the limit of the kind of file
   std::vector<std::string> includes;  ///< folders beside its own that a solver deck may take files from
 };

@@ -47,8 +47,8 @@ void ExchangeRun::WaitLonger() {
 bool ExchangeRun::StartProgram(const std::string& folder) {
   std::vector<std::string> arguments{
       "--parent", std::to_string(getpid()), "--folder", folder, "--memory", std::to_string(m_task.limits.memory)};
-  for (const std::string& include : SettingsOfExchange().includes) {
-    arguments.insert(arguments.end(), {"--includes", include});
+  for (const auto* folders : {&SettingsOfExchange().includes, &m_task.includes}) {
+    for (const std::string& include : *folders) arguments.insert(arguments.end(), {"--includes", include});
   }
   std::error_code failed;
   const std::filesystem::path file = std::filesystem::absolute(m_task.file, failed);
@@ -156,7 +156,7 @@ ExchangeRun::Step ExchangeRun::TakeFrame(const FrameReader::Frame& frame, Listen
       return Step::Finished;
     case FrameType::Error:
       if (const auto error = DecodeError(frame.payload)) {
-        return Fail(error->key, error->detail);
+        return Fail(error->key, error->detail, error->wanted);
       }
       break;
   }
@@ -194,8 +194,8 @@ ExchangeRun::Step ExchangeRun::TakeEnd() {
   return Fail("IDS_WB_IMPORT_CRASHED");
 }
 
-ExchangeRun::Step ExchangeRun::Fail(const std::string& key, std::string detail) {
-  m_reason = {key, std::move(detail)};
+ExchangeRun::Step ExchangeRun::Fail(const std::string& key, std::string detail, std::string wanted) {
+  m_reason = {key, std::move(detail), std::move(wanted)};
   // Whatever a library makes of it, that was the cause.
   if (m_outOfMemory) m_reason = {kMemoryError, MiB(m_task.limits.memory)};
   return Step::Failed;

@@ -24,11 +24,13 @@ class ExchangeRun {
     ExchangeLimits limits;
     /// Takes the bytes of a file that the program is to write, false when that cannot be; none for other work.
     std::function<bool(std::string_view)> take = nullptr;
+    std::vector<std::string> includes{};  ///< folders that the user allows a deck to take files from this time
   };
   /// A message key, empty for none, and a detail for its text.
   struct Message {
     std::string key;
     std::string detail;
+    std::string wanted{};  ///< a file that the user could allow to be read; empty for none
   };
   struct Listener {
     virtual ~Listener() = default;
@@ -68,7 +70,7 @@ class ExchangeRun {
   Step TakeFrame(const FrameReader::Frame& frame, Listener& listener);
   Step TakeEnd();
   Step Watch(Listener& listener);
-  Step Fail(const std::string& key, std::string detail = {});
+  Step Fail(const std::string& key, std::string detail = {}, std::string wanted = {});
   void GotOn(Listener& listener);
   void StartAnew();
   Message Lost() const;
