@@ -120,6 +120,25 @@ INSTANTIATE_TEST_SUITE_P(
                             "$EndPartitionedEntities\n"}),
     [](const auto& test) { return test.param.name; });
 
+/// The library's reader of shapes waits for ever for a number where the file is at its end.
+TEST(Shapes, WithoutTheirMiddleAreRefusedAtOnce) {
+  const Folder folder;
+  RunToEnd(QD_MAKE_MODELS, {"box", folder.Path() + "/box.brep"});
+  const std::string sound = folder.Read("box.brep");
+  const std::size_t star = sound.rfind('*');
+  ASSERT_NE(star, std::string::npos);
+  for (const double share : {0.1, 0.2, 0.3, 0.4, 0.5, 0.6}) {
+    std::string bytes = sound;
+    const auto at = static_cast<std::size_t>(static_cast<double>(star) * share);
+    bytes.erase(at, star - at);
+    ExchangeRun::Task task = RealTask(folder.Write("x.brep", bytes));
+    task.limits.work = 2s;
+    ExchangeRun run(task);
+    Quiet listener;
+    EXPECT_EQ(run.Run(listener).reason.key, "IDS_WB_IMPORT_DAMAGED") << share;
+  }
+}
+
 TEST(Triangles, OfRealProgramsAreRead) {
   const Folder folder;
   const std::string facet =

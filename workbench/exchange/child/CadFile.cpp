@@ -22,6 +22,7 @@
 #include <XCAFDoc_DocumentTool.hxx>
 #include <XCAFDoc_ShapeTool.hxx>
 #include <cmath>
+#include <fstream>
 #include <functional>
 #include <map>
 #include <new>
@@ -196,13 +197,18 @@ CadModel ReadIges(const std::string& path, const Message_ProgressRange& range) {
 
 CadModel ReadBrep(const std::string& path) {
   TopoDS_Shape shape;
-  bool good = false;
   try {
-    good = BRepTools::Read(shape, path.c_str(), BRep_Builder());
+    std::ifstream in(path);
+    // The library goes on where no number is, and waits for ever for one at the end: what it cannot read must end
+    // it.
+    in.exceptions(std::ios::failbit | std::ios::badbit);
+    BRepTools::Read(shape, in, BRep_Builder());
   } catch (const Standard_Failure&) {
-    good = false;  // thrown where the text ends too early
+    shape.Nullify();
+  } catch (const std::ios::failure&) {
+    shape.Nullify();
   }
-  if (!good || shape.IsNull()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
+  if (shape.IsNull()) throw ImportError{"IDS_WB_IMPORT_DAMAGED", ""};
   CadModel model;
   for (const Body& body : BodiesOf(shape)) {
     model.bodies.push_back({body.shape, {}});
