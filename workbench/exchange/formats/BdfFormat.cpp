@@ -1,6 +1,7 @@
 #include "workbench/exchange/formats/BdfCheck.h"
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/exchange/formats/MeshWriters.h"
+#include "workbench/text/Ascii.h"
 
 namespace qd::workbench {
 
@@ -22,7 +23,12 @@ class Bdf final : public Format {
   }
 
  protected:
+  /// Blanks aside, a comment, a word or a ruled line comes first; then what tells these files from others.
   bool Begins(const FileEnds& ends) const override {
+    const std::size_t first = ends.head.find_first_not_of(" \t\r\n");
+    if (first == std::string::npos || ends.head.find('\0') != std::string::npos) return false;
+    const char letter = UpperCase(ends.head.substr(first, 1))[0];
+    if (letter != '$' && letter != '-' && (letter < 'A' || letter > 'Z')) return false;
     for (const char* mark : {"GRID", "BEGIN BULK", "$"}) {
       if (ends.head.find(mark) != std::string::npos) return true;
     }

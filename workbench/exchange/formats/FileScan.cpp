@@ -87,7 +87,7 @@ double FileScan::Number() {
   return *number;
 }
 
-bool FileScan::Rest(std::string& line) {
+bool FileScan::RawRest(std::string& line) {
   line.clear();
   m_place = m_line;
   if (Peek() == kEnd) return false;
@@ -95,7 +95,13 @@ bool FileScan::Rest(std::string& line) {
     line += static_cast<char>(byte);
     if (line.size() > kLongestLine) Fail("IDS_WB_IMPORT_OUTLINE", std::string_view(line).substr(0, 20));
   }
-  line = Trimmed(line);
+  if (line.ends_with('\r')) line.pop_back();
+  return true;
+}
+
+bool FileScan::Rest(std::string& line) {
+  if (!RawRest(line)) return false;
+  line = std::string(Trimmed(line));
   return true;
 }
 

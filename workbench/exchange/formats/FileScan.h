@@ -25,6 +25,8 @@ class FileScan {
   std::uint64_t Left() const { return m_size - m_before - m_at; }
   /// Number of the line in which what was read last begins, from 1.
   std::size_t Line() const { return m_place; }
+  /// Of the line that the next byte stands in.
+  std::size_t LineOfNext() const { return m_line; }
 
   static constexpr int kEnd = -1;
   /// The next byte, or kEnd.
@@ -45,6 +47,8 @@ class FileScan {
   static std::optional<double> NumberOf(std::string_view text);
   /// The rest of the line, without its end and blanks at its ends. False at the end of the file.
   bool Rest(std::string& line);
+  /// Likewise as it stands, but for the end of the line.
+  bool RawRest(std::string& line);
   /// Goes behind the next line that holds nothing but this, and blanks around it; what stands before is anything.
   void SkipPast(std::string_view line);
   /// Bytes as they are.
