@@ -48,7 +48,7 @@ class TreeInput : public ::testing::Test {
     for (const CPoint& point : points) {
       script << QStringList{"sleep", "0.1", "mousemove"} << At(point);
     }
-    Display(script << QStringList{"sleep", "0.5"} << last << QStringList{"mouseup", "1"});
+    Display(script << QStringList{"sleep", "0.5"} << last << QStringList{"sleep", "0.2", "mouseup", "1"});
   }
   /// Keeps a picture of the screen for whoever wants to look, where QD_PICTURES names a folder.
   static void Picture(const QString& name) {

@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     gmsh::merge(argv[1]);
     // Shapes, where there are some: how many solids, their volume, and the box around them all.
     gmsh::vectorpair solids;
-    gmsh::model::getEntities(solids, 3);
+    gmsh::model::occ::getEntities(solids, 3);
     double volume = 0;
     for (const auto& [dimension, tag] : solids) {
       double mass = 0;
