@@ -223,6 +223,36 @@ TEST_F(Deck, PartsAndInstancesBecomeOneMeshWithItsAnalysis) {
   EXPECT_EQ(text.find("*INSTANCE"), std::string::npos);
 }
 
+TEST_F(Deck, TextsThatWereMeddledWithEnd) {
+  // In the document of a stranger the text may be anything.
+  for (const char* text : {"*NODE\n2305843009213693952,2305843009213693952,18446744073709551615\n*ELEMENT\n1\n",
+                           "*NODE\n1\n=5\n*ELEMENT\n1\n", "*NODE\n1,268435455\n*ELEMENT\n1\n", "*NODE\nx\n"}) {
+    Import(kMesh);
+    const iterator deck = Data().GetDeckPool().GetItrList().front();
+    Act([&] {
+      tagTDeck record = *Data().GetDeckPool().GetAtNU(deck);
+      record.text = std::make_shared<const std::string>(text);
+      ASSERT_EQ(Data().GetDeckPool().Change(deck, record), 1);
+    });
+    ExportReport report;
+    const auto error = WriteMeshFile(
+        m_folder / "out.inp", CollectExport(Data(), Pool().GetItrList()), [](double) { return true; }, report);
+    if (error) {
+      EXPECT_EQ(error->key, "IDS_WB_EXPORT_DECK_DAMAGED") << text;
+    }
+    ASSERT_EQ(Data().Undo(), 1);
+    ASSERT_EQ(Data().Undo(), 1);
+  }
+}
+
+TEST_F(Deck, WhatOnlyTheTextKnowsIsKeptWithTheLinesAroundIt) {
+  Import(kBricks + "*ELEMENT, TYPE=D, ELSET=NET\n\n** a way in\n5,0,1,2\n** on\n6,1,3,\n\n** and\n2\n");
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "** a way in\n"));
+  EXPECT_TRUE(Holds(text, "5,0,1,2\n"));
+  EXPECT_EQ(text.find("**a way in5"), std::string::npos) << text;
+}
+
 TEST_F(Deck, ValuesOfPropertiesTakeTheirPlaceOrAreSaid) {
   Import(
       "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n*ELEMENT, TYPE=S4, ELSET=SHELL\n1,1,2,3,4\n"

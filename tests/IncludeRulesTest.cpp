@@ -54,7 +54,7 @@ const std::map<std::string, std::set<std::string>>& Rules() {
        {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "qd_wrt/coords",
         "workbench/text"}},
       {"workbench/session",
-       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/model",
+       {"workbench/text", "platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/model",
         "workbench/display", "workbench/tree"}},
       {"workbench/native",
        {"platform", "platform/win32", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/text",

@@ -111,12 +111,15 @@ TEST_F(InpFile, FollowsIncludesPartsAndInstances) {
   Write("*INCLUDE, INPUT=\"more.inp\"\n", "sub/first.inp");
   Write("*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n", "sub/more.inp");
   EXPECT_EQ(Describe(Read(Write(kNodes.substr(0, 30) + "*Include, input=sub/first.inp\n"))), "E(1/3)");
-  const ImportedModel model = Read(Write("*PART, NAME=P\n" + kNodes +
-                                         "*ELEMENT,TYPE=S4,ELSET=E\n1,1,2,3,4\n2,2,5,6,3\n*END PART\n"
-                                         "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=P\n*END INSTANCE\n"
-                                         "*INSTANCE, NAME=P-2, PART=P\n10,0,0\n10,0,0,10,0,1,90\n*END INSTANCE\n"
-                                         "*ELSET, ELSET=Chosen, INSTANCE=P-2\n2\n*END ASSEMBLY\n"));
+  const ImportedModel model =
+      Read(Write("*PART, NAME=P\n" + kNodes +
+                 "*ELEMENT,TYPE=S4,ELSET=E\n1,1,2,3,4\n2,2,5,6,3\n*SHELL SECTION,ELSET=E\n.5\n*END PART\n"
+                 "*ASSEMBLY, NAME=A\n*INSTANCE, NAME=P-1, PART=P\n*END INSTANCE\n"
+                 "*INSTANCE, NAME=P-2, PART=P\n10,0,0\n10,0,0,10,0,1,90\n*END INSTANCE\n"
+                 "*ELSET, ELSET=Chosen, INSTANCE=P-2\n2\n*END ASSEMBLY\n"));
   EXPECT_EQ(Describe(model), "P-1(0/0) [E(2/6)] P-2(0/0) [E(1/4) [Chosen(1/4)]]");
+  ASSERT_EQ(model.properties.size(), 1U);
+  EXPECT_EQ(model.meshSets.back().property, 0);         // its part's
   const MeshData& turned = model.meshSets.back().mesh;  // shifted by ten, then turned about the shifted origin
   EXPECT_EQ(turned.nodeIds, (std::vector<std::uint64_t>{8, 9, 11, 12}));
   EXPECT_NEAR(turned.coordinates[0], 10, 1e-12);

@@ -16,9 +16,12 @@ struct Stopped {};
 
 /// Without the exchange program there is no reader but the one for decks.
 void CheckDeck(const std::filesystem::path& path) {
+  const Format* format = FormatOfPath(path);
+  if (format != nullptr && format->ReadBy() != Engine::Deck) {
+    throw ImportError{"IDS_WB_IMPORT_FORMAT", PathText(path.extension())};
+  }
   std::vector<ImportNote> notes;
-  const Format& format = CheckFile(path, notes);
-  if (format.ReadBy() != Engine::Deck) throw ImportError{"IDS_WB_IMPORT_FORMAT", PathText(path.extension())};
+  CheckFile(path, notes);
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
+#include "workbench/text/Shown.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -60,8 +62,16 @@ void DocumentPage::ShowProperty() {
                                  0, Text("IDS_WB_DECK_KEPT_TIP"), itr, 0);
     AddText(title, Text("IDS_WB_DECK_CARDS"), std::to_wstring(cards), 0, true, Text("IDS_WB_DECK_CARDS_TIP"));
     CBCGPProp* list = AddTitle(title, Text("IDS_WB_DECK_KEYWORDS"));
+    // Files of others may hold any number of words that are none.
+    constexpr std::size_t kMostKinds = 200;
+    constexpr std::size_t kMostLetters = 60;
+    std::size_t kinds = 0;
     for (const auto& [keyword, count] : counts) {
-      AddText(list, CString(keyword.begin(), keyword.end()), std::to_wstring(count), 0, true);
+      if (++kinds > kMostKinds) break;
+      AddText(list, FromUtf8(ShownText(keyword, kMostLetters)), std::to_wstring(count), 0, true);
+    }
+    if (counts.size() > kMostKinds) {
+      AddText(list, L"…", std::to_wstring(counts.size() - kMostKinds), 0, true);
     }
   }
   AdjustLayout();

@@ -176,7 +176,9 @@ class Writer {
     Interface_Static::SetCVal("write.step.unit", "MM");
   }
 
-  void Build(const Message_ProgressRange& range) {
+  /// How many bodies are written.
+  std::size_t Build(const Message_ProgressRange& range) {
+    std::size_t written = 0;
     RegisterAssemblies();
     Message_ProgressScope scope(range, "", static_cast<double>(m_structure.roots.size()));
     for (const StepProduct::Use& root : m_structure.roots) {
@@ -185,12 +187,16 @@ class Writer {
       const TopoDS_Shape shape = ShapeOf(root.product);
       if (m_writer.Transfer(shape, STEPControl_AsIs, true, scope.Next()) != IFSelect_RetDone) {
         m_notes.Add("IDS_WB_EXPORT_LEFT_SHAPE", m_structure.products[root.product].name);
+      } else {
+        written += BodiesIn(root.product);
       }
     }
+    if (written == 0) throw ImportError{"IDS_WB_EXPORT_NOTHING", ""};
     m_process = m_writer.WS()->TransferWriter()->FinderProcess();
     for (std::size_t i = 0; i < m_structure.products.size(); ++i) NameProduct(i);
     NameUses();
     Colour();
+    return written;
   }
 
   bool Print(std::ostream& out) {
@@ -220,6 +226,14 @@ class Writer {
     for (const StepProduct& product : m_structure.products) {
       if (!product.uses.empty()) actor->RegisterAssembly(product.shape);
     }
+  }
+
+  /// Bodies of a product with those of what it uses, each as often as it is used.
+  std::size_t BodiesIn(std::size_t product) const {
+    const StepProduct& at = m_structure.products[product];
+    std::size_t bodies = at.bodies.size();
+    for (const StepProduct::Use& use : at.uses) bodies += BodiesIn(use.product);
+    return bodies;
   }
 
   TopoDS_Shape ShapeOf(std::size_t product) const {
@@ -316,12 +330,11 @@ class Writer {
 
 std::size_t WriteStep(std::vector<SolidPart> parts, std::ostream& out, NoteCounts& notes,
                       const Message_ProgressRange& range) {
-  const std::size_t count = parts.size();
   const StepStructure structure = StructureOf(std::move(parts));
   Writer writer(structure, notes);
-  writer.Build(range);
+  const std::size_t written = writer.Build(range);
   if (!writer.Print(out)) throw ImportError{"IDS_WB_IMPORT_READER", ""};
-  return count;
+  return written;
 }
 
 }  // namespace qd::workbench

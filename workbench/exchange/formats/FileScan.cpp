@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -83,7 +84,7 @@ double FileScan::Number() {
   const std::string_view word = Word();
   if (word.empty()) throw ImportError{"IDS_WB_IMPORT_TRUNCATED", ""};
   const std::optional<double> number = NumberOf(word);
-  if (!number) Fail("IDS_WB_IMPORT_INP_NUMBER", word);
+  if (!number || !std::isfinite(*number)) Fail("IDS_WB_IMPORT_INP_NUMBER", word);
   return *number;
 }
 

@@ -596,6 +596,7 @@ InpFitted Fit(const InpCard& card, const InpFit& fit) {
 }
 
 std::string QuotedInpName(const std::string& name) {
+  if (name.empty()) return "\"\"";
   const auto isLetter = [](unsigned char letter) {
     return (letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z') || letter == '_' || letter >= 0x80;
   };

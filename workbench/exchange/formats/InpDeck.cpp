@@ -15,9 +15,9 @@ void InpDeckText::EndRun() {
   m_text += '\n';
 }
 
-/// Keeps the comments that lines begin with and leaves the rest.
+/// Keeps the comments and empty lines that lines begin with and leaves the rest.
 void InpDeckText::Comments(std::string_view& lines) {
-  while (lines.starts_with("**")) {
+  while (lines.starts_with("**") || lines.starts_with('\n')) {
     const std::size_t end = std::min(lines.find('\n'), lines.size() - 1) + 1;
     Keep(lines.substr(0, end));
     lines.remove_prefix(end);
@@ -40,12 +40,13 @@ void InpDeckText::Number(std::uint64_t number, std::string_view lines) {
 }
 
 void InpDeckText::Literal(std::string_view lines) {
-  Comments(lines);
-  EndRun();
   std::string joined;
-  for (const char letter : lines) {
-    if (letter != '\n') joined += letter;
+  for (Comments(lines); !lines.empty(); Comments(lines)) {
+    const std::size_t end = std::min(lines.find('\n'), lines.size());
+    joined += lines.substr(0, end);
+    lines.remove_prefix(std::min(end + 1, lines.size()));
   }
+  EndRun();
   m_text += "=" + joined + "\n";
 }
 

@@ -1,6 +1,7 @@
 #include "workbench/exchange/formats/InpDeckFit.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "workbench/exchange/formats/InpLines.h"
 #include "workbench/text/Ascii.h"
@@ -21,6 +22,8 @@ std::optional<InpRun> InpRunOf(std::string_view line) {
   }
   if (fields.size() == 1) run.last = run.first;
   const bool sound = run.step > 0 && run.first <= run.last && run.last < (std::uint64_t{1} << 62U);
+  // A step beyond the end would lead back to small numbers.
+  if (sound && run.step > run.last - run.first) run = {run.first, run.first, 1};
   return sound ? std::optional(run) : std::nullopt;
 }
 
@@ -72,17 +75,17 @@ void ReadLists(InpFittedDeck& deck) {
 
 /// Whether a set is told in pieces, some of which other readers would pass over, although a plain list of numbers
 /// says the same. It does not where an element is listed twice: solvers print such a one twice.
-bool IsBetterListed(const InpDeckMesh& mesh, const InpFittedDeck& deck, std::size_t set) {
+bool IsBetterListed(const InpDeckMesh& mesh, const InpFittedDeck& deck, std::size_t set, std::size_t& steps) {
   const InpListed& listed = deck.listed[set];
   if (listed.names.empty() && listed.cards + (listed.withElements ? 1 : 0) < 2) return false;
   std::uint64_t times = 0;
   std::vector<std::size_t> open{set};
-  std::size_t visits = 0;
   while (!open.empty()) {
     const InpListed& at = deck.listed[open.back()];
     open.pop_back();
     // Sets that name each other in a circle, or grow with each level.
-    if (++visits > deck.listed.size()) return false;
+    if (steps == 0) return false;
+    --steps;
     for (const InpRun& run : at.runs) times += (run.last - run.first) / run.step + 1;
     for (const std::string& name : at.names) {
       const auto found = deck.setOf.find(UpperCase(name));
@@ -158,10 +161,9 @@ std::optional<InpFittedDeck> InpDeckFitter::Take(const ExportDeck& kept) {
 }
 
 /// Finds which nodes and elements of a deck are not among what is written. False when all of them are missing.
-bool InpDeckFitter::ReadNumbers(InpFittedDeck& deck) const {
-  // More than any model has; a text that was meddled with ends here.
-  constexpr std::uint64_t kMost = std::uint64_t{1} << 28U;
-  std::uint64_t all = 0;
+bool InpDeckFitter::ReadNumbers(InpFittedDeck& deck) {
+  // More than any model has, for all decks together; a text that was meddled with ends here.
+  constexpr std::uint64_t kMost = std::uint64_t{1} << 26U;
   bool any = false;
   for (const InpCard& card : deck.cards) {
     const bool isNode = card.keyword == "NODE";
@@ -170,13 +172,13 @@ bool InpDeckFitter::ReadNumbers(InpFittedDeck& deck) const {
     auto& lost = isNode ? deck.fit.lostNodes : deck.fit.lostElements;
     for (const std::string_view line : card.lines) {
       if (IsComment(line)) continue;
-      if (line.front() == '=') {
+      if (!isNode && line.front() == '=') {
         const auto number = InpNumberOf(Trimmed(line.substr(1, std::min(line.find(','), line.size()) - 1)));
         if (number) deck.literals.push_back(*number + behind);
         continue;
       }
       const auto run = InpRunOf(line);
-      if (!run || (all += (run->last - run->first) / run->step) > kMost) {
+      if (!run || (m_numbers += (run->last - run->first) / run->step + 1) > kMost) {
         throw ImportError{"IDS_WB_EXPORT_DECK_DAMAGED", std::string(card.header.substr(0, 60))};
       }
       for (std::uint64_t number = run->first + behind; number <= run->last + behind; number += run->step) {
@@ -216,6 +218,7 @@ void InpDeckFitter::TakeNames(InpFittedDeck& deck) {
 void InpDeckFitter::FitSets(InpFittedDeck& deck) {
   const auto& sets = deck.kept->record.sets;
   deck.states.assign(sets.size(), InpDeckSet::Text);
+  std::size_t steps = 1'000'000;  // to be taken through sets in sets
   for (std::size_t set = 0; set < sets.size(); ++set) {
     const std::int32_t mset = deck.kept->msets[set];
     bool same = deck.fit.lostElements.empty();
@@ -224,21 +227,23 @@ void InpDeckFitter::FitSets(InpFittedDeck& deck) {
           m_mesh.Mark(static_cast<std::size_t>(mset)) == ElementMark{sets[set].count, sets[set].mark};
       same = holdsTheSame && (same || !sets[set].shared);
     }
-    if (!same || IsBetterListed(m_mesh, deck, set)) deck.states[set] = InpDeckSet::Numbers;
+    if (!same || IsBetterListed(m_mesh, deck, set, steps)) deck.states[set] = InpDeckSet::Numbers;
   }
   // A set that lists one that cannot stay as it stands there cannot either.
-  for (bool changed = true; changed;) {
-    changed = false;
-    for (std::size_t set = 0; set < sets.size(); ++set) {
-      if (deck.states[set] != InpDeckSet::Text) continue;
-      const auto& names = deck.listed[set].names;
-      const bool stays = std::all_of(names.begin(), names.end(), [&](const std::string& name) {
-        const auto found = deck.setOf.find(UpperCase(name));
-        return found == deck.setOf.end() || deck.states[found->second] == InpDeckSet::Text;
-      });
-      if (stays) continue;
-      deck.states[set] = InpDeckSet::Numbers;
-      changed = true;
+  std::vector<std::vector<std::size_t>> listing(sets.size());
+  std::vector<std::size_t> open;
+  for (std::size_t set = 0; set < sets.size(); ++set) {
+    for (const std::string& name : deck.listed[set].names) {
+      const auto found = deck.setOf.find(UpperCase(name));
+      if (found != deck.setOf.end()) listing[found->second].push_back(set);
+    }
+    if (deck.states[set] != InpDeckSet::Text) open.push_back(set);
+  }
+  while (!open.empty()) {
+    const std::size_t lost = open.back();
+    open.pop_back();
+    for (const std::size_t set : listing[lost]) {
+      if (std::exchange(deck.states[set], InpDeckSet::Numbers) == InpDeckSet::Text) open.push_back(set);
     }
   }
   for (std::size_t set = 0; set < sets.size(); ++set) {

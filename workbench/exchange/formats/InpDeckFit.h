@@ -77,13 +77,14 @@ class InpDeckFitter {
   std::optional<InpFittedDeck> Take(const ExportDeck& kept);
 
  private:
-  bool ReadNumbers(InpFittedDeck& deck) const;
+  bool ReadNumbers(InpFittedDeck& deck);
   void TakeNames(InpFittedDeck& deck);
   void FitSets(InpFittedDeck& deck);
   void FitMaterials(InpFittedDeck& deck) const;
 
   const InpDeckMesh& m_mesh;
   ExportNotes& m_notes;
+  std::uint64_t m_numbers = 0;                           // of nodes and elements in all texts
   std::array<std::set<std::string>, kInpNames> m_taken;  // names in upper case, as they are written
 };
 

@@ -120,7 +120,7 @@ class Reader {
   void StoreElement();
   std::int32_t MaterialOf(const std::string& name);
   std::vector<std::uint32_t> ElementsOf(Part& part, const std::string& name, int depth);
-  void CheckPart(Part& part);
+  void CheckPart(Part& part, const Part* copied = nullptr);
   void SortNodes(InpPart& mesh);
   Pieces PiecesOfSets() const;
   static void NameSetsInDeck(InpPart& mesh, const std::string& instance, const Pieces& pieces);
@@ -530,8 +530,9 @@ void Reader::SortNodes(InpPart& mesh) {
   if (twice != mesh.nodeIds.end()) throw ImportError{"IDS_WB_IMPORT_INP_TWICE", std::to_string(*twice)};
 }
 
-/// Brings a part's nodes into order and finds what its elements, sets and sections refer to.
-void Reader::CheckPart(Part& part) {
+/// Brings a part's nodes into order and finds what its elements, sets and sections refer to. An instance has the
+/// sections of the part that it was copied from.
+void Reader::CheckPart(Part& part, const Part* copied) {
   SortNodes(part.mesh);
   for (const InpPart::Element& element : part.mesh.elements) {
     const int nodes = FindElementType(element.elementType)->nodes;
@@ -548,7 +549,7 @@ void Reader::CheckPart(Part& part) {
   }
   if (!part.mesh.propertyOfElement.empty()) part.mesh.propertyOfElement.resize(part.mesh.elements.size(), -1);
   for (const Section& section : m_sections) {
-    if (section.part != &part) continue;
+    if (section.part != &part && (copied == nullptr || section.part != copied)) continue;
     if (!part.mesh.setOf.contains(UpperCase(section.set))) {
       throw ImportError{"IDS_WB_IMPORT_INP_SET", section.place + ": " + m_lines.Quoted(section.set)};
     }
@@ -620,13 +621,14 @@ ImportedModel Reader::Finish() {
     Part& part = m_partOfInstance[&instance];
     InpPart& mesh = part.mesh;
     // Nodes of its own an instance has where they are.
-    const std::size_t nodes = m_partOf[UpperCase(instance.part)]->mesh.coordinates.size();
+    const Part& copied = *m_partOf[UpperCase(instance.part)];
+    const std::size_t nodes = copied.mesh.coordinates.size();
     for (std::size_t i = 0; i + 2 < nodes && instance.placement.Moves(); i += 3) {
       const InpPlacement::Point at{mesh.coordinates[i], mesh.coordinates[i + 1], mesh.coordinates[i + 2]};
       const InpPlacement::Point moved = instance.placement.Move(at);
       std::copy(moved.begin(), moved.end(), mesh.coordinates.begin() + static_cast<std::ptrdiff_t>(i));
     }
-    CheckPart(part);
+    CheckPart(part, &copied);
     NameSetsInDeck(mesh, instance.name, pieces);
     mesh.name = instance.name;
     // Instances of one part have the same numbers.

@@ -61,6 +61,9 @@ class Flattener {
   Flattener(const std::string& text, const InpInstances& instances)
       : m_cards(CardsOf(text)), m_instances(instances) {
     m_assembly.instances = &instances;
+    for (const InpInstance& instance : instances.All()) {
+      if (!instance.placed) m_unplaced[UpperCase(instance.part)] = &instance;
+    }
     for (const InpCard& card : m_cards) {
       m_sectionOf.push_back(m_sections);
       if (IsInpSection(card.keyword)) ++m_sections;
@@ -103,7 +106,7 @@ class Flattener {
     for (const std::string_view line : card.comments) Line(line);
   }
   void Line(std::string_view line) {
-    constexpr std::size_t kMost = std::size_t{1} << 30U;
+    constexpr std::size_t kMost = 800'000'000;
     if (m_flat.text.size() + line.size() > kMost) throw ImportError{"IDS_WB_IMPORT_INP_TOO_MUCH", ""};
     m_flat.text += line;
     m_flat.text += '\n';
@@ -125,6 +128,15 @@ class Flattener {
     for (; own < m_cards.size() && m_cards[own].keyword != "ENDINSTANCE"; ++own) rename(m_cards[own]);
   }
 
+  /// For the cards of the assembly, of which many speak of the same instances.
+  const InpFit& FitOf(const InpInstance& instance) {
+    constexpr std::size_t kMost = 64;
+    if (const auto known = m_fits.find(&instance); known != m_fits.end()) return known->second;
+    if (m_fits.size() >= kMost) m_fits.clear();
+    FitTo(instance, kAll);
+    return m_fits[&instance] = m_fit;
+  }
+
   /// The cards of a part for an instance, which goes on behind the card `own`.
   void AddPart(const InpInstance& instance, std::size_t own = kAll) {
     FitTo(instance, own == kAll ? own : own + 1);
@@ -138,9 +150,8 @@ class Flattener {
   }
 
   void AddUnplaced(const std::string& part) {
-    for (const InpInstance& instance : m_instances.All()) {
-      if (!instance.placed && UpperCase(instance.part) == part) AddPart(instance);
-    }
+    const auto found = m_unplaced.find(part);
+    if (found != m_unplaced.end()) AddPart(*found->second);
   }
 
   void AddOf(const InpInstance& instance, std::size_t place) {
@@ -155,8 +166,7 @@ class Flattener {
     const InpInstance* instance = card.Has("INSTANCE") ? m_instances.Find(card.Value("INSTANCE")) : nullptr;
     if (instance == nullptr) return Add(place, Fitted(card, m_assembly));
     // What it defines is the assembly's; what it lists is the instance's.
-    FitTo(*instance, kAll);
-    InpFitted fitted = Fitted(card, m_fit);
+    InpFitted fitted = Fitted(card, FitOf(*instance));
     fitted.header = "*" + card.keyword;
     for (const InpCard::Parameter& parameter : card.parameters) {
       if (parameter.name == "INSTANCE") continue;
@@ -224,6 +234,8 @@ class Flattener {
   InpFit m_assembly;
   InpFit m_fit;                                             // of the instance at hand
   std::map<std::string, std::vector<std::size_t>> m_parts;  // cards by the part's name in upper case
+  std::map<std::string, const InpInstance*> m_unplaced;     // by their part in upper case
+  std::map<const InpInstance*, InpFit> m_fits;              // see FitOf
   std::set<std::string> m_left;
   InpFlatDeck m_flat;
 };

@@ -92,7 +92,13 @@ class Reader {
     if constexpr (std::is_same_v<Number, double>) return std::bit_cast<double>(all);
     return static_cast<Number>(all);
   }
-  std::int64_t Int() { return m_binary ? Raw<std::int32_t>() : m_in.Integer(); }
+  std::int64_t Int() {
+    if (m_binary) return Raw<std::int32_t>();
+    const std::int64_t number = m_in.Integer();
+    if (std::abs(number / 2) > INT32_MAX / 2)
+      m_in.Fail("IDS_WB_IMPORT_INP_NUMBER", m_section + " " + std::to_string(number));
+    return number;
+  }
   double Real() { return m_binary ? Raw<double>() : m_in.Number(); }
   /// No number of a thing, and no count, is negative.
   std::uint64_t Natural(std::int64_t number) const {
