@@ -223,6 +223,16 @@ TEST_F(Deck, PartsAndInstancesBecomeOneMeshWithItsAnalysis) {
   EXPECT_EQ(text.find("*INSTANCE"), std::string::npos);
 }
 
+TEST_F(Deck, NamesOfInstancesMayStandInQuotationMarks) {
+  Import(
+      "*PART, NAME=\"Big Part\"\n*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n"
+      "*NSET, NSET=\"The End\"\n3\n*END PART\n*ASSEMBLY, NAME=A\n*NODE\n9,0,0,5\n"
+      "*INSTANCE, NAME=\"Big Part-1\", PART=\"Big Part\"\n*END INSTANCE\n*ELSET, ELSET=All\n\"Big Part-1\".E\n"
+      "*END ASSEMBLY\n*STEP\n*STATIC\n*CLOAD\n\"Big Part-1\".2,1,1.\n\"Big Part-1.3\",2,1.\n"
+      "\"Big Part-1\".\"The End\",3,1.\n*END STEP\n");
+  EXPECT_TRUE(Holds(Export(), "*CLOAD\n11,1,1.\n12,2,1.\n\"Big Part-1.The End\",3,1.\n"));
+}
+
 TEST_F(Deck, TextsThatWereMeddledWithEnd) {
   // In the document of a stranger the text may be anything.
   for (const char* text : {"*NODE\n2305843009213693952,2305843009213693952,18446744073709551615\n*ELEMENT\n1\n",

@@ -195,6 +195,11 @@ TEST_F(InpFile, ReadsWhatSolversAccept) {
   EXPECT_EQ(model.materials[static_cast<std::size_t>(model.properties[0].material)].name, "UPPER");
 }
 
+TEST_F(InpFile, AByteOrderMarkIsNoPartOfTheFirstKeyword) {
+  EXPECT_EQ(Describe(Read(Write("\xEF\xBB\xBF" + kNodes + "*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n"))),
+            "model(0/3) E(1/3)");
+}
+
 TEST_F(InpFile, CirclesOfIncludesAndOfSetsEnd) {
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=model.inp\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=.\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);

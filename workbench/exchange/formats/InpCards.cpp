@@ -282,6 +282,11 @@ class Fitter {
       instead = std::to_string(*number);
       return {};
     }
+    if (m_fit.instances != nullptr && field.find('"') != std::string_view::npos) {
+      const auto [instance, name] = m_fit.instances->Split(field);
+      if (instance != nullptr) instead = QuotedInpName(instance->name + "." + name);
+      if (instance != nullptr) return {};
+    }
     const InpName kind = KindOf(what);
     const std::string_view name = Unquoted(field);
     const std::string* found = m_fit.Find(kind, name);

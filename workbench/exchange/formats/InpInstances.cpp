@@ -17,10 +17,12 @@ const InpInstance* InpInstances::Find(std::string_view name) const {
   return found != m_of.end() ? found->second : nullptr;
 }
 
-std::pair<const InpInstance*, std::string_view> InpInstances::Split(std::string_view field) const {
-  if (m_of.empty()) return {};
+std::pair<const InpInstance*, std::string> InpInstances::Split(std::string_view given) const {
+  if (m_of.empty() || given.find('.') == std::string_view::npos) return {};
+  std::string field(given);
+  std::erase(field, '"');
   // Names may hold dots themselves.
-  for (std::size_t dot = field.find('.'); dot != std::string_view::npos; dot = field.find('.', dot + 1)) {
+  for (std::size_t dot = field.find('.'); dot != std::string::npos; dot = field.find('.', dot + 1)) {
     if (const InpInstance* instance = Find(field.substr(0, dot))) return {instance, field.substr(dot + 1)};
   }
   return {};

@@ -28,9 +28,9 @@ class InpInstances {
   bool Add(InpInstance instance);
   /// Null for none.
   const InpInstance* Find(std::string_view name) const;
-  /// The instance in front of a dot and the name or number behind it, as an assembly speaks of them. Null and
-  /// empty for other fields.
-  std::pair<const InpInstance*, std::string_view> Split(std::string_view field) const;
+  /// The instance in front of a dot and the name or number behind it, as an assembly speaks of them; either may
+  /// stand in quotation marks, or both in one. Null and empty for other fields.
+  std::pair<const InpInstance*, std::string> Split(std::string_view field) const;
   std::deque<InpInstance>& All() { return m_all; }
   const std::deque<InpInstance>& All() const { return m_all; }
 

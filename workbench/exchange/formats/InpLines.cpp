@@ -42,6 +42,8 @@ void InpLines::Open(const std::filesystem::path& path) {
   source->text.resize(static_cast<std::size_t>(std::filesystem::file_size(path, error)));
   in.read(source->text.data(), static_cast<std::streamsize>(source->text.size()));
   source->text.resize(static_cast<std::size_t>(in.gcount()));
+  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+  if (source->text.starts_with(kByteOrderMark)) source->text.erase(0, kByteOrderMark.size());
   m_sources.push_back(std::move(source));
 }
 
