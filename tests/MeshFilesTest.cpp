@@ -6,8 +6,10 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
+#include <unordered_set>
 
 #include "workbench/exchange/formats/Format.h"
+#include "workbench/mesh/NumberHash.h"
 
 namespace qd::test {
 namespace {
@@ -302,6 +304,39 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Unended", "x.unv", kUnvNodes + "    -1\n  2412\n7 91 4 1 7 3\n    -1\n",
              "IDS_WB_IMPORT_INP_NUMBER 13: -1"}),
     [](const auto& test) { return test.param.name; });
+
+/// Numbers, largest first, that would all lie in one place of a table of so many numbers.
+std::vector<std::uint64_t> NumbersThatMeet(std::uint64_t count) {
+  std::unordered_set<std::uint64_t> table;
+  for (std::uint64_t i = 0; i < count; ++i) table.insert(i);
+  std::vector<std::uint64_t> numbers;
+  for (std::uint64_t i = count; i > 0; --i) numbers.push_back(i * table.bucket_count());
+  return numbers;
+}
+
+TEST(NumberHash, SpreadsNumbersThatWereChosenToMeet) {
+  NumberSet table;
+  for (const std::uint64_t number : NumbersThatMeet(100'000)) table.insert(number);
+  std::size_t most = 0;
+  for (std::size_t i = 0; i < table.bucket_count(); ++i) most = std::max(most, table.bucket_size(i));
+  EXPECT_LT(most, 30U);
+}
+
+// Takes minutes where they meet.
+TEST(MeshFlood, NumbersThatWereChosenToMeetAreAsQuickAsOthers) {
+  const std::vector<std::uint64_t> numbers = NumbersThatMeet(200'000);
+  std::string msh = std::string(kHead41) + "$Nodes\n1 2 1 2\n1 1 0 2\n1\n2\n0 0 0\n1 0 0\n$EndNodes\n" +
+                    "$Elements\n1 200000 1 2\n1 1 1 200000\n";
+  std::string unv = kUnvNodes + "    -1\n  2412\n";
+  std::string group = "1 0 0 0 0 0 0 200000\nSkin\n";
+  for (const std::uint64_t number : numbers) {
+    msh += std::to_string(number) + " 1 2\n";
+    unv += std::to_string(number) + " 91 1 1 1 3\n1 2 3\n";
+    group += "8 " + std::to_string(number) + " 0 0\n";
+  }
+  EXPECT_TRUE(Outcome("x.msh", msh + "$EndElements\n").starts_with("Mesh 1: 1 (0 0 0) 2 (1 0 0) type 1 "));
+  EXPECT_TRUE(Outcome("x.unv", unv + "    -1\n" + DataSet("2477", group)).starts_with("Skin: 1 (0 0 0)"));
+}
 
 }  // namespace
 }  // namespace qd::test

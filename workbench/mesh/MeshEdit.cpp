@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <numeric>
-#include <unordered_set>
 #include <utility>
 
 #include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/NumberHash.h"
 
 namespace qd::workbench {
 
@@ -37,8 +37,8 @@ void AppendNode(MeshData& to, const MeshData& from, std::size_t place) {
   to.coordinates.insert(to.coordinates.end(), at, at + 3);
 }
 
-std::unordered_set<std::uint64_t> NodesUsedBy(const MeshData& mesh) {
-  std::unordered_set<std::uint64_t> used;
+NumberSet NodesUsedBy(const MeshData& mesh) {
+  NumberSet used;
   for (const MeshData::Block& block : mesh.blocks) used.insert(block.nodeIds.begin(), block.nodeIds.end());
   return used;
 }

@@ -9,6 +9,7 @@
 #include "host/CTransaction.h"
 #include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/MeshEdit.h"
+#include "workbench/mesh/NumberHash.h"
 #include "workbench/model/MeshNumbers.h"
 
 namespace qd::workbench {
@@ -214,7 +215,7 @@ void TurnElements(MeshData& mesh) {
 ActResult TransformMeshes(Database& database, const std::vector<iterator>& msets, const Transform& transform,
                           const CString& title) {
   MsetPool& pool = database.GetMsetPool();
-  std::unordered_set<std::uint64_t> moved;
+  NumberSet moved;
   const std::unordered_set<iterator> chosen(msets.begin(), msets.end());
   for (const iterator itr : msets) {
     const tagTMset* set = pool.GetAtNU(itr);
@@ -251,7 +252,7 @@ namespace {
 /// The solids that the surfaces of a mesh sweep; empty without surfaces of first order.
 MeshData Swept(const MeshData& mesh, const std::array<double, 3>& way, int layers, const Numbering& numbering) {
   MeshData solid;
-  std::unordered_map<std::uint64_t, std::uint64_t> rank;  // of the nodes that take part
+  NumberMap<std::uint64_t> rank;  // of the nodes that take part
   for (const MeshData::Block& block : mesh.blocks) {
     if (block.elementType != 2 && block.elementType != 3) continue;
     for (const std::uint64_t node : block.nodeIds) rank.emplace(node, 0);

@@ -4,11 +4,11 @@
 
 #include <algorithm>
 #include <set>
-#include <unordered_map>
 
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Shapes.h"
 #include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/NumberHash.h"
 
 namespace qd::workbench {
 
@@ -39,7 +39,7 @@ std::string FirstError(const std::string& otherwise) {
   return found != log.end() ? found->substr(kMark.size()) : otherwise;
 }
 
-using Coordinates = std::unordered_map<std::size_t, std::array<double, 3>>;
+using Coordinates = NumberMap<std::array<double, 3>>;
 
 Coordinates AllNodes() {
   std::vector<std::size_t> tags;

@@ -8,7 +8,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
-#include <unordered_map>
+#include <map>
 #include <unordered_set>
 #include <utility>
 
@@ -199,17 +199,18 @@ class Structure {
 
   static constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 
+  // Maps by texts are ordered: whoever chose the texts could choose them to meet in a table.
   std::vector<Node> m_nodes;
   std::vector<Leaf> m_leaves;
   std::vector<Child> m_roots;
-  std::unordered_map<std::string, std::size_t> m_nodeAt;  // by the way to it
-  std::unordered_map<std::string, std::size_t> m_leafAt;
+  std::map<std::string, std::size_t> m_nodeAt;  // by the way to it
+  std::map<std::string, std::size_t> m_leafAt;
   std::vector<StepProduct::Use> m_leafUses;
   std::vector<StepProduct::Use> m_nodeUses;
   std::vector<TopoDS_Shape> m_shapes;
-  std::unordered_map<std::string, std::size_t> m_shapeAt;  // by the exchange form
+  std::map<std::string, std::size_t> m_shapeAt;  // by the exchange form
   std::unordered_set<std::size_t> m_taken;
-  std::unordered_map<std::string, std::size_t> m_productAt;
+  std::map<std::string, std::size_t> m_productAt;
   StepStructure m_result;
 };
 

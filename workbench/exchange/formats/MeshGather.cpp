@@ -2,7 +2,8 @@
 
 #include <algorithm>
 #include <numeric>
-#include <unordered_map>
+
+#include "workbench/mesh/NumberHash.h"
 
 namespace qd::workbench {
 
@@ -65,7 +66,7 @@ void MeshGather::SortNodes() {
 
 void MeshGather::DropRepeated() {
   if (m_elementsAscend) return;
-  std::unordered_map<std::uint64_t, std::pair<int, const std::uint64_t*>> seen;
+  NumberMap<std::pair<int, const std::uint64_t*>> seen;
   std::map<Group, MeshData> groups;
   for (auto& [group, mesh] : m_groups) {
     for (MeshData::Block& block : mesh.blocks) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <set>
 #include <sstream>
-#include <unordered_map>
 
 #include "workbench/exchange/formats/FileScan.h"
 #include "workbench/exchange/formats/MeshGather.h"
@@ -11,6 +10,7 @@
 #include "workbench/exchange/formats/UnvElements.h"
 #include "workbench/exchange/formats/UnvGroups.h"
 #include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/NumberHash.h"
 #include "workbench/text/Ascii.h"
 
 namespace qd::workbench {
@@ -134,8 +134,8 @@ class Reader {
   static constexpr std::int64_t kLastKind = 9999;
   FileScan m_in;
   MeshGather m_mesh;
-  std::unordered_map<std::uint64_t, std::int64_t> m_groups;  // of elements
-  std::map<int, std::vector<std::size_t>> m_orders;          // of nodes, by kind of element
+  NumberMap<std::int64_t> m_groups;                  // of elements
+  std::map<int, std::vector<std::size_t>> m_orders;  // of nodes, by kind of element
   std::set<int> m_leftOut;
 };
 

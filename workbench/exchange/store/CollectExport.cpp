@@ -1,6 +1,7 @@
 #include "workbench/exchange/store/CollectExport.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -55,8 +56,9 @@ class Names {
     return key;
   }
 
-  std::unordered_set<std::string> m_taken;
-  std::unordered_map<std::string, int> m_next;  // by name: the number to try next
+  // Ordered, since whoever chose the names could choose them to meet in a table.
+  std::set<std::string> m_taken;
+  std::map<std::string, int> m_next;  // by name: the number to try next
 };
 
 /// A name as messages show it: on one line, and not too long.
