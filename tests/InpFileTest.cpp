@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <fstream>
 #include <numeric>
+#include <unordered_set>
 
 #include "workbench/exchange/formats/BdfCheck.h"
 #include "workbench/exchange/formats/InpElements.h"
@@ -292,6 +293,29 @@ TEST_F(InpFile, SetsThatListTooMuchAreRefused) {
   deck += "*ELSET,ELSET=A,GENERATE\n1,20000\n";
   for (int i = 0; i < 15'000; ++i) deck += "*ELSET,ELSET=S" + std::to_string(i) + "\nA\n";
   EXPECT_NE(ErrorOf(deck).find("IDS_WB_IMPORT_INP_TOO_MUCH"), std::string::npos);
+}
+
+/// Set by set or one by one: minutes where numbers meet, and where each section goes through the elements of its
+/// set.
+TEST_F(InpFile, NumbersThatMeetAndSectionsInGreatNumberEnd) {
+  constexpr std::uint64_t kElements = 150'000;
+  std::unordered_set<std::uint64_t> table;
+  for (std::uint64_t i = 0; i < kElements; ++i) table.insert(i);
+  std::string deck = kNodes + "*ELEMENT, TYPE=S3, ELSET=E\n";
+  for (std::uint64_t i = 1; i <= kElements; ++i) deck += std::to_string(i * table.bucket_count()) + ",1,2,3\n";
+  for (int i = 0; i < 10'000; ++i) deck += "*SHELL SECTION, ELSET=E\n";
+  const ImportedModel model = Read(Write(deck));
+  ASSERT_EQ(Describe(model), "model(0/3) E(150000/3)");
+  EXPECT_EQ(model.meshSets[1].property, 9999);
+}
+
+TEST_F(InpFile, OfSectionsTheLastOneCounts) {
+  const ImportedModel model = Read(
+      Write(kNodes +
+            "*ELEMENT, TYPE=S3\n1,1,2,3\n2,1,3,4\n3,2,5,6\n*ELSET, ELSET=A\n1,2,3\n*ELSET, ELSET=B\n2,3\n"
+            "*ELSET, ELSET=C\n3\n*SHELL SECTION, ELSET=B\n*SHELL SECTION, ELSET=A\n*SHELL SECTION, ELSET=C\n"));
+  ASSERT_EQ(Describe(model), "A(1/3) [B(1/3) [C(1/3)]]");
+  for (std::size_t set = 0; set < 3; ++set) EXPECT_EQ(model.meshSets[set].property, set < 2 ? 1 : 2) << set;
 }
 
 TEST_F(InpFile, SurplusEntriesBehindAnElementArePassedOverAndSaid) {

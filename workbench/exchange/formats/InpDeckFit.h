@@ -7,7 +7,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -49,13 +48,13 @@ struct InpFittedDeck {
   const ExportDeck* kept = nullptr;
   std::vector<InpCard> cards;
   InpFit fit;
-  std::vector<InpDeckSet> states;                      ///< beside the deck's sets
-  std::unordered_map<std::string, std::size_t> setOf;  ///< by name in upper case
-  std::vector<InpListed> listed;                       ///< beside the deck's sets
-  std::vector<std::uint64_t> literals;                 ///< elements that no mesh set holds, as written now
-  std::size_t firstMesh = 0;                           ///< card
-  std::size_t firstStep = 0;                           ///< card
-  std::size_t sections = 0;                            ///< that were written
+  std::vector<InpDeckSet> states;            ///< beside the deck's sets
+  std::map<std::string, std::size_t> setOf;  ///< by name in upper case
+  std::vector<InpListed> listed;             ///< beside the deck's sets
+  std::vector<std::uint64_t> literals;       ///< elements that no mesh set holds, as written now
+  std::size_t firstMesh = 0;                 ///< card
+  std::size_t firstStep = 0;                 ///< card
+  std::size_t sections = 0;                  ///< that were written
 };
 
 /// What a card gives a name to; element sets and materials, which stand in the tree, are not told here.

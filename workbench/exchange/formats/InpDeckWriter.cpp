@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <map>
 #include <set>
-#include <unordered_set>
 
 #include "workbench/exchange/formats/InpDeckFit.h"
 #include "workbench/exchange/formats/InpDeckProperties.h"
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpText.h"
 #include "workbench/exchange/formats/MeshWriters.h"
+#include "workbench/mesh/NumberHash.h"
 #include "workbench/text/Ascii.h"
 #include "workbench/text/Utf8.h"
 
@@ -83,7 +83,7 @@ class DeckWriter {
   InpDeckProperties m_properties;
   std::vector<bool> m_written;  // beside the mesh's places
   std::vector<Deck> m_decks;
-  std::unordered_set<std::uint64_t> m_nodesWritten;
+  NumberSet m_nodesWritten;
   std::uint64_t m_groups = 0;  // element sets that were written
 };
 

@@ -7,7 +7,6 @@
 #include <numeric>
 #include <optional>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 #include "workbench/exchange/formats/InpCards.h"
@@ -19,6 +18,7 @@
 #include "workbench/exchange/formats/InpLines.h"
 #include "workbench/exchange/formats/InpSets.h"
 #include "workbench/mesh/ElementTypes.h"
+#include "workbench/mesh/NumberHash.h"
 #include "workbench/text/Ascii.h"
 #include "workbench/text/Paths.h"
 
@@ -26,11 +26,20 @@ namespace qd::workbench {
 
 namespace {
 
+/// A section, which says what the elements of a set are made of.
+struct Section {
+  std::string set;
+  std::int32_t property;
+  std::string place;  // where it was given
+};
+
 /// A part while it is read.
 struct Part {
   InpPart mesh;
-  std::unordered_map<std::uint64_t, std::uint32_t> placeOfElement;
+  NumberMap<std::uint32_t> placeOfElement;
   std::vector<std::vector<std::string>> children;  // by set: keys of sets that it lists
+  std::vector<bool> gathered;                      // by set: it has the elements of all these
+  std::vector<Section> sections;
 
   /// By what a set is known: sets that the assembly makes of elements of an instance are not those of its part.
   static std::string KeyOf(const std::string& name, bool ofAssembly) {
@@ -47,14 +56,6 @@ struct Part {
     }
     return at->second;
   }
-};
-
-/// A section, which says what the elements of a set are made of.
-struct Section {
-  Part* part;
-  std::string set;
-  std::int32_t property;
-  std::string place;  // where it was given
 };
 
 class Reader {
@@ -119,8 +120,9 @@ class Reader {
   void Generate(std::int64_t first, std::int64_t last, std::int64_t step);
   void StoreElement();
   std::int32_t MaterialOf(const std::string& name);
-  std::vector<std::uint32_t> ElementsOf(Part& part, const std::string& name, int depth);
-  void CheckPart(Part& part, const Part* copied = nullptr);
+  const std::vector<std::uint32_t>& ElementsOf(Part& part, const std::string& name, int depth);
+  void CheckPart(Part& part);
+  void GiveProperties(Part& part);
   void SortNodes(InpPart& mesh);
   Pieces PiecesOfSets() const;
   static void NameSetsInDeck(InpPart& mesh, const std::string& instance, const Pieces& pieces);
@@ -135,7 +137,6 @@ class Reader {
   std::map<const InpInstance*, Part> m_partOfInstance;
   std::map<std::string, Part*> m_partOf;
   std::map<std::string, std::int32_t> m_materialOf;
-  std::vector<Section> m_sections;
   Part* m_part = nullptr;
   std::vector<std::string> m_open;  // blocks that need an end
   Data m_data = nullptr;
@@ -245,8 +246,8 @@ void Reader::BeginSection(const InpLine& line, tagTProperty::Kind kind) {
   property.name = line.Parameter("ELSET");
   property.kind = kind;
   if (line.Has("MATERIAL")) property.material = MaterialOf(line.Parameter("MATERIAL"));
-  m_sections.push_back(
-      {m_part, line.Parameter("ELSET"), static_cast<std::int32_t>(m_model.properties.size()), m_lines.Place()});
+  m_part->sections.push_back(
+      {line.Parameter("ELSET"), static_cast<std::int32_t>(m_model.properties.size()), m_lines.Place()});
   m_model.properties.push_back(std::move(property));
   m_beamShape.clear();
   m_composite = line.Has("COMPOSITE");
@@ -492,21 +493,26 @@ void Reader::DensityData(std::string_view text) {
 // ---- the end --------------------------------------------------------------------------------------------
 
 /// The elements that a set lists itself or through other sets.
-std::vector<std::uint32_t> Reader::ElementsOf(Part& part, const std::string& name, int depth) {
-  constexpr int kDeepest = 64;  // sets that list each other in a circle end here
+const std::vector<std::uint32_t>& Reader::ElementsOf(Part& part, const std::string& name, int depth) {
+  constexpr int kDeepest = 64;
   const auto found = part.mesh.setOf.find(UpperCase(name));
   if (found == part.mesh.setOf.end() || depth > kDeepest)
     throw ImportError{"IDS_WB_IMPORT_INP_SET", m_lines.Quoted(name)};
-  std::vector<std::uint32_t>& elements = part.mesh.sets[found->second].elements;
-  for (const std::string& child : std::exchange(part.children[found->second], {})) {
-    const std::vector<std::uint32_t> more = ElementsOf(part, child, depth + 1);
+  const std::size_t place = found->second;
+  std::vector<std::uint32_t>& elements = part.mesh.sets[place].elements;
+  part.gathered.resize(part.mesh.sets.size(), false);
+  if (part.gathered[place]) return elements;
+  // Sets that list each other in a circle find here that their lists are taken.
+  for (const std::string& child : std::exchange(part.children[place], {})) {
+    const std::vector<std::uint32_t>& more = ElementsOf(part, child, depth + 1);
+    if (&more == &elements) continue;
     CountListed(more.size());
-    part.mesh.sets[found->second].listed.push_back(
-        static_cast<std::uint32_t>(part.mesh.setOf.at(UpperCase(child))));
-    part.mesh.sets[found->second].elements.insert(elements.end(), more.begin(), more.end());
+    part.mesh.sets[place].listed.push_back(static_cast<std::uint32_t>(part.mesh.setOf.at(UpperCase(child))));
+    elements.insert(elements.end(), more.begin(), more.end());
   }
   std::sort(elements.begin(), elements.end());
   elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
+  part.gathered[place] = true;
   return elements;
 }
 
@@ -530,9 +536,8 @@ void Reader::SortNodes(InpPart& mesh) {
   if (twice != mesh.nodeIds.end()) throw ImportError{"IDS_WB_IMPORT_INP_TWICE", std::to_string(*twice)};
 }
 
-/// Brings a part's nodes into order and finds what its elements, sets and sections refer to. An instance has the
-/// sections of the part that it was copied from.
-void Reader::CheckPart(Part& part, const Part* copied) {
+/// Brings a part's nodes into order and finds what its elements, sets and sections refer to.
+void Reader::CheckPart(Part& part) {
   SortNodes(part.mesh);
   for (const InpPart::Element& element : part.mesh.elements) {
     const int nodes = FindElementType(element.elementType)->nodes;
@@ -547,15 +552,23 @@ void Reader::CheckPart(Part& part, const Part* copied) {
   for (std::size_t set = 0; set < part.mesh.sets.size(); ++set) {
     ElementsOf(part, Part::KeyOf(part.mesh.sets[set].name, part.mesh.sets[set].ofAssembly), 0);
   }
-  if (!part.mesh.propertyOfElement.empty()) part.mesh.propertyOfElement.resize(part.mesh.elements.size(), -1);
-  for (const Section& section : m_sections) {
-    if (section.part != &part && (copied == nullptr || section.part != copied)) continue;
-    if (!part.mesh.setOf.contains(UpperCase(section.set))) {
-      throw ImportError{"IDS_WB_IMPORT_INP_SET", section.place + ": " + m_lines.Quoted(section.set)};
+  GiveProperties(part);
+}
+
+/// Of the sections of a set the last one counts, and of all that reach an element.
+void Reader::GiveProperties(Part& part) {
+  InpPart& mesh = part.mesh;
+  if (!part.sections.empty()) mesh.propertyOfElement.assign(mesh.elements.size(), -1);
+  std::vector<bool> seen(mesh.sets.size(), false);
+  for (auto section = part.sections.rbegin(); section != part.sections.rend(); ++section) {
+    const auto found = mesh.setOf.find(UpperCase(section->set));
+    if (found == mesh.setOf.end()) {
+      throw ImportError{"IDS_WB_IMPORT_INP_SET", section->place + ": " + m_lines.Quoted(section->set)};
     }
-    part.mesh.propertyOfElement.resize(part.mesh.elements.size(), -1);
-    for (const std::uint32_t element : ElementsOf(part, section.set, 0)) {
-      part.mesh.propertyOfElement[element] = section.property;
+    if (seen[found->second]) continue;
+    seen[found->second] = true;
+    for (const std::uint32_t element : mesh.sets[found->second].elements) {
+      if (mesh.propertyOfElement[element] < 0) mesh.propertyOfElement[element] = section->property;
     }
   }
 }
@@ -613,7 +626,8 @@ ImportedModel Reader::Finish() {
     if (piece.count > 1) deck.sets.push_back({piece.name, -1, true});
   }
   NameSetsInDeck(loose.mesh, {}, pieces);
-  if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) AddGroups(loose.mesh, false, m_model, deck);
+  InpGroups groups(m_model, deck);
+  if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) groups.Add(loose.mesh, false);
   std::uint64_t lastNode = loose.mesh.nodeIds.empty() ? 0 : loose.mesh.nodeIds.back();
   std::uint64_t lastElement = 0;
   for (const InpPart::Element& element : loose.mesh.elements) lastElement = std::max(lastElement, element.id);
@@ -628,7 +642,7 @@ ImportedModel Reader::Finish() {
       const InpPlacement::Point moved = instance.placement.Move(at);
       std::copy(moved.begin(), moved.end(), mesh.coordinates.begin() + static_cast<std::ptrdiff_t>(i));
     }
-    CheckPart(part, &copied);
+    CheckPart(part);
     NameSetsInDeck(mesh, instance.name, pieces);
     mesh.name = instance.name;
     // Instances of one part have the same numbers.
@@ -639,7 +653,10 @@ ImportedModel Reader::Finish() {
     for (InpPart::Element& element : mesh.elements) element.id += lastElement;
     if (!mesh.nodeIds.empty()) lastNode = mesh.nodeIds.back();
     for (const InpPart::Element& element : mesh.elements) lastElement = std::max(lastElement, element.id);
-    AddGroups(mesh, true, m_model, deck);
+    groups.Add(mesh, true);
+  }
+  if (groups.Unsearched() > 0) {
+    m_model.notes.push_back({"IDS_WB_NOTE_UNSEARCHED_SETS", std::to_string(groups.Unsearched())});
   }
   if (m_surplus > 0) {
     m_model.notes.push_back({"IDS_WB_NOTE_SURPLUS", std::to_string(m_surplus) + " (" + m_surplusPlace + ")"});

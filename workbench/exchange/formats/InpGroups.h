@@ -5,19 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "workbench/exchange/formats/InpNesting.h"
 #include "workbench/exchange/pipe/ImportedModel.h"
 
 namespace qd::workbench {
-
-/// A named set of elements, by their places.
-struct InpSet {
-  std::string name;                     ///< as written
-  std::vector<std::uint32_t> elements;  ///< ascending, each once
-  std::vector<std::uint32_t> listed;    ///< sets that the file lists in this one, by place
-  bool internal = false;                ///< made by a program for its own use; no mesh set is made of it
-  bool ofAssembly = false;              ///< made by the assembly, of elements of an instance
-  std::string inDeck{};                 ///< what the kept text calls it; empty for a piece of one of its sets
-};
 
 /// Nodes, elements and sets of one part of a solver input file.
 struct InpPart {
@@ -37,9 +28,21 @@ struct InpPart {
   std::vector<std::int32_t> propertyOfElement;  ///< by place; empty where no section was given
 };
 
-/// Adds the mesh sets of a part. Its own set, for what belongs to no other, is made only when `always` or needed;
-/// the others are nested in it when `always`.
-/// The deck gets what its element sets have become.
-void AddGroups(const InpPart& part, bool always, ImportedModel& model, ImportedDeck& deck);
+/// Makes mesh sets of the sets of a deck's parts. The deck gets what its element sets have become.
+class InpGroups {
+ public:
+  InpGroups(ImportedModel& model, ImportedDeck& deck) : m_model(model), m_deck(deck) {}
+
+  /// Adds the mesh sets of a part. Its own set, for what belongs to no other, is made only when `always` or
+  /// needed; the others are nested in it when `always`.
+  void Add(const InpPart& part, bool always);
+  /// Sets for which it was not searched to the end in which others they lie.
+  std::size_t Unsearched() const { return m_work.unsearched; }
+
+ private:
+  ImportedModel& m_model;
+  ImportedDeck& m_deck;
+  InpNestingWork m_work;
+};
 
 }  // namespace qd::workbench
