@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "support/Mesh.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/pipe/Protocol.h"
@@ -43,11 +44,6 @@ const std::string kSteps =
 
 class Deck : public MeshTest {
  protected:
-  Deck() : m_folder(fs::temp_directory_path() / ("qd_deck" + std::to_string(::getpid()))) {
-    fs::create_directories(m_folder);
-  }
-  ~Deck() override { fs::remove_all(m_folder); }
-
   void Import(const std::string& text) { Import(ReadInpText(text, "deck.inp")); }
   void Import(ImportedModel model) { ASSERT_EQ(StoreImport(Data(), std::move(model), L"import"), 1); }
   std::string Export() {
@@ -80,7 +76,7 @@ class Deck : public MeshTest {
     if (Squeezed(text).find(Squeezed(part)) != std::string::npos) return ::testing::AssertionSuccess();
     return ::testing::AssertionFailure() << part << "is not in\n" << text;
   }
-  fs::path m_folder;
+  ScratchFolder m_folder;
   ExportReport m_report;
 };
 

@@ -309,7 +309,7 @@ TEST_F(DocumentFileTest, WhatIsMendedAndNotAgreedToGoesIntoAnotherFile) {
 
 TEST_F(DocumentFileTest, WhatIsNoDocumentIsRefused) {
   EXPECT_EQ(FaultOf(Path("none.qdw")), "IDS_WB_IMPORT_MISSING");
-  EXPECT_EQ(FaultOf(m_folder.string()), "IDS_WB_IMPORT_DIRECTORY");
+  EXPECT_EQ(FaultOf(m_folder.Path().string()), "IDS_WB_IMPORT_DIRECTORY");
   std::ofstream(Path("text.qdw"))
       << "hello, this is a text of some length, longer than any header of a database file";
   EXPECT_EQ(FaultOf(Path("text.qdw")), "IDS_WB_DOC_FOREIGN");

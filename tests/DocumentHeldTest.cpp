@@ -15,6 +15,7 @@
 
 #include "support/DocumentScript.h"
 #include "support/FaultyDisk.h"
+#include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
 
@@ -63,16 +64,8 @@ struct Document {
 
 class HeldDocument : public ::testing::Test {
  protected:
-  HeldDocument() : m_folder(fs::temp_directory_path() / ("qd_held_" + std::to_string(std::random_device{}()))) {
-    fs::create_directories(m_folder);
-  }
-  ~HeldDocument() override { fs::remove_all(m_folder); }
   fs::path Path(const char* name) const { return m_folder / name; }
-  std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(m_folder)) names.insert(entry.path().filename().string());
-    return names;
-  }
+  std::set<std::string> Names() const { return m_folder.Names(); }
   /// Makes a document with some acts, closed. Returns what it holds.
   std::string Make(const fs::path& path, int acts) const {
     Document document(path);
@@ -96,7 +89,7 @@ class HeldDocument : public ::testing::Test {
     return status;
   }
 
-  fs::path m_folder;
+  ScratchFolder m_folder;
 };
 
 // ---- the lock -------------------------------------------------------------------------------------------
@@ -411,7 +404,7 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
 // ---- names ----------------------------------------------------------------------------------------------
 
 TEST_F(HeldDocument, AnyBytesAreANameAndALinkLeadsToItsFile) {
-  fs::current_path(m_folder);
+  fs::current_path(m_folder.Path());
   for (const char* name : {"file:x.qdw", ":memory:", "file:y.qdw?mode=memory", "\xff\xfe name.qdw", "?%00"}) {
     const std::string made = Make(name, 2);
     EXPECT_EQ(ContentsOf(name), made) << name;

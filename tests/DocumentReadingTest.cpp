@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "support/DocumentFolder.h"
+#include "support/ScratchFolder.h"
 #include "support/Unwritable.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
@@ -29,7 +30,8 @@ class ReadDocument : public DocumentFolder {
   }
   std::vector<std::string> Files() const {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(m_folder)) names.push_back(entry.path().filename().string());
+    for (const auto& entry : fs::directory_iterator(m_folder.Path()))
+      names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
   }
@@ -58,7 +60,7 @@ TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
   Database data;
   std::string said;
   {
-    const Unwritable still({Path("a.qdw"), m_folder.string()});
+    const Unwritable still({Path("a.qdw"), m_folder.Path().string()});
     if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
     DocumentKeeper keeper(data, Path("recovery"));
     keeper.SetOnFailure([&said](const DocumentError& fault) { said += fault.key; });
@@ -73,20 +75,20 @@ TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
     EXPECT_FALSE(keeper.File()->PutView("window", "{}"));
     EXPECT_FALSE(keeper.SaveAs(Path("a.qdw"), error));
     EXPECT_EQ(keeper.File()->View("state"), "shown so");
-    const fs::path elsewhere = fs::temp_directory_path() / (m_folder.filename().string() + "_saved.qdw");
+    const ScratchFolder other;
+    const fs::path elsewhere = other / "saved.qdw";
     ASSERT_TRUE(keeper.SaveAs(elsewhere.string(), error)) << error.key << " " << error.detail;
     EXPECT_FALSE(keeper.IsReadOnly());
     EXPECT_EQ(keeper.File()->View("state"), "shown so");
     EXPECT_TRUE(DocumentScript(data).Run(20));
-    fs::remove(elsewhere);
   }
   EXPECT_EQ(Files(), std::vector<std::string>{"a.qdw"});
 }
 
 TEST_F(ReadDocument, IsVerifiedAndRepairedWhereNothingCanBeWritten) {
   Make(Path("a.qdw"));
-  const std::string repaired = m_folder.string() + "_repaired.qdw";
-  const Unwritable still({Path("a.qdw"), m_folder.string()});
+  const std::string repaired = m_folder.Path().string() + "_repaired.qdw";
+  const Unwritable still({Path("a.qdw"), m_folder.Path().string()});
   if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
   EXPECT_TRUE(VerifyDocument(Path("a.qdw")).empty());
   std::vector<DocumentError> notes;
@@ -109,7 +111,7 @@ TEST_F(ReadDocument, LeftByAKilledProgramIsReadWholeAndLeftAlone) {
   EXPECT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
   EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), held);
   EXPECT_EQ(Bytes(Path("a.qdw")), bytes);
-  std::vector<std::string> unwritable{m_folder.string()};
+  std::vector<std::string> unwritable{m_folder.Path().string()};
   for (const std::string& name : files) unwritable.push_back(Path(name.c_str()));
   const Unwritable still(unwritable);
   if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
@@ -164,7 +166,7 @@ TEST_F(ReadDocument, IsRepairedOnlyIntoWhatMayBeReplaced) {
 /// Names that the database library would take for an address or a place in memory.
 TEST_F(ReadDocument, OfAnyNameIsAFile) {
   const fs::path before = fs::current_path();
-  fs::current_path(m_folder);
+  fs::current_path(m_folder.Path());
   for (const char* name : {"file:x.qdw", "file:x.qdw?mode=memory", ":memory:", "a%41.qdw", "\xFF\xFE.qdw"}) {
     Database data;
     DocumentError error;

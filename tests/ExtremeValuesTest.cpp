@@ -12,6 +12,7 @@
 #include "host/MessageOutput.h"
 #include "support/DocumentScript.h"
 #include "support/EnglishTexts.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/model/MeshActs.h"
 #include "workbench/model/Values.h"
@@ -22,17 +23,12 @@
 namespace qd::test {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace workbench;
 using ::testing::IsEmpty;
 
 class ExtremeValues : public ::testing::TestWithParam<int> {
  protected:
   ExtremeValues() {
-    const fs::path memory = "/dev/shm";
-    m_folder = (fs::is_directory(memory) ? memory : fs::temp_directory_path()) /
-               ("qd_extreme_" + std::to_string(std::random_device{}()));
-    fs::create_directories(m_folder);
     DocumentError error;
     m_file = DocumentFile::Create((m_folder / "a.qdw").string(), m_data, error);
     m_data.SetStore(m_file.get());
@@ -40,7 +36,6 @@ class ExtremeValues : public ::testing::TestWithParam<int> {
   ~ExtremeValues() override {
     m_data.SetStore(nullptr);
     m_file.reset();
-    fs::remove_all(m_folder);
   }
 
   std::size_t Roll(std::size_t sides) { return m_random() % sides; }
@@ -267,7 +262,7 @@ class ExtremeValues : public ::testing::TestWithParam<int> {
   }
 
   std::mt19937 m_random{static_cast<unsigned>(GetParam())};
-  fs::path m_folder;
+  ScratchFolder m_folder{ScratchFolder::Place::Memory};
   Database m_data;
   std::unique_ptr<DocumentFile> m_file;
   int m_done = 0;

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <unordered_set>
 
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/BdfCheck.h"
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpFile.h"
@@ -22,13 +23,8 @@ namespace fs = std::filesystem;
 
 class InpFile : public ::testing::Test {
  protected:
-  InpFile() : m_folder(fs::temp_directory_path() / ("qd_inp" + std::to_string(::getpid()))) {
-    fs::create_directories(m_folder);
-  }
-  ~InpFile() override { fs::remove_all(m_folder); }
   fs::path Write(const std::string& text, const std::string& name = "model.inp") {
-    std::ofstream(m_folder / name, std::ios::binary) << text;
-    return m_folder / name;
+    return m_folder.Write(name, text);
   }
   static ImportedModel Read(const fs::path& path) {
     return ReadInpFile(path, [](double) {});
@@ -55,7 +51,7 @@ class InpFile : public ::testing::Test {
     }
     return text;
   }
-  fs::path m_folder;
+  ScratchFolder m_folder;
 };
 
 const std::string kNodes = "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,2,0,0\n6,2,1,0\n";

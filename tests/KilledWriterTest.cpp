@@ -13,6 +13,7 @@
 #include <random>
 
 #include "support/DocumentScript.h"
+#include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 
 namespace qd::test {
@@ -73,8 +74,7 @@ TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
   constexpr int kLongest = 100'000;  // microseconds
   const char* kills = std::getenv("QD_KILLS");
   const int rounds = kills != nullptr ? std::atoi(kills) : kRounds;
-  const fs::path folder = fs::temp_directory_path() / ("qd_killed_" + std::to_string(getpid()));
-  fs::create_directories(folder);
+  const ScratchFolder folder;
   std::mt19937 random(std::random_device{}());
   Reference reference;
   std::string path;
@@ -98,7 +98,6 @@ TEST(KilledWriter, LeavesAPrefixOfTheCommittedActs) {
   std::cout << rounds << " kills, at most " << acts << " acts in a file\n";
   // Numbered from 0; those that were said in all rounds of a file.
   EXPECT_GE(acts, rounds < kRoundsOfAFile ? 0 : kActs * kRoundsOfAFile * (kRoundsOfAFile - 1) / 2 - 1);
-  fs::remove_all(folder);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include "support/Mesh.h"
 #include "support/SampleMesh.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/store/CollectExport.h"
@@ -24,10 +25,6 @@ const ProgressCall kGoOn = [](double) { return true; };
 
 class MeshFiles : public MeshTest {
  protected:
-  MeshFiles() : m_folder(fs::temp_directory_path() / ("qd_export" + std::to_string(::getpid()))) {
-    fs::create_directories(m_folder);
-  }
-  ~MeshFiles() override { fs::remove_all(m_folder); }
   iterator AddElementSet(const CString& name, iterator parent, const std::vector<int>& types) {
     std::vector<MeshPtr> meshes;
     Numbering next = NextNumbers(Pool());
@@ -66,7 +63,7 @@ class MeshFiles : public MeshTest {
     text << std::ifstream(path).rdbuf();
     return text.str();
   }
-  fs::path m_folder;
+  ScratchFolder m_folder;
   ExportReport m_report;
 };
 
@@ -231,7 +228,7 @@ TEST_F(MeshFiles, AFailedExportLeavesTheOldFile) {
       "IDS_WB_EXPORT_UNWRITABLE");
   EXPECT_EQ(WriteMeshFile(m_folder / "b.msh", CollectExport(Data(), {}), kGoOn, m_report)->key,
             "IDS_WB_EXPORT_NOTHING");
-  EXPECT_EQ(std::distance(fs::directory_iterator(m_folder), fs::directory_iterator()), 4);
+  EXPECT_EQ(std::distance(fs::directory_iterator(m_folder.Path()), fs::directory_iterator()), 4);
 }
 
 TEST_F(MeshFiles, AStoppedExportLeavesNothing) {
@@ -242,7 +239,7 @@ TEST_F(MeshFiles, AStoppedExportLeavesNothing) {
       m_folder / "a.msh", model, [](double) { return false; }, m_report);
   ASSERT_TRUE(error);
   EXPECT_EQ(error->key, "");
-  EXPECT_TRUE(fs::is_empty(m_folder));
+  EXPECT_TRUE(fs::is_empty(m_folder.Path()));
 }
 
 // ---- acts -----------------------------------------------------------------------------------------------

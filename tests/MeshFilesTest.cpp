@@ -3,11 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <unordered_set>
 
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/mesh/NumberHash.h"
 
@@ -18,8 +17,8 @@ using namespace workbench;
 
 /// What reading a file gives, as text: its sets, its notes, or why it is refused.
 std::string Outcome(const std::string& name, const std::string& bytes) {
-  const std::string path = ::testing::TempDir() + "/mesh_files_" + name;
-  std::ofstream(path, std::ios::binary) << bytes;
+  const ScratchFolder folder;
+  const std::string path = folder.Write(name, bytes).string();
   std::ostringstream outcome;
   try {
     std::vector<ImportNote> notes;
@@ -48,7 +47,6 @@ std::string Outcome(const std::string& name, const std::string& bytes) {
   } catch (const ImportError& error) {
     outcome << error.key << " " << error.detail;
   }
-  std::filesystem::remove(path);
   return outcome.str();
 }
 

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/Format.h"
 
 namespace qd::test {
@@ -14,8 +15,8 @@ namespace {
 using namespace workbench;
 
 std::string Outcome(const std::string& name, const std::string& bytes) {
-  const std::string path = ::testing::TempDir() + "/outline_" + name;
-  std::ofstream(path, std::ios::binary) << bytes;
+  const ScratchFolder folder;
+  const std::string path = folder.Write(name, bytes).string();
   std::string outcome = "fine";
   try {
     std::vector<ImportNote> notes;
@@ -23,7 +24,6 @@ std::string Outcome(const std::string& name, const std::string& bytes) {
   } catch (const ImportError& error) {
     outcome = error.key + " " + error.detail;
   }
-  std::filesystem::remove(path);
   return outcome;
 }
 

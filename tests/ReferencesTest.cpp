@@ -11,20 +11,19 @@
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
 #include "support/DocumentScript.h"
 #include "support/Mesh.h"
+#include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 
 namespace qd::test {
 namespace {
 
-namespace fs = std::filesystem;
 using namespace workbench;
 using ::testing::IsEmpty;
 
 /// A model of every type of record that is kept in a document.
 class ReferencesTest : public MeshTest {
  protected:
-  ReferencesTest() : m_folder(fs::temp_directory_path() / ("qd_refs_" + std::to_string(std::random_device{}()))) {
-    fs::create_directories(m_folder);
+  ReferencesTest() {
     DocumentError error;
     m_file = DocumentFile::Create((m_folder / "a.qdw").string(), Data(), error);
     Data().SetStore(m_file.get());
@@ -32,7 +31,6 @@ class ReferencesTest : public MeshTest {
   ~ReferencesTest() override {
     Data().SetStore(nullptr);
     m_file.reset();
-    fs::remove_all(m_folder);
   }
 
   iterator AddMaterial(const CString& name) {
@@ -114,7 +112,7 @@ class ReferencesTest : public MeshTest {
     ExpectSound("done again");
   }
 
-  fs::path m_folder;
+  ScratchFolder m_folder;
   std::unique_ptr<DocumentFile> m_file;
 };
 

@@ -10,6 +10,7 @@
 
 #include "support/Mesh.h"
 #include "support/SampleMesh.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/store/CollectExport.h"
 #include "workbench/model/MeshNumbers.h"
@@ -140,14 +141,11 @@ class SolverDeck : public MeshTest {
     return property;
   }
   Deck Written() {
-    const auto path = std::filesystem::temp_directory_path() / ("qd_deck" + std::to_string(::getpid()) + ".inp");
+    const ScratchFolder folder;
     const auto error = WriteMeshFile(
-        path, CollectExport(Data(), Pool().GetItrList()), [](double) { return true; }, m_report);
+        folder / "deck.inp", CollectExport(Data(), Pool().GetItrList()), [](double) { return true; }, m_report);
     EXPECT_FALSE(error) << error->key;
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    std::filesystem::remove(path);
-    return ReadStrictly(text.str());
+    return ReadStrictly(folder.Read("deck.inp"));
   }
   ExportReport m_report;
   std::set<std::uint64_t> ElementsUnder(iterator set) {

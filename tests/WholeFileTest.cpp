@@ -8,6 +8,7 @@
 #include <random>
 #include <set>
 
+#include "support/ScratchFolder.h"
 #include "workbench/files/WholeFile.h"
 
 #ifdef __linux__
@@ -41,23 +42,12 @@ using workbench::WholeFile;
 
 class WholeFiles : public ::testing::Test {
  protected:
-  WholeFiles() : m_folder(fs::temp_directory_path() / ("qd_whole_" + std::to_string(std::random_device{}()))) {
-    fs::create_directories(m_folder);
-    std::ofstream(Target(), std::ios::binary) << "old";
-  }
-  ~WholeFiles() override { fs::remove_all(m_folder); }
+  WholeFiles() { m_folder.Write("target.txt", "old"); }
   fs::path Target() const { return m_folder / "target.txt"; }
-  static std::string Read(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
-  std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : fs::directory_iterator(m_folder)) names.insert(entry.path().filename().string());
-    return names;
-  }
+  static std::string Read(const fs::path& path) { return ScratchFolder::ReadAt(path); }
+  std::set<std::string> Names() const { return m_folder.Names(); }
 
-  fs::path m_folder;
+  ScratchFolder m_folder;
 };
 
 TEST_F(WholeFiles, TheOldOneStandsUntilTheNewOneIsWhole) {
@@ -91,7 +81,7 @@ TEST_F(WholeFiles, TwoAtATimeDoNotShareAPartialFileAndTheLastOneStands) {
 }
 
 TEST_F(WholeFiles, FoldersAndMissingFoldersAreRefusedWithAReason) {
-  for (const fs::path& path : {m_folder, m_folder / "none" / "file"}) {
+  for (const fs::path& path : {m_folder.Path(), m_folder / "none" / "file"}) {
     WholeFile file(path);
     EXPECT_FALSE(file.IsOpen());
     EXPECT_FALSE(file.Write("x"));
@@ -181,7 +171,7 @@ TEST_F(WholeFiles, WhatAKilledProgramLeavesIsTakenAwayAndWhatALivingOneWritesIsN
   ASSERT_EQ(Names().size(), 3U) << "the killed one's is gone";
   // Another handle on it in the same program, as a file dialog opens one, does not make it free.
   std::ifstream(living->Partial()).get();
-  WholeFile::CleanUp(m_folder);
+  WholeFile::CleanUp(m_folder.Path());
   EXPECT_TRUE(fs::exists(living->Partial()));
   ASSERT_TRUE(living->Finish());
   EXPECT_EQ(Names(), (std::set<std::string>{"target.txt", "living", ".qd-mine.part"}));

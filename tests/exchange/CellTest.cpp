@@ -6,8 +6,10 @@
 #include <csignal>
 #include <fstream>
 #include <set>
+#include <sstream>
 
 #include "Support.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/watch/ChildProcess.h"
 
 namespace qd::test {
@@ -22,7 +24,7 @@ struct Outcome {
 };
 
 Outcome Try(const std::string& harm, const std::string& mode) {
-  const Folder folder;
+  const ScratchFolder folder;
   folder.Write("given", "something");
   folder.Write("victim", "something");
   const ChildProcess::End end = RunToEnd(QD_CELL_PROBE, {harm, folder.Path(), mode});
@@ -46,7 +48,7 @@ std::vector<std::string> Harms() {
 class Cell : public ::testing::TestWithParam<std::string> {
  protected:
   void SetUp() override {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     if (GetParam() == "take-much-memory") GTEST_SKIP() << "the sanitizers' memory has no limit";
 #endif
   }

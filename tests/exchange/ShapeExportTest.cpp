@@ -9,6 +9,7 @@
 
 #include "Support.h"
 #include "host/CTransaction.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/store/CollectExport.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
@@ -95,7 +96,7 @@ std::size_t CountIn(const std::string& text, const std::string& what) {
 class ShapeExport : public ::testing::Test {
  protected:
   std::string Make(const std::string& what, const std::string& name) {
-    std::string path = m_folder.Path() + "/" + name;
+    std::string path = (m_folder / name).string();
     RunToEnd(QD_MAKE_MODELS, {what, path});
     return path;
   }
@@ -118,7 +119,7 @@ class ShapeExport : public ::testing::Test {
     ExportModel out = CollectExport(database, database.GetMsetPool().GetItrList());
     CollectParts(database, parts, out);
     m_report = {};
-    return WriteExport(m_folder.Path() + "/" + name, out, QD_EXCHANGE, watch, m_report);
+    return WriteExport((m_folder / name).string(), out, QD_EXCHANGE, watch, m_report);
   }
   std::string Note(const std::string& key) const {
     for (const ImportNote& note : m_report.notes) {
@@ -127,7 +128,7 @@ class ShapeExport : public ::testing::Test {
     return {};
   }
 
-  Folder m_folder;
+  ScratchFolder m_folder;
   ExportReport m_report;
 };
 
@@ -137,7 +138,7 @@ TEST_F(ShapeExport, StepHoldsNamesColoursUsesAndAssemblies) {
   ASSERT_FALSE(Write(pump, "out.step"));
   EXPECT_EQ(m_report.parts, 9U);
   EXPECT_TRUE(m_report.notes.empty());
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameTexts(back, pump);
   ExpectSameShapes(back, pump);
   EXPECT_TRUE(back.notes.empty());
@@ -156,7 +157,7 @@ TEST_F(ShapeExport, ChangedPartsLeaveAsTheyAre) {
   }));
   expected.parts[6].name = expected.parts[6].product = "Bolt of another name";
   expected.parts[7].colour = Rgb(1, 2, 3);
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameTexts(back, expected);
   ExpectSameShapes(back, expected);
 }
@@ -190,7 +191,7 @@ TEST_F(NamedBoxes, AnyNameComesBackWhole) {
   }
   ASSERT_FALSE(Write(model, "out.step"));
   EXPECT_TRUE(m_report.notes.empty());
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameTexts(back, model);
   const std::string file = m_folder.Read("out.step");
   EXPECT_TRUE(std::all_of(file.begin(), file.end(), [](unsigned char letter) { return letter < 0x80; }));
@@ -203,7 +204,7 @@ TEST_F(NamedBoxes, NamesThatNoReaderTakesAreCutWhichIsSaid) {
   model.parts.push_back(Box(name, "use", 1, {{"all", "", 0}}));
   ASSERT_FALSE(Write(model, "out.step"));
   EXPECT_NE(Note("IDS_WB_EXPORT_RENAMED"), "");
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ASSERT_EQ(back.parts.size(), 1U);
   EXPECT_GT(back.parts[0].name.size(), 2000U);
   EXPECT_TRUE(name.starts_with(back.parts[0].name));
@@ -224,7 +225,7 @@ TEST_F(NamedBoxes, AssembliesOfManyDepthsAreWrittenOnceForAllUses) {
     }
   }
   ASSERT_FALSE(Write(model, "out.step"));
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameTexts(back, model);
   ExpectSameShapes(back, model);
   EXPECT_EQ(CountIn(m_folder.Read("out.step"), " = PRODUCT("), 15U) << "top, twelve levels, the pair, the box";
@@ -238,7 +239,7 @@ TEST_F(NamedBoxes, ImportsOfOneFileAndBodiesOfOneProductStayApart) {
     model.parts.back().colour = Rgb(10, 20, model.parts.size());
   }
   ASSERT_FALSE(Write(model, "out.step"));
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameTexts(back, model);
 
   Database database;
@@ -247,10 +248,10 @@ TEST_F(NamedBoxes, ImportsOfOneFileAndBodiesOfOneProductStayApart) {
   ExportModel out;
   CollectParts(database, database.GetGeomPool().GetItrList(), out);
   ASSERT_FALSE(
-      WriteExport(m_folder.Path() + "/twice.step", out, QD_EXCHANGE, {[](double) { return true; }}, m_report));
+      WriteExport((m_folder / "twice.step").string(), out, QD_EXCHANGE, {[](double) { return true; }}, m_report));
   std::vector<std::string> twice = TextsOf(back);
   for (const std::string& text : TextsOf(back)) twice.push_back(text);
-  EXPECT_EQ(TextsOf(Read(m_folder.Path() + "/twice.step")), twice);
+  EXPECT_EQ(TextsOf(Read((m_folder / "twice.step").string())), twice);
 }
 
 TEST_F(ShapeExport, FacesOfAFileThatCloseComeInAsSolids) {
@@ -276,7 +277,7 @@ TEST_F(ShapeExport, PartsOutsideOfAssembliesKeepTheirPlaces) {
     part.assemblies.clear();
   }
   ASSERT_FALSE(Write(loose, "out.step"));
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameShapes(back, loose);
   for (std::size_t i = 0; i < back.parts.size(); ++i) {
     EXPECT_EQ(back.parts[i].name, loose.parts[i].name);
@@ -294,7 +295,7 @@ TEST_F(ShapeExport, ShapesOfEveryKindLeave) {
   }
   ASSERT_GE(kinds.size(), 3U);
   ASSERT_FALSE(Write(mixed, "out.step"));
-  const ImportedModel back = Read(m_folder.Path() + "/out.step");
+  const ImportedModel back = Read((m_folder / "out.step").string());
   ExpectSameShapes(back, mixed);
   for (std::size_t i = 0; i < back.parts.size(); ++i) {
     EXPECT_EQ(back.parts[i].name, mixed.parts[i].name);
@@ -308,7 +309,7 @@ TEST_F(ShapeExport, BrepHoldsShapesAloneWhichIsSaid) {
   ASSERT_FALSE(Write(pump, "out.brep"));
   EXPECT_EQ(m_report.parts, 9U);
   EXPECT_NE(Note("IDS_WB_EXPORT_SHAPES_ALONE").find("Housing, Shaft"), std::string::npos);
-  ExpectSameShapes(Read(m_folder.Path() + "/out.brep"), pump);
+  ExpectSameShapes(Read((m_folder / "out.brep").string()), pump);
 }
 
 TEST_F(ShapeExport, WhatIsLeftOutIsSaid) {
@@ -327,7 +328,7 @@ TEST_F(ShapeExport, WhatIsLeftOutIsSaid) {
   }
   EXPECT_NE(left.find("Shaft"), std::string::npos);
   EXPECT_NE(left.find("Impeller"), std::string::npos);
-  EXPECT_EQ(Read(m_folder.Path() + "/out.step").parts.size(), 7U);
+  EXPECT_EQ(Read((m_folder / "out.step").string()).parts.size(), 7U);
 }
 
 TEST_F(ShapeExport, AFailureOrACancelLeavesTheOldFile) {

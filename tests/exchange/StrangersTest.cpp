@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "Support.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace qd::test {
@@ -45,8 +46,8 @@ class ScriptInFile : public ::testing::TestWithParam<Attack> {};
 
 /// The mesh library takes what it does not know for a script of its own.
 TEST_P(ScriptInFile, IsNotRun) {
-  const Folder folder;
-  const std::string command = "SystemCall \"touch " + folder.Path() + "/marker\";\n";
+  const ScratchFolder folder;
+  const std::string command = "SystemCall \"touch " + folder.Path().string() + "/marker\";\n";
   const std::string path = folder.Write(GetParam().name, GetParam().head + command + GetParam().tail);
   const ExchangeRun::Result result = Import(path);
   EXPECT_EQ(result.model, nullptr);
@@ -62,8 +63,8 @@ INSTANTIATE_TEST_SUITE_P(Formats, ScriptInFile,
                          [](const auto& test) { return std::string(test.param.name).substr(2); });
 
 TEST(Companions, OfAMeshAreNotRead) {
-  const Folder folder;
-  const std::string command = "SystemCall \"touch " + folder.Path() + "/marker\";\n";
+  const ScratchFolder folder;
+  const std::string command = "SystemCall \"touch " + folder.Path().string() + "/marker\";\n";
   const std::string path = folder.Write("x.msh", kTriangle);
   folder.Write("x.msh.opt", command);
   folder.Write("model.msh.opt", command);
@@ -79,16 +80,16 @@ TEST(Companions, OfAMeshAreNotRead) {
 }
 
 TEST(Files, OfAnyNameAreReadAndNothingIsLeftBehind) {
-  const Folder folder;
+  const ScratchFolder folder;
   setenv("XDG_RUNTIME_DIR", folder.Path().c_str(), 1);
   const std::string path = folder.Write("name \xFF\n'$x.MSH", kTriangle);
   const ExchangeRun::Result result = Import(path);
   EXPECT_NE(result.model, nullptr) << result.reason.key;
   EXPECT_EQ(folder.Names().size(), 1U);
-  EXPECT_EQ(Import(folder.Path() + "/none.msh").reason.key, "IDS_WB_IMPORT_MISSING");
+  EXPECT_EQ(Import((folder / "none.msh").string()).reason.key, "IDS_WB_IMPORT_MISSING");
   EXPECT_EQ(Import(folder.Path()).reason.key, "IDS_WB_IMPORT_DIRECTORY");
-  ASSERT_EQ(mkfifo((folder.Path() + "/pipe.msh").c_str(), 0600), 0);
-  EXPECT_EQ(Import(folder.Path() + "/pipe.msh").reason.key, "IDS_WB_IMPORT_UNREADABLE");
+  ASSERT_EQ(mkfifo(((folder / "pipe.msh").string()).c_str(), 0600), 0);
+  EXPECT_EQ(Import((folder / "pipe.msh").string()).reason.key, "IDS_WB_IMPORT_UNREADABLE");
   unsetenv("XDG_RUNTIME_DIR");
 }
 
@@ -100,7 +101,7 @@ class Claims : public ::testing::TestWithParam<Claim> {};
 
 /// Small files that a library would take gigabytes for.
 TEST_P(Claims, AreRefusedBeforeMemoryIsTaken) {
-  const Folder folder;
+  const ScratchFolder folder;
   ExchangeRun::Task task =
       RealTask(folder.Write("x.msh", std::string("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n") + GetParam().rest));
   task.limits.memory = std::uint64_t{256} << 20;
@@ -122,8 +123,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 /// The library's reader of shapes waits for ever for a number where the file is at its end.
 TEST(Shapes, WithoutTheirMiddleAreRefusedAtOnce) {
-  const Folder folder;
-  RunToEnd(QD_MAKE_MODELS, {"box", folder.Path() + "/box.brep"});
+  const ScratchFolder folder;
+  RunToEnd(QD_MAKE_MODELS, {"box", (folder / "box.brep").string()});
   const std::string sound = folder.Read("box.brep");
   const std::size_t star = sound.rfind('*');
   ASSERT_NE(star, std::string::npos);
@@ -142,7 +143,7 @@ TEST(Shapes, WithoutTheirMiddleAreRefusedAtOnce) {
 }
 
 TEST(Triangles, OfRealProgramsAreRead) {
-  const Folder folder;
+  const ScratchFolder folder;
   const std::string facet =
       "facet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n";
   std::string capitals = "solid a\n" + facet + "endsolid a\n";
@@ -156,7 +157,7 @@ TEST(Triangles, OfRealProgramsAreRead) {
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST(Memory, BeyondTheLimitIsRefusedAndNamed) {
-  const Folder folder;
+  const ScratchFolder folder;
   constexpr int kNodes = 500'000;
   std::string mesh = "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$Nodes\n" + std::to_string(kNodes) + "\n";
   for (int i = 1; i <= kNodes; ++i) mesh += std::to_string(i) + " 0 0 " + std::to_string(i) + "\n";
@@ -212,11 +213,11 @@ bool IsInItsCell(pid_t process) {
 /// The child is stopped, so that it neither writes to the pipe, which would end it too, nor looks who its parent
 /// is: as busy in a library, and for longer than any.
 TEST(AKilledWorkbench, TakesItsChildWithIt) {
-  const Folder folder;
-  RunToEnd(QD_MAKE_MODELS, {"grid", "60", folder.Path() + "/grid.step"});
+  const ScratchFolder folder;
+  RunToEnd(QD_MAKE_MODELS, {"grid", "60", (folder / "grid.step").string()});
   const pid_t workbench = fork();
   if (workbench == 0) {
-    Import(folder.Path() + "/grid.step");
+    Import((folder / "grid.step").string());
     _exit(0);
   }
   std::vector<pid_t> children;

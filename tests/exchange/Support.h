@@ -3,53 +3,12 @@
 #include <poll.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "workbench/exchange/watch/ChildProcess.h"
 
 namespace qd::test {
-
-/// A folder for the files of one test.
-class Folder {
- public:
-  Folder() {
-    const char* base = std::getenv("TMPDIR");
-    m_path = std::string(base != nullptr ? base : "/tmp") + "/qd_test.XXXXXX";
-    if (mkdtemp(m_path.data()) == nullptr) std::abort();
-  }
-  ~Folder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_path, ignored);
-  }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  const std::string& Path() const { return m_path; }
-  std::string Write(const std::string& name, const std::string& bytes) const {
-    std::ofstream(m_path + "/" + name, std::ios::binary) << bytes;
-    return m_path + "/" + name;
-  }
-  std::string Read(const std::string& name) const { return ReadAt(m_path + "/" + name); }
-  static std::string ReadAt(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-  }
-  std::set<std::string> Names() const {
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(m_path)) names.insert(entry.path().filename());
-    return names;
-  }
-
- private:
-  std::string m_path;
-};
 
 /// Runs a program until it ends, and gives what it wrote.
 inline workbench::ChildProcess::End RunToEnd(const std::string& program, const std::vector<std::string>& arguments,

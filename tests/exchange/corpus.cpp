@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "Support.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace {
@@ -28,14 +29,14 @@ struct Original {
 };
 
 std::vector<Original> Originals() {
-  const Folder folder;
+  const ScratchFolder folder;
   for (const char* name : {"pump.step", "specks.step", "box.igs", "box.brep", "mixed.brep", "specks.brep"}) {
     const std::string model = std::string(name).substr(0, std::string(name).find('.'));
-    RunToEnd(QD_MAKE_MODELS, {model, folder.Path() + "/" + name});
+    RunToEnd(QD_MAKE_MODELS, {model, (folder / name).string()});
   }
-  RunToEnd(QD_MAKE_MODELS, {"grid", "6", folder.Path() + "/grid.step"});
+  RunToEnd(QD_MAKE_MODELS, {"grid", "6", (folder / "grid.step").string()});
   RunToEnd(QD_MAKE_MESHES, {folder.Path()});
-  folder.Write("bracket.inp", Folder::ReadAt(QD_SOURCE_FOLDER "/examples/bracket.inp"));
+  folder.Write("bracket.inp", ScratchFolder::ReadAt(QD_SOURCE_FOLDER "/examples/bracket.inp"));
   std::vector<Original> originals;
   for (const std::string& name : folder.Names()) {
     originals.push_back({name, name.substr(name.rfind('.')), folder.Read(name)});
@@ -153,7 +154,8 @@ ExchangeRun::Result Import(const std::string& path) {
   return run.Run(listener);
 }
 
-void RunOne(std::uint64_t seed, const std::vector<Original>& originals, const Folder& folder, Ledger& ledger) {
+void RunOne(std::uint64_t seed, const std::vector<Original>& originals, const ScratchFolder& folder,
+            Ledger& ledger) {
   const Original file = Damage(seed).Apply(originals);
   const std::string path = folder.Write(std::to_string(seed) + file.ending, file.bytes);
   const auto start = std::chrono::steady_clock::now();
@@ -164,7 +166,7 @@ void RunOne(std::uint64_t seed, const std::vector<Original>& originals, const Fo
 }
 
 /// Whole files are read: otherwise damaged ones would show nothing.
-bool AreRead(const std::vector<Original>& originals, const Folder& folder) {
+bool AreRead(const std::vector<Original>& originals, const ScratchFolder& folder) {
   bool good = true;
   for (const Original& original : originals) {
     const ExchangeRun::Result result = Import(folder.Write(original.name, original.bytes));
@@ -189,7 +191,7 @@ int main(int argc, char** argv) {
     std::cerr << "only " << originals.size() << " files to begin with\n";
     return 1;
   }
-  const Folder folder;
+  const ScratchFolder folder;
   if (!AreRead(originals, folder)) return 1;
   Ledger ledger;
   std::atomic<std::uint64_t> next = first;

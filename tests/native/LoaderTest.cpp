@@ -9,6 +9,7 @@
 #include <string>
 
 #include "platform/Version.h"
+#include "support/ScratchFolder.h"
 
 namespace qd::test {
 namespace {
@@ -134,7 +135,8 @@ TEST_F(Loader, APluginBuiltAgainstAnotherVersionIsRefused) {
 TEST_F(Loader, LoadingTwiceIsOneModuleAndASecondCopyIsRefused) {
   const HMODULE first = LoadLibraryW((Here() / "QD_wrt.dll").c_str());
   EXPECT_EQ(LoadLibraryW((Here() / "QD_wrt.dll").c_str()), first);
-  const fs::path copy = fs::temp_directory_path() / "QD_copy.dll";
+  const ScratchFolder folder;
+  const fs::path copy = folder / "QD_copy.dll";
   fs::copy_file(Here() / "QD_wrt.dll", copy, fs::copy_options::overwrite_existing);
   EXPECT_EQ(LoadLibraryW(copy.c_str()), nullptr);
   EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_DLL_INIT_FAILED));
@@ -146,7 +148,6 @@ TEST_F(Loader, LoadingTwiceIsOneModuleAndASecondCopyIsRefused) {
   const HMODULE alone = LoadLibraryW(copy.c_str());
   EXPECT_NE(alone, nullptr);
   FreeLibrary(alone);
-  fs::remove(copy);
 }
 
 /// The plugin forgets its pane: the windows are the system's then, and do nothing.
@@ -196,18 +197,16 @@ DWORD RunIn(const fs::path& folder, const std::wstring& program) {
 }
 
 TEST_F(Loader, AProgramWithoutTheModuleDoesNotStart) {
-  const fs::path folder = fs::temp_directory_path() / "without_module";
-  fs::create_directories(folder);
+  const ScratchFolder folder;
   fs::copy_file(Here() / "native_workbench.exe", folder / "native_workbench.exe",
                 fs::copy_options::overwrite_existing);
-  const DWORD ended = RunIn(folder, L"native_workbench.exe");
+  const DWORD ended = RunIn(folder.Path(), L"native_workbench.exe");
   EXPECT_TRUE(ended == 0xC0000135 || ended == ERROR_MOD_NOT_FOUND || (ended & 0xFF) == 0x35) << std::hex << ended;
   // Something else under its name is no library.
   std::filesystem::copy_file(Here() / "native_workbench.exe", folder / "QD_wrt.dll",
                              fs::copy_options::overwrite_existing);
   std::filesystem::resize_file(folder / "QD_wrt.dll", 1000);
-  EXPECT_NE(RunIn(folder, L"native_workbench.exe"), 0U);
-  fs::remove_all(folder);
+  EXPECT_NE(RunIn(folder.Path(), L"native_workbench.exe"), 0U);
 }
 
 }  // namespace

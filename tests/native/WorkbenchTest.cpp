@@ -11,6 +11,7 @@
 
 #include "host/ProductVariant.h"
 #include "native/Input.h"
+#include "support/ScratchFolder.h"
 #include "workbench/native/Commands.h"
 #include "workbench/native/MainFrame.h"
 #include "workbench/text/Utf8.h"
@@ -109,16 +110,13 @@ struct BadFile {
 class WorkbenchFiles : public WorkbenchTest, public ::testing::WithParamInterface<BadFile> {};
 
 TEST_P(WorkbenchFiles, AreRefusedAndChangeNothing) {
-  const fs::path folder = fs::temp_directory_path() / "native_workbench";
-  fs::create_directories(folder);
+  const ScratchFolder folder;
   const fs::path file = folder / GetParam().file;
-  fs::remove_all(file);
   if (GetParam().contents != nullptr) std::ofstream(file, std::ios::binary) << GetParam().contents;
   const std::string before = Tree();
   Import(file);
   EXPECT_NE(Said().find(GetParam().said), CString::npos) << ToUtf8(Said());
   EXPECT_EQ(Tree(), before);
-  fs::remove_all(folder);
 }
 INSTANTIATE_TEST_SUITE_P(Kinds, WorkbenchFiles,
                          ::testing::Values(BadFile{"missing", L"none.inp", nullptr, L"the file does not exist"},
@@ -247,7 +245,8 @@ TEST_F(WorkbenchTest, PropertiesAreEditedInPlace) {
 }
 
 TEST_F(WorkbenchTest, ClosingWhileAFileIsReadEndsCleanly) {
-  const fs::path file = fs::temp_directory_path() / "native_large.inp";
+  const ScratchFolder folder;
+  const fs::path file = folder / "large.inp";
   {
     std::ofstream out(file);
     out << "*NODE\n";
@@ -257,7 +256,6 @@ TEST_F(WorkbenchTest, ClosingWhileAFileIsReadEndsCleanly) {
   EXPECT_TRUE(m_frame->IsImporting());
   DestroyWindow(m_frame->Handle());
   m_frame.reset();
-  fs::remove(file);
 }
 
 TEST_F(WorkbenchTest, FilesAreImportedOneAfterAnother) {
@@ -270,7 +268,8 @@ TEST_F(WorkbenchTest, FilesAreImportedOneAfterAnother) {
 }
 
 TEST_F(WorkbenchTest, AnImportIsCancelled) {
-  const fs::path file = fs::temp_directory_path() / "native_cancel.inp";
+  const ScratchFolder folder;
+  const fs::path file = folder / "cancel.inp";
   {
     std::ofstream out(file);
     out << "*NODE\n";
@@ -284,7 +283,6 @@ TEST_F(WorkbenchTest, AnImportIsCancelled) {
   for (int i = 0; i < 200 && m_frame->IsImporting(); ++i) Play(Input().Wait(10));
   EXPECT_NE(Said().find(L"import cancelled"), CString::npos) << ToUtf8(Said());
   EXPECT_EQ(Data().GetMsetPool().Count(), 0U);
-  fs::remove(file);
 }
 
 }  // namespace

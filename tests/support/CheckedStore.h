@@ -12,6 +12,7 @@
 #include <map>
 
 #include "support/DocumentScript.h"
+#include "support/ScratchFolder.h"
 #include "workbench/store/DocumentFile.h"
 #include "workbench/store/RecordCheck.h"
 #endif
@@ -65,13 +66,8 @@ class CheckedStore final : public workbench::IRecordStore {
     EXPECT_EQ(check.Mended(), std::vector<std::string>()) << "after act " << m_acts;
   }
   void ExpectCopyOpens() const {
-    namespace fs = std::filesystem;
-    // A file in memory: nothing here is to outlive the machine.
-    const fs::path memory = "/dev/shm";
-    static const fs::path folder = fs::is_directory(memory) ? memory : fs::temp_directory_path();
-    static std::atomic<int> number{0};
-    const std::string path =
-        (folder / ("qd_checked_" + std::to_string(getpid()) + "_" + std::to_string(++number) + ".qdw")).string();
+    const ScratchFolder folder(ScratchFolder::Place::Memory);
+    const std::string path = (folder / "copy.qdw").string();
     workbench::Database copy;
     for (const auto& [itr, record] : m_kept) copy.Load(itr, record);
     workbench::Database opened;
@@ -79,7 +75,6 @@ class CheckedStore final : public workbench::IRecordStore {
     EXPECT_NE(workbench::DocumentFile::Create(path, copy, error), nullptr) << error.detail;
     EXPECT_NE(workbench::DocumentFile::Open(path, opened, error), nullptr) << error.detail;
     EXPECT_EQ(Contents(opened), Contents(copy)) << "after act " << m_acts;
-    fs::remove(path);
   }
 
   workbench::Database& m_data;

@@ -5,10 +5,10 @@
 
 #include <filesystem>
 #include <memory>
-#include <random>
 #include <string>
 
 #include "support/DocumentScript.h"
+#include "support/ScratchFolder.h"
 #include "workbench/store/DocumentFile.h"
 
 namespace qd::test {
@@ -16,12 +16,6 @@ namespace qd::test {
 /// A folder with documents in it, which goes with the test.
 class DocumentFolder : public ::testing::Test {
  protected:
-  DocumentFolder()
-      : m_folder(std::filesystem::temp_directory_path() /
-                 ("qd_document_" + std::to_string(std::random_device{}()))) {
-    std::filesystem::create_directories(m_folder);
-  }
-  ~DocumentFolder() override { std::filesystem::remove_all(m_folder); }
   std::string Path(const char* name) const { return (m_folder / name).string(); }
 
   /// A database with its file.
@@ -63,7 +57,7 @@ class DocumentFolder : public ::testing::Test {
     sqlite3_close(handle);
   }
 
-  std::filesystem::path m_folder;
+  ScratchFolder m_folder;
 };
 
 }  // namespace qd::test
