@@ -29,6 +29,13 @@
 #include "workbench/exchange/child/Sink.h"
 #include "workbench/exchange/formats/InpFile.h"
 
+#if defined(__SANITIZE_THREAD__)
+// Nobody reads what it writes, and it ends without going through the ends of its threads: a race ends it at once.
+extern "C" const char* __tsan_default_options();
+extern "C" const char* __tsan_default_options() {
+  return "halt_on_error=1";
+}
+#endif
 #if defined(__SANITIZE_ADDRESS__)
 // Looking for leaks starts a process of its own, which the cell forbids.
 extern "C" const char* __asan_default_options();
