@@ -341,17 +341,23 @@ TEST_P(BadBdf, IsNoticedBeforeTheLibraryPassesItOver) {
 }
 INSTANTIATE_TEST_SUITE_P(
     Texts, BadBdf,
-    ::testing::Values(BadCase{"CTRIA3,1,1,1,2,3\nCORD2R,1,,0.,0.,0.\nENDDATA\n", ""},
-                      BadCase{"CTETRA         1       1       1       2       3       4\nENDDATA\n", ""},
-                      BadCase{"CHEXA          1       1       1       2       3       4       5       6+\n"
-                              "+              7       8\nENDDATA\n",
-                              ""},
-                      BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7,8\nENDDATA\n", ""},
-                      BadCase{"CTRIA9,1,1,1,2,3\nENDDATA\n", "IDS_WB_IMPORT_INP_TYPE 4: CTRIA9"},
-                      BadCase{"CTRIA3,1,1,1,2\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CTRIA3"},
-                      BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CHEXA"},
-                      BadCase{"CELAS1,1,1,1,2\nCELAS1,2,1,1,2\nENDDATA\n", "IDS_WB_NOTE_LEFT_OUT CELAS1"},
-                      BadCase{"CTRIA3,1,1,1,2,3\n", "IDS_WB_IMPORT_TRUNCATED "}));
+    ::testing::Values(
+        BadCase{"CTRIA3,1,1,1,2,3\nCORD2R,1,,0.,0.,0.\nENDDATA\n", "IDS_WB_NOTE_SECTIONS 1 (CORD2R)"},
+        BadCase{"MAT1,1,210000.\nGRID,7,,0.,0.,0.\nCTRIA3,1,1,1,2,3,7.5\nGRID*                  5\n*\n"
+                "FORCE,1,1\nMAT1,2,1.\nENDDATA\n",
+                "IDS_WB_NOTE_SECTIONS 3 (MAT1, FORCE)IDS_WB_NOTE_LOOSE_NODES 2 (5, 7)"},
+        BadCase{"GRID,1,,0.,0.,0.\nCBAR,1,1,1,2,7\nGRID,7,,0.,0.,0.\nENDDATA\n", "IDS_WB_NOTE_LOOSE_NODES 1 (7)"},
+        BadCase{"CTETRA         1       1       1       2       3       4\nENDDATA\n", ""},
+        BadCase{"CHEXA          1       1       1       2       3       4       5       6+\n"
+                "+              7       8\nENDDATA\n",
+                ""},
+        BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7,8\nENDDATA\n", ""},
+        BadCase{"CTRIA9,1,1,1,2,3\nENDDATA\n", "IDS_WB_IMPORT_INP_TYPE 4: CTRIA9"},
+        BadCase{"CTRIA3,1,1,1,2\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CTRIA3"},
+        BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CHEXA"},
+        BadCase{"CELAS1,1,1,1,2\nCELAS1,2,1,1,2\nENDDATA\n",
+                "IDS_WB_NOTE_LEFT_OUT 2 (CELAS1)IDS_WB_NOTE_LOOSE_NODES 1 (1)"},
+        BadCase{"CTRIA3,1,1,1,2,3\n", "IDS_WB_IMPORT_TRUNCATED "}));
 
 }  // namespace
 }  // namespace qd::test

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <sstream>
 #include <unordered_set>
+#include <utility>
 
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/Format.h"
@@ -43,7 +44,9 @@ std::string Outcome(const std::string& name, const std::string& bytes) {
         }
       }
     }
-    for (const ImportNote& note : model.notes) outcome << note.key << " " << note.detail;
+    const char* divider = "";
+    for (const ImportNote& note : model.notes)
+      outcome << std::exchange(divider, "; ") << note.key << " " << note.detail;
   } catch (const ImportError& error) {
     outcome << error.key << " " << error.detail;
   }
@@ -133,7 +136,9 @@ TEST_P(MshForm, GivesTheSame) {
   const auto [version, form] = GetParam();
   const std::string name = version == std::string("1") ? "Group 5" : "Plate A";
   EXPECT_EQ(Outcome("plate.msh", Plate(version, form)),
-            name + ": 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) 4 (0 1 0) type 2 2: 1 2 3; 3: 1 3 4; ");
+            name + ": 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) 4 (0 1 0) type 2 2: 1 2 3; 3: 1 3 4; " +
+                (version == std::string("1") ? "" : "IDS_WB_NOTE_SECTIONS 1 ($NodeData); ") +
+                "IDS_WB_NOTE_SIDES 1 (Line 2)");
 }
 
 INSTANTIATE_TEST_SUITE_P(Files, MshForm,
@@ -161,6 +166,11 @@ TEST_P(MeshFile, IsReadOrRefused) {
 
 std::string Msh(const std::string& head, const std::string& rest) {
   return head + rest;
+}
+/// With the line ends of systems of long ago.
+std::string WithReturns(std::string text) {
+  std::replace(text.begin(), text.end(), '\n', '\r');
+  return text;
 }
 std::string Elements(const std::string& lines) {
   return Msh(kHead, kNodes) + "$Elements\n" + lines + "$EndElements\n";
@@ -198,6 +208,28 @@ INSTANTIATE_TEST_SUITE_P(
                  "$Nodes\n3\n1 0 0 0\n2147483647 1 1 0\n2 1 0 0\n$EndNodes\n"
                  "$Elements\n1\n2147483647 2 4 2147483647 1 1 2147483647 1 2 2147483647\n$EndElements\n"),
              "Group 2147483647: 1 (0 0 0) 2 (1 0 0) 2147483647 (1 1 0) type 2 2147483647: 1 2 2147483647; "},
+        Case{"LooseNodes", "x.msh",
+             Msh(kHead,
+                 "$Nodes\n5\n9 0 0 0\n1 0 0 0\n8 0 1 0\n2 1 0 0\n7 1 1 0\n$EndNodes\n"
+                 "$Elements\n1\n1 1 2 5 1 1 2\n$EndElements\n"),
+             "Group 5: 1 (0 0 0) 2 (1 0 0) type 1 1: 1 2; IDS_WB_NOTE_LOOSE_NODES 3 (7, 8, 9)"},
+        Case{"EmptyGroup", "x.msh",
+             std::string(kHead) + "$PhysicalNames\n2\n2 5 \"Skin\"\n1 5 \"Rim\"\n$EndPhysicalNames\n" + kNodes +
+                 "$Elements\n1\n1 2 2 5 1 1 2 3\n$EndElements\n",
+             "Skin: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 1: 1 2 3; IDS_WB_NOTE_EMPTY_GROUPS 1 (Rim)"},
+        Case{"BarePoints", "x.msh", Elements("3\n1 15 2 0 1 1\n2 15 2 0 2 2\n3 2 2 0 1 1 2 3\n"),
+             "Mesh 1: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 3: 1 2 3; IDS_WB_NOTE_SIDES 2 (Point)"},
+        // A beam that goes on from the corner of a plate bounds nothing.
+        Case{"BareBeam", "x.msh",
+             Msh(kHead,
+                 "$Nodes\n4\n1 0 0 0\n2 1 0 0\n3 1 1 0\n4 2 0 0\n$EndNodes\n"
+                 "$Elements\n3\n1 1 2 0 7 1 2\n2 1 2 0 8 2 4\n3 2 2 0 1 1 2 3\n$EndElements\n"),
+             "Mesh 8: 2 (1 0 0) 4 (2 0 0) type 1 2: 2 4; Mesh 1: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 3: 1 2 3; "
+             "IDS_WB_NOTE_SIDES 1 (Line 2)"},
+        Case{"BareReturns", "x.msh", WithReturns(Elements("1\n1 2 2 5 1 1 2 3\n")),
+             "Group 5: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 1: 1 2 3; "},
+        Case{"LongLine", "x.msh", Msh(kHead, "$" + std::string(5000, 'N') + "\n$EndN\n"),
+             "IDS_WB_IMPORT_LONG_LINE 4: $NNNNNNNNNNNNNNNNNNN"},
         Case{"OfTwoGroups", "x.msh", Elements("3\n1 2 2 5 1 1 2 3\n2 2 2 5 1 1 3 2\n1 2 2 6 1 1 2 3\n"),
              "Group 5: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 1: 1 2 3; 2: 1 3 2; IDS_WB_NOTE_SHARED_SET Group 6"},
         Case{"TwoOfOneNumber", "x.msh", Elements("2\n1 2 2 5 1 1 2 3\n1 2 2 5 1 1 3 2\n"),
@@ -245,6 +277,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Text", "x.stl", "solid block\n" + kOne + "endsolid block\n", kBlock},
         Case{"Capitals", "x.stl", Upper("solid block\n" + kOne + "endsolid block\n"), kCapitals},
         Case{"CarriageReturns", "x.stl", "solid block\r\n" + kOne + "endsolid\r\n", kBlock},
+        Case{"BareReturns", "x.stl", WithReturns("solid block\n" + kOne + "endsolid block\n"), kBlock},
         Case{"EmptyFirst", "x.stl", "solid a\nendsolid a\nsolid block\n" + kOne + "endsolid block\n", kBlock},
         Case{"EqualCorners", "x.stl", "solid\n" + kOne + Facet("1 0 0,1 1 0,-0.0 1 0") + "endsolid\n",
              "Mesh 1: 1 (0 0 0) 2 (1 0 0) 3 (0 1 0) 4 (1 1 0) type 2 1: 1 2 3; 2: 2 4 3; "},
@@ -282,15 +315,46 @@ INSTANTIATE_TEST_SUITE_P(
                  DataSet("780", "7 41 1 4 1 1 7 3\n1 2 3\n"),
              kUnvBare},
         Case{"Named", "x.unv",
-             "\r\n" + kUnvNodes + DataSet("   164", "1 anything -1\n") + kUnvTriangle +
+             "\r\n" + DataSet("   151", "anything\n") + kUnvNodes + kUnvTriangle +
                  DataSet("2477", "1 0 0 0 0 0 0 1\nSkin\n8 7 0 0\n"),
              kUnvNamed},
         Case{"OfTwoGroups", "x.unv",
              kUnvNodes + kUnvTriangle +
                  DataSet("2467", "1 0 0 0 0 0 0 1\nSkin\n8 7 0 0\n2 0 0 0 0 0 0 1\nOther\n8 7 0 0\n"),
              kUnvNamed + "IDS_WB_NOTE_SHARED_SET Other"},
-        Case{"Spring", "x.unv", kUnvNodes + DataSet("2412", "9 136 1 1 1 2\n1 2\n") + kUnvTriangle,
-             kUnvBare + "IDS_WB_NOTE_LEFT_OUT 136"},
+        Case{"Springs", "x.unv",
+             kUnvNodes + DataSet("2412", "9 136 1 1 1 2\n1 2\n8 136 1 1 1 2\n2 3\n6 161 1 1 1 1\n1\n") +
+                 kUnvTriangle + DataSet("2467", "1 0 0 0 0 0 0 2\nSkin\n8 7 0 0 8 9 0 0\n"),
+             kUnvNamed + "IDS_WB_NOTE_LEFT_OUT 3 (136, 161)"},
+        Case{"LooseNodes", "x.unv",
+             DataSet("2411", "11 1 1 11\n0. 0. 0.\n12 1 1 11\n0. 0. 0.\n") + kUnvNodes + kUnvTriangle,
+             kUnvBare + "IDS_WB_NOTE_LOOSE_NODES 2 (11, 12)"},
+        Case{"OtherDataSets", "x.unv",
+             DataSet("   164", "1 anything -1\n") + kUnvNodes + kUnvTriangle + DataSet("55", "x\n"),
+             kUnvBare + "IDS_WB_NOTE_SECTIONS 2 (164, 55)"},
+        Case{"GroupsOfNodes", "x.unv",
+             kUnvNodes + kUnvTriangle +
+                 DataSet(
+                     "2467",
+                     "1 0 0 0 0 0 0 3\nFixed\n7 1 0 0 7 2 0 0\n7 3 0 0\n2 0 0 0 0 0 0 2\nSkin\n7 1 0 0 8 7 0 0\n"
+                     "3 0 0 0 0 0 0 0\nNone\n"),
+             kUnvNamed + "IDS_WB_NOTE_GROUP_ENTRIES 4 (Fixed, Skin); IDS_WB_NOTE_EMPTY_GROUPS 2 (Fixed, None)"},
+        Case{"GroupOfMissing", "x.unv",
+             kUnvNodes + kUnvTriangle + DataSet("2467", "1 0 0 0 0 0 0 3\nSkin\n8 7 0 0 8 8 0 0\n8 9 0 0\n"),
+             kUnvNamed + "IDS_WB_NOTE_GROUP_MISSING 2 (Skin)"},
+        // Fewer entries than announced: what stands behind is read nevertheless.
+        Case{"ShortGroup", "x.unv",
+             kUnvNodes + kUnvTriangle + DataSet("2467", "1 0 0 0 0 0 0 4\nOther\n8 3 0 0\n") +
+                 DataSet("2467", "2 0 0 0 0 0 0 1\nSkin\n8 7 0 0\n"),
+             kUnvNamed + "IDS_WB_NOTE_GROUP_SHORT 1 (Other); IDS_WB_NOTE_GROUP_MISSING 1 (Other); "
+                         "IDS_WB_NOTE_EMPTY_GROUPS 1 (Other)"},
+        Case{"NoHeadOfGroup", "x.unv", kUnvNodes + kUnvTriangle + DataSet("2467", "1 0 0 1\nSkin\n8 7 0 0\n"),
+             "IDS_WB_IMPORT_OUTLINE 17: 1 0 0 1"},
+        Case{"OlderGroup", "x.unv", kUnvNodes + kUnvTriangle + DataSet("2430", "1 0 0 0 0 0 0 2\nSkin\n8 7 7 1\n"),
+             kUnvNamed + "IDS_WB_NOTE_GROUP_ENTRIES 1 (Skin)"},
+        Case{"BareReturns", "x.unv", WithReturns(kUnvNodes + kUnvTriangle), kUnvBare},
+        Case{"LongLine", "x.unv", "-1\n2411\n1 1 1 1\n" + std::string(5000, '1') + "\n-1\n",
+             "IDS_WB_IMPORT_LONG_LINE 4: 11111111111111111111"},
         Case{"Claim", "x.unv", kUnvNodes + DataSet("2412", "7 91 4 1 7 1000000000\n1 2 3\n"),
              "IDS_WB_IMPORT_CLAIM 12: nodes 1000000000"},
         Case{"Count", "x.unv", kUnvNodes + DataSet("2412", "7 91 4 1 7 4\n1 2 3 3\n"),

@@ -89,6 +89,9 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Plain", "x.igs", Iges(kPoint, kPointToo, kTotals), "fine"},
         Case{"Fewer", "x.igs", Iges(kPoint, kPointToo, "S      1G      1D      2P      7"),
              "IDS_WB_IMPORT_TRUNCATED "},
+        Case{"BareReturns", "x.igs",
+             Card("a file", 'S', 1).substr(0, 80) + "\r" + Card("", 'T', 1).substr(0, 80) + "\r",
+             "IDS_WB_IMPORT_LINE_ENDS .igs"},
         Case{"BeyondTheEnd", "x.igs",
              Iges("     116       9       0       0       0       0       0       000000000", kPointToo, kTotals),
              "IDS_WB_IMPORT_OUTLINE 4: D"},
@@ -117,6 +120,8 @@ INSTANTIATE_TEST_SUITE_P(
     Bdf, Outline,
     ::testing::Values(Case{"Comment", "x.bdf", "$ a comment\nGRID,1,,0.,0.,0.\n", "fine"},
                       Case{"Control", "x.nas", "SOL 101\nCEND\nBEGIN BULK\nENDDATA\n", "fine"},
+                      Case{"BareReturns", "x.bdf", "$ a comment\rGRID,1,,0.,0.,0.\r",
+                           "IDS_WB_IMPORT_LINE_ENDS .bdf"},
                       Case{"Script", "x.bdf", "// $\nSystemCall \"x\";\n// GRID\n", "IDS_WB_IMPORT_FOREIGN .bdf"}),
     [](const auto& test) { return test.param.name; });
 

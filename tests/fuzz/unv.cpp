@@ -1,11 +1,15 @@
-// Groups of universal files.
+// Universal files.
 
 #include <cstdint>
 
 #include "fuzz/Input.h"
-#include "workbench/exchange/formats/UnvGroups.h"
+#include "workbench/exchange/formats/UnvFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  qd::workbench::ReadUnvGroups(qd::fuzz::FileOf(data, size, "unv"));
+  using namespace qd::workbench;
+  try {
+    ReadUnvFile(qd::fuzz::FileOf(data, size, "unv"), {});
+  } catch (const ImportError&) {
+  }
   return 0;
 }

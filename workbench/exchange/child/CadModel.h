@@ -3,8 +3,8 @@
 #include <TopoDS_Shape.hxx>
 #include <vector>
 
-#include "workbench/exchange/child/NoteCounts.h"
 #include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 
 namespace qd::workbench {
 

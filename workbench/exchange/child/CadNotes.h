@@ -3,7 +3,7 @@
 #include <TopoDS_Shape.hxx>
 #include <XSControl_Reader.hxx>
 
-#include "workbench/exchange/child/NoteCounts.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 
 namespace qd::workbench {
 

@@ -15,9 +15,9 @@
 #include <streambuf>
 #include <utility>
 
-#include "workbench/exchange/child/NoteCounts.h"
 #include "workbench/exchange/child/Shapes.h"
 #include "workbench/exchange/child/StepWriter.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 
 namespace qd::workbench {
 

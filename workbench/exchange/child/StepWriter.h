@@ -5,8 +5,8 @@
 #include <ostream>
 #include <vector>
 
-#include "workbench/exchange/child/NoteCounts.h"
 #include "workbench/exchange/child/StepStructure.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 
 namespace qd::workbench {
 

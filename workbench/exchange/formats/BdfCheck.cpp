@@ -1,27 +1,30 @@
 #include "workbench/exchange/formats/BdfCheck.h"
 
 #include <algorithm>
-#include <fstream>
+#include <charconv>
+#include <iterator>
 #include <map>
-#include <set>
 
+#include "workbench/exchange/formats/FileScan.h"
 #include "workbench/exchange/formats/InpLines.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 #include "workbench/text/Ascii.h"
 
 namespace qd::workbench {
 
 namespace {
 
-/// Elements that are read, with the least number of their nodes and the number of fields before these.
+/// Elements that are read, with the least and the largest number of their nodes, which stand behind two fields.
 struct Known {
-  std::size_t nodes;
-  std::size_t before;
+  std::size_t least;
+  std::size_t most;
 };
+constexpr std::size_t kBeforeNodes = 2;
 const std::map<std::string, Known>& KnownElements() {
   static const std::map<std::string, Known> kKnown{
-      {"CROD", {2, 2}},   {"CBAR", {2, 2}},   {"CBEAM", {2, 2}},  {"CTRIA3", {3, 2}}, {"CTRIAR", {3, 2}},
-      {"CTRIA6", {3, 2}}, {"CQUAD4", {4, 2}}, {"CQUADR", {4, 2}}, {"CQUAD8", {4, 2}}, {"CQUAD", {4, 2}},
-      {"CTETRA", {4, 2}}, {"CPYRAM", {5, 2}}, {"CPYRA5", {5, 2}}, {"CPENTA", {6, 2}}, {"CHEXA", {8, 2}}};
+      {"CROD", {2, 2}},    {"CBAR", {2, 2}},    {"CBEAM", {2, 2}},   {"CTRIA3", {3, 3}},  {"CTRIAR", {3, 3}},
+      {"CTRIA6", {3, 6}},  {"CQUAD4", {4, 4}},  {"CQUADR", {4, 4}},  {"CQUAD8", {4, 8}},  {"CQUAD", {4, 9}},
+      {"CTETRA", {4, 10}}, {"CPYRAM", {5, 13}}, {"CPYRA5", {5, 13}}, {"CPENTA", {6, 15}}, {"CHEXA", {8, 20}}};
   return kKnown;
 }
 
@@ -67,40 +70,76 @@ struct Entry {
   std::vector<std::string> fields;
 };
 
-void CheckEntry(const Entry& entry, std::set<std::string>& leftOut) {
-  if (!entry.name.starts_with('C')) return;
-  const std::string place = std::to_string(entry.line) + ": " + entry.name;
-  const auto known = KnownElements().find(entry.name);
-  if (known == KnownElements().end()) {
-    bool isElement = false;
-    if (!IsPassedOver(entry.name, isElement)) throw ImportError{"IDS_WB_IMPORT_INP_TYPE", place};
-    if (isElement) leftOut.insert(entry.name);
-    return;
+/// What the library makes of the entries, and what it leaves out without a word.
+class Bulk {
+ public:
+  /// Throws an ImportError for an element that is unknown or lacks nodes.
+  void Add(const Entry& entry) {
+    if (entry.name.empty()) return;
+    const auto known = KnownElements().find(entry.name);
+    if (known != KnownElements().end()) {
+      AddElement(entry, known->second);
+    } else if (entry.name == "GRID") {
+      AddNumber(entry, 0, m_nodes);
+    } else {
+      bool isElement = false;
+      if (entry.name.starts_with('C') && !IsPassedOver(entry.name, isElement)) {
+        throw ImportError{"IDS_WB_IMPORT_INP_TYPE", PlaceOf(entry)};
+      }
+      m_notes.Add(isElement ? "IDS_WB_NOTE_LEFT_OUT" : "IDS_WB_NOTE_SECTIONS", entry.name);
+    }
   }
-  const auto first =
-      entry.fields.begin() + static_cast<std::ptrdiff_t>(std::min(known->second.before, entry.fields.size()));
-  const auto given =
-      std::count_if(first, entry.fields.end(), [](const std::string& field) { return !field.empty(); });
-  if (static_cast<std::size_t>(given) < known->second.nodes) throw ImportError{"IDS_WB_IMPORT_INP_COUNT", place};
-}
+
+  std::vector<ImportNote> Notes() {
+    std::sort(m_nodes.begin(), m_nodes.end());
+    m_nodes.erase(std::unique(m_nodes.begin(), m_nodes.end()), m_nodes.end());
+    std::sort(m_used.begin(), m_used.end());
+    std::vector<std::uint64_t> loose;
+    std::set_difference(m_nodes.begin(), m_nodes.end(), m_used.begin(), m_used.end(), std::back_inserter(loose));
+    for (const std::uint64_t node : loose) m_notes.Add("IDS_WB_NOTE_LOOSE_NODES", std::to_string(node));
+    return m_notes.Notes();
+  }
+
+ private:
+  static std::string PlaceOf(const Entry& entry) { return std::to_string(entry.line) + ": " + entry.name; }
+  static void AddNumber(const Entry& entry, std::size_t place, std::vector<std::uint64_t>& numbers) {
+    if (place >= entry.fields.size()) return;
+    const std::string& field = entry.fields[place];
+    std::uint64_t number = 0;
+    const auto [end, fault] = std::from_chars(field.data(), field.data() + field.size(), number);
+    if (fault == std::errc() && end == field.data() + field.size()) numbers.push_back(number);
+  }
+  void AddElement(const Entry& entry, const Known& known) {
+    const auto first =
+        entry.fields.begin() + static_cast<std::ptrdiff_t>(std::min(kBeforeNodes, entry.fields.size()));
+    const auto given =
+        std::count_if(first, entry.fields.end(), [](const std::string& field) { return !field.empty(); });
+    if (static_cast<std::size_t>(given) < known.least)
+      throw ImportError{"IDS_WB_IMPORT_INP_COUNT", PlaceOf(entry)};
+    for (std::size_t i = 0; i < known.most; ++i) AddNumber(entry, kBeforeNodes + i, m_used);
+  }
+
+  std::vector<std::uint64_t> m_nodes;
+  std::vector<std::uint64_t> m_used;  // by elements
+  NoteCounts m_notes;
+};
 
 }  // namespace
 
 std::vector<ImportNote> CheckBdfFile(const std::filesystem::path& path) {
-  std::ifstream in(path);
-  std::set<std::string> leftOut;
+  FileScan in(path);
+  Bulk bulk;
   Entry entry;
   bool begun = false;  // bulk data; a file may consist of nothing else
   bool ended = false;
-  std::size_t number = 0;
-  for (std::string line; !ended && std::getline(in, line);) {
-    ++number;
+  for (std::string line; !ended && in.RawRest(line);) {
     line.erase(std::min(line.find('$'), line.size()));
     if (Trimmed(line).empty()) continue;
     const std::string upper = UpperCase(line);
     if (upper.find("BEGIN") != std::string::npos && upper.find("BULK") != std::string::npos) {
       begun = true;
       entry = {};
+      bulk = {};  // what came before says how to solve
       continue;
     }
     ended = Trimmed(upper).starts_with("ENDDATA");
@@ -109,17 +148,14 @@ std::vector<ImportNote> CheckBdfFile(const std::filesystem::path& path) {
     std::erase(name, '*');
     const bool goesOn = name.empty() || name.starts_with('+');
     if (!goesOn) {
-      CheckEntry(entry, leftOut);
-      entry = {name, number, {}};
+      bulk.Add(entry);
+      entry = {name, in.Line(), {}};
     }
     entry.fields.insert(entry.fields.end(), fields.begin() + 1, fields.end());
   }
-  CheckEntry(entry, leftOut);
+  if (!entry.name.starts_with("ENDDATA")) bulk.Add(entry);
   if (begun && !ended) throw ImportError{"IDS_WB_IMPORT_TRUNCATED", ""};
-  std::vector<ImportNote> notes;
-  notes.reserve(leftOut.size());
-  for (const std::string& name : leftOut) notes.push_back({"IDS_WB_NOTE_LEFT_OUT", name});
-  return notes;
+  return bulk.Notes();
 }
 
 }  // namespace qd::workbench

@@ -38,6 +38,10 @@ bool FileScan::Fill() {
   if (m_buffer.empty()) return false;
   m_in.read(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
   if (!m_in) throw ImportError{"IDS_WB_IMPORT_UNREADABLE", ""};
+  if (m_before == 0 && std::find(m_buffer.begin(), m_buffer.end(), '\n') == m_buffer.end() &&
+      std::find(m_buffer.begin(), m_buffer.end(), '\r') != m_buffer.end()) {
+    m_lineEnd = '\r';
+  }
   if (m_progress) m_progress(static_cast<double>(m_before) / static_cast<double>(m_size));
   return true;
 }
@@ -92,9 +96,9 @@ bool FileScan::RawRest(std::string& line) {
   line.clear();
   m_place = m_line;
   if (Peek() == kEnd) return false;
-  for (int byte = Get(); byte != kEnd && byte != '\n'; byte = Get()) {
+  for (int byte = Get(); byte != kEnd && byte != m_lineEnd; byte = Get()) {
     line += static_cast<char>(byte);
-    if (line.size() > kLongestLine) Fail("IDS_WB_IMPORT_OUTLINE", std::string_view(line).substr(0, 20));
+    if (line.size() > kLongestLine) Fail("IDS_WB_IMPORT_LONG_LINE", std::string_view(line).substr(0, 20));
   }
   if (line.ends_with('\r')) line.pop_back();
   return true;
@@ -111,8 +115,8 @@ void FileScan::SkipPast(std::string_view wanted) {
     std::size_t same = 0;
     bool is = true;
     int byte = Get();
-    while (byte != '\n' && IsBlank(byte)) byte = Get();
-    for (; byte != kEnd && byte != '\n'; byte = Get()) {
+    while (byte != m_lineEnd && IsBlank(byte)) byte = Get();
+    for (; byte != kEnd && byte != m_lineEnd; byte = Get()) {
       if (same < wanted.size()) {
         is = is && byte == wanted[same++];
       } else {

@@ -14,7 +14,8 @@
 namespace qd::workbench {
 
 /// Goes once through a stranger's file, piece by piece, whatever its size: words, numbers and lines of text, or
-/// bytes. What is not there or not allowed is thrown as an ImportError that names the line.
+/// bytes. Lines end with LF, with CR and LF, or with CR where a file knows no LF. What is not there or not allowed
+/// is thrown as an ImportError that names the line.
 class FileScan {
  public:
   /// Opens the file; throws an ImportError when it cannot be read. `progress` gets the share done, 0 to 1.
@@ -35,7 +36,7 @@ class FileScan {
     const int byte = Peek();
     if (byte == kEnd) return kEnd;
     ++m_at;
-    if (byte == '\n') ++m_line;
+    if (byte == m_lineEnd) ++m_line;
     return byte;
   }
 
@@ -70,6 +71,7 @@ class FileScan {
   std::uint64_t m_size = 0;
   std::uint64_t m_before = 0;  // bytes of the file before the buffer
   std::size_t m_at = 0;
+  char m_lineEnd = '\n';
   std::size_t m_line = 1;   // of the next byte
   std::size_t m_place = 1;  // see Line
 };

@@ -29,6 +29,11 @@ FileEnds LookAt(const fs::path& path) {
   return ends;
 }
 
+/// Systems of long ago ended lines so.
+bool HasBareReturns(const FileEnds& ends) {
+  return (ends.head + ends.tail).find('\n') == std::string::npos && ends.head.find('\r') != std::string::npos;
+}
+
 std::string EndingOf(const fs::path& path) {
   return LowerCase(PathText(path.extension()));
 }
@@ -66,6 +71,10 @@ const Format* FormatOfPath(const fs::path& path) {
 std::vector<ImportNote> Format::Check(const fs::path& path) const {
   const FileEnds ends = LookAt(path);
   if (ends.size == 0) throw ImportError{"IDS_WB_IMPORT_EMPTY", ""};
+  // Our own readers take them, and to STEP lines are nothing; others would see one line, or only a comment.
+  if (ReadBy() != Engine::Own && ReadBy() != Engine::Step && HasBareReturns(ends)) {
+    throw ImportError{"IDS_WB_IMPORT_LINE_ENDS", EndingOf(path)};
+  }
   if (!Begins(ends)) throw ImportError{"IDS_WB_IMPORT_FOREIGN", EndingOf(path)};
   if (!IsFinished(ends)) throw ImportError{"IDS_WB_IMPORT_TRUNCATED", ""};
   return CheckBody(path);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <numeric>
 
+#include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/NumberHash.h"
 
 namespace qd::workbench {
@@ -91,33 +92,87 @@ void MeshGather::DropRepeated() {
   m_groups.swap(groups);
 }
 
-void MeshGather::AddNodes(MeshData& mesh) const {
+std::size_t MeshGather::PlaceOf(std::uint64_t node) const {
+  const auto at = std::lower_bound(m_nodes.begin(), m_nodes.end(), node);
+  return at != m_nodes.end() && *at == node ? static_cast<std::size_t>(at - m_nodes.begin()) : m_nodes.size();
+}
+
+bool MeshGather::IsSide(const Group& group, const MeshData& mesh) const {
+  const auto isTaken = [this](std::uint64_t node) {
+    const std::size_t place = PlaceOf(node);
+    return place == m_nodes.size() || m_nodeTaken[place];
+  };
+  return group.dimension == 0 || std::all_of(mesh.blocks.begin(), mesh.blocks.end(), [&](const auto& block) {
+           return std::all_of(block.nodeIds.begin(), block.nodeIds.end(), isTaken);
+         });
+}
+
+ImportedMeshSet MeshGather::SetOf(const Group& group, MeshData mesh) {
   for (const MeshData::Block& block : mesh.blocks) {
     mesh.nodeIds.insert(mesh.nodeIds.end(), block.nodeIds.begin(), block.nodeIds.end());
   }
   std::sort(mesh.nodeIds.begin(), mesh.nodeIds.end());
   mesh.nodeIds.erase(std::unique(mesh.nodeIds.begin(), mesh.nodeIds.end()), mesh.nodeIds.end());
   mesh.coordinates.reserve(mesh.nodeIds.size() * 3);
-  auto at = m_nodes.begin();
   for (const std::uint64_t node : mesh.nodeIds) {
-    at = std::lower_bound(at, m_nodes.end(), node);
-    if (at == m_nodes.end() || *at != node) throw ImportError{"IDS_WB_IMPORT_NODE", std::to_string(node)};
-    const double* point = &m_coordinates[static_cast<std::size_t>(at - m_nodes.begin()) * 3];
-    mesh.coordinates.insert(mesh.coordinates.end(), point, point + 3);
+    const std::size_t place = PlaceOf(node);
+    if (place == m_nodes.size()) throw ImportError{"IDS_WB_IMPORT_NODE", std::to_string(node)};
+    m_nodeTaken[place] = true;
+    mesh.coordinates.insert(mesh.coordinates.end(), &m_coordinates[place * 3], &m_coordinates[place * 3] + 3);
+  }
+  ImportedMeshSet set;
+  set.name = NameOf(group);
+  set.mesh = std::move(mesh);
+  return set;
+}
+
+void MeshGather::NoteLooseNodes() {
+  for (std::size_t place = 0; place < m_nodes.size(); ++place) {
+    if (!m_nodeTaken[place]) m_notes.Add("IDS_WB_NOTE_LOOSE_NODES", std::to_string(m_nodes[place]));
+  }
+}
+
+void MeshGather::NoteEmptyGroups(const std::map<Group, ImportedMeshSet>& sets) {
+  std::set<std::pair<int, std::int64_t>> filled;
+  const auto fill = [&filled](const Group& group) {
+    if (!group.bare) filled.insert({{group.dimension, group.number}, {-1, group.number}});
+  };
+  for (const auto& [group, set] : sets) fill(group);
+  for (const Group& group : m_shared) fill(group);
+  for (const auto& [group, name] : m_names) {
+    if (!filled.contains(group)) m_notes.Add("IDS_WB_NOTE_EMPTY_GROUPS", name);
   }
 }
 
 ImportedModel MeshGather::Take(bool hasSides) {
   SortNodes();
   DropRepeated();
-  ImportedModel model;
+  m_nodeTaken.assign(m_nodes.size(), false);
+  std::map<Group, ImportedMeshSet> sets;
+  const auto mayBeSide = [&](const Group& group) {
+    return hasSides && group.bare && group.dimension < m_dimension;
+  };
   for (auto& [group, mesh] : m_groups) {
-    if (hasSides && group.bare && group.dimension < m_dimension) continue;
-    ImportedMeshSet& set = model.meshSets.emplace_back();
-    set.name = NameOf(group);
-    set.mesh = std::move(mesh);
-    AddNodes(set.mesh);
+    if (!mayBeSide(group)) sets[group] = SetOf(group, std::move(mesh));
   }
+  // The higher ones come first, since they have the others as their sides.
+  for (auto at = m_groups.rbegin(); at != m_groups.rend(); ++at) {
+    auto& [group, mesh] = *at;
+    if (!mayBeSide(group)) continue;
+    if (!IsSide(group, mesh)) {
+      sets[group] = SetOf(group, std::move(mesh));
+      continue;
+    }
+    for (const MeshData::Block& block : mesh.blocks) {
+      const ElementType* type = FindElementType(block.elementType);
+      m_notes.Add("IDS_WB_NOTE_SIDES", std::string(type->name), block.elementIds.size());
+    }
+  }
+  NoteLooseNodes();
+  NoteEmptyGroups(sets);
+  ImportedModel model;
+  for (auto& [group, set] : sets) model.meshSets.push_back(std::move(set));
+  model.notes = m_notes.Notes();
   for (const Group& group : m_shared) model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", NameOf(group)});
   return model;
 }

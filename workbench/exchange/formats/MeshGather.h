@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 
 namespace qd::workbench {
 
@@ -33,8 +34,12 @@ class MeshGather {
   void Share(const Group& group) { m_shared.insert(group); }
   void Name(int dimension, std::int64_t number, const std::string& name) { m_names[{dimension, number}] = name; }
 
-  /// The sets with their nodes. Where bare entities are the sides of others, only those of the highest dimension
-  /// are the model. Throws an ImportError for a node that is missing or a number that is given twice.
+  /// What is to be said of the file; Take adds what it leaves out.
+  NoteCounts& Notes() { return m_notes; }
+
+  /// The sets with their nodes. Where bare entities may be the sides of others, those that have no nodes of their
+  /// own are no part of the model. Throws an ImportError for a node that is missing or a number that is given
+  /// twice.
   ImportedModel Take(bool hasSides);
 
  private:
@@ -42,7 +47,13 @@ class MeshGather {
   void SortNodes();
   /// Takes out elements that stand in the file once for each of their groups.
   void DropRepeated();
-  void AddNodes(MeshData& mesh) const;
+  /// Where a node stands among all, their number for none.
+  std::size_t PlaceOf(std::uint64_t node) const;
+  /// Whether all nodes of a bare entity are those of sets that were taken; so it is for points alone.
+  bool IsSide(const Group& group, const MeshData& mesh) const;
+  ImportedMeshSet SetOf(const Group& group, MeshData mesh);
+  void NoteLooseNodes();
+  void NoteEmptyGroups(const std::map<Group, ImportedMeshSet>& sets);
 
   std::vector<std::uint64_t> m_nodes;
   std::vector<double> m_coordinates;
@@ -53,6 +64,8 @@ class MeshGather {
   std::map<Group, MeshData> m_groups;
   std::set<Group> m_shared;
   std::map<std::pair<int, std::int64_t>, std::string> m_names;
+  std::vector<bool> m_nodeTaken;
+  NoteCounts m_notes;
 };
 
 }  // namespace qd::workbench

@@ -48,7 +48,10 @@ class Reader {
                      {"$Elements", "$EndElements", &Reader::Elements}};
     const auto* section = std::find_if(std::begin(kSections), std::end(kSections),
                                        [this](const auto& one) { return one.name == m_section; });
-    if (section == std::end(kSections)) return m_in.SkipPast("$End" + m_section.substr(1));
+    if (section == std::end(kSections)) {
+      if (m_section != "$Comments") m_mesh.Notes().Add("IDS_WB_NOTE_SECTIONS", m_section);
+      return m_in.SkipPast("$End" + m_section.substr(1));
+    }
     (this->*section->read)();
     if (m_in.Word() != section->end) m_in.Fail("IDS_WB_IMPORT_OUTLINE", section->end);
     std::string rest;

@@ -31,7 +31,7 @@ class Msh final : public Format {
  protected:
   /// The first line is one of these and nothing else; the oldest version has no number of it.
   bool Begins(const FileEnds& ends) const override {
-    const std::string_view first = Trimmed(std::string_view(ends.head).substr(0, ends.head.find('\n')));
+    const std::string_view first = Trimmed(std::string_view(ends.head).substr(0, ends.head.find_first_of("\r\n")));
     return ends.head.starts_with('$') && (first == "$MeshFormat" || first == "$NOD" || first == "$Comments");
   }
   bool IsFinished(const FileEnds& ends) const override {

@@ -34,7 +34,7 @@ class Unv final : public Format {
   bool Begins(const FileEnds& ends) const override {
     const std::size_t first = std::min(ends.head.find_first_not_of(" \t\r\n"), ends.head.size());
     const std::string_view line = std::string_view(ends.head).substr(first);
-    return Trimmed(line.substr(0, line.find('\n'))) == kMark;
+    return Trimmed(line.substr(0, line.find_first_of("\r\n"))) == kMark;
   }
   bool IsFinished(const FileEnds& ends) const override { return Trimmed(LastLine(ends.tail)) == kMark; }
 

@@ -73,12 +73,6 @@ struct ImportedMeshSet {
   MeshData mesh;
 };
 
-/// A named group of elements, by their numbers.
-struct NamedGroup {
-  std::string name;
-  std::vector<std::uint64_t> elements;
-};
-
 /// Something that the user should know of a file that was read nevertheless: a message key and a detail for it.
 struct ImportNote {
   std::string key;

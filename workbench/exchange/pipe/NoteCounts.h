@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -13,8 +14,8 @@ namespace qd::workbench {
 /// note: how often, and the first names.
 class NoteCounts {
  public:
-  /// `key` is the note's message key; `name` is what it is about, may be empty.
-  void Add(const std::string& key, const std::string& name);
+  /// `key` is the note's message key; `name` is what it is about, may be empty; `times` is how often it occurred.
+  void Add(const std::string& key, const std::string& name, std::uint64_t times = 1);
   bool IsEmpty() const { return m_kinds.empty(); }
   /// One note for each kind, in the order in which the kinds first occurred.
   std::vector<ImportNote> Notes() const;
@@ -22,7 +23,7 @@ class NoteCounts {
  private:
   struct Kind {
     std::string key;
-    std::size_t count = 0;
+    std::uint64_t count = 0;
     std::vector<std::string> names;  // the first few, each once
     bool more = false;               // there were other names
   };

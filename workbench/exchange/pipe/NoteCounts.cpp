@@ -1,4 +1,4 @@
-#include "workbench/exchange/child/NoteCounts.h"
+#include "workbench/exchange/pipe/NoteCounts.h"
 
 #include <algorithm>
 
@@ -19,11 +19,12 @@ std::string Shortened(const std::string& name) {
 
 }  // namespace
 
-void NoteCounts::Add(const std::string& key, const std::string& name) {
+void NoteCounts::Add(const std::string& key, const std::string& name, std::uint64_t times) {
+  if (times == 0) return;
   const auto [place, isNew] = m_places.try_emplace(key, m_kinds.size());
   if (isNew) m_kinds.push_back({key, 0, {}, false});
   Kind& kind = m_kinds[place->second];
-  ++kind.count;
+  kind.count += times;
   if (name.empty()) return;
   const std::string shown = Shortened(name);
   if (std::find(kind.names.begin(), kind.names.end(), shown) != kind.names.end()) return;
