@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/CheckedStore.h"
+#include "support/EnglishTexts.h"
 #include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/text/Utf8.h"
@@ -91,6 +92,38 @@ TEST(Frames, NumbersThatPointNowhereAreRefused) {
   std::string huge = Encode(SamplePart());
   huge.replace(0, 8, std::string(8, '\xFF'));
   EXPECT_FALSE(DecodePart(huge));
+}
+
+TEST(Storing, NamesOfEveryKindAreOnOneLineAndNotEmpty) {
+  const test::EnglishTexts texts;
+  Database data;
+  const test::CheckedStore checked(data);
+  ImportedModel model;
+  const std::string odd = "a\r\nb\x1B[31m\xC2\x85\xE2\x80\xA8\x7F" + std::string("\0", 1) + "c";
+  for (const std::string& name : {odd, std::string(" \t"), std::string(200, 'x')}) {
+    model.parts.push_back(SamplePart());
+    model.parts.back().name = name;
+    model.parts.back().assemblies = {{name, "", 0}};
+    model.meshSets.push_back(SampleMesh());
+    model.meshSets.back().name = name;
+    model.meshSets.back().mesh.blocks[0].elementIds[0] = model.meshSets.size();
+    model.materials.push_back({name, 1, 0, 0});
+    model.properties.push_back({name, tagTProperty::Kind::Solid, 0, -1});
+    model.decks.push_back({name, "", {}, {}, {}, -1});
+  }
+  ASSERT_EQ(StoreImport(data, std::move(model), L"Import"), 1);
+  const auto namesOf = [](const auto& pool) {
+    std::vector<CString> names;
+    for (const iterator itr : pool.GetItrList()) names.push_back(pool.GetAtNU(itr)->name);
+    return names;
+  };
+  const std::vector<CString> clean{L"a  b [31m    c", L"unnamed", CString(kMaxNameLength, L'x')};
+  EXPECT_EQ(namesOf(data.GetGeomPool()), clean);
+  EXPECT_EQ(namesOf(data.GetGsetPool()), clean);
+  EXPECT_EQ(namesOf(data.GetMsetPool()), clean);
+  EXPECT_EQ(namesOf(data.GetMaterialPool()), clean);
+  EXPECT_EQ(namesOf(data.GetPropertyPool()), clean);
+  EXPECT_EQ(namesOf(data.GetDeckPool()), clean);
 }
 
 TEST(Storing, MakesPartsSetsAndMeshesInOneAct) {

@@ -120,6 +120,34 @@ TEST_F(MeshFiles, OnlyWhatIsChosenIsWrittenWithTheGroupsAboveIt) {
   EXPECT_EQ(model.sets[2].parent, 1);
 }
 
+// A document may come from anywhere, and what it says decks call their sets with it.
+TEST_F(MeshFiles, NamesThatADeckGivesFitIntoALineLikeAllOthers) {
+  const std::vector<std::string> odd{"A\n*DLOAD", std::string(300, 'a'), "", "a,b=c", std::string("\0", 1)};
+  Act([&] {
+    tagTDeck deck;
+    for (const std::string& name : odd) {
+      tagTMset record = Mset(PutMset(RecordName(name), 0, 0));
+      tagTMaterial material;
+      material.name = RecordName(name);
+      deck.sets.push_back({name, record.key & kMsetKeyMask, false, 0, 0});
+      deck.sets.push_back({name, 0, false, 0, 0});
+      deck.materials.push_back({name, Data().GetMaterialPool().Add(material), 0, 0, 0});
+    }
+    deck.text = std::make_shared<const std::string>();
+    ASSERT_NE(Data().GetDeckPool().Add(deck), 0U);
+  });
+  const ExportModel model = CollectExport(Data(), Pool().GetItrList());
+  std::vector<std::string> names = model.decks[0].setNames;
+  for (const ExportSet& set : model.sets) names.push_back(set.name);
+  for (const ImportedMaterial& material : model.materials) names.push_back(material.name);
+  ASSERT_EQ(names.size(), 4 * odd.size());
+  for (const std::string& name : names) {
+    EXPECT_LE(name.size(), 78U);
+    EXPECT_FALSE(name.empty());
+    EXPECT_EQ(name.find_first_of(std::string_view("\n,=\0", 4)), std::string::npos) << name;
+  }
+}
+
 struct ReportCase {
   const char* format;
   std::uint64_t nodes;

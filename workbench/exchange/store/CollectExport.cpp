@@ -25,10 +25,10 @@ std::string Beginning(const std::string& text, std::size_t bytes) {
 }
 
 /// A name that files can hold: nothing that ends a line, a field or a quotation.
-std::string CleanName(const CString& name) {
-  std::string clean = ToUtf8(name);
+std::string CleanName(std::string clean) {
   for (char& letter : clean) {
-    const bool odd = static_cast<unsigned char>(letter) < ' ' || letter == '"' || letter == ',' || letter == '=';
+    const bool odd = static_cast<unsigned char>(letter) < ' ' || letter == 0x7F || letter == '"' ||
+                     letter == ',' || letter == '=';
     if (odd) letter = '_';
   }
   clean = std::string(Trimmed(Beginning(clean, kLongestName)));
@@ -38,8 +38,9 @@ std::string CleanName(const CString& name) {
 /// Gives out names that no other has; to solvers neither blanks nor the case of letters make a difference.
 class Names {
  public:
-  std::string Unique(const CString& name) { return Unique(CleanName(name)); }
-  std::string Unique(const std::string& clean) {
+  std::string Unique(const CString& name) { return Unique(ToUtf8(name)); }
+  std::string Unique(const std::string& name) {
+    const std::string clean = CleanName(name);
     std::string unique = clean;
     int& number = m_next.try_emplace(KeyOf(clean), 2).first->second;
     while (!m_taken.insert(KeyOf(unique)).second) {
@@ -180,7 +181,7 @@ class Collector {
     if (const auto known = m_properties.find(itr); known != m_properties.end()) return known->second;
     const auto place = static_cast<std::int32_t>(m_model.properties.size());
     m_model.properties.push_back(
-        {CleanName(record->name), record->kind, record->size, NeedMaterial(record->material)});
+        {CleanName(ToUtf8(record->name)), record->kind, record->size, NeedMaterial(record->material)});
     return m_properties[itr] = place;
   }
 
@@ -225,7 +226,7 @@ namespace {
 std::string NameInFiles(const tagTGeom& part) {
   if (part.origin != nullptr) {
     for (const CString* whole : {&part.origin->product, &part.origin->instance}) {
-      if (!whole->empty() && CutName(*whole) == part.name) return ToUtf8(*whole);
+      if (!whole->empty() && RecordName(*whole) == part.name) return ToUtf8(*whole);
     }
   }
   return ToUtf8(part.name);
@@ -261,7 +262,7 @@ void CollectParts(const Database& database, const std::vector<iterator>& parts, 
       model.partMaterials.push_back(Shown(ToUtf8(material->name)));
     }
     const tagTGset* set = database.GetGsetPool().GetAtNU(record.gset);
-    const CString assembly = record.origin != nullptr ? CutName(AssemblyPath(*record.origin)) : CString();
+    const CString assembly = record.origin != nullptr ? RecordName(AssemblyPath(*record.origin)) : CString();
     if (set != nullptr && set->name != assembly && sets.insert(record.gset).second) {
       model.partSets.push_back(Shown(ToUtf8(set->name)));
     }

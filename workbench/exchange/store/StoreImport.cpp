@@ -22,11 +22,18 @@ using ImportNotes = std::vector<ImportNote>;
 
 }  // namespace
 
-CString RecordName(const std::string& utf8) {
-  CString name = FromUtf8(utf8);
-  // Code 0 divides the columns of a row, so no name holds it.
-  std::erase(name, L'\0');
+CString RecordName(CString name) {
+  // Code 0 divides the columns of a row; others end lines or steer a terminal.
+  const auto isControl = [](wchar_t letter) {
+    return letter < L' ' || (letter >= 0x7F && letter < 0xA0) || letter == 0x2028 || letter == 0x2029;
+  };
+  std::replace_if(name.begin(), name.end(), isControl, L' ');
+  if (name.find_first_not_of(L' ') == CString::npos) return CMSGFunction::GetValue("IDS_WB_UNNAMED");
   return CutName(name);
+}
+
+CString RecordName(const std::string& utf8) {
+  return RecordName(FromUtf8(utf8));
 }
 
 namespace {

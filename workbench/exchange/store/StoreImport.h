@@ -11,7 +11,8 @@ namespace qd::workbench {
 int StoreImport(Database& database, ImportedModel model, const CString& title,
                 std::vector<ImportNote>* notes = nullptr);
 
-/// A name of a file as records hold it.
+/// A name of a file as records hold it: on one line, not longer than they take, and never empty.
+CString RecordName(CString name);
 CString RecordName(const std::string& utf8);
 
 }  // namespace qd::workbench
