@@ -240,7 +240,7 @@ void MainWindow::AskToWait(const QString& reason) {
 void MainWindow::MakeJobs() {
   m_operations = new OperationRunner(*m_doc, this);
   m_imports = new ImportQueue(*m_doc, this);
-  m_exporter = new MeshExporter(*m_doc, this);
+  m_exporter = new ModelExporter(*m_doc, this);
   m_longWork = std::make_unique<ProgressWindow>(this);
   m_others = new OtherWindows(m_messages, this);
   connect(m_others, &OtherWindows::Said, this, &MainWindow::Say);

@@ -9,8 +9,8 @@
 #include "workbench/app/DialogHost.h"
 #include "workbench/app/DocumentQuestions.h"
 #include "workbench/app/ImportQueue.h"
-#include "workbench/app/MeshExporter.h"
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/ModelExporter.h"
 #include "workbench/app/OtherWindows.h"
 #include "workbench/app/ProgressWindow.h"
 #include "workbench/display/WorkDocument.h"
@@ -152,7 +152,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   QToolButton* m_wait = nullptr;  // shown while something seems to be lost
   OperationRunner* m_operations = nullptr;
   ImportQueue* m_imports = nullptr;
-  MeshExporter* m_exporter = nullptr;
+  ModelExporter* m_exporter = nullptr;
   OtherWindows* m_others = nullptr;
   DocumentQuestions m_questions{this};
   std::unique_ptr<ProgressWindow> m_longWork;

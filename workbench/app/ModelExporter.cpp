@@ -1,4 +1,4 @@
-#include "workbench/app/MeshExporter.h"
+#include "workbench/app/ModelExporter.h"
 
 #include <QCoreApplication>
 #include <QPointer>
@@ -13,7 +13,7 @@
 
 namespace qd::workbench {
 
-void MeshExporter::Start(const QString& path, ExportScope scope) {
+void ModelExporter::Start(const QString& path, ExportScope scope) {
   if (IsRunning()) {
     emit Said(Text("IDS_WB_EXPORT_FAILED", {path, Text("IDS_WB_OPERATION_BUSY")}), true);
     return;
@@ -22,7 +22,7 @@ void MeshExporter::Start(const QString& path, ExportScope scope) {
   const std::filesystem::path file(NameToBytes(path));
   m_wishes = std::make_shared<Wishes>();
   emit Started(Text("IDS_WB_EXPORTING", {path}));
-  const QPointer<MeshExporter> self(this);
+  const QPointer<ModelExporter> self(this);
   QThreadPool::globalInstance()->start([=, program = ExchangeProgram(), wishes = m_wishes] {
     const auto toWindow = [self](auto&& call) {
       QMetaObject::invokeMethod(qApp, [self, call] {
@@ -35,34 +35,34 @@ void MeshExporter::Start(const QString& path, ExportScope scope) {
     watch.progress = [&](double done) {
       const int thousandths = static_cast<int>(done * 1000);
       if (std::exchange(shown, thousandths) != thousandths) {
-        toWindow([thousandths](MeshExporter& exporter) { emit exporter.Progress(thousandths); });
+        toWindow([thousandths](ModelExporter& exporter) { emit exporter.Progress(thousandths); });
       }
       return !wishes->stop;
     };
     watch.onStalled = [&](const std::string& key, const std::string& detail) {
-      toWindow([key, detail](MeshExporter& exporter) {
+      toWindow([key, detail](ModelExporter& exporter) {
         emit exporter.Stalled(Text(key.c_str(), {QString::fromStdString(detail)}));
       });
       return true;
     };
-    watch.onResumed = [&] { toWindow([](MeshExporter& exporter) { emit exporter.Resumed(); }); };
+    watch.onResumed = [&] { toWindow([](ModelExporter& exporter) { emit exporter.Resumed(); }); };
     watch.waitsLonger = [&] { return wishes->waitLonger.exchange(false); };
     const auto error = WriteExport(file, *model, program, watch, report);
-    toWindow([error, path, report](MeshExporter& exporter) {
+    toWindow([error, path, report](ModelExporter& exporter) {
       exporter.End(error ? QStringList{TextOf(path, *error)} : TextOf(path, report), error && !error->key.empty());
     });
   });
 }
 
-void MeshExporter::Cancel() {
+void ModelExporter::Cancel() {
   if (m_wishes != nullptr) m_wishes->stop = true;
 }
 
-void MeshExporter::WaitLonger() {
+void ModelExporter::WaitLonger() {
   if (m_wishes != nullptr) m_wishes->waitLonger = true;
 }
 
-void MeshExporter::End(const QStringList& lines, bool failure) {
+void ModelExporter::End(const QStringList& lines, bool failure) {
   m_wishes.reset();
   if (failure) ++m_failed;
   for (const QString& line : lines) emit Said(line, failure);

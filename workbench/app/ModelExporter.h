@@ -9,12 +9,12 @@
 namespace qd::workbench {
 
 /// Writes what is in a document to a file on another thread, one file at a time.
-class MeshExporter final : public QObject {
+class ModelExporter final : public QObject {
   Q_OBJECT
 
  public:
-  explicit MeshExporter(WorkDocument& doc, QObject* parent = nullptr) : QObject(parent), m_doc(doc) {}
-  ~MeshExporter() override { Cancel(); }
+  explicit ModelExporter(WorkDocument& doc, QObject* parent = nullptr) : QObject(parent), m_doc(doc) {}
+  ~ModelExporter() override { Cancel(); }
 
   /// Starts writing; does nothing but say so while another file is being written.
   void Start(const QString& path, ExportScope scope);
