@@ -253,6 +253,36 @@ TEST_F(Deck, TextsThatWereMeddledWithEnd) {
   }
 }
 
+/// Fitting a deck can take long although little of it is written.
+TEST_F(Deck, WorkOnADeckEndsWhenItIsCancelled) {
+  std::string mesh = "*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n*ELEMENT, TYPE=S3\n";
+  for (int i = 1; i <= 200; ++i) mesh += std::to_string(i) + ",1,2,3\n";
+  std::string sets;  // that are told in pieces, so that all their elements are looked at
+  for (int i = 0; i < 200; ++i) {
+    const std::string card =
+        "*ELSET, ELSET=S" + std::to_string(i) + ", GENERATE\n1," + std::to_string(i + 1) + "\n";
+    sets += card + card;
+  }
+  std::string lines = "*NSET, NSET=N\n";
+  for (int i = 0; i < 20'000; ++i) lines += "1,2,3\n";
+  for (const bool isFitting : {true, false}) {
+    Import(mesh + (isFitting ? sets : lines));
+    double first = -1;
+    const auto cancel = [&first](double share) {
+      first = share;
+      return false;
+    };
+    ExportReport report;
+    const fs::path path = m_folder / "out.inp";
+    const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), cancel, report);
+    ASSERT_TRUE(error) << isFitting;
+    EXPECT_EQ(error->key, "");
+    EXPECT_EQ(first, 0) << isFitting;  // nothing was written yet
+    EXPECT_FALSE(fs::exists(path));
+    ASSERT_EQ(Data().Undo(), 1);
+  }
+}
+
 TEST_F(Deck, WhatOnlyTheTextKnowsIsKeptWithTheLinesAroundIt) {
   Import(kBricks + "*ELEMENT, TYPE=D, ELSET=NET\n\n** a way in\n5,0,1,2\n** on\n6,1,3,\n\n** and\n2\n");
   const std::string text = Export();

@@ -227,6 +227,7 @@ class Fitter {
     bool any = false;
     InpLoss first;
     for (const std::string_view line : m_card.lines) {
+      m_fit.look();
       if (IsComment(line)) {
         m_result.lines.push_back({std::string(line)});
         continue;
@@ -415,6 +416,7 @@ class Fitter {
     };
     for (auto at = std::lower_bound(lost.begin(), lost.end(), from); at != lost.end() && *at <= *last + behind;
          ++at) {
+      m_fit.look();
       if (!isIn(*at)) continue;
       ++gone;
       if (*at > from) add(*at - *step);
@@ -439,6 +441,7 @@ class Fitter {
         m_fit.nodes != 0 || m_fit.elements != 0 || !m_fit.lostNodes.empty() || !m_fit.lostElements.empty();
     std::vector<std::string_view> all;
     for (const std::string_view line : m_card.lines) {
+      m_fit.look();
       if (IsComment(line)) continue;
       InpLines::Fields(line, all);
       for (const std::string_view field : all) {
@@ -513,7 +516,7 @@ void ParseHeader(InpCard& card) {
 
 }  // namespace
 
-std::vector<InpCard> CardsOf(std::string_view text) {
+std::vector<InpCard> CardsOf(std::string_view text, const std::function<void()>& look) {
   std::vector<InpCard> cards;
   InpCard card;
   bool open = false;  // a header goes on in the next line
@@ -533,6 +536,7 @@ std::vector<InpCard> CardsOf(std::string_view text) {
     card.comments = std::move(behind);
   };
   while (!text.empty()) {
+    look();
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = Trimmed(text.substr(0, end));
     text.remove_prefix(std::min(end + 1, text.size()));

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <span>
@@ -32,8 +33,9 @@ struct InpCard {
 };
 
 /// Divides a text into its cards; they stay good as long as it. What stands before the first keyword and behind
-/// the last one comes as comments of a card without keyword.
-std::vector<InpCard> CardsOf(std::string_view text);
+/// the last one comes as comments of a card without keyword. `look` is called at each line and may throw.
+std::vector<InpCard> CardsOf(
+    std::string_view text, const std::function<void()>& look = [] {});
 
 bool IsComment(std::string_view line);
 
@@ -78,6 +80,7 @@ class InpFit {
   std::vector<std::uint64_t> lostNodes;     ///< as written; in ascending order
   std::vector<std::uint64_t> lostElements;  ///< likewise
   const InpInstances* instances = nullptr;  ///< whose numbers may be told as INSTANCE.NUMBER; null for none
+  std::function<void()> look = [] {};       ///< called at each bit of work; may throw
 
   /// A name that is written otherwise; what is not told stays as it is.
   void Rename(InpName kind, const std::string& from, const std::string& to);

@@ -116,11 +116,13 @@ std::vector<std::size_t> ElementsOf(const InpDeckMesh& mesh, const InpFittedDeck
     for (const InpRun& run : listed.runs) {
       const auto [from, to] = mesh.Range(run.first, run.last);
       for (std::size_t at = from; at < to && !whole; ++at) {
+        mesh.Look();
         if ((mesh.Places()[at].id - run.first) % run.step == 0) elements.push_back(at);
       }
       if (literals == nullptr) continue;
       const auto first = std::lower_bound(deck.literals.begin(), deck.literals.end(), run.first);
       for (auto at = first; at != deck.literals.end() && *at <= run.last; ++at) {
+        mesh.Look();
         if ((*at - run.first) % run.step == 0) literals->push_back(*at);
       }
     }
@@ -137,7 +139,9 @@ std::vector<std::size_t> ElementsOf(const InpDeckMesh& mesh, const InpFittedDeck
 std::optional<InpFittedDeck> InpDeckFitter::Take(const ExportDeck& kept) {
   InpFittedDeck deck;
   deck.kept = &kept;
-  if (kept.record.text != nullptr) deck.cards = CardsOf(*kept.record.text);
+  const auto look = [&mesh = m_mesh] { mesh.Look(); };
+  deck.fit.look = look;
+  if (kept.record.text != nullptr) deck.cards = CardsOf(*kept.record.text, look);
   deck.fit.nodes = kept.record.nodes;
   deck.fit.elements = kept.record.elements;
   const auto isMesh = [](const InpCard& card) { return card.keyword == "NODE" || card.keyword == "ELEMENT"; };
@@ -182,7 +186,7 @@ bool InpDeckFitter::ReadNumbers(InpFittedDeck& deck) {
         throw ImportError{"IDS_WB_EXPORT_DECK_DAMAGED", std::string(card.header.substr(0, 60))};
       }
       for (std::uint64_t number = run->first + behind; number <= run->last + behind; number += run->step) {
-        const bool there = isNode ? m_mesh.Nodes().contains(number)
+        const bool there = isNode ? m_mesh.HasNode(number)
                                   : m_mesh.Range(number, number).first != m_mesh.Range(number, number).second;
         if (!there) lost.push_back(number);
         any = any || there;

@@ -6,8 +6,8 @@
 
 namespace qd::workbench {
 
-InpDeckMesh::InpDeckMesh(const ExportModel& model)
-    : m_model(model), m_tree(model), m_nodes(NodesOf(model)), m_marks(model.sets.size()) {
+InpDeckMesh::InpDeckMesh(const ExportModel& model, TextFile& file)
+    : m_model(model), m_file(file), m_tree(model), m_nodes(NodesOf(model)), m_marks(model.sets.size()) {
   for (std::uint32_t set = 0; set < model.sets.size(); ++set) {
     if (model.sets[set].mesh == nullptr) continue;
     const auto& blocks = model.sets[set].mesh->blocks;
@@ -26,6 +26,7 @@ InpDeckMesh::InpDeckMesh(const ExportModel& model)
 }
 
 std::pair<std::size_t, std::size_t> InpDeckMesh::Range(std::uint64_t first, std::uint64_t last) const {
+  Look();
   const auto from = std::lower_bound(m_places.begin(), m_places.end(), first,
                                      [](const Place& place, std::uint64_t id) { return place.id < id; });
   const auto to = std::upper_bound(from, m_places.end(), last,

@@ -7,11 +7,13 @@
 
 #include "workbench/exchange/formats/ExportModel.h"
 #include "workbench/exchange/formats/InpSets.h"
+#include "workbench/exchange/formats/TextFile.h"
 #include "workbench/mesh/ElementMark.h"
 
 namespace qd::workbench {
 
-/// The mesh that is written, looked up by the numbers that a kept deck speaks in.
+/// The mesh that is written, looked up by the numbers that a kept deck speaks in. A deck may ask for any number of
+/// them: each look is a bit of work, and an empty ImportError is thrown when the work is to stop.
 class InpDeckMesh {
  public:
   /// Where an element stands among what is written.
@@ -22,11 +24,15 @@ class InpDeckMesh {
     std::uint64_t index;
   };
 
-  explicit InpDeckMesh(const ExportModel& model);
+  InpDeckMesh(const ExportModel& model, TextFile& file);
 
   const ExportModel& Model() const { return m_model; }
   const InpSetTree& Tree() const { return m_tree; }
   const std::map<std::uint64_t, const double*>& Nodes() const { return m_nodes; }
+  bool HasNode(std::uint64_t number) const {
+    Look();
+    return m_nodes.contains(number);
+  }
   /// All elements in ascending order of their numbers.
   const std::vector<Place>& Places() const { return m_places; }
   const MeshData::Block& BlockOf(const Place& place) const {
@@ -37,9 +43,12 @@ class InpDeckMesh {
   /// The elements of a set with all below it.
   const ElementMark& Mark(std::size_t set) const { return m_marks[set]; }
   bool IsEmpty(std::size_t set) const { return m_marks[set].count == 0; }
+  /// Some other bit of work.
+  void Look() const { m_file.Look(); }
 
  private:
   const ExportModel& m_model;
+  TextFile& m_file;
   InpSetTree m_tree;
   std::map<std::uint64_t, const double*> m_nodes;
   std::vector<Place> m_places;

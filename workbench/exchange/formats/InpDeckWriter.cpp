@@ -20,7 +20,7 @@ namespace {
 class DeckWriter {
  public:
   DeckWriter(const ExportModel& model, TextFile& file)
-      : m_model(model), m_file(file), m_mesh(model), m_properties(m_mesh, file, m_notes) {
+      : m_model(model), m_file(file), m_mesh(model, file), m_properties(m_mesh, file, m_notes) {
     m_written.assign(m_mesh.Places().size(), false);
   }
 
@@ -124,6 +124,7 @@ void DeckWriter::WriteNodeCard(Deck& deck, const InpCard& card) {
     }
     const InpRun run = *InpRunOf(line);
     for (std::uint64_t number = run.first; number <= run.last; number += run.step) {
+      m_file.Look();
       const auto found = m_mesh.Nodes().find(number + deck.fit.nodes);
       if (found == m_mesh.Nodes().end()) continue;
       if (!std::exchange(any, true)) m_file << Fit(card, deck.fit).header << "\n";
@@ -314,6 +315,7 @@ void DeckWriter::WriteFitted(Deck& deck, const InpCard& card, InpFitted fitted) 
   }
   if (!card.keyword.empty()) m_file << fitted.header << "\n";
   for (const InpFitted::Line& line : fitted.lines) {
+    m_file.Look();
     if (line.loss.IsAny()) {
       m_file << "** QD: not written: " << line.loss.reason << "\n** " << line.text << "\n";
       Note("IDS_WB_EXPORT_DECK_CARD", what + ": " + line.loss.what);

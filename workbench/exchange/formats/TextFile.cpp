@@ -57,8 +57,13 @@ TextFile& TextFile::Exponent(double number, std::size_t width) {
 }
 
 void TextFile::Step() {
+  ++m_done;
+  Look();
+}
+
+void TextFile::Look() {
   constexpr std::uint64_t kStep = 1U << 14U;
-  if (++m_done % kStep != 0) return;
+  if (++m_looks % kStep != 0) return;
   Flush();
   const double share = m_total != 0 ? static_cast<double>(m_done) / static_cast<double>(m_total) : 0;
   if (!m_progress(std::min(share, 1.0))) throw ImportError{};

@@ -31,6 +31,8 @@ class TextFile {
   TextFile& Exponent(double number, std::size_t width);
   /// One node or element is done. Throws an empty ImportError when the work is to stop.
   void Step();
+  /// Likewise for a bit of work of which nobody knows how much there is.
+  void Look();
   /// Puts the file into its place. Throws when it is not whole on the disk; until then what stood there stands.
   void Close();
 
@@ -43,6 +45,7 @@ class TextFile {
   std::string m_buffer;
   std::uint64_t m_total;
   std::uint64_t m_done = 0;
+  std::uint64_t m_looks = 0;
   const ProgressCall& m_progress;
 };
 
