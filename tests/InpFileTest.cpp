@@ -197,6 +197,22 @@ TEST_F(InpFile, AByteOrderMarkIsNoPartOfTheFirstKeyword) {
             "model(0/3) E(1/3)");
 }
 
+TEST_F(InpFile, OldEndsOfLinesAreReadAndWideTextIsCalledByItsName) {
+  const std::string deck = kNodes + "*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n";
+  std::string old = deck;
+  std::replace(old.begin(), old.end(), '\n', '\r');
+  EXPECT_EQ(Describe(Read(Write(old))), "model(0/3) E(1/3)");
+  for (const bool bigFirst : {false, true}) {
+    std::string wide;
+    for (const char letter : deck) {
+      const char both[] = {letter, '\0'};
+      wide.append({both[bigFirst ? 1 : 0], both[bigFirst ? 0 : 1]});
+    }
+    EXPECT_EQ(ErrorOf(wide), "IDS_WB_IMPORT_INP_WIDE model.inp");
+    EXPECT_EQ(ErrorOf((bigFirst ? "\xFE\xFF" : "\xFF\xFE") + wide), "IDS_WB_IMPORT_INP_WIDE model.inp");
+  }
+}
+
 TEST_F(InpFile, CirclesOfIncludesAndOfSetsEnd) {
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=model.inp\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=.\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
@@ -312,6 +328,26 @@ TEST_F(InpFile, OfSectionsTheLastOneCounts) {
             "*ELSET, ELSET=C\n3\n*SHELL SECTION, ELSET=B\n*SHELL SECTION, ELSET=A\n*SHELL SECTION, ELSET=C\n"));
   ASSERT_EQ(Describe(model), "A(1/3) [B(1/3) [C(1/3)]]");
   for (std::size_t set = 0; set < 3; ++set) EXPECT_EQ(model.meshSets[set].property, set < 2 ? 1 : 2) << set;
+}
+
+/// A part of some size and a line for each of its instances: told where it becomes too much, not after the work.
+TEST_F(InpFile, PartsThatAreCopiedTooOftenAreRefusedAtTheirInstance) {
+  const auto deck = [](const std::string& inPart, int instances) {
+    std::string text = "*PART, NAME=P\n" + kNodes + inPart + "*END PART\n*ASSEMBLY, NAME=A\n";
+    for (int i = 0; i < instances; ++i)
+      text += "*INSTANCE, NAME=I" + std::to_string(i) + ", PART=P\n*END INSTANCE\n";
+    return text + "*END ASSEMBLY\n";
+  };
+  std::string elements = "*ELEMENT, TYPE=S3\n";
+  for (int i = 1; i <= 1000; ++i) elements += std::to_string(i) + ",1,2,3\n";
+  for (int i = 0; i < 1000; ++i) elements += "*ELSET, ELSET=S" + std::to_string(i) + ", GENERATE\n1,1000\n";
+  EXPECT_EQ(ErrorOf(deck(elements, 1000)), "IDS_WB_IMPORT_INP_TOO_MUCH model.inp, 3210");
+  const std::string comment = "** " + std::string(1'000'000, 'x') + "\n*NSET, NSET=N\n1\n";
+  EXPECT_EQ(ErrorOf(deck(comment, 1000)), "IDS_WB_IMPORT_INP_TOO_LONG model.inp, 1812");
+  const std::string numbers =
+      "*PART, NAME=Q\n*NODE\n9223372036854775807,0,0,0\n*END PART\n*INSTANCE, NAME=J, PART=Q\n*END INSTANCE\n"
+      "*INSTANCE, NAME=K, PART=Q\n*END INSTANCE\n*INSTANCE, NAME=L, PART=Q\n*END INSTANCE\n";
+  EXPECT_EQ(ErrorOf(numbers), "IDS_WB_IMPORT_INP_NUMBER K");
 }
 
 TEST_F(InpFile, SurplusEntriesBehindAnElementArePassedOverAndSaid) {

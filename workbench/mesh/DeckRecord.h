@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -11,6 +12,9 @@ namespace qd::workbench {
 
 /// Number of the pool of kept decks; no type of the host's.
 inline constexpr std::uint16_t kDataDeck = 201;
+
+/// Bytes of the text of a deck in a document.
+inline constexpr std::size_t kMostDeckBytes = 900'000'000;
 
 /// What a solver input file held beside its mesh: its own text around places for nodes and elements, and what of
 /// the document its names stand for. These are notes, no references: numbers are never given out again, and one

@@ -231,7 +231,7 @@ const char* FaultOf(const MeshData& mesh) {
 }
 
 const char* FaultOf(const std::string& text) {
-  return text.size() > kMostPartBytes ? kTooLarge : nullptr;
+  return text.size() > kMostDeckBytes ? kTooLarge : nullptr;
 }
 
 const char* FaultOf(const PartShape& shape) {

@@ -3,8 +3,14 @@
 #include <algorithm>
 
 #include "workbench/exchange/formats/InpCards.h"
+#include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/mesh/DeckRecord.h"
 
 namespace qd::workbench {
+
+void CheckDeckLength(std::size_t bytes, std::string_view place) {
+  if (bytes > kMostDeckBytes) throw ImportError{"IDS_WB_IMPORT_INP_TOO_LONG", std::string(place)};
+}
 
 void InpDeckText::EndRun() {
   if (!m_open) return;

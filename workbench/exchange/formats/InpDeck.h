@@ -1,10 +1,14 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 
 namespace qd::workbench {
+
+/// Throws an ImportError that names the place for a text of more bytes than a document keeps of a deck.
+void CheckDeckLength(std::size_t bytes, std::string_view place);
 
 /// Puts together the text of a deck as it is kept: see ImportedDeck::text.
 class InpDeckText {
@@ -18,6 +22,7 @@ class InpDeckText {
   void Number(std::uint64_t number, std::string_view lines);
   /// The lines of an element that no mesh set holds.
   void Literal(std::string_view lines);
+  std::size_t Size() const { return m_text.size(); }
   std::string Take() {
     EndRun();
     return std::move(m_text);

@@ -40,6 +40,8 @@ struct Part {
   std::vector<std::vector<std::string>> children;  // by set: keys of sets that it lists
   std::vector<bool> gathered;                      // by set: it has the elements of all these
   std::vector<Section> sections;
+  std::size_t textAt = 0;     // in the deck's text: where the part begins
+  std::size_t textBytes = 0;  // and how much of it there is
 
   /// By what a set is known: sets that the assembly makes of elements of an instance are not those of its part.
   static std::string KeyOf(const std::string& name, bool ofAssembly) {
@@ -114,6 +116,7 @@ class Reader {
   void DensityData(std::string_view text);
 
   void CountListed(std::uint64_t elements);
+  void CountCopied(const Part& part);
   std::size_t NeedSet(Part& part);
   void AddToSet(Part& part, std::size_t set, std::int64_t element);
   void ListName(const std::string& name);
@@ -154,9 +157,11 @@ class Reader {
   bool m_ofAssembly = false;  // the set is
   Part* m_setPart = nullptr;  // whose elements it lists by number
   bool m_generate = false;
-  std::uint64_t m_listed = 0;  // elements that sets get from runs of numbers and from other sets
-  std::size_t m_surplus = 0;   // lines with more entries than their element takes
-  std::string m_surplusPlace;  // of the first
+  std::uint64_t m_listed = 0;     // elements that sets get from runs of numbers and from other sets
+  std::uint64_t m_copied = 0;     // what instances have of their parts
+  std::size_t m_copiedBytes = 0;  // of the deck's text, likewise
+  std::size_t m_surplus = 0;      // lines with more entries than their element takes
+  std::string m_surplusPlace;     // of the first
   int m_dataLine = 0;
   std::string m_beamShape;
   bool m_composite = false;
@@ -194,6 +199,7 @@ void Reader::Keyword(const InpLine& line) {
     m_parts.emplace_back();
     m_part = &m_parts.back();
     m_part->mesh.name = line.Parameter("NAME");
+    m_part->textAt = m_deckText.Size();
     if (m_part->mesh.name.empty()) m_lines.Fail("IDS_WB_IMPORT_INP_SET", line.text);
     if (!m_partOf.emplace(UpperCase(m_part->mesh.name), m_part).second) {
       m_lines.Fail("IDS_WB_IMPORT_INP_TWICE", m_part->mesh.name);
@@ -207,6 +213,7 @@ void Reader::Keyword(const InpLine& line) {
     const std::string block = keyword.substr(4);
     if (m_open.empty() || m_open.back() != block) m_lines.Fail("IDS_WB_IMPORT_INP_END", line.text);
     m_open.pop_back();
+    if (block == "PART") m_part->textBytes = m_deckText.Size() - m_part->textAt;
     if (block == "PART" || block == "INSTANCE") m_part = &m_parts.front();
   }
 }
@@ -262,7 +269,20 @@ void Reader::BeginInstance(const InpLine& line) {
   m_data = &Reader::InstanceData;
 }
 
+/// What stands once in the file stands once more in the model, so a short deck can ask for anything.
+void Reader::CountCopied(const Part& part) {
+  constexpr std::uint64_t kMost = 100'000'000;
+  const InpPart& mesh = part.mesh;
+  m_copied += mesh.nodeIds.size() + mesh.elements.size() + mesh.elementNodes.size() + part.sections.size() +
+              mesh.sets.size();
+  for (const InpSet& set : mesh.sets) m_copied += set.elements.size();
+  if (m_copied > kMost) throw ImportError{"IDS_WB_IMPORT_INP_TOO_MUCH", m_lines.Place()};
+  m_copiedBytes += part.textBytes;
+  CheckDeckLength(m_copiedBytes, m_lines.Place());
+}
+
 void Reader::AddInstance(const Part& part, const std::string& name, bool placed) {
+  CountCopied(part);
   if (!m_instances.Add({name, part.mesh.name, placed}))
     throw ImportError{"IDS_WB_IMPORT_INP_TWICE", m_lines.Quoted(name)};
   m_instance = &m_instances.All().back();
@@ -605,6 +625,7 @@ ImportedModel Reader::Finish() {
   Part& loose = m_parts.front();
   CheckPart(loose);
   m_progress(0.9);
+  CheckDeckLength(m_deckText.Size(), m_lines.Place());
   ImportedDeck deck;
   deck.name = m_lines.Name();
   deck.text = m_deckText.Take();
@@ -628,6 +649,8 @@ ImportedModel Reader::Finish() {
   NameSetsInDeck(loose.mesh, {}, pieces);
   InpGroups groups(m_model, deck);
   if (!loose.mesh.nodeIds.empty() || !loose.mesh.elements.empty()) groups.Add(loose.mesh, false);
+  // Numbers that are added to those of a part stay far from the end of all.
+  constexpr std::uint64_t kGreatest = std::uint64_t{1} << 62U;
   std::uint64_t lastNode = loose.mesh.nodeIds.empty() ? 0 : loose.mesh.nodeIds.back();
   std::uint64_t lastElement = 0;
   for (const InpPart::Element& element : loose.mesh.elements) lastElement = std::max(lastElement, element.id);
@@ -648,6 +671,9 @@ ImportedModel Reader::Finish() {
     // Instances of one part have the same numbers.
     instance.nodes = lastNode;
     instance.elements = lastElement;
+    if (std::max(lastNode, lastElement) > kGreatest) {
+      throw ImportError{"IDS_WB_IMPORT_INP_NUMBER", m_lines.Quoted(instance.name)};
+    }
     for (std::uint64_t& node : mesh.nodeIds) node += lastNode;
     for (std::uint64_t& node : mesh.elementNodes) node += lastNode;
     for (InpPart::Element& element : mesh.elements) element.id += lastElement;
@@ -668,7 +694,7 @@ ImportedModel Reader::Finish() {
       deck.sections.push_back(static_cast<std::int32_t>(place));
     }
   } else {
-    InpFlatDeck flat = FlattenInp(deck.text, m_instances);
+    InpFlatDeck flat = FlattenInp(deck, m_instances);
     deck.text = std::move(flat.text);
     for (const std::size_t section : flat.sections) deck.sections.push_back(static_cast<std::int32_t>(section));
     deck.rest = -1;  // what belongs to no set is the instance's

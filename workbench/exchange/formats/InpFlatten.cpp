@@ -6,6 +6,7 @@
 #include <set>
 #include <utility>
 
+#include "workbench/exchange/formats/InpDeck.h"
 #include "workbench/exchange/formats/InpDeckFit.h"
 #include "workbench/exchange/formats/InpLines.h"
 #include "workbench/exchange/formats/InpText.h"
@@ -58,8 +59,8 @@ std::string Moved(const std::string& line, const Points& points, const InpPlacem
 
 class Flattener {
  public:
-  Flattener(const std::string& text, const InpInstances& instances)
-      : m_cards(CardsOf(text)), m_instances(instances) {
+  Flattener(const ImportedDeck& deck, const InpInstances& instances)
+      : m_name(deck.name), m_cards(CardsOf(deck.text)), m_instances(instances) {
     m_assembly.instances = &instances;
     for (const InpInstance& instance : instances.All()) {
       if (!instance.placed) m_unplaced[UpperCase(instance.part)] = &instance;
@@ -106,8 +107,7 @@ class Flattener {
     for (const std::string_view line : card.comments) Line(line);
   }
   void Line(std::string_view line) {
-    constexpr std::size_t kMost = 800'000'000;
-    if (m_flat.text.size() + line.size() > kMost) throw ImportError{"IDS_WB_IMPORT_INP_TOO_MUCH", ""};
+    CheckDeckLength(m_flat.text.size() + line.size(), m_name);
     m_flat.text += line;
     m_flat.text += '\n';
   }
@@ -227,6 +227,7 @@ class Flattener {
     for (const InpFitted::Line& line : fitted.lines) Line(lost ? "** " + line.text : line.text);
   }
 
+  const std::string& m_name;
   std::vector<InpCard> m_cards;
   std::vector<std::size_t> m_sectionOf;  // beside them: sections before it
   std::size_t m_sections = 0;
@@ -242,8 +243,8 @@ class Flattener {
 
 }  // namespace
 
-InpFlatDeck FlattenInp(const std::string& text, const InpInstances& instances) {
-  return Flattener(text, instances).Work();
+InpFlatDeck FlattenInp(const ImportedDeck& deck, const InpInstances& instances) {
+  return Flattener(deck, instances).Work();
 }
 
 }  // namespace qd::workbench

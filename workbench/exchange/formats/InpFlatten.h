@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "workbench/exchange/formats/InpInstances.h"
+#include "workbench/exchange/pipe/ImportedModel.h"
 
 namespace qd::workbench {
 
@@ -18,6 +19,6 @@ struct InpFlatDeck {
 /// Writes the cards of each part where its instances stand, with the numbers of the instance; what a part gives a
 /// name to is called INSTANCE.NAME, as the assembly does. The text is as ImportedDeck has it. Throws an
 /// ImportError where it would become too long.
-InpFlatDeck FlattenInp(const std::string& text, const InpInstances& instances);
+InpFlatDeck FlattenInp(const ImportedDeck& deck, const InpInstances& instances);
 
 }  // namespace qd::workbench

@@ -43,7 +43,14 @@ void InpLines::Open(const std::filesystem::path& path) {
   in.read(source->text.data(), static_cast<std::streamsize>(source->text.size()));
   source->text.resize(static_cast<std::size_t>(in.gcount()));
   constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-  if (source->text.starts_with(kByteOrderMark)) source->text.erase(0, kByteOrderMark.size());
+  std::string& text = source->text;
+  if (text.starts_with(kByteOrderMark)) text.erase(0, kByteOrderMark.size());
+  // Marked as such, or with every other byte of its first letter empty.
+  const bool wide = text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF") ||
+                    (text.size() >= 2 && (text[0] == '\0') != (text[1] == '\0'));
+  if (wide) throw ImportError{"IDS_WB_IMPORT_INP_WIDE", PathText(path.filename())};
+  // Old systems end their lines so.
+  if (text.find('\n') == std::string::npos) std::replace(text.begin(), text.end(), '\r', '\n');
   m_sources.push_back(std::move(source));
 }
 
