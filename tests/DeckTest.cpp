@@ -161,7 +161,7 @@ TEST_F(Deck, ASecondDeckGetsNumbersAndNamesOfItsOwn) {
   EXPECT_TRUE(Holds(text, "** *MYSTERY\n** 1,2\n"));
   EXPECT_EQ(Said(),
             "RENAMED EALL → EALL-2, LOWER → LOWER-2, UPPER → UPPER-2, STEEL → STEEL-2; CARD *MYSTERY: 1; "
-            "STEPS deck.inp; ");
+            "RENAMED FIX → FIX-2, NALL → NALL-2, TOP → TOP-2, LID → LID-2, RAMP → RAMP-2; STEPS deck.inp; ");
 }
 
 TEST_F(Deck, NumbersStayWhereTheyAreFree) {
@@ -227,6 +227,48 @@ TEST_F(Deck, NamesOfInstancesMayStandInQuotationMarks) {
       "*END ASSEMBLY\n*STEP\n*STATIC\n*CLOAD\n\"Big Part-1\".2,1,1.\n\"Big Part-1.3\",2,1.\n"
       "\"Big Part-1\".\"The End\",3,1.\n*END STEP\n");
   EXPECT_TRUE(Holds(Export(), "*CLOAD\n11,1,1.\n12,2,1.\n\"Big Part-1.The End\",3,1.\n"));
+}
+
+TEST_F(Deck, WhatTheAssemblyCallsAsSomethingInAnInstanceIsCalledOtherwise) {
+  ImportedModel model = ReadInpText(
+      "*PART, NAME=P\n*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n2,1,3,2\n"
+      "*ELSET, ELSET=Twin\n1,2\n*NSET, NSET=N\n3\n*END PART\n*ASSEMBLY, NAME=A\n*INSTANCE, NAME=I, PART=P\n"
+      "*END INSTANCE\n*NODE, NSET=\"i.N\"\n7,5,5,5\n*ELSET, ELSET=I.E, INSTANCE=I\n2\n"
+      "*ELSET, ELSET=I.E-2, INSTANCE=I\n1\n*NSET, NSET=I.N-3\n7\n*SURFACE, NAME=I.E\nI.E,S1\n*END ASSEMBLY\n"
+      "*STEP\n*STATIC\n*CLOAD\nI.N,1,1.\n*DLOAD\nI.E,P,2.\n*END STEP\n",
+      "deck.inp");
+  std::string notes;
+  for (const ImportNote& note : model.notes)
+    notes += note.key.substr(note.key.find("NOTE_") + 5) + " " + note.detail + "; ";
+  EXPECT_EQ(notes, "SAME_SET I.Twin; DECK_RENAMED i.N → i.N-2; DECK_RENAMED I.E → I.E-3; ");
+  Import(std::move(model));
+  const std::string text = Export();
+  for (const char* part :
+       {"*NODE, NSET=i.N-2\n7, 5, 5, 5\n", "*NSET, NSET=I.N\n10\n", "*NSET, NSET=I.N-3\n7\n",
+        "*SURFACE, NAME=I.E\nE, S1\n", "*ELSET, ELSET=I.E-2", "*CLOAD\nI.N, 1, 1.\n", "*DLOAD\nE, P, 2.\n"}) {
+    EXPECT_TRUE(Holds(text, part));
+  }
+}
+
+/// What is made of other nodes and elements is not shown, and nobody knows what numbers it has.
+TEST_F(Deck, KeywordsThatMakeNodesAreKeptWhereTheyMeetNoOthers) {
+  const std::string make = "*NGEN, NSET=ROW\n9,109,10\n";
+  const ImportedModel model = ReadInpText(kMesh + make + make + "*ELGEN\n2,3\n", "deck.inp");
+  ASSERT_EQ(model.notes.size(), 1U);
+  EXPECT_EQ(model.notes[0].key, "IDS_WB_NOTE_GENERATED");
+  EXPECT_EQ(model.notes[0].detail, "*ELGEN (1), *NGEN (2)");
+  Import(kMesh + make);
+  EXPECT_TRUE(Holds(Export(), make));
+  EXPECT_EQ(Said(), "");
+  AddMset(L"ours", 0, 1);
+  EXPECT_TRUE(Holds(Export(), "** *NGEN, NSET=ROW\n** 9,109,10\n"));
+  EXPECT_EQ(Said(), "CARD *NGEN: *NGEN; ");
+  ASSERT_EQ(Data().Undo(), 1);
+  Import("*NODE\n201,0,0,0\n202,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=B\n201,201,202\n");
+  EXPECT_TRUE(Holds(Export(), "** *NGEN, NSET=ROW\n** 9,109,10\n"));
+  ImportedModel parts = ReadInpText(
+      "*PART, NAME=P\n" + kMesh + make + "*END PART\n*INSTANCE, NAME=I, PART=P\n*END INSTANCE\n", "deck.inp");
+  EXPECT_NE(parts.decks.front().text.find("\n** *NGEN"), std::string::npos);
 }
 
 TEST_F(Deck, TextsThatWereMeddledWithEnd) {

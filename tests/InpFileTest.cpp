@@ -160,6 +160,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"*ELEMENT, TYPE=C3D99\n1,1\n", "IDS_WB_IMPORT_INP_TYPE model.inp, 8: C3D99"},
         BadCase{"*ELEMENT\n1,1\n", "IDS_WB_IMPORT_INP_TYPE model.inp, 8: *ELEMENT"},
         BadCase{"*ELEMENT, TYPE=S3\n7,1,2,99\n", "IDS_WB_IMPORT_INP_NODE 9: 7 - 99"},
+        BadCase{"*NGEN\n1,9\n*ELEMENT, TYPE=S3\n7,1,2,9\n", "IDS_WB_IMPORT_INP_GENERATED 11: *NGEN (1)"},
+        BadCase{"*ELGEN\n1,9\n*ELSET, ELSET=S\n7\n", "IDS_WB_IMPORT_INP_GENERATED model.inp, 11: *ELGEN (1)"},
         BadCase{"*ELEMENT, TYPE=S3\n1,1,2,x\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: x"},
         BadCase{"*ELEMENT, TYPE=S3\n1,1,2,-3\n", "IDS_WB_IMPORT_INP_NUMBER model.inp, 9: 1"},
         BadCase{"*ELEMENT, TYPE=S3\n1,1,2,3\n1,1,3,4\n", "IDS_WB_IMPORT_INP_TWICE model.inp, 10: 1"},

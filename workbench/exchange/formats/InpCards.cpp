@@ -568,6 +568,11 @@ const InpRule* FindInpRule(std::string_view keyword) {
   return found != kByKeyword.end() ? found->second : nullptr;
 }
 
+bool IsInpGenerator(std::string_view keyword) {
+  constexpr std::string_view kGenerators[] = {"NGEN", "NFILL", "NCOPY", "NMAP", "ELGEN", "ELCOPY"};
+  return std::find(std::begin(kGenerators), std::end(kGenerators), keyword) != std::end(kGenerators);
+}
+
 bool IsInpSection(std::string_view keyword) {
   constexpr std::string_view kSections[] = {"SOLIDSECTION",        "MEMBRANESECTION", "SHELLSECTION",
                                             "SHELLGENERALSECTION", "BEAMSECTION",     "BEAMGENERALSECTION"};

@@ -69,6 +69,8 @@ struct InpRule {
 
 /// Null for a keyword of whose data nothing is known.
 const InpRule* FindInpRule(std::string_view keyword);
+/// Whether a keyword makes nodes or elements out of others.
+bool IsInpGenerator(std::string_view keyword);
 /// Whether a keyword gives elements their material and size.
 bool IsInpSection(std::string_view keyword);
 

@@ -201,20 +201,25 @@ bool InpDeckFitter::ReadNumbers(InpFittedDeck& deck) {
 
 /// What two decks call by one name are two things: those of the later one get names of their own.
 void InpDeckFitter::TakeNames(InpFittedDeck& deck) {
-  std::array<std::set<std::string>, kInpNames> own;
+  std::array<std::map<std::string, std::string>, kInpNames> own;  // by name in upper case
   for (const InpCard& card : deck.cards) {
     const auto [kind, name] = DefinedBy(card);
-    if (!name.empty()) own[static_cast<std::size_t>(kind)].insert(UpperCase(name));
+    if (!name.empty()) own[static_cast<std::size_t>(kind)].emplace(UpperCase(name), name);
   }
   for (std::size_t kind = 0; kind < kInpNames; ++kind) {
-    for (const std::string& name : own[kind]) {
-      std::string unique = name;
-      for (int number = 2; m_taken[kind].contains(unique) || (unique != name && own[kind].contains(unique));
+    for (const auto& [key, name] : own[kind]) {
+      std::string suffix;
+      for (int number = 2;
+           m_taken[kind].contains(key + suffix) || (!suffix.empty() && own[kind].contains(key + suffix));
            ++number) {
-        unique = name + "-" + std::to_string(number);
+        suffix = "-" + std::to_string(number);
       }
-      if (unique != name) deck.fit.Rename(static_cast<InpName>(kind), name, unique);
-      m_taken[kind].insert(unique);
+      if (!suffix.empty()) {
+        const std::string other = name + suffix;
+        deck.fit.Rename(static_cast<InpName>(kind), name, other);
+        m_notes.Add("IDS_WB_EXPORT_DECK_RENAMED", std::string(name).append(" → ").append(other));
+      }
+      m_taken[kind].insert(key + suffix);
     }
   }
 }

@@ -84,6 +84,7 @@ class DeckWriter {
   std::vector<bool> m_written;  // beside the mesh's places
   std::vector<Deck> m_decks;
   NumberSet m_nodesWritten;
+  bool m_isMixed = false;      // there is more than one deck has numbered
   std::uint64_t m_groups = 0;  // element sets that were written
 };
 
@@ -102,6 +103,7 @@ void DeckWriter::WriteMesh() {
   for (const auto& [number, at] : m_mesh.Nodes()) {
     if (m_nodesWritten.contains(number)) continue;
     if (!std::exchange(open, true)) m_file << "*NODE\n";
+    m_isMixed = true;
     WriteInpNode(number, at, m_file);
   }
   for (Deck& deck : m_decks) {
@@ -211,6 +213,7 @@ void DeckWriter::WriteNewElements() {
     const std::string type(InpNameOf(block.elementType));
     if (type.empty()) throw ImportError{"IDS_WB_EXPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
     m_file << "*ELEMENT, TYPE=" << type << "\n";
+    m_isMixed = true;
     for (const std::uint64_t element : elements) {
       WriteInpElement(block, element, InpOrderOf(block.elementType), m_file);
     }
@@ -333,6 +336,9 @@ void DeckWriter::WriteOther(Deck& deck, const InpCard& card) {
   constexpr std::string_view kMesh[] = {"NODE", "ELEMENT", "USERELEMENT", "ELSET"};
   if (std::find(std::begin(kMesh), std::end(kMesh), card.keyword) != std::end(kMesh)) return;
   InpFitted fitted = Fit(card, deck.fit);
+  if (IsInpGenerator(card.keyword) && (m_isMixed || m_decks.size() > 1) && !fitted.loss.IsAny()) {
+    fitted.loss = {"what it makes may have the numbers of other nodes or elements", "*" + card.keyword};
+  }
   if (IsInpSection(card.keyword)) m_properties.FitSection(deck, card, fitted);
   if (card.keyword == "MATERIAL" || card.keyword == "ELASTIC" || card.keyword == "DENSITY") {
     m_properties.FitValues(deck, card, fitted);

@@ -96,10 +96,12 @@ class Reader {
   using Data = void (Reader::*)(std::string_view);
   struct Piece {
     std::string name;
-    std::size_t count = 0;  // parts and instances in which the set has elements
+    std::size_t count = 0;    // parts and instances in which the set has elements
+    std::string inDeck = {};  // what it is called without instances
   };
   using Pieces = std::map<std::string, Piece>;
   void Keyword(const InpLine& line);
+  std::string Generators() const;
   void BeginElements(const InpLine& line);
   void BeginSet(const InpLine& line);
   void BeginSection(const InpLine& line, tagTProperty::Kind kind);
@@ -148,9 +150,10 @@ class Reader {
   const InpElement* m_element = nullptr;
   std::optional<std::size_t> m_elementSet;
   bool m_isNetwork = false;
-  std::set<std::string> m_leftOut;      // kinds of elements of which some are not read
-  std::set<std::int64_t> m_skipped;     // the numbers of these elements
-  std::vector<std::int64_t> m_numbers;  // of an element that goes on over several lines
+  std::map<std::string, std::size_t> m_generators;  // keywords that make nodes and elements, which are not read
+  std::set<std::string> m_leftOut;                  // kinds of elements of which some are not read
+  std::set<std::int64_t> m_skipped;                 // the numbers of these elements
+  std::vector<std::int64_t> m_numbers;              // of an element that goes on over several lines
   std::string m_setName;
   std::optional<std::size_t> m_set;  // its place in m_setPart, once it is there
   bool m_internal = false;
@@ -215,7 +218,18 @@ void Reader::Keyword(const InpLine& line) {
     m_open.pop_back();
     if (block == "PART") m_part->textBytes = m_deckText.Size() - m_part->textAt;
     if (block == "PART" || block == "INSTANCE") m_part = &m_parts.front();
+  } else if (IsInpGenerator(keyword)) {
+    ++m_generators[keyword];
   }
+}
+
+/// Nothing, or the keywords by which the deck makes nodes and elements.
+std::string Reader::Generators() const {
+  std::string all;
+  for (const auto& [keyword, count] : m_generators) {
+    all += (all.empty() ? "*" : ", *") + keyword + " (" + std::to_string(count) + ")";
+  }
+  return all;
 }
 
 void Reader::BeginElements(const InpLine& line) {
@@ -376,6 +390,8 @@ void Reader::AddToSet(Part& part, std::size_t set, std::int64_t element) {
   if (found != part.placeOfElement.end()) {
     part.mesh.sets[set].elements.push_back(found->second);
   } else if (!m_skipped.contains(element)) {
+    if (!m_generators.empty())
+      throw ImportError{"IDS_WB_IMPORT_INP_GENERATED", m_lines.Place() + ": " + Generators()};
     m_lines.Fail("IDS_WB_IMPORT_INP_ELEMENT", std::to_string(element));
   }
 }
@@ -564,6 +580,9 @@ void Reader::CheckPart(Part& part) {
     for (int i = 0; i < nodes; ++i) {
       const std::uint64_t node = part.mesh.elementNodes[element.firstNode + static_cast<std::uint64_t>(i)];
       if (!std::binary_search(part.mesh.nodeIds.begin(), part.mesh.nodeIds.end(), node)) {
+        if (!m_generators.empty()) {
+          throw ImportError{"IDS_WB_IMPORT_INP_GENERATED", std::to_string(element.line) + ": " + Generators()};
+        }
         throw ImportError{"IDS_WB_IMPORT_INP_NODE", std::to_string(element.line) + ": " +
                                                         std::to_string(element.id) + " - " + std::to_string(node)};
       }
@@ -606,6 +625,13 @@ Reader::Pieces Reader::PiecesOfSets() const {
   };
   count(m_parts.front().mesh, false);
   for (const auto& [instance, part] : m_partOfInstance) count(part.mesh, true);
+  for (auto& [key, piece] : pieces) {
+    piece.inDeck = m_instances.NameOutside(
+        piece.name, [&](const std::string& name) { return pieces.contains(UpperCase(name)); },
+        [this](const InpInstance& instance, const std::string& name) {
+          return m_partOfInstance.at(&instance).mesh.setOf.contains(Part::KeyOf(name, false));
+        });
+  }
   return pieces;
 }
 
@@ -614,9 +640,10 @@ Reader::Pieces Reader::PiecesOfSets() const {
 void Reader::NameSetsInDeck(InpPart& mesh, const std::string& instance, const Pieces& pieces) {
   for (InpSet& set : mesh.sets) {
     const bool ofAssembly = set.ofAssembly || instance.empty();
-    const bool isPiece = ofAssembly && pieces.at(UpperCase(set.name)).count > 1;
+    const Piece* piece = ofAssembly ? &pieces.at(UpperCase(set.name)) : nullptr;
+    const bool isPiece = piece != nullptr && piece->count > 1;
     const std::string dotted = instance.empty() ? set.name : instance + "." + set.name;
-    set.inDeck = isPiece ? std::string() : ofAssembly ? set.name : dotted;
+    set.inDeck = isPiece ? std::string() : ofAssembly ? piece->inDeck : dotted;
     if (isPiece) set.name = dotted;
   }
 }
@@ -644,7 +671,7 @@ ImportedModel Reader::Finish() {
   }
   const Pieces pieces = PiecesOfSets();
   for (const auto& [key, piece] : pieces) {
-    if (piece.count > 1) deck.sets.push_back({piece.name, -1, true});
+    if (piece.count > 1) deck.sets.push_back({piece.inDeck, -1, true});
   }
   NameSetsInDeck(loose.mesh, {}, pieces);
   InpGroups groups(m_model, deck);
@@ -684,6 +711,7 @@ ImportedModel Reader::Finish() {
   if (groups.Unsearched() > 0) {
     m_model.notes.push_back({"IDS_WB_NOTE_UNSEARCHED_SETS", std::to_string(groups.Unsearched())});
   }
+  if (!m_generators.empty()) m_model.notes.push_back({"IDS_WB_NOTE_GENERATED", Generators()});
   if (m_surplus > 0) {
     m_model.notes.push_back({"IDS_WB_NOTE_SURPLUS", std::to_string(m_surplus) + " (" + m_surplusPlace + ")"});
   }
@@ -694,10 +722,13 @@ ImportedModel Reader::Finish() {
       deck.sections.push_back(static_cast<std::int32_t>(place));
     }
   } else {
-    InpFlatDeck flat = FlattenInp(deck, m_instances);
+    std::map<std::string, std::string> names;
+    for (const auto& [key, piece] : pieces) names[key] = piece.inDeck;
+    InpFlatDeck flat = FlattenInp(deck, m_instances, names);
     deck.text = std::move(flat.text);
     for (const std::size_t section : flat.sections) deck.sections.push_back(static_cast<std::int32_t>(section));
     deck.rest = -1;  // what belongs to no set is the instance's
+    for (const std::string& renamed : flat.renamed) m_model.notes.push_back({"IDS_WB_NOTE_DECK_RENAMED", renamed});
     for (const std::string& keyword : flat.left) m_model.notes.push_back({"IDS_WB_NOTE_DECK_PARTS", keyword});
   }
   m_model.decks.push_back(std::move(deck));

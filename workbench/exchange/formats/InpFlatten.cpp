@@ -59,13 +59,19 @@ std::string Moved(const std::string& line, const Points& points, const InpPlacem
 
 class Flattener {
  public:
-  Flattener(const ImportedDeck& deck, const InpInstances& instances)
-      : m_name(deck.name), m_cards(CardsOf(deck.text)), m_instances(instances) {
+  Flattener(const ImportedDeck& deck, const InpInstances& instances,
+            const std::map<std::string, std::string>& elementSets)
+      : m_name(deck.name), m_cards(CardsOf(deck.text)), m_instances(instances), m_elementSets(elementSets) {
     m_assembly.instances = &instances;
     for (const InpInstance& instance : instances.All()) {
       if (!instance.placed) m_unplaced[UpperCase(instance.part)] = &instance;
     }
+    bool isInside = false;  // a part or an instance
     for (const InpCard& card : m_cards) {
+      if (card.keyword == "PART" || card.keyword == "INSTANCE") isInside = true;
+      if (card.keyword == "ENDPART" || card.keyword == "ENDINSTANCE") isInside = false;
+      if (const auto [kind, name] = DefinedBy(card); !isInside && !name.empty())
+        m_outside.emplace(kind, UpperCase(name));
       m_sectionOf.push_back(m_sections);
       if (IsInpSection(card.keyword)) ++m_sections;
     }
@@ -164,21 +170,49 @@ class Flattener {
   void AddOfAssembly(std::size_t place) {
     const InpCard& card = m_cards[place];
     const InpInstance* instance = card.Has("INSTANCE") ? m_instances.Find(card.Value("INSTANCE")) : nullptr;
-    if (instance == nullptr) return Add(place, Fitted(card, m_assembly));
+    const bool isElements = card.keyword == "ELSET" || card.keyword == "ELEMENT";
+    const std::string named = isElements ? card.Value("ELSET") : DefinedBy(card).second;
+    const std::string other = isElements ? ElementSetOutside(named) : NameOutside(DefinedBy(card).first, named);
     // What it defines is the assembly's; what it lists is the instance's.
-    InpFitted fitted = Fitted(card, FitOf(*instance));
+    InpFitted fitted = Fitted(card, instance != nullptr ? FitOf(*instance) : m_assembly);
+    if (instance == nullptr && other == named) return Add(place, fitted);
+    if (other != named && m_said.insert(named + "\n" + other).second)
+      m_flat.renamed.push_back(named + " → " + other);
     fitted.header = "*" + card.keyword;
     for (const InpCard::Parameter& parameter : card.parameters) {
       if (parameter.name == "INSTANCE") continue;
+      const std::string value = card.header.substr(parameter.at, parameter.length);
+      const bool isName = parameter.name == "NAME" || parameter.name == "NSET" || parameter.name == "ELSET";
       fitted.header += ", " + parameter.name;
-      if (parameter.length > 0) fitted.header += "=" + card.header.substr(parameter.at, parameter.length);
+      if (parameter.length > 0) fitted.header += "=" + (isName && other != named ? QuotedInpName(other) : value);
     }
     Add(place, fitted);
+  }
+
+  std::string ElementSetOutside(const std::string& name) const {
+    const auto found = m_elementSets.find(UpperCase(name));
+    return found != m_elementSets.end() ? found->second : name;
+  }
+  std::string NameOutside(InpName kind, const std::string& name) {
+    if (name.empty()) return name;
+    return m_instances.NameOutside(
+        name,
+        [&](const std::string& other) {
+          return m_outside.contains({kind, UpperCase(other)});
+        },
+        [&](const InpInstance& instance, const std::string& rest) {
+          return FitOf(instance).Find(kind, rest) != nullptr;
+        });
   }
 
   /// As Fit, and the numbers of the mesh, which the text holds in runs.
   static InpFitted Fitted(const InpCard& card, const InpFit& fit) {
     const bool isNode = card.keyword == "NODE";
+    if (IsInpGenerator(card.keyword)) {
+      InpFitted lost = Fit(card, {});
+      lost.loss = {"what it makes may have the numbers of another instance", {}};
+      return lost;
+    }
     if (!isNode && card.keyword != "ELEMENT") return Fit(card, fit);
     InpCard bare = card;
     bare.lines.clear();
@@ -237,14 +271,18 @@ class Flattener {
   std::map<std::string, std::vector<std::size_t>> m_parts;  // cards by the part's name in upper case
   std::map<std::string, const InpInstance*> m_unplaced;     // by their part in upper case
   std::map<const InpInstance*, InpFit> m_fits;              // see FitOf
+  const std::map<std::string, std::string>& m_elementSets;  // of the assembly: how they are called
+  std::set<std::pair<InpName, std::string>> m_outside;      // names in upper case that are no part's
+  std::set<std::string> m_said;                             // renamings
   std::set<std::string> m_left;
   InpFlatDeck m_flat;
 };
 
 }  // namespace
 
-InpFlatDeck FlattenInp(const ImportedDeck& deck, const InpInstances& instances) {
-  return Flattener(deck, instances).Work();
+InpFlatDeck FlattenInp(const ImportedDeck& deck, const InpInstances& instances,
+                       const std::map<std::string, std::string>& elementSets) {
+  return Flattener(deck, instances, elementSets).Work();
 }
 
 }  // namespace qd::workbench

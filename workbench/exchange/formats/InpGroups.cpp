@@ -88,14 +88,19 @@ void InpGroups::Add(const InpPart& part, bool always) {
     if (always) top = m_deck.rest;
     m_model.meshSets.push_back({part.name, -1, CommonProperty(part, homeless), mesh.Take()});
   }
+  // A set of an instance is known with the instance.
+  const auto shown = [&](std::uint32_t set) {
+    const InpSet& named = part.sets[set];
+    return named.inDeck.empty() ? named.name : named.inDeck;
+  };
   for (std::uint32_t set = 0; set < part.sets.size(); ++set) {
-    if (nesting.twin[set] != kNone) m_model.notes.push_back({"IDS_WB_NOTE_SAME_SET", part.sets[set].name});
+    if (nesting.twin[set] != kNone) m_model.notes.push_back({"IDS_WB_NOTE_SAME_SET", shown(set)});
   }
   // Every set comes after the one that it lies in, and those in one set in the order of the file.
   std::vector<std::int32_t> placeOf(part.sets.size(), -1);
   for (const std::uint32_t set : nesting.outsideIn) {
     const bool shared = !nesting.whole[set];
-    if (shared) m_model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", part.sets[set].name});
+    if (shared) m_model.notes.push_back({"IDS_WB_NOTE_SHARED_SET", shown(set)});
     GroupMesh mesh(part);
     for (const std::uint32_t element : owned[set]) mesh.Add(element);
     const std::uint32_t above = nesting.parent[set];

@@ -17,6 +17,18 @@ const InpInstance* InpInstances::Find(std::string_view name) const {
   return found != m_of.end() ? found->second : nullptr;
 }
 
+std::string InpInstances::NameOutside(
+    const std::string& name, const std::function<bool(const std::string&)>& isTaken,
+    const std::function<bool(const InpInstance&, const std::string&)>& isIn) const {
+  std::string unique = name;
+  for (int number = 2;; ++number) {
+    const auto [instance, rest] = Split(unique);
+    const bool isInside = instance != nullptr && isIn(*instance, rest);
+    if (!isInside && (unique == name || !isTaken(unique))) return unique;
+    unique = name + "-" + std::to_string(number);
+  }
+}
+
 std::pair<const InpInstance*, std::string> InpInstances::Split(std::string_view given) const {
   if (m_of.empty() || given.find('.') == std::string_view::npos) return {};
   std::string field(given);

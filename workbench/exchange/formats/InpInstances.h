@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
@@ -31,6 +32,10 @@ class InpInstances {
   /// The instance in front of a dot and the name or number behind it, as an assembly speaks of them; either may
   /// stand in quotation marks, or both in one. Null and empty for other fields.
   std::pair<const InpInstance*, std::string> Split(std::string_view field) const;
+  /// A name of the assembly as it is called without instances: with a number behind it as long as `isTaken` says
+  /// so of it, which is asked for names of the assembly, or `isIn` of what an instance holds by that name.
+  std::string NameOutside(const std::string& name, const std::function<bool(const std::string&)>& isTaken,
+                          const std::function<bool(const InpInstance&, const std::string&)>& isIn) const;
   std::deque<InpInstance>& All() { return m_all; }
   const std::deque<InpInstance>& All() const { return m_all; }
 
