@@ -25,191 +25,6 @@ std::string_view Unquoted(std::string_view name) {
   return quoted ? name.substr(1, name.size() - 2) : name;
 }
 
-// Sections and materials are made of many cards; the rest is in the order of the alphabet.
-constexpr InpRule kRules[] = {{"BOUNDARY", "n"},
-                              {"BOUNDARYF", "e"},
-                              {"CFLUX", "n"},
-                              {"CLOAD", "n"},
-                              {"CONTACTPAIR", "ss"},
-                              {"CONTACTFILE", ""},
-                              {"CONTACTOUTPUT", ""},
-                              {"CONTACTPRINT", ""},
-                              {"COUPLING", ""},
-                              {"KINEMATIC", "", InpRule::kCard, "COUPLING"},
-                              {"DISTRIBUTING", "", InpRule::kCard, "COUPLING"},
-                              {"DESIGNVARIABLES", "(n)", InpRule::kField},
-                              {"DFLUX", "e"},
-                              {"DISTRIBUTINGCOUPLING", "n"},
-                              {"DISTRIBUTION", "e"},
-                              {"DLOAD", "e"},
-                              {"DSFLUX", "s"},
-                              {"DSLOAD", "s"},
-                              {"ELFILE", ""},
-                              {"ELPRINT", ""},
-                              {"ELEMENTOUTPUT", ""},
-                              {"ELSET", "(e)", InpRule::kField},
-                              {"EQUATION", "(n..)", InpRule::kCard},
-                              {"EQUATIONF", "(e...)", InpRule::kCard},
-                              {"FACEPRINT", ""},
-                              {"FILM", "e"},
-                              {"INITIALCONDITIONS", "n"},
-                              {"MASSFLOW", "e"},
-                              {"MODELCHANGE", "(e)", InpRule::kField},
-                              {"MPC", "(n)", InpRule::kCard},
-                              {"NETWORKMPC", "(n..)", InpRule::kCard},
-                              {"NODALTHICKNESS", "n"},
-                              {"NODEFILE", ""},
-                              {"NODEOUTPUT", ""},
-                              {"NODEPRINT", ""},
-                              {"NORMAL", "en"},
-                              {"NSET", "(n)", InpRule::kField},
-                              {"OBJECTIVE", ""},
-                              {"PRE-TENSIONSECTION", ""},
-                              {"RADIATE", "e"},
-                              {"RETAINEDNODALDOFS", "n"},
-                              {"RIGIDBODY", ""},
-                              {"SECTIONPRINT", ""},
-                              {"SUBMODEL", "(n)", InpRule::kField},
-                              {"SURFACE", "e"},
-                              {"TEMPERATURE", "n"},
-                              {"TIE", "ss", InpRule::kCard},
-                              {"TRANSFORM", ""},
-                              {"TRANSFORMF", ""},
-                              {"BEAMGENERALSECTION", ""},
-                              {"BEAMSECTION", ""},
-                              {"CHANGESOLIDSECTION", ""},
-                              {"DASHPOT", ""},
-                              {"GAP", ""},
-                              {"MASS", ""},
-                              {"MEMBRANESECTION", ""},
-                              {"SHELLGENERALSECTION", ""},
-                              {"SHELLSECTION", "", InpRule::kCard},
-                              {"SOLIDSECTION", ""},
-                              {"SPRING", ""},
-                              {"MATERIAL", ""},
-                              {"COMPRESSIONONLY", "", InpRule::kCard, "MATERIAL"},
-                              {"CONDUCTIVITY", "", InpRule::kCard, "MATERIAL"},
-                              {"CREEP", "", InpRule::kCard, "MATERIAL"},
-                              {"CYCLICHARDENING", "", InpRule::kCard, "MATERIAL"},
-                              {"DAMPING", "", InpRule::kCard, "MATERIAL"},
-                              {"DEFORMATIONPLASTICITY", "", InpRule::kCard, "MATERIAL"},
-                              {"DENSITY", "", InpRule::kCard, "MATERIAL"},
-                              {"DEPVAR", "", InpRule::kCard, "MATERIAL"},
-                              {"ELASTIC", "", InpRule::kCard, "MATERIAL"},
-                              {"ELECTRICALCONDUCTIVITY", "", InpRule::kCard, "MATERIAL"},
-                              {"EXPANSION", "", InpRule::kCard, "MATERIAL"},
-                              {"FLUIDCONSTANTS", "", InpRule::kCard, "MATERIAL"},
-                              {"HYPERELASTIC", "", InpRule::kCard, "MATERIAL"},
-                              {"HYPERFOAM", "", InpRule::kCard, "MATERIAL"},
-                              {"MAGNETICPERMEABILITY", "", InpRule::kCard, "MATERIAL"},
-                              {"PLASTIC", "", InpRule::kCard, "MATERIAL"},
-                              {"SPECIFICGASCONSTANT", "", InpRule::kCard, "MATERIAL"},
-                              {"SPECIFICHEAT", "", InpRule::kCard, "MATERIAL"},
-                              {"USERMATERIAL", "", InpRule::kCard, "MATERIAL"},
-                              {"SURFACEINTERACTION", ""},
-                              {"CONTACTDAMPING", "", InpRule::kCard, "SURFACEINTERACTION"},
-                              {"FRICTION", "", InpRule::kCard, "SURFACEINTERACTION"},
-                              {"GAPCONDUCTANCE", "", InpRule::kCard, "SURFACEINTERACTION"},
-                              {"SURFACEBEHAVIOR", "", InpRule::kCard, "SURFACEINTERACTION"},
-                              // Numbers of these are values, of steps, times and the like.
-                              {"AMPLITUDE", ""},
-                              {"BASEMOTION", ""},
-                              {"BUCKLE", ""},
-                              {"CFD", ""},
-                              {"CHANGEFRICTION", ""},
-                              {"CHANGEMATERIAL", ""},
-                              {"CHANGEPLASTIC", ""},
-                              {"CHANGESURFACEBEHAVIOR", ""},
-                              {"CLEARANCE", ""},
-                              {"COMPLEXFREQUENCY", ""},
-                              {"CONTROLS", ""},
-                              {"COUPLEDTEMPERATURE-DISPLACEMENT", ""},
-                              {"CYCLICSYMMETRYMODEL", ""},
-                              {"DYNAMIC", ""},
-                              {"ELECTROMAGNETICS", ""},
-                              {"ENDSTEP", ""},
-                              {"FREQUENCY", ""},
-                              {"GREEN", ""},
-                              {"HEADING", ""},
-                              {"HEATTRANSFER", ""},
-                              {"MODALDAMPING", ""},
-                              {"MODALDYNAMIC", ""},
-                              {"NOANALYSIS", ""},
-                              {"ORIENTATION", ""},
-                              {"OUTPUT", ""},
-                              {"PHYSICALCONSTANTS", ""},
-                              {"PREPRINT", ""},
-                              {"RESTART", ""},
-                              {"SELECTCYCLICSYMMETRYMODES", ""},
-                              {"SENSITIVITY", ""},
-                              {"STATIC", ""},
-                              {"STEADYSTATEDYNAMICS", ""},
-                              {"STEP", ""},
-                              {"SUBSTRUCTUREGENERATE", ""},
-                              {"SUBSTRUCTUREMATRIXOUTPUT", ""},
-                              {"TIMEPOINTS", ""},
-                              {"UNCOUPLEDTEMPERATURE-DISPLACEMENT", ""},
-                              {"USERELEMENT", ""},
-                              {"VALUESATINFINITY", ""},
-                              {"VIEWFACTOR", ""},
-                              {"VISCO", ""}};
-
-/// What the values of parameters name, whatever the keyword.
-struct ParameterRule {
-  std::string_view name;
-  char what;
-};
-constexpr ParameterRule kParameters[] = {
-    {"ELSET", 'E'}, {"NSET", 'N'},    {"SURFACE", 's'},     {"MATERIAL", 'm'}, {"MASTER", 's'},
-    {"SLAVE", 's'}, {"TIE", 't'},     {"INTERACTION", 'i'}, {"REFNODE", 'n'},  {"ROTNODE", 'n'},
-    {"NODE", 'n'},  {"ELEMENT", 'e'}, {"ORIENTATION", 'o'}, {"OIL", 'm'},      {"GLOBALELSET", 'E'}};
-/// What NAME= names, by the keyword.
-constexpr ParameterRule kNamed[] = {{"SURFACE", 's'},       {"MATERIAL", 'm'}, {"ORIENTATION", 'o'},
-                                    {"AMPLITUDE", 'a'},     {"TIE", 't'},      {"SURFACEINTERACTION", 'i'},
-                                    {"CHANGEMATERIAL", 'm'}};
-
-InpName KindOf(char what) {
-  switch (what) {
-    case 'e':
-    case 'E':
-      return InpName::ElementSet;
-    case 'n':
-    case 'N':
-      return InpName::NodeSet;
-    case 's':
-      return InpName::Surface;
-    case 'm':
-      return InpName::Material;
-    case 'o':
-      return InpName::Orientation;
-    case 'a':
-      return InpName::Amplitude;
-    case 'i':
-      return InpName::Interaction;
-    case 't':
-      return InpName::Tie;
-    default:
-      return InpName::Other;
-  }
-}
-
-const char* WordFor(InpName kind) {
-  constexpr const char* kWords[] = {"element set", "node set",    "surface", "material", "orientation",
-                                    "amplitude",   "interaction", "tie",     "name"};
-  return kWords[static_cast<std::size_t>(kind)];
-}
-
-char NamedBy(const InpCard& card, const std::string& parameter) {
-  const auto among = [](std::span<const ParameterRule> rules, std::string_view name) {
-    const auto found =
-        std::find_if(rules.begin(), rules.end(), [&](const auto& rule) { return rule.name == name; });
-    return found != rules.end() ? found->what : '.';
-  };
-  if (parameter == "NAME") return among(kNamed, card.keyword);
-  if (parameter.ends_with("AMPLITUDE")) return 'a';
-  return among(kParameters, parameter);
-}
-
 /// Takes a field to what fits; what is lost leaves the reason.
 class Fitter {
  public:
@@ -252,7 +67,7 @@ class Fitter {
   void Header() {
     m_result.header = m_card.header;
     for (auto parameter = m_card.parameters.rbegin(); parameter != m_card.parameters.rend(); ++parameter) {
-      const char what = NamedBy(m_card, parameter->name);
+      const char what = InpLetterOfParameter(m_card.keyword, parameter->name);
       if (what == '.' || parameter->length == 0) continue;
       const std::string_view value = std::string_view(m_card.header).substr(parameter->at, parameter->length);
       std::string instead;
@@ -288,12 +103,12 @@ class Fitter {
       if (instance != nullptr) instead = QuotedInpName(instance->name + "." + name);
       if (instance != nullptr) return {};
     }
-    const InpName kind = KindOf(what);
+    const InpName kind = InpNameOfLetter(what);
     const std::string_view name = Unquoted(field);
     const std::string* found = m_fit.Find(kind, name);
     if (found == nullptr) return {};
     if (found->empty()) {
-      return {std::string(WordFor(kind)) + " " + std::string(name) + " is not written", std::string(name)};
+      return {std::string(InpWordFor(kind)) + " " + std::string(name) + " is not written", std::string(name)};
     }
     instead = QuotedInpName(*found);
     return {};
@@ -489,6 +304,18 @@ std::string InpCard::Value(std::string_view parameter) const {
   return std::string(Unquoted(std::string_view(header).substr(found->at, found->length)));
 }
 
+std::string InpCard::HeaderWith(const std::map<std::string, std::string>& others) const {
+  std::string text = "*" + keyword;
+  for (const Parameter& parameter : parameters) {
+    const auto other = others.find(parameter.name);
+    if (other != others.end() && other->second.empty()) continue;
+    text += ", " + parameter.name;
+    if (parameter.length == 0) continue;
+    text += "=" + (other != others.end() ? other->second : header.substr(parameter.at, parameter.length));
+  }
+  return text;
+}
+
 namespace {
 
 void ParseHeader(InpCard& card) {
@@ -558,27 +385,6 @@ std::vector<InpCard> CardsOf(std::string_view text, const std::function<void()>&
   return cards;
 }
 
-const InpRule* FindInpRule(std::string_view keyword) {
-  static const std::map<std::string_view, const InpRule*> kByKeyword = [] {
-    std::map<std::string_view, const InpRule*> rules;
-    for (const InpRule& rule : kRules) rules[rule.keyword] = &rule;
-    return rules;
-  }();
-  const auto found = kByKeyword.find(keyword);
-  return found != kByKeyword.end() ? found->second : nullptr;
-}
-
-bool IsInpGenerator(std::string_view keyword) {
-  constexpr std::string_view kGenerators[] = {"NGEN", "NFILL", "NCOPY", "NMAP", "ELGEN", "ELCOPY"};
-  return std::find(std::begin(kGenerators), std::end(kGenerators), keyword) != std::end(kGenerators);
-}
-
-bool IsInpSection(std::string_view keyword) {
-  constexpr std::string_view kSections[] = {"SOLIDSECTION",        "MEMBRANESECTION", "SHELLSECTION",
-                                            "SHELLGENERALSECTION", "BEAMSECTION",     "BEAMGENERALSECTION"};
-  return std::find(std::begin(kSections), std::end(kSections), keyword) != std::end(kSections);
-}
-
 // ---- fitting --------------------------------------------------------------------------------------------
 
 void InpFit::Rename(InpName kind, const std::string& from, const std::string& to) {
@@ -602,7 +408,7 @@ const std::string* InpFit::Find(InpName kind, std::string_view name) const {
 }
 
 InpName InpNameOfParameter(const InpCard& card, const std::string& parameter) {
-  return KindOf(NamedBy(card, parameter));
+  return InpNameOfLetter(InpLetterOfParameter(card.keyword, parameter));
 }
 
 InpFitted Fit(const InpCard& card, const InpFit& fit) {

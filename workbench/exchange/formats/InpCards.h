@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "workbench/exchange/formats/InpRules.h"
+
 namespace qd::workbench {
 
 class InpInstances;
@@ -30,6 +32,9 @@ struct InpCard {
   /// The value of a parameter without quotation marks, empty when it is missing.
   std::string Value(std::string_view parameter) const;
   bool Has(std::string_view parameter) const;
+  /// The header with other values for some parameters, as they are to be written; an empty one leaves its
+  /// parameter out.
+  std::string HeaderWith(const std::map<std::string, std::string>& others) const;
 };
 
 /// Divides a text into its cards; they stay good as long as it. What stands before the first keyword and behind
@@ -38,41 +43,6 @@ std::vector<InpCard> CardsOf(
     std::string_view text, const std::function<void()>& look = [] {});
 
 bool IsComment(std::string_view line);
-
-/// What names in a deck name. Names of one kind do not meet those of another.
-enum class InpName : std::uint8_t {
-  ElementSet,
-  NodeSet,
-  Surface,
-  Material,
-  Orientation,
-  Amplitude,
-  Interaction,
-  Tie,
-  Other
-};
-inline constexpr std::size_t kInpNames = static_cast<std::size_t>(InpName::Other) + 1;
-
-/// What stands in the data lines of a keyword.
-struct InpRule {
-  std::string_view keyword;  ///< without blanks
-  /// One letter for each field: n a node or node set, e an element or element set, s a surface, m a material, o an
-  /// orientation, . none of these. What stands in brackets repeats to the end of the line.
-  std::string_view fields;
-  enum Loss : std::uint8_t {
-    kLine,   ///< a line that no longer fits goes alone
-    kField,  ///< the field goes alone: lines are lists
-    kCard    ///< the lines are one thing: all go
-  } loss = kLine;
-  std::string_view under = {};  ///< the keyword that it belongs to and goes with
-};
-
-/// Null for a keyword of whose data nothing is known.
-const InpRule* FindInpRule(std::string_view keyword);
-/// Whether a keyword makes nodes or elements out of others.
-bool IsInpGenerator(std::string_view keyword);
-/// Whether a keyword gives elements their material and size.
-bool IsInpSection(std::string_view keyword);
 
 /// How names and numbers of a deck are to be written.
 class InpFit {

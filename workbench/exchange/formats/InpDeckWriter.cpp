@@ -139,18 +139,12 @@ void DeckWriter::WriteNodeCard(Deck& deck, const InpCard& card) {
 
 /// The card's header; without its set where the set is listed with the others.
 std::string ElementHeader(const InpFittedDeck& deck, const InpCard& card) {
-  InpCard named = card;
   const auto set = deck.setOf.find(UpperCase(card.Value("ELSET")));
-  if (set != deck.setOf.end() && deck.states[set->second] != InpDeckSet::Text) {
-    named.header = "*ELEMENT";
-    named.parameters.clear();
-    for (const InpCard::Parameter& parameter : card.parameters) {
-      if (parameter.name == "ELSET") continue;
-      named.header += ", " + parameter.name;
-      if (parameter.length > 0) named.header += "=" + card.header.substr(parameter.at, parameter.length);
-    }
-  }
-  return Fit(named, deck.fit).header;
+  const bool isListed = set != deck.setOf.end() && deck.states[set->second] != InpDeckSet::Text;
+  if (isListed) return card.HeaderWith({{"ELSET", {}}});
+  InpCard bare = card;
+  bare.lines.clear();
+  return Fit(bare, deck.fit).header;
 }
 
 /// An element that no mesh set holds: it is written as it came, with the numbers of now.

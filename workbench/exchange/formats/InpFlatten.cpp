@@ -178,14 +178,11 @@ class Flattener {
     if (instance == nullptr && other == named) return Add(place, fitted);
     if (other != named && m_said.insert(named + "\n" + other).second)
       m_flat.renamed.push_back(named + " → " + other);
-    fitted.header = "*" + card.keyword;
-    for (const InpCard::Parameter& parameter : card.parameters) {
-      if (parameter.name == "INSTANCE") continue;
-      const std::string value = card.header.substr(parameter.at, parameter.length);
-      const bool isName = parameter.name == "NAME" || parameter.name == "NSET" || parameter.name == "ELSET";
-      fitted.header += ", " + parameter.name;
-      if (parameter.length > 0) fitted.header += "=" + (isName && other != named ? QuotedInpName(other) : value);
+    std::map<std::string, std::string> values{{"INSTANCE", {}}};
+    for (const char* parameter : {"NAME", "NSET", "ELSET"}) {
+      if (other != named) values[parameter] = QuotedInpName(other);
     }
+    fitted.header = card.HeaderWith(values);
     Add(place, fitted);
   }
 
