@@ -1,5 +1,6 @@
 #include "workbench/tree/TreePrinter.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cwchar>
@@ -10,6 +11,9 @@
 namespace qd::workbench {
 
 namespace {
+
+/// Deeper rows say their level: a chain of a hundred thousand sets would be gigabytes of blanks.
+constexpr int kMostIndented = 100;
 
 std::wstring Escaped(const std::wstring& title) {
   std::wstring shown;
@@ -33,7 +37,8 @@ std::string PrintTree(const CQDTreeListCtrl& tree) {
   std::string out;
   int level = 0;
   for (HTREEITEM row = tree.GetRootItem(); row;) {
-    out.append(static_cast<std::size_t>(level) * 2, ' ');
+    out.append(static_cast<std::size_t>(std::min(level, kMostIndented)) * 2, ' ');
+    if (level > kMostIndented) out += "(level " + std::to_string(level) + ") ";
     const int check = tree.WhichCheck(row);
     if (check != 0) out += check == kChecked ? "[x] " : "[ ] ";
     out += ToUtf8(Escaped(tree.GetItemText(row, 0)));
