@@ -76,6 +76,11 @@ class HeldDocument : public ::testing::Test {
     const Document document(path);
     return document.file != nullptr ? Contents(document.data) : document.error.key;
   }
+  /// The version of a file with its logs, as the library finds it.
+  static int VersionOf(const fs::path& path) {
+    Connection file(path.string(), Connection::Mode::Write);
+    return static_cast<int>(file.Value("PRAGMA user_version"));
+  }
   /// Runs something in a child. Returns how it ended.
   template <typename Work>
   static int InChild(const Work& work) {
@@ -399,6 +404,84 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
     EXPECT_EQ(Bytes(path)[63], kDocumentVersion);
   }
   EXPECT_EQ(Names(), (std::set<std::string>{"version1.qdw", "version1-killed.qdw"}));
+}
+
+/// What the log of a killed program says of the version counts, not what the file's head says without it.
+TEST_F(HeldDocument, ADocumentWhoseFirstActWasCutOffIsOfTheVersionThatItsLogLeadsTo) {
+  const fs::path data = QD_SOURCE_FOLDER "/tests/data";
+  int older = 0;
+  int present = 0;
+  for (int operation = 0;; ++operation) {
+    const fs::path path = Path("a.qdw");
+    for (const std::string& name : Names()) fs::remove(m_folder / name);
+    fs::copy_file(data / "version1.qdw", path);
+    // The file layer of the tests has no log that is written ahead.
+    ASSERT_TRUE(Connection(path.string(), Connection::Mode::Write).Run("PRAGMA journal_mode = DELETE"));
+    const int status = InChild([&] {
+      FaultyDisk disk;
+      Document document(path, FaultyDisk::kName);
+      disk.KillAt(operation);
+      document.Run(14);
+      disk.Heal();
+      _exit(7);
+    });
+    for (const std::string& name : Names()) {  // what a library of somebody else makes of it
+      if (name.starts_with("a.qdw")) fs::copy_file(m_folder / name, m_folder / ("b" + name.substr(1)));
+    }
+    const int version = VersionOf(Path("b.qdw"));
+    (version == 1 ? older : present) += 1;
+    {
+      const Document document(path);
+      ASSERT_NE(document.file, nullptr) << operation << document.error.key << document.error.detail;
+      EXPECT_EQ(document.file->IsOlder(), version == 1) << operation;
+    }
+    EXPECT_EQ(VersionOf(path), version) << operation << ": opened, it stays of its version";
+    if (!WIFSIGNALED(status)) break;
+  }
+  EXPECT_GT(older, 2);
+  EXPECT_GT(present, 2);
+}
+
+TEST_F(HeldDocument, ADocumentThatALogHasBroughtForwardIsNotCalledEarlier) {
+  const fs::path path = Path("a.qdw");
+  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", Path("b.qdw"));
+  {
+    Connection file(Path("b.qdw").string(), Connection::Mode::Write);
+    file.Allow(Connection::Scope::Make);
+    ASSERT_TRUE(file.Run(("PRAGMA journal_mode = WAL; BEGIN;" + StepToVersion(2)).c_str()));
+    Statement mark = file.Prepare("INSERT INTO document VALUES (?)");
+    const std::string bytes = DocumentMark::New().Encode();
+    mark.BindBlob(1, bytes);
+    ASSERT_TRUE(mark.Run() && file.Run("PRAGMA user_version = 2; COMMIT"));
+    fs::copy_file(Path("b.qdw"), path);  // as if it were killed here
+    fs::copy_file(Path("b.qdw-wal"), path.string() + "-wal");
+  }
+  ASSERT_EQ(StatedVersion(path.string()), 1);
+  {
+    Document document(path);
+    ASSERT_NE(document.file, nullptr) << document.error.key << document.error.detail;
+    EXPECT_FALSE(document.file->IsOlder());
+    EXPECT_TRUE(document.Run(14)) << document.said;
+  }
+  EXPECT_THAT(VerifyDocument(path.string()), IsEmpty());
+  EXPECT_FALSE(fs::exists(path.string() + "-wal"));
+}
+
+/// The first act looks at the file anew, and what it finds there is what the user is told.
+TEST_F(HeldDocument, WhyADocumentCannotBeBroughtForwardIsTold) {
+  const fs::path path = Path("a.qdw");
+  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", path);
+  Document document(path);
+  ASSERT_NE(document.file, nullptr);
+  const auto time = fs::last_write_time(path);
+  std::string bytes = Bytes(path);
+  const std::size_t place = bytes.find("CREATE TABLE gset");
+  ASSERT_NE(place, std::string::npos);
+  bytes[place + 12] = '\t';  // another text of the same length
+  std::ofstream(path, std::ios::binary) << bytes;
+  fs::last_write_time(path, time);
+  EXPECT_FALSE(document.Run(14));
+  EXPECT_EQ(document.said, "IDS_WB_DOC_TABLE");
 }
 
 // ---- names ----------------------------------------------------------------------------------------------

@@ -85,6 +85,43 @@ TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
   EXPECT_EQ(Files(), std::vector<std::string>{"a.qdw"});
 }
 
+/// A reader leaves everything as it is, whatever lies beside the document, and lets other readers in.
+TEST_F(ReadDocument, ForViewingIsLeftAloneWithAllThatLiesBesideIt) {
+  const std::string held = Make(Path("a.qdw"));
+  Sql(Path("a.qdw"), "PRAGMA journal_mode = WAL");  // as some other program has left it
+  std::ofstream(Path("a.qdw-journal")) << "nothing of ours";
+  std::ofstream(Path("a.qdw-wal")) << "nor this";
+  const std::string before = Bytes(Path("a.qdw"));
+  const std::vector<std::string> files = Files();
+  {
+    Document first;
+    Document second;
+    first.file = DocumentFile::View(Path("a.qdw"), first.data, first.error);
+    second.file = DocumentFile::View(Path("a.qdw"), second.data, second.error);
+    ASSERT_NE(first.file, nullptr) << first.error.key << first.error.detail;
+    ASSERT_NE(second.file, nullptr) << second.error.key << second.error.detail;
+    first.Keep();
+    EXPECT_EQ(Contents(first.data), held);
+    EXPECT_TRUE(first.file->IsReadOnly());
+    EXPECT_FALSE(DocumentScript(first.data).Run(20));
+    EXPECT_EQ(FaultOf(Path("a.qdw")), "IDS_WB_DOC_BUSY") << "nobody writes to it meanwhile";
+  }
+  EXPECT_EQ(Bytes(Path("a.qdw")), before);
+  EXPECT_EQ(Files(), files);
+}
+
+/// What the library cannot open at all, on a failing disk for one, is told as well.
+TEST_F(ReadDocument, ThatCannotEvenBeOpenedHasAReason) {
+  Make(Path("a.qdw"));
+  fs::create_hard_link(Path("a.qdw"), Path("b.qdw"));
+  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", Path("c.qdw"));
+  for (const char* name : {"a.qdw", "c.qdw"}) {
+    const auto document = Open(Path(name), "no such file layer");
+    EXPECT_EQ(document->file, nullptr);
+    EXPECT_STREQ(document->error.key, "IDS_WB_DOC_FAILED") << name;
+  }
+}
+
 TEST_F(ReadDocument, IsVerifiedAndRepairedWhereNothingCanBeWritten) {
   Make(Path("a.qdw"));
   const std::string repaired = m_folder.Path().string() + "_repaired.qdw";

@@ -17,6 +17,7 @@
 #include "workbench/exchange/watch/ExportFile.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentFile.h"
+#include "workbench/store/DocumentMark.h"
 #include "workbench/tree/DocumentNode.h"
 #include "workbench/tree/TreePrinter.h"
 
@@ -65,6 +66,12 @@ QString TextOf(const DocumentError& error) {
   return Text(error.key, {QString::fromStdString(error.detail)});
 }
 
+/// What lies beside a document that is only read stays there.
+void TellForeignLog(const std::string& document) {
+  if (CheckLogs(document) != LogKind::Foreign) return;
+  Complain(TextOf({"IDS_WB_DOC_LOG_LEFT", document}));
+}
+
 }  // namespace
 
 bool HeadlessSession::Open(const std::vector<std::string>& files) {
@@ -74,7 +81,8 @@ bool HeadlessSession::Open(const std::vector<std::string>& files) {
   if (document == files.end()) return true;
   DocumentError error;
   const UntilInterrupted until;
-  if (const auto file = DocumentFile::Open(*document, m_doc.GetDatabase(), error, nullptr, until.Progress())) {
+  TellForeignLog(*document);
+  if (const auto file = DocumentFile::View(*document, m_doc.GetDatabase(), error, until.Progress())) {
     // Mended in memory; the file stays as it is.
     for (const std::string& line : file->Mended()) Complain(NameFromBytes(*document) + ": " + line.c_str());
     return true;
@@ -158,6 +166,7 @@ int PrintTreeOf(const std::vector<std::string>& files) {
 
 int Verify(const std::string& document) {
   const UntilInterrupted until;
+  TellForeignLog(document);
   const std::vector<DocumentError> faults = VerifyDocument(document, until.Progress());
   for (const DocumentError& fault : faults) std::cout << TextOf(fault).toStdString() << std::endl;
   if (!faults.empty()) return 1;
@@ -168,6 +177,7 @@ int Verify(const std::string& document) {
 int Repair(const CommandLine& line) {
   const std::string& repaired = line.files.front();
   const UntilInterrupted until;
+  TellForeignLog(line.document);
   std::vector<DocumentError> notes;
   DocumentError error;
   const bool done = MayRepairInto(line.document, repaired, line.force, error) &&

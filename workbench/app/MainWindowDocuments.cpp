@@ -25,6 +25,7 @@
 #include "workbench/app/QuietTime.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/store/CheckDocument.h"
+#include "workbench/store/DocumentMark.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -100,6 +101,10 @@ bool MainWindow::OpenDocument(const QString& path) {
   NoteRecent(absolute);
   const std::string& aside = m_keeper->File()->ForeignLog();
   if (!aside.empty()) Say(TextOf({"IDS_WB_DOC_LOG_ASIDE", aside}), true);
+  // One that is only viewed is left alone with all that lies beside it.
+  if (m_keeper->IsReadOnly() && CheckLogs(m_keeper->Path()) == LogKind::Foreign) {
+    Say(TextOf({"IDS_WB_DOC_LOG_LEFT", m_keeper->Path()}), true);
+  }
   Say(TextOf({m_keeper->IsReadOnly() ? m_keeper->File()->ViewedKey() : "IDS_WB_OPENED", NameToBytes(absolute)}),
       false);
   if (m_keeper->File()->IsOlder()) Say(Text("IDS_WB_DOC_OLDER", {absolute}), false);

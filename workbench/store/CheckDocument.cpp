@@ -48,7 +48,10 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
   records.Run();
   for (const std::string& fault : records.Faults()) faults.push_back({kDamaged, fault});
   for (const std::string& line : records.Mended()) faults.push_back({kMended, line});
-  for (const std::string& fault : {ReadNumbers(*file, [](iterator) {}), CheckViews(*file)}) {
+  DocumentMark mark;
+  const bool hasMark = IsTableOf("document", version);
+  for (const std::string& fault :
+       {hasMark ? ReadMark(*file, mark) : std::string(), ReadNumbers(*file, [](iterator) {}), CheckViews(*file)}) {
     if (!fault.empty()) faults.push_back({kDamaged, fault});
   }
   // Pages are looked at last, and only when all tables have an end.

@@ -79,7 +79,7 @@ IRecordTable* DocumentFile::TableOf(iterator itr) const {
 
 DocumentError DocumentFile::Fault() const {
   if (m_file.IsEndless()) return {"IDS_WB_DOC_ENDLESS", m_path};
-  if (m_lost != nullptr) return {m_lost, m_path};
+  if (m_lost.key != nullptr) return m_lost;
   if (m_file.IsBusy()) return {"IDS_WB_DOC_BUSY", m_path};
   if (m_file.IsFull()) return {"IDS_WB_DOC_FULL", m_path};
   if (m_file.IsForeign()) return {"IDS_WB_DOC_DAMAGED", m_file.Error()};
@@ -142,12 +142,18 @@ std::unique_ptr<DocumentFile> DocumentFile::Attach(const std::string& path, Docu
     if (!hold->HasOtherNames()) return AttachHeld(resolved, std::move(hold), error, vfs, progress);
     viewed = "IDS_WB_DOC_LINKS";
   }
-  const std::unique_ptr<Connection> connection = OpenToRead(resolved, error, vfs, progress);
+  return AttachViewed(resolved, viewed, error, vfs, progress);
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::AttachViewed(const std::string& path, const char* why,
+                                                         DocumentError& error, const char* vfs,
+                                                         const ProgressCall& progress) {
+  const std::unique_ptr<Connection> connection = OpenToRead(path, error, vfs, progress);
   if (connection == nullptr) return nullptr;
   std::unique_ptr<DocumentFile> file(
-      new DocumentFile(resolved, std::move(*connection), nullptr));  // the constructor is private
-  file->m_viewed = viewed;
-  const int version = file->m_file.IsOpen() ? ReadVersion(file->m_file, path, error) : 0;
+      new DocumentFile(path, std::move(*connection), nullptr));  // the constructor is private
+  file->m_viewed = why;
+  const int version = ReadVersion(file->m_file, path, error);
   return version != 0 && file->TakeUp(version, error) ? std::move(file) : nullptr;
 }
 
@@ -166,25 +172,40 @@ std::unique_ptr<DocumentFile> DocumentFile::AttachHeld(const std::string& path, 
     return nullptr;
   }
   if (logs == LogKind::None) RemoveIdleLogs(path);
-  if (StatedVersion(path) < kDocumentVersion) {
-    auto older = AttachOlder(path, std::move(hold), error, vfs, progress);
-    if (older != nullptr) older->m_foreignLog = aside;
-    return older;
+  // What the head says may still be changed by a log of the document's own: an act that was cut off may have
+  // brought it forward, or have been about to.
+  std::unique_ptr<DocumentFile> file;
+  error = {};
+  const bool isOlder = StatedVersion(path) < kDocumentVersion;
+  file = isOlder ? AttachOlder(path, hold, error, vfs, progress) : AttachPresent(path, hold, error, vfs);
+  if (file == nullptr && error.key == nullptr) {
+    file = isOlder ? AttachPresent(path, hold, error, vfs) : AttachOlder(path, hold, error, vfs, progress);
+    if (file == nullptr && error.key == nullptr) error = {"IDS_WB_DOC_CHANGED", path};
   }
+  if (file != nullptr) file->m_foreignLog = aside;
+  return file;
+}
+
+/// Null without an error, and with the hold given back, when the document is of an earlier version.
+std::unique_ptr<DocumentFile> DocumentFile::AttachPresent(const std::string& path,
+                                                          std::unique_ptr<DocumentHold>& hold,
+                                                          DocumentError& error, const char* vfs) {
   std::unique_ptr<DocumentFile> file(new DocumentFile(path, Connection(path, Connection::Mode::Write, vfs),
                                                       std::move(hold)));  // the constructor is private
-  file->m_foreignLog = aside;
   if (!file->m_file.IsOpen() || !file->m_file.Run("BEGIN IMMEDIATE; COMMIT;")) {
     error = file->m_file.IsForeign() ? DocumentError{"IDS_WB_DOC_FOREIGN", path} : file->Fault();
     return nullptr;
   }
   const int version = ReadVersion(file->m_file, path, error);
-  return version != 0 && file->TakeUp(version, error) ? std::move(file) : nullptr;
+  if (version == kDocumentVersion) return file->TakeUp(version, error) ? std::move(file) : nullptr;
+  if (version != 0) hold = std::move(file->m_hold);
+  return nullptr;
 }
 
-/// To open a document is not to agree that it is written anew in another version.
+/// To open a document is not to agree that it is written anew in another version. Null without an error, and with
+/// the hold given back, when the document is of the present one.
 std::unique_ptr<DocumentFile> DocumentFile::AttachOlder(const std::string& path,
-                                                        std::unique_ptr<DocumentHold> hold, DocumentError& error,
+                                                        std::unique_ptr<DocumentHold>& hold, DocumentError& error,
                                                         const char* vfs, const ProgressCall& progress) {
   const auto state = hold->State();
   const std::unique_ptr<Connection> connection = OpenHeldToRead(path, *hold, error, vfs, progress);
@@ -193,22 +214,25 @@ std::unique_ptr<DocumentFile> DocumentFile::AttachOlder(const std::string& path,
       new DocumentFile(path, std::move(*connection), std::move(hold)));  // the constructor is private
   file->m_vfs = vfs;
   file->m_state = state;
-  file->m_older = file->m_file.IsOpen() ? ReadVersion(file->m_file, path, error) : 0;
+  file->m_older = ReadVersion(file->m_file, path, error);
+  if (file->m_older == kDocumentVersion) {
+    hold = std::move(file->m_hold);
+    return nullptr;
+  }
   return file->m_older != 0 && file->TakeUp(file->m_older, error) ? std::move(file) : nullptr;
 }
 
 /// Before the first act in a document of an earlier version. What was read so far must be what is there now.
 bool DocumentFile::MakeWritable() {
-  if (m_hold->State() != m_state) m_lost = "IDS_WB_DOC_CHANGED";
-  if (CheckLogs(m_path) == LogKind::Foreign) m_lost = "IDS_WB_DOC_LOG";
-  if (m_lost != nullptr) return false;
+  if (m_hold->State() != m_state) m_lost = {"IDS_WB_DOC_CHANGED", m_path};
+  if (CheckLogs(m_path) == LogKind::Foreign) m_lost = {"IDS_WB_DOC_LOG", m_path};
+  if (m_lost.key != nullptr) return false;
   const int version = m_older;
   // The one that it was read with ends after the statements that were made with it.
   const Connection before = std::exchange(m_file, Connection(m_path, Connection::Mode::Write, m_vfs));
-  DocumentError error;
   m_older = 0;
-  if (m_file.IsOpen() && m_file.Run("BEGIN IMMEDIATE; COMMIT;") && ReadVersion(m_file, m_path, error) == version &&
-      TakeUp(version, error)) {
+  if (m_file.IsOpen() && m_file.Run("BEGIN IMMEDIATE; COMMIT;") &&
+      ReadVersion(m_file, m_path, m_lost) == version && TakeUp(version, m_lost)) {
     m_file.AllowLargeValues();
     return true;
   }
@@ -242,14 +266,9 @@ bool DocumentFile::TakeUp(int version, DocumentError& error) {
   m_tables = MakeRecordTables([has](const std::string& table) { return IsTableOf(table, has); });
   Prepare();
   if (isRead) return true;
-  Statement marks = m_file.Prepare("SELECT mark FROM document");
-  const auto mark = marks.Step() ? DocumentMark::Decode(marks.Bytes(0)) : std::nullopt;
-  if (!mark || marks.Step()) {
-    error = {"IDS_WB_DOC_DAMAGED", "document"};
-    return false;
-  }
-  m_mark = *mark;
-  return true;
+  const std::string fault = ReadMark(m_file, m_mark);
+  if (!fault.empty()) error = {"IDS_WB_DOC_DAMAGED", fault};
+  return fault.empty();
 }
 
 bool DocumentFile::PutMark(const DocumentMark& mark) {
@@ -275,6 +294,13 @@ bool DocumentFile::BringForward(int version) {
 std::unique_ptr<DocumentFile> DocumentFile::Open(const std::string& path, Database& database, DocumentError& error,
                                                  const char* vfs, const ProgressCall& progress) {
   std::unique_ptr<DocumentFile> file = Attach(path, error, vfs, progress);
+  return file != nullptr && file->ReadInto(database, error, progress) ? std::move(file) : nullptr;
+}
+
+std::unique_ptr<DocumentFile> DocumentFile::View(const std::string& path, Database& database, DocumentError& error,
+                                                 const ProgressCall& progress) {
+  if (!IsPlainFile(path, error)) return nullptr;
+  std::unique_ptr<DocumentFile> file = AttachViewed(Resolved(path), "IDS_WB_DOC_VIEWED", error, nullptr, progress);
   return file != nullptr && file->ReadInto(database, error, progress) ? std::move(file) : nullptr;
 }
 
@@ -324,12 +350,12 @@ bool DocumentFile::ReadInto(Database& database, DocumentError& error, const Prog
 /// Each act begins with the mark of the state that it leads to. What is at the path must be the file that is held,
 /// and hold the state that the last act has left: nobody else has written to it.
 bool DocumentFile::Begin() {
-  m_lost = nullptr;
-  if (m_working) m_lost = "IDS_WB_DOC_WORKING";
-  if (m_lost == nullptr && m_hold != nullptr && !m_hold->IsAt(m_path)) m_lost = "IDS_WB_DOC_GONE";
-  if (m_lost != nullptr || (m_older != 0 && !MakeWritable())) return false;
+  m_lost = {};
+  if (m_working) m_lost = {"IDS_WB_DOC_WORKING", m_path};
+  if (m_lost.key == nullptr && m_hold != nullptr && !m_hold->IsAt(m_path)) m_lost = {"IDS_WB_DOC_GONE", m_path};
+  if (m_lost.key != nullptr || (m_older != 0 && !MakeWritable())) return false;
   if (!m_file.Run("BEGIN IMMEDIATE")) {
-    if (m_file.IsForeign()) m_lost = "IDS_WB_DOC_CHANGED";
+    if (m_file.IsForeign()) m_lost = {"IDS_WB_DOC_CHANGED", m_path};
     return false;
   }
   if (m_hold == nullptr) return true;  // it is being made
@@ -341,7 +367,7 @@ bool DocumentFile::Begin() {
   change.BindBlob(2, now);
   const bool changed = change.Run();
   if (changed && m_file.Changes() == 1) return true;
-  if (changed || m_file.IsForeign() || m_file.IsMissing()) m_lost = "IDS_WB_DOC_CHANGED";
+  if (changed || m_file.IsForeign() || m_file.IsMissing()) m_lost = {"IDS_WB_DOC_CHANGED", m_path};
   return false;
 }
 
@@ -442,7 +468,7 @@ std::unique_ptr<DocumentHold> DocumentFile::WriteCopy(const std::string& path, D
     copy.BindText(1, partial);
     copied = copy.Run();
   }
-  m_lost = nullptr;
+  m_lost = {};
   if (!copied) error = Fault();
   m_file.Allow(Connection::Scope::Rows, DocumentTables());
   m_file.SetProgress(nullptr);

@@ -31,6 +31,10 @@ class DocumentFile final : public IRecordStore {
   /// part then.
   static std::unique_ptr<DocumentFile> Open(const std::string& path, Database& database, DocumentError& error,
                                             const char* vfs = nullptr, const ProgressCall& progress = {});
+  /// Likewise, for viewing only: nothing is written to the file or changed beside it, and others may view it too.
+  /// A log of another file is left where it lies, and is not used.
+  static std::unique_ptr<DocumentFile> View(const std::string& path, Database& database, DocumentError& error,
+                                            const ProgressCall& progress = {});
   /// Opens a file whose contents a database has already.
   static std::unique_ptr<DocumentFile> Attach(const std::string& path, DocumentError& error,
                                               const char* vfs = nullptr, const ProgressCall& progress = {});
@@ -90,9 +94,13 @@ class DocumentFile final : public IRecordStore {
   std::unique_ptr<DocumentHold> WriteCopy(const std::string& path, DocumentError& error,
                                           const ProgressCall& progress);
 
-  static std::unique_ptr<DocumentFile> AttachOlder(const std::string& path, std::unique_ptr<DocumentHold> hold,
+  static std::unique_ptr<DocumentFile> AttachPresent(const std::string& path, std::unique_ptr<DocumentHold>& hold,
+                                                     DocumentError& error, const char* vfs);
+  static std::unique_ptr<DocumentFile> AttachOlder(const std::string& path, std::unique_ptr<DocumentHold>& hold,
                                                    DocumentError& error, const char* vfs,
                                                    const ProgressCall& progress);
+  static std::unique_ptr<DocumentFile> AttachViewed(const std::string& path, const char* why, DocumentError& error,
+                                                    const char* vfs, const ProgressCall& progress);
 
   bool TakeUp(int version, DocumentError& error);
   bool MakeWritable();
@@ -116,7 +124,7 @@ class DocumentFile final : public IRecordStore {
   const char* m_vfs = nullptr;
   int m_older = 0;                                  // the version of a file that is only read so far
   std::pair<std::int64_t, std::int64_t> m_state{};  // of such a file when it was read
-  const char* m_lost = nullptr;                     // the key of why the last act could not begin
+  DocumentError m_lost;                             // why the last act could not begin
   bool m_working = false;  // a copy is being made, and the events of a window come in meanwhile
   std::vector<std::unique_ptr<IRecordTable>> m_tables;
   std::unique_ptr<Statement> m_noteNumber;

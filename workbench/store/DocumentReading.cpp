@@ -151,6 +151,10 @@ std::unique_ptr<Connection> OpenHeldToRead(const std::string& path, const Docume
 
 int ReadVersion(Connection& file, const std::string& path, DocumentError& error) {
   const std::int64_t application = file.Value("PRAGMA application_id", -1);
+  if (file.IsEndless()) {
+    error = {"IDS_WB_DOC_ENDLESS", path};
+    return 0;
+  }
   if (application == -1 && !file.IsForeign()) {
     error = {file.IsBusy() ? "IDS_WB_DOC_BUSY" : "IDS_WB_DOC_FAILED", file.IsBusy() ? path : file.Error()};
     return 0;

@@ -48,6 +48,16 @@ std::string ReadNumbers(Connection& file, const std::function<void(iterator last
   return numbers.Failed() ? "pool: " + ShownText(file.Error()) : fault;
 }
 
+std::string ReadMark(Connection& file, DocumentMark& mark) {
+  Statement marks = file.Prepare("SELECT mark FROM document");
+  const auto first = marks.Step() ? DocumentMark::Decode(marks.Bytes(0)) : std::nullopt;
+  if (first && !marks.Step() && !marks.Failed()) {
+    mark = *first;
+    return {};
+  }
+  return marks.Failed() ? "document: " + ShownText(file.Error()) : Line("IDS_WB_FAULT_MARK");
+}
+
 std::string CheckViews(Connection& file) {
   int count = 0;
   // By the names' order, so that their index is walked to its end too.

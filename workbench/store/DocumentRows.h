@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/Types.h"
+#include "workbench/store/DocumentMark.h"
 #include "workbench/store/Sqlite.h"
 
 namespace qd::workbench {
@@ -13,6 +14,8 @@ namespace qd::workbench {
 
 /// Hands over the last number that each pool has given out.
 std::string ReadNumbers(Connection& file, const std::function<void(iterator last)>& onLast);
+/// The mark, of which there is one.
+std::string ReadMark(Connection& file, DocumentMark& mark);
 /// What windows have left: few entries of bounded size.
 std::string CheckViews(Connection& file);
 /// Whether each page of the file belongs to one thing only: what is written to one would overwrite another. Only

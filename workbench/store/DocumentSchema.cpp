@@ -149,6 +149,7 @@ std::vector<SchemaFault> CheckSchema(Connection& file, int version) {
       faults.push_back({kChanged, ours->name, ours->name});
     }
   }
+  if (file.IsEndless()) return {{"IDS_WB_DOC_ENDLESS", "sqlite_schema", ""}};
   if (rows.Failed()) return {{"IDS_WB_DOC_DAMAGED", ShownText(file.Error()), ""}};
   for (const Row& row : missing) {
     const bool known = std::any_of(faults.begin(), faults.end(),

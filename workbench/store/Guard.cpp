@@ -21,6 +21,10 @@ constexpr int kOperations = 2000;
 constexpr std::uint64_t kWork = 20'000'000;
 constexpr std::uint64_t kWorkOfByte = 20;
 
+/// As long as a connection may only look: the schema has some tens of rows, and the library's work for each grows
+/// with their number.
+constexpr std::uint64_t kWorkOfLook = 50'000;
+
 /// The library's limits: our statements stay far below.
 constexpr std::pair<int, int> kLimits[] = {
     {SQLITE_LIMIT_SQL_LENGTH, 20'000}, {SQLITE_LIMIT_COLUMN, 40},
@@ -111,6 +115,7 @@ bool Guard::Permits(int action, const char* first, const char* second, const cha
 
 bool Guard::GoesOn() {
   m_work += kOperations;
+  if (m_scope == Connection::Scope::Look && m_work > kWorkOfLook) m_endless = true;
   // The file may have grown since it was opened, so it is measured when it matters.
   if (m_work > kWork && m_work > kWork + kWorkOfByte * std::max(m_size, Size())) m_endless = true;
   return !m_endless && (!m_goOn || m_goOn());

@@ -59,7 +59,7 @@ bool Read(const Statement& row, int column, CString& text) {
   if (bytes.size() > kMostName * sizeof(std::uint32_t)) return false;
   if (!row.IsBlob(column)) {
     text = FromUtf8(std::string(bytes));
-    return !row.IsNull(column);
+    return row.IsText(column);
   }
   ByteReader reader(bytes);
   while (!reader.IsWhole() && reader.IsGood()) {
@@ -286,7 +286,23 @@ class RecordTable final : public IRecordTable {
       }
       ReadRow(rows, onRow, onFault);
     }
-    return !rows.Failed();
+    return !rows.Failed() && (!forward || FindLeftParts(file, onFault));
+  }
+
+  /// Large parts whose record is not there: what they belonged to lacks them, or is gone.
+  bool FindLeftParts(Connection& file, const Fault& onFault) const {
+    bool read = true;
+    ForEachPart([&](auto part, std::size_t place) {
+      if (!m_has[place]) return;
+      const std::string table = decltype(part)::kTable;
+      Statement left = file.Prepare("SELECT p.itr FROM " + table + " p LEFT JOIN " + m_name +
+                                    " r ON r.itr = p.itr WHERE r.itr IS NULL LIMIT 100");
+      while (left.Step()) {
+        onFault(Wrong(static_cast<iterator>(left.Integer(0)), "IDS_WB_FAULT_LEFT_PART", table.c_str()));
+      }
+      read = read && !left.Failed();
+    });
+    return read;
   }
 
   RecordFault Wrong(iterator itr, const char* key, const char* what = "") const {

@@ -100,6 +100,10 @@ bool Statement::IsInteger(int column) const {
   return sqlite3_column_type(m_statement.get(), column) == SQLITE_INTEGER;
 }
 
+bool Statement::IsText(int column) const {
+  return sqlite3_column_type(m_statement.get(), column) == SQLITE_TEXT;
+}
+
 bool Statement::IsNull(int column) const {
   return sqlite3_column_type(m_statement.get(), column) == SQLITE_NULL;
 }

@@ -41,6 +41,7 @@ class Statement {
   std::string_view Bytes(int column) const;
   bool IsBlob(int column) const;
   bool IsInteger(int column) const;
+  bool IsText(int column) const;
   bool IsNull(int column) const;
   int Columns() const;
   /// Bytes that the row has in the file at least.
