@@ -582,5 +582,21 @@ TEST_F(HeldDocument, WithoutARecoveryFileItIsUnsavedAndALaterActTriesAgain) {
   EXPECT_EQ(ContentsOf(Path("copy.qdw")), Contents(data));
 }
 
+TEST_F(HeldDocument, ARecoveryFileThatAnUndoMakesHoldsWhatIsLeftAfterIt) {
+  std::ofstream(Path("recovery")) << "a file in the place of the folder";
+  Database data;
+  DocumentKeeper keeper(data, Path("recovery").string());
+  DocumentScript script(data);
+  for (int act = 0; act < 4; ++act) ASSERT_TRUE(script.Run(act));
+  fs::remove(Path("recovery"));
+  ASSERT_EQ(data.Undo(), 1);
+  ASSERT_FALSE(keeper.Path().empty());
+  fs::copy_file(keeper.Path(), Path("undone.qdw"));
+  EXPECT_EQ(ContentsOf(Path("undone.qdw")), Contents(data));
+  ASSERT_EQ(data.Redo(), 1);
+  fs::copy_file(keeper.Path(), Path("redone.qdw"));
+  EXPECT_EQ(ContentsOf(Path("redone.qdw")), Contents(data));
+}
+
 }  // namespace
 }  // namespace qd::test

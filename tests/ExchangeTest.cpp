@@ -177,6 +177,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, Utf8,
                          ::testing::Values(TextCase{"plain", L"plain"}, TextCase{"\xC3\x98", L"Ø"},
                                            TextCase{"\xF0\x9F\x98\x80", L"😀"}, TextCase{"\xFF\x41", L"\xFFFD\x41"},
                                            TextCase{"\xC3", L"\xFFFD"}, TextCase{"\xC0\x80", L"\xFFFD\xFFFD"},
+                                           TextCase{"\xF5\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
                                            TextCase{"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
                                            TextCase{"\xE4\xB8\xAD", L"中"}));
 

@@ -110,6 +110,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   int Undo();
   int Redo();
 
+  /// A record of any pool; null when there is none of this number.
+  const tagTRecord* Find(iterator itr) const override;
   /// Every record of every pool. Two equal snapshots mean the same contents: records are shared, not copied.
   std::vector<std::shared_ptr<const tagTRecord>> Snapshot() const;
 
@@ -127,7 +129,6 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   int LetGo(const std::vector<iterator>& itrs) override;
   void OnPlaced(iterator itr, const tagTRecord* before, const tagTRecord* after) override;
   void PutAside(JournalEntry entry) override;
-  const tagTRecord* Find(iterator itr) const override;
   iterator MsetOfKey(std::uint32_t key) const override { return m_msets.GetItrByKey(key); }
 
   std::vector<iterator> HoldersOf(const ReferenceField& field, iterator itr, const tagTRecord& record) const;

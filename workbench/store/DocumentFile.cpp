@@ -523,7 +523,7 @@ std::int64_t DocumentFile::Count(const char* table) {
 }
 
 bool DocumentFile::HoldsAnything() {
-  for (const char* table : {"geom", "mset", "material", "property", "gset"}) {
+  for (const char* table : {"geom", "mset", "material", "property", "gset", "deck"}) {
     if (m_file.Value(std::string("SELECT 1 FROM ") + table + " LIMIT 1") > 0) return true;
   }
   return m_file.Value("SELECT 1 FROM cord LIMIT 1 OFFSET 1") > 0;

@@ -76,7 +76,7 @@ void DocumentKeeper::Use(std::unique_ptr<DocumentFile> file, bool named) {
 
 // ---- writing --------------------------------------------------------------------------------------------
 
-/// Called with the first act, which the database holds already, so the new file gets it with all else.
+/// Of the database as it stands.
 void DocumentKeeper::MakeRecoveryFile() {
   std::error_code failed;
   fs::create_directories(fs::u8path(m_folder), failed);
@@ -97,7 +97,14 @@ void DocumentKeeper::MakeRecoveryFile() {
 bool DocumentKeeper::Write(const std::vector<JournalEntry>& net, bool forward) {
   if (m_file != nullptr) return m_file->Write(net, forward);
   MakeRecoveryFile();
-  return true;
+  if (m_file == nullptr) return true;
+  // The database holds a new act already, and the file with it; what an undo or redo brings back comes only now.
+  std::vector<JournalEntry> missing;
+  for (const JournalEntry& entry : net) {
+    const tagTRecord* after = (forward ? entry.after : entry.before).get();
+    if (m_database.Find(entry.itr) != after) missing.push_back(entry);
+  }
+  return missing.empty() || m_file->Write(missing, forward);
 }
 
 // ---- opening and saving ---------------------------------------------------------------------------------

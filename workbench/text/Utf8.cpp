@@ -50,11 +50,12 @@ std::wstring FromUtf8(const std::string& bytes) {
   std::wstring out;
   for (std::size_t i = 0; i < bytes.size();) {
     const auto lead = static_cast<unsigned char>(bytes[i]);
-    const std::size_t length = lead < 0x80                   ? 1
-                               : lead >= 0xF0 && lead < 0xF5 ? 4
-                               : lead >= 0xE0                ? 3
-                               : lead >= 0xC2                ? 2
-                                                             : 0;
+    const std::size_t length = lead < 0x80   ? 1
+                               : lead < 0xC2 ? 0
+                               : lead < 0xE0 ? 2
+                               : lead < 0xF0 ? 3
+                               : lead < 0xF5 ? 4
+                                             : 0;
     std::uint32_t code = length == 1 ? lead : length == 0 ? kReplacement : lead & (0xFFU >> (length + 1));
     bool valid = length != 0 && i + length <= bytes.size();
     for (std::size_t k = 1; valid && k < length; ++k) {
