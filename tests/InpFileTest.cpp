@@ -363,6 +363,17 @@ TEST_F(InpFile, SurplusEntriesBehindAnElementArePassedOverAndSaid) {
             std::string::npos);
 }
 
+// Solvers pass over them, and what is written back knows keywords without them.
+TEST_F(InpFile, BlanksInKeywordsDoNotCount) {
+  const ImportedModel model =
+      Read(Write("*NO DE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n*ELEMENT, TY PE=S3, EL SET=A\n1,1,2,3\n"
+                 "*MATERIAL, NAME=M\n*ELA\tSTIC\n7.,0.\n*SHELLSECTION, ELSET=A, MATERIAL=M\n2.\n"));
+  EXPECT_EQ(Describe(model), "A(1/3)");
+  ASSERT_EQ(model.properties.size(), 1U);
+  EXPECT_EQ(model.properties[0].size, 2);
+  EXPECT_EQ(model.materials[0].youngsModulus, 7);
+}
+
 // ---- bulk data ------------------------------------------------------------------------------------------
 
 class BadBdf : public InpFile, public ::testing::WithParamInterface<BadCase> {};

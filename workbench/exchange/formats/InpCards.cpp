@@ -13,13 +13,6 @@ namespace qd::workbench {
 
 namespace {
 
-/// Blanks do not count in keywords and parameters.
-std::string Compact(std::string_view text) {
-  std::string compact = UpperCase(text);
-  std::erase_if(compact, [](char letter) { return letter == ' ' || letter == '\t'; });
-  return compact;
-}
-
 std::string_view Unquoted(std::string_view name) {
   const bool quoted = name.size() >= 2 && name.front() == '"' && name.back() == '"';
   return quoted ? name.substr(1, name.size() - 2) : name;
@@ -124,7 +117,7 @@ class Fitter {
   }
 
   std::string FieldsOf(const InpRule& rule) const {
-    const std::string type = Compact(m_card.Value("TYPE"));
+    const std::string type = CompactInpWord(m_card.Value("TYPE"));
     if (rule.keyword == "SURFACE" && type == "NODE") return "n";
     if (rule.keyword == "MODELCHANGE" && type == "CONTACTPAIR") return "ss";
     if (rule.keyword == "SUBMODEL" && type == "SURFACE") return "(s)";
@@ -325,11 +318,11 @@ void ParseHeader(InpCard& card) {
     const std::size_t end = std::min(header.find(',', at), header.size());
     const std::string_view field = header.substr(at, end - at);
     if (at == 0) {
-      card.keyword = Compact(field.substr(1));
+      card.keyword = CompactInpWord(field.substr(1));
     } else if (const std::string_view trimmed = Trimmed(field); !trimmed.empty()) {
       const std::size_t equals = trimmed.find('=');
       InpCard::Parameter parameter;
-      parameter.name = Compact(trimmed.substr(0, equals));
+      parameter.name = CompactInpWord(trimmed.substr(0, equals));
       if (equals != std::string_view::npos) {
         const std::string_view value = Trimmed(trimmed.substr(equals + 1));
         parameter.at = value.empty() ? 0 : static_cast<std::size_t>(value.data() - header.data());

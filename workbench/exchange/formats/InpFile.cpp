@@ -112,11 +112,11 @@ void Reader::Keyword(const InpLine& line) {
     BeginElements(line);
   } else if (keyword == "ELSET") {
     BeginSet(line);
-  } else if (keyword == "SOLID SECTION" || keyword == "MEMBRANE SECTION") {
-    BeginSection(line, keyword == "SOLID SECTION" ? tagTProperty::Kind::Solid : tagTProperty::Kind::Shell);
-  } else if (keyword == "SHELL SECTION" || keyword == "SHELL GENERAL SECTION") {
+  } else if (keyword == "SOLIDSECTION" || keyword == "MEMBRANESECTION") {
+    BeginSection(line, keyword == "SOLIDSECTION" ? tagTProperty::Kind::Solid : tagTProperty::Kind::Shell);
+  } else if (keyword == "SHELLSECTION" || keyword == "SHELLGENERALSECTION") {
     BeginSection(line, tagTProperty::Kind::Shell);
-  } else if (keyword == "BEAM SECTION" || keyword == "BEAM GENERAL SECTION") {
+  } else if (keyword == "BEAMSECTION" || keyword == "BEAMGENERALSECTION") {
     BeginSection(line, tagTProperty::Kind::Beam);
     m_beamShape = UpperCase(line.Parameter("SECTION"));
   } else if (keyword == "MATERIAL") {
@@ -139,9 +139,9 @@ void Reader::Keyword(const InpLine& line) {
     BeginInstance(line);
   } else if (keyword == "ASSEMBLY") {
     m_open.push_back(keyword);
-  } else if (keyword == "END PART" || keyword == "END INSTANCE" || keyword == "END ASSEMBLY") {
+  } else if (keyword == "ENDPART" || keyword == "ENDINSTANCE" || keyword == "ENDASSEMBLY") {
     // Solvers do not insist on the ends of steps, which hold no mesh.
-    const std::string block = keyword.substr(4);
+    const std::string block = keyword.substr(std::string_view("END").size());
     if (m_open.empty() || m_open.back() != block) m_lines.Fail("IDS_WB_IMPORT_INP_END", line.text);
     m_open.pop_back();
     if (block == "PART") m_part->textBytes = m_read.text.Size() - m_part->textAt;

@@ -4,12 +4,17 @@
 #include <charconv>
 #include <cmath>
 #include <fstream>
-#include <sstream>
 
 #include "workbench/text/Ascii.h"
 #include "workbench/text/Paths.h"
 
 namespace qd::workbench {
+
+std::string CompactInpWord(std::string_view text) {
+  std::string compact = UpperCase(text);
+  std::erase_if(compact, [](char letter) { return letter == ' ' || letter == '\t'; });
+  return compact;
+}
 
 std::string InpLine::Parameter(const std::string& name) const {
   const auto found = parameters.find(name);
@@ -142,9 +147,7 @@ void InpLines::ParseKeyword(InpLine& line) {
   line.parameters.clear();
   std::vector<std::string_view> fields;
   Fields(line.text.substr(1), fields);
-  std::istringstream words(fields.empty() ? std::string() : UpperCase(fields.front()));
-  line.keyword.clear();
-  for (std::string word; words >> word;) line.keyword += line.keyword.empty() ? word : " " + word;
+  line.keyword = fields.empty() ? std::string() : CompactInpWord(fields.front());
   for (std::size_t i = 1; i < fields.size(); ++i) {
     const std::size_t equals = fields[i].find('=');
     const std::string_view name = Trimmed(fields[i].substr(0, equals));
@@ -152,7 +155,7 @@ void InpLines::ParseKeyword(InpLine& line) {
         equals != std::string_view::npos ? Trimmed(fields[i].substr(equals + 1)) : std::string_view();
     if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
       value = value.substr(1, value.size() - 2);
-    line.parameters[UpperCase(name)] = value;
+    line.parameters[CompactInpWord(name)] = value;
   }
 }
 

@@ -14,12 +14,15 @@
 
 namespace qd::workbench {
 
+/// A keyword, or the name of a parameter, in upper case and without blanks, which do not count in them.
+std::string CompactInpWord(std::string_view text);
+
 /// One line of a solver input file that is no comment, with where it stands.
 struct InpLine {
   std::string_view text;  ///< without blanks at its ends
   bool isKeyword = false;
-  std::string keyword;                            ///< upper case, words divided by one blank
-  std::map<std::string, std::string> parameters;  ///< names in upper case, values as written
+  std::string keyword;                            ///< upper case, without blanks
+  std::map<std::string, std::string> parameters;  ///< names likewise, values as written
 
   /// Empty when the parameter is missing.
   std::string Parameter(const std::string& name) const;
