@@ -271,6 +271,15 @@ TEST_F(Deck, KeywordsThatMakeNodesAreKeptWhereTheyMeetNoOthers) {
   EXPECT_NE(parts.decks.front().text.find("\n** *NGEN"), std::string::npos);
 }
 
+TEST_F(Deck, LinesBeforeTheFirstKeywordAreNoCommentsOfIt) {
+  Import(
+      "** by hand\n1,2,3\n*PART, NAME=P\n*NODE\n1,0,0,0\n*END PART\n*ASSEMBLY, NAME=A\n"
+      "*INSTANCE, NAME=I, PART=P\n*END INSTANCE\n*INSTANCE, NAME=J, PART=P\n*END INSTANCE\n*END ASSEMBLY\n");
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "** by hand\n"));
+  EXPECT_FALSE(Holds(text, "1,2,3\n"));
+}
+
 TEST_F(Deck, TextsThatWereMeddledWithEnd) {
   // In the document of a stranger the text may be anything.
   constexpr std::pair<const char*, bool> kTexts[] = {

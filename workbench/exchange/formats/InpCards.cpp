@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 #include <span>
 #include <utility>
 
@@ -350,7 +351,8 @@ std::vector<InpCard> CardsOf(std::string_view text, const std::function<void()>&
       std::reverse(behind.begin(), behind.end());
       cards.push_back(std::move(card));
     } else {
-      behind = std::move(card.lines);
+      // Before the first keyword a line of data belongs to nothing.
+      std::copy_if(card.lines.begin(), card.lines.end(), std::back_inserter(behind), IsComment);
     }
     card = {};
     card.comments = std::move(behind);
