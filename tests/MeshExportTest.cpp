@@ -231,6 +231,45 @@ INSTANTIATE_TEST_SUITE_P(
                     "LEFT_PROPERTIES|Bar", "SKIN|Body, Rib", "STRAIGHT|Rib"}}),
     [](const auto& report) { return std::string(report.param.format); });
 
+TEST_F(MeshFiles, BulkDataKeepsToItsColumns) {
+  // Readers of such decks cut a field at its width: of 210000000000 a narrow one leaves 2.1000E.
+  const iterator body = AddElementSet(L"Body", 0, {2});
+  Act([&] {
+    tagTMaterial steel;
+    steel.name = L"Steel";
+    steel.youngsModulus = 2.1e11;
+    steel.poissonsRatio = 0.3;
+    steel.density = 7.85e-9;
+    tagTProperty shell;
+    shell.name = L"Sheet";
+    shell.kind = tagTProperty::Kind::Shell;
+    shell.size = 1.0 / 3;
+    shell.material = Data().GetMaterialPool().Add(steel);
+    tagTMset record = Mset(body);
+    record.property = Data().GetPropertyPool().Add(shell);
+    ASSERT_EQ(Pool().Modify(body, record), 1);
+  });
+  const auto error =
+      WriteMeshFile(m_folder / "a.bdf", CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
+  ASSERT_FALSE(error) << error->key;
+  const std::string text = m_folder.Read("a.bdf");
+  const auto fieldsOf = [&text](const std::string& card) {
+    std::vector<double> fields;
+    const std::size_t start = text.find("\n" + card);
+    EXPECT_NE(start, std::string::npos) << text;
+    std::istringstream lines(text.substr(start == std::string::npos ? text.size() : start + 1));
+    for (std::string line; std::getline(lines, line) && (fields.empty() || line[0] == '*');) {
+      EXPECT_LE(line.size(), 80U) << line;
+      for (std::size_t at = 8; at < 72; at += 16) {
+        fields.push_back(at < line.size() ? std::atof(line.substr(at, 16).c_str()) : 0);
+      }
+    }
+    return fields;
+  };
+  EXPECT_EQ(fieldsOf("MAT1*   "), (std::vector<double>{1, 2.1e11, 0, 0.3, 7.85e-9, 0, 0, 0}));
+  EXPECT_EQ(fieldsOf("PSHELL* "), (std::vector<double>{1, 1, 0.3333333333, 0}));
+}
+
 TEST_F(MeshFiles, NumbersThatNoReaderTakesAreRefused) {
   auto mesh = std::make_shared<MeshData>(*OneElement(4, 0, 3'000'000'000));
   ExportModel model;

@@ -76,12 +76,44 @@ void WriteElements(const MeshData::Block& block, std::size_t property, TextFile&
   }
 }
 
-/// Real numbers need a point.
-std::string Real(double number) {
-  char text[32];
-  std::snprintf(text, sizeof(text), "%.7E", number);
-  return text;
-}
+/// A card of wide fields, sixteen columns each, four in a line: narrow ones cut real numbers.
+class WideCard {
+ public:
+  WideCard(TextFile& file, std::string_view name) : m_file(file) { Begin(std::string(name) + "*"); }
+  WideCard& operator<<(std::uint64_t number) {
+    Next();
+    m_file.Right(number, kWidth);
+    return *this;
+  }
+  /// Real numbers need a point.
+  WideCard& operator<<(double number) {
+    char text[32];
+    std::snprintf(text, sizeof(text), "%16.9E", number);
+    Next();
+    m_file << text;
+    return *this;
+  }
+  WideCard& Blank() {
+    Next();
+    m_file << std::string(kWidth, ' ');
+    return *this;
+  }
+  void End() { m_file << "\n"; }
+
+ private:
+  static constexpr std::size_t kWidth = 16;
+  void Begin(const std::string& name) { m_file << name << std::string(8 - name.size(), ' '); }
+  void Next() {
+    if (m_fields == 4) {
+      m_file << "*\n";
+      Begin("*");
+      m_fields = 0;
+    }
+    ++m_fields;
+  }
+  TextFile& m_file;
+  int m_fields = 0;
+};
 
 /// Elements know their set by their property, so every set has one of its own.
 void WriteProperty(const ExportModel& model, const ExportSet& set, std::size_t number, TextFile& file) {
@@ -91,9 +123,11 @@ void WriteProperty(const ExportModel& model, const ExportSet& set, std::size_t n
   const int dimension = TopologyOf(FindElementType(set.mesh->blocks.front().elementType)->shape).dimension;
   const double size = property != nullptr ? property->size : 0;
   file << "$ " << set.name << "\n";
-  if (dimension == 3) file << "PSOLID," << number << "," << material << "\n";
-  if (dimension == 2) file << "PSHELL," << number << "," << material << "," << Real(size) << "\n";
-  if (dimension == 1) file << "PROD," << number << "," << material << "," << Real(size) << "\n";
+  constexpr const char* kNames[] = {"", "PROD", "PSHELL", "PSOLID"};
+  WideCard card(file, kNames[dimension]);
+  card << number << material;
+  if (dimension < 3) card << size;
+  card.End();
 }
 
 }  // namespace
@@ -110,18 +144,10 @@ void WriteBdf(const ExportModel& model, TextFile& file, ExportReport& report) {
   ExportNotes notes;
   file << "BEGIN BULK\n";
   for (const auto& [node, at] : nodes) {
-    file << "GRID*   ";
-    file.Right(node, 16) << "                ";
-    const auto coordinate = [&file](double value) {
-      char text[32];
-      std::snprintf(text, sizeof(text), "%16.9E", value);
-      file << text;
-    };
-    coordinate(at[0]);
-    coordinate(at[1]);
-    file << "*\n*       ";
-    coordinate(at[2]);
-    file << "\n";
+    WideCard card(file, "GRID");
+    card << node;
+    card.Blank() << at[0] << at[1] << at[2];
+    card.End();
     file.Step();
   }
   for (std::size_t i = 0; i < model.sets.size(); ++i) {
@@ -135,8 +161,11 @@ void WriteBdf(const ExportModel& model, TextFile& file, ExportReport& report) {
   }
   for (std::size_t i = 0; i < model.materials.size(); ++i) {
     const ImportedMaterial& material = model.materials[i];
-    file << "$ " << material.name << "\nMAT1," << i + 1 << "," << Real(material.youngsModulus) << ",,"
-         << Real(material.poissonsRatio) << "," << Real(material.density) << "\n";
+    file << "$ " << material.name << "\n";
+    WideCard card(file, "MAT1");
+    card << std::uint64_t{i + 1} << material.youngsModulus;
+    card.Blank() << material.poissonsRatio << material.density;
+    card.End();
   }
   file << "ENDDATA\n";
   notes.PutInto(report);
