@@ -136,9 +136,13 @@ class Flattener {
 
   /// For the cards of the assembly, of which many speak of the same instances.
   const InpFit& FitOf(const InpInstance& instance) {
-    constexpr std::size_t kMost = 64;
+    constexpr std::size_t kMost = 4'000'000;
     if (const auto known = m_fits.find(&instance); known != m_fits.end()) return known->second;
-    if (m_fits.size() >= kMost) m_fits.clear();
+    m_fitted += m_parts[UpperCase(instance.part)].size();
+    if (m_fitted > kMost) {
+      m_fits.clear();
+      m_fitted = 0;
+    }
     FitTo(instance, kAll);
     return m_fits[&instance] = m_fit;
   }
@@ -267,6 +271,7 @@ class Flattener {
   InpFit m_fit;                                             // of the instance at hand
   std::map<std::string, std::vector<std::size_t>> m_parts;  // cards by the part's name in upper case
   std::map<std::string, const InpInstance*> m_unplaced;     // by their part in upper case
+  std::size_t m_fitted = 0;                                 // cards of parts that stand behind these
   std::map<const InpInstance*, InpFit> m_fits;              // see FitOf
   const std::map<std::string, std::string>& m_elementSets;  // of the assembly: how they are called
   std::set<std::pair<InpName, std::string>> m_outside;      // names in upper case that are no part's
