@@ -3,6 +3,7 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <limits>
 
 #include "InWindow.h"
 #include "host/CTransaction.h"
@@ -160,6 +161,44 @@ TEST_F(Trouble, RecoveryNamesTheDocumentAndDoesNotMixItWithAnother) {
   EXPECT_EQ(Print(), before);
   EXPECT_TRUE(m_window->Keeper().IsUnsaved());
   EXPECT_EQ(m_window->Keeper().Path(), copy.toStdString());
+}
+
+/// What cannot be recovered as it is was somebody's work too: it is told, and what is sound of it can be had.
+TEST_F(Trouble, ADamagedRecoveryFileIsToldAndOfferedForRepair) {
+  RestartWithState(Path("state"));
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const QString left = QString::fromStdString(m_window->Keeper().Path());
+  const QString folder = QFileInfo(left).path();
+  QFile whole(left);
+  ASSERT_TRUE(whole.open(QIODevice::ReadOnly));
+  QByteArray bytes = whole.readAll();
+  bytes.replace("CREATE TABLE gset ", "CREATE TABLE gset\t");
+  m_window.reset();
+  {
+    QFile damaged(folder + "/document-1.qdw");
+    ASSERT_TRUE(damaged.open(QIODevice::WriteOnly));
+    damaged.write(bytes);
+    Database broken;  // this one is damaged in a value
+    tagTGeom part;
+    part.id = part.cadItem = 1;
+    auto shape = std::make_shared<PartShape>();
+    shape->volume = std::numeric_limits<double>::infinity();
+    part.shape = shape;
+    broken.Load(broken.GetGeomPool().ItrOfNumber(1), std::make_shared<const tagTGeom>(part));
+    DocumentError error;
+    ASSERT_NE(DocumentFile::Create((folder + "/document-2.qdw").toStdString(), broken, error), nullptr);
+  }
+  m_window = std::make_unique<MainWindow>(m_messages);
+  m_window->show();
+  Answer("repair", QMessageBox::RejectRole);
+  EXPECT_FALSE(m_window->Recover(folder + "/document-2.qdw"));
+  EXPECT_TRUE(m_asked.contains("document-2.qdw")) << m_asked.toStdString();
+  ASSERT_TRUE(QFile::remove(folder + "/document-2.qdw"));
+  Answer("repair", QMessageBox::RejectRole);
+  m_window->OfferRecovery();
+  EXPECT_TRUE(m_asked.contains("document-1.qdw")) << m_asked.toStdString();
+  EXPECT_TRUE(Messages().contains("document-1.qdw")) << Messages().toStdString();
+  EXPECT_TRUE(QFileInfo::exists(folder + "/document-1.qdw"));
 }
 
 }  // namespace

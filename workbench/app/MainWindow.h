@@ -116,7 +116,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void OnUnkept(const DocumentError& error);
   void ShowLoaded(const QString& name);
   void AskToMend(const QString& name);
-  void AskToRepair(const QString& path, const DocumentError& error);
+  void AskToRepair(const QString& path, const DocumentError& error, bool keepFree = false);
   void KeepView();
   void RestoreView();
   void RestorePanes(const QByteArray& places);

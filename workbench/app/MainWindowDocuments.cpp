@@ -138,7 +138,7 @@ void MainWindow::AskToMend(const QString& name) {
 }
 
 /// A damaged document stays as it is; what is sound of it may go into another one.
-void MainWindow::AskToRepair(const QString& path, const DocumentError& error) {
+void MainWindow::AskToRepair(const QString& path, const DocumentError& error, bool keepFree) {
   const QStringList repairable{"IDS_WB_DOC_DAMAGED", "IDS_WB_DOC_ALIEN", "IDS_WB_DOC_TABLE", "IDS_WB_DOC_ENDLESS"};
   if (!m_asks || !repairable.contains(error.key)) return;
   QMessageBox box(QMessageBox::Warning, Text("IDS_WB_APP"),
@@ -163,6 +163,9 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error) {
   if (done == 0) return Say(path + ": " + TextOf(fault), true);
   for (const DocumentError& note : notes) Say(TextOf(note), false);
   Say(Text("IDS_WB_REPAIRED", {repaired, QLocale().toString(static_cast<qulonglong>(notes.size()))}), false);
+  // What is not sound stays too, but is offered no more.
+  if (IsRecoveryFile(path)) QFile::rename(path, path + ".damaged");
+  if (keepFree) return m_others->Start({QFileInfo(repaired).absoluteFilePath()});
   OpenDocument(repaired);
 }
 
@@ -285,6 +288,11 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 void MainWindow::OfferRecovery(bool keepFree) {
   for (const RecoverableDocument& document : DocumentKeeper::FindRecoverable(RecoveryFolder())) {
     const QString path = NameFromBytes(document.path);
+    if (document.fault.key != nullptr) {
+      Say(path + ": " + TextOf(document.fault), true);
+      AskToRepair(path, document.fault, keepFree);
+      continue;
+    }
     switch (m_questions.AskRecovery(document)) {
       case DocumentQuestions::Recovery::Recover:
         if (keepFree || !IsFresh()) {
@@ -307,6 +315,7 @@ bool MainWindow::Recover(const QString& path) {
   if (!IsFresh() || !m_keeper->Recover(NameToBytes(path), error)) {
     ++m_failedDocuments;
     Say(path + ": " + TextOf(error), true);
+    AskToRepair(path, error);
     return false;
   }
   const QString title = QString::fromStdString(m_keeper->Title());

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
+#include <string_view>
 #include <utility>
 
 #include "workbench/files/WholeFile.h"
@@ -157,9 +158,12 @@ std::vector<RecoverableDocument> DocumentKeeper::FindRecoverable(const std::stri
   for (const std::string& path : paths) {
     DocumentError error;
     std::unique_ptr<DocumentFile> file = DocumentFile::Attach(path, error);
-    if (file == nullptr) continue;  // open in another window, or nothing that could be recovered
-    if (file->HoldsAnything()) {
-      found.push_back({path, file->View(kTitleName), file->Count("geom"), file->Count("mset")});
+    const std::string_view fault = error.key != nullptr ? error.key : "";
+    if (file == nullptr) {
+      // Open in another window, or taken away just now; all else was somebody's work.
+      if (fault != "IDS_WB_DOC_BUSY" && fault != "IDS_WB_IMPORT_MISSING") found.push_back({path, "", 0, 0, error});
+    } else if (file->HoldsAnything()) {
+      found.push_back({path, file->View(kTitleName), file->Count("geom"), file->Count("mset"), {}});
     } else {
       RemoveIdleLogs(path);
       std::remove(path.c_str());  // still held

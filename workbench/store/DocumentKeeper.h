@@ -16,6 +16,7 @@ struct RecoverableDocument {
   std::string title;  ///< UTF-8; what the window called the document, empty if it said nothing
   std::int64_t parts = 0;
   std::int64_t meshSets = 0;
+  DocumentError fault{};  ///< why it cannot be taken up as it is; without a key when it can
 };
 
 /// Keeps the document of a window on disk at all times: in the file that the user gave it, or, until it has one,
