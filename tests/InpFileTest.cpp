@@ -406,7 +406,22 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CHEXA"},
         BadCase{"CELAS1,1,1,1,2\nCELAS1,2,1,1,2\nENDDATA\n",
                 "IDS_WB_NOTE_LEFT_OUT 2 (CELAS1)IDS_WB_NOTE_LOOSE_NODES 1 (1)"},
+        BadCase{"GRID,2,5,1.,90.,0.\nENDDATA\n", "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
+        BadCase{"GRID           2       5      1.     90.      0.\nENDDATA\n", "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
+        BadCase{"GRID*                  2               5              1.             90.\n*\nENDDATA\n",
+                "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
+        BadCase{"GRDSET,,5\nENDDATA\n", "IDS_WB_IMPORT_BDF_SYSTEM 4: GRDSET"},
+        BadCase{"GRID,1,0,0.,0.,0.,7\nGRDSET,,0,,,,7\nCTRIA3,1,1,1,2,3\nENDDATA\n",
+                "IDS_WB_NOTE_SECTIONS 1 (GRDSET)"},
         BadCase{"CTRIA3,1,1,1,2,3\n", "IDS_WB_IMPORT_TRUNCATED "}));
+
+// A default that none of the nodes relies on moves none.
+TEST_F(InpFile, BulkDataMayNameASystemThatNoNodeStandsIn) {
+  const std::string nodes =
+      "BEGIN BULK\nGRID,1,0,0.,0.,0.\nGRID*                  2               0              1.\n";
+  EXPECT_NO_THROW(CheckBdfFile(Write(nodes + "GRDSET,,5\nENDDATA\n", "model.bdf")));
+  EXPECT_THROW(CheckBdfFile(Write(nodes + "GRDSET,,5\nGRID,3\nENDDATA\n", "model.bdf")), ImportError);
+}
 
 }  // namespace
 }  // namespace qd::test

@@ -73,7 +73,8 @@ struct Entry {
 /// What the library makes of the entries, and what it leaves out without a word.
 class Bulk {
  public:
-  /// Throws an ImportError for an element that is unknown or lacks nodes.
+  /// Throws an ImportError for an element that is unknown or lacks nodes, and for a node in a local system, whose
+  /// place the library would take for one in the basic system.
   void Add(const Entry& entry) {
     if (entry.name.empty()) return;
     const auto known = KnownElements().find(entry.name);
@@ -81,7 +82,10 @@ class Bulk {
       AddElement(entry, known->second);
     } else if (entry.name == "GRID") {
       AddNumber(entry, 0, m_nodes);
+      if (IsLocal(entry)) throw ImportError{kLocal, PlaceOf(entry)};
+      m_usesDefault = m_usesDefault || SystemOf(entry).empty();
     } else {
+      if (entry.name == "GRDSET" && IsLocal(entry)) m_default = PlaceOf(entry);
       bool isElement = false;
       if (entry.name.starts_with('C') && !IsPassedOver(entry.name, isElement)) {
         throw ImportError{"IDS_WB_IMPORT_INP_TYPE", PlaceOf(entry)};
@@ -90,7 +94,9 @@ class Bulk {
     }
   }
 
+  /// After the last entry. Throws an ImportError when nodes rely on a default system that is a local one.
   std::vector<ImportNote> Notes() {
+    if (m_usesDefault && !m_default.empty()) throw ImportError{kLocal, m_default};
     std::sort(m_nodes.begin(), m_nodes.end());
     m_nodes.erase(std::unique(m_nodes.begin(), m_nodes.end()), m_nodes.end());
     std::sort(m_used.begin(), m_used.end());
@@ -101,6 +107,14 @@ class Bulk {
   }
 
  private:
+  static constexpr const char* kLocal = "IDS_WB_IMPORT_BDF_SYSTEM";
+  /// The system that a node's place is given in; GRDSET has its default in the same field.
+  static std::string_view SystemOf(const Entry& entry) {
+    return entry.fields.size() > 1 ? std::string_view(entry.fields[1]) : std::string_view();
+  }
+  static bool IsLocal(const Entry& entry) {
+    return SystemOf(entry).find_first_not_of('0') != std::string_view::npos;
+  }
   static std::string PlaceOf(const Entry& entry) { return std::to_string(entry.line) + ": " + entry.name; }
   static void AddNumber(const Entry& entry, std::size_t place, std::vector<std::uint64_t>& numbers) {
     if (place >= entry.fields.size()) return;
@@ -121,6 +135,8 @@ class Bulk {
 
   std::vector<std::uint64_t> m_nodes;
   std::vector<std::uint64_t> m_used;  // by elements
+  bool m_usesDefault = false;         // some node names no system
+  std::string m_default;              // where a local one is made the default
   NoteCounts m_notes;
 };
 
