@@ -470,18 +470,22 @@ TEST_F(HeldDocument, ADocumentThatALogHasBroughtForwardIsNotCalledEarlier) {
 /// The first act looks at the file anew, and what it finds there is what the user is told.
 TEST_F(HeldDocument, WhyADocumentCannotBeBroughtForwardIsTold) {
   const fs::path path = Path("a.qdw");
-  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", path);
-  Document document(path);
-  ASSERT_NE(document.file, nullptr);
-  const auto time = fs::last_write_time(path);
-  std::string bytes = Bytes(path);
-  const std::size_t place = bytes.find("CREATE TABLE gset");
-  ASSERT_NE(place, std::string::npos);
-  bytes[place + 12] = '\t';  // another text of the same length
-  std::ofstream(path, std::ios::binary) << bytes;
-  fs::last_write_time(path, time);
-  EXPECT_FALSE(document.Run(14));
-  EXPECT_EQ(document.said, "IDS_WB_DOC_TABLE");
+  for (const std::string said : {"IDS_WB_DOC_TABLE", "IDS_WB_DOC_CHANGED"}) {
+    fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", path, fs::copy_options::overwrite_existing);
+    Document document(path);
+    ASSERT_NE(document.file, nullptr);
+    const auto time = fs::last_write_time(path);
+    std::string bytes = Bytes(path);
+    const std::size_t table = bytes.find("CREATE TABLE gset");
+    ASSERT_NE(table, std::string::npos);
+    // Another text of the same length, or the version.
+    if (said == "IDS_WB_DOC_TABLE") bytes[table + 12] = '\t';
+    if (said == "IDS_WB_DOC_CHANGED") bytes[63] = kDocumentVersion;
+    std::ofstream(path, std::ios::binary) << bytes;
+    fs::last_write_time(path, time);
+    EXPECT_FALSE(document.Run(14));
+    EXPECT_EQ(document.said, said);
+  }
 }
 
 // ---- names ----------------------------------------------------------------------------------------------

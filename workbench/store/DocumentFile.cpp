@@ -231,10 +231,13 @@ bool DocumentFile::MakeWritable() {
   // The one that it was read with ends after the statements that were made with it.
   const Connection before = std::exchange(m_file, Connection(m_path, Connection::Mode::Write, m_vfs));
   m_older = 0;
-  if (m_file.IsOpen() && m_file.Run("BEGIN IMMEDIATE; COMMIT;") &&
-      ReadVersion(m_file, m_path, m_lost) == version && TakeUp(version, m_lost)) {
-    m_file.AllowLargeValues();
-    return true;
+  if (m_file.IsOpen() && m_file.Run("BEGIN IMMEDIATE; COMMIT;")) {
+    const int found = ReadVersion(m_file, m_path, m_lost);
+    if (found == version && TakeUp(version, m_lost)) {
+      m_file.AllowLargeValues();
+      return true;
+    }
+    if (found != version && m_lost.key == nullptr) m_lost = {"IDS_WB_DOC_CHANGED", m_path};
   }
   // Whatever was done of it was taken back, or has only moved the last acts from the log into the file.
   m_older = version;
