@@ -279,6 +279,17 @@ TEST_F(MeshFiles, NumbersThatNoReaderTakesAreRefused) {
     ASSERT_TRUE(error) << name;
     EXPECT_EQ(error->key, "IDS_WB_EXPORT_NUMBER") << name;
   }
+  // In fixed columns numbers may not touch one another.
+  for (const std::uint64_t greatest : {999'999'999U, 99'999'999U}) {
+    const std::string name = greatest == 999'999'999 ? "b.unv" : "b.bdf";
+    for (const std::uint64_t beyond : {0U, 1U}) {
+      model.sets[0].mesh = OneElement(4, 0, greatest - 4 + beyond);
+      const auto error = WriteMeshFile(m_folder / name, model, kGoOn, m_report);
+      EXPECT_EQ(error ? error->key + " " + error->detail : "",
+                beyond == 0 ? "" : "IDS_WB_EXPORT_NUMBER " + std::to_string(greatest + 1))
+          << name;
+    }
+  }
 }
 
 TEST_F(MeshFiles, AFailedExportLeavesTheOldFile) {

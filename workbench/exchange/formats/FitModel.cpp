@@ -1,7 +1,6 @@
 #include "workbench/exchange/formats/FitModel.h"
 
 #include <algorithm>
-#include <limits>
 
 #include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/MeshEdit.h"
@@ -12,19 +11,11 @@ namespace qd::workbench {
 
 namespace {
 
-/// No program reads larger numbers of nodes and elements.
-constexpr std::uint64_t kGreatestNumber = std::numeric_limits<std::int32_t>::max();
-
-void CheckNumber(std::uint64_t number) {
-  if (number > kGreatestNumber) throw ImportError{"IDS_WB_EXPORT_NUMBER", std::to_string(number)};
-}
-
-/// Numbers up to the greatest.
-class NumberSet {
+/// One bit for each number up to the greatest that is in. Numbers are to be checked before.
+class NumberBits {
  public:
   void Insert(const std::vector<std::uint64_t>& numbers) {
     for (const std::uint64_t number : numbers) {
-      CheckNumber(number);
       if (number >= m_in.size()) m_in.resize(std::max(m_in.size() * 2, static_cast<std::size_t>(number) + 1));
       m_in[number] = true;
     }
@@ -42,7 +33,8 @@ std::string NameOf(int elementType) {
 
 class Fitter {
  public:
-  Fitter(const ExportModel& model, const Format& format) : m_model(model), m_format(format) {}
+  Fitter(const ExportModel& model, const Format& format)
+      : m_model(model), m_format(format), m_greatest(format.Carry().greatestNumber) {}
 
   ExportModel Fit(ExportReport& report) {
     ExportModel fitted = m_model;
@@ -65,6 +57,12 @@ class Fitter {
   }
 
  private:
+  void CheckNumbers(const std::vector<std::uint64_t>& numbers) const {
+    for (const std::uint64_t number : numbers) {
+      if (number > m_greatest) throw ImportError{"IDS_WB_EXPORT_NUMBER", std::to_string(number)};
+    }
+  }
+
   /// Leaves out the elements that the format has no kind for.
   void TakeElements(ExportSet& set) {
     const bool all = std::all_of(set.mesh->blocks.begin(), set.mesh->blocks.end(),
@@ -74,8 +72,9 @@ class Fitter {
       std::erase_if(mesh->blocks, [this](const auto& block) { return !m_format.Holds(block.elementType); });
     for (const MeshData::Block& block : set.mesh->blocks) {
       const bool held = m_format.Holds(block.elementType);
+      CheckNumbers(block.nodeIds);
+      CheckNumbers(block.elementIds);
       (held ? m_used : m_usedOnce).Insert(block.nodeIds);
-      for (const std::uint64_t element : block.elementIds) CheckNumber(element);
       if (held) {
         m_elements += block.elementIds.size();
         continue;
@@ -89,12 +88,12 @@ class Fitter {
 
   /// Leaves out the nodes that only left out elements have, and free ones where the format has none.
   void TakeNodes(ExportSet& set) {
+    CheckNumbers(set.mesh->nodeIds);
     const bool keepsLoose = m_format.Carry().looseNodes;
     std::size_t loose = 0;
     std::vector<bool> keep(set.mesh->nodeIds.size(), true);
     for (std::size_t place = 0; place < keep.size(); ++place) {
       const std::uint64_t node = set.mesh->nodeIds[place];
-      CheckNumber(node);
       if (m_used.Contains(node)) continue;
       const bool free = !m_usedOnce.Contains(node);
       if (free) ++loose;
@@ -144,9 +143,10 @@ class Fitter {
 
   const ExportModel& m_model;
   const Format& m_format;
+  std::uint64_t m_greatest;  // number of a node or an element
   ExportNotes m_notes;
-  NumberSet m_used;       // nodes of elements that are written
-  NumberSet m_usedOnce;   // nodes of elements that are left out
+  NumberBits m_used;      // nodes of elements that are written
+  NumberBits m_usedOnce;  // nodes of elements that are left out
   std::string m_refused;  // a kind of element that the format does not have
   std::uint64_t m_elements = 0;
   std::uint64_t m_nodes = 0;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -29,6 +30,8 @@ struct Carries {
   bool emptySets = false;   ///< groups without elements
   bool looseNodes = false;  ///< nodes that no element uses
   bool materials = false;   ///< with the properties that refer to them
+  /// Of nodes and elements. No program reads larger ones than this, and some formats have few columns for them.
+  std::uint64_t greatestNumber = std::numeric_limits<std::int32_t>::max();
   bool operator==(const Carries&) const = default;
 };
 

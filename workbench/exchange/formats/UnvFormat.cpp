@@ -18,7 +18,8 @@ class Unv final : public Format {
     return kEndings;
   }
   Engine ReadBy() const override { return Engine::Own; }
-  Carries Carry() const override { return {.names = true, .looseNodes = true}; }
+  /// Numbers stand in columns of ten, and ten digits would touch the number before them.
+  Carries Carry() const override { return {.names = true, .looseNodes = true, .greatestNumber = 999'999'999}; }
   bool Holds(int elementType) const override { return UnvHolds(elementType); }
   ImportedModel Read(const std::filesystem::path& path,
                      const std::function<void(double)>& progress) const override {
