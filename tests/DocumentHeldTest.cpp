@@ -18,6 +18,7 @@
 #include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
+#include "workbench/store/Sqlite.h"
 
 namespace qd::test {
 namespace {
@@ -584,6 +585,32 @@ TEST_F(HeldDocument, WithoutARecoveryFileItIsUnsavedAndALaterActTriesAgain) {
   ASSERT_FALSE(keeper.Path().empty());
   fs::copy_file(keeper.Path(), Path("copy.qdw"));
   EXPECT_EQ(ContentsOf(Path("copy.qdw")), Contents(data));
+}
+
+TEST_F(HeldDocument, ARecoveryFileThatCannotBeReadIsOfferedAndNotTakenAway) {
+  fs::create_directories(Path("left"));
+  const fs::path file = Path("left") / "document-1.qdw";
+  {
+    Database data;
+    tagTGeom part;
+    part.name = L"Bolt";
+    part.cadItem = 1;
+    ASSERT_EQ(data.BeginTransaction(L"a part"), 1);
+    ASSERT_NE(data.GetGeomPool().Add(part), 0U);
+    ASSERT_EQ(data.CommitTransaction(), 1);
+    DocumentError error;
+    ASSERT_NE(DocumentFile::Create(file.string(), data, error), nullptr) << error.detail;
+    // The page that the parts begin on is lost.
+    Connection tables(file.string(), Connection::Mode::Read);
+    const std::int64_t page = tables.Value("SELECT rootpage FROM sqlite_master WHERE name = 'geom'");
+    ASSERT_GT(page, 1);
+    std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
+    constexpr std::int64_t kPageSize = 4096;
+    bytes.seekp((page - 1) * kPageSize) << std::string(kPageSize, '\0');
+  }
+  const auto found = DocumentKeeper::FindRecoverable(Path("left").string());
+  EXPECT_EQ(found.size(), 1U);
+  EXPECT_TRUE(fs::exists(file));
 }
 
 TEST_F(HeldDocument, ARecoveryFileThatAnUndoMakesHoldsWhatIsLeftAfterIt) {

@@ -11,6 +11,7 @@
 #include "support/Unwritable.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
+#include "workbench/store/DocumentMark.h"
 
 namespace qd::test {
 namespace {
@@ -169,6 +170,9 @@ TEST_F(ReadDocument, ThatIsNoPlainFileIsRefusedAtOnce) {
     EXPECT_EQ(FaultOf(Path(name)), "IDS_WB_DOC_NO_FILE") << name;
     ASSERT_EQ(VerifyDocument(Path(name)).size(), 1U);
     EXPECT_EQ(VerifyDocument(Path(name)).front().key, std::string("IDS_WB_DOC_NO_FILE"));
+    // Nor is it waited for to see whose log lies beside it.
+    std::ofstream(Path(name) + "-journal") << "a log";
+    EXPECT_EQ(CheckLogs(Path(name)), LogKind::None);
   }
 }
 

@@ -247,6 +247,9 @@ TEST_F(MeshFiles, BulkDataKeepsToItsColumns) {
     shell.material = Data().GetMaterialPool().Add(steel);
     tagTMset record = Mset(body);
     record.property = Data().GetPropertyPool().Add(shell);
+    MeshData mesh = *record.mesh;
+    mesh.coordinates = {-1.23456789012e-101, 3, -4, 1, 0, 0, 0, 1, 0};
+    PutMesh(record, std::make_shared<const MeshData>(mesh));
     ASSERT_EQ(Pool().Modify(body, record), 1);
   });
   const auto error =
@@ -266,6 +269,7 @@ TEST_F(MeshFiles, BulkDataKeepsToItsColumns) {
     }
     return fields;
   };
+  EXPECT_EQ(fieldsOf("GRID*   "), (std::vector<double>{1, 0, -1.23456789e-101, 3, -4, 0, 0, 0}));
   EXPECT_EQ(fieldsOf("MAT1*   "), (std::vector<double>{1, 2.1e11, 0, 0.3, 7.85e-9, 0, 0, 0}));
   EXPECT_EQ(fieldsOf("PSHELL* "), (std::vector<double>{1, 1, 0.3333333333, 0}));
 }

@@ -45,10 +45,11 @@ class Folder:
             file.write(text)
         return path
 
-    def export(self, name, *sources):
+    def export(self, name, *sources, **settings):
         """The file that the workbench writes of others, and what it says of it."""
         path = os.path.join(self.path, name)
         environment = {key: value for key, value in os.environ.items() if key not in ("DISPLAY", "WAYLAND_DISPLAY")}
+        environment.update(settings)
         run = subprocess.run([WORKBENCH, "--export", path, *sources], env=environment, capture_output=True, text=True,
                              timeout=120)
         if run.returncode != 0:
@@ -160,6 +161,16 @@ class Reading(unittest.TestCase):
         groups = {line[2]: int(line[1]) for line in lines if line[0] == "group"}
         self.assertEqual(groups, {name: len(self.mesh.own(name)) for name in self.mesh.groups if self.mesh.own(name)})
         self.assertIn("groups: %d" % len(groups), said)
+
+    def test_numbers_have_points_where_people_write_commas(self):
+        subprocess.run(["localedef", "-i", "de_DE", "-f", "UTF-8", os.path.join(self.folder.path, "de_DE.UTF-8")],
+                       check=True, capture_output=True)
+        for ending in ("inp", "msh", "unv", "bdf", "stl"):
+            with open(self.folder.export("points." + ending, self.source)[0]) as file:
+                wanted = file.read()
+            with open(self.folder.export("points." + ending, self.source, LOCPATH=self.folder.path,
+                                         LC_ALL="de_DE.UTF-8")[0]) as file:
+                self.assertEqual(file.read(), wanted, ending)
 
     def test_bulk_data_is_read_as_geometry(self):
         path, said = self.folder.export("mixed.bdf", self.source)

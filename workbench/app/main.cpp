@@ -4,6 +4,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
+#include <clocale>
 #include <cstdlib>
 #include <iostream>
 
@@ -106,6 +107,8 @@ int RunProgram(int argc, char** argv, const CommandLine& line) {
   // The toolkit would take options of its own out of the arguments; ours are read already.
   int count = std::min(argc, 1);
   Application app(count, argv);
+  // The toolkit takes the user's language for the C library too; numbers keep their point everywhere.
+  std::setlocale(LC_NUMERIC, "C");
   QCoreApplication::setOrganizationName("QD_wrt");
   QCoreApplication::setApplicationName("workbench");
   SetLimits(line);

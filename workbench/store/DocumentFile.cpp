@@ -526,10 +526,15 @@ std::int64_t DocumentFile::Count(const char* table) {
 }
 
 bool DocumentFile::HoldsAnything() {
-  for (const char* table : {"geom", "mset", "material", "property", "gset", "deck"}) {
-    if (m_file.Value(std::string("SELECT 1 FROM ") + table + " LIMIT 1") > 0) return true;
+  const auto holds = [this](const std::string& select) {
+    Statement rows = m_file.Prepare(select);
+    return rows.Step() || rows.Failed();  // what cannot be read was somebody's work
+  };
+  for (const char* table : {"geom", "mset", "material", "property", "gset"}) {
+    if (holds(std::string("SELECT 1 FROM ") + table + " LIMIT 1")) return true;
   }
-  return m_file.Value("SELECT 1 FROM cord LIMIT 1 OFFSET 1") > 0;
+  // Older documents keep no decks.
+  return (m_older == 0 && holds("SELECT 1 FROM deck LIMIT 1")) || holds("SELECT 1 FROM cord LIMIT 1 OFFSET 1");
 }
 
 }  // namespace qd::workbench

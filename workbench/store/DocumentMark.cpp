@@ -157,6 +157,9 @@ LogKind CheckLogs(const std::string& path) {
   const bool anyAhead = SizeOf(path + "-wal") > 0;
   const bool anyJournal = SizeOf(path + "-journal") > 0;
   if (!anyAhead && !anyJournal) return LogKind::None;
+  // A pipe would be waited for.
+  std::error_code none;
+  if (!fs::is_regular_file(path, none)) return LogKind::None;
   std::ifstream document(path, std::ios::binary);
   const Head head(BytesOf(document, 0, 100));
   if (!head.isDatabase) return LogKind::Foreign;

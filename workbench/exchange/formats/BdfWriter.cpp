@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cstdio>
 
 #include "workbench/exchange/formats/MeshWriters.h"
 #include "workbench/mesh/ElementTypes.h"
@@ -87,10 +86,8 @@ class WideCard {
   }
   /// Real numbers need a point.
   WideCard& operator<<(double number) {
-    char text[32];
-    std::snprintf(text, sizeof(text), "%16.9E", number);
     Next();
-    m_file << text;
+    m_file.Exponent(number, kWidth, 9);
     return *this;
   }
   WideCard& Blank() {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <cstdio>
 
 #include "workbench/exchange/pipe/ImportedModel.h"
 
@@ -48,11 +47,17 @@ TextFile& TextFile::Right(std::uint64_t number, std::size_t width) {
   return *this;
 }
 
-TextFile& TextFile::Exponent(double number, std::size_t width) {
-  char digits[40];
-  const int length = std::snprintf(digits, sizeof(digits), "%.16E", number);
-  m_buffer.append(width > static_cast<std::size_t>(length) ? width - static_cast<std::size_t>(length) : 0, ' ');
-  m_buffer += digits;
+TextFile& TextFile::Exponent(double number, std::size_t width, int digits) {
+  // Not by the C library, which writes what the user's language has for a point.
+  char text[40];
+  std::size_t length = 0;
+  do {
+    const auto end = std::to_chars(text, text + sizeof(text), number, std::chars_format::scientific, digits).ptr;
+    length = static_cast<std::size_t>(end - text);
+  } while (length > width && --digits >= 0);
+  std::replace(text, text + length, 'e', 'E');
+  m_buffer.append(width > length ? width - length : 0, ' ');
+  m_buffer.append(text, length);
   return *this;
 }
 

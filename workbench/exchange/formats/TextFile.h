@@ -27,8 +27,9 @@ class TextFile {
   TextFile& Short(double number, std::size_t most);
   /// A number at the end of a field of a width.
   TextFile& Right(std::uint64_t number, std::size_t width);
-  /// A number in the form 1.2345678901234567E+00, at the end of a field.
-  TextFile& Exponent(double number, std::size_t width);
+  /// A number in the form 1.2345E+00 with so many digits behind the point, at the end of a field. Where the field
+  /// is too narrow there are fewer.
+  TextFile& Exponent(double number, std::size_t width, int digits);
   /// One node or element is done. Throws an empty ImportError when the work is to stop.
   void Step();
   /// Likewise for a bit of work of which nobody knows how much there is.

@@ -55,6 +55,7 @@ bool UnvHolds(int elementType) {
 
 void WriteUnv(const ExportModel& model, TextFile& file, ExportReport& report) {
   constexpr std::size_t kCoordinate = 25;
+  constexpr int kDigits = 16;
   const auto nodes = NodesOf(model);
   report.nodes = nodes.size();
   report.elements = CountElements(model);
@@ -62,7 +63,8 @@ void WriteUnv(const ExportModel& model, TextFile& file, ExportReport& report) {
   file << "    -1\n  2411\n";
   for (const auto& [node, at] : nodes) {
     file.Right(node, kWidth).Right(1, kWidth).Right(1, kWidth).Right(11, kWidth) << "\n";
-    file.Exponent(at[0], kCoordinate).Exponent(at[1], kCoordinate).Exponent(at[2], kCoordinate) << "\n";
+    for (int axis = 0; axis < 3; ++axis) file.Exponent(at[axis], kCoordinate, kDigits);
+    file << "\n";
     file.Step();
   }
   file << "    -1\n    -1\n  2412\n";
