@@ -271,6 +271,41 @@ TEST_F(Deck, KeywordsThatMakeNodesAreKeptWhereTheyMeetNoOthers) {
   EXPECT_NE(parts.decks.front().text.find("\n** *NGEN"), std::string::npos);
 }
 
+/// A set that lacks what was made for it would carry its loads to the rest alone.
+TEST_F(Deck, SetsThatHeldWhatIsNotMadeGoWithIt) {
+  const std::string cards =
+      "*NSET, NSET=ROW\n4\n*NGEN, NSET=ROW\n9,109,10\n*NSET, NSET=ROW\n3\n*ELGEN, ELSET=UPPER\n2,3\n"
+      "*BOUNDARY\nROW,1,3\n1,1,3\n*DLOAD\nUPPER,P2,5.\n*DLOAD\nEALL,P2,5.\n*DLOAD\nLOWER,P2,5.\n";
+  Import(kMesh + cards);
+  EXPECT_TRUE(Holds(Export(), cards));
+  AddMset(L"ours", 0, 1);
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "** *NSET, NSET=ROW\n** 4\n"));
+  EXPECT_TRUE(Holds(text, "** *NSET, NSET=ROW\n** 3\n"));
+  EXPECT_TRUE(Holds(text, "** ROW,1,3\n1,1,3\n"));
+  EXPECT_TRUE(Holds(text, "** *DLOAD\n** UPPER,P2,5.\n"));
+  EXPECT_TRUE(Holds(text, "** *DLOAD\n** EALL,P2,5.\n"));
+  EXPECT_TRUE(Holds(text, "*DLOAD\nLOWER,P2,5.\n"));
+  for (const char* said : {"*NGEN: *NGEN", "*ELGEN: *ELGEN", "*BOUNDARY: ROW", "*DLOAD: UPPER"})
+    EXPECT_NE(Said().find(said), std::string::npos) << said << " is not in " << Said();
+}
+
+/// A name is lost only while nothing that defines it is written, and keeps what a second deck calls it.
+TEST_F(Deck, NamesThatAreDefinedInPiecesStayWithWhatIsLeft) {
+  const std::string cards =
+      "*NSET, NSET=N\n9\n*NSET, NSET=N\n1\n*BOUNDARY\nN,1,3\n*NSET, NSET=M\n9\n*NSET, NSET=M\nM\n";
+  Import(kMesh + cards);
+  std::string other = kMesh;
+  for (std::size_t at = 0; (at = other.find("UPPER", at)) != std::string::npos;) other.replace(at, 5, "HIGHER");
+  Import(other + cards);
+  Act([&] { ASSERT_EQ(Pool().TR_Del({Set(L"UPPER"), Set(L"HIGHER")}), 1); });
+  const std::string text = Export();
+  EXPECT_TRUE(Holds(text, "** *NSET, NSET=N\n** 9\n"));
+  EXPECT_TRUE(Holds(text, "*NSET, NSET=N\n1\n*BOUNDARY\nN,1,3\n"));
+  EXPECT_TRUE(Holds(text, "** *NSET, NSET=M\n** M\n"));
+  EXPECT_TRUE(Holds(text, "*NSET, NSET=N-2\n13\n*BOUNDARY\nN-2,1,3\n"));
+}
+
 TEST_F(Deck, LinesBeforeTheFirstKeywordAreNoCommentsOfIt) {
   Import(
       "** by hand\n1,2,3\n*PART, NAME=P\n*NODE\n1,0,0,0\n*END PART\n*ASSEMBLY, NAME=A\n"

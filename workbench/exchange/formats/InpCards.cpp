@@ -65,11 +65,30 @@ class Fitter {
       if (what == '.' || parameter->length == 0) continue;
       const std::string_view value = std::string_view(m_card.header).substr(parameter->at, parameter->length);
       std::string instead;
-      InpLoss loss = Take(value, what, instead);
+      InpLoss loss;
+      if (MayName(parameter->name, value, what)) {
+        const std::string name(Unquoted(value));
+        const std::string written = m_fit.Written(InpNameOfLetter(what), name);
+        instead = written == name ? std::string(value) : QuotedInpName(written);
+      } else {
+        loss = Take(value, what, instead);
+      }
       const bool lost = loss.IsAny();
       if (lost) Lose(std::move(loss));
       if (!lost && instead != value) m_result.header.replace(parameter->at, parameter->length, instead);
     }
+  }
+
+  /// Whether a name is lost, but not to this card.
+  bool MayName(const std::string& parameter, std::string_view value, char what) const {
+    const InpName kind = InpNameOfLetter(what);
+    const std::string* found = m_fit.Find(kind, Unquoted(value));
+    if (found == nullptr || !found->empty()) return false;
+    const bool isMaking = IsInpGenerator(m_card.keyword) && (parameter == "NSET" || parameter == "ELSET");
+    const bool isSection = IsInpSection(m_card.keyword) && parameter == "ELSET";
+    if (m_fit.IsPartLost(kind, Unquoted(value))) return isMaking || isSection;
+    const bool defines = parameter == "NAME" || (parameter == "NSET" && kind == InpName::NodeSet);
+    return isMaking || (defines && DefinedBy(m_card) == std::pair(kind, std::string(Unquoted(value))));
   }
 
   /// What a field becomes; the reason when it is lost.
@@ -383,27 +402,51 @@ std::vector<InpCard> CardsOf(std::string_view text, const std::function<void()>&
 // ---- fitting --------------------------------------------------------------------------------------------
 
 void InpFit::Rename(InpName kind, const std::string& from, const std::string& to) {
-  m_names[static_cast<std::size_t>(kind)][UpperCase(from)] = to;
+  m_renamed[static_cast<std::size_t>(kind)][UpperCase(from)] = to;
 }
 
 void InpFit::Lose(InpName kind, const std::string& name) {
-  Rename(kind, name, {});
+  m_lost[static_cast<std::size_t>(kind)].insert(UpperCase(name));
 }
 
 void InpFit::Keep(InpName kind, const std::string& name) {
-  const std::string* known = Find(kind, name);
-  if (known != nullptr && known->empty()) m_names[static_cast<std::size_t>(kind)].erase(UpperCase(name));
+  m_lost[static_cast<std::size_t>(kind)].erase(UpperCase(name));
+}
+
+void InpFit::LosePart(InpName kind, const std::string& name) {
+  m_partLost[static_cast<std::size_t>(kind)].insert(UpperCase(name));
+}
+
+bool InpFit::IsPartLost(InpName kind, std::string_view name) const {
+  const Names& lost = m_partLost[static_cast<std::size_t>(kind)];
+  return !lost.empty() && lost.contains(UpperCase(name));
 }
 
 const std::string* InpFit::Find(InpName kind, std::string_view name) const {
-  const auto& names = m_names[static_cast<std::size_t>(kind)];
-  if (names.empty()) return nullptr;
-  const auto found = names.find(UpperCase(name));
-  return found != names.end() ? &found->second : nullptr;
+  static const std::string kLost;
+  const auto place = static_cast<std::size_t>(kind);
+  if (m_renamed[place].empty() && m_lost[place].empty() && m_partLost[place].empty()) return nullptr;
+  const std::string key = UpperCase(name);
+  if (m_lost[place].contains(key) || m_partLost[place].contains(key)) return &kLost;
+  const auto found = m_renamed[place].find(key);
+  return found != m_renamed[place].end() ? &found->second : nullptr;
+}
+
+std::string InpFit::Written(InpName kind, std::string_view name) const {
+  const auto& renamed = m_renamed[static_cast<std::size_t>(kind)];
+  const auto found = renamed.find(UpperCase(name));
+  return found != renamed.end() ? found->second : std::string(name);
 }
 
 InpName InpNameOfParameter(const InpCard& card, const std::string& parameter) {
   return InpNameOfLetter(InpLetterOfParameter(card.keyword, parameter));
+}
+
+std::pair<InpName, std::string> DefinedBy(const InpCard& card) {
+  if (card.keyword == "NSET" || card.keyword == "NODE") return {InpName::NodeSet, card.Value("NSET")};
+  const InpName kind = InpNameOfParameter(card, "NAME");
+  if (kind == InpName::Other || kind == InpName::Material) return {InpName::Other, {}};
+  return {kind, card.Value("NAME")};
 }
 
 InpFitted Fit(const InpCard& card, const InpFit& fit) {

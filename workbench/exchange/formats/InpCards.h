@@ -5,9 +5,11 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "workbench/exchange/formats/InpRules.h"
@@ -56,14 +58,24 @@ class InpFit {
 
   /// A name that is written otherwise; what is not told stays as it is.
   void Rename(InpName kind, const std::string& from, const std::string& to);
+  /// A name that nothing written defines so far: only cards that define it may name it.
   void Lose(InpName kind, const std::string& name);
   /// Takes back that a name is lost.
   void Keep(InpName kind, const std::string& name);
+  /// A set of which something is not made for good: no card may name it but sections, which tell what the rest is
+  /// made of.
+  void LosePart(InpName kind, const std::string& name);
+  bool IsPartLost(InpName kind, std::string_view name) const;
   /// Null for what stays as it is, empty for what is lost.
   const std::string* Find(InpName kind, std::string_view name) const;
+  /// How a name is written, lost or not.
+  std::string Written(InpName kind, std::string_view name) const;
 
  private:
-  std::array<std::map<std::string, std::string, std::less<>>, kInpNames> m_names;
+  using Names = std::set<std::string, std::less<>>;  // in upper case
+  std::array<std::map<std::string, std::string, std::less<>>, kInpNames> m_renamed;
+  std::array<Names, kInpNames> m_lost;
+  std::array<Names, kInpNames> m_partLost;
 };
 
 /// Why something cannot be written.
@@ -87,6 +99,8 @@ struct InpFitted {
 /// What NAME= of a keyword names, or another parameter; Other for neither.
 InpName InpNameOfParameter(const InpCard& card, const std::string& parameter);
 InpFitted Fit(const InpCard& card, const InpFit& fit);
+/// What a card gives a name to; element sets and materials, which stand in the tree, are not told here.
+std::pair<InpName, std::string> DefinedBy(const InpCard& card);
 
 /// A number that stands alone in a field.
 std::optional<std::uint64_t> InpNumberOf(std::string_view field);

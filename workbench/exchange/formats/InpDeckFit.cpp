@@ -27,13 +27,6 @@ std::optional<InpRun> InpRunOf(std::string_view line) {
   return sound ? std::optional(run) : std::nullopt;
 }
 
-std::pair<InpName, std::string> DefinedBy(const InpCard& card) {
-  if (card.keyword == "NSET" || card.keyword == "NODE") return {InpName::NodeSet, card.Value("NSET")};
-  const InpName kind = InpNameOfParameter(card, "NAME");
-  if (kind == InpName::Other || kind == InpName::Material) return {InpName::Other, {}};
-  return {kind, card.Value("NAME")};
-}
-
 namespace {
 
 /// Reads what the text lists in each element set.
@@ -127,6 +120,7 @@ std::vector<std::size_t> ElementsOf(const InpDeckMesh& mesh, const InpFittedDeck
       }
     }
     for (const std::string& name : listed.names) {
+      mesh.Look();
       const auto found = deck.setOf.find(UpperCase(name));
       if (found != deck.setOf.end() && seen.insert(found->second).second) open.push_back(found->second);
     }

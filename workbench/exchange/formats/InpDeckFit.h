@@ -57,9 +57,6 @@ struct InpFittedDeck {
   std::size_t sections = 0;                  ///< that were written
 };
 
-/// What a card gives a name to; element sets and materials, which stand in the tree, are not told here.
-std::pair<InpName, std::string> DefinedBy(const InpCard& card);
-
 /// The elements that a deck's set has now, by their places in the mesh: those of its mesh set, and, where only the
 /// text knows them, those of the text that are still there. Numbers of those that no mesh set holds go to
 /// literals, if it is given.

@@ -36,6 +36,7 @@ class DeckWriter {
     WriteMesh();
     WriteSets();
     for (Deck& deck : m_decks) {
+      LoseGenerated(deck);
       for (std::size_t i = deck.firstMesh; i < deck.firstStep; ++i) WriteOther(deck, deck.cards[i]);
     }
     WriteOwnSections();
@@ -66,6 +67,9 @@ class DeckWriter {
     ++m_groups;
     WriteInpSet(name, numbers, names, m_file);
   }
+  /// A card that makes nodes or elements, with what is left of it.
+  InpFitted FitGenerator(const Deck& deck, const InpCard& card) const;
+  void LoseGenerated(Deck& deck) const;
   void WriteOther(Deck& deck, const InpCard& card);
   void WriteFitted(Deck& deck, const InpCard& card, InpFitted fitted);
   void WriteOwnSections();
@@ -326,13 +330,38 @@ void DeckWriter::WriteFitted(Deck& deck, const InpCard& card, InpFitted fitted) 
   }
 }
 
+InpFitted DeckWriter::FitGenerator(const Deck& deck, const InpCard& card) const {
+  InpFitted fitted = Fit(card, deck.fit);
+  if ((m_isMixed || m_decks.size() > 1) && !fitted.loss.IsAny()) {
+    fitted.loss = {"what it makes may have the numbers of other nodes or elements", "*" + card.keyword};
+  }
+  return fitted;
+}
+
+/// Sets lack what is not made for them, wherever else they are told of: what names them would mean something else.
+void DeckWriter::LoseGenerated(Deck& deck) const {
+  for (const InpCard& card : deck.cards) {
+    if (!IsInpGenerator(card.keyword) || !FitGenerator(deck, card).loss.IsAny()) continue;
+    for (const auto& [parameter, kind] : {std::pair("NSET", InpName::NodeSet), {"ELSET", InpName::ElementSet}}) {
+      if (const std::string name = card.Value(parameter); !name.empty()) deck.fit.LosePart(kind, name);
+    }
+  }
+  // Sets are told of before others list them.
+  for (std::size_t set = 0; set < deck.listed.size(); ++set) {
+    const auto isLost = [&deck](const std::string& name) {
+      return deck.fit.IsPartLost(InpName::ElementSet, name);
+    };
+    const std::vector<std::string>& names = deck.listed[set].names;
+    if (std::any_of(names.begin(), names.end(), isLost)) {
+      deck.fit.LosePart(InpName::ElementSet, deck.kept->record.sets[set].name);
+    }
+  }
+}
+
 void DeckWriter::WriteOther(Deck& deck, const InpCard& card) {
   constexpr std::string_view kMesh[] = {"NODE", "ELEMENT", "USERELEMENT", "ELSET"};
   if (std::find(std::begin(kMesh), std::end(kMesh), card.keyword) != std::end(kMesh)) return;
-  InpFitted fitted = Fit(card, deck.fit);
-  if (IsInpGenerator(card.keyword) && (m_isMixed || m_decks.size() > 1) && !fitted.loss.IsAny()) {
-    fitted.loss = {"what it makes may have the numbers of other nodes or elements", "*" + card.keyword};
-  }
+  InpFitted fitted = IsInpGenerator(card.keyword) ? FitGenerator(deck, card) : Fit(card, deck.fit);
   if (IsInpSection(card.keyword)) m_properties.FitSection(deck, card, fitted);
   if (card.keyword == "MATERIAL" || card.keyword == "ELASTIC" || card.keyword == "DENSITY") {
     m_properties.FitValues(deck, card, fitted);
