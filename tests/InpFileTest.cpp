@@ -180,6 +180,10 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"*PART, NAME=P\n*END PART\n*INSTANCE, PART=P\n",
                 "IDS_WB_IMPORT_INP_SET model.inp, 10: *INSTANCE, PART=P"},
         BadCase{"*PART, NAME=P\n", "IDS_WB_IMPORT_TRUNCATED "},
+        BadCase{"*PART, NAME=P\n*INSTANCE, NAME=I, PART=P\n",
+                "IDS_WB_IMPORT_INP_END model.inp, 9: *INSTANCE, NAME=I, PART=P"},
+        BadCase{"*PART, NAME=P\n*PART, NAME=Q\n", "IDS_WB_IMPORT_INP_END model.inp, 9: *PART, NAME=Q"},
+        BadCase{"*PART, NAME=P\n*ASSEMBLY\n", "IDS_WB_IMPORT_INP_END model.inp, 9: *ASSEMBLY"},
         BadCase{"*END PART\n", "IDS_WB_IMPORT_INP_END model.inp, 8: *END PART"}));
 
 TEST_F(InpFile, ReadsWhatSolversAccept) {
@@ -283,6 +287,14 @@ TEST_F(InpFile, ManyIncludesEnd) {
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=l1.inp\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);
 }
 
+/// A short deck that names one larger file again and again.
+TEST_F(InpFile, TheSameFileIncludedTooOftenIsRefused) {
+  Write(std::string(8'000'000, '*') + "\n", "large.inp");
+  std::string deck = kNodes + "*ELEMENT, TYPE=S3\n1,1,2,3\n";
+  for (int i = 0; i < 100; ++i) deck += "*INCLUDE, INPUT=large.inp\n";
+  EXPECT_EQ(ErrorOf(deck), "IDS_WB_IMPORT_INP_INCLUDE model.inp, 44: large.inp");
+}
+
 TEST_F(InpFile, RunsOfNumbersOfAnySizeEnd) {
   const std::string mesh = kNodes + "*ELEMENT, TYPE=S3\n1,1,2,3\n4,1,3,4\n9223372036854775807,2,5,6\n";
   const auto set = [&](const std::string& run) {
@@ -307,6 +319,30 @@ TEST_F(InpFile, SetsThatListTooMuchAreRefused) {
   deck += "*ELSET,ELSET=A,GENERATE\n1,20000\n";
   for (int i = 0; i < 15'000; ++i) deck += "*ELSET,ELSET=S" + std::to_string(i) + "\nA\n";
   EXPECT_NE(ErrorOf(deck).find("IDS_WB_IMPORT_INP_TOO_MUCH"), std::string::npos);
+}
+
+/// Each name of a set of the assembly goes to every instance in which that has elements.
+TEST_F(InpFile, NamesThatAssembliesListTooOftenAreRefused) {
+  std::string deck = "*PART, NAME=P\n" + kNodes + "*ELEMENT, TYPE=S3\n1,1,2,3\n*END PART\n*ASSEMBLY, NAME=A\n";
+  std::string set = "*ELSET, ELSET=S\n";
+  for (int i = 0; i < 1000; ++i) {
+    const std::string name = "I" + std::to_string(i);
+    deck += "*INSTANCE, NAME=" + name + ", PART=P\n*END INSTANCE\n";
+    set += name + ".1\n";
+  }
+  deck += set + "*ELSET, ELSET=T\n";
+  for (int i = 0; i < 30'000; ++i) deck += "S\n";
+  EXPECT_NE(ErrorOf(deck + "*END ASSEMBLY\n").find("IDS_WB_IMPORT_INP_TOO_MUCH"), std::string::npos);
+}
+
+/// Each dot may end the name of an instance; a minute and more where it was looked up at each of them.
+TEST_F(InpFile, LinesOfDotsEnd) {
+  const std::string deck = "*PART, NAME=P\n" + kNodes +
+                           "*ELEMENT, TYPE=S3\n1,1,2,3\n*END PART\n*ASSEMBLY, NAME=A\n*INSTANCE, NAME=I.J, "
+                           "PART=P\n*END INSTANCE\n*NSET, NSET=T\n";
+  const ImportedModel model =
+      Read(Write(deck + std::string(500'000, '.') + "\ni.j.2\n*ELSET, ELSET=T\nI.J.1\n*END ASSEMBLY\n"));
+  EXPECT_EQ(Describe(model), "I.J(0/3) [T(1/3)]");
 }
 
 /// Set by set or one by one: minutes where numbers meet, and where each section goes through the elements of its
@@ -343,7 +379,14 @@ TEST_F(InpFile, PartsThatAreCopiedTooOftenAreRefusedAtTheirInstance) {
   std::string elements = "*ELEMENT, TYPE=S3\n";
   for (int i = 1; i <= 1000; ++i) elements += std::to_string(i) + ",1,2,3\n";
   for (int i = 0; i < 1000; ++i) elements += "*ELSET, ELSET=S" + std::to_string(i) + ", GENERATE\n1,1000\n";
-  EXPECT_EQ(ErrorOf(deck(elements, 1000)), "IDS_WB_IMPORT_INP_TOO_MUCH model.inp, 3210");
+  EXPECT_EQ(ErrorOf(deck(elements, 1000)), "IDS_WB_IMPORT_INP_TOO_MUCH model.inp, 3202");
+  // A set or a name in its list takes more memory than an element.
+  std::string sets;
+  for (int i = 0; i < 4000; ++i) sets += "*ELSET, ELSET=S" + std::to_string(i) + "\n";
+  EXPECT_NE(ErrorOf(deck(sets, 650)).find("IDS_WB_IMPORT_INP_TOO_MUCH"), std::string::npos);
+  std::string names = "*ELSET, ELSET=S\n*ELSET, ELSET=T\n";
+  for (int i = 0; i < 20'000; ++i) names += "S,\n";
+  EXPECT_NE(ErrorOf(deck(names, 325)).find("IDS_WB_IMPORT_INP_TOO_MUCH"), std::string::npos);
   const std::string comment = "** " + std::string(1'000'000, 'x') + "\n*NSET, NSET=N\n1\n";
   EXPECT_EQ(ErrorOf(deck(comment, 1000)), "IDS_WB_IMPORT_INP_TOO_LONG model.inp, 1812");
   const std::string numbers =
@@ -364,6 +407,17 @@ TEST_F(InpFile, SurplusEntriesBehindAnElementArePassedOverAndSaid) {
 }
 
 // Solvers pass over them, and what is written back knows keywords without them.
+TEST_F(InpFile, CoordinatesInOtherSystemsAreSaid) {
+  const std::string element = "*ELEMENT, TYPE=S3\n1,1,2,3\n";
+  const ImportedModel model =
+      Read(Write(kNodes + "*NODE, SYSTEM = c\n7,1,90,0\n*NODE, SYSTEM=S\n8,1,0,0\n*NODE, SYSTEM=x\n9,0,0,0\n" +
+                 "*NODE, SYSTEM=R\n10,0,0,0\n*SYSTEM\n1,1,1\n*NODE, SYSTEM=C\n11,0,0,0\n" + element));
+  ASSERT_EQ(model.notes.size(), 1U);
+  EXPECT_EQ(model.notes[0].key, "IDS_WB_NOTE_SYSTEM");
+  EXPECT_EQ(model.notes[0].detail, "*NODE, SYSTEM (1), *NODE, SYSTEM=C (2), *NODE, SYSTEM=S (1), *SYSTEM (1)");
+  EXPECT_TRUE(Read(Write(kNodes + "*NODE, SYSTEM=R\n7,0,0,0\n" + element)).notes.empty());
+}
+
 TEST_F(InpFile, BlanksInKeywordsDoNotCount) {
   const ImportedModel model =
       Read(Write("*NO DE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n*ELEMENT, TY PE=S3, EL SET=A\n1,1,2,3\n"

@@ -12,6 +12,10 @@ void CheckDeckLength(std::size_t bytes, std::string_view place) {
   if (bytes > kMostDeckBytes) throw ImportError{"IDS_WB_IMPORT_INP_TOO_LONG", std::string(place)};
 }
 
+bool InpDeckText::IsTooLong() const {
+  return m_text.size() > kMostDeckBytes;
+}
+
 void InpDeckText::EndRun() {
   if (!m_open) return;
   m_open = false;

@@ -23,6 +23,8 @@ class InpDeckText {
   /// The lines of an element that no mesh set holds.
   void Literal(std::string_view lines);
   std::size_t Size() const { return m_text.size(); }
+  /// CheckDeckLength would throw.
+  bool IsTooLong() const;
   std::string Take() {
     EndRun();
     return std::move(m_text);

@@ -39,6 +39,8 @@ class Reader {
         const bool isMesh = m_data == &Reader::NodeData || m_data == &Reader::ElementData;
         if (!isMesh) m_read.text.Keep(m_lines.TakeText());
       }
+      // Included files may be named many times, so it is asked before all of them have been put together.
+      if (m_read.text.IsTooLong()) CheckDeckLength(m_read.text.Size(), m_lines.Place());
       constexpr std::size_t kStep = 1U << 16U;
       if (++count % kStep == 0) m_progress(m_lines.Done() * 0.8);
     }
@@ -52,6 +54,7 @@ class Reader {
   using Part = InpReadPart;
   using Data = void (Reader::*)(std::string_view);
   void Keyword(const InpLine& line);
+  void NoteSystem(const InpLine& line);
   void BeginElements(const InpLine& line);
   void BeginSet(const InpLine& line);
   void BeginSection(const InpLine& line, tagTProperty::Kind kind);
@@ -106,8 +109,16 @@ void Reader::Keyword(const InpLine& line) {
   m_data = nullptr;
   m_dataLine = 0;
   const std::string& keyword = line.keyword;
+  if (keyword == "PART" || keyword == "INSTANCE" || keyword == "ASSEMBLY") {
+    // Their cards are told apart by the ends of these blocks.
+    const bool isInside = !m_open.empty() && m_open.back() != "ASSEMBLY";
+    if (isInside) m_lines.Fail("IDS_WB_IMPORT_INP_END", line.text);
+  }
   if (keyword == "NODE") {
     m_data = &Reader::NodeData;
+    NoteSystem(line);
+  } else if (keyword == "SYSTEM") {
+    ++m_read.systems["*SYSTEM"];
   } else if (keyword == "ELEMENT") {
     BeginElements(line);
   } else if (keyword == "ELSET") {
@@ -147,8 +158,17 @@ void Reader::Keyword(const InpLine& line) {
     if (block == "PART") m_part->textBytes = m_read.text.Size() - m_part->textAt;
     if (block == "PART" || block == "INSTANCE") m_part = &m_read.parts.front();
   } else if (IsInpGenerator(keyword)) {
-    ++m_read.generators[keyword];
+    ++m_read.generators["*" + keyword];
   }
+}
+
+/// Solvers turn what stands in polar coordinates; here it is shown as it stands.
+void Reader::NoteSystem(const InpLine& line) {
+  if (!line.Has("SYSTEM")) return;
+  const std::string system = UpperCase(line.Parameter("SYSTEM"));
+  if (system == "R") return;
+  const bool isKnown = system == "C" || system == "S";
+  ++m_read.systems["*NODE, SYSTEM" + (isKnown ? "=" + system : std::string())];
 }
 
 void Reader::BeginElements(const InpLine& line) {
@@ -321,8 +341,10 @@ void Reader::ListName(const std::string& name) {
     return;
   }
   // A copy, since a set may list itself and be new in one of them.
-  for (Part* part : std::vector<Part*>(known->second))
-    part->children[NeedSet(*part)].push_back(Part::KeyOf(name, true));
+  const std::vector<Part*> all = known->second;
+  const std::string key = Part::KeyOf(name, true);
+  m_read.CountNames(all.size(), key.size());
+  for (Part* part : all) part->children[NeedSet(*part)].push_back(key);
 }
 
 void Reader::SetData(std::string_view text) {

@@ -227,6 +227,7 @@ ImportedModel Finisher::Work() {
     m_read.model.notes.push_back(
         {"IDS_WB_NOTE_SURPLUS", std::to_string(m_read.surplus) + " (" + m_read.surplusPlace + ")"});
   }
+  if (!m_read.systems.empty()) m_read.model.notes.push_back({"IDS_WB_NOTE_SYSTEM", m_read.Systems()});
   for (const std::string& kind : m_read.leftOut) m_read.model.notes.push_back({"IDS_WB_NOTE_LEFT_OUT", kind});
   if (m_read.model.meshSets.empty()) throw ImportError{"IDS_WB_IMPORT_NOTHING", ""};
   if (m_read.instances.All().empty()) {

@@ -196,14 +196,17 @@ class Flattener {
   }
   std::string NameOutside(InpName kind, const std::string& name) {
     if (name.empty()) return name;
-    return m_instances.NameOutside(
-        name,
-        [&](const std::string& other) {
-          return m_outside.contains({kind, UpperCase(other)});
-        },
-        [&](const InpInstance& instance, const std::string& rest) {
-          return FitOf(instance).Find(kind, rest) != nullptr;
-        });
+    // Many cards may speak of one name, of which many others may be taken.
+    const auto known = m_called.find({kind, name});
+    if (known != m_called.end()) return known->second;
+    return m_called[{kind, name}] = m_instances.NameOutside(
+               name,
+               [&](const std::string& other) {
+                 return m_outside.contains({kind, UpperCase(other)});
+               },
+               [&](const InpInstance& instance, const std::string& rest) {
+                 return FitOf(instance).Find(kind, rest) != nullptr;
+               });
   }
 
   /// As Fit, and the numbers of the mesh, which the text holds in runs.
@@ -268,14 +271,15 @@ class Flattener {
   std::size_t m_sections = 0;
   const InpInstances& m_instances;
   InpFit m_assembly;
-  InpFit m_fit;                                             // of the instance at hand
-  std::map<std::string, std::vector<std::size_t>> m_parts;  // cards by the part's name in upper case
-  std::map<std::string, const InpInstance*> m_unplaced;     // by their part in upper case
-  std::size_t m_fitted = 0;                                 // cards of parts that stand behind these
-  std::map<const InpInstance*, InpFit> m_fits;              // see FitOf
-  const std::map<std::string, std::string>& m_elementSets;  // of the assembly: how they are called
-  std::set<std::pair<InpName, std::string>> m_outside;      // names in upper case that are no part's
-  std::set<std::string> m_said;                             // renamings
+  InpFit m_fit;                                                     // of the instance at hand
+  std::map<std::string, std::vector<std::size_t>> m_parts;          // cards by the part's name in upper case
+  std::map<std::string, const InpInstance*> m_unplaced;             // by their part in upper case
+  std::size_t m_fitted = 0;                                         // cards of parts that stand behind these
+  std::map<const InpInstance*, InpFit> m_fits;                      // see FitOf
+  const std::map<std::string, std::string>& m_elementSets;          // of the assembly: how they are called
+  std::set<std::pair<InpName, std::string>> m_outside;              // names in upper case that are no part's
+  std::map<std::pair<InpName, std::string>, std::string> m_called;  // see NameOutside
+  std::set<std::string> m_said;                                     // renamings
   std::set<std::string> m_left;
   InpFlatDeck m_flat;
 };

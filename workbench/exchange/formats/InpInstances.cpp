@@ -7,6 +7,7 @@ namespace qd::workbench {
 bool InpInstances::Add(InpInstance instance) {
   if (Find(instance.name) != nullptr) return false;
   m_all.push_back(std::move(instance));
+  m_lengths.insert(m_all.back().name.size());
   m_of[UpperCase(m_all.back().name)] = &m_all.back();
   return true;
 }
@@ -33,8 +34,10 @@ std::pair<const InpInstance*, std::string> InpInstances::Split(std::string_view 
   if (m_of.empty() || given.find('.') == std::string_view::npos) return {};
   std::string field(given);
   std::erase(field, '"');
-  // Names may hold dots themselves.
-  for (std::size_t dot = field.find('.'); dot != std::string::npos; dot = field.find('.', dot + 1)) {
+  // Names may hold dots themselves, and a field any number of them.
+  for (const std::size_t dot : m_lengths) {
+    if (dot >= field.size()) break;
+    if (field[dot] != '.') continue;
     if (const InpInstance* instance = Find(field.substr(0, dot))) return {instance, field.substr(dot + 1)};
   }
   return {};

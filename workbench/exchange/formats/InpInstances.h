@@ -4,6 +4,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +43,7 @@ class InpInstances {
  private:
   std::deque<InpInstance> m_all;
   std::map<std::string, const InpInstance*, std::less<>> m_of;  // by name in upper case
+  std::set<std::size_t> m_lengths;                              // of these names
 };
 
 }  // namespace qd::workbench

@@ -63,6 +63,8 @@ void InpLines::Include(const std::string& name) {
   constexpr std::size_t kDeepest = 16;   // a file that includes itself ends here
   constexpr std::size_t kMost = 10'000;  // and files that include each other many times here
   constexpr std::uintmax_t kMostBytes = std::uintmax_t{64} << 30U;
+  // What is read again takes memory that no file on the disk stands for.
+  constexpr std::uintmax_t kMostAgain = std::uintmax_t{256} << 20U;
   const std::filesystem::path given = PathOf(name);
   const std::filesystem::path path = given.is_absolute() ? given : m_sources.back()->path.parent_path() / given;
   std::error_code error;
@@ -79,8 +81,10 @@ void InpLines::Include(const std::string& name) {
   if (error ? outer : !allowed) {
     throw ImportError{"IDS_WB_IMPORT_INP_OUTSIDE", Place() + ": " + PathText(given), error ? "" : real.string()};
   }
-  if (!error) m_bytes += std::filesystem::file_size(real, error);
-  if (error || m_sources.size() >= kDeepest || ++m_included > kMost || m_bytes > kMostBytes) {
+  const std::uintmax_t bytes = error ? 0 : std::filesystem::file_size(real, error);
+  if (!error) (m_known.insert(real).second ? m_bytes : m_bytesAgain) += bytes;
+  const bool isTooMuch = ++m_included > kMost || m_bytes > kMostBytes || m_bytesAgain > kMostAgain;
+  if (error || m_sources.size() >= kDeepest || isTooMuch) {
     throw ImportError{"IDS_WB_IMPORT_INP_INCLUDE", Place() + ": " + PathText(given)};
   }
   Open(real);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -75,7 +76,9 @@ class InpLines {
 
   std::vector<std::filesystem::path> m_folders;    // that files are included from
   std::size_t m_included = 0;                      // files
-  std::uintmax_t m_bytes = 0;                      // of them
+  std::uintmax_t m_bytes = 0;                      // of them, each counted once
+  std::uintmax_t m_bytesAgain = 0;                 // of those that were included before
+  std::set<std::filesystem::path> m_known;         // included files, by where they are in the end
   std::vector<std::unique_ptr<Source>> m_sources;  // the including ones first
   std::string m_taken;                             // what TakeText answers
   std::string m_joined;                            // a keyword that goes on over several lines

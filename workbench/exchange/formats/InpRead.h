@@ -63,8 +63,12 @@ class InpRead {
   InpReadPart& AddInstance(const InpReadPart& part, const std::string& name, bool placed);
   /// Counts elements that sets get from runs of numbers and from other sets; throws an ImportError for too many.
   void CountListed(std::uint64_t elements);
+  /// Counts names in lists, which each take more memory than an element; throws likewise.
+  void CountNames(std::uint64_t names, std::size_t bytes);
   /// The keywords by which the deck makes nodes and elements, with how often they stand there; empty for none.
-  std::string Generators() const;
+  std::string Generators() const { return Counted(generators); }
+  /// The keywords by which coordinates are told in other systems, likewise.
+  std::string Systems() const { return Counted(systems); }
 
   InpLines lines;
   InpDeckText text;
@@ -75,11 +79,13 @@ class InpRead {
   std::map<const InpInstance*, InpReadPart> partOfInstance;
   std::map<std::string, std::int32_t> materialOf;  ///< by name in upper case
   std::map<std::string, std::size_t> generators;   ///< keywords that make nodes and elements, which are not read
-  std::set<std::string> leftOut;                   ///< kinds of elements of which some are not read
-  std::size_t surplus = 0;                         ///< lines with more entries than their element takes
-  std::string surplusPlace;                        ///< of the first
+  std::map<std::string, std::size_t> systems;  ///< keywords of other systems of coordinates, which are not read
+  std::set<std::string> leftOut;               ///< kinds of elements of which some are not read
+  std::size_t surplus = 0;                     ///< lines with more entries than their element takes
+  std::string surplusPlace;                    ///< of the first
 
  private:
+  static std::string Counted(const std::map<std::string, std::size_t>& keywords);
   void CountCopied(const InpReadPart& part);
 
   std::uint64_t m_listed = 0;
