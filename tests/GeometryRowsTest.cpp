@@ -45,7 +45,7 @@ TEST_F(GeometryRows, ShowNumberColourAndNameOfEachPart) {
             "    [x] IDS_WB_GLOBAL_CORD\n"
             "  IDS_DB_DATA_NAME_GEOM\n"
             "    [x] Bolt  id=1  #010203\n"
-            "    [x] Nut\\x09with tab  id=2  #FF0080\n"
+            "    [x] Nut\\u0009with tab  id=2  #FF0080\n"
             "  [x] IDS_QD_WRT_MESH\n");
   EXPECT_EQ(Tree().GetItemText(Row(L"Bolt"), 1), L"1  ");  // padded when the row is made
 }

@@ -1,5 +1,7 @@
 // Meshes written to files and read back, and acts on nodes and elements.
 
+#include <gmock/gmock.h>
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -293,6 +295,29 @@ TEST_F(MeshFiles, NumbersThatNoReaderTakesAreRefused) {
                 beyond == 0 ? "" : "IDS_WB_EXPORT_NUMBER " + std::to_string(greatest + 1))
           << name;
     }
+  }
+}
+
+TEST_F(MeshFiles, NamesNeitherEndALineOfAFileNorSteerATerminal) {
+  AddElementSet(
+      L"A\x9b[2J\x2028"
+      L"B",
+      0, {4});
+  AddElementSet(
+      L"C\x202E"
+      L"D",
+      0, {4});
+  for (const char* name : {"a.inp", "a.unv", "a.bdf"}) {
+    const auto error = WriteMeshFile(m_folder / name, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
+    ASSERT_FALSE(error) << error->key;
+    std::string notes;
+    for (const ImportNote& note : m_report.notes) notes += note.detail + "; ";
+    EXPECT_THAT(notes, ::testing::HasSubstr("A\\u009B[2J\\u2028B → A_[2J_B"));
+    for (const char* code : {"\xc2\x9b", "\xe2\x80\xa8", "\xe2\x80\xae"}) {
+      EXPECT_EQ(notes.find(code), std::string::npos) << name << notes;
+    }
+    EXPECT_EQ(m_folder.Read(name).find("\xc2\x9b"), std::string::npos) << name;
+    EXPECT_EQ(m_folder.Read(name).find("\xe2\x80\xa8"), std::string::npos) << name;
   }
 }
 

@@ -28,5 +28,22 @@ TEST_F(ModelTest, ATreeOfAnyDepthIsPrintedInProportion) {
   EXPECT_THAT(text, ::testing::HasSubstr("(level 2001) [x] set 2000"));
 }
 
+/// Names come from strangers' files, and terminals obey some characters.
+TEST_F(ModelTest, ARowOfTheTreeIsOneLineThatSteersNoTerminal) {
+  Act([&] {
+    tagTMset set;
+    set.name =
+        L"a\x9b[2Jb\x2028"
+        L"c\x202E"
+        L"d\x1b[2J" +
+        std::wstring(100, L'x');
+    set.key = 1;
+    Data().GetMsetPool().Add(set);
+  });
+  Open();
+  EXPECT_THAT(Print(), ::testing::HasSubstr("[x] a\\u009B[2Jb\\u2028c\\u202Ed\\u001B[2J" + std::string(100, 'x') +
+                                            "  id=1"));
+}
+
 }  // namespace
 }  // namespace qd::test

@@ -9,13 +9,17 @@ namespace qd::workbench {
 
 namespace {
 
-/// Control codes, line ends, and what turns the direction of the text around it.
+/// Also what turns the direction of the text around it.
 bool Steers(std::uint32_t code) {
-  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x061C || (code >= 0x200E && code <= 0x200F) ||
-         (code >= 0x2028 && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+  return IsControl(code) || code == 0x061C || (code >= 0x200E && code <= 0x200F) ||
+         (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
 }
 
 }  // namespace
+
+bool IsControl(std::uint32_t code) {
+  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0x2028 || code == 0x2029;
+}
 
 std::string ShownText(std::string_view bytes, std::size_t mostCharacters) {
   // No need to look at more of what is cut anyway.

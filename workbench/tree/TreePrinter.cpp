@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cwchar>
 
 #include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -14,22 +14,6 @@ namespace {
 
 /// Deeper rows say their level: a chain of a hundred thousand sets would be gigabytes of blanks.
 constexpr int kMostIndented = 100;
-
-std::wstring Escaped(const std::wstring& title) {
-  std::wstring shown;
-  for (const wchar_t element : title) {
-    if (element == L'\\') {
-      shown += L"\\\\";
-    } else if (element < 32 || element == 127) {
-      std::array<wchar_t, 8> code{};
-      std::swprintf(code.data(), code.size(), L"\\x%02x", static_cast<unsigned>(element));
-      shown += code.data();
-    } else {
-      shown += element;
-    }
-  }
-  return shown;
-}
 
 }  // namespace
 
@@ -41,7 +25,8 @@ std::string PrintTree(const CQDTreeListCtrl& tree) {
     if (level > kMostIndented) out += "(level " + std::to_string(level) + ") ";
     const int check = tree.WhichCheck(row);
     if (check != 0) out += check == kChecked ? "[x] " : "[ ] ";
-    out += ToUtf8(Escaped(tree.GetItemText(row, 0)));
+    const std::string title = ToUtf8(tree.GetItemText(row, 0));
+    out += ShownText(title, title.size());
     const CTLItem* record = tree.GetRecord(row);
     if (record->GetItemKey() != 0) out += "  id=" + std::to_string(record->GetItemKey());
     if (record->HasColor()) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "workbench/exchange/pipe/ImportedModel.h"
+#include "workbench/text/Shown.h"
 
 namespace qd::workbench {
 
@@ -18,13 +19,14 @@ struct ExportReport {
   std::vector<ImportNote> notes;  ///< what is not in the file as it is in the model, kind by kind, with names
 };
 
-/// Gathers names under message keys; each key becomes one note with the first names and the count of all.
+/// Gathers names under message keys; each key becomes one note with the first names, as messages show them, and
+/// the count of all.
 class ExportNotes {
  public:
   void Add(const std::string& key, const std::string& name) {
     Names& names = m_names[key];
     constexpr std::size_t kMost = 20;
-    if (names.count++ < kMost) names.first.push_back(name);
+    if (names.count++ < kMost) names.first.push_back(ShownText(name, kShownDetail));
   }
   /// Adds the notes to a report.
   void PutInto(ExportReport& report) const {

@@ -8,6 +8,7 @@
 
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/text/Ascii.h"
+#include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -26,10 +27,14 @@ std::string Beginning(const std::string& text, std::size_t bytes) {
 
 /// A name that files can hold: nothing that ends a line, a field or a quotation.
 std::string CleanName(std::string clean) {
-  for (char& letter : clean) {
-    const bool odd = static_cast<unsigned char>(letter) < ' ' || letter == 0x7F || letter == '"' ||
-                     letter == ',' || letter == '=';
-    if (odd) letter = '_';
+  const auto isOdd = [](wchar_t letter) {
+    return IsControl(letter) || letter == L'"' || letter == L',' || letter == L'=';
+  };
+  std::wstring letters = FromUtf8(clean);
+  // A deck's name without such letters keeps its bytes, whatever they are.
+  if (std::any_of(letters.begin(), letters.end(), isOdd)) {
+    std::replace_if(letters.begin(), letters.end(), isOdd, L'_');
+    clean = ToUtf8(letters);
   }
   clean = std::string(Trimmed(Beginning(clean, kLongestName)));
   return clean.empty() ? "Set" : clean;
@@ -61,15 +66,6 @@ class Names {
   std::set<std::string> m_taken;
   std::map<std::string, int> m_next;  // by name: the number to try next
 };
-
-/// A name as messages show it: on one line, and not too long.
-std::string Shown(const std::string& name) {
-  constexpr std::size_t kMost = 100;
-  std::string shown = Beginning(name, kMost);
-  std::replace_if(
-      shown.begin(), shown.end(), [](unsigned char letter) { return letter < ' '; }, '?');
-  return shown.size() < name.size() ? shown + "…" : shown;
-}
 
 class Collector {
  public:
@@ -172,7 +168,7 @@ class Collector {
 
   void NoteName(const CString& given, const std::string& written) {
     const std::string before = ToUtf8(given);
-    if (before != written) m_model.renamed.push_back(Shown(before) + " → " + written);
+    if (before != written) m_model.renamed.push_back(ShownText(before) + " → " + written);
   }
 
   std::int32_t NeedProperty(iterator itr) {
@@ -259,12 +255,12 @@ void CollectParts(const Database& database, const std::vector<iterator>& parts, 
     model.parts.push_back(PartFor(record));
     if (const tagTMaterial* material = database.GetMaterialPool().GetAtNU(record.material);
         material != nullptr && materials.insert(record.material).second) {
-      model.partMaterials.push_back(Shown(ToUtf8(material->name)));
+      model.partMaterials.push_back(ShownText(ToUtf8(material->name)));
     }
     const tagTGset* set = database.GetGsetPool().GetAtNU(record.gset);
     const CString assembly = record.origin != nullptr ? RecordName(AssemblyPath(*record.origin)) : CString();
     if (set != nullptr && set->name != assembly && sets.insert(record.gset).second) {
-      model.partSets.push_back(Shown(ToUtf8(set->name)));
+      model.partSets.push_back(ShownText(ToUtf8(set->name)));
     }
   }
 }

@@ -12,6 +12,7 @@
 #include "workbench/mesh/ElementMark.h"
 #include "workbench/model/MeshNumbers.h"
 #include "workbench/model/Values.h"
+#include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -23,11 +24,7 @@ using ImportNotes = std::vector<ImportNote>;
 }  // namespace
 
 CString RecordName(CString name) {
-  // Code 0 divides the columns of a row; others end lines or steer a terminal.
-  const auto isControl = [](wchar_t letter) {
-    return letter < L' ' || (letter >= 0x7F && letter < 0xA0) || letter == 0x2028 || letter == 0x2029;
-  };
-  std::replace_if(name.begin(), name.end(), isControl, L' ');
+  std::replace_if(name.begin(), name.end(), IsControl, L' ');  // code 0 would divide the columns of a row
   if (name.find_first_not_of(L' ') == CString::npos) return CMSGFunction::GetValue("IDS_WB_UNNAMED");
   return CutName(name);
 }
@@ -53,7 +50,7 @@ void NeedNumbers(std::uint16_t type, T& record, ImportNotes& notes) {
   record.id = 1;
   if (FaultOf(type, 1, record) == nullptr) return;
   MakeFit(type, 1, record);
-  notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", ToUtf8(record.name)});
+  notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", ShownText(ToUtf8(record.name))});
 }
 
 /// Likewise for what was measured of a part. A part with places that are no numbers comes without facets.
@@ -67,7 +64,7 @@ void NeedNumbers(ImportedPart& part, ImportNotes& notes) {
   for (auto& [key, value] : shape.geometry) fit(value);
   for (float& value : shape.facets.normals) fit(value);
   if (FaultOf(shape) != nullptr) shape.facets = {};
-  notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", part.name});
+  notes.push_back({"IDS_WB_IMPORT_PUT_RIGHT", ShownText(part.name)});
 }
 
 /// A name with all its letters, for where parts come from.
@@ -191,7 +188,8 @@ std::vector<iterator> StoreMeshSets(Database& database, std::vector<ImportedMesh
     if (itrs.back() == 0) {
       const char* fault = FaultOf(*record.mesh);
       if (fault != nullptr)
-        notes.push_back({"IDS_WB_IMPORT_NOT_ALLOWED", set.name + ": " + ToUtf8(CMSGFunction::GetValue(fault))});
+        notes.push_back(
+            {"IDS_WB_IMPORT_NOT_ALLOWED", ShownText(set.name) + ": " + ToUtf8(CMSGFunction::GetValue(fault))});
       break;
     }
   }
