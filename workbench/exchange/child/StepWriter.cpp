@@ -185,7 +185,9 @@ class Writer {
       // Known to the library by its place from now on.
       m_places[root.product] = root.place;
       const TopoDS_Shape shape = ShapeOf(root.product);
-      if (m_writer.Transfer(shape, STEPControl_AsIs, true, scope.Next()) != IFSelect_RetDone) {
+      // Without the graph of all entities, which would be made anew for each root and which nobody asks.
+      constexpr bool kWithGraph = false;
+      if (m_writer.Transfer(shape, STEPControl_AsIs, kWithGraph, scope.Next()) != IFSelect_RetDone) {
         m_notes.Add("IDS_WB_EXPORT_LEFT_SHAPE", m_structure.products[root.product].name);
       } else {
         written += BodiesIn(root.product);
