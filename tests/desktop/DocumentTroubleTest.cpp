@@ -3,6 +3,8 @@
 
 #include <QFileDialog>
 #include <QFileInfo>
+#include <filesystem>
+#include <fstream>
 #include <limits>
 
 #include "InWindow.h"
@@ -199,6 +201,18 @@ TEST_F(Trouble, ADamagedRecoveryFileIsToldAndOfferedForRepair) {
   EXPECT_TRUE(m_asked.contains("document-1.qdw")) << m_asked.toStdString();
   EXPECT_TRUE(Messages().contains("document-1.qdw")) << Messages().toStdString();
   EXPECT_TRUE(QFileInfo::exists(folder + "/document-1.qdw"));
+  // Once repaired it is offered no more, whatever it is called and whatever lies beside it.
+  const std::filesystem::path place(folder.toStdString());
+  std::filesystem::rename(place / "document-1.qdw", place / "document-\xff.qdw");
+  std::ofstream(place / "document-\xff.qdw.damaged") << "another one";
+  Answer("repair", QMessageBox::AcceptRole);
+  AnswerFileName(Path("sound"));
+  m_window->OfferRecovery();
+  EXPECT_EQ(m_window->Keeper().Path(), Path("sound.qdw").toStdString()) << Messages().toStdString();
+  EXPECT_FALSE(std::filesystem::exists(place / "document-\xff.qdw"));
+  // The folder of the test could not be removed with such names in it.
+  EXPECT_TRUE(std::filesystem::remove(place / "document-\xff.qdw.damaged-2"));
+  EXPECT_TRUE(std::filesystem::remove(place / "document-\xff.qdw.damaged"));
 }
 
 }  // namespace

@@ -5,6 +5,8 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QDialog>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -40,6 +42,18 @@ class InWindow : public ::testing::Test {
       if (dialog->isVisible()) return dialog;
     }
     return nullptr;
+  }
+  /// Answers the next dialog that asks for the name of a file.
+  void AnswerFileName(const QString& path) {
+    auto* timer = new QTimer(m_window.get());  // owned by the window
+    QObject::connect(timer, &QTimer::timeout, m_window.get(), [timer, path] {
+      auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      timer->deleteLater();
+      dialog->findChild<QLineEdit*>("fileNameEdit")->setText(path);
+      static_cast<QDialog*>(dialog)->accept();
+    });
+    timer->start(50);
   }
   /// Answers the next question of a name as soon as it is asked; what it said, and what the keys would have
   /// chosen, is kept.

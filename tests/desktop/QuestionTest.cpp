@@ -4,9 +4,7 @@
 #include <sys/resource.h>
 
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
-#include <QLineEdit>
 #include <QStatusBar>
 #include <QToolButton>
 #include <filesystem>
@@ -163,16 +161,7 @@ TEST_F(Questions, ADamagedDocumentIsRepairedIntoAnotherFileWhenTheUserWants) {
   EXPECT_FALSE(m_window->OpenDocument(damaged));
   EXPECT_TRUE(m_asked.contains("property 1: a kind that there is not")) << m_asked.toStdString();
   Answer("repair", QMessageBox::AcceptRole);
-  // The name of the new file is asked for in a dialog of its own.
-  auto* timer = new QTimer(m_window.get());  // owned by the window
-  QObject::connect(timer, &QTimer::timeout, m_window.get(), [this, timer] {
-    auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-    if (dialog == nullptr) return;
-    timer->stop();
-    dialog->findChild<QLineEdit*>("fileNameEdit")->setText(Path("sound"));
-    static_cast<QDialog*>(dialog)->accept();
-  });
-  timer->start(50);
+  AnswerFileName(Path("sound"));
   m_window->OpenDocument(damaged);
   EXPECT_EQ(m_window->Keeper().Path(), Path("sound.qdw").toStdString()) << Messages().toStdString();
   EXPECT_TRUE(Messages().contains("left out")) << Messages().toStdString();

@@ -40,6 +40,22 @@ QString Filter() {
   return Text("IDS_WB_DOCUMENTS") + " (*.qdw)";
 }
 
+/// Gives a recovery file and the logs beside it a name that nothing has yet, so that it is found no more; false
+/// when it cannot be moved.
+bool SetAside(const std::string& path) {
+  namespace fs = std::filesystem;
+  const std::string beginning = path + ".damaged";
+  std::string aside = beginning;
+  std::error_code failed;
+  for (int number = 2; fs::exists(fs::symlink_status(aside, failed)); ++number) {
+    aside = beginning + "-" + std::to_string(number);
+  }
+  fs::rename(path, aside, failed);
+  if (failed) return false;
+  for (const char* log : {"-journal", "-wal"}) fs::rename(path + log, aside + log, failed);
+  return true;
+}
+
 }  // namespace
 
 /// Where programs of a user keep what is to be there at their next start.
@@ -164,7 +180,7 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error, bo
   for (const DocumentError& note : notes) Say(TextOf(note), false);
   Say(Text("IDS_WB_REPAIRED", {repaired, QLocale().toString(static_cast<qulonglong>(notes.size()))}), false);
   // What is not sound stays too, but is offered no more.
-  if (IsRecoveryFile(path)) QFile::rename(path, path + ".damaged");
+  if (IsRecoveryFile(path) && !SetAside(NameToBytes(path))) Say(Text("IDS_WB_DOC_NOT_ASIDE", {path}), true);
   if (keepFree) return m_others->Start({QFileInfo(repaired).absoluteFilePath()});
   OpenDocument(repaired);
 }
