@@ -290,6 +290,27 @@ TEST_F(Deck, SetsThatHeldWhatIsNotMadeGoWithIt) {
     EXPECT_NE(Said().find(said), std::string::npos) << said << " is not in " << Said();
 }
 
+TEST_F(Deck, SetsOfPartsThatHeldWhatIsNotMadeGoWithIt) {
+  ImportedModel parts = ReadInpText(
+      "*PART, NAME=P\n" + kMesh +
+          "*NGEN, NSET=ROW\n9,109,10\n*NSET, NSET=ROW\n4\n*ELGEN, ELSET=UPPER\n2,3\n*MATERIAL, NAME=STEEL\n"
+          "*SOLID SECTION, ELSET=UPPER, MATERIAL=STEEL\n*END PART\n*ASSEMBLY, NAME=A\n*INSTANCE, NAME=I, PART=P\n"
+          "*END INSTANCE\n*END ASSEMBLY\n*BOUNDARY\nI.ROW,1,3\n\"I\".ROW,1,3\nI.4,1,3\n*DLOAD\nI.UPPER,P2,5.\n"
+          "*DLOAD\nI.EALL,P2,5.\n*DLOAD\nI.LOWER,P2,5.\n",
+      "deck.inp");
+  const std::string text = parts.decks.front().text;
+  EXPECT_TRUE(Holds(text, "** *NSET, NSET=ROW\n** 4\n"));
+  EXPECT_TRUE(Holds(text, "** I.ROW,1,3\n"));
+  EXPECT_TRUE(Holds(text, "** \"I\".ROW,1,3\n"));
+  EXPECT_TRUE(Holds(text, "4,1,3\n"));
+  EXPECT_TRUE(Holds(text, "** *DLOAD\n** I.UPPER,P2,5.\n"));
+  EXPECT_TRUE(Holds(text, "** *DLOAD\n** I.EALL,P2,5.\n"));
+  EXPECT_TRUE(Holds(text, "*DLOAD\nI.LOWER,P2,5.\n"));
+  EXPECT_TRUE(Holds(text, "*SOLID SECTION, ELSET=I.UPPER, MATERIAL=STEEL\n"));
+  EXPECT_TRUE(Holds(text, "*ELEMENT, TYPE=C3D8I, ELSET=I.UPPER\n2\n"));
+  EXPECT_TRUE(Holds(text, "*ELSET, ELSET=I.EALL\nI.LOWER,I.UPPER\n"));
+}
+
 /// A name is lost only while nothing that defines it is written, and keeps what a second deck calls it.
 TEST_F(Deck, NamesThatAreDefinedInPiecesStayWithWhatIsLeft) {
   const std::string cards =

@@ -79,16 +79,25 @@ class Fitter {
     }
   }
 
+  bool IsMesh() const {
+    return m_card.keyword == "NODE" || m_card.keyword == "ELEMENT" || m_card.keyword == "ELSET";
+  }
+
   /// Whether a name is lost, but not to this card.
   bool MayName(const std::string& parameter, std::string_view value, char what) const {
     const InpName kind = InpNameOfLetter(what);
     const std::string* found = m_fit.Find(kind, Unquoted(value));
     if (found == nullptr || !found->empty()) return false;
-    const bool isMaking = IsInpGenerator(m_card.keyword) && (parameter == "NSET" || parameter == "ELSET");
+    const bool isMaking =
+        (IsInpGenerator(m_card.keyword) || IsMesh()) && (parameter == "NSET" || parameter == "ELSET");
     const bool isSection = IsInpSection(m_card.keyword) && parameter == "ELSET";
     if (m_fit.IsPartLost(kind, Unquoted(value))) return isMaking || isSection;
     const bool defines = parameter == "NAME" || (parameter == "NSET" && kind == InpName::NodeSet);
     return isMaking || (defines && DefinedBy(m_card) == std::pair(kind, std::string(Unquoted(value))));
+  }
+
+  static InpLoss NotWritten(InpName kind, std::string_view name) {
+    return {std::string(InpWordFor(kind)) + " " + std::string(name) + " is not written", std::string(name)};
   }
 
   /// What a field becomes; the reason when it is lost.
@@ -111,18 +120,23 @@ class Fitter {
       instead = std::to_string(*number);
       return {};
     }
-    if (m_fit.instances != nullptr && field.find('"') != std::string_view::npos) {
-      const auto [instance, name] = m_fit.instances->Split(field);
-      if (instance != nullptr) instead = QuotedInpName(instance->name + "." + name);
-      if (instance != nullptr) return {};
-    }
     const InpName kind = InpNameOfLetter(what);
+    if (m_fit.instances != nullptr && field.find('"') != std::string_view::npos) {
+      const auto [instance, rest] = m_fit.instances->Split(field);
+      const std::string dotted = instance != nullptr ? instance->name + "." + rest : std::string();
+      if (instance != nullptr) instead = QuotedInpName(dotted);
+      if (instance != nullptr && (IsMesh() || !m_fit.IsPartLost(kind, dotted))) return {};
+      if (instance != nullptr) return NotWritten(kind, dotted);
+    }
     const std::string_view name = Unquoted(field);
+    if (IsMesh() && m_fit.IsPartLost(kind, name)) {
+      const std::string written = m_fit.Written(kind, name);
+      if (written != name) instead = QuotedInpName(written);
+      return {};
+    }
     const std::string* found = m_fit.Find(kind, name);
     if (found == nullptr) return {};
-    if (found->empty()) {
-      return {std::string(InpWordFor(kind)) + " " + std::string(name) + " is not written", std::string(name)};
-    }
+    if (found->empty()) return NotWritten(kind, name);
     instead = QuotedInpName(*found);
     return {};
   }
@@ -422,6 +436,10 @@ bool InpFit::IsPartLost(InpName kind, std::string_view name) const {
   return !lost.empty() && lost.contains(UpperCase(name));
 }
 
+bool InpFit::HasLostParts() const {
+  return std::any_of(m_partLost.begin(), m_partLost.end(), [](const Names& names) { return !names.empty(); });
+}
+
 const std::string* InpFit::Find(InpName kind, std::string_view name) const {
   static const std::string kLost;
   const auto place = static_cast<std::size_t>(kind);
@@ -447,6 +465,15 @@ std::pair<InpName, std::string> DefinedBy(const InpCard& card) {
   const InpName kind = InpNameOfParameter(card, "NAME");
   if (kind == InpName::Other || kind == InpName::Material) return {InpName::Other, {}};
   return {kind, card.Value("NAME")};
+}
+
+std::vector<std::pair<InpName, std::string>> MadeBy(const InpCard& card) {
+  std::vector<std::pair<InpName, std::string>> made;
+  if (!IsInpGenerator(card.keyword)) return made;
+  for (const auto& [parameter, kind] : {std::pair("NSET", InpName::NodeSet), {"ELSET", InpName::ElementSet}}) {
+    if (std::string name = card.Value(parameter); !name.empty()) made.emplace_back(kind, std::move(name));
+  }
+  return made;
 }
 
 InpFitted Fit(const InpCard& card, const InpFit& fit) {

@@ -62,10 +62,11 @@ class InpFit {
   void Lose(InpName kind, const std::string& name);
   /// Takes back that a name is lost.
   void Keep(InpName kind, const std::string& name);
-  /// A set of which something is not made for good: no card may name it but sections, which tell what the rest is
-  /// made of.
+  /// A set of which something is not made for good: no card may name it but those that tell of the mesh, and
+  /// sections, which tell what the rest is made of.
   void LosePart(InpName kind, const std::string& name);
   bool IsPartLost(InpName kind, std::string_view name) const;
+  bool HasLostParts() const;
   /// Null for what stays as it is, empty for what is lost.
   const std::string* Find(InpName kind, std::string_view name) const;
   /// How a name is written, lost or not.
@@ -99,6 +100,8 @@ struct InpFitted {
 /// What NAME= of a keyword names, or another parameter; Other for neither.
 InpName InpNameOfParameter(const InpCard& card, const std::string& parameter);
 InpFitted Fit(const InpCard& card, const InpFit& fit);
+/// The sets that a card which makes nodes or elements puts them into.
+std::vector<std::pair<InpName, std::string>> MadeBy(const InpCard& card);
 /// What a card gives a name to; element sets and materials, which stand in the tree, are not told here.
 std::pair<InpName, std::string> DefinedBy(const InpCard& card);
 

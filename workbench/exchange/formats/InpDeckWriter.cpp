@@ -342,9 +342,7 @@ InpFitted DeckWriter::FitGenerator(const Deck& deck, const InpCard& card) const 
 void DeckWriter::LoseGenerated(Deck& deck) const {
   for (const InpCard& card : deck.cards) {
     if (!IsInpGenerator(card.keyword) || !FitGenerator(deck, card).loss.IsAny()) continue;
-    for (const auto& [parameter, kind] : {std::pair("NSET", InpName::NodeSet), {"ELSET", InpName::ElementSet}}) {
-      if (const std::string name = card.Value(parameter); !name.empty()) deck.fit.LosePart(kind, name);
-    }
+    for (const auto& [kind, name] : MadeBy(card)) deck.fit.LosePart(kind, name);
   }
   // Sets are told of before others list them.
   for (std::size_t set = 0; set < deck.listed.size(); ++set) {

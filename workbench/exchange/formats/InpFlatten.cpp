@@ -72,6 +72,7 @@ class Flattener {
       if (card.keyword == "ENDPART" || card.keyword == "ENDINSTANCE") isInside = false;
       if (const auto [kind, name] = DefinedBy(card); !isInside && !name.empty())
         m_outside.emplace(kind, UpperCase(name));
+      if (!isInside) LoseMade(card, m_assembly, {});
       m_sectionOf.push_back(m_sections);
       if (IsInpSection(card.keyword)) ++m_sections;
     }
@@ -118,6 +119,22 @@ class Flattener {
     m_flat.text += '\n';
   }
 
+  /// What is made of other nodes and elements is not kept, and neither are the cards that name the sets it is in.
+  static void LoseMade(const InpCard& card, InpFit& fit, const std::string& before) {
+    for (const auto& [kind, name] : MadeBy(card)) fit.LosePart(kind, before + name);
+    if (card.keyword != "ELSET" || card.Has("GENERATE") || !fit.HasLostParts()) return;
+    std::vector<std::string_view> fields;
+    for (const std::string_view line : card.lines) {
+      InpLines::Fields(line, fields);
+      for (std::string_view field : fields) {
+        if (field.size() > 1 && field.front() == '"' && field.back() == '"')
+          field = field.substr(1, field.size() - 2);
+        if (!fit.IsPartLost(InpName::ElementSet, before + std::string(field))) continue;
+        fit.LosePart(InpName::ElementSet, before + card.Value("ELSET"));
+      }
+    }
+  }
+
   /// What an instance makes of numbers and names: those that its part gives, and those of its own cards.
   void FitTo(const InpInstance& instance, std::size_t own) {
     m_fit = {};
@@ -130,8 +147,18 @@ class Flattener {
       const bool isSet = card.keyword == "ELSET" || card.keyword == "ELEMENT";
       if (isSet && !set.empty()) m_fit.Rename(InpName::ElementSet, set, instance.name + "." + set);
     };
-    for (const std::size_t place : m_parts[UpperCase(instance.part)]) rename(m_cards[place]);
-    for (; own < m_cards.size() && m_cards[own].keyword != "ENDINSTANCE"; ++own) rename(m_cards[own]);
+    const auto each = [&](const auto& work) {
+      for (const std::size_t place : m_parts[UpperCase(instance.part)]) work(m_cards[place]);
+      for (std::size_t at = own; at < m_cards.size() && m_cards[at].keyword != "ENDINSTANCE"; ++at)
+        work(m_cards[at]);
+    };
+    const auto lose = [&](const InpCard& card) {
+      LoseMade(card, m_fit, {});
+      LoseMade(card, m_assembly, instance.name + ".");
+    };
+    each(rename);
+    each(lose);
+    if (m_fit.HasLostParts()) each(lose);  // sets that list them may stand before
   }
 
   /// For the cards of the assembly, of which many speak of the same instances.
@@ -177,6 +204,7 @@ class Flattener {
     const bool isElements = card.keyword == "ELSET" || card.keyword == "ELEMENT";
     const std::string named = isElements ? card.Value("ELSET") : DefinedBy(card).second;
     const std::string other = isElements ? ElementSetOutside(named) : NameOutside(DefinedBy(card).first, named);
+    LoseMade(card, m_assembly, {});
     // What it defines is the assembly's; what it lists is the instance's.
     InpFitted fitted = Fitted(card, instance != nullptr ? FitOf(*instance) : m_assembly);
     if (instance == nullptr && other == named) return Add(place, fitted);
@@ -249,20 +277,28 @@ class Flattener {
     }
   }
 
+  void Leave(const InpCard& card, const std::string& reason) {
+    const std::string keyword = card.header.substr(0, card.header.find(','));
+    if (m_left.insert(keyword).second) m_flat.left.push_back(keyword);
+    Line("** QD: not kept: " + reason);
+  }
+
   void Add(std::size_t place, const InpFitted& fitted) {
     const InpCard& card = m_cards[place];
     Comments(card);
     if (card.keyword.empty()) return;
     const bool lost = fitted.loss.IsAny();
     if (lost) {
-      const std::string keyword = card.header.substr(0, card.header.find(','));
-      if (m_left.insert(keyword).second) m_flat.left.push_back(keyword);
-      Line("** QD: not kept: " + fitted.loss.reason);
+      Leave(card, fitted.loss.reason);
     } else if (IsInpSection(card.keyword)) {
       m_flat.sections.push_back(m_sectionOf[place]);
     }
     Line(lost ? "** " + card.header : fitted.header);
-    for (const InpFitted::Line& line : fitted.lines) Line(lost ? "** " + line.text : line.text);
+    for (const InpFitted::Line& line : fitted.lines) {
+      if (!lost && line.loss.IsAny()) Leave(card, line.loss.reason);
+      Line(lost || line.loss.IsAny() ? "** " + line.text : line.text);
+    }
+    for (const InpLoss& left : fitted.left) Leave(card, left.reason);
   }
 
   const std::string& m_name;
