@@ -8,7 +8,6 @@
 #include <unordered_set>
 
 #include "support/ScratchFolder.h"
-#include "workbench/exchange/formats/BdfCheck.h"
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/pipe/Protocol.h"
@@ -426,55 +425,6 @@ TEST_F(InpFile, BlanksInKeywordsDoNotCount) {
   ASSERT_EQ(model.properties.size(), 1U);
   EXPECT_EQ(model.properties[0].size, 2);
   EXPECT_EQ(model.materials[0].youngsModulus, 7);
-}
-
-// ---- bulk data ------------------------------------------------------------------------------------------
-
-class BadBdf : public InpFile, public ::testing::WithParamInterface<BadCase> {};
-TEST_P(BadBdf, IsNoticedBeforeTheLibraryPassesItOver) {
-  const fs::path path =
-      Write(std::string("$ comment\nBEGIN BULK\nGRID,1,,0.,0.,0.\n") + GetParam().text, "model.bdf");
-  std::string outcome;
-  try {
-    for (const ImportNote& note : CheckBdfFile(path)) outcome += note.key + " " + note.detail;
-  } catch (const ImportError& error) {
-    outcome = error.key + " " + error.detail;
-  }
-  EXPECT_EQ(outcome, GetParam().error);
-}
-INSTANTIATE_TEST_SUITE_P(
-    Texts, BadBdf,
-    ::testing::Values(
-        BadCase{"CTRIA3,1,1,1,2,3\nCORD2R,1,,0.,0.,0.\nENDDATA\n", "IDS_WB_NOTE_SECTIONS 1 (CORD2R)"},
-        BadCase{"MAT1,1,210000.\nGRID,7,,0.,0.,0.\nCTRIA3,1,1,1,2,3,7.5\nGRID*                  5\n*\n"
-                "FORCE,1,1\nMAT1,2,1.\nENDDATA\n",
-                "IDS_WB_NOTE_SECTIONS 3 (MAT1, FORCE)IDS_WB_NOTE_LOOSE_NODES 2 (5, 7)"},
-        BadCase{"GRID,1,,0.,0.,0.\nCBAR,1,1,1,2,7\nGRID,7,,0.,0.,0.\nENDDATA\n", "IDS_WB_NOTE_LOOSE_NODES 1 (7)"},
-        BadCase{"CTETRA         1       1       1       2       3       4\nENDDATA\n", ""},
-        BadCase{"CHEXA          1       1       1       2       3       4       5       6+\n"
-                "+              7       8\nENDDATA\n",
-                ""},
-        BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7,8\nENDDATA\n", ""},
-        BadCase{"CTRIA9,1,1,1,2,3\nENDDATA\n", "IDS_WB_IMPORT_INP_TYPE 4: CTRIA9"},
-        BadCase{"CTRIA3,1,1,1,2\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CTRIA3"},
-        BadCase{"CHEXA,1,1,1,2,3,4,5,6\n,7\nENDDATA\n", "IDS_WB_IMPORT_INP_COUNT 4: CHEXA"},
-        BadCase{"CELAS1,1,1,1,2\nCELAS1,2,1,1,2\nENDDATA\n",
-                "IDS_WB_NOTE_LEFT_OUT 2 (CELAS1)IDS_WB_NOTE_LOOSE_NODES 1 (1)"},
-        BadCase{"GRID,2,5,1.,90.,0.\nENDDATA\n", "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
-        BadCase{"GRID           2       5      1.     90.      0.\nENDDATA\n", "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
-        BadCase{"GRID*                  2               5              1.             90.\n*\nENDDATA\n",
-                "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
-        BadCase{"GRDSET,,5\nENDDATA\n", "IDS_WB_IMPORT_BDF_SYSTEM 4: GRDSET"},
-        BadCase{"GRID,1,0,0.,0.,0.,7\nGRDSET,,0,,,,7\nCTRIA3,1,1,1,2,3\nENDDATA\n",
-                "IDS_WB_NOTE_SECTIONS 1 (GRDSET)"},
-        BadCase{"CTRIA3,1,1,1,2,3\n", "IDS_WB_IMPORT_TRUNCATED "}));
-
-// A default that none of the nodes relies on moves none.
-TEST_F(InpFile, BulkDataMayNameASystemThatNoNodeStandsIn) {
-  const std::string nodes =
-      "BEGIN BULK\nGRID,1,0,0.,0.,0.\nGRID*                  2               0              1.\n";
-  EXPECT_NO_THROW(CheckBdfFile(Write(nodes + "GRDSET,,5\nENDDATA\n", "model.bdf")));
-  EXPECT_THROW(CheckBdfFile(Write(nodes + "GRDSET,,5\nGRID,3\nENDDATA\n", "model.bdf")), ImportError);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "support/Mesh.h"
 #include "support/SampleMesh.h"
 #include "support/ScratchFolder.h"
+#include "workbench/exchange/formats/BdfFile.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/store/CollectExport.h"
@@ -274,6 +275,40 @@ TEST_F(MeshFiles, BulkDataKeepsToItsColumns) {
   EXPECT_EQ(fieldsOf("GRID*   "), (std::vector<double>{1, 0, -1.23456789e-101, 3, -4, 0, 0, 0}));
   EXPECT_EQ(fieldsOf("MAT1*   "), (std::vector<double>{1, 2.1e11, 0, 0.3, 7.85e-9, 0, 0, 0}));
   EXPECT_EQ(fieldsOf("PSHELL* "), (std::vector<double>{1, 1, 0.3333333333, 0}));
+}
+
+// Of both orders in one set, and with the nodes in the places in which they were.
+TEST_F(MeshFiles, BulkDataReadsBackElementByElement) {
+  AddElementSet(L"lines", 0, {1, 1});
+  AddElementSet(L"shells", 0, {9, 2, 16, 3, 9});
+  AddElementSet(L"solids", 0, {4, 11, 5, 17, 6, 18, 7, 19});
+  const fs::path path = m_folder / "back.bdf";
+  const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
+  ASSERT_FALSE(error) << error->key;
+  const ImportedModel model = ReadBdfFile(path, {});
+  const std::vector<iterator> sets = Pool().GetItrList();
+  ASSERT_EQ(model.meshSets.size(), sets.size());
+  using Elements = std::map<std::uint64_t, std::pair<int, std::vector<std::uint64_t>>>;
+  const auto elementsOf = [](const MeshData& mesh) {
+    Elements elements;
+    for (const MeshData::Block& block : mesh.blocks) {
+      const auto width = static_cast<std::ptrdiff_t>(block.nodesPerElement);
+      auto at = block.nodeIds.begin();
+      for (const std::uint64_t element : block.elementIds) {
+        elements[element] = {block.elementType, {at, at + width}};
+        at += width;
+      }
+    }
+    return elements;
+  };
+  Elements wanted;
+  Elements read;
+  for (const iterator set : sets) wanted.merge(elementsOf(*Mset(set).mesh));
+  for (const ImportedMeshSet& set : model.meshSets) {
+    EXPECT_EQ(CountBentEdges(set.mesh), 0) << set.name;
+    read.merge(elementsOf(set.mesh));
+  }
+  EXPECT_EQ(read, wanted);
 }
 
 TEST_F(MeshFiles, NumbersThatNoReaderTakesAreRefused) {

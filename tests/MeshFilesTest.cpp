@@ -10,6 +10,7 @@
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/mesh/NumberHash.h"
+#include "workbench/text/Ascii.h"
 
 namespace qd::test {
 namespace {
@@ -365,6 +366,136 @@ INSTANTIATE_TEST_SUITE_P(
              "IDS_WB_IMPORT_OUTLINE 10: SystemCall \"x\";"},
         Case{"Unended", "x.unv", kUnvNodes + "    -1\n  2412\n7 91 4 1 7 3\n    -1\n",
              "IDS_WB_IMPORT_INP_NUMBER 13: -1"}),
+    [](const auto& test) { return test.param.name; });
+
+std::string BdfGrid(std::uint64_t number, const char* at) {
+  return "GRID," + std::to_string(number) + ",," + at + "\n";
+}
+std::string Bdf(const std::string& entries) {
+  return "SOL 101\nCEND\nBEGIN BULK\n" + entries + "ENDDATA\n";
+}
+const std::string kBdfTriangle = BdfGrid(1, "0.,0.,0.") + BdfGrid(2, "1.,0.,0.") + BdfGrid(3, "0.,1.,0.");
+const std::string kBdfMiddles = BdfGrid(4, ".5,0.,0.") + BdfGrid(5, ".5,.5,0.") + BdfGrid(6, "0.,.5,0.");
+const std::string kBdfAt = "1 (0 0 0) 2 (1 0 0) 3 (0 1 0) ";
+const std::string kBdfAtMiddles = kBdfAt + "4 (0.5 0 0) 5 (0.5 0.5 0) 6 (0 0.5 0) ";
+const std::string kBdfOne = "Mesh 1: " + kBdfAt + "type 2 1: 1 2 3; ";
+/// Nodes in one place, which serve where only their order counts.
+std::string BdfNodes(std::uint64_t count) {
+  std::string nodes;
+  for (std::uint64_t number = 1; number <= count; ++number) nodes += BdfGrid(number, "0.,0.,0.");
+  return nodes;
+}
+std::string BdfPlaces(std::uint64_t count) {
+  std::string places = "Mesh 1: ";
+  for (std::uint64_t number = 1; number <= count; ++number) places += std::to_string(number) + " (0 0 0) ";
+  return places;
+}
+constexpr const char* kBdfTetra = "CTETRA         1       1       1       2       3       4       5       6";
+const std::string kBdfTenNodes = BdfPlaces(10) + "type 11 1: 1 2 3 4 5 6 7 8 10 9; ";
+
+INSTANTIATE_TEST_SUITE_P(
+    Bdf, MeshFile,
+    ::testing::Values(
+        // Forms of the fields and of the lines that go on.
+        Case{"Commas", "x.bdf", Bdf(kBdfTriangle + "CTRIA3,1,1,1,2,3\n"), kBdfOne},
+        Case{"SmallLetters", "x.nas", LowerCase(Bdf(kBdfTriangle + "CTRIA3,1,1,1,2,3\n")), kBdfOne},
+        Case{"BareReturns", "x.bdf", WithReturns(Bdf(kBdfTriangle + "CTRIA3,1,1,1,2,3\n")), kBdfOne},
+        Case{"Tabs", "x.bdf", Bdf(kBdfTriangle + "CTRIA3\t1\t1\t1\t2\t3\n"), kBdfOne},
+        Case{"NothingBegins", "x.bdf", "$ comment\n" + kBdfTriangle + "CTRIA3,1,1,1,2,3 $ comment\n", kBdfOne},
+        Case{"WideElement", "x.bdf",
+             Bdf(BdfNodes(4) + "CQUAD4*                1               1               1               2*\n"
+                               "*                      3               4\n"),
+             BdfPlaces(4) + "type 3 1: 1 2 3 4; "},
+        Case{"WideNode", "x.bdf",
+             Bdf(BdfNodes(1) +
+                 "GRID*                  2                               1              2.\n"
+                 "*                      3.\nGRID*                  3                              1.\n"
+                 "                       4.\nGRID*,4,,5.,6.\n*,7.\nCROD,1,1,1,2\nCROD,2,1,3,4\n"),
+             "Mesh 1: 1 (0 0 0) 2 (1 2 3) 3 (1 0 4) 4 (5 6 7) type 1 1: 1 2; 2: 3 4; "},
+        Case{"BlankGoesOn", "x.bdf",
+             Bdf(BdfNodes(10) + kBdfTetra + "\n               7       8       9      10\n"), kBdfTenNodes},
+        Case{"MarkGoesOn", "x.bdf",
+             Bdf(BdfNodes(10) + kBdfTetra + "+A\n$ between\n+A             7       8       9      10\n"),
+             kBdfTenNodes},
+        Case{"CommaGoesOn", "x.bdf", Bdf(BdfNodes(10) + "CTETRA,1,1,1,2,3,4,5,6\n,7,8,9,10\n"), kBdfTenNodes},
+        Case{"OneLongLine", "x.bdf", Bdf(BdfNodes(10) + "CTETRA,1,1,1,2,3,4,5,6,7,8,9,10\n"), kBdfTenNodes},
+        Case{"Reals", "x.bdf",
+             Bdf("GRID           1           1.5-3 -1.D+02   -.5+1\nGRID,2,0,1.E2,+7.,\nGRID,3,,1.d0\n"
+                 "CROD,1,1,1,2\nCROD,2,1,2,3\n"),
+             "Mesh 1: 1 (0.0015 -100 -5) 2 (100 7 0) 3 (1 0 0) type 1 1: 1 2; 2: 2 3; "},
+        Case{"BlanksBetween", "x.bdf",
+             Bdf("GRID    1               0.10E+00 0.500000 0.20E+00\nGRID    2               0. 1. 2.\n"
+                 "CROD    1       1       1       2\n"),
+             "Mesh 1: 1 (0.1 0.5 0.2) 2 (0 1 2) type 1 1: 1 2; "},
+        Case{"MovedLine", "x.bdf", Bdf(BdfNodes(8) + "+H1,7,8\nCHEXA,1,1,1,2,3,4,5,6,+H1\n"),
+             "IDS_WB_IMPORT_OUTLINE 12: +H1"},
+        Case{"LineOfAnother", "x.bdf", Bdf(BdfNodes(8) + "CHEXA,1,1,1,2,3,4,5,6,+H1\n+H2,7,8\n"),
+             "IDS_WB_IMPORT_OUTLINE 13: +H2"},
+        Case{"Repeated", "x.bdf", Bdf(BdfNodes(4) + "CROD,1,1,1,2\n=,*1,=,*2,*2\n"),
+             "IDS_WB_IMPORT_OUTLINE 9: =,*1,=,*2,*2"},
+        Case{"SecondModel", "x.bdf", Bdf("BEGIN BULK SUPER=1\n"), "IDS_WB_IMPORT_OUTLINE 4: BEGIN BULK SUPER=1"},
+        Case{"LongLine", "x.bdf", Bdf("GRID," + std::string(5000, '1') + "\n"),
+             "IDS_WB_IMPORT_LONG_LINE 4: GRID,111111111111111"},
+        Case{"Cut", "x.bdf", "BEGIN BULK\n" + kBdfTriangle + "CTRIA3,1,1,1,2,3\n", "IDS_WB_IMPORT_TRUNCATED "},
+        // What becomes of elements.
+        Case{"TwoOrders", "x.bdf", Bdf(kBdfTriangle + kBdfMiddles + "CTRIA6,1,1,1,2,3,4,5,6\nCTRIA3,2,1,1,2,3\n"),
+             "Mesh 1: " + kBdfAtMiddles + "type 9 1: 1 2 3 4 5 6; type 2 2: 1 2 3; "},
+        Case{"CornersAlone", "x.bdf", Bdf(kBdfTriangle + "CTRIA6,1,1,1,2,3,,,,45.\n"), kBdfOne},
+        Case{"MiddleMissing", "x.bdf", Bdf(kBdfTriangle + kBdfMiddles + "CTRIA6,1,1,1,2,3,4,0,6\n"),
+             kBdfOne + "IDS_WB_NOTE_BDF_MIDDLES 1 (CTRIA6); IDS_WB_NOTE_LOOSE_NODES 3 (4, 5, 6)"},
+        Case{"NodeInTheMiddle", "x.bdf", Bdf(BdfNodes(9) + "CQUAD,1,1,1,2,3,4,5,6\n,7,8,9\n"),
+             BdfPlaces(8) + "type 16 1: 1 2 3 4 5 6 7 8; IDS_WB_NOTE_BDF_MIDDLES 1 (CQUAD); "
+                            "IDS_WB_NOTE_LOOSE_NODES 1 (9)"},
+        Case{"Alike", "x.bdf",
+             Bdf(BdfNodes(4) + "CTRIAR,1,1,1,2,3\nCQUADR,2,1,1,2,3,4\nCSHEAR,3,1,1,2,3,4\nCTUBE,4,1,1,2\n"
+                               "CBAR,5,1,2,3,0.,0.,1.\nCBEAM,6,1,3,4\nCONROD,7,9,1,4,.5\n"),
+             "Mesh 0: 1 (0 0 0) 4 (0 0 0) type 1 7: 1 4; " + BdfPlaces(4) + "type 1 4: 1 2; 5: 2 3; 6: 3 4; " +
+                 BdfPlaces(4) + "type 2 1: 1 2 3; type 3 2: 1 2 3 4; 3: 1 2 3 4; "},
+        Case{"Pyramids", "x.bdf", Bdf(BdfNodes(5) + "CPYRAM,1,1,1,2,3,4,5\nCPYRA,2,1,1,2,3,4,5\n"),
+             BdfPlaces(5) + "type 7 1: 1 2 3 4 5; 2: 1 2 3 4 5; "},
+        Case{"NoProperty", "x.bdf", Bdf(kBdfTriangle + "CTRIA3,1,,1,2,3\n"),
+             "Mesh 0: " + kBdfAt + "type 2 1: 1 2 3; "},
+        Case{"ElementTwice", "x.bdf", Bdf(BdfNodes(4) + "CTRIA3,1,1,1,2,3\nCTRIA3,1,1,2,3,4\n"),
+             "IDS_WB_IMPORT_INP_TWICE 1"},
+        Case{"NodeTwice", "x.bdf", Bdf(kBdfTriangle + "GRID,1,,9.,9.,9.\nCTRIA3,1,1,1,2,3\n"),
+             "IDS_WB_IMPORT_INP_TWICE 1"},
+        Case{"NodeMissing", "x.bdf", Bdf(kBdfTriangle + "CTRIA3,1,1,1,2,4\n"), "IDS_WB_IMPORT_NODE 4"},
+        Case{"CornerMissing", "x.bdf", Bdf(kBdfTriangle + "CTRIA3,1,1,1,2\n"),
+             "IDS_WB_IMPORT_INP_COUNT 7: CTRIA3"},
+        Case{"CornerLeftOut", "x.bdf", Bdf(kBdfTriangle + kBdfMiddles + "CTRIA6,1,1,1,,3,4,5,6\n"),
+             "IDS_WB_IMPORT_INP_COUNT 10: CTRIA6"},
+        Case{"CornersMissing", "x.bdf", Bdf(BdfNodes(8) + "CHEXA,1,1,1,2,3,4,5,6\n,7\n"),
+             "IDS_WB_IMPORT_INP_COUNT 12: CHEXA"},
+        Case{"UnknownElement", "x.bdf", Bdf("CTRIA9,1,1,1,2,3\n"), "IDS_WB_IMPORT_INP_TYPE 4: CTRIA9"},
+        Case{"NoNumber", "x.bdf", Bdf(kBdfTriangle + "CTRIA3,1,1,1,2,3.\n"),
+             "IDS_WB_IMPORT_INP_NUMBER 7: CTRIA3 3."},
+        Case{"NoPlace", "x.bdf", Bdf("GRID,1,,1.,x,0.\n"), "IDS_WB_IMPORT_INP_NUMBER 4: GRID X"},
+        Case{"NotFinite", "x.bdf", Bdf("GRID,1,,1.+999,0.,0.\n"), "IDS_WB_IMPORT_INP_NUMBER 4: GRID 1.+999"},
+        Case{"NoNode", "x.bdf", Bdf("GRID,,,1.,0.,0.\n"), "IDS_WB_IMPORT_INP_NUMBER 4: GRID "},
+        // What is left out is said.
+        Case{"OtherEntries", "x.bdf",
+             Bdf("MAT1,1,210000.\n" + kBdfTriangle +
+                 "GRID,7\nCTRIA3,1,1,1,2,3,7.5\nGRID*                  5\n*\n"
+                 "FORCE,1,1\nMAT1,2,1.\nCORD2R,1,,0.,0.,0.\n"),
+             kBdfOne + "IDS_WB_NOTE_SECTIONS 4 (MAT1, FORCE, CORD2R); IDS_WB_NOTE_LOOSE_NODES 2 (5, 7)"},
+        Case{"Springs", "x.bdf", Bdf(kBdfTriangle + "CTRIA3,1,1,1,2,3\nCELAS1,2,1,1,2\nCELAS1,3,1,1,2\n"),
+             kBdfOne + "IDS_WB_NOTE_LEFT_OUT 2 (CELAS1)"},
+        // Places that only another system gives.
+        Case{"LocalNode", "x.bdf", Bdf("GRID,2,5,1.,90.,0.\n"), "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
+        Case{"LocalColumns", "x.bdf", Bdf("GRID           2       5      1.     90.      0.\n"),
+             "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
+        Case{"LocalWide", "x.bdf",
+             Bdf("GRID*                  2               5              1.             90.\n*\n"),
+             "IDS_WB_IMPORT_BDF_SYSTEM 4: GRID"},
+        Case{"LocalByDefault", "x.bdf", Bdf("GRDSET,,5\nGRID,1,,0.,0.,0.\n"),
+             "IDS_WB_IMPORT_BDF_SYSTEM 4: GRDSET"},
+        Case{"LocalNone", "x.bdf", Bdf(kBdfTriangle + "GRDSET,,0,,,,7\nCTRIA3,1,1,1,2,3\n"),
+             kBdfOne + "IDS_WB_NOTE_SECTIONS 1 (GRDSET)"},
+        // A default that none of the nodes relies on moves none.
+        Case{"LocalUnused", "x.bdf",
+             Bdf("GRDSET,,5\nGRID,1,0,0.,0.,0.\nGRID*                  2               0              "
+                 "1.\nCROD,1,1,1,2\n"),
+             "Mesh 1: 1 (0 0 0) 2 (1 0 0) type 1 1: 1 2; IDS_WB_NOTE_SECTIONS 1 (GRDSET)"}),
     [](const auto& test) { return test.param.name; });
 
 /// Numbers, largest first, that would all lie in one place of a table of so many numbers.

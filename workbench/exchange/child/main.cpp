@@ -23,7 +23,6 @@
 #include "workbench/exchange/child/CadFile.h"
 #include "workbench/exchange/child/Cell.h"
 #include "workbench/exchange/child/GivenFile.h"
-#include "workbench/exchange/child/MeshFile.h"
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/ShapeFile.h"
 #include "workbench/exchange/child/Sink.h"
@@ -138,8 +137,6 @@ void Import(const std::string& path, const std::vector<std::string>& includes, S
     case Engine::Iges:
     case Engine::Brep:
       return ReadCadFile(path, format, sink);
-    case Engine::Mesh:
-      return ReadMeshFile(path, sink);
     case Engine::Deck:
       return Send(ReadInpFile(path, progress, {includes.begin(), includes.end()}), sink);
     case Engine::Own:

@@ -1,4 +1,4 @@
-#include "workbench/exchange/formats/BdfCheck.h"
+#include "workbench/exchange/formats/BdfFile.h"
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/exchange/formats/MeshWriters.h"
 #include "workbench/text/Ascii.h"
@@ -14,9 +14,13 @@ class Bdf final : public Format {
     static constexpr std::string_view kEndings[] = {".bdf", ".nas"};
     return kEndings;
   }
-  Engine ReadBy() const override { return Engine::Mesh; }
+  Engine ReadBy() const override { return Engine::Own; }
   Carries Carry() const override { return {.looseNodes = true, .materials = true}; }
   bool Holds(int elementType) const override { return BdfHolds(elementType); }
+  ImportedModel Read(const std::filesystem::path& path,
+                     const std::function<void(double)>& progress) const override {
+    return ReadBdfFile(path, progress);
+  }
   bool CanWrite() const override { return true; }
   void Write(const ExportModel& model, TextFile& file, ExportReport& report) const override {
     WriteBdf(model, file, report);
@@ -27,15 +31,13 @@ class Bdf final : public Format {
   bool Begins(const FileEnds& ends) const override {
     const std::size_t first = ends.head.find_first_not_of(" \t\r\n");
     if (first == std::string::npos || ends.head.find('\0') != std::string::npos) return false;
-    const char letter = UpperCase(ends.head.substr(first, 1))[0];
+    const std::string head = UpperCase(ends.head);
+    const char letter = head[first];
     if (letter != '$' && letter != '-' && (letter < 'A' || letter > 'Z')) return false;
     for (const char* mark : {"GRID", "BEGIN BULK", "$"}) {
-      if (ends.head.find(mark) != std::string::npos) return true;
+      if (head.find(mark) != std::string::npos) return true;
     }
     return false;
-  }
-  std::vector<ImportNote> CheckBody(const std::filesystem::path& path) const override {
-    return CheckBdfFile(path);
   }
 };
 

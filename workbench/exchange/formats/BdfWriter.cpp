@@ -1,31 +1,10 @@
-#include <algorithm>
-
+#include "workbench/exchange/formats/BdfElements.h"
 #include "workbench/exchange/formats/MeshWriters.h"
 #include "workbench/mesh/ElementTypes.h"
 
 namespace qd::workbench {
 
 namespace {
-
-/// Bulk data entries of elements, with the order of their nodes.
-struct Entry {
-  int elementType;
-  const char* name;
-  const char* order;  // see OrderFromWords
-};
-constexpr Entry kEntries[] = {{1, "CROD", "0 1"},
-                              {2, "CTRIA3", "0 1 2"},
-                              {3, "CQUAD4", "0 1 2 3"},
-                              {4, "CTETRA", "0 1 2 3"},
-                              {5, "CHEXA", "0 1 2 3 4 5 6 7"},
-                              {6, "CPENTA", "0 1 2 3 4 5"},
-                              {7, "CPYRAM", "0 1 2 3 4"},
-                              {9, "CTRIA6", "0 1 2 01 12 20"},
-                              {11, "CTETRA", "0 1 2 3 01 12 20 03 13 23"},
-                              {16, "CQUAD8", "0 1 2 3 01 12 23 30"},
-                              {17, "CHEXA", "0 1 2 3 4 5 6 7 01 12 23 30 04 15 26 37 45 56 67 74"},
-                              {18, "CPENTA", "0 1 2 3 4 5 01 12 20 03 14 25 34 45 53"},
-                              {19, "CPYRAM", "0 1 2 3 4 01 12 23 30 04 14 24 34"}};
 
 /// A line of fields, eight columns each, which goes on after eight of them.
 class Card {
@@ -56,15 +35,8 @@ class Card {
   int m_fields = 0;
 };
 
-const Entry* FindEntry(int elementType) {
-  const auto* entry =
-      std::find_if(std::begin(kEntries), std::end(kEntries),
-                   [elementType](const Entry& candidate) { return candidate.elementType == elementType; });
-  return entry != std::end(kEntries) ? entry : nullptr;
-}
-
 void WriteElements(const MeshData::Block& block, std::size_t property, TextFile& file) {
-  const Entry* entry = FindEntry(block.elementType);
+  const BdfElement* entry = FindBdfElement(block.elementType);
   if (entry == nullptr) throw ImportError{"IDS_WB_EXPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
   const std::vector<std::size_t> order = OrderFromWords(block.elementType, entry->order);
   for (std::size_t element = 0; element < block.elementIds.size(); ++element) {
@@ -130,7 +102,7 @@ void WriteProperty(const ExportModel& model, const ExportSet& set, std::size_t n
 }  // namespace
 
 bool BdfHolds(int elementType) {
-  return FindEntry(elementType) != nullptr;
+  return FindBdfElement(elementType) != nullptr;
 }
 
 void WriteBdf(const ExportModel& model, TextFile& file, ExportReport& report) {

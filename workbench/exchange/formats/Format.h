@@ -16,9 +16,9 @@
 
 namespace qd::workbench {
 
-/// What reads the files of a format: a reader of the CAD library, the mesh library, our own reader of decks, which
-/// may draw in other files, or a reader of our own that sees one file.
-enum class Engine { Step, Iges, Brep, Mesh, Deck, Own };
+/// What reads the files of a format: a reader of the CAD library, our own reader of decks, which may draw in other
+/// files, or a reader of our own that sees one file.
+enum class Engine { Step, Iges, Brep, Deck, Own };
 
 /// What files of a format can hold beside the bare shapes or nodes and elements.
 struct Carries {

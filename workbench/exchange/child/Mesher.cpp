@@ -1,9 +1,6 @@
-#include "workbench/exchange/child/MeshFile.h"
-
 #include <gmsh.h>
 
 #include <algorithm>
-#include <set>
 
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Shapes.h"
@@ -22,22 +19,11 @@ class Session {
     // What it prints goes nowhere, but shows that it gets on.
     gmsh::option::setNumber("General.Terminal", 1);
     gmsh::option::setNumber("General.AbortOnError", 2);
-    gmsh::logger::start();
   }
   ~Session() { gmsh::finalize(); }
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
 };
-
-/// What the library complained about first; later complaints only follow from it.
-std::string FirstError(const std::string& otherwise) {
-  constexpr std::string_view kMark = "Error: ";
-  std::vector<std::string> log;
-  gmsh::logger::get(log);
-  const auto found =
-      std::find_if(log.begin(), log.end(), [&](const std::string& line) { return line.starts_with(kMark); });
-  return found != log.end() ? found->substr(kMark.size()) : otherwise;
-}
 
 using Coordinates = NumberMap<std::array<double, 3>>;
 
@@ -84,63 +70,12 @@ void AddUsedNodes(const Coordinates& nodes, MeshData& mesh) {
   }
 }
 
-struct Group {
-  int dimension;
-  std::vector<int> entities;
-  std::string name;
-};
-
-/// The groups of the file. An entity belongs to the first group that names it; entities that no group names make
-/// groups of their own.
-std::vector<Group> GroupsOfFile(std::vector<ImportNote>& notes) {
-  std::vector<Group> groups;
-  std::set<std::pair<int, int>> taken;
-  gmsh::vectorpair physical;
-  gmsh::model::getPhysicalGroups(physical);
-  for (const auto& [dimension, tag] : physical) {
-    Group& group = groups.emplace_back();
-    group.dimension = dimension;
-    gmsh::model::getPhysicalName(dimension, tag, group.name);
-    if (group.name.empty()) group.name = "Group " + std::to_string(tag);
-    std::vector<int> entities;
-    gmsh::model::getEntitiesForPhysicalGroup(dimension, tag, entities);
-    for (const int entity : entities) {
-      if (taken.emplace(dimension, entity).second) group.entities.push_back(entity);
-    }
-    if (group.entities.size() < entities.size()) notes.push_back({"IDS_WB_NOTE_SHARED_SET", group.name});
-  }
-  gmsh::vectorpair entities;
-  gmsh::model::getEntities(entities);
-  for (const auto& [dimension, tag] : entities) {
-    if (dimension > 0 && !taken.contains({dimension, tag}))
-      groups.push_back({dimension, {tag}, "Mesh " + std::to_string(tag)});
-  }
-  return groups;
-}
-
 void CheckElementTypes(const MeshData& mesh) {
   for (const MeshData::Block& block : mesh.blocks) {
     if (FindElementType(block.elementType) == nullptr) {
       throw ImportError{"IDS_WB_IMPORT_ELEMENT_TYPE", std::to_string(block.elementType)};
     }
   }
-}
-
-std::vector<ImportedMeshSet> SetsOfFile(Sink& sink) {
-  const Coordinates nodes = AllNodes();
-  std::vector<ImportNote> notes;
-  const std::vector<Group> groups = GroupsOfFile(notes);
-  for (const ImportNote& note : notes) sink.Note(note);
-  std::vector<ImportedMeshSet> sets;
-  for (const Group& group : groups) {
-    ImportedMeshSet set;
-    set.name = group.name;
-    for (const int entity : group.entities) AddElements(group.dimension, entity, set.mesh);
-    CheckElementTypes(set.mesh);
-    AddUsedNodes(nodes, set.mesh);
-    if (!set.mesh.blocks.empty()) sets.push_back(std::move(set));
-  }
-  return sets;
 }
 
 /// Meshes one shape and sends its elements of the wanted dimension.
@@ -191,18 +126,6 @@ void MeshOperands(const ShapeOperation& operation, Sink& sink) {
       throw ImportError{"IDS_WB_OPERATION_MESH", operand.name};
     }
     sink.Progress(++done / static_cast<double>(operation.operands.size()));
-  }
-}
-
-void ReadMeshFile(const std::string& path, Sink& sink) {
-  const Session session;
-  try {
-    gmsh::merge(path);
-    for (const ImportedMeshSet& set : SetsOfFile(sink)) sink.MeshSet(set);
-  } catch (const std::string& reason) {
-    throw ImportError{"IDS_WB_IMPORT_READER", FirstError(reason)};
-  } catch (int) {
-    throw ImportError{"IDS_WB_IMPORT_DAMAGED", FirstError("")};
   }
 }
 
