@@ -181,6 +181,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadCase{"*PART, NAME=P\n", "IDS_WB_IMPORT_TRUNCATED "},
         BadCase{"*PART, NAME=P\n*INSTANCE, NAME=I, PART=P\n",
                 "IDS_WB_IMPORT_INP_END model.inp, 9: *INSTANCE, NAME=I, PART=P"},
+        BadCase{"*ELEMENT, TYPE=C3D4, ELSET=A, INPUT=more.txt\n",
+                "IDS_WB_IMPORT_INP_INPUT model.inp, 8: *ELEMENT, TYPE=C3D4, ELSET=A, INPUT=more.txt"},
         BadCase{"*PART, NAME=P\n*PART, NAME=Q\n", "IDS_WB_IMPORT_INP_END model.inp, 9: *PART, NAME=Q"},
         BadCase{"*PART, NAME=P\n*ASSEMBLY\n", "IDS_WB_IMPORT_INP_END model.inp, 9: *ASSEMBLY"},
         BadCase{"*END PART\n", "IDS_WB_IMPORT_INP_END model.inp, 8: *END PART"}));

@@ -114,6 +114,8 @@ void Reader::Keyword(const InpLine& line) {
     const bool isInside = !m_open.empty() && m_open.back() != "ASSEMBLY";
     if (isInside) m_lines.Fail("IDS_WB_IMPORT_INP_END", line.text);
   }
+  const bool isMesh = keyword == "NODE" || keyword == "ELEMENT" || keyword == "ELSET";
+  if (isMesh && line.Has("INPUT")) m_lines.Fail("IDS_WB_IMPORT_INP_INPUT", line.text);
   if (keyword == "NODE") {
     m_data = &Reader::NodeData;
     NoteSystem(line);
