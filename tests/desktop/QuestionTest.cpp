@@ -192,7 +192,7 @@ TEST_F(Questions, WhatWasMendedOfADocumentIsListedInTheLanguageOfTheWindow) {
 /// Names of files are bytes; a window of its own gets them as they are.
 TEST_F(Questions, AWindowOfItsOwnOpensADocumentOfAnyName) {
 #if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "a new process begins on this one's stack, where it leaves the sanitizer's marks behind";
+  GTEST_SKIP() << "after the start of the new process the sanitizer stumbles over its own marks on the stack";
 #endif
   Database data;
   DocumentError error;
