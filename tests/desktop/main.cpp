@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QTemporaryDir>
 
+#include "support/JudgedRun.h"
 #include "workbench/view/ModelView.h"
 
 int main(int argc, char** argv) {
@@ -12,5 +13,5 @@ int main(int argc, char** argv) {
   const QTemporaryDir state;
   qputenv("XDG_STATE_HOME", state.path().toUtf8());
   const QApplication app(argc, argv);
-  return RUN_ALL_TESTS();
+  return qd::test::RunJudged("desktop_tests");
 }
