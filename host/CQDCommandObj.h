@@ -20,6 +20,7 @@ class QD_EXPORT CQDCommandObj {
 
   CQDCommandObj& Set(const CString& parameter, Value value);
   const CString& GetName() const { return m_name; }
+  const std::map<CString, Value>& GetParameters() const { return m_parameters; }
   /// Null when the parameter is missing or of another type.
   template <typename T>
   const T* Get(const CString& parameter) const {

@@ -24,7 +24,7 @@ class GeometryCommands : public GeometryTest {
     Tree().Expand(Row(kRoot), ExpandAction::Expand);
     m_toolkit.Pump();
     Node(L"c")->OnClickCheck(kChecked);
-    m_view.redraws = 0;
+    Heard();
     m_doc.SetModelInfoChangedFlag(0);
   }
   std::string Shown() {
@@ -76,7 +76,7 @@ TEST_P(Visibility, ChangesBoxesAndPartsWithOneRedraw) {
   Select(GetParam().selected);
   Command(GetParam().command);
   EXPECT_EQ(Shown(), GetParam().shown);
-  EXPECT_EQ(m_view.redraws, 1);
+  EXPECT_EQ(Redraws(), 1);
   EXPECT_TRUE(m_doc.IsModelInfoChanged());
   // Back to what was before, whatever the command did on the way.
   Select({kRoot});

@@ -31,7 +31,7 @@ class GeometryRows : public ModelTest {
     Open();
     Tree().Expand(Row(L"IDS_DB_DATA_NAME_GEOM"), ExpandAction::Expand);
     m_toolkit.Pump();
-    m_view.redraws = 0;
+    Heard();
   }
 };
 
@@ -146,7 +146,7 @@ TEST_F(GeometryRows, CheckBoxesShowAndHideParts) {
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a -b c]]");
   EXPECT_FALSE(m_doc.GetDisplay().GetCadItem(2).shown);
   EXPECT_TRUE(m_doc.GetDisplay().GetCadItem(1).shown);
-  EXPECT_EQ(m_view.redraws, 1);
+  EXPECT_EQ(Redraws(), 1);
   // A rebuilt tree shows what is hidden.
   Open();
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a -b c]]");
@@ -184,10 +184,10 @@ TEST_F(GeometryRows, RootMenuShowsAndHidesAllWithOneRedrawABranch) {
   m_toolkit.Pump();
   ASSERT_EQ(m_toolkit.ShownMenus(), std::vector<std::string>{"IDS_QD_WRT_SHOW_ALL|IDS_QD_WRT_HIDE_ALL"});
   EXPECT_EQ(State(), "*model.step [IDS_DB_DATA_NAME_GEOM [-a -b]]");
-  m_view.redraws = 0;
+  Heard();
   m_bar.OnMenuEvent(&m_doc, 41007);
   EXPECT_EQ(State(), "*model.step [IDS_DB_DATA_NAME_GEOM [a b]]");
-  EXPECT_EQ(m_view.redraws, 2);  // of parts and of coordinate systems; there are no meshes
+  EXPECT_EQ(Redraws(), 2);  // of parts and of coordinate systems; there are no meshes
 }
 
 TEST_F(GeometryRows, HostRequestsShowAndHideParts) {

@@ -33,7 +33,7 @@ class GeometrySets : public GeometryTest {
     b1 = AddPartTo(B, L"b1");
     m_bar.CreateTreeItems(kGeometrySetTree, &m_factory, 1);
     m_toolkit.Pump();
-    m_view.redraws = 0;
+    Heard();
   }
   /// The tree below its root, with short names for the kinds.
   std::string Sets() {
@@ -339,12 +339,12 @@ class SetVisibility : public GeometrySets, public ::testing::WithParamInterface<
 TEST_P(SetVisibility, ReachesAllThatIsBelow) {
   Node(L"a2")->OnClickCheck(kChecked);
   Select(GetParam().selected);
-  m_view.redraws = 0;
+  Heard();
   Command(GetParam().command);
   std::string sets = Sets();
   std::erase(sets, '*');
   EXPECT_EQ(sets, GetParam().sets);
-  EXPECT_EQ(m_view.redraws, 1);
+  EXPECT_EQ(Redraws(), 1);
   for (const auto& [title, part] : {std::pair(L"a1", a1), std::pair(L"a2", a2), std::pair(L"a3", a3)}) {
     EXPECT_EQ(Node(title)->GetCheckStatus() == kChecked, IsShown(part));
   }

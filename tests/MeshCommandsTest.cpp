@@ -24,7 +24,7 @@ class MeshCommands : public MeshTest {
     d = AddMset(L"D");
     Act([&] { e = Pool().NeedDefaultMset(); });
     ChangeMset(e, [](tagTMset& set) { set.name = L"E"; });
-    m_view.redraws = 0;
+    Heard();
   }
   CQDTreeItemMesh& Root() { return dynamic_cast<CQDTreeItemMesh&>(*Node(kMeshRoot)); }
   DisplayState::MeshLook Look(iterator set) { return m_doc.GetDisplay().GetMeshLook(Mset(set).key); }
@@ -144,9 +144,9 @@ TEST_F(MeshCommands, AddOnsAreToggledForTheSelectionAndForAll) {
   EXPECT_EQ(Look(a).addOns, 0U);
   Root().ShowHideNode({Node(L"A"), &Root()}, 1);
   EXPECT_EQ(Look(a).addOns, 1U);
-  m_view.redraws = 0;
+  Heard();
   Root().ShowHideNode({Node(L"A")}, 5);  // is shown already
-  EXPECT_EQ(m_view.redraws, 0);
+  EXPECT_EQ(Redraws(), 0);
   Root().ShowHideNode({Node(L"A")}, 0);
   EXPECT_EQ(Look(a).addOns, 0U);
 }
@@ -195,7 +195,7 @@ TEST_F(MeshCommands, ShowAndHideTheSelectionAllOrOnly) {
   };
   EXPECT_EQ(run({L"B", L"D"}, 41201), "A [-B [-C]] -D E");
   EXPECT_EQ(run({L"C"}, 41200), "A [-B [C]] -D E");
-  m_view.redraws = 0;
+  Heard();
   EXPECT_EQ(run({kMeshRoot}, 41203), "-A [-B [-C]] -D -E");
   EXPECT_EQ(Root().GetCheckStatus(), kUnchecked);
   EXPECT_EQ(run({L"D"}, 41202), "A [B [C]] D E");

@@ -276,12 +276,12 @@ TEST_P(NestedWalks, EndWithARedrawAndStayFew) {
     iterator above = 0;
     for (int level = 0; level < depth; ++level) above = PutMset(L"s" + std::to_wstring(level), above, 0);
   });
-  m_view.redraws = 0;
+  Heard();
   Tree().NodeOf(Row(kMeshRoot))->OnClickCheck(kChecked);
   if (depth <= 8) {
-    EXPECT_EQ(m_view.redraws, 1 << (depth - 1));
+    EXPECT_EQ(Redraws(), 1 << (depth - 1));
   } else {
-    EXPECT_LE(m_view.redraws, 600);
+    EXPECT_LE(Redraws(), 600);
   }
   for (const iterator itr : Pool().GetItrList()) {
     EXPECT_FALSE(IsShown(itr));

@@ -157,19 +157,19 @@ TEST_F(WorksTree, EveryNoticeRefreshesThePropertyWindowFromTheSelection) {
     Add(root, L"a");
     Add(root, L"b");
   });
-  m_properties.log.clear();
+  Heard();
   Notice({});
-  EXPECT_EQ(m_properties.log, "clear refresh ");  // nothing is selected in any tree
+  EXPECT_EQ(Heard(), "pages.SetPropertySet(none)\npages.Refresh\n");  // nothing is selected in any tree
   Click(L"a");
   EXPECT_EQ(ProbeNode::TakeLog(), "page a ");
   m_bar.UpdateDB(&m_doc, 0);
   EXPECT_EQ(ProbeNode::TakeLog(), "page a ");
   Click(L"b", kMouseControl);
   EXPECT_EQ(ProbeNode::TakeLog(), "pages a ");
-  m_properties.log.clear();
+  Heard();
   m_toolkit.Click(Tree(), {50, 250});  // beside the rows: clears the selection, the page stays
   m_toolkit.Pump();
-  EXPECT_EQ(ProbeNode::TakeLog() + m_properties.log, "");
+  EXPECT_EQ(ProbeNode::TakeLog() + Heard(), "doc.ClearSelectBuffer(0)\nview.Redraw(0)\n");
 }
 
 TEST_F(WorksTree, ManyFollowersComeAndGoWithoutScans) {

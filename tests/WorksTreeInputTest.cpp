@@ -276,7 +276,7 @@ TEST_F(Input, TypingFindsTitlesRoundTheEnd) {
 
 TEST_F(Input, ControlAAndIChangeTheWholeSelectionWithOneNotice) {
   Click(L"b");
-  m_properties.log.clear();
+  Heard();
   Told();
   Key(kKeyI, kMouseControl);
   EXPECT_EQ(State(), "*root [*a b *c [c1] *d]");

@@ -17,7 +17,7 @@ class MeshTest : public ModelTest {
  protected:
   MeshTest() {
     Open();
-    m_view.redraws = 0;
+    Heard();
   }
   ~MeshTest() override { SetProductVariant(ProductVariant::Standard); }
 

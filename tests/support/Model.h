@@ -5,48 +5,17 @@
 #include <string>
 #include <vector>
 
-#include "host/CMainFrame.h"
 #include "host/CTransaction.h"
 #include "platform/headless/HeadlessToolkit.h"
 #include "qd_wrt/core/CWorksTreeManager.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/CheckedStore.h"
-#include "workbench/display/WorkDocument.h"
+#include "support/RecordingHost.h"
 #include "workbench/text/Utf8.h"
 #include "workbench/tree/DocumentNode.h"
 #include "workbench/tree/TreePrinter.h"
 
 namespace qd::test {
-
-/// What the module told the property window.
-class RecordedProperties final : public CPropertiesWnd {
- public:
-  void SetPropertySet(std::unique_ptr<IPropertySet> page) override {
-    log += page == nullptr ? "clear " : "page ";
-    m_page = std::move(page);
-  }
-  void Refresh() override { log += "refresh "; }
-  IPropertySet* GetPropertySet() const override { return m_page.get(); }
-  std::string log;
-
- private:
-  std::unique_ptr<IPropertySet> m_page;
-};
-
-/// A view that counts.
-class RecordedView final : public CQDViewBase {
- public:
-  explicit RecordedView(CQDRenderManager& manager) : m_manager(manager) {}
-  void Redraw(int) override { ++redraws; }
-  CQDRenderManager* GetRenderManager() override { return &m_manager; }
-  int IsPostMode() const override { return 0; }
-  void Invalidate(int) override {}
-  bool IsOver(CPoint) const override { return true; }
-  int redraws = 0;
-
- private:
-  CQDRenderManager& m_manager;
-};
 
 /// The host's frame around one document and one works tree on the headless toolkit, over the real model library.
 class ModelTest : public ::testing::Test,
@@ -56,7 +25,6 @@ class ModelTest : public ::testing::Test,
  protected:
   ModelTest() : m_manager({{workbench::kModelTree, this}}, &m_factory) {
     m_doc.SetPathName(L"model.step");
-    m_doc.SetActiveView(&m_view);
     m_doc.GetDatabase().SetListener(this);
     m_bar.SetDocument(&m_doc);
     m_bar.Create(nullptr, 0, {0, 0, 400, 300});
@@ -68,6 +36,17 @@ class ModelTest : public ::testing::Test,
     m_manager.CreateTreeItems(&m_doc, workbench::kModelTree);
     if (HTREEITEM branch = Row(L"Geometry")) Tree().Expand(branch, ExpandAction::Expand);
     m_toolkit.Pump();
+  }
+  /// What the host has heard from the module since the last time, a line a call.
+  std::string Heard() { return m_doc.Log().Take(); }
+  /// How often the view was asked for a redraw among it.
+  int Redraws() {
+    const std::string heard = Heard();
+    int count = 0;
+    for (std::size_t at = heard.find("view.Redraw(0)"); at != std::string::npos; ++count) {
+      at = heard.find("view.Redraw(0)", at + 1);
+    }
+    return count;
   }
   CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
   workbench::Database& Data() { return m_doc.GetDatabase(); }
@@ -167,10 +146,10 @@ class ModelTest : public ::testing::Test,
   IWorksTree* GetDefaultPane() override { return nullptr; }
 
   HeadlessToolkit m_toolkit;
-  RecordedProperties m_properties;
-  workbench::WorkDocument m_doc;
+  RecordingDocument m_doc;
+  RecordingApp m_host{m_doc.Log()};
+  RecordingProperties m_properties{m_doc.Log()};
   CheckedStore m_checked{m_doc.GetDatabase()};
-  RecordedView m_view{m_doc.GetDisplay()};
   workbench::TreeFactory m_factory;
   CWorksTreeBar m_bar;
   CWorksTreeManager m_manager;

@@ -10,7 +10,7 @@
 namespace qd::workbench {
 
 /// An open document: its database, its display state and its selection buffer.
-class WorkDocument final : public CQDDocBase {
+class WorkDocument : public CQDDocBase {
  public:
   Database& GetDatabase() { return m_database; }
   DisplayState& GetDisplay() { return m_display; }
