@@ -1,62 +1,66 @@
-// The branch of coordinate systems with 100,000 of them, on the headless toolkit; and the language switch of a
-// tree.
+// The branch of coordinate systems with 100,000 of them; and the language switch of a tree.
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <string>
 
-#include "host/CTransaction.h"
-#include "platform/headless/HeadlessToolkit.h"
+#include "bench/OpenModel.h"
+#include "bench/Proof.h"
+#include "host/CMSGFunction.h"
+#include "qd_wrt/coords/CQDTreeItemCord.h"
 #include "qd_wrt/core/CommandNumbers.h"
-#include "qd_wrt/panel/CWorksTreeBar.h"
-#include "workbench/display/WorkDocument.h"
-#include "workbench/tree/DocumentNode.h"
 
 namespace qd::workbench {
 namespace {
 
-constexpr int kSystems = 100'000;
+using bench::Prove;
 
-class Model final : private IDatabaseListener {
+const int kSystems = bench::RowsOf(100'000);
+
+/// Two languages: texts are the keys, with or without a mark.
+class Languages final : public CMSGFunction::ITable {
  public:
-  Model() {
-    CTransaction transaction(&m_doc.GetDatabase());
-    transaction.Begin(L"fill");
-    for (int i = 0; i < kSystems; ++i) {
-      tagTCord record;
-      record.SetName(L"System " + std::to_wstring(i * 7919 % 100'003));
-      record.origin = {1.0 * i, 0, 0};
-      m_last = m_doc.GetDatabase().GetCordPool().Add(record);
-    }
-    transaction.Commit(1);
-    m_doc.GetDatabase().SetListener(this);
-    m_bar.SetDocument(&m_doc);
-    m_bar.Create(nullptr, 0, {0, 0, 400, 800});
-    Build();
+  bool Find(std::string_view key, CString& text) const override {
+    text.assign(key.begin(), key.end());
+    if (other) text += L"'";
+    return true;
   }
-  void Build() {
-    m_bar.CreateTreeItems(kModelTree, &m_factory, 1);
-    m_toolkit.Pump();
+  bool other = false;
+};
+
+class Model final : public bench::OpenModel {
+ public:
+  Model() : OpenModel(&Model::Fill) {
+    Settle();
+    m_systems = Data().GetCordPool().GetItrList();
   }
-  CQDTreeItem& Branch() { return *m_bar.GetTreeCtrl().GetQDRootItem()->GetChild(0); }
-  void Rename(const CString& name) {
-    CordPool& pool = m_doc.GetDatabase().GetCordPool();
-    CTransaction transaction(&m_doc.GetDatabase());
-    transaction.Begin(L"rename");
-    tagTCord record = *pool.GetAtNU(m_last);
-    record.SetName(name);
-    pool.Modify(m_last, record);
-    transaction.Commit(1);
+  CQDTreeItemCord& Branch() { return bench::BranchOf<CQDTreeItemCord>(Tree()); }
+  iterator Last() const { return m_systems.back(); }
+  bool IsShown(iterator system) { return Display().GetShowHide(kLabelCord, Data().GetRecordID(system)) != 0; }
+  /// Whether each system has a row with its name, and its symbol and box are on, or off.
+  bool AllAre(bool shown) {
+    if (Branch().GetChildCount() != static_cast<int>(m_systems.size())) return false;
+    return std::all_of(m_systems.begin(), m_systems.end(), [this, shown](iterator system) {
+      const CQDTreeItem* node = Branch().FindChild(system);
+      return node != nullptr && node->GetTitle() == Data().GetCordPool().GetAtNU(system)->GetName() &&
+             IsShown(system) == shown && (node->GetCheckStatus() == kChecked) == shown;
+    });
   }
 
-  HeadlessToolkit m_toolkit;
-  WorkDocument m_doc;
-  TreeFactory m_factory;
-  CWorksTreeBar m_bar;
-  iterator m_last = 0;
+  Languages m_languages;
 
  private:
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override { m_bar.UpdateDB(&m_doc, HintOf(record)); }
+  static void Fill(Database& data) {
+    for (int i = 0; i < kSystems; ++i) {
+      tagTCord record;
+      record.SetName(L"System " + std::to_wstring(i * 7919LL % 100'003));
+      record.origin = {1.0 * i, 0, 0};
+      data.GetCordPool().Add(record);
+    }
+  }
+
+  std::vector<iterator> m_systems;
 };
 
 Model& TheModel() {
@@ -66,40 +70,68 @@ Model& TheModel() {
 
 void CordBuild(benchmark::State& state) {
   Model& model = TheModel();
-  for (auto _ : state) model.Build();
+  for (auto _ : state) {
+    model.Trees().MakeAnew();
+    model.Settle();
+  }
+  Prove(state, model.AllAre(true), "the rows are not those of the records");
 }
 BENCHMARK(CordBuild)->Unit(benchmark::kMillisecond);
 
 void CordRenameOne(benchmark::State& state) {
   Model& model = TheModel();
+  CordPool& pool = model.Data().GetCordPool();
   int number = 0;
-  for (auto _ : state) model.Rename(L"Renamed " + std::to_wstring(++number));
+  for (auto _ : state) {
+    model.Act([&] {
+      tagTCord record = *pool.GetAtNU(model.Last());
+      record.SetName(L"Renamed " + std::to_wstring(++number));
+      pool.Modify(model.Last(), record);
+    });
+  }
+  Prove(state, model.Branch().FindChild(model.Last())->GetTitle() == L"Renamed " + std::to_wstring(number),
+        "the row has not got the new name");
 }
 BENCHMARK(CordRenameOne)->Unit(benchmark::kMicrosecond);
 
 void CordHideAndShowAll(benchmark::State& state) {
   Model& model = TheModel();
+  std::size_t hidden = 0;
   for (auto _ : state) {
     model.Branch().OnMenuEvent(kCommandHideAll);
+    model.Settle();
+    hidden += model.IsShown(model.Last()) ? 0 : 1;
     model.Branch().OnMenuEvent(kCommandShowAll);
+    model.Settle();
   }
+  Prove(state, hidden == bench::Rounds(state) && model.AllAre(true), "the systems were not hidden and shown");
 }
 BENCHMARK(CordHideAndShowAll)->Unit(benchmark::kMillisecond);
 
 void CordShowOneByRecord(benchmark::State& state) {
   Model& model = TheModel();
-  TArray<iterator> one{model.m_last};
-  int show = 0;
-  for (auto _ : state) model.m_bar.ShowHideCordLabel(&model.m_doc, one, show = 1 - show);
+  TArray<iterator> one{model.Last()};
+  int show = 1;
+  for (auto _ : state) model.Bar().ShowHideCordLabel(&model.Doc(), one, show = 1 - show);
+  model.Settle();
+  const bool box = model.Branch().FindChild(model.Last())->GetCheckStatus() == kChecked;
+  Prove(state, model.IsShown(model.Last()) == (show != 0) && box == (show != 0),
+        "the system does not show what was asked");
+  model.Bar().ShowHideCordLabel(&model.Doc(), one, 1);
 }
 BENCHMARK(CordShowOneByRecord)->Unit(benchmark::kMicrosecond);
 
 void CordChangeLanguage(benchmark::State& state) {
   Model& model = TheModel();
+  bool followed = true;
   for (auto _ : state) {
-    model.m_bar.OnChangeLanguage();
-    model.m_toolkit.Pump();
+    model.m_languages.other = !model.m_languages.other;
+    model.Bar().OnChangeLanguage();
+    model.Settle();
+    followed = followed && model.Branch().GetTitle().ends_with(L"'") == model.m_languages.other;
   }
+  Prove(state, followed, "the titles do not follow the language");
+  model.m_languages.other = false;
 }
 BENCHMARK(CordChangeLanguage)->Unit(benchmark::kMillisecond);
 

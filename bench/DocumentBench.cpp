@@ -1,21 +1,25 @@
-// Documents of 1,000,000 records on disk: opening one up to the first usable tree, and keeping one changed record.
+// Documents of 1,000,000 records on disk: opening one up to the first usable tree, keeping one changed record, and
+// undoing an act on many.
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <memory>
 #include <string>
 
-#include "host/CTransaction.h"
-#include "platform/headless/HeadlessToolkit.h"
-#include "qd_wrt/panel/CWorksTreeBar.h"
-#include "workbench/display/WorkDocument.h"
+#include "bench/OpenModel.h"
+#include "bench/Proof.h"
+#include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "workbench/store/DocumentFile.h"
-#include "workbench/tree/DocumentNode.h"
 
 namespace qd::workbench {
 namespace {
 
-constexpr int kRecords = 1'000'000;
+using bench::OpenModel;
+using bench::Prove;
+
+const int kRecords = bench::RowsOf(1'000'000);
 
 /// A file with a million parts, made once and taken away at the end.
 class File {
@@ -26,12 +30,12 @@ class File {
     for (int i = 0; i < kRecords; ++i) {
       tagTGeom part;
       part.name = L"Part " + std::to_wstring(i);
-      part.cadItem = i + 1;
       part.colour = static_cast<COLORREF>(i);
       data.GetGeomPool().Add(part);
     }
     data.CommitTransaction();
     DocumentError error;
+    std::filesystem::remove(m_path);
     DocumentFile::Create(m_path, data, error);
   }
   ~File() { std::filesystem::remove(m_path); }
@@ -48,115 +52,125 @@ const std::string& TheFile() {
   return file.Path();
 }
 
+bool HasAllParts(const Database& data) {
+  const GeomPool& parts = data.GetGeomPool();
+  return parts.Count() == static_cast<std::size_t>(kRecords) &&
+         parts.GetAtNU(parts.ItrOfNumber(kRecords))->name == L"Part " + std::to_wstring(kRecords - 1);
+}
+
+/// The document open in a works tree.
+struct OpenDocument {
+  std::unique_ptr<DocumentFile> file;
+  OpenModel model{nullptr, {kModelTree}, [this](Database& data) {
+                    DocumentError error;
+                    file = DocumentFile::Open(TheFile(), data, error);
+                    data.SetStore(file.get());
+                  }};
+  ~OpenDocument() { model.Data().SetStore(nullptr); }
+};
+
 void DocumentOpenWithTree(benchmark::State& state) {
-  const std::string& path = TheFile();
-  HeadlessToolkit toolkit;
+  TheFile();
+  bool right = true;
   for (auto _ : state) {
-    auto doc = std::make_unique<WorkDocument>();
-    DocumentError error;
-    const auto file = DocumentFile::Open(path, doc->GetDatabase(), error);
-    TreeFactory factory;
-    CWorksTreeBar bar;
-    bar.SetDocument(doc.get());
-    bar.Create(nullptr, 0, {0, 0, 400, 800});
-    bar.CreateTreeItems(kModelTree, &factory, 1);
-    toolkit.Pump();
+    auto open = std::make_unique<OpenDocument>();
+    open->model.Settle();
     state.PauseTiming();  // taking it down is not opening it
-    bar.DestroyTreeItems();
-    bar.DestroyWindow();
-    doc.reset();
+    right = right && HasAllParts(open->model.Data()) &&
+            bench::BranchOf<CQDTreeItemGeom>(open->model.Tree()).GetChildCount() == kRecords;
+    open.reset();
     state.ResumeTiming();
   }
+  Prove(state, right, "the document was not opened");
 }
 BENCHMARK(DocumentOpenWithTree)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void DocumentReadOnly(benchmark::State& state) {
   const std::string& path = TheFile();
+  bool right = true;
   for (auto _ : state) {
     auto data = std::make_unique<Database>();
     DocumentError error;
-    benchmark::DoNotOptimize(DocumentFile::Open(path, *data, error));
+    auto file = DocumentFile::Open(path, *data, error);
     state.PauseTiming();
+    right = right && file != nullptr && HasAllParts(*data);
+    file.reset();
     data.reset();
     state.ResumeTiming();
   }
+  Prove(state, right, "the document was not read");
 }
 BENCHMARK(DocumentReadOnly)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-void DocumentKeepOne(benchmark::State& state) {
+/// What the file says of one part, read anew.
+tagTGeom InFile(int number) {
   Database data;
   DocumentError error;
   const auto file = DocumentFile::Open(TheFile(), data, error);
-  data.SetStore(file.get());
-  GeomPool& parts = data.GetGeomPool();
-  const iterator itr = parts.ItrOfNumber(kRecords / 2);
-  COLORREF colour = 0;
-  for (auto _ : state) {
-    CTransaction transaction(&data);
-    transaction.Begin(L"one");
-    tagTGeom part = *parts.GetAtNU(itr);
-    part.colour = ++colour;
-    parts.Change(itr, part);
-    transaction.Commit(1);
-  }
+  const tagTGeom* part = data.GetGeomPool().GetAtNU(data.GetGeomPool().ItrOfNumber(number));
+  return part != nullptr ? *part : tagTGeom();
 }
-/// Undo and redo of an act on 100,000 parts: kept in the file, announced, rows followed.
-class OpenDocument final : private IDatabaseListener {
- public:
-  OpenDocument() {
+
+void DocumentKeepOne(benchmark::State& state) {
+  const int number = kRecords / 2;
+  COLORREF colour = 0;
+  {
+    Database data;
     DocumentError error;
-    m_file = DocumentFile::Open(TheFile(), m_doc.GetDatabase(), error);
-    m_doc.GetDatabase().SetStore(m_file.get());
-    m_doc.GetDatabase().SetListener(this);
-    m_bar.SetDocument(&m_doc);
-    m_bar.Create(nullptr, 0, {0, 0, 400, 800});
-    m_bar.CreateTreeItems(kModelTree, &m_factory, 1);
-    m_toolkit.Pump();
-  }
-  ~OpenDocument() {
-    m_bar.DestroyTreeItems();
-    m_doc.GetDatabase().SetStore(nullptr);
-    m_doc.GetDatabase().SetListener(nullptr);
-  }
-  OpenDocument(const OpenDocument&) = delete;
-  OpenDocument& operator=(const OpenDocument&) = delete;
-  void ChangeParts(int count) {
-    CTransaction transaction(&m_doc.GetDatabase());
-    transaction.Begin(L"many");
-    GeomPool& parts = m_doc.GetDatabase().GetGeomPool();
-    for (int i = 1; i <= count; ++i) {
-      tagTGeom part = *parts.GetAtNU(parts.ItrOfNumber(i));
-      part.colour ^= 0xFF;
-      part.name += L"'";
-      parts.Change(parts.ItrOfNumber(i), part);
+    const auto file = DocumentFile::Open(TheFile(), data, error);
+    data.SetStore(file.get());
+    GeomPool& parts = data.GetGeomPool();
+    const iterator itr = parts.ItrOfNumber(number);
+    for (auto _ : state) {
+      CTransaction transaction(&data);
+      transaction.Begin(L"one");
+      tagTGeom part = *parts.GetAtNU(itr);
+      part.colour = ++colour;
+      parts.Change(itr, part);
+      transaction.Commit(1);
     }
-    transaction.Commit(1);
+    data.SetStore(nullptr);
   }
+  Prove(state, colour != 0 && InFile(number).colour == colour, "the change is not in the file");
+}
+BENCHMARK(DocumentKeepOne)->Unit(benchmark::kMillisecond)->UseRealTime();
 
-  HeadlessToolkit m_toolkit;
-  WorkDocument m_doc;
-  TreeFactory m_factory;
-  CWorksTreeBar m_bar;
-  std::unique_ptr<DocumentFile> m_file;
-
- private:
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override { m_bar.UpdateDB(&m_doc, HintOf(record)); }
-};
-
+/// Undo and redo of an act on 100,000 parts: kept in the file, announced, rows followed.
 void DocumentUndoManyParts(benchmark::State& state) {
-  constexpr int kParts = 100'000;
-  OpenDocument open;
-  open.ChangeParts(kParts);
-  bool undo = true;
-  for (auto _ : state) {
-    benchmark::DoNotOptimize(undo ? open.m_doc.GetDatabase().Undo() : open.m_doc.GetDatabase().Redo());
-    open.m_toolkit.Pump();
-    undo = !undo;
+  const int changed = kRecords / 10;
+  CString name;
+  {
+    OpenDocument open;
+    Database& data = open.model.Data();
+    GeomPool& parts = data.GetGeomPool();
+    open.model.Act([&] {
+      for (int i = 1; i <= changed; ++i) {
+        tagTGeom part = *parts.GetAtNU(parts.ItrOfNumber(i));
+        part.colour ^= 0xFF;
+        part.name += L"'";
+        parts.Change(parts.ItrOfNumber(i), part);
+      }
+    });
+    const auto names = [&](int i) { return parts.GetAtNU(parts.ItrOfNumber(i))->name; };
+    name = names(changed);
+    bool undo = true;
+    bool right = true;
+    for (auto _ : state) {
+      right = (undo ? data.Undo() : data.Redo()) != 0 && right;
+      open.model.Settle();
+      right = right && names(changed).ends_with(L"'") != undo;
+      undo = !undo;
+    }
+    for (int i = 1; i <= changed; ++i) {
+      const CQDTreeItem* node = open.model.Tree().FindGeomNode(parts.ItrOfNumber(i));
+      right = right && node->GetTitle() == names(i) && names(i).ends_with(L"'") == undo;
+    }
+    Prove(state, right, "the parts have not got their former names");
+    name = names(changed);
   }
+  Prove(state, InFile(changed).name == name, "the names are not in the file");
 }
 BENCHMARK(DocumentUndoManyParts)->Unit(benchmark::kMillisecond)->UseRealTime();
-
-BENCHMARK(DocumentKeepOne)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
 }  // namespace qd::workbench

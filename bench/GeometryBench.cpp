@@ -1,79 +1,72 @@
-// Commands of the geometry trees on a model of 100,000 parts in 1,000 sets, on the headless toolkit.
+// Commands of the geometry trees on a model of 100,000 parts in 1,000 sets, in both works trees.
 
 #include <benchmark/benchmark.h>
 
-#include <memory>
+#include <algorithm>
 #include <string>
 
-#include "host/CTransaction.h"
-#include "platform/headless/HeadlessToolkit.h"
+#include "bench/OpenModel.h"
+#include "bench/Proof.h"
 #include "qd_wrt/core/CommandNumbers.h"
-#include "qd_wrt/panel/CWorksTreeBar.h"
-#include "workbench/display/WorkDocument.h"
-#include "workbench/tree/DocumentNode.h"
+#include "qd_wrt/geometry/CQDTreeItemGeom.h"
+#include "qd_wrt/geometry/CQDTreeItemTopo.h"
 
 namespace qd::workbench {
 namespace {
 
-constexpr int kParts = 100'000;
+using bench::Prove;
+
+const int kParts = bench::RowsOf(100'000);
 constexpr int kSets = 1'000;
 
-class Model final : private IDatabaseListener {
+class Model final : public bench::OpenModel {
  public:
-  Model() {
-    CTransaction transaction(&m_doc.GetDatabase());
-    transaction.Begin(L"fill");
-    std::vector<iterator> sets;
-    for (int i = 0; i < kSets; ++i) {
-      tagTGset set;
-      set.name = L"Set " + std::to_wstring(i);
-      sets.push_back(m_doc.GetDatabase().GetGsetPool().Add(set));
-    }
-    for (int i = 0; i < kParts; ++i) AddPart(sets[static_cast<std::size_t>(i % kSets)]);
-    transaction.Commit(1);
-    for (CWorksTreeBar* bar : {&m_parts, &m_sets}) {
-      bar->SetDocument(&m_doc);
-      bar->Create(nullptr, 0, {0, 0, 400, 800});
-    }
-    m_parts.CreateTreeItems(kModelTree, &m_factory, 1);
-    m_sets.CreateTreeItems(kGeometrySetTree, &m_factory, 0);
-    m_doc.GetDatabase().SetListener(this);
-    Root(m_parts).Expand(1);
-    m_toolkit.Pump();
+  Model() : OpenModel(&Model::Fill, {kModelTree, kGeometrySetTree}) {
+    Root(0).Expand(1);
+    Settle();
+    m_parts = Data().GetGeomPool().GetItrList();
   }
-  iterator AddPart(iterator set) {
-    GeomPool& pool = m_doc.GetDatabase().GetGeomPool();
+  static iterator AddPart(Database& data, iterator set) {
+    GeomPool& pool = data.GetGeomPool();
     tagTGeom record;
     record.name = L"Part " + std::to_wstring(pool.NextNumber());
-    record.cadItem = pool.NextNumber();
     record.gset = set;
     record.kind = static_cast<TopologyKind>(pool.NextNumber() % 5);
     return pool.Add(std::move(record));
   }
-  static CQDTreeItem& Root(CWorksTreeBar& bar) { return *bar.GetTreeCtrl().GetQDRootItem()->GetChild(0); }
-  CQDTreeListCtrl& Tree(int tree) { return (tree == 0 ? m_parts : m_sets).GetTreeCtrl(); }
-  /// Selects the root of a branch and runs one of its commands, rows of the other tree included.
-  void Command(int tree, unsigned command) {
-    Root(tree == 0 ? m_parts : m_sets).OnMenuEvent(command);
-    TArray<iterator> changed;
-    for (const int item : m_doc.GetDisplay().TakeChangedItems()) {
-      changed.push_back(m_doc.GetDatabase().GetGeomPool().ItrOfNumber(item));
-    }
-    for (CWorksTreeBar* bar : {&m_parts, &m_sets}) bar->GetTreeCtrl().RefreshRows(changed);
-    m_toolkit.Pump();
+  const std::vector<iterator>& Parts() const { return m_parts; }
+  CQDTreeListCtrl& TreeAt(std::int64_t tree) { return Tree(tree == 0 ? kModelTree : kGeometrySetTree); }
+  /// The branch of parts in the model tree (0), or of sets in the other one.
+  CQDTreeItem& Root(std::int64_t tree) {
+    if (tree == 0) return bench::BranchOf<CQDTreeItemGeom>(TreeAt(tree));
+    return bench::BranchOf<CQDTreeItemTopo>(TreeAt(tree));
   }
-
-  HeadlessToolkit m_toolkit;
-  WorkDocument m_doc;
-  TreeFactory m_factory;
-  CWorksTreeBar m_parts;
-  CWorksTreeBar m_sets;
+  /// Runs a command of a branch and lets all rows follow.
+  void Command(std::int64_t tree, unsigned command) {
+    Root(tree).OnMenuEvent(command);
+    Settle();
+  }
+  bool IsShown(iterator part) { return Display().GetCadItem(Data().GetGeomPool().GetAtNU(part)->cadItem).shown; }
+  /// Whether all parts are shown, or hidden, and the boxes of both trees say so.
+  bool AllAre(bool shown) {
+    return std::all_of(m_parts.begin(), m_parts.end(), [this, shown](iterator part) {
+      const auto box = [&](long tree) { return Tree(tree).FindGeomNode(part)->GetCheckStatus() == kChecked; };
+      return IsShown(part) == shown && box(kModelTree) == shown && box(kGeometrySetTree) == shown;
+    });
+  }
 
  private:
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override {
-    m_parts.UpdateDB(&m_doc, HintOf(record));
-    m_sets.UpdateDB(&m_doc, HintOf(record));
+  static void Fill(Database& data) {
+    std::vector<iterator> sets;
+    for (int i = 0; i < kSets; ++i) {
+      tagTGset set;
+      set.name = L"Set " + std::to_wstring(i);
+      sets.push_back(data.GetGsetPool().Add(set));
+    }
+    for (int i = 0; i < kParts; ++i) AddPart(data, sets[static_cast<std::size_t>(i % kSets)]);
   }
+
+  std::vector<iterator> m_parts;
 };
 
 Model& TheModel() {
@@ -84,10 +77,18 @@ Model& TheModel() {
 /// Two commands that undo each other, in the model tree (0) or the set tree (1).
 void BM_Visibility(benchmark::State& state) {
   Model& model = TheModel();
+  model.Command(0, kCommandShowAll);
+  std::size_t hidden = 0;
   for (auto _ : state) {
-    model.Command(static_cast<int>(state.range(0)), static_cast<unsigned>(state.range(1)));
-    model.Command(static_cast<int>(state.range(0)), static_cast<unsigned>(state.range(2)));
+    model.Command(state.range(0), static_cast<unsigned>(state.range(1)));
+    hidden += model.IsShown(model.Parts().back()) ? 0 : 1;
+    model.Command(state.range(0), static_cast<unsigned>(state.range(2)));
   }
+  bool right = hidden == bench::Rounds(state) && model.AllAre(true);
+  model.Command(state.range(0), static_cast<unsigned>(state.range(1)));
+  right = right && model.AllAre(false);
+  model.Command(0, kCommandShowAll);
+  Prove(state, right, "the parts were not hidden and shown");
 }
 BENCHMARK(BM_Visibility)
     ->ArgNames({"tree", "command", "and"})
@@ -99,37 +100,63 @@ BENCHMARK(BM_Visibility)
 
 void BM_ShowOnlyOnePart(benchmark::State& state) {
   Model& model = TheModel();
-  model.Tree(0).ResetSelection(1);
+  model.Tree().ResetSelection(1);
   model.Command(0, kCommandShowAll);
-  const iterator part = model.m_doc.GetDatabase().GetGeomPool().GetItrList().front();
+  const iterator part = model.Parts().front();
+  std::size_t alone = 0;
   for (auto _ : state) {
-    model.Tree(0).SetSelection(1, {part});
-    model.Tree(0).OnMenuEvent(kCommandShowOnly);
+    model.Tree().SetSelection(1, {part});
+    model.Tree().OnMenuEvent(kCommandShowOnly);
     state.PauseTiming();
+    alone +=
+        model.IsShown(part) && model.Display().HiddenNow().hiddenParts.size() == model.Parts().size() - 1 ? 1 : 0;
     model.Command(0, kCommandShowAll);
     state.ResumeTiming();
   }
+  Prove(state, alone == bench::Rounds(state), "the part was not shown alone");
 }
 BENCHMARK(BM_ShowOnlyOnePart)->Unit(benchmark::kMillisecond);
 
 void BM_RandomColours(benchmark::State& state) {
   Model& model = TheModel();
-  model.Tree(0).ResetSelection(1);  // all parts
+  model.Tree().ResetSelection(1);  // all parts
+  GeomPool& pool = model.Data().GetGeomPool();
+  constexpr COLORREF kDull = Rgb(1, 2, 3);
+  model.Act([&] {
+    for (const iterator part : model.Parts()) {
+      tagTGeom record = *pool.GetAtNU(part);
+      record.colour = kDull;
+      pool.Change(part, std::move(record));
+    }
+  });
   for (auto _ : state) model.Command(0, kCommandRandomColour);
+  Prove(state,
+        std::all_of(model.Parts().begin(), model.Parts().end(),
+                    [&](iterator part) {
+                      const HTREEITEM row = model.Tree().FindGeomNode(part)->GetTreeItemHandle();
+                      const COLORREF colour = pool.GetAtNU(part)->colour;
+                      return colour != kDull && model.Tree().GetRecord(row)->GetColor() == colour;
+                    }),
+        "the parts have not got other colours");
 }
 BENCHMARK(BM_RandomColours)->Unit(benchmark::kMillisecond);
 
 void BM_OpenTheMenuWithEverythingSelected(benchmark::State& state) {
   Model& model = TheModel();
-  CQDTreeListCtrl& tree = model.Tree(static_cast<int>(state.range(0)));
-  CQDTreeItem& root = *tree.GetQDRootItem()->GetChild(0);
+  CQDTreeListCtrl& tree = model.TreeAt(state.range(0));
+  CQDTreeItem& root = model.Root(state.range(0));
   root.Expand(1);
-  tree.SelectAll(1);
-  // The root's own menu is for it alone; the first part or set asks for the menu of all.
-  tree.SetItemState(tree.GetQDRootItem()->GetTreeItemHandle(), 0, kRowSelected);
-  tree.SetItemState(root.GetTreeItemHandle(), 0, kRowSelected);
+  tree.ResetSelection(1);
+  // The menus of branches are for them alone; the first part or set asks for the menu of all.
+  tree.SelectChildren(root.GetTreeItemHandle(), 1, 0);
+  const int selected = tree.GetSelectedCount();
+  const std::size_t shown = model.GetScreen().MenusShown();
   for (auto _ : state) tree.ShowContextMenu({0, 0});
-  state.counters["selected"] = tree.GetSelectedCount();
+  Prove(state,
+        selected == root.GetChildCount() && selected >= std::min(kParts, kSets) &&
+            model.GetScreen().MenusShown() == shown + bench::Rounds(state),
+        "the menu was not opened, or not for all");
+  state.SetLabel(std::to_string(selected) + " selected");
   tree.ResetSelection(1);
 }
 BENCHMARK(BM_OpenTheMenuWithEverythingSelected)->ArgName("tree")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
@@ -137,31 +164,34 @@ BENCHMARK(BM_OpenTheMenuWithEverythingSelected)->ArgName("tree")->Arg(0)->Arg(1)
 /// One part comes and goes, in both trees.
 void BM_AddAndDeleteOnePart(benchmark::State& state) {
   Model& model = TheModel();
-  Database& database = model.m_doc.GetDatabase();
-  const iterator set = database.GetGsetPool().GetItrList().front();
+  const iterator set = model.Data().GetGsetPool().GetItrList().front();
+  const std::size_t rows = model.TreeAt(0).RowCount() + model.TreeAt(1).RowCount();
+  std::size_t came = 0;
   for (auto _ : state) {
-    CTransaction transaction(&database);
-    transaction.Begin(L"add");
-    const iterator part = model.AddPart(set);
-    transaction.Commit(1);
-    database.GetGeomPool().TR_Del({part});
+    iterator part = 0;
+    model.Act([&] { part = Model::AddPart(model.Data(), set); });
+    came += model.TreeAt(0).FindGeomNode(part) != nullptr && model.TreeAt(1).FindGeomNode(part) != nullptr ? 1 : 0;
+    model.Data().GetGeomPool().TR_Del({part});
   }
+  Prove(state, came == bench::Rounds(state) && model.TreeAt(0).RowCount() + model.TreeAt(1).RowCount() == rows,
+        "a part has not come, or not gone");
 }
-BENCHMARK(BM_AddAndDeleteOnePart)->Unit(benchmark::kMicrosecond)->Iterations(2000);
+BENCHMARK(BM_AddAndDeleteOnePart)->Unit(benchmark::kMicrosecond)->Iterations(bench::RowsOf(2000));
 
 /// All parts of one set move to another and back.
 void BM_MoveASet(benchmark::State& state) {
   Model& model = TheModel();
-  Database& database = model.m_doc.GetDatabase();
-  const std::vector<iterator> sets = database.GetGsetPool().GetItrList();
-  const std::vector<iterator> parts = database.GetGeomPool().PartsOf(sets[7]);
+  const std::vector<iterator> sets = model.Data().GetGsetPool().GetItrList();
+  GeomPool& pool = model.Data().GetGeomPool();
+  const std::vector<iterator> parts = pool.PartsOf(sets[7]);
+  std::size_t moved = 0;
   for (auto _ : state) {
-    CTransaction transaction(&database);
-    transaction.Begin(L"move");
-    database.GetGeomPool().Private_ApplyGset(parts, sets[8]);
-    transaction.Commit(1);
-    database.Undo();
+    model.Act([&] { pool.Private_ApplyGset(parts, sets[8]); });
+    moved += pool.GetAtNU(parts.front())->gset == sets[8] ? 1 : 0;
+    model.Data().Undo();
   }
+  Prove(state, !parts.empty() && moved == bench::Rounds(state) && pool.PartsOf(sets[7]) == parts,
+        "the parts were not moved and brought back");
 }
 BENCHMARK(BM_MoveASet)->Unit(benchmark::kMicrosecond);
 

@@ -1,5 +1,6 @@
-#include <benchmark/benchmark.h>
 #include <malloc.h>
+
+#include <algorithm>
 
 #include "bench/Screen.h"
 #include "platform/headless/HeadlessToolkit.h"
@@ -19,13 +20,18 @@ void Screen::Settle() {
   m_parts->toolkit.Pump();
 }
 
-void Screen::Paint(CWnd& window) {
-  benchmark::DoNotOptimize(m_parts->toolkit.Paint(window));
+bool Screen::Paint(CWnd& window) {
+  const std::vector<std::string> calls = m_parts->toolkit.Paint(window);
+  return std::any_of(calls.begin(), calls.end(), [](const std::string& call) { return call.starts_with("text"); });
 }
 
 void Screen::Type(CWnd& window, const CString& text) {
   m_parts->toolkit.Type(window, text);
   Settle();
+}
+
+std::size_t Screen::MenusShown() const {
+  return m_parts->toolkit.ShownMenus().size();
 }
 
 std::size_t HeapInUse() {

@@ -39,10 +39,13 @@ void Screen::Settle() {
   }
 }
 
-void Screen::Paint(CWnd& window) {
+bool Screen::Paint(CWnd& window) {
+  const auto handle = static_cast<HWND>(m_parts->toolkit->HandleOf(window));
   window.Invalidate();
+  const bool asked = GetUpdateRect(handle, nullptr, FALSE) != 0;
   window.GetPeer()->PaintNow();
   GdiFlush();
+  return asked && GetUpdateRect(handle, nullptr, FALSE) == 0;
 }
 
 void Screen::Type(CWnd& window, const CString& text) {
@@ -50,6 +53,10 @@ void Screen::Type(CWnd& window, const CString& text) {
     SendMessageW(static_cast<HWND>(m_parts->toolkit->HandleOf(window)), WM_CHAR, unit, 0);
   }
   Settle();
+}
+
+std::size_t Screen::MenusShown() const {
+  return 0;
 }
 
 std::size_t HeapInUse() {

@@ -19,10 +19,12 @@ class Screen {
   void Show(CWnd& pane);
   /// Handles everything that is queued.
   void Settle();
-  /// Paints a whole window now.
-  void Paint(CWnd& window);
+  /// Paints a whole window now. Returns whether it drew texts, as far as that can be told.
+  bool Paint(CWnd& window);
   /// Types characters into a window and handles them.
   void Type(CWnd& window, const CString& text);
+  /// Pop-up menus shown so far; not known of the system's own ones.
+  std::size_t MenusShown() const;
 
  private:
   struct Parts;
