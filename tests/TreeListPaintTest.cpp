@@ -117,7 +117,7 @@ TEST_F(TreeList, DraggingAnEdgeResizesAColumnAndEscapeTakesItBack) {
   EXPECT_EQ(m_tree.GetColumnWidth(0), 200);
   header.SetItemSort(0, 1);
   const auto calls = m_toolkit.Paint(header);
-  EXPECT_EQ(std::count(calls.begin(), calls.end(), "polygon 3 #000000"), 1);
+  EXPECT_EQ(std::count(calls.begin(), calls.end(), "polygon 185,14 195,14 190,6 #000000"), 1);
   EXPECT_TRUE(
       std::any_of(calls.begin(), calls.end(), [](const auto& call) { return call.ends_with("'Colour'"); }));
 }

@@ -40,7 +40,11 @@ void HeadlessPainter::FocusRect(const CRect& area) {
 }
 
 void HeadlessPainter::Polygon(std::span<const CPoint> points, COLORREF colour) {
-  m_calls.push_back("polygon " + std::to_string(points.size()) + " " + Hex(colour));
+  std::string corners;
+  for (const CPoint& point : points) {
+    corners += " " + std::to_string(point.x + m_origin) + "," + std::to_string(point.y);
+  }
+  m_calls.push_back("polygon" + corners + " " + Hex(colour));
 }
 
 void HeadlessPainter::Text(const CRect& area, std::wstring_view text, const Font& font, COLORREF colour,

@@ -25,7 +25,7 @@ class HeadlessPeer final : public IPeer, private ITextBox {
     const bool resized = area.Width() != m_area.Width() || area.Height() != m_area.Height();
     m_area = area;
     if (resized) m_owner.Dispatch({.kind = MessageKind::Size, .target = &m_owner});
-    Invalidate(area);
+    Invalidate(ClientRect());
   }
   CRect ClientRect() const override {
     const bool bar = m_kind == PeerKind::SurfaceVScroll && m_scroll.maximum > 0;
@@ -34,9 +34,17 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   }
   void Show(bool) override {}
   void Enable(bool) override {}
-  void Invalidate(const CRect&) override {
+  void Invalidate(const CRect& area) override {
     auto& dirty = m_toolkit.m_dirty;
-    if (std::find(dirty.begin(), dirty.end(), &m_owner) == dirty.end()) dirty.push_back(&m_owner);
+    const auto found =
+        std::find_if(dirty.begin(), dirty.end(), [this](const auto& entry) { return entry.first == &m_owner; });
+    if (found == dirty.end()) {
+      dirty.emplace_back(&m_owner, area);
+      return;
+    }
+    CRect& all = found->second;
+    all = {std::min(all.left, area.left), std::min(all.top, area.top), std::max(all.right, area.right),
+           std::max(all.bottom, area.bottom)};
   }
   void PaintNow() override { m_toolkit.PaintDirty(); }
   CPoint ToScreen(CPoint point) const override {
@@ -67,12 +75,14 @@ class HeadlessPeer final : public IPeer, private ITextBox {
     m_scroll = state;
     if (resizes) m_owner.Dispatch({.kind = MessageKind::Size, .target = &m_owner});
   }
-  void SetCursor(CursorShape) override {}
-  void SetCursor(const Picture&) override {}
-  void AnnounceFocus(std::uint64_t) override {}
+  void SetCursor(CursorShape shape) override { m_pointer = shape == CursorShape::Arrow ? "arrow" : "resize"; }
+  void SetCursor(const Picture&) override { m_pointer = "picture"; }
+  void AnnounceFocus(std::uint64_t row) override { m_toolkit.m_announced.push_back(row); }
   ITextBox* TextBox() override { return IsText() ? this : nullptr; }
   void ShowTip(CPoint, const CString& text, COLORREF, COLORREF) override { m_toolkit.m_tip = text; }
 
+  const ScrollState& Scroll() const { return m_scroll; }
+  const std::string& Pointer() const { return m_pointer; }
   bool IsText() const { return m_kind == PeerKind::Edit || m_kind == PeerKind::DropDownList; }
   /// The key that is on its way to the box; it is handled at most once.
   void BeginKey(const Message& key) { m_key = &key; }
@@ -107,6 +117,7 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   HeadlessPeer* m_parent;
   CRect m_area;
   ScrollState m_scroll;
+  std::string m_pointer = "arrow";
 };
 
 std::unique_ptr<IPeer> HeadlessToolkit::MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) {
@@ -201,10 +212,14 @@ void HeadlessToolkit::TypeInto(CWnd& window, const Message& message) {
 }
 
 void HeadlessToolkit::PaintDirty() {
-  for (CWnd* window : std::exchange(m_dirty, {})) {
+  for (const auto& [window, area] : std::exchange(m_dirty, {})) {
     if (!IsAlive(window)) continue;
     ++m_paints;
-    Paint(*window);
+    if (m_screen) {
+      m_screen(*window, area);
+    } else {
+      Paint(*window);
+    }
   }
 }
 
@@ -219,13 +234,29 @@ int HeadlessToolkit::TakePaintCount() {
   return std::exchange(m_paints, 0);
 }
 
+std::map<unsigned, unsigned> HeadlessToolkit::TimersOf(const CWnd& window) const {
+  std::map<unsigned, unsigned> timers;
+  for (const Timer& timer : m_timers) {
+    if (timer.owner == &window) timers.emplace(timer.id, timer.period);
+  }
+  return timers;
+}
+
+ScrollState HeadlessToolkit::ScrollOf(const CWnd& window) const {
+  return IsAlive(&window) ? static_cast<const HeadlessPeer*>(window.GetPeer())->Scroll() : ScrollState{};
+}
+
+std::string HeadlessToolkit::PointerOf(const CWnd& window) const {
+  return IsAlive(&window) ? static_cast<const HeadlessPeer*>(window.GetPeer())->Pointer() : "";
+}
+
 bool HeadlessToolkit::IsAlive(const CWnd* window) const {
   return std::find(m_windows.begin(), m_windows.end(), window) != m_windows.end();
 }
 
 void HeadlessToolkit::Forget(CWnd* window) {
   std::erase(m_windows, window);
-  std::erase(m_dirty, window);
+  std::erase_if(m_dirty, [window](const auto& entry) { return entry.first == window; });
   std::erase_if(m_timers, [window](const Timer& timer) { return timer.owner == window; });
   std::erase_if(m_queue, [window](const Message& message) { return message.target == window; });
   if (m_focus == window) m_focus = nullptr;

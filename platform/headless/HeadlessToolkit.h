@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <functional>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
@@ -61,9 +62,20 @@ class HeadlessToolkit final : public IToolkit {
   std::vector<std::string> Paint(CWnd& window);
   /// Paint requests handled by Pump since the last call.
   int TakePaintCount();
+  /// Lets Pump paint what windows ask for: gets the window and the smallest rectangle round all that needs it.
+  void SetScreen(std::function<void(CWnd&, const CRect&)> screen) { m_screen = std::move(screen); }
   /// The tool tip on show, empty when there is none.
   const CString& Tip() const { return m_tip; }
   CWnd* FocusWindow() const { return m_focus; }
+  /// The timers of a window that run: number and period.
+  std::map<unsigned, unsigned> TimersOf(const CWnd& window) const;
+  /// What the window's scroll bar, or the bar that it is, shows.
+  ScrollState ScrollOf(const CWnd& window) const;
+  /// The pointer over a window: "arrow", "resize" or "picture".
+  std::string PointerOf(const CWnd& window) const;
+  bool IsWaitCursor() const { return m_waits > 0; }
+  /// The rows that windows announced to screen readers since the last call.
+  std::vector<std::uint64_t> TakeAnnounced() { return std::exchange(m_announced, {}); }
 
   // ---- toolkit ------------------------------------------------------------------------------------------
   std::unique_ptr<IPeer> MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) override;
@@ -72,7 +84,7 @@ class HeadlessToolkit final : public IToolkit {
   int FontHeight(const Font&) const override { return kFontHeight; }
   void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const override;
   CPoint CursorPosition() const override { return m_cursor; }
-  void SetWaitCursor(bool) override {}
+  void SetWaitCursor(bool on) override { m_waits += on ? 1 : -1; }
   CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
   unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
   std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) override;
@@ -97,7 +109,8 @@ class HeadlessToolkit final : public IToolkit {
 
   std::deque<Message> m_queue;
   std::vector<CWnd*> m_windows;
-  std::vector<CWnd*> m_dirty;
+  std::vector<std::pair<CWnd*, CRect>> m_dirty;
+  std::function<void(CWnd&, const CRect&)> m_screen;
   std::vector<Timer> m_timers;
   std::vector<unsigned> m_menuAnswers;
   std::vector<std::string> m_menus;
@@ -108,6 +121,8 @@ class HeadlessToolkit final : public IToolkit {
   std::vector<std::string> m_dialogs;
   unsigned long m_now = 0;
   int m_paints = 0;
+  int m_waits = 0;
+  std::vector<std::uint64_t> m_announced;
   CPoint m_cursor;
   CWnd* m_focus = nullptr;
   CString m_tip;

@@ -323,17 +323,14 @@ void CTreeCtrl::SetBkColor(COLORREF colour) {
   Invalidate();
 }
 
-void CTreeCtrl::PaintTree(CDC& dc) {
+void CTreeCtrl::PaintTree(CDC& dc, int right) {
   m_changedLines = 0;
   const CRect clip = dc.GetClipBox();
-  const CRect client = GetClientRect();
-  dc.FillSolidRect(client, m_background);
   const int height = GetItemHeight();
   const int firstLine = std::max(clip.top, 0) / height;
   HTREEITEM row = m_rows.RowAt(TopPosition() + static_cast<std::size_t>(firstLine));
   for (int top = firstLine * height; row && top < clip.bottom; top += height, row = m_rows.NextVisible(row)) {
-    const CRect line{0, top, client.right, top + height};
-    PaintLines(dc, row, line, client.right);
+    PaintLines(dc, row, {0, top, right, top + height});
     int left = ContentLeft(m_rows.Level(row));
     const int pictureTop = top + (height - kPicture) / 2;
     const auto place = [&](const CImageList* list, int index) {
@@ -347,13 +344,13 @@ void CTreeCtrl::PaintTree(CDC& dc) {
   }
 }
 
-void CTreeCtrl::PaintLines(CDC& dc, HTREEITEM row, const CRect& line, int right) const {
+void CTreeCtrl::PaintLines(CDC& dc, HTREEITEM row, const CRect& line) const {
   const COLORREF lineColour = IToolkit::Instance().GetColour(SystemColour::Shadow);
   const COLORREF signColour = IToolkit::Instance().GetColour(SystemColour::WindowText);
   const int middle = line.top + line.Height() / 2;
   const int level = m_rows.Level(row);
   const int centre = ContentLeft(level) - kIndent + kIndent / 2;
-  if (centre < right) {
+  if (centre < line.right) {
     if (m_rows.PreviousSibling(row) || m_rows.Parent(row))
       dc.FillSolidRect({centre, line.top, centre + 1, middle}, lineColour);
     if (m_rows.NextSibling(row)) dc.FillSolidRect({centre, middle, centre + 1, line.bottom}, lineColour);
@@ -363,10 +360,11 @@ void CTreeCtrl::PaintLines(CDC& dc, HTREEITEM row, const CRect& line, int right)
   int levels = 0;
   for (HTREEITEM above = m_rows.Parent(row); above && levels < kMaximumLineLevels; above = m_rows.Parent(above)) {
     const int x = ContentLeft(m_rows.Level(above)) - kIndent + kIndent / 2;
-    if (x < right && m_rows.NextSibling(above)) dc.FillSolidRect({x, line.top, x + 1, line.bottom}, lineColour);
+    if (x < line.right && m_rows.NextSibling(above))
+      dc.FillSolidRect({x, line.top, x + 1, line.bottom}, lineColour);
     ++levels;
   }
-  if (!ItemHasChildren(row) || centre >= right) return;
+  if (!ItemHasChildren(row) || centre >= line.right) return;
   const CRect box{centre - kButton / 2, middle - kButton / 2, centre + kButton / 2 + 1, middle + kButton / 2 + 1};
   dc.FillSolidRect(box, m_background);
   dc.FrameRect(box, lineColour);

@@ -109,8 +109,9 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   void SetRowState(HTREEITEM row, unsigned state, unsigned mask);
   void InvalidateRow(HTREEITEM row);
 
-  /// Paints the tree part of the exposed rows: background, lines, buttons, state images, icons.
-  void PaintTree(CDC& dc);
+  /// Paints the tree part of the exposed rows up to `right`: lines, buttons, state images, icons. x counts from
+  /// the left edge of the content.
+  void PaintTree(CDC& dc, int right);
   /// Moves the caret as a tree does that selects one row: Up, Down, Home, End, Page Up and Down, Left, Right.
   /// Returns whether the key was one of them.
   bool MoveCaretByKey(int key);
@@ -138,7 +139,7 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   static constexpr unsigned kLayoutMessage = 0x7F00;
 
   void UpdateScroll();
-  void PaintLines(CDC& dc, HTREEITEM row, const CRect& line, int right) const;
+  void PaintLines(CDC& dc, HTREEITEM row, const CRect& line) const;
 
   RowTree m_rows;
   HTREEITEM m_caret;

@@ -105,7 +105,7 @@ void CQDTreeListCtrl::DragTo(CPoint point) {
 }
 
 void CQDTreeListCtrl::OnTimer(unsigned id) {
-  if (!m_dragging) return CTreeListCtrl::OnTimer(id);
+  if (!m_dragging || id < kScrollUpTimer) return CTreeListCtrl::OnTimer(id);
   const CPoint point = ScreenToClient(IToolkit::Instance().CursorPosition());
   if (id == kScrollUpTimer || id == kScrollDownTimer) {
     ScrollBy(id == kScrollUpTimer ? -1 : 1);

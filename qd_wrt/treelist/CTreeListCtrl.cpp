@@ -120,9 +120,15 @@ void CTreeListCtrl::ResetVertScrollBar() {
 
 HTREEITEM CTreeListCtrl::Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent,
                                 HTREEITEM insertAfter) {
+  const HTREEITEM row = InsertCopy(record, image, selectedImage, 0, parent, insertAfter);
+  CountInserted(row);
+  return row;
+}
+
+void CTreeListCtrl::CountInserted(HTREEITEM row) {
+  if (!row) return;
   ++m_itemCount;
   ResetVertScrollBar();
-  return InsertCopy(record, image, selectedImage, 0, parent, insertAfter);
 }
 
 HTREEITEM CTreeListCtrl::InsertCopy(const CTLItem& record, int image, int selectedImage, unsigned state,
@@ -159,9 +165,8 @@ HTREEITEM CTreeListCtrl::InsertItem(unsigned mask, const CString& text, int imag
     row = InsertItem(text, image, selectedImage, editable, combo, parent, insertAfter);
     SetItemData(row, data);
   } else {
-    ++m_itemCount;
-    ResetVertScrollBar();
     row = InsertRow(parent, insertAfter, image, selectedImage, 0);
+    CountInserted(row);
   }
   if (row && (mask & kAttributeState) != 0) Rows().SetState(row, state, stateMask);
   return row;
@@ -257,7 +262,9 @@ void CTreeListCtrl::SetCombo(HTREEITEM row, int flag) {
 }
 
 void CTreeListCtrl::SetChecked(HTREEITEM row, int state) {
-  if (IsLive(row)) SetRowState(row, static_cast<unsigned>(state) << 12U, kRowStateImage);
+  if (!IsLive(row)) return;
+  SetRowState(row, static_cast<unsigned>(state) << 12U, kRowStateImage);
+  PlaceEditors();  // a title stands farther right behind a check image
 }
 
 int CTreeListCtrl::WhichCheck(HTREEITEM row) const {

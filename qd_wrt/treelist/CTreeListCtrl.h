@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <list>
 #include <memory>
@@ -225,6 +224,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void OnChar(int character) override;
   void OnMouseMove(unsigned flags, CPoint point) override;
   void OnMouseLeave() override;
+  void OnTimer(unsigned id) override;
   void OnLayout() override;
   void OnViewMoved() override;
 
@@ -259,9 +259,11 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
     BandSelection selection;
   };
   static constexpr unsigned kFreeBoxesMessage = 0x7F02;
+  static constexpr unsigned kTypingTimer = 2;
 
   CTLItem* Record(HTREEITEM row);
   HTREEITEM Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent, HTREEITEM insertAfter);
+  void CountInserted(HTREEITEM row);
   HTREEITEM InsertCopy(const CTLItem& record, int image, int selectedImage, unsigned state, HTREEITEM parent,
                        HTREEITEM insertAfter);
   void EraseWithRecords(HTREEITEM row);
@@ -314,7 +316,6 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   bool m_bandingHit = false;
   std::optional<Band> m_band;
   CString m_typed;  // type-ahead so far
-  std::chrono::steady_clock::time_point m_lastTyped;
   AccessibleTreeList m_accessible{*this};
   std::unique_ptr<CTreeListEditBox> m_edit;
   std::unique_ptr<CTreeListComboBox> m_combo;

@@ -11,6 +11,7 @@ namespace {
 
 constexpr int kEditorId = 1;
 constexpr int kLeastEditorWidth = 40;
+constexpr int kListInset = 2;
 constexpr int kStripTop = 2;
 constexpr int kStripBottom = 4;
 
@@ -40,10 +41,9 @@ void CTreeListCtrl::ShowEditComboBoxes(CPoint point) {
   if (record->IsEditable()) {
     OpenEdit(edited);
   } else if (record->HasCombo()) {
-    constexpr int kInset = 2;
     constexpr int kListHeight = 98;
     place.bottom = place.top + kListHeight;
-    place.top += kInset;
+    place.top += kListInset;
     m_combo = std::make_unique<CTreeListComboBox>(*this, EditedCell{edited, 0, record->GetItemText()});
     m_combo->Create(this, kEditorId, place);
   }
@@ -76,6 +76,7 @@ void CTreeListCtrl::PlaceEditors() {
   if (!row) return;
   CRect place;
   if (!GetEditorPlace(row, place)) return DeleteBoxes();
+  if (m_combo != nullptr) place.top += kListInset;
   CWnd& editor = m_edit != nullptr ? static_cast<CWnd&>(*m_edit) : *m_combo;
   const CRect& now = editor.GetPlace();
   editor.MoveWindow(

@@ -1,7 +1,5 @@
 // Keyboard of the tree-list control.
 
-#include <chrono>
-
 #include "qd_wrt/treelist/CTreeListCtrl.h"
 #include "qd_wrt/treelist/RowOrder.h"
 
@@ -43,18 +41,22 @@ void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
 // ---- type-ahead -----------------------------------------------------------------------------------------
 
 void CTreeListCtrl::OnChar(int character) {
-  using Clock = std::chrono::steady_clock;
-  constexpr auto kPause = std::chrono::milliseconds(1000);
+  constexpr unsigned kPause = 1000;
   constexpr int kFirstPrintable = 32;
-  if (character < kFirstPrintable) return;
-  const auto now = Clock::now();
-  if (now - m_lastTyped > kPause) m_typed.clear();
-  m_lastTyped = now;
+  if (character < kFirstPrintable || GetPeer() == nullptr) return;
+  GetPeer()->SetTimer(kTypingTimer, kPause);
   m_typed += static_cast<wchar_t>(character);
   // The same letter again and again walks through the rows that begin with it.
   const bool repeats = m_typed.find_first_not_of(m_typed.front()) == CString::npos;
   const HTREEITEM found = FindTitle(repeats ? m_typed.substr(0, 1) : m_typed, repeats);
   if (found) SelectAlone(found);
+}
+
+/// A pause ends the title that is being typed.
+void CTreeListCtrl::OnTimer(unsigned id) {
+  if (id != kTypingTimer) return CTreeCtrl::OnTimer(id);
+  GetPeer()->KillTimer(kTypingTimer);
+  m_typed.clear();
 }
 
 /// The next visible row, from the caret on and round the end, whose title begins with `beginning`; `behind` leaves

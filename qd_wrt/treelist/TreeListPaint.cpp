@@ -57,8 +57,9 @@ CRect CTreeListCtrl::BandOf(HTREEITEM row) const {
 void CTreeListCtrl::OnPaint(CDC& dc) {
   const CRect clip = dc.GetClipBox();
   const CRect client = GetClientRect();
+  dc.FillSolidRect(client, GetBkColor());
   dc.SetViewportOrg(m_offset);
-  PaintTree(dc);
+  PaintTree(dc, client.right - m_offset);
   // The tree part reaches across; everything right of column 0 is the texts'.
   const int firstWidth = GetColumnWidth(0);
   dc.FillSolidRect({firstWidth, 1, firstWidth + std::max(client.right, m_columnsWidth), 1 + client.bottom},
@@ -78,7 +79,8 @@ void CTreeListCtrl::PaintGridStrips(CDC& dc, const CRect& clip) {
   const int height = GetItemHeight();
   const int firstLine = std::max(clip.top, 0) / height;
   HTREEITEM row = Rows().RowAt(TopPosition() + static_cast<std::size_t>(firstLine));
-  for (int top = firstLine * height; row && top < clip.bottom; top += height, row = Rows().NextVisible(row)) {
+  // The line above a row stands on the last pixels of the row before it.
+  for (int top = firstLine * height; row && top <= clip.bottom; top += height, row = Rows().NextVisible(row)) {
     dc.FillSolidRect(BandOf(row), GetBkColor());
     if (m_gridLines) dc.HatchRect({0, top - 1, m_columnsWidth, top}, m_gridColour);
   }
