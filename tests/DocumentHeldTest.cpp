@@ -15,6 +15,7 @@
 
 #include "support/DocumentScript.h"
 #include "support/FaultyDisk.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
@@ -104,11 +105,12 @@ class HeldDocument : public ::testing::Test {
 std::string FaultElsewhere(const fs::path& path) {
   int ends[2];
   EXPECT_EQ(pipe(ends), 0);
+  const std::string writer = Program("qd_kill_writer");
   const pid_t child = fork();
   if (child == 0) {
     dup2(ends[1], STDERR_FILENO);
     dup2(ends[1], STDOUT_FILENO);
-    execl(QD_KILL_WRITER, QD_KILL_WRITER, path.c_str(), static_cast<char*>(nullptr));
+    execl(writer.c_str(), writer.c_str(), path.c_str(), static_cast<char*>(nullptr));
     _exit(127);
   }
   close(ends[1]);
@@ -322,7 +324,7 @@ TEST_F(HeldDocument, ALogIsUsedForItsOwnDocumentOnly) {
 
 TEST_F(HeldDocument, AWriteAheadLogOfAnEarlierVersionIsNotAppliedToALaterDocument) {
   const std::string made = Make(Path("a.qdw"), 5);
-  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1-killed.qdw-wal", Path("a.qdw-wal"));
+  fs::copy_file(SourceFolder() + "/tests/data/version1-killed.qdw-wal", Path("a.qdw-wal"));
   EXPECT_EQ(ContentsOf(Path("a.qdw")), made);
   EXPECT_FALSE(fs::exists(Path("a.qdw-wal")));
   EXPECT_EQ(Names().size(), 2U) << "set aside, not thrown away";
@@ -339,7 +341,7 @@ TEST_F(HeldDocument, FilesOfOtherProgramsAreNotTouched) {
 
 /// To look at a document, to close its window or to save it elsewhere is not to agree that it is changed.
 TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
-  const fs::path data = QD_SOURCE_FOLDER "/tests/data";
+  const fs::path data = SourceFolder() + "/tests/data";
   for (const char* name : {"version1.qdw", "version1-killed.qdw"}) {
     const fs::path path = Path(name);
     std::set<std::string> there{name};
@@ -383,7 +385,7 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
 }
 
 TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
-  const fs::path data = QD_SOURCE_FOLDER "/tests/data";
+  const fs::path data = SourceFolder() + "/tests/data";
   for (const char* name : {"version1.qdw", "version1-killed.qdw"}) {
     const fs::path path = Path(name);
     fs::copy_file(data / name, path);
@@ -409,7 +411,7 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
 
 /// What the log of a killed program says of the version counts, not what the file's head says without it.
 TEST_F(HeldDocument, ADocumentWhoseFirstActWasCutOffIsOfTheVersionThatItsLogLeadsTo) {
-  const fs::path data = QD_SOURCE_FOLDER "/tests/data";
+  const fs::path data = SourceFolder() + "/tests/data";
   int older = 0;
   int present = 0;
   for (int operation = 0;; ++operation) {
@@ -445,7 +447,7 @@ TEST_F(HeldDocument, ADocumentWhoseFirstActWasCutOffIsOfTheVersionThatItsLogLead
 
 TEST_F(HeldDocument, ADocumentThatALogHasBroughtForwardIsNotCalledEarlier) {
   const fs::path path = Path("a.qdw");
-  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", Path("b.qdw"));
+  fs::copy_file(SourceFolder() + "/tests/data/version1.qdw", Path("b.qdw"));
   {
     Connection file(Path("b.qdw").string(), Connection::Mode::Write);
     file.Allow(Connection::Scope::Make);
@@ -472,7 +474,7 @@ TEST_F(HeldDocument, ADocumentThatALogHasBroughtForwardIsNotCalledEarlier) {
 TEST_F(HeldDocument, WhyADocumentCannotBeBroughtForwardIsTold) {
   const fs::path path = Path("a.qdw");
   for (const std::string said : {"IDS_WB_DOC_TABLE", "IDS_WB_DOC_CHANGED"}) {
-    fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", path, fs::copy_options::overwrite_existing);
+    fs::copy_file(SourceFolder() + "/tests/data/version1.qdw", path, fs::copy_options::overwrite_existing);
     Document document(path);
     ASSERT_NE(document.file, nullptr);
     const auto time = fs::last_write_time(path);

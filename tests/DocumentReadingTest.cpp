@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "support/DocumentFolder.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "support/Unwritable.h"
 #include "workbench/store/CheckDocument.h"
@@ -42,7 +43,7 @@ class ReadDocument : public DocumentFolder {
   }
   /// What a killed program has left: a document of the first version, whose last acts stand in a log beside it.
   std::string MakeKilled(const std::string& path) {
-    const std::string killed = QD_SOURCE_FOLDER "/tests/data/version1-killed.qdw";
+    const std::string killed = SourceFolder() + "/tests/data/version1-killed.qdw";
     for (const std::string& to : {path, Path("other.qdw")}) {
       for (const char* suffix : {"", "-wal"}) fs::copy_file(killed + suffix, to + suffix);
     }
@@ -115,7 +116,7 @@ TEST_F(ReadDocument, ForViewingIsLeftAloneWithAllThatLiesBesideIt) {
 TEST_F(ReadDocument, ThatCannotEvenBeOpenedHasAReason) {
   Make(Path("a.qdw"));
   fs::create_hard_link(Path("a.qdw"), Path("b.qdw"));
-  fs::copy_file(QD_SOURCE_FOLDER "/tests/data/version1.qdw", Path("c.qdw"));
+  fs::copy_file(SourceFolder() + "/tests/data/version1.qdw", Path("c.qdw"));
   for (const char* name : {"a.qdw", "c.qdw"}) {
     const auto document = Open(Path(name), "no such file layer");
     EXPECT_EQ(document->file, nullptr);

@@ -1,5 +1,6 @@
 // The table of file formats.
 
+#include "support/Places.h"
 #include "workbench/exchange/formats/Format.h"
 
 #include <gtest/gtest.h>
@@ -15,7 +16,7 @@ using namespace workbench;
 
 TEST(Formats, AreDocumentedAsTheyAre) {
   std::ostringstream page;
-  page << std::ifstream(QD_SOURCE_FOLDER "/docs/formats.md").rdbuf();
+  page << std::ifstream(SourceFolder() + "/docs/formats.md").rdbuf();
   std::string rows;
   for (const Format* format : Formats()) {
     rows += "| " + std::string(format->Name()) + " |";

@@ -9,6 +9,8 @@
 #include <regex>
 #include <set>
 
+#include "support/Places.h"
+
 namespace qd::test {
 namespace {
 
@@ -90,7 +92,7 @@ const std::vector<Library>& Libraries() {
 }
 
 TEST(Includes, FollowTheArchitecture) {
-  const fs::path top = QD_SOURCE_FOLDER;
+  const fs::path top = SourceFolder();
   const std::regex include(R"(^\s*#include\s*([<"])([^>"]+)[>"])");
   int seen = 0;
   for (const char* folder : {"platform", "host", "qd_wrt", "workbench"}) {

@@ -7,6 +7,7 @@
 #include <numeric>
 #include <unordered_set>
 
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/InpElements.h"
 #include "workbench/exchange/formats/InpFile.h"
@@ -56,7 +57,7 @@ class InpFile : public ::testing::Test {
 const std::string kNodes = "*NODE\n1,0,0,0\n2,1,0,0\n3,1,1,0\n4,0,1,0\n5,2,0,0\n6,2,1,0\n";
 
 TEST_F(InpFile, ReadsSetsSectionsAndMaterials) {
-  const ImportedModel model = Read(fs::path(QD_SOURCE_FOLDER) / "examples" / "bracket.inp");
+  const ImportedModel model = Read(fs::path(SourceFolder()) / "examples" / "bracket.inp");
   EXPECT_EQ(Describe(model), "PLATE(2/6) SOLIDS(0/0) [BLOCK(1/8) [LEFT(1/8)] WEDGES(2/8)]");
   ASSERT_EQ(model.materials.size(), 1U);
   EXPECT_EQ(model.materials[0].name, "STEEL");

@@ -13,6 +13,7 @@
 #include <random>
 
 #include "support/DocumentScript.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 
@@ -27,11 +28,12 @@ using namespace workbench;
 int WriteAndKill(const std::string& path, int acts, useconds_t microseconds) {
   int ends[2];
   EXPECT_EQ(pipe(ends), 0);
+  const std::string writer = Program("qd_kill_writer");
   const pid_t child = fork();
   if (child == 0) {
     dup2(ends[1], STDOUT_FILENO);
     close(ends[0]);
-    execl(QD_KILL_WRITER, QD_KILL_WRITER, path.c_str(), static_cast<char*>(nullptr));
+    execl(writer.c_str(), writer.c_str(), path.c_str(), static_cast<char*>(nullptr));
     _exit(127);
   }
   close(ends[1]);

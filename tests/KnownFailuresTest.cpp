@@ -37,7 +37,7 @@ TEST(KnownFailures, AListThatIsWrongIsAFault) {
 /// Every line is some program's, so that a name written wrongly does not stand there for good.
 TEST(KnownFailures, EveryLineNamesAProgram) {
   const std::set<std::string> programs{"core_tests", "desktop_tests", "exchange_tests", "scaling"};
-  std::ifstream file(QD_SOURCE_FOLDER "/tests/known_failures.txt");
+  std::ifstream file(SourceFolder() + "/tests/known_failures.txt");
   ASSERT_TRUE(file);
   for (std::string line; std::getline(file, line);) {
     if (line.empty() || line.front() == '#') continue;

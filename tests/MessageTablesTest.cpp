@@ -9,6 +9,7 @@
 #include <set>
 #include <sstream>
 
+#include "support/Places.h"
 #include "workbench/text/MessageFile.h"
 #include "workbench/text/Utf8.h"
 
@@ -29,7 +30,7 @@ std::string Contents(const fs::path& path) {
 }
 
 fs::path Top() {
-  return QD_SOURCE_FOLDER;
+  return SourceFolder();
 }
 
 /// Every message key that the program's sources name.

@@ -7,6 +7,7 @@
 #include <QTimer>
 
 #include "InWindow.h"
+#include "support/Places.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/tree/TreePrinter.h"
 
@@ -43,7 +44,7 @@ class Documents : public InWindow {
 
 TEST_F(Documents, AreSavedAndOpenedWithPartsMeshesAndPictures) {
   Open(m_files.Make({"pump"}, "pump.step"));
-  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  Open(QString::fromStdString(SourceFolder()) + "/examples/bracket.inp");
   const std::string before = Print();
   EXPECT_TRUE(m_window->Keeper().IsUnsaved());
   ASSERT_TRUE(m_window->SaveAs(Path("pump.qdw")));
@@ -72,7 +73,7 @@ TEST_F(Documents, AreSavedAndOpenedWithPartsMeshesAndPictures) {
 }
 
 TEST_F(Documents, TheWindowIsFoundAgainAsItWas) {
-  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  Open(QString::fromStdString(SourceFolder()) + "/examples/bracket.inp");
   ASSERT_TRUE(m_window->SaveAs(Path("view.qdw")));
   const auto isOpen = [this](const CString& title) {
     const iterator set = Data().GetMsetPool().GetItr(title);

@@ -25,6 +25,7 @@
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/IAppWrt.h"
+#include "support/Places.h"
 #include "workbench/text/Utf8.h"
 #include "workbench/tree/TreePrinter.h"
 
@@ -93,7 +94,7 @@ QStringList TextsOf(const QObject& object) {
 }
 
 TEST_F(Languages, EveryTextOfTheWindowComesFromTheTables) {
-  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  Open(QString::fromStdString(SourceFolder()) + "/examples/bracket.inp");
   OpenDialogs();
   TArray<iterator> first{Data().GetMsetPool().GetItrList().front()};
   Tree().SetSelection(2, first);
@@ -131,7 +132,7 @@ TEST_F(Languages, EveryTextOfTheWindowComesFromTheTables) {
 class EachLanguage : public Languages, public ::testing::WithParamInterface<const char*> {};
 
 TEST_P(EachLanguage, ASwitchReachesEverythingThatIsOpen) {
-  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  Open(QString::fromStdString(SourceFolder()) + "/examples/bracket.inp");
   OpenDialogs();
   Dialog("cord")->findChild<QLineEdit*>("name")->setText("typed");
   const QString english = Dialog("cord")->windowTitle();
@@ -190,7 +191,7 @@ TEST_F(Languages, AnOpenMenuStillDoesWhatItSaid) {
 }
 
 TEST_F(Languages, APageKeepsWhatIsNotStoredYet) {
-  Open(QString(QD_SOURCE_FOLDER) + "/examples/bracket.inp");
+  Open(QString::fromStdString(SourceFolder()) + "/examples/bracket.inp");
   const iterator set = Data().GetMsetPool().GetItrList().front();
   TArray<iterator> sets{set};
   Tree().SetSelection(2, sets);

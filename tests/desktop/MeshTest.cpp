@@ -18,6 +18,7 @@
 #include "InWindow.h"
 #include "host/CTransaction.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "support/Places.h"
 #include "support/SampleMesh.h"
 #include "workbench/app/ExportDialog.h"
 #include "workbench/text/Utf8.h"
@@ -29,7 +30,7 @@ using namespace workbench;
 
 class Meshes : public InWindow {
  protected:
-  static QString Example(const char* name) { return QString(QD_SOURCE_FOLDER) + "/examples/" + name; }
+  static QString Example(const char* name) { return QString::fromStdString(SourceFolder()) + "/examples/" + name; }
   iterator Named(const CString& name) { return Data().GetMsetPool().GetItr(name); }
   const tagTMset& Set(const CString& name) { return *Data().GetMsetPool().GetAtNU(Named(name)); }
   void Select(const std::vector<CString>& names) {

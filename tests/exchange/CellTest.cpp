@@ -9,6 +9,7 @@
 #include <sstream>
 
 #include "Support.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/watch/ChildProcess.h"
 
@@ -27,7 +28,7 @@ Outcome Try(const std::string& harm, const std::string& mode) {
   const ScratchFolder folder;
   folder.Write("given", "something");
   folder.Write("victim", "something");
-  const ChildProcess::End end = RunToEnd(QD_CELL_PROBE, {harm, folder.Path(), mode});
+  const ChildProcess::End end = RunToEnd(Program("cell_probe"), {harm, folder.Path(), mode});
   Outcome outcome;
   outcome.done = end.code == 7;
   outcome.other = end.signal != 0 && end.signal != SIGSYS ? -end.signal : end.code;
@@ -40,7 +41,7 @@ const std::set<std::string> kAllowed{"read-given", "run-thread", "take-little-me
 
 std::vector<std::string> Harms() {
   std::vector<std::string> harms;
-  std::istringstream lines(Output(QD_CELL_PROBE, {"--list"}));
+  std::istringstream lines(Output(Program("cell_probe"), {"--list"}));
   for (std::string line; std::getline(lines, line);) harms.push_back(line);
   return harms;
 }

@@ -9,6 +9,7 @@
 
 #include "Support.h"
 #include "host/CTransaction.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/store/CollectExport.h"
 #include "workbench/exchange/store/StoreImport.h"
@@ -28,7 +29,7 @@ struct Quiet : ExchangeRun::Listener {
 };
 
 ImportedModel Read(const std::string& path) {
-  ExchangeRun run({QD_EXCHANGE, path, {}, LimitsForFile(path)});
+  ExchangeRun run({Program("qd_exchange"), path, {}, LimitsForFile(path)});
   Quiet listener;
   const ExchangeRun::Result result = run.Run(listener);
   EXPECT_NE(result.model, nullptr) << path << ": " << result.reason.key << " " << result.reason.detail;
@@ -97,7 +98,7 @@ class ShapeExport : public ::testing::Test {
  protected:
   std::string Make(const std::string& what, const std::string& name) {
     std::string path = (m_folder / name).string();
-    RunToEnd(QD_MAKE_MODELS, {what, path});
+    RunToEnd(Program("qd_make_models"), {what, path});
     return path;
   }
   /// Stores what was read, lets it be changed, and writes the document's parts.
@@ -119,7 +120,7 @@ class ShapeExport : public ::testing::Test {
     ExportModel out = CollectExport(database, database.GetMsetPool().GetItrList());
     CollectParts(database, parts, out);
     m_report = {};
-    return WriteExport((m_folder / name).string(), out, QD_EXCHANGE, watch, m_report);
+    return WriteExport((m_folder / name).string(), out, Program("qd_exchange"), watch, m_report);
   }
   std::string Note(const std::string& key) const {
     for (const ImportNote& note : m_report.notes) {
@@ -247,8 +248,8 @@ TEST_F(NamedBoxes, ImportsOfOneFileAndBodiesOfOneProductStayApart) {
   ASSERT_EQ(StoreImport(database, back, L"two"), 1);
   ExportModel out;
   CollectParts(database, database.GetGeomPool().GetItrList(), out);
-  ASSERT_FALSE(
-      WriteExport((m_folder / "twice.step").string(), out, QD_EXCHANGE, {[](double) { return true; }}, m_report));
+  ASSERT_FALSE(WriteExport((m_folder / "twice.step").string(), out, Program("qd_exchange"),
+                           {[](double) { return true; }}, m_report));
   std::vector<std::string> twice = TextsOf(back);
   for (const std::string& text : TextsOf(back)) twice.push_back(text);
   EXPECT_EQ(TextsOf(Read((m_folder / "twice.step").string())), twice);

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "Support.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
 
@@ -24,7 +25,7 @@ struct Quiet : ExchangeRun::Listener {
 };
 
 ExchangeRun::Task RealTask(const std::string& file) {
-  return {QD_EXCHANGE, file, {}, LimitsForFile(file)};
+  return {Program("qd_exchange"), file, {}, LimitsForFile(file)};
 }
 
 ExchangeRun::Result Import(const std::string& file) {
@@ -124,7 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
 /// The library's reader of shapes waits for ever for a number where the file is at its end.
 TEST(Shapes, WithoutTheirMiddleAreRefusedAtOnce) {
   const ScratchFolder folder;
-  RunToEnd(QD_MAKE_MODELS, {"box", (folder / "box.brep").string()});
+  RunToEnd(Program("qd_make_models"), {"box", (folder / "box.brep").string()});
   const std::string sound = folder.Read("box.brep");
   const std::size_t star = sound.rfind('*');
   ASSERT_NE(star, std::string::npos);
@@ -214,7 +215,7 @@ bool IsInItsCell(pid_t process) {
 /// is: as busy in a library, and for longer than any.
 TEST(AKilledWorkbench, TakesItsChildWithIt) {
   const ScratchFolder folder;
-  RunToEnd(QD_MAKE_MODELS, {"grid", "60", (folder / "grid.step").string()});
+  RunToEnd(Program("qd_make_models"), {"grid", "60", (folder / "grid.step").string()});
   const pid_t workbench = fork();
   if (workbench == 0) {
     Import((folder / "grid.step").string());

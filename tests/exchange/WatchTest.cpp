@@ -9,6 +9,7 @@
 #include <thread>
 
 #include "Support.h"
+#include "support/Places.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace qd::test {
@@ -18,7 +19,7 @@ using namespace workbench;
 using namespace std::chrono_literals;
 
 ExchangeRun::Task FakeTask(const std::string& behaviour) {
-  ExchangeRun::Task task{QD_FAKE_EXCHANGE, "/" + behaviour, {}, {}};
+  ExchangeRun::Task task{Program("fake_exchange"), "/" + behaviour, {}, {}};
   task.limits.silence = 2s;
   task.limits.work = 300ms;
   task.limits.waiting = 3s;

@@ -13,6 +13,7 @@
 #include <thread>
 
 #include "Support.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/watch/ExchangeRun.h"
 
@@ -32,11 +33,11 @@ std::vector<Original> Originals() {
   const ScratchFolder folder;
   for (const char* name : {"pump.step", "specks.step", "box.igs", "box.brep", "mixed.brep", "specks.brep"}) {
     const std::string model = std::string(name).substr(0, std::string(name).find('.'));
-    RunToEnd(QD_MAKE_MODELS, {model, (folder / name).string()});
+    RunToEnd(Program("qd_make_models"), {model, (folder / name).string()});
   }
-  RunToEnd(QD_MAKE_MODELS, {"grid", "6", (folder / "grid.step").string()});
-  RunToEnd(QD_MAKE_MESHES, {folder.Path()});
-  folder.Write("bracket.inp", ScratchFolder::ReadAt(QD_SOURCE_FOLDER "/examples/bracket.inp"));
+  RunToEnd(Program("qd_make_models"), {"grid", "6", (folder / "grid.step").string()});
+  RunToEnd(Program("make_meshes"), {folder.Path()});
+  folder.Write("bracket.inp", ScratchFolder::ReadAt(SourceFolder() + "/examples/bracket.inp"));
   std::vector<Original> originals;
   for (const std::string& name : folder.Names()) {
     originals.push_back({name, name.substr(name.rfind('.')), folder.Read(name)});
@@ -145,7 +146,7 @@ class Ledger {
 };
 
 ExchangeRun::Result Import(const std::string& path) {
-  ExchangeRun::Task task{QD_EXCHANGE, path, {}, LimitsForFile(path)};
+  ExchangeRun::Task task{Program("qd_exchange"), path, {}, LimitsForFile(path)};
   task.limits.work = 2s;
   task.limits.memory = std::uint64_t{1} << 30;
   task.limits.frames.total = std::min(task.limits.frames.total, std::uint64_t{512} << 20);

@@ -11,6 +11,7 @@
 
 #include "host/ProductVariant.h"
 #include "native/Input.h"
+#include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/native/Commands.h"
 #include "workbench/native/MainFrame.h"
@@ -89,7 +90,7 @@ TEST_F(WorkbenchTest, TheExampleFillsTheTree) {
 
 TEST_F(WorkbenchTest, AFileIsImportedAndTakenBack) {
   const std::string empty = Tree();
-  Import(fs::path(QD_SOURCE_FOLDER) / "examples/bracket.inp");
+  Import(fs::path(SourceFolder()) / "examples/bracket.inp");
   EXPECT_NE(Said().find(L"mesh sets imported: 5"), CString::npos) << ToUtf8(Said());
   EXPECT_NE(Tree().find("BLOCK"), std::string::npos);
   wchar_t title[300];
@@ -259,7 +260,7 @@ TEST_F(WorkbenchTest, ClosingWhileAFileIsReadEndsCleanly) {
 }
 
 TEST_F(WorkbenchTest, FilesAreImportedOneAfterAnother) {
-  const fs::path deck = fs::path(QD_SOURCE_FOLDER) / "examples/bracket.inp";
+  const fs::path deck = fs::path(SourceFolder()) / "examples/bracket.inp";
   m_frame->Import(deck.wstring());
   m_frame->Import((deck.parent_path() / "none.inp").wstring());
   Import(deck);

@@ -4,6 +4,7 @@
 #include <sstream>
 
 #include "host/CMSGFunction.h"
+#include "support/Places.h"
 #include "workbench/text/MessageFile.h"
 
 namespace qd::test {
@@ -12,7 +13,7 @@ namespace qd::test {
 class EnglishTexts final : public CMSGFunction::ITable {
  public:
   EnglishTexts() {
-    std::ifstream file(QD_SOURCE_FOLDER "/workbench/app/messages/en.txt", std::ios::binary);
+    std::ifstream file(SourceFolder() + "/workbench/app/messages/en.txt", std::ios::binary);
     std::stringstream bytes;
     bytes << file.rdbuf();
     m_texts = workbench::ParseMessages(bytes.str()).texts;

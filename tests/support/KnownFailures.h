@@ -8,6 +8,8 @@
 #include <sstream>
 #include <string>
 
+#include "support/Places.h"
+
 namespace qd::test {
 
 /// The faults that are known and wait to be mended: tests/known_failures.txt, one a line, as
@@ -20,7 +22,7 @@ class KnownFailures {
  public:
   /// The part of the repository's list that is about one program, a gtest program or another that judges by name.
   explicit KnownFailures(const std::string& program) {
-    std::ifstream file(QD_SOURCE_FOLDER "/tests/known_failures.txt");
+    std::ifstream file(SourceFolder() + "/tests/known_failures.txt");
     if (!file) m_faults = "tests/known_failures.txt cannot be read\n";
     Read(file, program);
   }
