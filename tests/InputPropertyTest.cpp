@@ -125,35 +125,5 @@ TEST_P(RandomInput, LeavesNothingDanglingAndTheSelectionInVisibleOrder) {
 }
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomInput, ::testing::Range(1, 31));
 
-/// A plain press leaves exactly its row; a Shift press only siblings of the anchor.
-TEST_P(RandomInput, PressesKeepTheirRules) {
-  for (int i = 0; i < 60; ++i) ChangeRows();
-  for (int step = 0; step < 200 && m_tree.VisibleRowCount() > 0; ++step) {
-    CRect place;
-    HTREEITEM row = AnyRow();
-    m_tree.GetItemRect(row, place, true);
-    if (place.left > 250) continue;
-    const HTREEITEM caret = m_tree.GetFocusedItem();
-    const bool siblings = caret && m_tree.GetParentItem(caret) == m_tree.GetParentItem(row);
-    const unsigned flags = Roll(2) == 0 ? kMouseShift : 0U;
-    const std::vector<HTREEITEM> before = m_tree.GetSelectedItems();
-    m_tree.ClearAllSelected();
-    for (const HTREEITEM again : before) m_tree.SetItemState(again, kRowSelected, kRowSelected);
-    m_toolkit.Click(m_tree, {place.left + 2, place.top + 10}, flags);
-    m_toolkit.Pump();
-    const std::vector<HTREEITEM> after = m_tree.GetSelectedItems();
-    if (flags != 0 && caret && !siblings) {
-      ASSERT_EQ(after, before) << "step " << step;
-    } else {
-      ASSERT_TRUE(m_tree.IsSelected(row)) << "step " << step;
-      const bool sameParent = std::all_of(after.begin(), after.end(), [&](HTREEITEM other) {
-        return m_tree.GetParentItem(other) == m_tree.GetParentItem(row);
-      });
-      ASSERT_TRUE(flags == 0 || !caret || sameParent) << "step " << step;
-    }
-    if (Roll(5) == 0) ChangeRows();
-  }
-}
-
 }  // namespace
 }  // namespace qd::test

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <random>
 #include <unordered_map>
 
@@ -62,6 +63,66 @@ TEST(RowMap, HandlesOfOnePlaceAndFarHandlesLiveSideBySide) {
   map.clear();
   EXPECT_EQ(map.find(far), nullptr);
   EXPECT_EQ(map.find(HTREEITEM{}), nullptr);
+}
+
+/// Two standard maps each, with the rules in words: the row map keeps what is there, the record map overwrites and
+/// looks at the way back before it takes an entry out.
+TEST(KeyMaps, AgreeWithStandardMapsOverRandomChanges) {
+  std::mt19937 random(3);
+  const auto roll = [&random](unsigned sides) { return random() % sides; };
+  bothmap rows;
+  std::map<HTREEITEM, CQDTreeItem*> nodeOfRow;
+  std::map<CQDTreeItem*, HTREEITEM> rowOfNode;
+  bothitrmap records;
+  std::map<iterator, CQDTreeItem*> nodeOfItr;
+  std::map<CQDTreeItem*, iterator> itrOfNode;
+  // Two handles of one place, and some far away.
+  const auto anyRow = [&] {
+    return Row(roll(3) << 16U << 16U | (roll(5) == 0 ? 0x80000000U : 0U) | (1 + roll(12)));
+  };
+  const auto anyNode = [&] { return Node(1 + roll(15)); };
+  const auto removed = [](auto& from, auto& back, auto key, bool looks) {
+    const auto found = from.find(key);
+    if (found == from.end()) return 0;
+    const auto partner = found->second;
+    from.erase(found);
+    const auto reverse = back.find(partner);
+    if (reverse == back.end()) return 0;
+    if (!looks || reverse->second == key) back.erase(reverse);
+    return 1;
+  };
+  for (int step = 0; step < 20'000; ++step) {
+    const HTREEITEM row = anyRow();
+    CQDTreeItem* node = anyNode();
+    const iterator itr = 1 + roll(15);
+    switch (roll(6)) {
+      case 0:
+        ASSERT_EQ(rows.remove(row), removed(nodeOfRow, rowOfNode, row, false)) << step;
+        ASSERT_EQ(records.remove(itr), removed(nodeOfItr, itrOfNode, itr, true)) << step;
+        break;
+      case 1:
+        ASSERT_EQ(rows.remove(node), removed(rowOfNode, nodeOfRow, node, false)) << step;
+        ASSERT_EQ(records.remove(node), removed(itrOfNode, nodeOfItr, node, true)) << step;
+        break;
+      default:
+        rows.set(row, node);
+        nodeOfRow.emplace(row, node);
+        rowOfNode.emplace(node, row);
+        records.set(itr, node);
+        nodeOfItr[itr] = node;
+        itrOfNode[node] = itr;
+    }
+    const HTREEITEM asked = anyRow();
+    ASSERT_EQ(rows.find(asked), nodeOfRow.contains(asked) ? nodeOfRow[asked] : nullptr) << step;
+    CQDTreeItem* other = anyNode();
+    ASSERT_EQ(rows.find(other), rowOfNode.contains(other) ? rowOfNode[other] : HTREEITEM{}) << step;
+    iterator itrFound = 4711;
+    ASSERT_EQ(records.find(other, itrFound), itrOfNode.contains(other) ? 1 : 0) << step;
+    ASSERT_EQ(itrFound, itrOfNode.contains(other) ? itrOfNode[other] : 4711U) << step;
+    CQDTreeItem* nodeFound = nullptr;
+    ASSERT_EQ(records.find(itr, nodeFound), nodeOfItr.contains(itr) ? 1 : 0) << step;
+    ASSERT_EQ(nodeFound, nodeOfItr.contains(itr) ? nodeOfItr[itr] : nullptr) << step;
+  }
 }
 
 TEST(RecordMap, OverwritesAndChecksTheWayBack) {

@@ -598,6 +598,7 @@ class TreeListModel : public ::testing::TestWithParam<int> {
     ASSERT_EQ(bar, (ScrollState{m_naive.LastTop(), Naive::kPage, m_naive.TopPosition()}));
     CompareEditor();
     ASSERT_FALSE(m_toolkit.TimersOf(m_tree).contains(1)) << "the band's timer runs on";
+    ASSERT_FALSE(m_toolkit.IsWaitCursor());
     m_naive.Walk(Naive::kNone, true, [this](int row, bool shown) {
       if (!HasFatalFailure()) CompareRow(row, shown);
     });

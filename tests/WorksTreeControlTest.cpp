@@ -2,6 +2,8 @@
 
 #include "support/Probes.h"
 
+#include <random>
+
 #include "qd_wrt/core/CQDTreeBranch.h"
 
 namespace qd::test {
@@ -294,9 +296,15 @@ TEST_F(WorksTree, MovingANodeTakesItsRowAndRefusesWhatCannotBe) {
   EXPECT_EQ(State(), "root [a b [a1]]");
   EXPECT_EQ(Tree().NodeOf(leaf->GetTreeItemHandle()), leaf);
   EXPECT_EQ(Tree().NodeOf(before), nullptr);
-  leaf->SetMove(0);
+  EXPECT_EQ(leaf->GetParent(), Node(L"b"));
+  Node(L"b")->SetMove(0);  // with all below it
   EXPECT_EQ(leaf->MoveItem(Node(L"a")), 0);
   EXPECT_EQ(State(), "root [a b [a1]]");
+  leaf->SetMove(1);
+  EXPECT_EQ(leaf->MoveItem(Node(L"a")), 1);
+  EXPECT_EQ(State(), "root [a [a1] b]");
+  EXPECT_EQ(Node(L"a")->GetChild(0), leaf);
+  EXPECT_EQ(Tree().GetRowCount(), 4);
 }
 
 TEST_F(WorksTree, ANodeWithoutRowKeepsItsValuesAndTouchesNoOtherRow) {
@@ -320,6 +328,55 @@ TEST_F(WorksTree, ANodeWithoutRowKeepsItsValuesAndTouchesNoOtherRow) {
   EXPECT_EQ(Tree().GetRowCount(), 1);
 }
 
+TEST_F(WorksTree, ANodeThatGetsItsRowBackHearsOfEachLaterChangeOnce) {
+  OpenProbes([this](ProbeNode& root) {
+    Add(*Add(root, L"a", {9, 5}), L"a1", {9});
+    Add(root, L"thief", {2})->onUpdate = [this](ProbeNode&) { Tree().EraseHTREEITEM(Node(L"a"), 0); };
+    Add(root, L"late", {2});
+  });
+  CQDTreeItem* a = Node(L"a");
+  CQDTreeItem* a1 = Node(L"a1");
+  static_cast<ProbeNode*>(Node(L"late"))->onUpdate = [](ProbeNode& self) { self.onUpdate = nullptr; };
+  Notice({{9, 100, 1}, {2, 100, 2}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "a(1 ) a1(1 ) thief(2 ) late(2 ) ");
+  Notice({{9, 102, 3}, {5, 102, 4}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "");
+  a->MakeItem(kInsertFirst);
+  a1->MakeItem(kInsertLast);
+  EXPECT_EQ(State(), "root [a [a1] thief late]");
+  Notice({{9, 102, 5}, {5, 102, 6}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "a(5 6 ) a1(5 ) ");
+  Tree().GetQDRootItem()->DeleteChild(a);
+  ProbeNode::TakeLog();
+  Notice({{9, 102, 7}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "");
+}
+
+/// Children come and go at any place; what stands is always told in the order of creation.
+TEST_F(WorksTree, ChildrenKeepTheirOrderWhateverGoes) {
+  OpenProbes([](ProbeNode&) {});
+  CQDTreeItem* root = Tree().GetQDRootItem();
+  std::vector<CQDTreeItem*> expected;
+  std::mt19937 random(5);
+  for (int step = 0; step < 2000; ++step) {
+    if (expected.empty() || random() % 100 < (step / 200 % 2 == 0 ? 70U : 30U)) {
+      expected.push_back(Add(*root, std::to_wstring(step)));
+    } else {
+      // Often the last ones, so that places that stand empty before them come to the end.
+      const std::size_t at = random() % 3 == 0 ? expected.size() - 1 : random() % expected.size();
+      root->DeleteChild(expected[at]);
+      expected.erase(expected.begin() + static_cast<long>(at));
+    }
+    ASSERT_EQ(root->GetChildCount(), static_cast<int>(expected.size())) << step;
+    ASSERT_EQ(root->Children(), expected) << step;
+    if (step % 7 != 0 || expected.empty()) continue;
+    const auto index = static_cast<int>(random() % expected.size());
+    ASSERT_EQ(root->GetChild(index), expected[static_cast<std::size_t>(index)]) << step;
+    ASSERT_EQ(root->GetChild(static_cast<int>(expected.size())), nullptr);
+    ASSERT_EQ(Tree().GetRowCount(), 1 + static_cast<int>(expected.size()));
+  }
+}
+
 TEST_F(WorksTree, TypesAreInheritedAndTheRootHasNone) {
   OpenProbes([this](ProbeNode& root) {
     root.SetTreeItemType(5);
@@ -334,7 +391,9 @@ TEST_F(WorksTree, TypesAreInheritedAndTheRootHasNone) {
   a->RegsiterDragEnableType(0);
   EXPECT_EQ(a->IsEnableDragType(0), 0);
   a->RegsiterDragEnableType(9);
+  a->RegsiterDragEnableType(8);
   EXPECT_EQ(a->IsEnableDragType(9), 1);
+  EXPECT_EQ(a->IsEnableDragType(8), 1);
   EXPECT_EQ(a->IsEnableDragType(10), 0);
 }
 

@@ -122,6 +122,9 @@ void CQDTreeListCtrl::EraseHTREEITEM(CQDTreeItem* node, int) {
     if (GetRecord(released->m_row) != nullptr) --m_rowCount;
     m_rowMap.remove(released);
     released->m_row = {};
+    // It follows its data types anew when it gets a row again.
+    RemoveItemFromDataTypeMap(released);
+    if (released->m_extras != nullptr) released->m_extras->pending = {};
   };
   const HTREEITEM row = node->m_row;
   node->ForEachBelow(release);
