@@ -15,6 +15,7 @@
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/exchange/store/StoreImport.h"
 #include "workbench/exchange/watch/ExportFile.h"
+#include "workbench/session/Session.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentFile.h"
 #include "workbench/store/DocumentMark.h"
@@ -132,35 +133,15 @@ bool HeadlessSession::ImportOne(const std::string& file) {
 
 namespace {
 
-/// The works tree of a document, followed without a screen.
-class Follower final : private IDatabaseListener {
- public:
-  explicit Follower(WorkDocument& doc) : m_doc(doc) {
-    m_bar.SetDocument(&doc);
-    m_bar.Create(nullptr, 0, {0, 0, 400, 600});
-    m_bar.CreateTreeItems(kModelTree, &m_factory, 1);
-    doc.GetDatabase().SetListener(this);
-  }
-  ~Follower() { m_doc.GetDatabase().SetListener(nullptr); }
-  Follower(const Follower&) = delete;
-  Follower& operator=(const Follower&) = delete;
-  CWorksTreeBar& Bar() { return m_bar; }
-
- private:
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override { m_bar.UpdateDB(&m_doc, HintOf(record)); }
-
-  WorkDocument& m_doc;
-  TreeFactory m_factory;
-  CWorksTreeBar m_bar;
-};
-
 int PrintTreeOf(const std::vector<std::string>& files) {
   HeadlessSession session;
   const bool opened = session.Open(files);
-  Follower follower(session.Document());
+  CWorksTreeBar bar;
+  Session::MakeBar(bar, session.Document());
+  const WorksTrees trees(session.Document(), {{kModelTree, &bar}}, {});
   const bool imported = session.Import(files);
   if (!opened || !imported) return 1;
-  std::cout << PrintTree(follower.Bar().GetTreeCtrl()) << std::flush;
+  std::cout << PrintTree(bar.GetTreeCtrl()) << std::flush;
   return 0;
 }
 

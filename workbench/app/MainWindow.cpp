@@ -37,9 +37,8 @@ MainWindow::MainWindow(MessageTables& messages)
   resize(1200, 760);
   MakePanes();
   MakeMenus();
-  m_trees = std::make_unique<WorksTrees>(
-      *m_doc,
-      std::map<long, CWorksTreeBar*>{{kModelTree, &m_modelPane->Bar()}, {kGeometrySetTree, &m_gsetPane->Bar()}},
+  m_session = std::make_unique<Session>(
+      *m_doc, m_modelPane->Bar(), m_gsetPane->Bar(),
       WorksTrees::Window{.later =
                              [this](const std::function<void()>& what) {
                                QTimer::singleShot(0, this, [this, what] { QuietTime::WhenOver(this, what); });
@@ -67,7 +66,7 @@ MainWindow::~MainWindow() {
   delete m_imports;
   delete m_exporter;
   m_doc->SetOnImport(nullptr);
-  m_trees.reset();
+  m_session.reset();
   // The panes and the view look at the document, so they go before it.
   delete m_modelPane;
   delete m_gsetPane;
@@ -76,7 +75,7 @@ MainWindow::~MainWindow() {
 
 void MainWindow::MakePanes() {
   m_view = new ModelView(*m_doc, this);
-  m_view->SetOnPick([this](iterator itr, bool add) { m_trees->Pick(itr, add); });
+  m_view->SetOnPick([this](iterator itr, bool add) { m_session->Trees().Pick(itr, add); });
   setCentralWidget(m_view);
   m_modelPane = new TreePane("model", this);
   m_gsetPane = new TreePane("gset", this);
@@ -133,11 +132,11 @@ void MainWindow::MakePanes() {
 
 /// The trees draw their texts in the system's colours, so their background has to follow the palette.
 void MainWindow::ApplyPalette() {
-  m_trees->Manager().SetBkColor(FromQt(QApplication::palette().color(QPalette::Base)));
+  m_session->Manager().SetBkColor(FromQt(QApplication::palette().color(QPalette::Base)));
 }
 
 void MainWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange && m_trees != nullptr) ApplyPalette();
+  if (event->type() == QEvent::PaletteChange && m_session != nullptr) ApplyPalette();
   QMainWindow::changeEvent(event);
 }
 
@@ -180,21 +179,15 @@ void MainWindow::OnImport() {
 }
 
 void MainWindow::OnUndo() {
-  m_doc->GetDatabase().Undo();
+  m_session->Undo();
 }
 
 void MainWindow::OnRedo() {
-  m_doc->GetDatabase().Redo();
+  m_session->Redo();
 }
 
 void MainWindow::OnDelete() {
-  std::vector<iterator> parts = m_doc->GetSelectBuffer();
-  std::erase_if(parts, [this](iterator itr) { return m_doc->GetDatabase().GetDataType(itr) != kDataGeom; });
-  if (!parts.empty()) {
-    m_doc->GetDatabase().GetGeomPool().TR_Del(parts);
-  } else {
-    m_modelPane->Bar().GetTreeCtrl().OnMenuEvent(kCommandDeleteMesh);  // of meshes; asks for nested ones
-  }
+  m_session->Delete();
 }
 
 void MainWindow::OnFit() {
@@ -202,11 +195,11 @@ void MainWindow::OnFit() {
 }
 
 void MainWindow::OnShowAll() {
-  m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandShowAll);
+  m_session->ShowAll();
 }
 
 void MainWindow::OnHideAll() {
-  m_modelPane->Bar().GetTreeCtrl().GetQDRootItem()->OnMenuEvent(kCommandHideAll);
+  m_session->HideAll();
 }
 
 CPropertiesWnd* MainWindow::GetPropertiesWnd(CQDDocBase* doc) {
@@ -262,17 +255,15 @@ void MainWindow::Import(const QStringList& paths) {
 
 /// The first file gives the document its name.
 void MainWindow::BeforeStore(const QString& path) {
-  const Database& database = m_doc->GetDatabase();
-  m_firstImport = m_doc->GetDatabase().GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
+  m_firstImport = m_session->IsEmpty();
   if (!m_firstImport || m_keeper->IsNamed()) return;
   const QString absolute = QFileInfo(path).absoluteFilePath();
-  m_doc->SetPathName(FromQt(absolute));
   m_keeper->SetTitle(absolute.toStdString());
-  m_trees->Manager().ResetFilePath(m_doc.get());
+  m_session->Rename(FromQt(absolute));
 }
 
 void MainWindow::AfterStore() {
-  if (m_firstImport) m_trees->OpenBranches();
+  if (m_firstImport) m_session->Trees().OpenBranches();
 }
 
 void MainWindow::OnExport() {
@@ -305,7 +296,7 @@ void MainWindow::HideProgress() {
 }
 
 void MainWindow::OnLeaveIsolation() {
-  m_doc->GetDisplay().LeaveIsolation();
+  m_session->LeaveIsolation();
 }
 
 void MainWindow::Warn(const CString& text) {

@@ -15,7 +15,7 @@
 #include "workbench/app/ProgressWindow.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/Database.h"
-#include "workbench/session/WorksTrees.h"
+#include "workbench/session/Session.h"
 #include "workbench/store/DocumentKeeper.h"
 
 class QAction;
@@ -77,7 +77,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void Export(const QString& path, ExportScope scope = ExportScope::All);
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
-  IWorksTreeManager* GetWorksTreeManager() override { return m_trees != nullptr ? &m_trees->Manager() : nullptr; }
+  IWorksTreeManager* GetWorksTreeManager() override { return m_session != nullptr ? &m_session->Manager() : nullptr; }
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -105,8 +105,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void OnExport();
   void BeforeStore(const QString& path);
   void AfterStore();
-  /// A command for the mesh branch, or for the first selected mesh set, or else for the first of all.
-  void SendToMeshes(unsigned command, bool toSet);
   bool IsFresh() const;
   void RefreshTitle();
   void OnNewWindow();
@@ -140,7 +138,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   MessageTables& m_messages;
   std::unique_ptr<WorkDocument> m_doc;
   std::unique_ptr<DocumentKeeper> m_keeper;
-  std::unique_ptr<WorksTrees> m_trees;
+  std::unique_ptr<Session> m_session;
   ModelView* m_view = nullptr;  // these are owned by their Qt parents
   TreePane* m_modelPane = nullptr;
   TreePane* m_gsetPane = nullptr;

@@ -187,10 +187,8 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error, bo
 
 /// The trees and the view take up what a file has filled the database with.
 void MainWindow::ShowLoaded(const QString& name) {
-  m_doc->SetPathName(FromQt(name));
-  m_trees->MakeAnew();
+  m_session->TakeUp(FromQt(name));
   m_view->Apply(UpdateRecordFor(m_doc->GetDatabase().AllRecords(), true));
-  m_trees->OpenBranches();
   RestoreView();
   RefreshActions();
   RefreshTitle();
@@ -266,8 +264,7 @@ bool MainWindow::SaveAs(const QString& path) {
     Say(absolute + ": " + TextOf(error), true);
     return false;
   }
-  m_doc->SetPathName(FromQt(absolute));
-  m_trees->Manager().ResetFilePath(m_doc.get());
+  m_session->Rename(FromQt(absolute));
   NoteRecent(absolute);
   KeepView();
   RefreshTitle();

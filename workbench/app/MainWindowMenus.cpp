@@ -113,10 +113,7 @@ void MainWindow::MakeViewMenu() {
   for (const VariantName& known : kVariants) {
     QAction* option = AddOption(*variant, *variants, GetProductVariant() == known.variant);
     SetText(*option, known.key);
-    connect(option, &QAction::triggered, this, [this, known] {
-      SetProductVariant(known.variant);
-      m_trees->Manager().OnChangeProgram();
-    });
+    connect(option, &QAction::triggered, this, [this, known] { m_session->ChangeVariant(known.variant); });
   }
 }
 
@@ -152,21 +149,13 @@ void MainWindow::MakeMeshMenu() {
       mesh->addSeparator();
       continue;
     }
-    SetText(*mesh->addAction(QString(), this, [this, entry] { SendToMeshes(entry.command, entry.toSet); }),
+    SetText(*mesh->addAction(QString(), this,
+                             [this, entry] {
+                               entry.toSet ? m_session->SendToMeshSet(entry.command)
+                                           : m_session->SendToMeshes(entry.command);
+                             }),
             entry.key);
   }
-}
-
-void MainWindow::SendToMeshes(unsigned command, bool toSet) {
-  CQDTreeListCtrl& tree = m_modelPane->Bar().GetTreeCtrl();
-  if (!toSet) return m_modelPane->Bar().OnMenuEventMeshRoot(m_doc.get(), command);
-  std::vector<CQDTreeItem*> selected;
-  tree.GetSelectedTreeItems(selected, 0);
-  const auto set =
-      std::find_if(selected.begin(), selected.end(), [](const CQDTreeItem* node) { return node->IsMesh(); });
-  const std::vector<iterator> all = m_doc->GetDatabase().GetMsetPool().GetItrList();
-  CQDTreeItem* node = set != selected.end() ? *set : all.empty() ? nullptr : tree.FindMeshNode(all.front());
-  if (node != nullptr) node->OnMenuEvent(command);
 }
 
 void MainWindow::SetLanguage(const QString& language) {
@@ -175,7 +164,7 @@ void MainWindow::SetLanguage(const QString& language) {
     m_properties->ChangeLanguage();
     RefreshActions();
     RefreshTitle();
-    m_trees->Manager().OnChangeLanguage();
+    m_session->Manager().OnChangeLanguage();
   }
   SayTableFaults();
 }

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "platform/qt/QtToolkit.h"
+#include "workbench/session/Session.h"
 
 namespace qd::workbench {
 
@@ -20,8 +21,7 @@ TreePane::~TreePane() {
 }
 
 void TreePane::Open(CQDDocBase& doc) {
-  m_bar.SetDocument(&doc);
-  m_bar.Create(nullptr, 0, {0, 0, 360, 400});
+  Session::MakeBar(m_bar, doc);
   QWidget* widget = QtToolkit::WidgetOf(m_bar);
   widget->setMinimumSize(220, 120);
   setWidget(widget);

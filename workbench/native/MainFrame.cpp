@@ -38,11 +38,9 @@ MainFrame::MainFrame(NativeToolkit& toolkit, NativeMessages& messages) : m_toolk
                   CW_USEDEFAULT, MulDiv(900, dpi, 96), MulDiv(640, dpi, 96), nullptr, nullptr,
                   GetModuleHandleW(nullptr), this);
   MakePanes();
-  m_trees = std::make_unique<WorksTrees>(
-      m_doc, std::map<long, CWorksTreeBar*>{{kModelTree, &m_modelBar}, {kGeometrySetTree, &m_gsetBar}},
-      WorksTrees::Window{.later = [this](std::function<void()> what) { Later(std::move(what)); },
-                         .changed = [](const CQDUpdateRecord&) {},
-                         .acted = [] {}});
+  m_session = std::make_unique<Session>(
+      m_doc, m_modelBar, m_gsetBar,
+      WorksTrees::Window{.later = [this](std::function<void()> what) { Later(std::move(what)); }});
   m_doc.SetOnImport([this] { OnImport(); });
   m_accelerators = MakeAccelerators();
   RefreshTexts();
@@ -51,7 +49,7 @@ MainFrame::MainFrame(NativeToolkit& toolkit, NativeMessages& messages) : m_toolk
 MainFrame::~MainFrame() {
   m_import.reset();
   m_doc.SetOnImport(nullptr);
-  m_trees.reset();
+  m_session.reset();
   m_properties.reset();
   m_modelBar.DestroyWindow();
   m_gsetBar.DestroyWindow();
@@ -83,8 +81,7 @@ void MainFrame::MakePanes() {
   m_cancel = make(WC_BUTTONW, 0);
   m_properties = std::make_unique<PropertyPane>(m_frame);
   for (CWorksTreeBar* bar : {&m_modelBar, &m_gsetBar}) {
-    bar->SetDocument(&m_doc);
-    bar->Create(nullptr, 0, {0, 0, 360, 400});
+    Session::MakeBar(*bar, m_doc);
     m_toolkit.Embed(*bar, m_frame);
     bar->SetBkColor(m_toolkit.GetColour(SystemColour::Window));
   }
@@ -202,12 +199,9 @@ void MainFrame::RefreshMenu() {
 
 void MainFrame::SetLanguage(const std::string& code) {
   if (!m_messages.SetLanguage(code)) return;
-  if (!m_named) {
-    m_doc.SetPathName(Text("IDS_WB_UNTITLED"));
-    m_trees->Manager().ResetFilePath(&m_doc);
-  }
+  if (!m_named) m_session->Rename(Text("IDS_WB_UNTITLED"));
   RefreshTexts();
-  m_trees->Manager().OnChangeLanguage();
+  m_session->Manager().OnChangeLanguage();
   m_properties->Refresh();
 }
 
@@ -257,8 +251,8 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
     }
     case WM_SYSCOLORCHANGE:
     case WM_SETTINGCHANGE:
-      if (m_trees == nullptr) return 0;
-      m_trees->Manager().SetBkColor(m_toolkit.GetColour(SystemColour::Window));
+      if (m_session == nullptr) return 0;
+      m_session->Manager().SetBkColor(m_toolkit.GetColour(SystemColour::Window));
       SendMessageW(static_cast<HWND>(m_toolkit.HandleOf(m_modelBar)), message, w, l);
       MakeFont();
       Layout();

@@ -13,7 +13,7 @@
 #include "workbench/native/InpImport.h"
 #include "workbench/native/NativeMessages.h"
 #include "workbench/native/PropertyPane.h"
-#include "workbench/session/WorksTrees.h"
+#include "workbench/session/Session.h"
 
 namespace qd::workbench {
 
@@ -42,7 +42,9 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   CString MessageText() const;
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase*) override { return m_properties.get(); }
-  IWorksTreeManager* GetWorksTreeManager() override { return m_trees != nullptr ? &m_trees->Manager() : nullptr; }
+  IWorksTreeManager* GetWorksTreeManager() override {
+    return m_session != nullptr ? &m_session->Manager() : nullptr;
+  }
 
  private:
   static constexpr UINT kImportMessage = WM_APP + 2;  // there is news of the import
@@ -64,7 +66,6 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   void StartNextImport();
   void OnImportNews();
   void Store(const InpImport& import, InpImport::Result& read);
-  void OnDelete();
   void OnDrop(HDROP files);
   void Later(std::function<void()> what);
   void Say(const CString& text);
@@ -87,7 +88,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   bool m_draggingSplitter = false;
   bool m_named = false;  // by the first file
   std::unique_ptr<PropertyPane> m_properties;
-  std::unique_ptr<WorksTrees> m_trees;
+  std::unique_ptr<Session> m_session;
   std::unique_ptr<InpImport> m_import;
   std::deque<std::wstring> m_waiting;  // files to import after it
   std::vector<std::function<void()>> m_later;

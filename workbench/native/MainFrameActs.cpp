@@ -22,7 +22,6 @@
 namespace qd::workbench {
 
 void MainFrame::OnCommand(unsigned command) {
-  CQDTreeItem* root = m_modelBar.GetTreeCtrl().GetQDRootItem();
   switch (command) {
     case kImport:
       return OnImport();
@@ -32,25 +31,22 @@ void MainFrame::OnCommand(unsigned command) {
       DestroyWindow(m_frame);
       return;
     case kUndo:
-      m_doc.GetDatabase().Undo();
-      return;
+      return m_session->Undo();
     case kRedo:
-      m_doc.GetDatabase().Redo();
-      return;
+      return m_session->Redo();
     case kDelete:
-      return OnDelete();
+      return m_session->Delete();
     case kShowAll:
-      return root->OnMenuEvent(kCommandShowAll);
+      return m_session->ShowAll();
     case kHideAll:
-      return root->OnMenuEvent(kCommandHideAll);
+      return m_session->HideAll();
     case kLeaveIsolation:
-      return m_doc.GetDisplay().LeaveIsolation();
+      return m_session->LeaveIsolation();
     default:
       break;
   }
   if (const auto variant = VariantOf(command)) {
-    SetProductVariant(*variant);
-    m_trees->Manager().OnChangeProgram();
+    m_session->ChangeVariant(*variant);
     MakeMenu();
   }
   const std::vector<std::string> languages = NativeMessages::Languages();
@@ -58,22 +54,12 @@ void MainFrame::OnCommand(unsigned command) {
   if (command >= kFirstLanguage && language < languages.size()) SetLanguage(languages[language]);
 }
 
-void MainFrame::OnDelete() {
-  std::vector<iterator> parts = m_doc.GetSelectBuffer();
-  std::erase_if(parts, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) != kDataGeom; });
-  if (!parts.empty()) {
-    m_doc.GetDatabase().GetGeomPool().TR_Del(parts);
-  } else {
-    m_modelBar.GetTreeCtrl().OnMenuEvent(kCommandDeleteMesh);  // of meshes; asks for nested ones
-  }
-}
-
 void MainFrame::OpenExample() {
   if (BuildExample(m_doc.GetDatabase(), ReadResource(L"bracket", L"DECK")) == 0) {
     return Say(
         Text("IDS_WB_IMPORT_FAILED", {WithoutMark(Text("IDS_WB_OPEN_EXAMPLE")), Text("IDS_WB_IMPORT_REFUSED")}));
   }
-  m_trees->OpenBranches();
+  m_session->Trees().OpenBranches();
 }
 
 void MainFrame::OnImport() {
@@ -133,7 +119,7 @@ void MainFrame::Store(const InpImport& import, InpImport::Result& read) {
     Say(path + L": " + Text(note.key.c_str(), {FromUtf8(note.detail)}));
   }
   Database& database = m_doc.GetDatabase();
-  const bool first = database.GetGeomPool().Count() == 0 && database.GetMsetPool().Count() == 0;
+  const bool first = m_session->IsEmpty();
   const std::size_t sets = read.model->meshSets.size();
   if (StoreImport(database, std::move(*read.model), Text("IDS_WB_TRANS_IMPORT", {file})) == 0) {
     return Say(Text("IDS_WB_IMPORT_FAILED", {path, Text("IDS_WB_IMPORT_REFUSED")}));
@@ -141,10 +127,9 @@ void MainFrame::Store(const InpImport& import, InpImport::Result& read) {
   Say(Text("IDS_WB_IMPORTED_MESH", {path, std::to_wstring(sets)}));
   if (!first) return;
   // The first file gives the document its name.
-  m_doc.SetPathName(path);
+  m_session->Rename(path);
   m_named = true;
-  m_trees->Manager().ResetFilePath(&m_doc);
-  m_trees->OpenBranches();
+  m_session->Trees().OpenBranches();
   RefreshTexts();
 }
 

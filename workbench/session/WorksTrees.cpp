@@ -62,12 +62,25 @@ void WorksTrees::OnDatabaseChanged(const CQDUpdateRecord& record) {
   std::erase_if(selection, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) == 0; });
   m_doc.SetSelectBuffer(std::move(selection));
   m_manager->UpdateDB(&m_doc, HintOf(record));
-  m_window.changed(record);
+  RefreshMeshedParts(record);
+  if (m_window.changed) m_window.changed(record);
+}
+
+/// The icon of a part tells whether it is meshed, but the tree of sets leaves changes of meshes alone.
+void WorksTrees::RefreshMeshedParts(const CQDUpdateRecord& record) {
+  TArray<iterator> parts;
+  for (const tagTRNotify& change : record.changes) {
+    if (change.dataType != kDataMset) continue;
+    const tagTMset* set = m_doc.GetDatabase().GetMsetPool().GetAtNU(change.itr);
+    if (set != nullptr && set->geom != 0) parts.push_back(set->geom);
+  }
+  for (auto& [type, pane] : m_panes) pane.Bar().GetTreeCtrl().RefreshRows(parts);
 }
 
 // ---- display --------------------------------------------------------------------------------------------
 
 void WorksTrees::Later() {
+  if (!m_window.later) return;
   m_window.later([this, life = std::weak_ptr<void>(m_life)] {
     if (!life.expired()) FollowDisplay();
   });
@@ -105,7 +118,7 @@ void WorksTrees::RememberDisplay() {
   }
   const char* title = change->IsOfVisibility() ? "IDS_WB_ACT_VISIBILITY" : "IDS_WB_ACT_DISPLAY";
   m_doc.GetDatabase().AddChange(CMSGFunction::GetValue(title), std::move(change), m_actsBeforeDisplay);
-  m_window.acted();
+  if (m_window.acted) m_window.acted();
 }
 
 }  // namespace qd::workbench

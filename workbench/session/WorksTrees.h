@@ -17,14 +17,14 @@ namespace qd::workbench {
 /// window they are in.
 class WorksTrees final : private IDatabaseListener {
  public:
-  /// What the window does for the trees.
+  /// What the window does for the trees; each may be empty where there is nothing to do.
   struct Window {
     /// Runs something once the current message is handled.
-    std::function<void(std::function<void()>)> later;
+    std::function<void(std::function<void()>)> later{};
     /// The database has changed, and the trees know.
-    std::function<void(const CQDUpdateRecord&)> changed;
+    std::function<void(const CQDUpdateRecord&)> changed{};
     /// There is another act to undo.
-    std::function<void()> acted;
+    std::function<void()> acted{};
   };
 
   /// The bars, by tree type, and the document outlive this. Makes the rows.
@@ -57,6 +57,7 @@ class WorksTrees final : private IDatabaseListener {
   };
 
   void OnDatabaseChanged(const CQDUpdateRecord& record) override;
+  void RefreshMeshedParts(const CQDUpdateRecord& record);
   void Later();
   void FollowDisplay();
   void RememberDisplay();

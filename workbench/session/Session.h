@@ -1,0 +1,48 @@
+#pragma once
+
+#include "host/ProductVariant.h"
+#include "workbench/session/WorksTrees.h"
+
+namespace qd::workbench {
+
+/// What stands behind a window of a document, whatever window system it is made with: the works trees, in step
+/// with the document, and the acts of the window's own menus.
+class Session final {
+ public:
+  /// Gives a bar its window, without rows yet, to be shown for a document.
+  static void MakeBar(CWorksTreeBar& bar, CQDDocBase& doc);
+
+  /// Makes the rows. The bars have their windows already; like the document they outlive this.
+  Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Window window);
+
+  WorksTrees& Trees() { return m_trees; }
+  CWorksTreeManager& Manager() { return m_trees.Manager(); }
+  CQDTreeListCtrl& ModelTree() { return m_trees.Bar(kModelTree).GetTreeCtrl(); }
+
+  /// The trees take up what the database was filled with behind their backs; the document has a new name.
+  void TakeUp(const CString& path);
+  /// Gives the document another name.
+  void Rename(const CString& path);
+  /// Whether there are neither parts nor meshes: the first file that is imported names the document.
+  bool IsEmpty() const;
+
+  void Undo() { m_doc.GetDatabase().Undo(); }
+  void Redo() { m_doc.GetDatabase().Redo(); }
+  /// Deletes the selected parts, or else what the model tree's own command deletes: mesh sets, and it asks for
+  /// nested ones.
+  void Delete();
+  void ShowAll();
+  void HideAll();
+  void LeaveIsolation() { m_doc.GetDisplay().LeaveIsolation(); }
+  /// A command for the mesh branch.
+  void SendToMeshes(unsigned command);
+  /// A command for the first selected mesh set, or else for the first of all.
+  void SendToMeshSet(unsigned command);
+  void ChangeVariant(ProductVariant variant);
+
+ private:
+  WorkDocument& m_doc;
+  WorksTrees m_trees;
+};
+
+}  // namespace qd::workbench
