@@ -120,6 +120,7 @@ TEST_F(CoordinatesTest, AnswersOfTheRootForRecordsItDoesNotHold) {
   root.PushUpdateInfo({kDataCord, 99, a});
   root.Update();
   EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD]");
+  root.MakeChildItem(a);
   EXPECT_EQ(root.GetItemType(), 2);
   EXPECT_EQ(root.GetCheckStatus(), 0);
 }
@@ -148,9 +149,10 @@ TEST_F(CoordinatesTest, BoxesSwitchSymbols) {
   EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD -A B]");
   EXPECT_FALSE(IsShown(a));
   EXPECT_TRUE(IsShown(b));
-  Data().Undo();
-  Data().Undo();
-  Data().Redo();  // made anew, the box tells what is shown
+  Data().Delete({a});
+  Data().Undo();  // made anew, the box tells what is shown
+  EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD B -A]");
+  Data().Delete({b});
   EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD -A]");
   Select({kRoot});
   Command(kCommandHideAll);

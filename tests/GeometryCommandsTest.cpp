@@ -24,6 +24,7 @@ class GeometryCommands : public GeometryTest {
     Tree().Expand(Row(kRoot), ExpandAction::Expand);
     m_toolkit.Pump();
     Node(L"c")->OnClickCheck(kChecked);
+    Settle();
     Heard();
     m_doc.SetModelInfoChangedFlag(0);
   }
@@ -192,6 +193,7 @@ TEST_F(GeometryCommands, MaterialsOfTheMenuAndOfDropsReachTheParts) {
   Tree().GetQDRootItem()->ChangeGeomTitle(&m_doc, 1);
   EXPECT_EQ(State(),
             "model.step [IDS_DB_DATA_NAME_GEOM [a (Brass) *b (Steel) -c (Brass)] IDS_WB_MATERIALS [Steel Brass]]");
+  Tree().GetQDRootItem()->ChangeGeomTitle(&m_doc, 0);
 }
 
 TEST_F(GeometryCommands, ADroppedMaterialGoesToThePartOrToAll) {
@@ -341,6 +343,7 @@ TEST_F(Pages, APageOutlivesItsRoot) {
   IPropertySet& page = Page();
   CBCGPProp row = *RowOf(page, L"IDS_QD_WRT_GEOM_GEOM_TITLE");
   m_bar.DestroyTreeItems();
+  m_checked = false;
   page.OnPropertyChanged(&row, row.data);
   page.ShowProperty();
   EXPECT_TRUE(page.GetRows().empty());

@@ -118,6 +118,7 @@ TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
   OpenBranch();
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt Nut] IDS_WB_MATERIALS [Steel]]");
   m_bar.ChangeGeomTitle(&m_doc, 1);
+  m_materialsInTitles = true;
   EXPECT_EQ(State(),
             "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Steel) Nut] IDS_WB_MATERIALS [Steel]]");  // no material: the
                                                                                                 // name alone

@@ -31,8 +31,8 @@ class GeometrySets : public GeometryTest {
     a2 = AddPartTo(A, L"a2");
     a3 = AddPartTo(A, L"a3", TopologyKind::Surface);
     b1 = AddPartTo(B, L"b1");
-    m_bar.CreateTreeItems(kGeometrySetTree, &m_factory, 1);
-    m_toolkit.Pump();
+    Show(kGeometrySetTree);
+    Open();
     Heard();
   }
   /// The tree below its root, with short names for the kinds.
@@ -150,7 +150,7 @@ TEST_F(GeometrySets, RandomChangesEndInTheTreeThatARebuildGives) {
       return rows;
     };
     const auto followed = lines();
-    m_bar.CreateTreeItems(kGeometrySetTree, &m_factory, 1);
+    Open();
     ASSERT_EQ(followed, lines()) << "round " << round;
   }
 }
@@ -254,6 +254,7 @@ TEST_F(GeometrySets, AMergeThatFailsAtAnyWriteChangesNothing) {
     Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
     m_toolkit.AnswerMessage(MessageAnswer::Yes);
     Drag({L"A"}, L"B");
+    EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_MERGE_GEOMSET"});
     Data().SetWriteGuard(nullptr);
     done = writes <= failing;
     if (done) break;
@@ -278,7 +279,9 @@ TEST_P(EveryAct, IsAllOrNothing) {
       [this] {
         m_toolkit.AnswerMessage(MessageAnswer::Yes);
         GetParam().act(*this);
-        m_toolkit.Pump();
+        Settle();
+        m_toolkit.ForgetAnswers();
+        for (const CString& question : m_toolkit.TakeMessages()) EXPECT_EQ(question, L"IDS_QD_WRT_MERGE_GEOMSET");
       });
   EXPECT_GT(writes, 0);
   EXPECT_NE(Data().Snapshot(), before);

@@ -234,9 +234,8 @@ class MenuVariants : public GeometryTest, public ::testing::WithParamInterface<M
       renamed.name = L"E";
       Data().GetMsetPool().Modify(spare, renamed);
     });
-    m_bar.CreateTreeItems(GetParam().tree == kModel ? workbench::kModelTree : workbench::kGeometrySetTree,
-                          &m_factory, 1);
-    m_toolkit.Pump();
+    Show(GetParam().tree == kModel ? workbench::kModelTree : workbench::kGeometrySetTree);
+    Open();
   }
 };
 

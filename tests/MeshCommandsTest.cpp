@@ -398,7 +398,9 @@ TEST_P(EveryMeshAct, IsAllOrNothing) {
       [this] {
         m_toolkit.AnswerMessage(MessageAnswer::Yes);
         GetParam().act(*this);
-        m_toolkit.Pump();
+        Settle();
+        m_toolkit.ForgetAnswers();
+        m_toolkit.TakeMessages();
       });
   EXPECT_GT(writes, 0);
   EXPECT_NE(Data().Snapshot(), before);

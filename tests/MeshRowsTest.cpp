@@ -67,6 +67,7 @@ TEST_F(MeshRows, AMovedSetKeepsWhatItsRowsLookedLike) {
   AddMset(L"C", b);
   const iterator d = AddMset(L"D");
   m_doc.GetDisplay().ShowHideMset(b, 0);
+  Settle();
   Node(L"A")->Expand(1);
   Node(L"B")->Expand(1);
   Tree().SetItemState(Row(L"C"), kRowSelected, kRowSelected);

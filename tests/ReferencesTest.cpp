@@ -118,9 +118,8 @@ class ReferencesTest : public MeshTest {
 
 TEST_F(ReferencesTest, ASetForgetsItsPartAndAGenerationItsTarget) {
   const auto parts = AddParts({L"a", L"b"});
-  const iterator set = AddMset(L"A");
-  const iterator other = AddMset(L"B");  // two sets of one part
-  for (const iterator itr : {set, other}) ChangeMset(itr, [&](tagTMset& record) { record.geom = parts[0]; });
+  const iterator set = AddMset(L"A", 0, 2, parts[0]);
+  const iterator other = AddMset(L"B", 0, 2, parts[0]);
   const iterator generation = AddGeneration({parts[0], parts[1], parts[0]}, {set});
   Check([&] { return Data().GetGeomPool().TR_Del({parts[0]}); });
   EXPECT_EQ(Mset(set).geom, 0U);

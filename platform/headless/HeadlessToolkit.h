@@ -51,6 +51,16 @@ class HeadlessToolkit final : public IToolkit {
   const std::string& LastMenuWithCommands() const { return m_lastMenu; }
   /// What the next message boxes answer, in order; without an answer a box is closed.
   void AnswerMessage(MessageAnswer answer) { m_messageAnswers.push_back(answer); }
+  /// Whether something was answered that nobody has asked yet.
+  bool HasAnswersLeft() const {
+    return !m_menuAnswers.empty() || !m_messageAnswers.empty() || !m_dialogAnswers.empty();
+  }
+  /// Takes back what was answered and not asked.
+  void ForgetAnswers() {
+    m_menuAnswers.clear();
+    m_messageAnswers.clear();
+    m_dialogAnswers.clear();
+  }
   /// The message boxes shown since the last call.
   std::vector<CString> TakeMessages() { return std::exchange(m_messages, {}); }
   /// What the user does in the next dialogs: presses controls, in order. A dialog that is still open then is

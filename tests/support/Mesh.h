@@ -39,16 +39,17 @@ class MeshTest : public ModelTest {
     mesh->blocks.push_back(block);
     return mesh;
   }
-  /// Adds a set with a few elements below another one, 0 for none.
-  iterator AddMset(const CString& name, iterator parent = 0, int elements = 2) {
+  /// Adds a set with a few elements below another one and of a part, 0 for none.
+  iterator AddMset(const CString& name, iterator parent = 0, int elements = 2, iterator part = 0) {
     iterator set = 0;
-    Act([&] { set = PutMset(name, parent, elements); });
+    Act([&] { set = PutMset(name, parent, elements, part); });
     return set;
   }
   /// Likewise inside an open transaction.
-  iterator PutMset(const CString& name, iterator parent, int elements) {
+  iterator PutMset(const CString& name, iterator parent, int elements, iterator part = 0) {
     tagTMset record;
     record.name = name;
+    record.geom = part;
     record.colour = Rgb(1, 2, 3);
     record.parent = parent != 0 ? Pool().GetAtNU(parent)->key : 0;
     if (elements != 0) workbench::PutMesh(record, Strip(elements, Pool().NextNumber()));

@@ -81,6 +81,7 @@ class ProbeFactory final : public IQDTreeGroupFactory {
 
 class WorksTree : public ModelTest {
  protected:
+  WorksTree() { m_checked = false; }
   /// Opens a tree "root" with the given children.
   void OpenProbes(const std::function<void(ProbeNode& root)>& children) {
     m_probes.make = [children](CQDTreeListCtrl* control) {

@@ -77,7 +77,9 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void Export(const QString& path, ExportScope scope = ExportScope::All);
 
   CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) override;
-  IWorksTreeManager* GetWorksTreeManager() override { return m_session != nullptr ? &m_session->Manager() : nullptr; }
+  IWorksTreeManager* GetWorksTreeManager() override {
+    return m_session != nullptr ? &m_session->Manager() : nullptr;
+  }
 
  protected:
   void changeEvent(QEvent* event) override;
