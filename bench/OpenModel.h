@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdlib>
 #include <functional>
 #include <map>
 #include <memory>
@@ -12,6 +13,15 @@
 #include "workbench/session/WorksTrees.h"
 
 namespace qd::bench {
+
+/// The branch of a kind in a tree, wherever it stands. The program ends without one: there is nothing to measure.
+template <typename Branch>
+Branch& BranchOf(const CQDTreeListCtrl& tree) {
+  for (CQDTreeItem* child : tree.GetQDRootItem()->Children()) {
+    if (auto* branch = dynamic_cast<Branch*>(child)) return *branch;
+  }
+  std::abort();
+}
 
 /// A document in works trees of usual size, put together as the programs do it.
 class OpenModel {

@@ -4,8 +4,6 @@
 
 #include <cstdlib>
 
-#include "qd_wrt/core/CQDTreeListCtrl.h"
-
 namespace qd::bench {
 
 /// How many rows or records a benchmark works on: `full`, or a hundredth of it where QD_BENCH_SHORT is set, for a
@@ -31,15 +29,6 @@ inline void Prove(benchmark::State& state, bool done, const char* what) {
 /// How often the timed part has run.
 inline std::size_t Rounds(const benchmark::State& state) {
   return static_cast<std::size_t>(state.iterations());
-}
-
-/// The branch of a kind in a tree, wherever it stands. The program ends without one: there is nothing to measure.
-template <typename Branch>
-Branch& BranchOf(const CQDTreeListCtrl& tree) {
-  for (CQDTreeItem* child : tree.GetQDRootItem()->Children()) {
-    if (auto* branch = dynamic_cast<Branch*>(child)) return *branch;
-  }
-  std::abort();
 }
 
 }  // namespace qd::bench
