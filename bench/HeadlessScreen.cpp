@@ -7,8 +7,20 @@
 
 namespace qd::bench {
 
+namespace {
+
+/// The one toolkit of the process, as long as there is a screen.
+std::shared_ptr<HeadlessToolkit> TheToolkit() {
+  static std::weak_ptr<HeadlessToolkit> known;
+  std::shared_ptr<HeadlessToolkit> toolkit = known.lock();
+  if (toolkit == nullptr) known = toolkit = std::make_shared<HeadlessToolkit>();
+  return toolkit;
+}
+
+}  // namespace
+
 struct Screen::Parts {
-  HeadlessToolkit toolkit;
+  std::shared_ptr<HeadlessToolkit> toolkit = TheToolkit();
 };
 
 Screen::Screen() : m_parts(std::make_unique<Parts>()) {}
@@ -17,21 +29,21 @@ Screen::~Screen() = default;
 void Screen::Show(CWnd&) {}
 
 void Screen::Settle() {
-  m_parts->toolkit.Pump();
+  m_parts->toolkit->Pump();
 }
 
 bool Screen::Paint(CWnd& window) {
-  const std::vector<std::string> calls = m_parts->toolkit.Paint(window);
+  const std::vector<std::string> calls = m_parts->toolkit->Paint(window);
   return std::any_of(calls.begin(), calls.end(), [](const std::string& call) { return call.starts_with("text"); });
 }
 
 void Screen::Type(CWnd& window, const CString& text) {
-  m_parts->toolkit.Type(window, text);
+  m_parts->toolkit->Type(window, text);
   Settle();
 }
 
 std::size_t Screen::MenusShown() const {
-  return m_parts->toolkit.ShownMenus().size();
+  return m_parts->toolkit->ShownMenus().size();
 }
 
 std::size_t HeapInUse() {

@@ -7,8 +7,20 @@
 
 namespace qd::bench {
 
+namespace {
+
+/// The one toolkit of the process, as long as there is a screen.
+std::shared_ptr<NativeToolkit> TheToolkit() {
+  static std::weak_ptr<NativeToolkit> known;
+  std::shared_ptr<NativeToolkit> toolkit = known.lock();
+  if (toolkit == nullptr) known = toolkit = NativeToolkit::Make();
+  return toolkit;
+}
+
+}  // namespace
+
 struct Screen::Parts {
-  std::unique_ptr<NativeToolkit> toolkit = NativeToolkit::Make();
+  std::shared_ptr<NativeToolkit> toolkit = TheToolkit();
   HWND frame = nullptr;
 };
 
