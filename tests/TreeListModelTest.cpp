@@ -462,16 +462,21 @@ class TreeListModel : public ::testing::TestWithParam<int> {
     if (end != Naive::End::LoseCapture) Queue(left ? MessageKind::LeftUp : MessageKind::RightUp, last, flags);
     m_naive.Press(left, flags, point, moves, end, last);
   }
+  /// The pointer comes to a row, leaves the window or its row, and comes again.
   void Point() {
-    if (OneIn(5)) {
-      m_did << "leave";
-      Queue(MessageKind::MouseLeave, {});
-      return m_naive.MouseLeave();
+    CPoint to = AnyPoint();
+    if (OneIn(2)) to.x = 30;  // over the titles, where tips come
+    for (int times = 1 + Roll(3); times > 0; --times) {
+      const bool leaves = OneIn(3);
+      m_did << (leaves ? "leave " : "point at ") << to.x << "," << to.y << " ";
+      Queue(leaves ? MessageKind::MouseLeave : MessageKind::MouseMove, to);
+      if (leaves) {
+        m_naive.MouseLeave();
+      } else {
+        m_naive.MouseMove({to});
+      }
+      if (OneIn(3)) to = AnyPoint();
     }
-    const CPoint to = AnyPoint();
-    m_did << "point at " << to.x << "," << to.y;
-    Queue(MessageKind::MouseMove, to);
-    m_naive.MouseMove({to});
   }
   void UseKeys() {
     if (m_toolkit.FindChild(m_tree, 1) != nullptr) return;  // they go to the editor

@@ -1,5 +1,6 @@
 // A works tree in a window of its own under the display's real mouse and keyboard.
 
+#include <QAccessible>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
@@ -9,6 +10,7 @@
 #include "platform/qt/QtToolkit.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/InputRows.h"
+#include "support/ReaderText.h"
 #include "workbench/display/WorkDocument.h"
 
 namespace qd::test {
@@ -109,6 +111,92 @@ TEST_F(TreeInput, KeysWalkTypeAndCheck) {
   EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 3");
   Display({"key", "End"});
   EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 39");
+}
+
+// ---- as a screen reader hears it ------------------------------------------------------------------------
+
+/// A branch in words; each row's parent and place must fit too.
+void Read(QAccessibleInterface& above, int level, std::string& text) {
+  for (int place = 0; place < above.childCount(); ++place) {
+    QAccessibleInterface* row = above.child(place);
+    ASSERT_NE(row, nullptr);
+    EXPECT_EQ(row->role(), QAccessible::TreeItem);
+    EXPECT_EQ(row->parent(), &above);
+    EXPECT_EQ(above.indexOfChild(row), place);
+    text += std::string(static_cast<std::size_t>(level), ' ') + row->text(QAccessible::Name).toStdString() + ":";
+    const QAccessible::State state = row->state();
+    EXPECT_EQ(state.expandable != 0, row->childCount() != 0);
+    EXPECT_TRUE(state.selectable && state.multiSelectable && state.focusable && !state.invalid);
+    for (const auto& [is, word] : {std::pair(state.selected != 0, " selected"),
+                                   {state.focused != 0, " focused"},
+                                   {state.expanded != 0, " expanded"},
+                                   {state.collapsed != 0, " collapsed"},
+                                   {state.checkable != 0, " checkable"},
+                                   {state.checked != 0, " checked"},
+                                   {state.invisible != 0, " invisible"},
+                                   {state.offscreen != 0, " offscreen"}}) {
+      if (is) text += word;
+    }
+    text += "\n";
+    const QStringList actions = row->actionInterface()->actionNames();
+    EXPECT_EQ(actions.contains("Expand"), state.expandable != 0);
+    EXPECT_EQ(actions.contains(QAccessibleActionInterface::toggleAction()), state.checkable != 0);
+    Read(*row, level + 1, text);
+  }
+}
+
+TEST_F(TreeInput, AScreenReaderHearsWhatTheRowsShowAfterEachAct) {
+  QAccessible::setActive(true);
+  QAccessibleInterface* tree = QAccessible::queryAccessibleInterface(QtToolkit::WidgetOf(Tree()));
+  ASSERT_NE(tree, nullptr);
+  EXPECT_EQ(tree->role(), QAccessible::Tree);
+  const auto compare = [&](const char* act) {
+    Wait(30);
+    std::string text;
+    Read(*tree, 0, text);
+    EXPECT_EQ(text, ReaderText(Tree(), true)) << act;
+  };
+  const auto row = [&](int index) { return tree->child(0)->child(index); };
+  const auto handle = [this](int index) {
+    HTREEITEM at = Tree().GetChildItem(Tree().GetRootItem());
+    while (index-- > 0) at = Tree().GetNextSiblingItem(at);
+    return at;
+  };
+  static std::vector<std::string> focused;
+  focused.clear();
+  QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+    if (event->type() != QAccessible::Focus || event->accessibleInterface() == nullptr) return;
+    focused.push_back(event->accessibleInterface()->text(QAccessible::Name).toStdString());
+  });
+  compare("at first");
+  Tree().SetFocus();
+  focused.clear();
+  row(5)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+  compare("a reader selected a row");
+  EXPECT_EQ(focused, std::vector<std::string>{"Item 5"});
+  EXPECT_TRUE(Tree().IsSelected(handle(5)));
+  Display({"key", "shift+Down"});
+  compare("the keys went on");
+  EXPECT_EQ(focused.back(), "Item 6");
+  row(2)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+  compare("a reader pressed a box");
+  EXPECT_EQ(Tree().WhichCheck(handle(2)), kUnchecked);
+  const QRect place = row(4)->rect();
+  EXPECT_EQ(tree->childAt(place.center().x(), place.center().y()), row(4));
+  EXPECT_EQ(tree->childAt(place.left(), place.top()), row(4));
+  EXPECT_EQ(tree->childAt(place.left(), place.top() - 1), row(3));
+  QAccessibleInterface* gone = row(0);
+  Tree().GetQDRootItem()->DeleteChild(Tree().GetQDRootItem()->GetChild(0));
+  compare("a row is gone");
+  EXPECT_FALSE(gone->isValid());
+  EXPECT_TRUE(gone->state().invalid);
+  gone->actionInterface()->doAction("Expand");  // harmless
+  Tree().EnsureVisible(handle(38));
+  compare("scrolled");
+  tree->child(0)->actionInterface()->doAction("Expand");
+  compare("a reader closed the branch");
+  EXPECT_FALSE(Tree().IsExpanded(Tree().GetRootItem()));
+  QAccessible::installUpdateHandler(nullptr);
 }
 
 }  // namespace

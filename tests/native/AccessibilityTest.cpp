@@ -9,6 +9,7 @@
 #include "native/Window.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/InputRows.h"
+#include "support/ReaderText.h"
 
 namespace qd::test {
 namespace {
@@ -138,6 +139,73 @@ TEST_F(TreeReader, WalksTheRowsAndWorksThem) {
   root->accDoDefaultAction(Number(CHILDID_SELF));
   EXPECT_TRUE(root.State() & STATE_SYSTEM_COLLAPSED);
   EXPECT_TRUE(item.State() & STATE_SYSTEM_INVISIBLE);
+}
+
+/// A branch as a reader hears it; each row's parent, place and number of children must fit too.
+void Read(const Object& above, int level, std::string& text) {
+  LONG count = 0;
+  ASSERT_EQ(above->get_accChildCount(&count), S_OK);
+  for (LONG place = 1; place <= count; ++place) {
+    const Object row = above.Child(place);
+    ASSERT_TRUE(row);
+    VARIANT role{};
+    row->get_accRole(Number(CHILDID_SELF), &role);
+    EXPECT_EQ(role.lVal, ROLE_SYSTEM_OUTLINEITEM);
+    EXPECT_EQ(row.Level(), std::to_string(level));
+    IDispatch* parent = nullptr;
+    ASSERT_EQ(row->get_accParent(&parent), S_OK);
+    EXPECT_EQ(Object(parent).Name(), above.Name());
+    EXPECT_EQ(static_cast<bool>(row.Next(NAVDIR_PREVIOUS)), place > 1);
+    EXPECT_EQ(static_cast<bool>(row.Next(NAVDIR_NEXT)), place < count);
+    text += std::string(static_cast<std::size_t>(level), ' ') + row.Name() + ":";
+    for (const auto& [bit, word] : {std::pair<LONG, const char*>{STATE_SYSTEM_SELECTED, " selected"},
+                                    {STATE_SYSTEM_FOCUSED, " focused"},
+                                    {STATE_SYSTEM_EXPANDED, " expanded"},
+                                    {STATE_SYSTEM_COLLAPSED, " collapsed"},
+                                    {STATE_SYSTEM_CHECKED, " checked"},
+                                    {STATE_SYSTEM_INVISIBLE, " invisible"},
+                                    {STATE_SYSTEM_OFFSCREEN, " offscreen"}}) {
+      if ((row.State() & bit) != 0) text += word;
+    }
+    text += "\n";
+    Read(row, level + 1, text);
+  }
+}
+
+TEST_F(TreeReader, HearsWhatTheRowsShowAfterEachAct) {
+  const Object tree = Ask();
+  ASSERT_TRUE(tree);
+  const auto compare = [&](const char* act) {
+    Wait(30);
+    std::string text;
+    Read(tree, 0, text);
+    EXPECT_EQ(text, ReaderText(Tree(), false)) << act;
+  };
+  const auto row = [this](int index) {
+    HTREEITEM at = Tree().GetChildItem(Tree().GetRootItem());
+    while (index-- > 0) at = Tree().GetNextSiblingItem(at);
+    return at;
+  };
+  compare("at first");
+  SetFocus(HandleOf(Tree()));
+  Tree().SelectAlone(row(5));
+  compare("a row is selected");
+  Tree().SetItemState(row(7), kRowSelected, kRowSelected);
+  Tree().SetChecked(row(7), kUnchecked);
+  compare("another one, and its box is empty");
+  tree.Child(1).Child(3)->accDoDefaultAction(Number(CHILDID_SELF));
+  compare("a reader pressed a box");
+  EXPECT_EQ(Tree().WhichCheck(row(2)), kUnchecked);
+  EXPECT_EQ(tree.Child(1).Child(3).Action(), "Check");
+  Tree().GetQDRootItem()->DeleteChild(Tree().GetQDRootItem()->GetChild(0));
+  compare("a row is gone");
+  Tree().EnsureVisible(row(38));
+  compare("scrolled");
+  tree.Child(1)->accDoDefaultAction(Number(CHILDID_SELF));
+  compare("a reader closed the branch");
+  EXPECT_EQ(tree.Child(1).Action(), "Expand");
+  SetFocus(m_window.Handle());
+  compare("the focus is elsewhere");
 }
 
 TEST_F(TreeReader, ObjectsOutliveTheirRowsAndWindows) {
