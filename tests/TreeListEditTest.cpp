@@ -128,6 +128,62 @@ TEST_F(Editing, TheBoxWidensToTheWindowsEdgeAndNoFarther) {
   EXPECT_EQ(Box()->GetPlace().right, m_tree.GetClientRect().right);
 }
 
+struct PlaceCase {
+  int column;  // width
+  int offset;
+  CRect place;
+};
+class EditPlaces : public Editing, public ::testing::WithParamInterface<PlaceCase> {};
+TEST_P(EditPlaces, AreOverTheTitleInsideTheWindowAndNeverTooNarrow) {
+  m_tree.GetHeader().SetItemWidth(0, GetParam().column);
+  m_tree.RecalcColumnsWidth();
+  m_tree.SetHorizontalOffset(GetParam().offset);
+  ShowEdit(m_edit);
+  ASSERT_NE(Box(), nullptr);
+  EXPECT_EQ(Box()->GetPlace(), GetParam().place);
+}
+INSTANTIATE_TEST_SUITE_P(
+    Columns, EditPlaces,
+    ::testing::Values(PlaceCase{180, 0, {19, 20, 180, 40}}, PlaceCase{180, -10, {9, 20, 170, 40}},
+                      PlaceCase{180, -50, {0, 20, 130, 40}}, PlaceCase{500, 0, {19, 20, 300, 40}},
+                      PlaceCase{58, 0, {19, 20, 59, 40}}, PlaceCase{180, -400, {0, 20, 40, 40}}));
+
+/// A row that is scrolled away comes into sight for its editor; one that moves takes it along.
+TEST_F(Editing, OneEditAfterAnotherStartsAfresh) {
+  for (int i = 0; i < 30; ++i) m_tree.InsertItem(L"row", 0, 0, {}, kInsertLast);
+  m_toolkit.Pump();
+  m_tree.ScrollTo(20);
+  ShowEdit(m_edit);
+  ASSERT_NE(Box(), nullptr);
+  EXPECT_EQ(m_tree.GetFirstVisibleItem(), m_edit);
+  Type(L"first");
+  Key(kKeyEscape);
+  EXPECT_EQ(TakeLog(), "change(0,first,1) ");
+  ShowEdit(m_edit);
+  EXPECT_FALSE(m_tree.GetEditBox()->IsEscape() || m_tree.GetEditBox()->IsEscapeKey());
+  Key(kKeyTab);
+  EXPECT_EQ(TakeLog(), "change(0,edit,0) ");
+  // Gone with its row, hidden with its branch, closed by program: the focus goes back and nobody is told.
+  const HTREEITEM inner = m_tree.InsertItem(L"inner", 1, 0, m_plain, kInsertLast);
+  for (int how = 0; how < 3; ++how) {
+    m_tree.EnsureVisible(inner);
+    ShowEdit(inner);
+    ASSERT_NE(Box(), nullptr);
+    Type(L"lost");
+    if (how == 0) m_tree.Expand(m_plain, ExpandAction::Collapse);
+    if (how == 1) m_tree.DeleteBoxes();
+    if (how == 2) m_tree.DeleteItem(m_plain);
+    m_toolkit.Pump();
+    EXPECT_EQ(Box(), nullptr);
+    EXPECT_EQ(m_toolkit.FocusWindow(), &m_tree);
+    EXPECT_EQ(TakeLog(), "") << how;
+  }
+  ShowEdit(m_edit);
+  m_tree.DeleteAllItems();
+  EXPECT_EQ(Box(), nullptr);
+  EXPECT_EQ(TakeLog(), "");
+}
+
 TEST_F(Editing, OtherKeysEdit) {
   ShowEdit(m_edit);
   Key(kKeyDelete);

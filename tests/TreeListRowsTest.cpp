@@ -43,6 +43,9 @@ TEST(RowRecord, EditAndComboExcludeEachOther) {
   EXPECT_TRUE(item.HasCombo() && !item.IsEditable());
   item.SetCombo(0);
   EXPECT_TRUE(!item.HasCombo() && !item.IsEditable());
+  item.SetCombo(1);
+  item.SetEditable(1);
+  EXPECT_TRUE(!item.HasCombo() && item.IsEditable());
   item.SetColor(0xFF123456);
   EXPECT_EQ(item.GetColor(), 0x123456U);
 }

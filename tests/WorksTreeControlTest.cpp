@@ -264,6 +264,25 @@ TEST_F(WorksTree, SelectionFillsTheBufferAndTheBufferSelects) {
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a b c]]");
 }
 
+TEST_F(WorksTree, OfManyPickedRowsTheFirstComesIntoSight) {
+  std::vector<CString> titles;
+  for (int i = 10; i < 90; ++i) titles.push_back(L"part" + std::to_wstring(i));
+  const auto parts = AddParts(titles);
+  Open();
+  const auto inSight = [this](const CString& title) {
+    CRect line;
+    return Tree().GetItemRect(Row(title), line, false) && line.top >= 0 &&
+           line.bottom <= Tree().GetClientRect().bottom;
+  };
+  for (const auto& [first, last] : {std::pair(50U, 5U), {5U, 79U}, {79U, 0U}}) {
+    m_doc.SetSelectBuffer({parts[first], parts[30], parts[last]});
+    m_bar.OnSelectGeom(&m_doc);
+    EXPECT_EQ(Tree().GetSelectedCount(), 3);
+    EXPECT_TRUE(inSight(titles[first])) << first;
+    EXPECT_FALSE(inSight(titles[last])) << last;
+  }
+}
+
 TEST_F(WorksTree, SelectedNodesAreListedTopToBottomAndHiddenOnesOnlyBelowARow) {
   OpenProbes([this](ProbeNode& root) {
     Add(*Add(root, L"a"), L"a1");

@@ -162,22 +162,13 @@ TEST_F(TreeInput, AScreenReaderHearsWhatTheRowsShowAfterEachAct) {
     while (index-- > 0) at = Tree().GetNextSiblingItem(at);
     return at;
   };
-  static std::vector<std::string> focused;
-  focused.clear();
-  QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
-    if (event->type() != QAccessible::Focus || event->accessibleInterface() == nullptr) return;
-    focused.push_back(event->accessibleInterface()->text(QAccessible::Name).toStdString());
-  });
   compare("at first");
   Tree().SetFocus();
-  focused.clear();
   row(5)->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
   compare("a reader selected a row");
-  EXPECT_EQ(focused, std::vector<std::string>{"Item 5"});
   EXPECT_TRUE(Tree().IsSelected(handle(5)));
   Display({"key", "shift+Down"});
   compare("the keys went on");
-  EXPECT_EQ(focused.back(), "Item 6");
   row(2)->actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
   compare("a reader pressed a box");
   EXPECT_EQ(Tree().WhichCheck(handle(2)), kUnchecked);
@@ -196,7 +187,6 @@ TEST_F(TreeInput, AScreenReaderHearsWhatTheRowsShowAfterEachAct) {
   tree->child(0)->actionInterface()->doAction("Expand");
   compare("a reader closed the branch");
   EXPECT_FALSE(Tree().IsExpanded(Tree().GetRootItem()));
-  QAccessible::installUpdateHandler(nullptr);
 }
 
 }  // namespace

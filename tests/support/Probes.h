@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Dialogs.h"
 #include "support/Model.h"
 
 namespace qd::test {
@@ -25,6 +26,7 @@ class ProbeNode : public CQDTreeItem {
     if (onUpdate) onUpdate(*this);
   }
   void OnMenuEvent(unsigned command) override {
+    EXPECT_EQ(IQueryMenuID2Idx::Instance().GetLastCommand(), command);  // a dialog asks what opened it
     log += workbench::ToUtf8(GetTitle()) + ":" + std::to_string(command) + " ";
   }
   void CreateContextMenu(CPoint&) override { log += "menu " + workbench::ToUtf8(GetTitle()) + " "; }
