@@ -122,7 +122,9 @@ TEST_F(Editing, TheBoxWidensToTheWindowsEdgeAndNoFarther) {
   m_tree.RecalcColumnsWidth();
   ShowEdit(m_edit);
   const int before = Box()->GetPlace().Width();
-  Type(L"12345678");
+  Type(L"i");  // shorter than the box: it stays
+  EXPECT_EQ(Box()->GetPlace().Width(), before);
+  Type(L"2345678");
   EXPECT_EQ(Box()->GetPlace().Width(), std::max(before, 8 * HeadlessToolkit::kCharacterWidth + 5));
   Type(CString(100, L'w'));
   EXPECT_EQ(Box()->GetPlace().right, m_tree.GetClientRect().right);

@@ -206,6 +206,10 @@ class TreeListModel : public ::testing::TestWithParam<int> {
       row.handle = m_tree.InsertItem(row.text[0], row.image, row.selectedImage, row.editable ? 1 : 0,
                                      row.combo ? 1 : 0, above, after);
     }
+    if (row.record && OneIn(2)) {
+      row.text[1] = AnyKey();
+      m_tree.SetItemText(row.handle, 1, row.text[1]);
+    }
     m_naive.Insert(row, parent, index);
   }
   int AnyDead() {
@@ -213,6 +217,7 @@ class TreeListModel : public ::testing::TestWithParam<int> {
         std::find_if(m_naive.rows.begin() + 1, m_naive.rows.end(), [](const auto& r) { return !r.live; });
     return dead == m_naive.rows.end() ? Naive::kNone : static_cast<int>(dead - m_naive.rows.begin());
   }
+  CString AnyKey() { return OneOf<CString>({L"7", L"12 ", L"4  ", L"-3", L"123456789"}); }
   void ChangeRows(int row) {
     const int other = AnyRow();
     switch (Roll(10)) {
@@ -275,7 +280,7 @@ class TreeListModel : public ::testing::TestWithParam<int> {
     switch (Roll(7)) {
       case 0:
         if (!naive.record) return;
-        naive.text[1] = OneOf<CString>({L"7", L"12 ", L"4  ", L"-3", L"123456789"});
+        naive.text[1] = AnyKey();
         m_tree.SetItemText(H(row), 1, naive.text[1]);
         return m_tree.InvalidateRow(H(row));
       case 1:

@@ -102,6 +102,35 @@ INSTANTIATE_TEST_SUITE_P(Pairs, NameOrder,
                                            NameCase{L"a", L"a5", -1}, NameCase{L"7", L"12", -1},
                                            NameCase{L"Part99999999999", L"Part99999999998", 1}));
 
+TEST(FoldedCase, GivesOneLetterForBothAndNeverAThird) {
+  for (int code = 1; code < 0x10000; ++code) {
+    const auto letter = static_cast<wchar_t>(code);
+    const wchar_t folded = FoldCase(letter);
+    ASSERT_EQ(FoldCase(folded), folded) << code;
+  }
+  // Latin with marks in both orders, Greek, Cyrillic, Armenian, full width: capital, small.
+  for (const auto& [capital, small] : {std::pair(L'A', L'a'),
+                                       {L'\xC4', L'\xE4'},
+                                       {L'\x100', L'\x101'},
+                                       {L'\x12E', L'\x12F'},
+                                       {L'\x139', L'\x13A'},
+                                       {L'\x178', L'\xFF'},
+                                       {L'\x17D', L'\x17E'},
+                                       {L'\x391', L'\x3B1'},
+                                       {L'\x3C2', L'\x3C3'},
+                                       {L'\x401', L'\x451'},
+                                       {L'\x42F', L'\x44F'},
+                                       {L'\x4D0', L'\x4D1'},
+                                       {L'\x531', L'\x561'},
+                                       {L'\x1EA0', L'\x1EA1'},
+                                       {L'\xFF21', L'\xFF41'}}) {
+    EXPECT_EQ(FoldCase(capital), small) << static_cast<int>(capital);
+    EXPECT_EQ(CompareFolded(std::wstring(3, capital), std::wstring(3, small)), 0) << static_cast<int>(capital);
+  }
+  for (const wchar_t other : {L'@', L'[', L'\xD7', L'\xF7', L'\xDF', L'\x138', L'\x3042'})
+    EXPECT_EQ(FoldCase(other), other);
+}
+
 TEST_F(TreeList, SortByNamePutsNumbersInOrderAndKeepsEqualRows) {
   for (const wchar_t* name : {L"Item10", L"Item9", L"item1"}) Add(name);
   EXPECT_EQ(m_tree.SortItems(0, 1, {}), 1);
