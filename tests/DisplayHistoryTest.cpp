@@ -135,7 +135,7 @@ TEST_F(DisplayHistory, AnyRunOfChangesGoesBackAndForthExactly) {
     for (unsigned steps = 1 + random() % 4; steps > 0; --steps) {
       const auto key = 1 + static_cast<std::uint32_t>(random() % 4);
       const int part = 1 + static_cast<int>(random() % 5);
-      switch (random() % 10) {
+      switch (random() % 14) {
         case 0:
           Display().SetShowHide(part, random() % 2);
           break;
@@ -163,19 +163,37 @@ TEST_F(DisplayHistory, AnyRunOfChangesGoesBackAndForthExactly) {
         case 8:
           Display().SetMeshColorMode(random() % 5);
           break;
+        case 9:
+          Display().DelAddOnInfoAll(1U << random() % 6);
+          break;
+        case 10:
+          Display().ToggleShrink({key, 1 + key % 4});
+          break;
+        case 11:
+          Display().SetRenderMode(std::vector<std::uint32_t>{key}, random() % 7);
+          break;
+        case 12:
+          Display().SetAllColorModelType(random() % 2);
+          break;
         default:
           Display().SetShowHide(random() % 2, kLabelCord, static_cast<std::int32_t>(1 + random() % 3));
           break;
       }
     }
+    const std::uint64_t acts = Data().ActNumber();
     EndAct();
-    if (State() != states.back()) states.push_back(State());
+    EXPECT_TRUE(State() == states.back() || Data().ActNumber() > acts) << "what changes something can be undone";
+    if (Data().ActNumber() > acts) states.push_back(State());
   }
-  while (Data().UndoTitle() == L"display") Data().Undo();
+  std::size_t at = states.size() - 1;
+  for (; Data().UndoTitle() == L"display"; --at) {
+    EXPECT_EQ(State(), states[at]) << "undo " << at;
+    Data().Undo();
+  }
+  EXPECT_EQ(at, 0U);
   EXPECT_EQ(State(), first);
-  while (Data().Redo() != 0) {
-  }
-  EXPECT_EQ(State(), states.back());
+  while (Data().Redo() != 0) EXPECT_EQ(State(), states[++at]) << "redo";
+  EXPECT_EQ(at, states.size() - 1);
 }
 
 }  // namespace

@@ -20,14 +20,14 @@ void ForSteps(const std::vector<Step>& steps, bool forward, const Call& call) {
 }  // namespace
 
 bool DisplayChange::IsEmpty() const {
-  return parts.empty() && msets.empty() && labels.empty() && looks.empty() && allLooks.empty() && modes.empty();
+  return parts.empty() && msets.empty() && labels.empty() && looks.empty() && modes.empty();
 }
 
 bool DisplayChange::IsOfVisibility() const {
   const auto otherwise = [](const Part& part) {
     return part.before.mode != part.after.mode || part.before.opacity != part.after.opacity;
   };
-  return looks.empty() && allLooks.empty() && modes.empty() && std::none_of(parts.begin(), parts.end(), otherwise);
+  return looks.empty() && modes.empty() && std::none_of(parts.begin(), parts.end(), otherwise);
 }
 
 Visibility DisplayChange::HiddenBefore() const {
@@ -54,9 +54,13 @@ void DisplayChange::Restore(bool forward) {
   ForSteps(labels, forward, [&](const Shown& step) {
     m_display.SetShowHide(step.after == forward ? 1 : 0, kLabelCord, static_cast<std::int32_t>(step.what));
   });
-  ForSteps(allLooks, forward, [&](const Looks& step) { m_display.SetLooks(forward ? step.after : step.before); });
-  ForSteps(looks, forward,
-           [&](const Look& step) { m_display.SetLook(step.key, forward ? step.after : step.before); });
+  ForSteps(looks, forward, [&](const Look& step) {
+    if (step.all != nullptr) {
+      m_display.SetLooks(forward ? step.all->after : step.all->before);
+    } else {
+      m_display.SetLook(step.key, forward ? step.after : step.before);
+    }
+  });
   ForSteps(modes, forward,
            [&](const Modes& step) { m_display.SetColourModes(forward ? step.after : step.before); });
   m_display.SetIsolation(forward ? isolationAfter : isolationBefore);
@@ -66,7 +70,9 @@ std::size_t DisplayChange::Bytes() const {
   std::size_t bytes = sizeof(*this) + parts.size() * sizeof(Part) +
                       (msets.size() + labels.size()) * sizeof(Shown) + looks.size() * sizeof(Look);
   constexpr std::size_t kLook = 64;
-  for (const Looks& step : allLooks) bytes += (step.before.looks.size() + step.after.looks.size()) * kLook;
+  for (const Look& step : looks) {
+    if (step.all != nullptr) bytes += (step.all->before.looks.size() + step.all->after.looks.size()) * kLook;
+  }
   return bytes;
 }
 

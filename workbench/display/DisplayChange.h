@@ -22,15 +22,17 @@ class DisplayChange final : public IUndoableChange {
     std::uint64_t what;  // a mesh set, or the number of a label
     bool after;
   };
-  struct Look {
-    std::uint32_t key;
-    DisplayState::MeshLook before;
-    DisplayState::MeshLook after;
-  };
   /// The looks of all mesh sets at once.
   struct Looks {
     DisplayState::LookTable before;
     DisplayState::LookTable after;
+  };
+  /// The look of one mesh set, or of all: one order for both.
+  struct Look {
+    std::uint32_t key = 0;
+    DisplayState::MeshLook before{};
+    DisplayState::MeshLook after{};
+    std::shared_ptr<const Looks> all{};  // null for one
   };
   struct Modes {
     DisplayState::ColourModes before;
@@ -40,7 +42,6 @@ class DisplayChange final : public IUndoableChange {
   std::vector<Shown> msets;
   std::vector<Shown> labels;
   std::vector<Look> looks;
-  std::vector<Looks> allLooks;
   std::vector<Modes> modes;
   /// What is remembered of the time before an isolation, before and after this.
   std::shared_ptr<const Visibility> isolationBefore;

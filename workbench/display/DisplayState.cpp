@@ -257,7 +257,10 @@ void DisplayState::ChangeAllLooks(const Change& change) {
   LookTable before;
   if (recorded != nullptr) before = m_looks;
   change(m_looks);
-  if (recorded != nullptr) recorded->allLooks.push_back({std::move(before), m_looks});
+  if (recorded != nullptr) {
+    const DisplayChange::Looks looks{std::move(before), m_looks};
+    recorded->looks.push_back({.all = std::make_shared<const DisplayChange::Looks>(looks)});
+  }
   ++m_lookRevision;
   MarkDirty();
 }
