@@ -1,0 +1,337 @@
+// What stands behind a window of a document: both trees in step, the window's own commands, what of the display
+// can be undone, and the page of kept decks.
+
+#include <gtest/gtest.h>
+
+#include "support/Mesh.h"
+#include "workbench/session/DocumentPage.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+class SessionTest : public MeshTest {
+ protected:
+  SessionTest() {
+    m_first = AddGset(L"first");
+    m_second = AddGset(L"second");
+    m_a = AddPartTo(m_first, L"a");
+    m_b = AddPartTo(m_first, L"b");
+    m_c = AddPartTo(m_second, L"c");
+    m_outer = AddMset(L"outer", 0, 2, m_a);
+    m_inner = AddMset(L"inner", m_outer);
+    Open();
+    // What is selected in a closed branch is asked for only once it is open.
+    for (CWorksTreeBar* bar : {&m_bar, &m_setBar}) {
+      bar->GetTreeCtrl().GetQDRootItem()->ForEachBelow([](CQDTreeItem* node) { node->Expand(1); });
+    }
+  }
+  iterator AddGset(const CString& name) {
+    iterator itr = 0;
+    Act([&] {
+      tagTGset set;
+      set.name = name;
+      itr = Data().GetGsetPool().Add(set);
+    });
+    return itr;
+  }
+  iterator AddPartTo(iterator set, const CString& name) {
+    iterator itr = 0;
+    Act([&] {
+      tagTGeom part;
+      part.name = name;
+      part.gset = set;
+      itr = Data().GetGeomPool().Add(part);
+    });
+    return itr;
+  }
+  bool IsPartShown(iterator part) {
+    return m_doc.GetDisplay().GetShowHide(Data().GetGeomPool().GetAtNU(part)->cadItem) != 0;
+  }
+  /// The parts and mesh sets that are shown.
+  std::string Shown() {
+    std::string shown;
+    for (const auto& [name, part] : {std::pair("a", m_a), std::pair("b", m_b), std::pair("c", m_c)}) {
+      if (IsPartShown(part)) shown += name;
+    }
+    if (IsShown(m_outer)) shown += " outer";
+    if (IsShown(m_inner)) shown += " inner";
+    return shown;
+  }
+  std::vector<iterator> SelectedIn(CWorksTreeBar& bar) {
+    std::vector<iterator> records;
+    for (const HTREEITEM row : bar.GetTreeCtrl().GetSelectedItems()) {
+      records.push_back(bar.GetTreeCtrl().NodeOf(row)->GetIterator());
+    }
+    return records;
+  }
+  void Run(void (Session::*act)()) {
+    (m_session.get()->*act)();
+    Settle();
+  }
+
+  iterator m_first = 0, m_second = 0, m_a = 0, m_b = 0, m_c = 0, m_outer = 0, m_inner = 0;
+};
+using Records = std::vector<iterator>;
+
+TEST_F(SessionTest, APickSelectsInBothTreesAndTheBuffer) {
+  const auto pick = [this](iterator itr, bool add) {
+    m_session->Trees().Pick(itr, add);
+    Settle();
+    EXPECT_EQ(SelectedIn(m_setBar).size(), SelectedIn(m_bar).size());
+    EXPECT_EQ(SelectedIn(m_bar).size(), m_doc.GetSelectBuffer().size());
+    return m_doc.GetSelectBuffer();
+  };
+  EXPECT_EQ(pick(m_b, false), Records{m_b});
+  EXPECT_EQ(pick(m_c, true), (Records{m_b, m_c}));
+  EXPECT_EQ(SelectedIn(m_bar), (Records{m_b, m_c}));
+  EXPECT_EQ(SelectedIn(m_setBar), (Records{m_b, m_c}));
+  EXPECT_EQ(pick(m_b, true), Records{m_c}) << "once more takes it out";
+  EXPECT_EQ(pick(0, true), Records{m_c}) << "beside everything, while more is picked";
+  EXPECT_EQ(pick(m_a, false), Records{m_a});
+  EXPECT_EQ(pick(m_a, false), Records{m_a});
+  EXPECT_EQ(pick(0, false), Records{});
+}
+
+/// Whoever clicks a row in one tree sees it in the other one too.
+TEST_F(SessionTest, AClickInOneTreeSelectsInBoth) {
+  Click(L"b");
+  EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_b});
+  EXPECT_EQ(SelectedIn(m_setBar), Records{m_b});
+}
+
+TEST_F(SessionTest, WhatIsGoneIsNotSelectedAnyMore) {
+  m_session->Trees().Pick(m_a, false);
+  m_session->Trees().Pick(m_c, true);
+  Data().Delete({m_a});
+  Settle();
+  EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_c});
+  Undo();
+  EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_c});
+}
+
+TEST_F(SessionTest, ALoadedDocumentHasOpenBranchesAndItsName) {
+  m_session->TakeUp(L"other.qdw");
+  Settle();
+  for (CWorksTreeBar* bar : {&m_bar, &m_setBar}) {
+    const CQDTreeListCtrl& tree = bar->GetTreeCtrl();
+    EXPECT_EQ(tree.GetItemText(tree.GetRootItem(), 0), L"other.qdw");
+    for (const CQDTreeItem* branch : tree.GetQDRootItem()->Children()) {
+      EXPECT_EQ(tree.IsExpanded(branch->GetTreeItemHandle()), branch->GetChildCount() != 0);
+    }
+  }
+  m_session->Rename(L"third.qdw");
+  Settle();
+  EXPECT_EQ(m_doc.GetPathName(), L"third.qdw");
+  EXPECT_FALSE(m_session->IsEmpty());
+}
+
+TEST_F(SessionTest, TheFirstFileFindsAnEmptyDocument) {
+  Data().Delete({m_inner, m_outer});
+  EXPECT_FALSE(m_session->IsEmpty());
+  Data().Delete({m_a, m_b, m_c});
+  Settle();
+  EXPECT_TRUE(m_session->IsEmpty());
+  AddMset(L"alone");
+  EXPECT_FALSE(m_session->IsEmpty());
+}
+
+TEST_F(SessionTest, DeletesPartsOrElseMeshSetsWithAQuestion) {
+  m_session->Trees().Pick(m_a, false);
+  m_session->Trees().Pick(m_outer, true);
+  Run(&Session::Delete);
+  EXPECT_EQ(Data().GetDataType(m_a), 0) << "of both kinds the parts go";
+  EXPECT_NE(Data().GetDataType(m_outer), 0);
+  Undo();
+  for (const auto answer : {MessageAnswer::Cancel, MessageAnswer::No, MessageAnswer::Yes}) {
+    Select({L"outer"});
+    m_toolkit.AnswerMessage(answer);
+    // What the model tree's own command deletes.
+    Tree().OnSelchangAction();
+    Run(&Session::Delete);
+    m_toolkit.ForgetAnswers();
+    m_toolkit.TakeMessages();
+    if (Data().GetDataType(m_outer) == 0) Undo();
+  }
+  EXPECT_EQ(Data().GetMsetPool().Count(), 2U);
+}
+
+TEST_F(SessionTest, ShowsAndHidesEverythingAsOneActEach) {
+  Run(&Session::HideAll);
+  EXPECT_EQ(Shown(), "");
+  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_VISIBILITY");
+  EXPECT_EQ(m_displayActs, 1);
+  Run(&Session::ShowAll);
+  EXPECT_EQ(Shown(), "abc outer inner");
+  Undo();
+  EXPECT_EQ(Shown(), "");
+  Undo();
+  EXPECT_EQ(Shown(), "abc outer inner");
+  EXPECT_EQ(m_displayActs, 2);
+}
+
+TEST_F(SessionTest, MeshCommandsGoToTheSelectedSetOrToTheFirst) {
+  const auto shrunk = [this](iterator set) {
+    return m_doc.GetDisplay().GetMeshLook(Mset(set).key & kMsetKeyMask).shrink;
+  };
+  Select({L"inner"});
+  m_session->SendToMeshSet(kCommandShrink);
+  Settle();
+  EXPECT_TRUE(shrunk(m_inner) && !shrunk(m_outer));
+  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_DISPLAY");
+  m_session->SendToMeshes(kCommandLastMeshColourMode);
+  Settle();
+  EXPECT_EQ(m_doc.GetDisplay().GetMeshColorMode(), 4U);
+  Undo();
+  EXPECT_EQ(m_doc.GetDisplay().GetMeshColorMode(), 0U);
+}
+
+TEST_F(SessionTest, WhatOneTreeHidesIsHiddenInTheOther) {
+  ClickCheck(L"b");  // the fixture compares the boxes of both
+  EXPECT_EQ(Shown(), "ac outer inner");
+  Show(kGeometrySetTree);
+  Tree().GetQDRootItem()->OnMenuEvent(kCommandHideAll);
+  Settle();
+  EXPECT_EQ(Shown().substr(0, 1), Shown().empty() ? "" : " ");
+  m_doc.GetDisplay().ShowHideMset(m_inner, 0);
+  m_doc.GetDisplay().SetShowHide(0, kLabelCord, 1);
+  Settle();
+  m_doc.GetDisplay().SetShowHide(1, kLabelCord, 1);
+  Settle();
+}
+
+TEST_F(SessionTest, HidingIsAnActOfItsOwnUnlessItComesWithAnother) {
+  AddPartTo(m_first, L"later");
+  ClickCheck(L"b");
+  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_VISIBILITY");
+  Undo();
+  EXPECT_EQ(Data().UndoTitle(), L"act");
+  EXPECT_EQ(Shown(), "abc outer inner");
+  // Both in one go, as a command does that deletes and hides.
+  m_doc.GetDisplay().ShowHideMset(m_inner, 0);
+  AddPartTo(m_first, L"together");
+  EXPECT_EQ(Data().UndoTitle(), L"act");
+  Undo();
+  EXPECT_TRUE(IsShown(m_inner));
+}
+
+struct Isolating {
+  const char* name;
+  const wchar_t* row;
+  unsigned command;
+  const char* shown;
+};
+class Isolation : public SessionTest, public ::testing::WithParamInterface<Isolating> {};
+TEST_P(Isolation, IsLeftWithWhatWasShownBefore) {
+  ClickCheck(L"c");
+  const std::string before = Shown();
+  Select({GetParam().row});
+  Command(GetParam().command);
+  EXPECT_EQ(Shown(), GetParam().shown);
+  ASSERT_NE(m_doc.GetDisplay().Isolation(), nullptr);
+  // Another one inside it, and something else hidden: the former visibility stays the first one.
+  Select({L"b"});
+  Command(kCommandShowOnly);
+  m_doc.GetDisplay().ShowHideMset(m_outer, IsShown(m_outer) ? 0 : 1);
+  Settle();
+  Run(&Session::LeaveIsolation);
+  EXPECT_EQ(Shown(), before);
+  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
+  // Taken back to inside of it and to before it, and done again.
+  Undo();
+  EXPECT_NE(m_doc.GetDisplay().Isolation(), nullptr);
+  for (int acts = 3; acts > 0; --acts) Undo();
+  EXPECT_EQ(Shown(), before);
+  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
+  Redo();
+  EXPECT_EQ(Shown(), GetParam().shown);
+  Run(&Session::LeaveIsolation);
+  EXPECT_EQ(Shown(), before);
+  // What is hidden afterwards isolates nothing.
+  ClickCheck(L"a");
+  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
+}
+INSTANTIATE_TEST_SUITE_P(Commands, Isolation,
+                         ::testing::Values(Isolating{"part", L"a", kCommandShowOnly, "a outer inner"},
+                                           Isolating{"mesh_set", L"inner", kCommandShowMeshOnly, "ab inner"}),
+                         [](const auto& param) { return std::string(param.param.name); });
+
+TEST_F(SessionTest, TheDocumentGoesOnWithoutItsTrees) {
+  m_session.reset();
+  m_checked = false;
+  Data().Delete({m_a});
+  m_doc.GetDisplay().ShowHideMset(m_inner, 0);
+  m_toolkit.Pump();
+  EXPECT_EQ(Data().Undo(), 1);
+  EXPECT_EQ(m_bar.GetTreeCtrl().RowCount(), 0U);
+}
+
+// ---- the page of kept decks -------------------------------------------------------------------------------
+
+TEST(Keywords, AreCountedAsSolversReadThem) {
+  const auto counts = CountKeywords(
+      "** a comment\n*Step\nno card\n *NOT ONE\n*STEP, NLGEOM=YES\r\n*End Step  \n*step\n*\n**\n*NODE,NSET=A");
+  EXPECT_EQ(counts, (std::map<std::string, std::size_t>{{"*STEP", 3}, {"*END STEP", 1}, {"*", 1}, {"*NODE", 1}}));
+  EXPECT_TRUE(CountKeywords("").empty());
+}
+
+class DeckPage : public SessionTest {
+ protected:
+  iterator AddDeck(int kinds) {
+    std::string text = "** comment\n";
+    for (int kind = 0; kind < kinds; ++kind) text += "*CARD " + std::to_string(kind) + ", A=1\n1, 2\n";
+    iterator itr = 0;
+    Act([&] {
+      tagTDeck deck;
+      deck.name = L"beam.inp";
+      deck.text = std::make_shared<const std::string>(text + "*CARD 0\n");
+      itr = Data().GetDeckPool().Add(deck);
+    });
+    return itr;
+  }
+};
+
+TEST_F(DeckPage, StandsWhileThereIsADeckAndRemovesIt) {
+  EXPECT_EQ(DocumentPage::For(m_doc), nullptr);
+  const iterator deck = AddDeck(2);
+  EXPECT_TRUE(DocumentPage::IsOf(m_notices.back()));
+  const auto page = DocumentPage::For(m_doc);
+  ASSERT_NE(page, nullptr);
+  page->ShowProperty();
+  EXPECT_FALSE(page->HasApplyButton());
+  std::vector<CString> texts;
+  for (const auto& row : page->GetRows()) texts.push_back(row->name + L"=" + row->value);
+  EXPECT_EQ(texts, (std::vector<CString>{L"beam.inp=", L"IDS_WB_DECK_KEPT=IDS_QD_WRT_YES", L"IDS_WB_DECK_CARDS=3",
+                                         L"IDS_WB_DECK_KEYWORDS=", L"*CARD 0=2", L"*CARD 1=1"}));
+  CBCGPProp row = *page->GetRows()[1];
+  page->OnPropertyChanged(&row, row.data);
+  EXPECT_NE(Data().GetDataType(deck), 0) << "yes keeps it";
+  row.value = L"IDS_QD_WRT_NO";
+  page->OnPropertyChanged(&row, row.data);
+  Settle();
+  EXPECT_EQ(Data().GetDataType(deck), 0);
+  EXPECT_TRUE(DocumentPage::IsOf(m_notices.back()));
+  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_TRANS_REMOVE_DECK");
+  EXPECT_EQ(DocumentPage::For(m_doc), nullptr);
+  Undo();
+  EXPECT_NE(DocumentPage::For(m_doc), nullptr);
+  AddPartTo(m_first, L"other");
+  EXPECT_FALSE(DocumentPage::IsOf(m_notices.back()));
+}
+
+TEST_F(DeckPage, ListsSoManyKindsAndCountsTheRest) {
+  for (const auto& [kinds, rows, last] :
+       {std::tuple(199, 199U, L"1"), std::tuple(200, 200U, L"1"), std::tuple(203, 201U, L"3")}) {
+    const iterator deck = AddDeck(kinds);
+    const auto page = DocumentPage::For(m_doc);
+    page->ShowProperty();
+    EXPECT_EQ(page->GetRows().size(), 4U + rows) << kinds;
+    EXPECT_EQ(page->GetRows().back()->value, last) << kinds;
+    EXPECT_EQ(page->GetRows().back()->name == L"…", kinds > 200);
+    Act([&] { Data().GetDeckPool().TR_Del({deck}); });
+  }
+}
+
+}  // namespace
+}  // namespace qd::test
