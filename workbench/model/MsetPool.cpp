@@ -19,7 +19,7 @@ std::uint32_t KeyOf(const tagTMset& record) {
 // ---- indexes --------------------------------------------------------------------------------------------
 
 void MsetPool::OnEnter(iterator itr, const tagTMset& record) {
-  if (record.geom != 0) m_msetOfGeom.Assign(record.geom, itr);
+  if (record.geom != 0) m_msetsOfGeoms.emplace(record.geom, itr);
   m_msetOfKey.Assign(KeyOf(record), itr);
   m_names.emplace(record.name, itr);
   std::set<iterator>& siblings = m_children[record.parent];
@@ -28,7 +28,7 @@ void MsetPool::OnEnter(iterator itr, const tagTMset& record) {
 }
 
 void MsetPool::OnLeave(iterator itr, const tagTMset& record) {
-  if (GetItrByGeomItr(record.geom) == itr) m_msetOfGeom.Erase(record.geom);
+  m_msetsOfGeoms.erase({record.geom, itr});
   m_msetOfKey.Erase(KeyOf(record));
   m_names.erase({record.name, itr});
   const auto siblings = m_children.find(record.parent);
@@ -47,8 +47,11 @@ iterator MsetPool::GetItrByKey(std::uint32_t key) const {
 }
 
 iterator MsetPool::GetItrByGeomItr(iterator geom) const {
-  const std::uint64_t* found = geom != 0 ? m_msetOfGeom.Find(geom) : nullptr;
-  return found != nullptr ? *found : 0;
+  // The newest one, of several.
+  const auto behind = m_msetsOfGeoms.lower_bound({geom + 1, 0});
+  if (geom == 0 || behind == m_msetsOfGeoms.begin()) return 0;
+  const auto& [meshed, mset] = *std::prev(behind);
+  return meshed == geom ? mset : 0;
 }
 
 iterator MsetPool::GetItr(const CString& name) const {

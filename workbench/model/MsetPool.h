@@ -46,7 +46,7 @@ class MsetPool final : public Pool<tagTMset, DPoolMset> {
   int Delete(const std::set<iterator>& gone) { return Pool::TR_Del({gone.begin(), gone.end()}); }
 
   SettingsPool& m_settings;
-  FlatMap m_msetOfGeom;
+  std::set<std::pair<iterator, iterator>> m_msetsOfGeoms;  // parts that are meshed, and their mesh sets
   FlatMap m_msetOfKey;
   std::set<std::pair<CString, iterator>> m_names;
   std::unordered_map<std::uint32_t, std::set<iterator>> m_children;  // by key of the parent
