@@ -4,24 +4,11 @@
 #include <string>
 
 #include "host/CTransaction.h"
+#include "support/RecordText.h"
 #include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/Database.h"
-#include "workbench/store/RecordTables.h"
 
 namespace qd::test {
-
-/// Everything that a database holds, by value, as one text.
-inline std::string Contents(const workbench::Database& data) {
-  static const auto tables = workbench::MakeRecordTables();
-  std::string text;
-  for (const workbench::JournalEntry& entry : data.AllRecords()) {
-    for (const auto& table : tables) {
-      if (table->Type() != workbench::TypeOf(entry.itr)) continue;
-      text += std::to_string(entry.itr) + " " + table->Describe(*entry.after) + "\n";
-    }
-  }
-  return text;
-}
 
 /// A session that always goes the same way: act n does the same to the same model wherever it runs.
 class DocumentScript {
