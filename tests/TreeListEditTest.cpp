@@ -166,6 +166,10 @@ TEST_F(Editing, OneEditAfterAnotherStartsAfresh) {
   Key(kKeyTab);
   EXPECT_EQ(TakeLog(), "change(0,edit,0) ");
   // Gone with its row, hidden with its branch, closed by program: the focus goes back and nobody is told.
+  int ends = 0;
+  m_parent.onNotice = [&ends](Notice& notice) {
+    if (notice.code == CTreeListCtrl::kNoticeEndLabelEdit) ++ends;
+  };
   const HTREEITEM inner = m_tree.InsertItem(L"inner", 1, 0, m_plain, kInsertLast);
   for (int how = 0; how < 3; ++how) {
     m_tree.EnsureVisible(inner);
@@ -179,6 +183,7 @@ TEST_F(Editing, OneEditAfterAnotherStartsAfresh) {
     EXPECT_EQ(Box(), nullptr);
     EXPECT_EQ(m_toolkit.FocusWindow(), &m_tree);
     EXPECT_EQ(TakeLog(), "") << how;
+    EXPECT_EQ(ends, 0) << how;
   }
   ShowEdit(m_edit);
   m_tree.DeleteAllItems();

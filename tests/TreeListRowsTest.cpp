@@ -138,11 +138,14 @@ TEST_F(TreeList, SortByNamePutsNumbersInOrderAndKeepsEqualRows) {
 }
 
 TEST_F(TreeList, SortByKeyUsesTheKeyThenTheBracketNumber) {
-  for (const wchar_t* name : {L"Set [12]", L"Set [3]", L"x", L"y"}) Add(name);
+  for (const wchar_t* name : {L"Set [12]", L"Set [3]", L"x", L"y", L"same as y"}) Add(name);
+  m_tree.SetItemText(m_rows[L"same as y"], 1, L"5");
   m_tree.SetItemText(m_rows[L"x"], 1, L"-1");  // unsigned: the greatest of all
   m_tree.SetItemText(m_rows[L"y"], 1, L"5  ");
   m_tree.SortItems(0, 0, {});
-  EXPECT_EQ(Children({}), "Set [3] Set [12] y x");
+  EXPECT_EQ(Children({}), "Set [3] Set [12] y same as y x");
+  m_tree.SortItems(0, 0, {});
+  EXPECT_EQ(Children({}), "Set [3] Set [12] y same as y x");
   const CTLItem* twelve = m_tree.GetRecord(m_rows[L"Set [12]"]);
   const CTLItem* three = m_tree.GetRecord(m_rows[L"Set [3]"]);
   EXPECT_EQ(CTreeListCtrl::CompareFuncByKey(*twelve, *three, {0, 0}), 1);
