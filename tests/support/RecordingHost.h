@@ -33,6 +33,7 @@ class HostLog {
   void HearQuestions(bool on) { m_questions = on; }
   /// From now on the host refuses a call, known by its name; `after` calls still pass.
   void Refuse(const std::string& call, int after = 0) { m_refused[call] = after; }
+  bool WasRefused() const { return m_wasRefused; }
   void RefuseNothing() { m_refused.clear(); }
   /// Counts what has to be ended by whoever began it.
   void Bracket(const std::string& what, int change) { m_brackets[what] += change; }
@@ -52,6 +53,7 @@ class HostLog {
   };
 
   // ---- how arguments are written
+  static std::string Number(double value);
   static std::string Word(const CString& text);
   static std::string Colour(COLORREF colour);
   /// A record by its name: "Bolt", "mesh of Bolt", "key of Bolt"; "none", or "gone" for what is no record.
@@ -75,6 +77,7 @@ class HostLog {
   std::map<std::string, int> m_brackets;  // begun less ended
   int m_depth = 0;
   bool m_questions = false;
+  bool m_wasRefused = false;
 };
 
 /// A document of the workbench that writes down what reaches it through the host's interfaces. Its own code, which
