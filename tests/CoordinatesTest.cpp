@@ -4,8 +4,6 @@
 
 #include <utility>
 
-#include "host/Dialogs.h"
-#include "host/MessageOutput.h"
 #include "host/ProductVariant.h"
 #include "qd_wrt/coords/CQDTreeItemCord.h"
 #include "qd_wrt/coords/CQDTreeItemCordData.h"
@@ -20,26 +18,6 @@ using workbench::CordPool;
 
 const CString kRoot = L"IDS_QD_WRT_Coordinate_System";
 const CString kGlobal = L"IDS_WB_GLOBAL_CORD";
-
-/// What the module asked the host to open.
-class RecordedDialogs final : public IQDCmdDialog {
- public:
-  std::string log;
-
- protected:
-  void Open(CQDDocBase*, const CString& dialogClass, const void* first, const void*) override {
-    log += workbench::ToUtf8(dialogClass);
-    if (first == nullptr) return;
-    const auto* arguments = static_cast<const tagTCordGUI*>(first);
-    log += " " + std::to_string(arguments->mode) + " " + std::to_string(arguments->itr & 0xFF);
-  }
-};
-
-class Warnings final : public IMessageOutput {
- public:
-  void Warn(const CString& text) override { log += workbench::ToUtf8(text) + ";"; }
-  std::string log;
-};
 
 class CoordinatesTest : public ModelTest {
  protected:
@@ -81,10 +59,6 @@ class CoordinatesTest : public ModelTest {
     m_toolkit.Key(box, kKeyEnter);
     m_toolkit.Pump();
   }
-  std::string Warned() { return std::exchange(m_warnings.log, {}); }
-
-  RecordedDialogs m_dialogs;
-  Warnings m_warnings;
 };
 
 TEST_F(CoordinatesTest, TheBranchStandsFirstAndFollowsThePool) {
@@ -213,18 +187,6 @@ TEST_F(CoordinatesTest, TheRootHasAMenuForItselfAlone) {
   EXPECT_EQ(m_toolkit.ShownMenus().size(), 1U) << "the default system opens an empty one";
 }
 
-TEST_F(CoordinatesTest, CommandsOpenTheDialog) {
-  Add(L"A");
-  Select({kRoot});
-  Command(kCommandAddCord);
-  EXPECT_EQ(std::exchange(m_dialogs.log, {}), "CQDCmdCordDlg");
-  Select({L"A"});
-  Command(kCommandEditCord);
-  EXPECT_EQ(std::exchange(m_dialogs.log, {}), "CQDCmdCordDlg 1 2");
-  Command(kCommandRename);
-  EXPECT_NE(Tree().GetEditBox(), nullptr);
-}
-
 TEST_F(CoordinatesTest, DeletesTheSelectedOnesOrNone) {
   Add(L"A");
   Add(L"B");
@@ -329,7 +291,7 @@ TEST_P(CoordinateNames, AreTakenOrRefused) {
   Rename(L"A", expected.typed);
   EXPECT_EQ(NameOf(a), expected.stored);
   EXPECT_TRUE(Row(expected.stored)) << "the row shows the stored name";
-  EXPECT_EQ(Warned(), expected.warning);
+  EXPECT_EQ(Warnings(), expected.warning);
   EXPECT_EQ(Data().UndoTitle() == L"IDS_QD_TRANS_Modify_CORD", expected.writes);
 }
 const CString kAccent = L"e\x301";
@@ -337,10 +299,9 @@ INSTANTIATE_TEST_SUITE_P(
     Names, CoordinateNames,
     ::testing::Values(NameCase{"New", L"B", L"B", "", true}, NameCase{"Same", L"A", L"A", "", false},
                       NameCase{"OtherCase", L"a", L"a", "", true},
-                      NameCase{"Existing", L"other", L"A", "IDS_QD_DB_EXIST_NEW_DATA_NAME;", false},
-                      NameCase{"ExistingWhenCut", CString(70, L'o'), L"A", "IDS_QD_DB_EXIST_NEW_DATA_NAME;",
-                               false},
-                      NameCase{"Empty", L"", L"A", "IDS_QD_DB_NAME_EMPTY;", false},
+                      NameCase{"Existing", L"other", L"A", "IDS_QD_DB_EXIST_NEW_DATA_NAME", false},
+                      NameCase{"ExistingWhenCut", CString(70, L'o'), L"A", "IDS_QD_DB_EXIST_NEW_DATA_NAME", false},
+                      NameCase{"Empty", L"", L"A", "IDS_QD_DB_NAME_EMPTY", false},
                       NameCase{"Long", CString(70, L'x'), CString(63, L'x'), "", true},
                       NameCase{"AccentAtTheEnd", CString(62, L'x') + kAccent + L"y", CString(62, L'x'), "", true},
                       NameCase{"Korean", L"\xC88C\xD45C\xACC4", L"\xC88C\xD45C\xACC4", "", true}),

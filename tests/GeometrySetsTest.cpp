@@ -174,14 +174,14 @@ TEST_P(SetNames, AreStoredRefusedOrCut) {
   Node(L"A")->OnEditChange(GetParam().typed);
   EXPECT_EQ(Data().GetGsetPool().GetAtNU(A)->name, GetParam().stored);
   EXPECT_EQ(Node(GetParam().stored)->GetIterator(), A);
-  EXPECT_EQ(m_app.TakeLog(), GetParam().told);
+  EXPECT_EQ(Warnings(), GetParam().told);
 }
 const CString kLong(63, L'x');
 INSTANTIATE_TEST_SUITE_P(
     Texts, SetNames,
     ::testing::Values(SetNameCase{L"new", L"new", ""}, SetNameCase{L"A", L"A", ""},
-                      SetNameCase{L"B", L"A", "warn IDS_QD_DB_EXIST_NEW_DATA_NAME "},
-                      SetNameCase{L"", L"A", "warn IDS_QD_DB_NAME_EMPTY "},
+                      SetNameCase{L"B", L"A", "IDS_QD_DB_EXIST_NEW_DATA_NAME"},
+                      SetNameCase{L"", L"A", "IDS_QD_DB_NAME_EMPTY"},
                       SetNameCase{L"xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxyz", kLong,
                                   ""}));
 
@@ -224,7 +224,6 @@ TEST_F(GeometrySets, DroppedPartsChangeTheirSet) {
   Drag({L"a1"}, L"a3");  // the same set
   Drag({L"B"}, L"B");
   EXPECT_EQ(Data().Snapshot(), before);
-  EXPECT_EQ(m_app.TakeLog(), "");
   Drag({L"a1"}, L"a2");  // onto a part of another set
   EXPECT_EQ(Part(a1).gset, A);
 }
@@ -243,25 +242,6 @@ TEST_F(GeometrySets, MergingAsksAndIsOneAct) {
   Data().Undo();
   EXPECT_EQ(Data().Snapshot(), before);
   EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), A);
-}
-
-TEST_F(GeometrySets, AMergeThatFailsAtAnyWriteChangesNothing) {
-  Data().GetGsetPool().PutCurrentSet(A);
-  const auto before = Data().Snapshot();
-  int failing = 0;
-  for (bool done = false; !done; ++failing) {
-    int writes = 0;
-    Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
-    m_toolkit.AnswerMessage(MessageAnswer::Yes);
-    Drag({L"A"}, L"B");
-    EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_MERGE_GEOMSET"});
-    Data().SetWriteGuard(nullptr);
-    done = writes <= failing;
-    if (done) break;
-    EXPECT_EQ(Data().Snapshot(), before) << failing;
-  }
-  EXPECT_EQ(failing, 5);  // three parts, the current mark, the set
-  EXPECT_EQ(Sets(), "B [SURFACE [1] [a3] SOLID [3] [b1 a1 a2]]");
 }
 
 struct ActCase {
@@ -380,34 +360,6 @@ INSTANTIATE_TEST_SUITE_P(
                           kCommandReverseAll,
                           "A [-SURFACE [1] [-a3] SOLID [2] [-a1 a2]] -B [-SOLID [1] [-b1]]"}),
     [](const auto& param) { return std::string(param.param.name); });
-
-TEST_F(GeometrySets, CommandsGetThePartsOfTheSelectedSets) {
-  Node(L"a2")->OnClickCheck(kChecked);
-  Select({L"A"});
-  for (const unsigned command : {kCommandTranslate, kCommandSweep, kCommandAttach, kCommandProject,
-                                 kCommandIncludeExclude, kCommandSimplify}) {
-    Command(command);
-  }
-  EXPECT_EQ(m_app.TakeLog(),
-            "CQDGeomTransformDlg 41121 type 8 keys 2 CQDGeomTransformDlg 41152 type 8 keys 2 CQDGeomAttachDlg "
-            "CQDGeomProjectDlg CQDGeomIncludeExcludeDlg 1 CSimplifyDlg ");
-  Command(kCommandWireframe);
-  EXPECT_EQ(m_doc.GetDisplay().GetRenderMode(Part(a3).cadItem), 2U);
-  EXPECT_EQ(m_doc.GetDisplay().GetRenderMode(Part(b1).cadItem), 1U);
-  EXPECT_EQ(Tree().GetItemImage(Row(L"a3")), 23);
-  EXPECT_TRUE(m_doc.IsModelInfoChanged());
-  Select({L"A"});
-  m_app.TakeLog();
-  Command(kCommandGenerateMesh);  // no command of sets
-  EXPECT_EQ(m_app.TakeLog(), "");
-  Select({L"b1"});
-  Command(kCommandDelete);
-  EXPECT_EQ(Data().GetDataType(b1), 0);
-  const auto before = Data().Snapshot();
-  Select({L"IDS_QD_WRT_GEOMSET_SOLID [2]"});
-  Command(kCommandDelete);  // a group's parts stay
-  EXPECT_EQ(Data().Snapshot(), before);
-}
 
 TEST_F(GeometrySets, GroupsSortTheirParts) {
   const iterator early = AddPartTo(A, L"B2");

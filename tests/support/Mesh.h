@@ -83,8 +83,6 @@ class MeshTest : public ModelTest {
     std::sort(all.begin(), all.end());
     return all;
   }
-
-  RecordedApp m_app;
 };
 
 inline const CString kMeshRoot = L"IDS_QD_WRT_MESH";

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -72,6 +73,17 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
       at = heard.find("view.Redraw(0)", at + 1);
     }
     return count;
+  }
+  /// The warnings among it, divided by "|".
+  std::string Warnings() {
+    std::string warnings;
+    std::istringstream heard(Heard());
+    for (std::string line; std::getline(heard, line);) {
+      const std::string call = "warning(";
+      if (!line.starts_with(call)) continue;
+      warnings += (warnings.empty() ? "" : "|") + line.substr(call.size(), line.size() - call.size() - 1);
+    }
+    return warnings;
   }
   /// The tree that the test is about from here on.
   void Show(long type) { m_tree = type; }
