@@ -197,6 +197,8 @@ TEST_F(SessionTest, WhatOneTreeHidesIsHiddenInTheOther) {
   m_doc.GetDisplay().ShowHideMset(m_inner, 0);
   m_doc.GetDisplay().SetShowHide(0, kLabelCord, 1);
   Settle();
+  EXPECT_EQ(m_doc.GetDisplay().GetShowHide(kLabelCord, 1), 0);
+  EXPECT_FALSE(IsShown(m_inner));
   m_doc.GetDisplay().SetShowHide(1, kLabelCord, 1);
   Settle();
 }
