@@ -551,7 +551,7 @@ class NaiveTreeList {
   void Forget() {
     if (!rows[anchor].live) anchor = kNone;
     if (!rows[selectedItem].live) selectedItem = kNone;
-    if (!rows[tipRow].live) tipRow = -1;  // another row stands under the pointer now
+    if (tipRow >= 0 && !rows[tipRow].live) tipRow = -1;  // another row stands under the pointer now
   }
   void ViewMoved() {
     tip.clear();
