@@ -239,8 +239,13 @@ TEST_P(DragPermissions, DecideWhetherADragBegins) {
     node.m_leftDrag = node.m_multiLeftDrag = with.right;
     node.m_rightDrag = node.m_multiRightDrag = !with.right;
     const bool last = title == CString(L"b");
-    (with.right ? node.m_rightDrag : node.m_leftDrag) = with.may || !last;
-    (with.right ? node.m_multiRightDrag : node.m_multiLeftDrag) = with.mayMulti || !last;
+    if (with.right) {
+      node.m_rightDrag = with.may || !last;
+      node.m_multiRightDrag = with.mayMulti || !last;
+    } else {
+      node.m_leftDrag = with.may || !last;
+      node.m_multiLeftDrag = with.mayMulti || !last;
+    }
   }
   if (with.nodes == 2) Click(L"a");
   Click(L"b", with.nodes == 2 ? kMouseControl : 0U);
