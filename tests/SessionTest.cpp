@@ -42,6 +42,7 @@ class SessionTest : public MeshTest {
       tagTGeom part;
       part.name = name;
       part.gset = set;
+      part.cadItem = Data().GetGeomPool().NextNumber();
       itr = Data().GetGeomPool().Add(part);
     });
     return itr;
