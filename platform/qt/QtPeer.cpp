@@ -186,7 +186,7 @@ QtPeer::QtPeer(QtToolkit& toolkit, CWnd& owner, PeerKind kind, QWidget* parent, 
       break;
     case PeerKind::HorizontalScroll: {
       auto* bar = new QScrollBar(Qt::Horizontal, parent);
-      QObject::connect(bar, &QScrollBar::valueChanged, bar, [this](int value) {
+      QObject::connect(bar, &QScrollBar::valueChanged, &m_listener, [this](int value) {
         m_toolkit.Deliver({.kind = MessageKind::Scroll, .target = &m_owner, .amount = value});
       });
       m_widget = bar;
@@ -226,7 +226,6 @@ QtPeer::~QtPeer() {
   if (m_surface != nullptr) m_surface->Release();
   if (m_boxEvents != nullptr) m_boxEvents->Release();
   // The window may be dying inside one of its own events.
-  m_widget->disconnect();
   m_widget->hide();
   m_widget->setParent(nullptr);
   m_widget->deleteLater();
@@ -274,7 +273,7 @@ void QtPeer::SetTimer(unsigned id, unsigned milliseconds) {
   if (m_widget == nullptr) return;
   auto* timer = new QTimer(m_widget);  // owned by the widget
   timer->setObjectName(QString::number(id));
-  QObject::connect(timer, &QTimer::timeout, timer,
+  QObject::connect(timer, &QTimer::timeout, &m_listener,
                    [this, id] { m_toolkit.Deliver({.kind = MessageKind::Timer, .target = &m_owner, .id = id}); });
   timer->start(static_cast<int>(milliseconds));
 }

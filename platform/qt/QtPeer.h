@@ -84,6 +84,7 @@ class QtPeer final : public IPeer {
   QtToolkit& m_toolkit;
   CWnd& m_owner;
   QPointer<QWidget> m_widget;
+  QObject m_listener;  // hears the widget, which may outlive this for a moment; others that hear it go on
   SurfaceWidget* m_surface = nullptr;    // the same widget, when it is one
   ITextBox* m_textBox = nullptr;         // likewise
   TextBoxEvents* m_boxEvents = nullptr;  // of the text box

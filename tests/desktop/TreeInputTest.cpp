@@ -6,6 +6,8 @@
 #include <QTimer>
 #include <QWidget>
 
+#include <array>
+
 #include "Display.h"
 #include "platform/qt/QtToolkit.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
@@ -187,6 +189,21 @@ TEST_F(TreeInput, AScreenReaderHearsWhatTheRowsShowAfterEachAct) {
   tree->child(0)->actionInterface()->doAction("Expand");
   compare("a reader closed the branch");
   EXPECT_FALSE(Tree().IsExpanded(Tree().GetRootItem()));
+}
+
+TEST_F(TreeInput, NothingOfATreeIsLeftForScreenReadersWhenItIsGone) {
+  QAccessible::setActive(true);
+  const auto idOf = [](const CWnd& window) {
+    return QAccessible::uniqueId(QAccessible::queryAccessibleInterface(QtToolkit::WidgetOf(window)));
+  };
+  CWorksTreeBar other;
+  other.SetDocument(&m_doc);
+  other.Create(nullptr, 0, {0, 0, 100, 100});
+  const std::array ids{idOf(other), idOf(other.GetTreeCtrl())};
+  for (const QAccessible::Id id : ids) EXPECT_NE(QAccessible::accessibleInterface(id), nullptr);
+  other.DestroyWindow();
+  Wait(30);
+  for (const QAccessible::Id id : ids) EXPECT_EQ(QAccessible::accessibleInterface(id), nullptr);
 }
 
 }  // namespace
