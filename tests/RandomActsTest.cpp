@@ -9,7 +9,9 @@
 #include <sstream>
 
 #include "platform/CEdit.h"
+#include "support/Digest.h"
 #include "support/Mesh.h"
+#include "support/Rows.h"
 
 namespace qd::test {
 namespace {

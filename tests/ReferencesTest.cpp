@@ -33,24 +33,6 @@ class ReferencesTest : public MeshTest {
     m_file.reset();
   }
 
-  iterator AddMaterial(const CString& name) {
-    iterator itr = 0;
-    Act([&] {
-      tagTMaterial material;
-      material.name = name;
-      itr = Data().GetMaterialPool().Add(material);
-    });
-    return itr;
-  }
-  iterator AddGset(const CString& name) {
-    iterator itr = 0;
-    Act([&] {
-      tagTGset set;
-      set.name = name;
-      itr = Data().GetGsetPool().Add(set);
-    });
-    return itr;
-  }
   iterator AddProperty(iterator material) {
     iterator itr = 0;
     Act([&] {
@@ -75,7 +57,6 @@ class ReferencesTest : public MeshTest {
     });
     return itr;
   }
-  const tagTGeom& Part(iterator itr) { return *Data().GetGeomPool().GetAtNU(itr); }
   bool Stands(iterator itr) { return Data().GetDataType(itr) != 0; }
 
   /// The rows of the tree in no order: what comes back stands last.
@@ -186,9 +167,9 @@ TEST_F(ReferencesTest, NestedSetsMoveToTheNearestAncestorThatStays) {
 }
 
 TEST_F(ReferencesTest, PartsGoToTheDefaultSetAndTheCurrentSetFallsToIt) {
-  const iterator first = AddGset(L"first");
-  const iterator second = AddGset(L"second");
-  const iterator third = AddGset(L"third");
+  const iterator first = AddSet(L"first");
+  const iterator second = AddSet(L"second");
+  const iterator third = AddSet(L"third");
   const auto parts = AddParts({L"a"});
   ChangePart(parts[0], [&](tagTGeom& record) { record.gset = second; });
   Act([&] { ASSERT_EQ(Data().GetGsetPool().SetCurrentSet(third), 1); });
@@ -207,8 +188,8 @@ TEST_F(ReferencesTest, PartsGoToTheDefaultSetAndTheCurrentSetFallsToIt) {
 }
 
 TEST_F(ReferencesTest, ACurrentSetThatWasPutIsKeptAndFallsWhenUndoTakesItAway) {
-  AddGset(L"first");
-  const iterator second = AddGset(L"second");
+  AddSet(L"first");
+  const iterator second = AddSet(L"second");
   Data().GetGsetPool().PutCurrentSet(second);
   ExpectSound("put");
   EXPECT_EQ(Data().GetGsetPool().GetCurrentSet(), second);

@@ -14,8 +14,8 @@ using namespace workbench;
 class SessionTest : public MeshTest {
  protected:
   SessionTest() {
-    m_first = AddGset(L"first");
-    m_second = AddGset(L"second");
+    m_first = AddSet(L"first");
+    m_second = AddSet(L"second");
     m_a = AddPartTo(m_first, L"a");
     m_b = AddPartTo(m_first, L"b");
     m_c = AddPartTo(m_second, L"c");
@@ -26,26 +26,6 @@ class SessionTest : public MeshTest {
     for (CWorksTreeBar* bar : {&m_bar, &m_setBar}) {
       bar->GetTreeCtrl().GetQDRootItem()->ForEachBelow([](CQDTreeItem* node) { node->Expand(1); });
     }
-  }
-  iterator AddGset(const CString& name) {
-    iterator itr = 0;
-    Act([&] {
-      tagTGset set;
-      set.name = name;
-      itr = Data().GetGsetPool().Add(set);
-    });
-    return itr;
-  }
-  iterator AddPartTo(iterator set, const CString& name) {
-    iterator itr = 0;
-    Act([&] {
-      tagTGeom part;
-      part.name = name;
-      part.gset = set;
-      part.cadItem = Data().GetGeomPool().NextNumber();
-      itr = Data().GetGeomPool().Add(part);
-    });
-    return itr;
   }
   bool IsPartShown(iterator part) {
     return m_doc.GetDisplay().GetShowHide(Data().GetGeomPool().GetAtNU(part)->cadItem) != 0;

@@ -5,8 +5,8 @@
 
 #include "InWindow.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "support/RecordText.h"
 #include "workbench/store/CheckDocument.h"
-#include "workbench/store/RecordTables.h"
 #include "workbench/tree/TreePrinter.h"
 
 namespace qd::test {
@@ -17,17 +17,6 @@ using namespace workbench;
 class Journey : public InWindow, public ::testing::WithParamInterface<Qt::WindowState> {
  protected:
   std::string Print() { return PrintTree(Tree()).substr(PrintTree(Tree()).find('\n')); }
-  /// Every record as text.
-  std::string Records() {
-    std::string all;
-    const auto tables = MakeRecordTables();
-    for (const JournalEntry& entry : Data().AllRecords()) {
-      for (const auto& table : tables) {
-        if (table->Type() == TypeOf(entry.itr)) all += table->Describe(*entry.after) + "\n";
-      }
-    }
-    return all;
-  }
   QImage Picture() {
     EXPECT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
     m_window->View().FitAll();
@@ -110,7 +99,7 @@ TEST_P(Journey, WhatWasSavedIsOpenedAsItWas) {
   ASSERT_EQ(Part(L"Housing"), nullptr);
   Tree().SelectCTItem(Part(L"Axle 7"));
   const std::string tree = Print();
-  const std::string records = Records();
+  const std::string records = Contents(Data());
   const QImage left = Picture();
   const QSize size = m_window->size();
   Keep("journey_left");
@@ -127,7 +116,7 @@ TEST_P(Journey, WhatWasSavedIsOpenedAsItWas) {
   Wait(500);
   ASSERT_NE(Part(L"Axle 7"), nullptr) << Print();
   EXPECT_EQ(Print(), tree);
-  EXPECT_EQ(Records(), records);
+  EXPECT_EQ(Contents(Data()), records);
   EXPECT_EQ(m_window->size(), size);
   Tree().SelectCTItem(Part(L"Axle 7"));
   EXPECT_LT(Difference(left, Picture()), 0.001);

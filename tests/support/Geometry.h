@@ -14,36 +14,6 @@ class GeometryTest : public ModelTest {
  protected:
   ~GeometryTest() override { SetProductVariant(ProductVariant::Standard); }
 
-  iterator AddSet(const CString& name) {
-    iterator set = 0;
-    Act([&] {
-      tagTGset record;
-      record.name = name;
-      set = Data().GetGsetPool().Add(record);
-    });
-    return set;
-  }
-  iterator AddPartTo(iterator set, const CString& name, TopologyKind kind = TopologyKind::Solid) {
-    iterator part = 0;
-    Act([&] {
-      tagTGeom record;
-      record.name = name;
-      record.kind = kind;
-      record.gset = set;
-      record.cadItem = Data().GetGeomPool().NextNumber();
-      part = Data().GetGeomPool().Add(record);
-    });
-    return part;
-  }
-  iterator AddMaterial(const CString& name) {
-    iterator material = 0;
-    Act([&] {
-      tagTMaterial record;
-      record.name = name;
-      material = Data().GetMaterialPool().Add(record);
-    });
-    return material;
-  }
   iterator AddMesh(iterator part) {
     iterator mesh = 0;
     Act([&] {
@@ -54,7 +24,6 @@ class GeometryTest : public ModelTest {
     });
     return mesh;
   }
-  const tagTGeom& Part(iterator itr) { return *Data().GetGeomPool().GetAtNU(itr); }
   bool IsShown(iterator part) { return m_doc.GetDisplay().GetCadItem(Part(part).cadItem).shown; }
 };
 

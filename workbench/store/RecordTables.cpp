@@ -230,26 +230,6 @@ class RecordTable final : public IRecordTable {
     return ReadOrdered(file, " DESC", onRow, onFault);
   }
 
-  std::string Describe(const tagTRecord& record) const override {
-    std::string text = m_name;
-    for (const Column<T>& column : m_columns) {
-      const Value value = column.get(static_cast<const T&>(record));
-      text += "|" + std::string(column.name) + "=";
-      if (value.kind == Value::Kind::Integer) text += std::to_string(value.integer);
-      // The file knows no negative zero.
-      if (value.kind == Value::Kind::Real) text += std::to_string(value.real + 0.0);
-      text += value.bytes;
-    }
-    ForEachPart([&](auto kind, std::size_t) {
-      if (const auto* part = PartOf<decltype(kind)>(&record)) {
-        ByteWriter bytes;
-        kind.Put(bytes, *part);
-        text += "|" + bytes.Take();
-      }
-    });
-    return text;
-  }
-
  private:
   /// Calls `what` with each kind of large part and its place.
   template <typename What>

@@ -30,8 +30,6 @@ class IRecordTable {
   using Fault = std::function<void(const RecordFault&)>;
   virtual bool Read(Connection& file, const Row& onRow, const Fault& onFault) = 0;
   virtual bool ReadBackwards(Connection& file, const Row& onRow, const Fault& onFault) = 0;
-  /// A record as text, for comparing.
-  virtual std::string Describe(const tagTRecord& record) const = 0;
 };
 
 /// A table for each type of record that documents hold, as far as a file has the tables: nothing is asked of
