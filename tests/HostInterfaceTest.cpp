@@ -1,4 +1,4 @@
-// The module's entry, the manager's way to the panes, menus and icons, the pane's layout.
+// The module's entry, the manager's way to the panes, menus and icons.
 
 #include <gtest/gtest.h>
 
@@ -14,7 +14,6 @@
 #include "qd_wrt/core/IAppWrt.h"
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
-#include "qd_wrt/panel/PaneLayout.h"
 
 namespace qd::test {
 namespace {
@@ -238,82 +237,6 @@ TEST(Messages, AKeyWithoutTextShowsItself) {
   const OneText table;
   EXPECT_EQ(CMSGFunction::GetValue("KNOWN"), L"text");
   EXPECT_EQ(CMSGFunction::GetValue("OTHER"), L"OTHER");
-}
-
-// ---- the pane's layout ----------------------------------------------------------------------------------
-
-struct LayoutCase {
-  const char* name;
-  PaneMeasures measures;
-  int treeBottom;
-  bool bar;
-  int visible;
-  int offset;
-};
-class Layout : public ::testing::TestWithParam<LayoutCase> {};
-
-TEST_P(Layout, DecidesBothBarsTogether) {
-  const LayoutCase& expected = GetParam();
-  const PaneLayout layout = LayOutPane(expected.measures);
-  EXPECT_EQ(layout.tree.bottom, expected.treeBottom);
-  EXPECT_EQ(layout.showBar, expected.bar);
-  EXPECT_EQ(layout.visibleWidth, expected.visible);
-  EXPECT_EQ(layout.largestOffset, expected.offset);
-  EXPECT_EQ(layout.tree.top, expected.measures.headerHeight);
-}
-// Pane 300 by 220, header 20, bars 17, rows of 20 pixels.
-INSTANTIATE_TEST_SUITE_P(
-    Panes, Layout,
-    ::testing::Values(
-        LayoutCase{"AllFits", {300, 220, 20, 300, 10, 20, 17, 17}, 220, false, 300, 0},
-        LayoutCase{"RowsNeedABar", {300, 220, 20, 283, 11, 20, 17, 17}, 220, false, 283, 0},
-        LayoutCase{"ColumnsNeedABar", {300, 220, 20, 301, 9, 20, 17, 17}, 203, true, 300, 1},
-        LayoutCase{"TheVerticalBarCallsTheOther", {300, 220, 20, 290, 11, 20, 17, 17}, 203, true, 283, 7},
-        LayoutCase{"TheHorizontalBarCallsTheOther", {300, 220, 20, 320, 10, 20, 17, 17}, 203, true, 283, 37},
-        LayoutCase{"Folded", {0, 0, 20, 300, 5, 20, 17, 17}, 20, true, 0, 300}),
-    [](const auto& shape) { return std::string(shape.param.name); });
-
-TEST(Bar, ScrollsShrinksAndKeepsTheRightEdge) {
-  HeadlessToolkit toolkit;
-  CWorksTreeBar bar;
-  bar.Create(nullptr, 0, {0, 0, 200, 200});
-  toolkit.Pump();
-  CQDTreeListCtrl& tree = bar.GetTreeCtrl();
-  EXPECT_EQ(tree.GetColumnsWidth(), 240);  // never narrower than the columns' own least widths
-  tree.GetHeader().SetItemWidth(0, 280);   // 400 in all, 200 to see
-  bar.Dispatch({.kind = MessageKind::Size, .target = &bar});
-  tree.SetHorizontalOffset(-200);
-  tree.GetHeader().SetItemWidth(0, 180);  // columns end left of the pane now: the right edges meet
-  EXPECT_EQ(tree.GetHorizontalOffset(), -100);
-  EXPECT_EQ(tree.GetHeader().GetOffset(), -100);
-  tree.GetHeader().SetItemWidth(0, 60);
-  EXPECT_EQ(tree.GetHorizontalOffset(), 0);
-  bar.MoveWindow({0, 0, 900, 200});  // widths that were set by hand stay
-  toolkit.Pump();
-  EXPECT_EQ(tree.GetColumnWidth(0), 60);
-}
-
-TEST(Bar, ShowsTheWholeTextWhereItWasCut) {
-  HeadlessToolkit toolkit;
-  CWorksTreeBar bar;
-  bar.Create(nullptr, 0, {0, 0, 260, 200});
-  CQDTreeListCtrl& tree = bar.GetTreeCtrl();
-  const CString text(100, L'x');
-  tree.InsertItem(text, 0, 0, HTREEITEM{}, kInsertLast);
-  tree.InsertItem(L"short", 0, 0, HTREEITEM{}, kInsertLast);
-  toolkit.Pump();
-  const auto move = [&](int y) {
-    toolkit.Enqueue({.kind = MessageKind::MouseMove, .target = &tree, .point = {60, y}});
-    toolkit.Pump();
-  };
-  move(5);
-  EXPECT_EQ(toolkit.Tip(), text);
-  move(25);
-  EXPECT_EQ(toolkit.Tip(), L"");
-  move(5);
-  toolkit.Enqueue({.kind = MessageKind::MouseLeave, .target = &tree});
-  toolkit.Pump();
-  EXPECT_EQ(toolkit.Tip(), L"");
 }
 
 }  // namespace

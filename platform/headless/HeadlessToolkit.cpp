@@ -86,7 +86,9 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   void SetCursor(const Picture&) override { m_pointer = "picture"; }
   void AnnounceFocus(std::uint64_t row) override { m_toolkit.m_announced.push_back(row); }
   ITextBox* TextBox() override { return IsText() ? this : nullptr; }
-  void ShowTip(CPoint, const CString& text, COLORREF, COLORREF) override { m_toolkit.m_tip = text; }
+  void ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) override {
+    m_toolkit.m_tip = {text, screen, background, colour};
+  }
 
   const ScrollState& Scroll() const { return m_scroll; }
   const std::string& Pointer() const { return m_pointer; }

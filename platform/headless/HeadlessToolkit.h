@@ -74,8 +74,15 @@ class HeadlessToolkit final : public IToolkit {
   int TakePaintCount();
   /// Lets Pump paint what windows ask for: gets the window and the smallest rectangle round all that needs it.
   void SetScreen(std::function<void(CWnd&, const CRect&)> screen) { m_screen = std::move(screen); }
-  /// The tool tip on show, empty when there is none.
-  const CString& Tip() const { return m_tip; }
+  /// The tool tip on show, empty when there is none, and how it looks.
+  const CString& Tip() const { return m_tip.text; }
+  struct TipLook {
+    CString text;
+    CPoint screen;
+    COLORREF background = 0;
+    COLORREF colour = 0;
+  };
+  const TipLook& GetTipLook() const { return m_tip; }
   CWnd* FocusWindow() const { return m_focus; }
   /// The timers of a window that run: number and period.
   std::map<unsigned, unsigned> TimersOf(const CWnd& window) const;
@@ -135,7 +142,7 @@ class HeadlessToolkit final : public IToolkit {
   std::vector<std::uint64_t> m_announced;
   CPoint m_cursor;
   CWnd* m_focus = nullptr;
-  CString m_tip;
+  TipLook m_tip;
 };
 
 }  // namespace qd

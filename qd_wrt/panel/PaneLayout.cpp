@@ -12,7 +12,8 @@ PaneLayout LayOutPane(const PaneMeasures& measures) {
   // The second round lets the one bar answer to the other; a third would change nothing, bars only come.
   for (int round = 0; round < 2; ++round) {
     const int treeHeight = belowHeader - (layout.showBar ? measures.horizontalBar : 0);
-    vertical = vertical || content > static_cast<std::size_t>(std::max(treeHeight, 0));
+    // One row always counts as seen: a tree that is lower has no bar for it.
+    vertical = vertical || content > static_cast<std::size_t>(std::max(treeHeight, measures.rowHeight));
     layout.visibleWidth = std::max(measures.width - (vertical ? measures.verticalBar : 0), 0);
     layout.showBar = measures.columnsWidth > layout.visibleWidth;
   }

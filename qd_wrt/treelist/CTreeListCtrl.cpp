@@ -287,6 +287,12 @@ void CTreeListCtrl::CloseEditorsOfDeadRows() {
   const bool dead =
       (m_edit != nullptr && !IsLive(m_edit->GetItem())) || (m_combo != nullptr && !IsLive(m_combo->GetItem()));
   if (dead) DeleteBoxes();
+  if (m_tipRow && !IsLive(m_tipRow)) HideTip();
+}
+
+void CTreeListCtrl::HideTip() {
+  m_tipRow = {};
+  if (m_pane != nullptr) m_pane->HideToolTip();
 }
 
 int CTreeListCtrl::DeleteItem(HTREEITEM row) {
@@ -326,6 +332,7 @@ int CTreeListCtrl::DeleteAllItems() {
   IToolkit::Instance().SetWaitCursor(true);
   DeleteBoxes();
   EraseAllRows(FreeRecord);
+  HideTip();
   IToolkit::Instance().SetWaitCursor(false);
   ResetVertScrollBar();
   return 1;
@@ -411,8 +418,7 @@ void CTreeListCtrl::OnMouseWheel(int lines) {
 
 void CTreeListCtrl::OnViewMoved() {
   PlaceEditors();
-  if (m_pane != nullptr) m_pane->HideToolTip();
-  m_tipRow = {};
+  HideTip();
 }
 
 }  // namespace qd

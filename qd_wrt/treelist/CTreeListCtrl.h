@@ -288,6 +288,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   bool GetEditorPlace(HTREEITEM row, CRect& place) const;
   void PlaceEditors();
   void CloseEditorsOfDeadRows();
+  void HideTip();
   void CloseBox(std::unique_ptr<CWnd> box);
   void OnEndlabeledit(const EditNotice& notice, std::intptr_t& result);
   void OnEndComboedit(const EditNotice& notice, std::intptr_t& result);

@@ -180,8 +180,7 @@ void CTreeListCtrl::OnMouseMove(unsigned, CPoint point) {
 }
 
 void CTreeListCtrl::OnMouseLeave() {
-  m_tipRow = {};
-  if (m_pane != nullptr) m_pane->HideToolTip();
+  HideTip();
 }
 
 }  // namespace qd

@@ -551,7 +551,9 @@ class NaiveTreeList {
   void Forget() {
     if (!rows[anchor].live) anchor = kNone;
     if (!rows[selectedItem].live) selectedItem = kNone;
-    if (tipRow >= 0 && !rows[tipRow].live) tipRow = -1;  // another row stands under the pointer now
+    if (tipRow == kNone || rows[tipRow].live) return;
+    tipRow = kNone;
+    tip.clear();
   }
   void ViewMoved() {
     tip.clear();
