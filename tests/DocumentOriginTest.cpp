@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "qd_wrt/properties/CPropertySetGeom.h"
 #include "qd_wrt/properties/PartEdits.h"
 #include "support/DocumentFolder.h"
 #include "workbench/display/WorkDocument.h"
@@ -65,23 +64,6 @@ TEST_F(DocumentOrigin, StaysWithThePartAndComesBack) {
   EXPECT_EQ(PartAt(document->data, 1).name, L"other");
   EXPECT_EQ(PartAt(document->data, 2).origin, nullptr);
   ExpectBolt(PartAt(document->data, 3), L"left \"Ø6\"", 1, 4);
-}
-
-TEST_F(DocumentOrigin, StandsOnThePageOfThePart) {
-  WorkDocument doc;
-  ASSERT_EQ(StoreImport(doc.GetDatabase(), Bolts(), L"import"), 1);
-  const auto rowsOf = [&](std::size_t place) {
-    CPropertySetGeom page(&doc, doc.GetDatabase().GetGeomPool().GetItrList()[place]);
-    page.ShowProperty();
-    std::map<CString, CString> rows;
-    for (const auto& row : page.GetRows()) rows[row->name] = row->value;
-    return rows;
-  };
-  auto bolt = rowsOf(1);
-  EXPECT_EQ(bolt[L"IDS_QD_WRT_PROP_INSTANCE"], L"right");
-  EXPECT_EQ(bolt[L"IDS_QD_WRT_PROP_ASSEMBLY"], L"Pump/Lid");
-  EXPECT_EQ(bolt[L"IDS_QD_WRT_PROP_ASSEMBLY_USES"], L"Pump/Upper lid");
-  EXPECT_EQ(rowsOf(2).count(L"IDS_QD_WRT_PROP_PRODUCT"), 0U);
 }
 
 TEST_F(DocumentOrigin, DamagedOnesAreRefusedAndRepairKeepsTheParts) {

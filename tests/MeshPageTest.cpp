@@ -3,61 +3,81 @@
 #include "qd_wrt/properties/CPropertySetMesh.h"
 #include "support/Heard.h"
 #include "support/Mesh.h"
+#include "support/Pages.h"
 
 namespace qd::test {
 namespace {
 
-using namespace workbench;
+using namespace heard;
+
+const CString kName = L"IDS_QD_WRT_NAME";
+const CString kColour = L"IDS_QD_WRT_Color";
 
 /// Sets A (with B and, below that, C) and D; the default set is E.
-class MeshPage : public MeshTest {
- protected:
-  MeshPage() {
+class MeshPage : public Standalone<PageOf<MeshTest>> {
+ public:
+  void Make(int) {
     const iterator a = AddMset(L"A");
     b = AddMset(L"B", a);
     AddMset(L"C", b);
     d = AddMset(L"D");
-    iterator e = 0;
-    Act([&] { e = Pool().NeedDefaultMset(); });
-    ChangeMset(e, [](tagTMset& set) { set.name = L"E"; });
+    Act([&] { Pool().NeedDefaultMset(); });
+    ChangeMset(Pool().GetDefaultMset(), [](tagTMset& set) { set.name = L"E"; });
     Heard();
   }
-  iterator b, d;
+  /// The button of the page.
+  void Apply(const CString& row, const CString& name, COLORREF colour) {
+    PageFor(row);
+    Set(kName, name);
+    RowOf(*m_properties.GetPropertySet(), kName).value = name;
+    RowOf(*m_properties.GetPropertySet(), kColour).colour = colour;
+    Heard();
+    m_properties.GetPropertySet()->ApplyProperty();
+  }
+  void ExpectOthersAsEver(Standing standing, bool changed);
 
-  std::string Rows() {
-    m_properties.GetPropertySet()->ShowProperty();
-    std::string text;
-    for (const auto& row : m_properties.GetPropertySet()->GetRows()) {
-      std::string name = ToUtf8(row->name);
-      const std::string prefix = "IDS_QD_WRT_";
-      if (name.starts_with(prefix)) name.erase(0, prefix.size());
-      text += name + (row->kind == CBCGPProp::Kind::Title ? "" : "=" + ToUtf8(row->value)) +
-              (row->readOnly ? "" : "*") + "|";
-    }
-    return text;
-  }
-  CBCGPProp& RowOf(const CString& name) {
-    for (const auto& row : m_properties.GetPropertySet()->GetRows()) {
-      if (row->name == name && row->kind != CBCGPProp::Kind::Title) return *row;
-    }
-    throw std::logic_error("no such row");
-  }
+  iterator b = 0;
+  iterator d = 0;
 };
-const std::string kMassRows = "MESH_MASS*|MESH_MASS=|MASSX=|MASSY=|MASSZ=|";
+
+// ---- what it shows --------------------------------------------------------------------------------------
+
+std::string Counts(int elements, int nodes) {
+  return "  MESH_ELEM_COUNT: " + std::to_string(elements) +
+         " (fixed) -- MESH_ELEM_COUNT_DESC\n  MESH_NODE_COUNT: " + std::to_string(nodes) +
+         " (fixed) -- MESH_NODE_COUNT_DESC\n";
+}
+std::string Identity(const std::string& number, const std::string& name, const std::string& colour = "#010203") {
+  return "DB_DATA_NAME_MESH\n  ID: " + number + " (fixed) -- ID_DESC\n  NAME: " + name +
+         " -- NAME_DESC\n  Color: " + colour + " -- COLOR_DESC\n";
+}
+std::string Mass(const std::string& mass = "", const std::string& x = "", const std::string& y = "",
+                 const std::string& z = "") {
+  std::string text = "MESH_MASS (closed)\n";
+  for (const auto& [row, value] : {std::pair("MESH_MASS", mass), {"MASSX", x}, {"MASSY", y}, {"MASSZ", z}}) {
+    text += std::string("  ") + row + ": " + value + " (fixed) (click) -- " + row + "_DESC\n";
+  }
+  return text;
+}
+const std::string kButton = "with a button\n";
 
 TEST_F(MeshPage, ShowsASetOrTheSumsOfSeveral) {
-  Click(kMeshRoot);
-  Tree().SelectCTItem(Node(L"D"));
-  EXPECT_EQ(Rows(),
-            "IDS_DB_DATA_NAME_MESH*|ID=4|NAME=D*|Color=*|MESH_ELEM_COUNT=2|MESH_NODE_COUNT=4|" + kMassRows);
-  Tree().SelectCTItem(Node(L"E"));
-  EXPECT_NE(Rows().find("NAME=E|"), std::string::npos);
+  Make(0);
+  EXPECT_EQ(Text(L"D"), Identity("4", "D") + Counts(2, 4) + Mass() + kButton);
+  EXPECT_EQ(Text(L"E"), Identity("5", "E (fixed)", "#5ea7eb") + Counts(0, 0) + Mass() + kButton);
+  ChangeMset(d, [](tagTMset& set) { workbench::PutMesh(set, Strip(3, 9)); });
   Select({L"A", L"B", L"D"});
   Tree().OnSelchangAction();
-  EXPECT_EQ(Rows(), "IDS_DB_DATA_NAME_MESH*|COUNT=3|MESH_ELEM_COUNT=6|MESH_NODE_COUNT=12|");
+  const std::string sums = "DB_DATA_NAME_MESH\n  COUNT: 3 (fixed) -- COUNT_DESC\n";
+  EXPECT_EQ(PageText(Page()), sums + Counts(7, 13));
+  EXPECT_FALSE(m_toolkit.IsWaitCursor());
+  Heard();
+  m_properties.GetPropertySet()->ApplyProperty();
+  EXPECT_EQ(Heard(), "");
 }
 
 TEST_F(MeshPage, NamesPropertyMaterialAndMass) {
+  Make(0);
   Act([&] {
     tagTMaterial steel;
     steel.name = L"Steel";
@@ -71,69 +91,118 @@ TEST_F(MeshPage, NamesPropertyMaterialAndMass) {
     tagTMset record = Mset(d);
     record.property = property;
     ASSERT_EQ(Pool().Modify(d, record), 1);
+    record = Mset(b);
+    plate.material = 0;
+    record.property = Data().GetPropertyPool().Add(plate);
+    ASSERT_EQ(Pool().Modify(b, record), 1);
   });
-  Tree().SelectCTItem(Node(L"D"));
-  EXPECT_NE(Rows().find("MESH_PROPERTY=1 : Plate|MESH_MATERIAL=1 : Steel|"), std::string::npos);
-  IPropertySet& page = *m_properties.GetPropertySet();
-  page.CalProp(&RowOf(L"IDS_QD_WRT_NAME"));
-  EXPECT_EQ(RowOf(L"IDS_QD_WRT_MESH_MASS").value, L"");
-  page.CalProp(&RowOf(L"IDS_QD_WRT_MASSY"));
+  const std::string property = "  MESH_PROPERTY: 2 : Plate (fixed) -- MESH_PROPERTY_DESC\n";
+  EXPECT_EQ(Text(L"B"), Identity("2", "B") + Counts(2, 4) + property + Mass() + kButton);
+  const std::string rows =
+      Identity("4", "D") + Counts(2, 4) +
+      "  MESH_PROPERTY: 1 : Plate (fixed) -- MESH_PROPERTY_DESC\n  MESH_MATERIAL: 1 : Steel (fixed) -- "
+      "MESH_MATERIAL_DESC\n";
   // Two triangles of one half each, two thick, three dense.
-  EXPECT_EQ(RowOf(L"IDS_QD_WRT_MESH_MASS").value, L"    6 t");
-  EXPECT_EQ(RowOf(L"IDS_QD_WRT_MASSX").value, L"  0.5 mm");
-  EXPECT_EQ(RowOf(L"IDS_QD_WRT_MASSZ").value, L"    0 mm");
+  const std::string mass = Mass("    6 t", "  0.5 mm", "  0.5 mm", "    0 mm");
+  for (const CString& row : {CString(L"IDS_QD_WRT_MESH_MASS"), CString(L"IDS_QD_WRT_MASSX"),
+                             CString(L"IDS_QD_WRT_MASSY"), CString(L"IDS_QD_WRT_MASSZ")}) {
+    EXPECT_EQ(Text(L"D"), rows + Mass() + kButton);
+    IPropertySet& page = *m_properties.GetPropertySet();
+    page.CalProp(&RowOf(page, kName));
+    page.CalProp(nullptr);
+    EXPECT_EQ(Now(), rows + Mass() + kButton);
+    page.CalProp(&RowOf(page, row));
+    EXPECT_EQ(Now(), rows + mass + kButton);
+  }
 }
 
 TEST_F(MeshPage, AStoppedComputationLeavesTheMassEmpty) {
+  Make(0);
   m_host.StopLongWork();
-  ChangeMset(d, [](tagTMset& set) { PutMesh(set, Strip(70'000, 9)); });
-  Tree().SelectCTItem(Node(L"D"));
-  m_properties.GetPropertySet()->ShowProperty();
-  m_properties.GetPropertySet()->CalProp(&RowOf(L"IDS_QD_WRT_MASSX"));
-  EXPECT_EQ(RowOf(L"IDS_QD_WRT_MESH_MASS").value, L"");
+  ChangeMset(d, [](tagTMset& set) { workbench::PutMesh(set, Strip(70'000, 9)); });
+  IPropertySet& page = PageFor(L"D");
+  page.CalProp(&RowOf(page, L"IDS_QD_WRT_MASSX"));
+  EXPECT_EQ(Now(), Identity("4", "D") + Counts(70'000, 70'002) + Mass() + kButton);
 }
 
-TEST_F(MeshPage, WritesNameAndColourInOneAct) {
-  Tree().SelectCTItem(Node(L"B"));
-  const auto apply = [this](const CString& name, COLORREF colour) {
-    m_properties.GetPropertySet()->ShowProperty();
-    RowOf(L"IDS_QD_WRT_NAME").value = name;
-    RowOf(L"IDS_QD_WRT_Color").colour = colour;
-    const auto before = Data().Snapshot();
-    m_properties.GetPropertySet()->ApplyProperty();
-    return Data().Snapshot() != before;
+// ---- what it writes -------------------------------------------------------------------------------------
+
+using Act = HeardAct<MeshPage>;
+std::function<void(MeshPage&)> Put(const CString& row, const CString& name, COLORREF colour) {
+  return [=](MeshPage& test) { test.Apply(row, name, colour); };
+}
+std::string Modify(const std::string& set, const std::string& change, const std::string& number) {
+  return Transaction("Modify_Mset", "msets.Modify(" + set + ", {" + change + "})\n",
+                     "IDS_DB_DATA_NAME_MESH: IDS_QD_WRT_ID " + number);
+}
+const COLORREF kAsItIs = Rgb(1, 2, 3);
+
+std::vector<Act> Acts() {
+  const std::string cut(63, 'q');
+  return {
+      {"name_and_colour", {}, Put(L"B", L"new", Rgb(7, 8, 9)), Modify("B", "name=new colour=#070809", "2")},
+      {"name", {}, Put(L"D", L"new", kAsItIs), Modify("D", "name=new", "4")},
+      {"colour", {}, Put(L"D", L"D", Rgb(7, 8, 9)), Modify("D", "colour=#070809", "4")},
+      {"nothing", {}, Put(L"B", L"B", kAsItIs), ""},
+      {"a_name_in_use", {}, Put(L"B", L"D", kAsItIs), ""},
+      {"a_name_in_use_and_a_colour", {}, Put(L"B", L"D", 1), Modify("B", "colour=#010000", "2")},
+      {"no_name", {}, Put(L"B", L"", kAsItIs), ""},
+      {"a_long_name", {}, Put(L"B", CString(80, L'q'), kAsItIs), Modify("B", "name=" + cut, "2")},
+      {"the_default_set", {}, Put(L"E", L"new", 1), Modify("E", "colour=#010000", "5")},
   };
-  const COLORREF colour = Mset(b).colour;
-  EXPECT_FALSE(apply(L"B", colour));
-  EXPECT_FALSE(apply(L"D", colour));
-  EXPECT_FALSE(apply(L"", colour));
-  EXPECT_TRUE(apply(L"D", Rgb(7, 7, 7)));  // the name is ignored, the colour is not
-  EXPECT_EQ(Mset(b).name, L"B");
-  EXPECT_EQ(Mset(b).colour, Rgb(7, 7, 7));
-  EXPECT_TRUE(apply(CString(80, L'q'), Rgb(8, 8, 8)));
-  EXPECT_EQ(Mset(b).name, CString(63, L'q'));
-  Data().Undo();
-  EXPECT_EQ(Mset(b).colour, Rgb(7, 7, 7));
-  Data().SetWriteGuard([](iterator) { return false; });
-  EXPECT_FALSE(apply(L"other", 1));
-  Data().SetWriteGuard(nullptr);
+}
+void MeshPage::ExpectOthersAsEver(Standing standing, bool) {
+  Apply(L"A", L"later", kAsItIs);
+  EXPECT_EQ(Heard(), As(standing, Modify("A", "name=later", "1"))) << "afterwards";
+}
+class MeshPageActs : public ::testing::TestWithParam<Act> {};
+TEST_P(MeshPageActs, AreHeardCallByCallAndTakenBackWhenRefused) {
+  ExpectHeard(GetParam());
+}
+INSTANTIATE_TEST_SUITE_P(Pages, MeshPageActs, ::testing::ValuesIn(Acts()),
+                         [](const auto& param) { return param.param.name; });
+
+TEST_F(MeshPage, ANameThatIsInUseOnlyWhenCutIsIgnoredToo) {
+  Make(0);
+  ChangeMset(d, [](tagTMset& set) { set.name = CString(63, L'q'); });
+  Heard();
+  Apply(L"B", CString(64, L'q'), kAsItIs);
+  EXPECT_EQ(Heard(), "");
+}
+
+TEST_F(MeshPage, OutlivesItsSet) {
+  Make(0);
   CPropertySetMesh page(&m_doc, b, kDataMset);
   page.ShowProperty();
+  RowOf(page, kName).value = L"new";
   ASSERT_EQ(Pool().TR_Del({b}), 1);
-  const auto gone = Data().Snapshot();
+  Heard();
   page.ApplyProperty();
-  EXPECT_EQ(Data().Snapshot(), gone);
   page.ShowProperty();
-  EXPECT_TRUE(page.GetRows().empty());
+  EXPECT_EQ(PageText(page) + Heard(), kButton);
 }
+
+// ---- how it was made ------------------------------------------------------------------------------------
 
 struct GenerationCase {
   int kind;
   int method;
-  const char* rows;
+  std::vector<std::string> rows;  // below the method; none at all for the other kinds
 };
+std::string Generated(const GenerationCase& made) {
+  const char* kMethods[] = {"AUTO_SOLID", "MAP_SOLID", "GENERATE_2D_TO_3D", "AUTO_SOLID_LAYERED"};
+  std::string text = "QD_MESH_GEN_INFO\n  QDMESH_METHOD: ";
+  for (int i = 0; i < 4; ++i) {
+    const std::string method = std::string("QDMESH_TAB_") + kMethods[i];
+    text += (i > 0 ? " | " : "") + (i == made.method ? "[" + method + "]" : method);
+  }
+  text += " (fixed)\n";
+  for (const std::string& row : made.rows) text += "  " + row + " (fixed)\n";
+  return text;
+}
 class MeshGenerationPage : public MeshPage, public ::testing::WithParamInterface<GenerationCase> {};
 TEST_P(MeshGenerationPage, ShowsTheRecordedParametersInTheOrderOfThePage) {
+  Make(0);
   Act([&] {
     tagTMGInfo generation;
     generation.kind = GetParam().kind;
@@ -141,39 +210,49 @@ TEST_P(MeshGenerationPage, ShowsTheRecordedParametersInTheOrderOfThePage) {
     generation.options = {{"IDS_QDMESH_MERGE_TOLERANCE", 0.25},
                           {"IDS_HWB_MESH_HIGH_ORDER", true},
                           {"IDS_HWB_MESH_ELEM_SIZE", 1},
-                          {"IDS_HWB_MESH_3D_MESHER", 0},
+                          {"IDS_HWB_MESH_3D_MESHER", 3},
+                          {"IDS_HWB_MESH_GEOM_PROJ", false},
+                          {"IDS_QDMESH_AVOID_COLLISION_TYPE", -1},
                           {"IDS_QD_MESH_LAYERED_NUM_LAYERS", 3},
                           {"IDS_QDMESH_INNER_ELEM_TYPE", 1},
                           {"IDS_SOMETHING_ELSE", 1.0}};
     tagTMset record = Mset(d);
-    record.mgInfo = MGInfoPool::KeyOf(Data().GetMGInfoPool().Add(generation));
+    record.mgInfo = workbench::MGInfoPool::KeyOf(Data().GetMGInfoPool().Add(generation));
     ASSERT_EQ(Pool().Modify(d, record), 1);
   });
-  Tree().SelectCTItem(Node(L"D"));
-  const std::string rows = Rows();
-  const std::size_t from = rows.find("MASSZ=|") + 7;
-  EXPECT_EQ(rows.substr(from), GetParam().rows);
+  const bool solid = GetParam().kind == 0 || GetParam().kind == 2;
+  EXPECT_EQ(Text(L"D"),
+            Identity("4", "D") + Counts(2, 4) + Mass() + (solid ? Generated(GetParam()) : "") + kButton);
+  if (!solid) return;
+  // What was is told, and nothing of it is written back.
+  auto& page = dynamic_cast<CPropertySetMesh&>(*m_properties.GetPropertySet());
+  EXPECT_FALSE(page.IsGenerationChanged());
+  page.OnPropertyChanged(&RowOf(page, kName), 0);
+  EXPECT_FALSE(page.IsGenerationChanged());
+  CBCGPProp& method = RowOf(page, L"IDS_QDMESH_METHOD");
+  method.value = L"other";
+  page.OnPropertyChanged(&method, method.data);
+  EXPECT_TRUE(page.IsGenerationChanged());
+  Heard();
+  page.ApplyProperty();
+  EXPECT_EQ(Heard(), "");
+  page.ShowProperty();
+  EXPECT_FALSE(page.IsGenerationChanged());
 }
+const std::string kSize = "HWB_MESH_ELEM_SIZE: HWB_MESH_ELEM_SIZE_USER";
+const std::string kTolerance = "QDMESH_MERGE_TOLERANCE: 0.25";
+const std::string kOrder = "HWB_MESH_HIGH_ORDER: YES";
+const std::string kProjection = "HWB_MESH_GEOM_PROJ: NO";
 INSTANTIATE_TEST_SUITE_P(
     Methods, MeshGenerationPage,
-    ::testing::Values(
-        GenerationCase{0, 0,
-                       "IDS_QD_MESH_GEN_INFO*|IDS_QDMESH_METHOD=IDS_QDMESH_TAB_AUTO_SOLID|IDS_HWB_MESH_3D_MESHER="
-                       "IDS_HWB_MESH_3D_MESHER1|IDS_HWB_MESH_ELEM_SIZE=IDS_HWB_MESH_ELEM_SIZE_USER|"
-                       "IDS_QDMESH_MERGE_TOLERANCE=0.25|IDS_HWB_MESH_HIGH_ORDER=IDS_QD_WRT_YES|"},
-        GenerationCase{2, 1,
-                       "IDS_QD_MESH_GEN_INFO*|IDS_QDMESH_METHOD=IDS_QDMESH_TAB_MAP_SOLID|IDS_HWB_MESH_ELEM_SIZE="
-                       "IDS_HWB_MESH_ELEM_SIZE_USER|IDS_HWB_MESH_HIGH_ORDER=IDS_QD_WRT_YES|"
-                       "IDS_QDMESH_MERGE_TOLERANCE=0.25|"},
-        GenerationCase{0, 2,
-                       "IDS_QD_MESH_GEN_INFO*|IDS_QDMESH_METHOD=IDS_QDMESH_TAB_GENERATE_2D_TO_3D|"
-                       "IDS_QDMESH_MERGE_TOLERANCE=0.25|IDS_HWB_MESH_HIGH_ORDER=IDS_QD_WRT_YES|"},
-        GenerationCase{0, 3,
-                       "IDS_QD_MESH_GEN_INFO*|IDS_QDMESH_METHOD=IDS_QDMESH_TAB_AUTO_SOLID_LAYERED|"
-                       "IDS_QD_MESH_LAYERED_NUM_LAYERS=3|IDS_QDMESH_INNER_ELEM_TYPE=IDS_QDMESH_INNER_HEXA|"
-                       "IDS_HWB_MESH_HIGH_ORDER=IDS_QD_WRT_YES|IDS_QDMESH_MERGE_TOLERANCE=0.25|"},
-        GenerationCase{0, 9, "IDS_QD_MESH_GEN_INFO*|IDS_QDMESH_METHOD=|"}, GenerationCase{1, 0, ""},
-        GenerationCase{3, 0, ""}));
+    ::testing::Values(GenerationCase{0, 0, {"HWB_MESH_3D_MESHER: 3", kSize, kTolerance, kOrder, kProjection}},
+                      GenerationCase{2, 1, {kSize, kOrder, kProjection, kTolerance}},
+                      GenerationCase{0, 2, {kTolerance, kOrder, kProjection}},
+                      GenerationCase{0,
+                                     3,
+                                     {"QD_MESH_LAYERED_NUM_LAYERS: 3", "QDMESH_INNER_ELEM_TYPE: QDMESH_INNER_HEXA",
+                                      "QDMESH_AVOID_COLLISION_TYPE: -1", kOrder, kProjection, kTolerance}},
+                      GenerationCase{0, 4, {}}, GenerationCase{1, 0, {}}, GenerationCase{3, 0, {}}));
 
 }  // namespace
 }  // namespace qd::test

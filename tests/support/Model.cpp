@@ -135,11 +135,12 @@ iterator ModelTest::AddSet(const CString& name) {
   return set;
 }
 
-iterator ModelTest::AddMaterial(const CString& name) {
+iterator ModelTest::AddMaterial(const CString& name, double density) {
   iterator material = 0;
   Act([&] {
     tagTMaterial record;
     record.name = name;
+    record.density = density;
     material = Data().GetMaterialPool().Add(record);
   });
   return material;

@@ -63,7 +63,7 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
   std::vector<iterator> AddParts(const std::vector<CString>& names);
   iterator AddPartTo(iterator set, const CString& name, TopologyKind kind = TopologyKind::Solid);
   iterator AddSet(const CString& name);
-  iterator AddMaterial(const CString& name);
+  iterator AddMaterial(const CString& name, double density = 0);
   void ChangePart(iterator itr, const std::function<void(tagTGeom&)>& change);
   const tagTGeom& Part(iterator itr) { return *Data().GetGeomPool().GetAtNU(itr); }
 
