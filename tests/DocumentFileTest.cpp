@@ -11,6 +11,7 @@
 #include "host/CTransaction.h"
 #include "support/DocumentFolder.h"
 #include "support/FaultyDisk.h"
+#include "support/Places.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
 
@@ -21,8 +22,16 @@ namespace fs = std::filesystem;
 using namespace workbench;
 using DocumentFileTest = DocumentFolder;
 
+/// The number that the next record of each pool gets.
+std::vector<int> NextOf(Database& data) {
+  return {data.GetGeomPool().NextNumber(),     data.GetMsetPool().NextNumber(),   data.GetGsetPool().NextNumber(),
+          data.GetMaterialPool().NextNumber(), data.GetMGInfoPool().NextNumber(), data.GetCordPool().NextNumber(),
+          data.GetPropertyPool().NextNumber(), data.GetDeckPool().NextNumber()};
+}
+
 TEST_F(DocumentFileTest, EverythingComesBackAsItWas) {
   std::string written;
+  std::vector<int> next;
   {
     const auto document = Create(Path("a.qdw"));
     ASSERT_NE(document->file, nullptr) << document->error.detail;
@@ -31,14 +40,32 @@ TEST_F(DocumentFileTest, EverythingComesBackAsItWas) {
     document->data.Undo();
     document->data.Undo();
     document->data.Redo();
+    // The last of each pool goes, and its number is not given out again.
+    CTransaction transaction(&document->data);
+    transaction.Begin(L"delete");
+    const std::vector<JournalEntry> all = document->data.AllRecords();
+    for (std::size_t i = 0; i + 1 < all.size(); ++i) {
+      const std::uint16_t type = TypeOf(all[i].itr);
+      if (type == TypeOf(all[i + 1].itr) || type == kDataGset || type == kDataSettings) continue;
+      EXPECT_EQ(document->data.Delete({all[i].itr}), 1) << all[i].itr;
+    }
+    ASSERT_EQ(transaction.Commit(1), 1);
     written = Contents(document->data);
+    next = NextOf(document->data);
   }
   EXPECT_FALSE(fs::exists(Path("a.qdw-wal"))) << "a closed document is one file";
+  std::vector<DocumentError> notes;
+  DocumentError error;
+  ASSERT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
+  EXPECT_TRUE(notes.empty());
+  const auto repaired = Open(Path("b.qdw"));
+  EXPECT_EQ(Contents(repaired->data), written);
+  EXPECT_EQ(NextOf(repaired->data), next);
   const auto document = Open(Path("a.qdw"));
   ASSERT_NE(document->file, nullptr) << document->error.detail;
   EXPECT_EQ(Contents(document->data), written);
   EXPECT_FALSE(document->data.CanUndo());
-  // Numbers of records that are gone are not given out again.
+  EXPECT_EQ(NextOf(document->data), next);
   DocumentScript script(document->data);
   ASSERT_TRUE(script.Run(60));
 }
@@ -74,8 +101,7 @@ TEST_F(DocumentFileTest, NamesOfAnyElementsComeBack) {
 /// The library is told what a value may take: of a file that is read no more than the file, of one that is written
 /// whatever a record may.
 TEST_F(DocumentFileTest, ALargePartIsKeptHoweverSmallTheFileWas) {
-  const auto document = Create(Path("a.qdw"));
-  const auto add = [&document](std::size_t bytes) {
+  const auto add = [](Document* document, std::size_t bytes) {
     CTransaction transaction(&document->data);
     transaction.Begin(L"large");
     auto shape = std::make_shared<PartShape>();
@@ -86,12 +112,18 @@ TEST_F(DocumentFileTest, ALargePartIsKeptHoweverSmallTheFileWas) {
     document->data.GetGeomPool().Add(part);
     return transaction.Commit(1);
   };
-  EXPECT_EQ(add(3U << 20U), 1) << document->said;
+  const auto document = Create(Path("a.qdw"));
+  EXPECT_EQ(add(document.get(), 3U << 20U), 1) << document->said;
+  // Nor does it matter that it was made by an earlier version.
+  fs::copy_file(SourceFolder() + "/tests/data/version1.qdw", Path("old.qdw"));
+  const auto old = Open(Path("old.qdw"));
+  EXPECT_EQ(add(old.get(), 3U << 20U), 1) << old->said;
+  EXPECT_EQ(add(old.get(), 3U << 20U), 1) << old->said;
   DocumentError error;
   document->file = document->file->CopyAndOpen(Path("b.qdw"), error);
   ASSERT_NE(document->file, nullptr) << error.detail;
   document->Keep();
-  EXPECT_EQ(add(9U << 20U), 1) << document->said;
+  EXPECT_EQ(add(document.get(), 9U << 20U), 1) << document->said;
   const std::string contents = Contents(document->data);
   document->file.reset();
   EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), contents);
@@ -140,6 +172,55 @@ TEST_F(DocumentFileTest, LongWorkTellsHowFarItIsAndCanBeStopped) {
             nullptr);
   EXPECT_EQ(error.key, std::string("IDS_WB_IMPORT_CANCELLED"));
   EXPECT_EQ(Contents(untouched), before) << "a stopped opening fills nothing";
+  last = 0;
+  EXPECT_TRUE(VerifyDocument(Path("a.qdw"), watch).empty());
+  EXPECT_GT(last, 0.9);
+}
+
+/// Also where there is only a copy to be made of what a killed program has left.
+TEST_F(DocumentFileTest, AllLongWorkCanBeStoppedAndLeavesNothing) {
+  {
+    const auto document = Create(Path("large.qdw"));
+    CTransaction transaction(&document->data);
+    transaction.Begin(L"many");
+    for (int i = 0; i < 3'000; ++i) document->data.GetMaterialPool().Add({});
+    ASSERT_EQ(transaction.Commit(1), 1);
+  }
+  const std::string killed = SourceFolder() + "/tests/data/version1-killed.qdw";
+  for (const char* suffix : {"", "-wal"}) fs::copy_file(killed + suffix, Path("killed.qdw") + suffix);
+  for (const char* name : {"large.qdw", "killed.qdw"}) {
+    for (const bool stop : {true, false}) {
+      int calls = 0;
+      const auto watch = [&](double done) {
+        ++calls;
+        EXPECT_GE(done, 0);
+        EXPECT_LE(done, 1);
+        return !stop;
+      };
+      std::vector<DocumentError> notes;
+      DocumentError opening;
+      DocumentError viewing;
+      DocumentError repairing;
+      Database data;
+      const std::string before = Contents(data);
+      EXPECT_EQ(DocumentFile::Open(Path(name), data, opening, nullptr, watch) == nullptr, stop) << name;
+      if (stop) {
+        EXPECT_EQ(Contents(data), before);
+      }
+      Database viewed;
+      EXPECT_EQ(DocumentFile::View(Path(name), viewed, viewing, watch) == nullptr, stop) << name;
+      EXPECT_EQ(RepairDocument(Path(name), Path("b.qdw"), notes, repairing, watch), !stop) << name;
+      EXPECT_EQ(fs::exists(Path("b.qdw")), !stop);
+      fs::remove(Path("b.qdw"));
+      const auto faults = VerifyDocument(Path(name), watch);
+      EXPECT_EQ(faults.empty(), !stop) << name;
+      EXPECT_GT(calls, 3);
+      if (!stop) continue;
+      for (const char* key : {opening.key, viewing.key, repairing.key, faults.at(0).key}) {
+        EXPECT_STREQ(key, "IDS_WB_IMPORT_CANCELLED") << name;
+      }
+    }
+  }
 }
 
 TEST_F(DocumentFileTest, AFileIsOpenOnceAtATime) {
@@ -210,6 +291,11 @@ TEST_P(DamagedDocument, IsRefusedWithAReason) {
   DocumentError error;
   ASSERT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
   EXPECT_THAT(VerifyDocument(Path("b.qdw")), ::testing::IsEmpty());
+  // All that was wrong is told, of the head and of tables in the same words.
+  const std::string fault = GetParam().fault;
+  EXPECT_EQ(notes.empty(), fault.empty() && !GetParam().mended);
+  const bool told = std::any_of(notes.begin(), notes.end(), [&](const auto& note) { return note.key == fault; });
+  EXPECT_TRUE(told || fault.empty() || fault == "IDS_WB_DOC_DAMAGED");
   const auto repaired = Open(Path("b.qdw"));
   ASSERT_NE(repaired->file, nullptr) << repaired->error.detail;
   EXPECT_GT(repaired->data.GetMaterialPool().Count(), 0U);
@@ -219,7 +305,7 @@ TEST_P(DamagedDocument, IsRefusedWithAReason) {
 INSTANTIATE_TEST_SUITE_P(
     Kinds, DamagedDocument,
     ::testing::Values(
-        DamageCase{"untouched", "", ""}, DamageCase{"newer", "PRAGMA user_version = 99", "IDS_WB_DOC_NEWER"},
+        DamageCase{"untouched", "", ""}, DamageCase{"newer", "PRAGMA user_version = 3", "IDS_WB_DOC_NEWER"},
         DamageCase{"other_program", "PRAGMA application_id = 7", "IDS_WB_DOC_FOREIGN"},
         DamageCase{"no_table", "DROP TABLE mset", "IDS_WB_DOC_TABLE"},
         DamageCase{"wrong_kind", "UPDATE geom SET kind = 77", "IDS_WB_DOC_DAMAGED"},
@@ -285,6 +371,31 @@ TEST_F(DocumentFileTest, ReferencesToNothingAreMendedInMemoryAndWrittenWhenItIsA
   EXPECT_THAT(again->file->Mended(), ::testing::IsEmpty());
   EXPECT_EQ(Contents(again->data), mended);
   EXPECT_TRUE(DocumentScript(again->data).Run(3));
+}
+
+TEST_F(DocumentFileTest, OfSeveralThatAreLostAllAreMended) {
+  iterator generation = 0;
+  {
+    const auto document = Create(Path("a.qdw"));
+    CTransaction transaction(&document->data);
+    transaction.Begin(L"make");
+    tagTMGInfo made;
+    for (int i = 1; i <= 4; ++i) {
+      tagTGeom part;
+      part.cadItem = i;
+      made.targets.push_back(document->data.GetGeomPool().Add(part));
+    }
+    generation = document->data.GetMGInfoPool().Add(made);
+    tagTMset set;
+    set.mgInfo = MGInfoPool::KeyOf(generation);
+    document->data.GetMsetPool().Add(set);
+    ASSERT_EQ(transaction.Commit(1), 1);
+  }
+  Sql(Path("a.qdw"), "DELETE FROM geom WHERE cad_item != 3");
+  const auto mended = Open(Path("a.qdw"));
+  ASSERT_NE(mended->file, nullptr) << mended->error.detail;
+  EXPECT_EQ(mended->file->Mended().size(), 3U);
+  EXPECT_EQ(mended->data.GetMGInfoPool().GetAtNU(generation)->targets, mended->data.GetGeomPool().GetItrList());
 }
 
 TEST_F(DocumentFileTest, WhatIsMendedAndNotAgreedToGoesIntoAnotherFile) {
@@ -392,22 +503,63 @@ TEST_P(FaultyDisks, AWriteThatFailsTakesItsActBackAndTheNextOneWorks) {
   EXPECT_EQ(Contents(Open(path)->data), last);
 }
 
-TEST_P(FaultyDisks, UndoThatCannotBeKeptDoesNotHappen) {
+/// Whatever is written, and at whichever moment the disk fails: nothing has happened, and later all of it can.
+TEST_P(FaultyDisks, NothingThatCannotBeKeptHappens) {
   FaultyDisk disk;
-  const auto document = Create(Path("a.qdw"), FaultyDisk::kName);
-  DocumentScript script(document->data);
-  for (int act = 0; act < 5; ++act) ASSERT_TRUE(script.Run(act));
-  const std::string before = Contents(document->data);
-  disk.FailAt(0, GetParam());
-  EXPECT_EQ(document->data.Undo(), 0);
-  disk.Heal();
-  EXPECT_EQ(Contents(document->data), before);
-  EXPECT_EQ(document->data.Undo(), 1);
-  disk.FailAt(0, GetParam());
-  EXPECT_EQ(document->data.Redo(), 0);
-  disk.Heal();
-  EXPECT_EQ(document->data.Redo(), 1);
-  EXPECT_EQ(Contents(document->data), before);
+  {
+    const auto document = Create(Path("a.qdw"), FaultyDisk::kName);
+    DocumentScript script(document->data);
+    for (int act = 0; act < 12; ++act) ASSERT_TRUE(script.Run(act));
+  }
+  Sql(Path("a.qdw"), "UPDATE geom SET material = 1970324836974999");
+  const auto document = Open(Path("a.qdw"), FaultyDisk::kName);
+  ASSERT_NE(document->file, nullptr) << document->error.detail;
+  DocumentError error;
+  const struct {
+    const char* name;
+    std::function<bool()> write;
+  } kWrites[] = {{"mended", [&] { return document->file->KeepMended(error); }},
+                 {"view", [&] { return document->file->PutView("window", std::string(9000, 'x')); }},
+                 {"act", [&] { return DocumentScript(document->data).Run(3); }},
+                 {"undo", [&] { return document->data.Undo() != 0; }},
+                 {"redo", [&] { return document->data.Redo() != 0; }}};
+  for (const auto& [name, write] : kWrites) {
+    int failures = 0;
+    for (;; ++failures) {
+      const std::string before = Contents(document->data);
+      document->said.clear();
+      error = {};
+      disk.FailAt(failures, GetParam());
+      const bool done = write();
+      disk.Heal();
+      if (done) break;
+      EXPECT_TRUE(Contents(document->data) == before) << name << failures;
+      const std::string said = error.key != nullptr ? error.key : document->said;
+      if (name != std::string("view")) {
+        const bool full = GetParam() == FaultyDisk::Fault::Full;
+        EXPECT_EQ(said, full                   ? "IDS_WB_DOC_FULL"
+                        : error.key != nullptr ? "IDS_WB_DOC_FAILED"
+                                               : "IDS_WB_DOC_UNKEPT")
+            << name << failures;
+      }
+      // Who reads the file as it stands now finds the state before.
+      for (const char* suffix : {"", "-journal"}) {
+        fs::remove(Path("b.qdw") + suffix);
+        if (fs::exists(Path("a.qdw") + suffix)) fs::copy_file(Path("a.qdw") + suffix, Path("b.qdw") + suffix);
+      }
+      EXPECT_TRUE(Contents(Open(Path("b.qdw"))->data) == before) << name << failures;
+      ASSERT_LT(failures, 100) << name;
+    }
+    EXPECT_GT(failures, 2) << name;
+  }
+  const std::string last = Contents(document->data);
+  document->data.SetStore(nullptr);
+  document->file.reset();
+  const auto again = Open(Path("a.qdw"));
+  ASSERT_NE(again->file, nullptr) << again->error.detail;
+  EXPECT_THAT(again->file->Mended(), ::testing::IsEmpty());
+  EXPECT_EQ(Contents(again->data), last);
+  EXPECT_EQ(again->file->View("window").size(), 9000U);
 }
 INSTANTIATE_TEST_SUITE_P(Faults, FaultyDisks, ::testing::Values(FaultyDisk::Fault::Error, FaultyDisk::Fault::Full),
                          [](const auto& fault) {

@@ -110,6 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
         Stranger{"number_of_no_pool", "INSERT INTO pool VALUES (77, 5)", kDamaged, "pool 77"},
         Stranger{"number_beyond_all", "UPDATE pool SET last = 60000000 WHERE type = 5", kDamaged, "pool 5"},
         Stranger{"number_below_none", "UPDATE pool SET last = -1 WHERE type = 5", kDamaged, "pool 5"},
+        Stranger{"number_of_none", "UPDATE pool SET last = 0 WHERE type = 5", kDamaged, "pool 5"},
         Stranger{"settings_twice",
                  "INSERT OR REPLACE INTO settings VALUES ((200 << 48) + 1, 0, 0), ((200 << 48) + 2, 0, 0)",
                  kDamaged, "settings"},
@@ -162,11 +163,7 @@ class StrangersPages : public DocumentFolder {
     part.shape = shape;
     data.GetGeomPool().Add(part);
     ASSERT_EQ(data.CommitTransaction(), 1);
-    DocumentError error;
-    ASSERT_NE(DocumentFile::Create(Path("a.qdw"), data, error), nullptr);
-    std::ifstream in(Path("a.qdw"), std::ios::binary);
-    m_bytes.assign(std::istreambuf_iterator<char>(in), {});
-    ASSERT_EQ(m_bytes.size() % kPage, 0U);
+    Make(data);
   }
   std::size_t Number(std::size_t place, std::size_t bytes) const {
     std::size_t number = 0;
@@ -178,29 +175,131 @@ class StrangersPages : public DocumentFolder {
       m_bytes[place + static_cast<std::size_t>(i)] = static_cast<char>(number);
   }
   void Write() { std::ofstream(Path("a.qdw"), std::ios::binary) << m_bytes; }
+  /// Takes the document over that holds these records.
+  void Make(Database& data) {
+    DocumentError error;
+    ASSERT_NE(DocumentFile::Create(Path("a.qdw"), data, error), nullptr);
+    std::ifstream in(Path("a.qdw"), std::ios::binary);
+    m_bytes.assign(std::istreambuf_iterator<char>(in), {});
+    ASSERT_EQ(m_bytes.size() % kPage, 0U);
+  }
+  /// Where the page begins that is the root of a table.
+  std::size_t RootOf(const char* table) {
+    Connection file(Path("a.qdw"), Connection::Mode::Read);
+    const std::string sql = "SELECT rootpage FROM sqlite_master WHERE name = '" + std::string(table) + "'";
+    return (static_cast<std::size_t>(file.Value(sql)) - 1) * kPage;
+  }
+  /// The detail of why it does not open.
+  std::string DetailOf(const std::string& path) {
+    const auto document = Open(path);
+    EXPECT_EQ(document->file, nullptr);
+    EXPECT_EQ(document->error.key, std::string("IDS_WB_DOC_DAMAGED"));
+    return document->error.detail;
+  }
 
   std::string m_bytes;
 };
 
-/// Few pages that hang in a table again and again make rows without end.
+/// Few pages that hang in a table again and again make rows without end, be there many rows on a page or one.
 TEST_F(StrangersPages, ThatHangInATableManyTimesAreRefused) {
-  sqlite3* handle = nullptr;
-  sqlite3_open(Path("a.qdw").c_str(), &handle);
-  sqlite3_stmt* statement = nullptr;
-  sqlite3_prepare_v2(handle, "SELECT rootpage FROM sqlite_schema WHERE name = 'material'", -1, &statement,
-                     nullptr);
-  ASSERT_EQ(sqlite3_step(statement), SQLITE_ROW);
-  const std::size_t root = (static_cast<std::size_t>(sqlite3_column_int(statement, 0)) - 1) * kPage;
-  sqlite3_finalize(statement);
-  sqlite3_close(handle);
-  ASSERT_EQ(m_bytes[root], 5) << "an inner page";
+  const EnglishTexts english;
+  for (const auto& [letters, records] : {std::pair(10U, 2000), std::pair(3000U, 200)}) {
+    Database data;
+    data.BeginTransaction(L"fill");
+    for (int i = 0; i < records; ++i) {
+      tagTMaterial material;
+      material.name = CString(letters, L'x');
+      data.GetMaterialPool().Add(material);
+    }
+    ASSERT_EQ(data.CommitTransaction(), 1);
+    Make(data);
+    const std::size_t root = RootOf("material");
+    ASSERT_EQ(m_bytes[root], 5) << "an inner page";
+    const std::size_t cells = Number(root + 3, 2);
+    ASSERT_GT(cells, 3U);
+    const std::size_t first = Number(root + Number(root + 12, 2), 4);
+    for (std::size_t i = 0; i < cells; ++i) Put(root + Number(root + 12 + 2 * i, 2), first);
+    Write();
+    EXPECT_THAT(DetailOf(Path("a.qdw")), ::testing::HasSubstr("it stands in the file twice")) << letters;
+    EXPECT_FALSE(VerifyDocument(Path("a.qdw")).empty());
+  }
+}
+
+/// Large values that lie in the same place make a small file endless.
+TEST_F(StrangersPages, ThatHoldTheValuesOfManyRowsAreRefused) {
+  const EnglishTexts english;
+  constexpr std::size_t kLeastLocal = 489;  // of a large value, that many bytes at least stand beside its number
+  std::size_t excess = 0;
+  for (const bool fits : {false, true}) {
+    Database data;
+    data.BeginTransaction(L"fill");
+    auto shape = std::make_shared<PartShape>();
+    shape->brep = std::string(60 * kPage - excess, 0);
+    for (int i = 1; i <= 7; ++i) {
+      tagTGeom part;
+      part.cadItem = i;
+      part.shape = shape;
+      data.GetGeomPool().Add(part);
+    }
+    ASSERT_EQ(data.CommitTransaction(), 1);
+    Make(data);
+    const std::size_t root = RootOf("shape");
+    std::size_t leaf = root;
+    if (m_bytes[leaf] == 5) leaf = (Number(root + Number(root + 12, 2), 4) - 1) * kPage;
+    ASSERT_EQ(m_bytes[leaf], 13) << "a leaf";
+    const auto read = [this](std::size_t& at) {  // seven bits a byte, until one without the eighth
+      for (std::size_t number = 0;;) {
+        const auto byte = static_cast<unsigned char>(m_bytes[at++]);
+        number = number << 7U | (byte & 0x7FU);
+        if (byte < 0x80U) return number;
+      }
+    };
+    std::size_t at = leaf + Number(leaf + 8, 2);
+    const std::size_t payload = read(at);
+    // The first time it is only measured: so little of each is to stand in the leaf that all have room there.
+    excess = (payload - kLeastLocal) % (kPage - 4);
+    if (!fits) continue;
+    ASSERT_EQ(m_bytes[root], 13) << "all in one leaf";
+    const auto chain = [&](std::size_t cell) {
+      at = leaf + Number(leaf + 8 + 2 * cell, 2);
+      read(at);  // how long
+      read(at);  // which record
+      return at + kLeastLocal + excess;
+    };
+    const std::size_t first = Number(chain(0), 4);
+    for (std::size_t cell = 1; cell < 7; ++cell) Put(chain(cell), first);
+    const std::size_t pages = first - 1 + (payload - kLeastLocal - excess) / (kPage - 4);
+    ASSERT_LT(pages, m_bytes.size() / kPage / 3);
+    m_bytes.resize(pages * kPage);
+    Put(28, pages);
+    Write();
+    EXPECT_THAT(DetailOf(Path("a.qdw")), ::testing::HasSubstr("more than the file has room for"));
+    EXPECT_THAT(VerifyDocument(Path("a.qdw")).front().detail,
+                ::testing::HasSubstr("more than the file has room for"));
+  }
+}
+
+/// What stands before and behind a page that is lost can be had, and it is told that something is lost.
+TEST_F(StrangersPages, ThatAreLostCostOnlyWhatStoodOnThem) {
+  const std::size_t root = RootOf("material");
   const std::size_t cells = Number(root + 3, 2);
-  ASSERT_GT(cells, 3U);
-  const std::size_t first = Number(root + Number(root + 12, 2), 4);
-  for (std::size_t i = 0; i < cells; ++i) Put(root + Number(root + 12 + 2 * i, 2), first);
+  const std::size_t middle = Number(root + Number(root + 12 + 2 * (cells / 2), 2), 4);
+  m_bytes.replace((middle - 1) * kPage, kPage, std::string(kPage, 0));
   Write();
-  EXPECT_EQ(FaultOf(Path("a.qdw")), "IDS_WB_DOC_DAMAGED");
-  EXPECT_FALSE(VerifyDocument(Path("a.qdw")).empty());
+  DetailOf(Path("a.qdw"));
+  std::vector<DocumentError> notes;
+  DocumentError error;
+  ASSERT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error));
+  EXPECT_EQ(notes.size(), 1U);
+  EXPECT_EQ(notes.at(0).key, std::string(kDamaged));
+  EXPECT_THAT(VerifyDocument(Path("b.qdw")), ::testing::IsEmpty());
+  const auto repaired = Open(Path("b.qdw"));
+  const MaterialPool& pool = repaired->data.GetMaterialPool();
+  EXPECT_GT(pool.Count(), 2000 - 2000 * 2 / (cells + 1));
+  EXPECT_LT(pool.Count(), 2000U);
+  EXPECT_EQ(pool.GetAtNU(pool.GetItrList().front())->name, L"material 0");
+  EXPECT_EQ(pool.GetAtNU(pool.GetItrList().back())->name, L"material 1999");
+  EXPECT_EQ(repaired->data.GetGeomPool().Count(), 1U);
 }
 
 /// A page of a shape that also stands in the list of free pages would be written over by the next act.
@@ -251,6 +350,45 @@ TEST_F(DocumentFolder, OnlyStatementsOfOursPassAndEachEnds) {
   EXPECT_FALSE(file.IsEndless());
   EXPECT_FALSE(file.Run("SELECT max(a.name || b.name || c.name || d.name) FROM view a, view b, view c, view d"));
   EXPECT_TRUE(file.IsEndless()) << file.Error();
+}
+
+/// What a step may take grows with what there is to read.
+TEST_F(DocumentFolder, ALargeFileMayBeWorkedOnForLonger) {
+  ASSERT_NE(Create(Path("a.qdw"))->file, nullptr);
+  Connection file(Path("a.qdw"), Connection::Mode::Write);
+  file.Allow(Connection::Scope::Rows, DocumentTables());
+  file.AllowLargeValues();
+  const auto put = [&file](const std::string& name, const std::string& bytes) {
+    Statement statement = file.Prepare("INSERT INTO view VALUES (?, ?)");
+    statement.BindText(1, name);
+    statement.BindBlob(2, bytes);
+    ASSERT_TRUE(statement.Run());
+  };
+  ASSERT_TRUE(file.Run("BEGIN"));
+  for (int i = 0; i < 250; ++i) put(std::to_string(i), "");
+  put("large", std::string(5U << 20U, 'x'));
+  ASSERT_TRUE(file.Run("COMMIT"));
+  EXPECT_TRUE(file.Run("SELECT max(length(a.name)) FROM view a, view b, view c WHERE c.name < '18'"));
+  EXPECT_FALSE(file.IsEndless());
+}
+
+/// Windows may note so much of how they show a document, and no more.
+TEST_F(DocumentFolder, NotesOfWindowsAreTakenUpToTheirBounds) {
+  const auto faultWith = [this](int count, std::size_t letters, std::size_t bytes) {
+    std::filesystem::remove(Path("a.qdw"));
+    {
+      const auto document = Create(Path("a.qdw"));
+      for (int i = 1; i < count; ++i) EXPECT_TRUE(document->file->PutView(std::to_string(i), ""));
+      EXPECT_TRUE(document->file->PutView(std::string(letters, 'n'), std::string(bytes, 'x')));
+    }
+    EXPECT_EQ(VerifyDocument(Path("a.qdw")).empty(), FaultOf(Path("a.qdw")).empty());
+    return FaultOf(Path("a.qdw"));
+  };
+  constexpr std::size_t kMost = 16U << 20U;
+  EXPECT_EQ(faultWith(100, 200, kMost), "");
+  EXPECT_EQ(faultWith(101, 1, 0), kDamaged);
+  EXPECT_EQ(faultWith(1, 201, 0), kDamaged);
+  EXPECT_EQ(faultWith(1, 1, kMost + 1), kDamaged);
 }
 
 TEST_F(DocumentFolder, ANameOfAStrangersIsCutAndEscaped) {

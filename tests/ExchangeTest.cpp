@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "support/CheckedStore.h"
 #include "support/EnglishTexts.h"
 #include "workbench/exchange/pipe/Protocol.h"
@@ -60,6 +62,110 @@ TEST(Frames, ArriveInPiecesOfAnySize) {
     EXPECT_EQ(mesh->mesh.blocks[0].nodeIds, SampleMesh().mesh.blocks[0].nodeIds);
     EXPECT_EQ(frames[3].type, FrameType::Done);
   }
+}
+
+/// Written down field by field, so that none is forgotten or taken for another one.
+TEST(Frames, EveryFieldOfEveryRecordArrives) {
+  ImportedPart part = SamplePart();
+  part.kind = TopologyKind::Surface;
+  part.shape.volume = 1;
+  part.shape.area = 2;
+  part.shape.length = 3;
+  part.shape.geometry = {{"IDS_QD_WRT_PROP_RADIUS", 4}};
+  const auto got = DecodePart(Encode(part));
+  ASSERT_TRUE(got);
+  EXPECT_EQ(std::tie(got->name, got->product, got->instance, got->use, got->colour, got->kind),
+            std::tie(part.name, part.product, part.instance, part.use, part.colour, part.kind));
+  ASSERT_EQ(got->assemblies.size(), 2U);
+  for (std::size_t i = 0; i < 2; ++i) {
+    const ImportedAssembly& is = got->assemblies[i];
+    const ImportedAssembly& was = part.assemblies[i];
+    EXPECT_EQ(std::tie(is.product, is.instance, is.use), std::tie(was.product, was.instance, was.use));
+  }
+  EXPECT_EQ(std::tie(got->shape.brep, got->shape.volume, got->shape.area, got->shape.length, got->shape.geometry),
+            std::tie(part.shape.brep, part.shape.volume, part.shape.area, part.shape.length, part.shape.geometry));
+  EXPECT_EQ(got->shape.facets.points, part.shape.facets.points);
+
+  ImportedMeshSet set = SampleMesh();
+  set.parent = 3;
+  set.property = 5;
+  const auto gotSet = DecodeMeshSet(Encode(set));
+  ASSERT_TRUE(gotSet);
+  EXPECT_EQ(std::tie(gotSet->name, gotSet->parent, gotSet->property, gotSet->mesh.nodeIds),
+            std::tie(set.name, set.parent, set.property, set.mesh.nodeIds));
+
+  const ImportedMaterial material{"Steel", 1, 2, 3};
+  const auto gotMaterial = DecodeMaterial(Encode(material));
+  ASSERT_TRUE(gotMaterial);
+  EXPECT_EQ(
+      std::tie(gotMaterial->name, gotMaterial->youngsModulus, gotMaterial->poissonsRatio, gotMaterial->density),
+      std::tie(material.name, material.youngsModulus, material.poissonsRatio, material.density));
+  const ImportedProperty property{"plate", tagTProperty::Kind::Shell, 4, 6};
+  const auto gotProperty = DecodeProperty(Encode(property));
+  ASSERT_TRUE(gotProperty);
+  EXPECT_EQ(std::tie(gotProperty->name, gotProperty->kind, gotProperty->size, gotProperty->material),
+            std::tie(property.name, property.kind, property.size, property.material));
+  EXPECT_EQ(DecodeNote(Encode(ImportNote{"KEY", "detail"}))->key, "KEY");
+  EXPECT_EQ(DecodeNote(Encode(ImportNote{"KEY", "detail"}))->detail, "detail");
+  EXPECT_EQ(DecodeError(Encode(ImportError{"KEY", "detail"}))->key, "KEY");
+
+  const ImportedDeck deck{"a.inp", "*STEP\n", {{"A", 7, true}, {"B", 8, false}}, {{"M", 9, false}}, {10, 11}, 12};
+  const auto gotDeck = DecodeDeck(Encode(deck));
+  ASSERT_TRUE(gotDeck);
+  EXPECT_EQ(std::tie(gotDeck->name, gotDeck->text, gotDeck->sections, gotDeck->rest),
+            std::tie(deck.name, deck.text, deck.sections, deck.rest));
+  const auto names = [](const std::vector<ImportedDeck::Name>& all) {
+    std::string text;
+    for (const auto& one : all) text += one.name + std::to_string(one.place) + (one.shared ? " shared " : " ");
+    return text;
+  };
+  EXPECT_EQ(names(gotDeck->sets), "A7 shared B8 ");
+  EXPECT_EQ(names(gotDeck->materials), "M9 ");
+
+  ShapeOperation operation;
+  operation.kind = ShapeOperationKind::Mesh;
+  std::copy_n(std::vector<double>{1, 2, 3}.begin(), 3, operation.point);
+  std::copy_n(std::vector<double>{4, 5, 6}.begin(), 3, operation.vector);
+  operation.amount = 7;
+  operation.dimension = 2;
+  for (const bool mapped : {true, false}) {
+    operation.mapped = mapped;
+    operation.secondOrder = !mapped;
+    operation.target = "target";
+    operation.operands = {{"a", "brep a", TopologyKind::Curve}, {"b", "brep b", TopologyKind::Solid}};
+    const auto is = DecodeOperation(Encode(operation));
+    ASSERT_TRUE(is);
+    EXPECT_EQ(std::tie(is->kind, is->amount, is->dimension, is->mapped, is->secondOrder, is->target),
+              std::tie(operation.kind, operation.amount, operation.dimension, operation.mapped,
+                       operation.secondOrder, operation.target));
+    EXPECT_EQ(is->point[0] + 10 * is->point[1] + 100 * is->point[2], 321);
+    EXPECT_EQ(is->vector[0] + 10 * is->vector[1] + 100 * is->vector[2], 654);
+    ASSERT_EQ(is->operands.size(), 2U);
+    EXPECT_EQ(is->operands[0].name + is->operands[0].brep + is->operands[1].name, "abrep ab");
+    EXPECT_EQ(is->operands[0].kind, TopologyKind::Curve);
+  }
+  for (const std::uint32_t thousandths : {0U, 1U, 999U, 1000U}) {
+    EXPECT_EQ(DecodeProgress(EncodeProgress(thousandths)), thousandths);
+  }
+  EXPECT_EQ(DecodeBeat(EncodeBeat(1ULL << 40U)), 1ULL << 40U);
+  EXPECT_EQ(DecodeWritten(EncodeWritten(77)), 77U);
+}
+
+/// However small the frames are, they end where all of them together take what is allowed.
+TEST(Frames, AreTakenUpToTheirBounds) {
+  const std::string small = FrameOf(FrameType::Note, "x");
+  FrameReader reader({.frame = 1000, .total = 10'000});
+  int taken = 0;
+  while (taken < 1000 && reader.Feed(small)) ++taken;
+  EXPECT_GT(taken, 5);
+  EXPECT_LT(taken, 30) << "each costs what it takes to keep it";
+  EXPECT_FALSE(reader.Feed(small));
+  FrameReader large({.frame = 1000, .total = 10'000});
+  EXPECT_TRUE(large.Feed(FrameOf(FrameType::Note, std::string(1000, 'x'))));
+  EXPECT_FALSE(large.Feed(FrameOf(FrameType::Note, std::string(1001, 'x'))));
+  // Signs of life are not kept.
+  FrameReader beats({.frame = 1000, .total = 10'000});
+  for (int i = 0; i < 1000; ++i) ASSERT_TRUE(beats.Feed(FrameOf(FrameType::Beat, EncodeBeat(1))));
 }
 
 TEST(Frames, PayloadsThatAreCutOrTooLongAreNone) {

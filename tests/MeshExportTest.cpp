@@ -411,6 +411,8 @@ TEST_F(MeshActs, RunsOfNumbersAreReadOrRefused) {
   NumberRuns runs;
   EXPECT_TRUE(ParseRuns(" 5-9, 1 ,7-12,20", runs));
   EXPECT_EQ(runs, (NumberRuns{{1, 1}, {5, 12}, {20, 20}}));
+  EXPECT_TRUE(ParseRuns("5-9,9-12,14-30,15-16,30", runs));
+  EXPECT_EQ(runs, (NumberRuns{{5, 12}, {14, 30}}));
   for (const char* bad : {"", "a", "1-", "3-1", "1,,2", "1;2", "-4", "99999999999999999999999"}) {
     EXPECT_FALSE(ParseRuns(bad, runs)) << bad;
   }
@@ -431,6 +433,11 @@ TEST_F(MeshActs, ElementsMoveBetweenSetsAndNoneIsLost) {
   EXPECT_EQ(Elements(), elements);
   EXPECT_EQ(MoveElements(Data(), runs, a, c, L"exclude").number, 3U);
   EXPECT_EQ(Elements(), elements);
+  // What is in the target already stays there once, and is not counted.
+  ASSERT_TRUE(ParseRuns("1-1000", runs));
+  EXPECT_EQ(MoveElements(Data(), runs, a, 0, L"include").number, 1U);
+  EXPECT_EQ(Mset(a).elementCount, elements.size());
+  EXPECT_EQ(Elements(), elements);
   EXPECT_STREQ(MoveElements(Data(), runs, a, 0, L"again").errorKey, "IDS_WB_MESH_NO_ELEMENTS");
   EXPECT_FALSE(MoveElements(Data(), runs, 77, 0, L"nowhere").IsDone());
 }
@@ -450,6 +457,17 @@ TEST_F(MeshActs, TransformsMoveSharedNodesAndMirroringTurnsElements) {
   EXPECT_EQ(TransformMeshes(Data(), {a}, mirror, L"mirror").number, Mset(a).nodeCount);
   EXPECT_DOUBLE_EQ(Mset(b).mesh->coordinates[0], 100 - before);
   EXPECT_EQ(CountBentEdges(*Mset(a).mesh), 0);
+  // What only hangs on it keeps the order of its nodes, and so does all that is moved without being mirrored.
+  const iterator c = AddElementSet(L"C", 0, {});
+  const std::vector<std::uint64_t> corners(Mset(a).mesh->blocks[0].nodeIds.begin(),
+                                           Mset(a).mesh->blocks[0].nodeIds.begin() + 3);
+  ASSERT_TRUE(AddElement(Data(), c, 2, corners, L"triangle").IsDone());
+  ASSERT_TRUE(TransformMeshes(Data(), {a}, mirror, L"mirror").IsDone());
+  EXPECT_EQ(Mset(c).mesh->blocks[0].nodeIds, corners);
+  ASSERT_TRUE(TransformMeshes(Data(), {a}, mirror, L"mirror").IsDone());
+  const Transform move{{{1, 0, 0, 7}, {0, 1, 0, 0}, {0, 0, 1, 0}}};
+  EXPECT_EQ(TransformMeshes(Data(), {c, a}, move, L"move").number, Mset(a).nodeCount);
+  EXPECT_EQ(Mset(c).mesh->blocks[0].nodeIds, corners);
   // Faces of mirrored solids still look out: every element's signed volume stays positive.
   for (const MeshData::Block& block : Mset(a).mesh->blocks) {
     const ElementTopology& topology = TopologyOf(FindElementType(block.elementType)->shape);
@@ -478,6 +496,20 @@ TEST_F(MeshActs, SweepingMakesSolidsOfSurfaces) {
   ASSERT_EQ(SumMass(*made.mesh, nullptr, 1, centre, kGoOn), 1);
   EXPECT_NEAR(centre.mass, 4.5, 1e-12);
   EXPECT_NEAR(centre.centre[2], 1.5, 1e-12);
+  EXPECT_EQ(made.colour, Mset(a).colour);
+  EXPECT_EQ(Data().GetMGInfoPool().GetAtNU(Data().GetMGInfoPool().GetItrByKey(made.mgInfo))->method,
+            tagTMGInfo::k2D3D);
+  // Several at once: each gets a set beside its own, and numbers that no other one has.
+  const iterator b = AddElementSet(L"B", a, {3});
+  EXPECT_EQ(SweepMeshes(Data(), {a, b}, {1, 0, 0}, 2, L"sweep").number, 6U);
+  EXPECT_EQ(Mset(Pool().GetItrList().back()).parent, Mset(a).key);
+  EXPECT_EQ(Mset(Pool().GetItrList().back()).name, L"B 5");
+  std::vector<std::uint64_t> nodes;
+  for (const iterator itr : Pool().GetItrList()) {
+    nodes.insert(nodes.end(), Mset(itr).mesh->nodeIds.begin(), Mset(itr).mesh->nodeIds.end());
+  }
+  std::sort(nodes.begin(), nodes.end());
+  EXPECT_EQ(std::adjacent_find(nodes.begin(), nodes.end()), nodes.end());
   const auto all = Elements();
   EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
   EXPECT_STREQ(SweepMeshes(Data(), {AddElementSet(L"T", 0, {4})}, {0, 0, 1}, 1, L"sweep").errorKey,

@@ -109,7 +109,9 @@ const char* CordDialog::FaultOf(const tagTCord& record) const {
   if (name.empty()) return "IDS_QD_DB_NAME_EMPTY";
   if (Pool().Exist(name) != 0 && (old == nullptr || old->GetName() != name))
     return "IDS_QD_DB_EXIST_NEW_DATA_NAME";
-  return IsPlaceable(record) ? nullptr : "IDS_WB_CORD_AXES";
+  if (!IsPlaceable(record)) return "IDS_WB_CORD_AXES";
+  if (m_doc.GetDatabase().GetDataType(record.parent) == 0) return "IDS_WB_CORD_GONE";
+  return m_edited != 0 && Pool().StandsOn(record.parent, m_edited) ? "IDS_WB_CORD_CIRCLE" : nullptr;
 }
 
 void CordDialog::Apply() {
@@ -120,8 +122,8 @@ void CordDialog::Apply() {
   bool done = transaction.Begin(FromQt(Text(title))) != 0;
   if (done) done = m_edited != 0 ? Pool().Modify(m_edited, record) != 0 : Pool().Add(record) != 0;
   if (done) done = transaction.Commit(1) != 0;
-  // With axes that are sound only a parent that stands on this system is refused.
-  SetText(*m_outcome, done ? "IDS_WB_CORD_STORED" : "IDS_WB_CORD_CIRCLE", {ToQt(record.GetName())});
+  // Why the document does not take it is told by the document.
+  SetText(*m_outcome, done ? "IDS_WB_CORD_STORED" : "IDS_WB_CORD_NOT_STORED", {ToQt(record.GetName())});
   if (done) ShowRecord(record);
 }
 

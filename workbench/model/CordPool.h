@@ -35,6 +35,8 @@ class CordPool final : public Pool<tagTCord, DPoolCord> {
   int UpdateAfterDeletion() override { return 1; }
   int TR_Del(const std::vector<iterator>& itrs) override;
 
+  /// Whether a system is another one, or stands on it, directly or by others.
+  bool StandsOn(iterator itr, iterator other) const;
   /// The systems that stand on another one, oldest first.
   std::vector<iterator> ChildrenOf(iterator itr) const;
   /// Where a system stands in the global one.
@@ -44,7 +46,6 @@ class CordPool final : public Pool<tagTCord, DPoolCord> {
   void OnEnter(iterator itr, const tagTCord& record) override;
   void OnLeave(iterator itr, const tagTCord& record) override;
   bool IsSound(const tagTCord& record) const;
-  bool StandsOn(iterator itr, iterator other) const;
 
   std::map<CString, int> m_names;
   std::unordered_map<iterator, std::set<iterator>> m_children;

@@ -368,6 +368,14 @@ void Database::ReserveNumbers(iterator last) {
   if (IPoolStore* pool = StoreOf(last)) pool->Reserve(last);
 }
 
+std::vector<iterator> Database::LastNumbers() const {
+  std::vector<iterator> numbers;
+  for (const auto& [type, pool] : m_stores) {
+    if (NumberOf(pool->Last()) != 0) numbers.push_back(pool->Last());
+  }
+  return numbers;
+}
+
 std::vector<JournalEntry> Database::AllRecords() const {
   std::vector<JournalEntry> all;
   for (const auto& [type, pool] : m_stores) pool->AppendAdded(all);

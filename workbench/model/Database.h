@@ -88,6 +88,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   void Load(iterator itr, std::shared_ptr<const tagTRecord> record);
   /// Numbers up to this one are not given out again.
   void ReserveNumbers(iterator last);
+  /// The last number of each pool that was given out, though its record may be gone.
+  std::vector<iterator> LastNumbers() const;
   /// Every record as if it had just been added.
   std::vector<JournalEntry> AllRecords() const;
 

@@ -58,6 +58,8 @@ class IPoolStore {
   virtual int DeleteAll(const std::vector<iterator>& itrs) = 0;
   /// Makes places for records up to this one.
   virtual void Reserve(iterator last) = 0;
+  /// The place that was made last, of a record that stands or does not; of number 0 for none.
+  virtual iterator Last() const = 0;
   /// Appends an entry for each record, as if it had just been added.
   virtual void AppendAdded(std::vector<JournalEntry>& out) const = 0;
   virtual void AppendAll(std::vector<std::shared_ptr<const tagTRecord>>& out) const = 0;
@@ -150,6 +152,7 @@ class Pool : public Interface, public IPoolStore {
     m_places = std::max(m_places, Index(last) + 1);
     m_pages.resize((m_places + kPage - 1) / kPage);
   }
+  iterator Last() const override { return ItrOfNumber(static_cast<int>(m_places)); }
   void AppendAdded(std::vector<JournalEntry>& out) const override {
     ForEach([&out](iterator itr, const auto& record) { out.push_back({itr, nullptr, record}); });
   }

@@ -38,12 +38,16 @@ std::vector<DocumentError> VerifyDocument(const std::string& path, const Progres
   bool whole = true;
   // What later versions brought is not there.
   for (const auto& table : MakeRecordTables([&](const std::string& name) { return IsTableOf(name, version); })) {
+    const std::size_t known = records.Faults().size();
     const bool read = table->Read(
         *file, [&](iterator itr, std::shared_ptr<tagTRecord> record) { records.Add(itr, std::move(record)); },
         [&](const RecordFault& fault) { records.Complain(fault); });
     if (stopped) return {{"IDS_WB_IMPORT_CANCELLED", path}};
     whole = whole && read;
-    if (!read) faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
+    // Unless it was stopped for what stands in it.
+    if (!read && records.Faults().size() == known) {
+      faults.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
+    }
   }
   records.Run();
   for (const std::string& fault : records.Faults()) faults.push_back({kDamaged, fault});
@@ -111,9 +115,12 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
     };
     const auto skip = [&notes](const RecordFault& fault) { notes.push_back({kDamaged, ToUtf8(fault.Text())}); };
     // Where a page of the file is damaged reading ends, so what lies behind it is read from the other end.
+    const std::size_t known = notes.size();
     if (table->Read(*file, keep, skip)) continue;
     if (stopped) break;
-    notes.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
+    if (notes.size() == known) {
+      notes.push_back({kDamaged, std::string(table->Name()) + ": " + ShownText(file->Error())});
+    }
     table->ReadBackwards(*file, keep, skip);
   }
   if (stopped) {
@@ -127,6 +134,8 @@ bool RepairDocument(const std::string& path, const std::string& repaired, std::v
   records.Repair();
   records.Run();
   for (const std::string& line : records.Mended()) notes.push_back({kMended, line});
+  // What is missing is what every new document has.
+  for (const std::string& fault : records.Faults()) notes.push_back({kDamaged, fault});
   Database database;
   for (const auto& [itr, record] : records.All()) database.Load(itr, record);
   if (isSound("pool")) {

@@ -115,7 +115,7 @@ std::unique_ptr<DocumentFile> DocumentFile::Create(const std::string& path, cons
                 file.m_file.Run((schema + "COMMIT;").c_str()) && file.PutMark(DocumentMark::New());
     if (made) file.Prepare();  // what went wrong before must stay the last fault
     file.m_file.AllowLargeValues();
-    made = made && file.WriteEntries(database.AllRecords(), true);
+    made = made && file.WriteEntries(database.AllRecords(), true, database.LastNumbers());
     if (!made) {
       error = file.Fault();
       if (error.detail == partial) error.detail = path;
@@ -390,9 +390,11 @@ bool DocumentFile::Stands() {
   return marks.Step();
 }
 
-bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forward) {
+bool DocumentFile::WriteEntries(const std::vector<JournalEntry>& net, bool forward,
+                                const std::vector<iterator>& numbers) {
   if (!Begin()) return false;
   std::map<std::uint16_t, iterator> lastOf;
+  for (const iterator last : numbers) lastOf[TypeOf(last)] = NumberOf(last);
   for (const JournalEntry& entry : net) {
     IRecordTable* table = TableOf(entry.itr);
     const tagTRecord* before = forward ? entry.before.get() : entry.after.get();

@@ -109,7 +109,8 @@ class DocumentFile final : public IRecordStore {
   bool Begin();
   bool Commit();
   bool PutMark(const DocumentMark& mark);
-  bool WriteEntries(const std::vector<JournalEntry>& net, bool forward);
+  /// In one transaction; `numbers` are not given out again even if nothing stands there.
+  bool WriteEntries(const std::vector<JournalEntry>& net, bool forward, const std::vector<iterator>& numbers = {});
   bool ReadInto(Database& database, DocumentError& error, const ProgressCall& progress);
   DocumentError Fault() const;
   IRecordTable* TableOf(iterator itr) const;
