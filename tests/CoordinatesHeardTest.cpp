@@ -59,7 +59,7 @@ using Act = HeardAct<CoordinatesHeard>;
 std::vector<Act> Acts() {
   const auto run = [](unsigned command) { return [command](CoordinatesHeard& test) { test.Command(command); }; };
   const auto renamed = [](const CString& text) {
-    return [text](CoordinatesHeard& test) { test.Node(L"A")->OnEditChange(text.c_str()); };
+    return [text](CoordinatesHeard& test) { test.Rename(L"A", text); };
   };
   const auto box = [](const CString& title) {
     return [title](CoordinatesHeard& test) { test.ClickCheck(title); };
@@ -82,6 +82,11 @@ std::vector<Act> Acts() {
        "session.Begin(IDS_QD_TRANS_Delete_CORD)\ncords.Delete(IDS_WB_GLOBAL_CORD)\nsession.Rollback\n"},
       {"rename", {L"A"}, renamed(L"Wheel"), Transaction("Modify_CORD", "cords.Modify(A, {name=Wheel})\n")},
       {"rename_alike", {}, renamed(L"A"), ""},
+      {"rename_at_length",
+       {},
+       renamed(CString(80, L'q')),
+       Transaction("Modify_CORD", "cords.Modify(A, {name=" + std::string(63, 'q') + "})\n")},
+      {"rename_the_default", {}, [](CoordinatesHeard& test) { test.Rename(kGlobal, L"World"); }, ""},
       {"rename_as_another", {}, renamed(L"B"), "warning(IDS_QD_DB_EXIST_NEW_DATA_NAME)\n"},
       {"rename_to_nothing", {}, renamed(L""), "warning(IDS_QD_DB_NAME_EMPTY)\n"},
       {"box", {}, box(L"A"), Change(Switch("A", 0)) + kRedraw},

@@ -234,12 +234,12 @@ std::vector<Act> ModelTreeActs() {
       {"drop_of_a_part", {L"Bolt"}, [](GeometryHeard& test) { test.Drag({L"Bolt"}, L"Nut"); }, ""},
       {"rename",
        {L"Nut"},
-       [](GeometryHeard& test) { test.Node(L"Nut")->OnEditChange(L"Ring"); },
+       [](GeometryHeard& test) { test.Rename(L"Nut", L"Ring"); },
        Transaction("Modify_Geometry", "geoms.Private_Modify(Nut, {name=Ring}, 0, 1)\n", PageOf("Ring"))},
-      {"rename_alike", {}, [](GeometryHeard& test) { test.Node(L"Nut")->OnEditChange(L"Nut"); }, ""},
+      {"rename_alike", {}, [](GeometryHeard& test) { test.Rename(L"Nut", L"Nut"); }, ""},
       {"rename_to_nothing",
        {},
-       [](GeometryHeard& test) { test.Node(L"Nut")->OnEditChange(L""); },
+       [](GeometryHeard& test) { test.Rename(L"Nut", L""); },
        "warning(IDS_QD_DB_NAME_EMPTY)\n"},
       {"click", {}, [](GeometryHeard& test) { test.Click(L"Nut"); }, Selected("Nut", PageOf("Nut"))},
       {"click_the_root", {}, [](GeometryHeard& test) { test.Click(kRoot); }, Selected("", kRootPage)},
@@ -289,7 +289,7 @@ std::vector<Act> SetTreeActs() {
     return [=](GeometryHeard& test) { test.Drag(nodes, target); };
   };
   const auto renamed = [](const CString& node, const CString& text) {
-    return [=](GeometryHeard& test) { test.Node(node)->OnEditChange(text.c_str()); };
+    return [=](GeometryHeard& test) { test.Rename(node, text); };
   };
   return {
       // The root.
@@ -343,6 +343,8 @@ std::vector<Act> SetTreeActs() {
       {"rename", frame, renamed(L"Frame", L"Door"),
        Announced("doc.RunCommand(GeomSet, Action=1, Data=[Door], Itr=[Frame])")},
       {"rename_alike", frame, renamed(L"Frame", L"Frame"), ""},
+      {"rename_at_length", frame, renamed(L"Frame", CString(80, L'q')),
+       Announced("doc.RunCommand(GeomSet, Action=1, Data=[" + std::string(63, 'q') + "], Itr=[Frame])")},
       {"rename_as_another", frame, renamed(L"Frame", L"Case"), "warning(IDS_QD_DB_EXIST_NEW_DATA_NAME)\n"},
       {"rename_to_nothing", frame, renamed(L"Frame", L""), "warning(IDS_QD_DB_NAME_EMPTY)\n"},
       {"click", {}, [](GeometryHeard& test) { test.Click(L"Case"); }, Selected("Case", "none")},

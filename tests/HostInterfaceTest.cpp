@@ -14,6 +14,7 @@
 #include "qd_wrt/core/IAppWrt.h"
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
+#include "support/Places.h"
 
 namespace qd::test {
 namespace {
@@ -211,14 +212,36 @@ TEST(Icons, StandAtTheirIndexesInBothResolutions) {
   EXPECT_EQ(icons.GetRowImageList().GetImageCount(), 379);
   EXPECT_EQ(icons.GetMenuImageList().GetImageCount(), 128);
   EXPECT_EQ(icons.GetStateImageList().GetImageCount(), 4);
-  for (const int index : {0, 1, 21, 22, 23, 24, 25, 26, 27, 28, 161}) {
-    const Picture* picture = icons.GetRowImageList().GetPicture(index);
-    ASSERT_NE(picture, nullptr) << index;
-    EXPECT_EQ(picture->pixels.size(), 256U);
-    EXPECT_EQ(picture->pixelsDouble.size(), 1024U);
-    EXPECT_TRUE(
-        std::any_of(picture->pixels.begin(), picture->pixels.end(), [](auto pixel) { return pixel != 0; }));
+  const struct {
+    const char* strip;
+    const CImageList& list;
+    int first;
+  } strips[] = {{"10402", icons.GetRowImageList(), 0},
+                {"10406", icons.GetRowImageList(), 100},
+                {"10410", icons.GetMenuImageList(), 0},
+                {"10401", icons.GetStateImageList(), 0},
+                {"10400", icons.GetHeaderImageList(), 0}};
+  std::set<std::vector<std::uint32_t>> different{icons.GetDragCursor(true)->pixels,
+                                                 icons.GetDragCursor(false)->pixels};
+  std::size_t drawn = 2;
+  std::map<const CImageList*, std::set<int>> expected;
+  for (const auto& [strip, list, first] : strips) {
+    for (const auto& file : std::filesystem::directory_iterator(SourceFolder() + "/resources/icons/" + strip)) {
+      expected[&list].insert(first + std::stoi(file.path().filename().string()));
+    }
   }
+  for (const auto& [list, places] : expected) {
+    for (int index = 0; index < list->GetImageCount(); ++index) {
+      const Picture* picture = list->GetPicture(index);
+      ASSERT_EQ(picture != nullptr, places.contains(index)) << index;
+      if (picture == nullptr) continue;
+      EXPECT_EQ(picture->pixels.size(), 256U);
+      EXPECT_EQ(picture->pixelsDouble.size(), 1024U);
+      different.insert(picture->pixels);
+      ++drawn;
+    }
+  }
+  EXPECT_EQ(different.size(), drawn);
   EXPECT_NE(icons.GetStateImageList().GetPicture(1)->pixels, icons.GetStateImageList().GetPicture(3)->pixels);
 }
 

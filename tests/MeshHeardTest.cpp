@@ -224,9 +224,7 @@ std::vector<Act> ModelActs() {
   const std::vector<CString> root{kMeshRoot};
   const std::vector<CString> two{L"D", L"B"};
   const std::string merged = Transaction("Merge_Mesh_Set", "msets.Merge(B, [D])\n", PageOf(2)) + kRefresh;
-  const auto renamed = [](const CString& text) {
-    return [=](MeshHeard& test) { test.Node(L"D")->OnEditChange(text.c_str()); };
-  };
+  const auto renamed = [](const CString& text) { return [=](MeshHeard& test) { test.Rename(L"D", text); }; };
   const auto dropped = [](const std::vector<CString>& titles, const CString& target, std::vector<int> presses) {
     return [=](MeshHeard& test) { test.DropAndPress(titles, target, presses); };
   };
@@ -248,6 +246,12 @@ std::vector<Act> ModelActs() {
       {"rename", {L"D"}, renamed(L"Shell"), Transaction("Modify_Mset", Modify("D", "name=Shell"), PageOf(4))},
       {"rename_alike", {}, renamed(L"D"), ""},
       {"rename_as_another", {}, renamed(L"A"), ""},
+      {"rename_to_nothing", {}, renamed(L""), ""},
+      {"rename_at_length",
+       {},
+       renamed(CString(80, L'q')),
+       Transaction("Modify_Mset", Modify("D", "name=" + std::string(63, 'q')), PageOf(4))},
+      {"rename_the_default", {}, [](MeshHeard& test) { test.Rename(L"E", L"F"); }, ""},
       {"delete", {L"D"}, Run(41245), Announced("doc.DeleteData(18, [D])")},
       {"delete_with_nested", {L"B", L"D"}, deleted(MessageAnswer::Yes), Announced("doc.DeleteData(18, [C B D])")},
       {"delete_without_nested", {L"A"}, deleted(MessageAnswer::No), Announced("doc.DeleteData(18, [A])")},
@@ -295,6 +299,10 @@ std::vector<Act> ModelActs() {
        dropped({L"B", L"C", L"E"}, kMeshRoot, {}),
        Transaction("Modify_Mesh_Set", Modify("B", "parent=none") + Modify("C", "parent=none"),
                    "IDS_DB_DATA_NAME_MESH: IDS_QD_WRT_COUNT 3")},
+      {"drop_other_things_on_a_set",
+       {L"B", L"IDS_DB_DATA_NAME_GEOM"},
+       dropped({L"B", L"IDS_DB_DATA_NAME_GEOM"}, L"D", {}),
+       ""},
       {"drop_other_things",
        {L"B", L"IDS_DB_DATA_NAME_GEOM"},
        dropped({L"B", L"IDS_DB_DATA_NAME_GEOM"}, kMeshRoot, {}),

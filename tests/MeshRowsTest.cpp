@@ -75,7 +75,10 @@ TEST_F(MeshRows, AMovedSetKeepsWhatItsRowsLookedLike) {
   EXPECT_EQ(Sets(), "D [A [-B [*C]]]");
   EXPECT_TRUE(Tree().IsExpanded(Row(L"A")) && Tree().IsExpanded(Row(L"B")));
   EXPECT_FALSE(Tree().IsExpanded(Row(L"D")));
+  Node(L"D")->Expand(1);
+  Tree().SetItemState(Row(L"C"), kRowFocused, kRowFocused);
   Data().Undo();
+  EXPECT_EQ(Tree().GetFocusedItem(), Row(L"C"));
   EXPECT_EQ(Sets(), "D A [-B [*C]]");
   EXPECT_TRUE(Tree().IsExpanded(Row(L"B")));
 }

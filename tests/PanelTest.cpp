@@ -28,17 +28,18 @@ TEST_P(Layout, DecidesBothBarsTogether) {
   EXPECT_EQ(layout.visibleWidth, expected.visible);
   EXPECT_EQ(layout.largestOffset, expected.offset);
   EXPECT_EQ(layout.tree.top, expected.measures.headerHeight);
+  EXPECT_EQ(layout.bar.right, expected.visible);
 }
-// Pane 300 by 220, header 20, bars 17, rows of 20 pixels.
+// Pane 300 by 220, header 20, bars 17 wide and 15 high, rows of 20 pixels.
 INSTANTIATE_TEST_SUITE_P(
     Panes, Layout,
     ::testing::Values(
-        LayoutCase{"AllFits", {300, 220, 20, 300, 10, 20, 17, 17}, 220, false, 300, 0},
-        LayoutCase{"RowsNeedABar", {300, 220, 20, 283, 11, 20, 17, 17}, 220, false, 283, 0},
-        LayoutCase{"ColumnsNeedABar", {300, 220, 20, 301, 9, 20, 17, 17}, 203, true, 300, 1},
-        LayoutCase{"TheVerticalBarCallsTheOther", {300, 220, 20, 290, 11, 20, 17, 17}, 203, true, 283, 7},
-        LayoutCase{"TheHorizontalBarCallsTheOther", {300, 220, 20, 320, 10, 20, 17, 17}, 203, true, 283, 37},
-        LayoutCase{"Folded", {0, 0, 20, 300, 5, 20, 17, 17}, 20, true, 0, 300}),
+        LayoutCase{"AllFits", {300, 220, 20, 300, 10, 20, 17, 15}, 220, false, 300, 0},
+        LayoutCase{"RowsNeedABar", {300, 220, 20, 283, 11, 20, 17, 15}, 220, false, 283, 0},
+        LayoutCase{"ColumnsNeedABar", {300, 220, 20, 301, 9, 20, 17, 15}, 205, true, 300, 1},
+        LayoutCase{"TheVerticalBarCallsTheOther", {300, 220, 20, 290, 11, 20, 17, 15}, 205, true, 283, 7},
+        LayoutCase{"TheHorizontalBarCallsTheOther", {300, 220, 20, 320, 10, 20, 17, 15}, 205, true, 283, 37},
+        LayoutCase{"Folded", {0, 0, 20, 300, 5, 20, 17, 15}, 20, true, 0, 300}),
     [](const auto& shape) { return std::string(shape.param.name); });
 
 // ---- the panel ------------------------------------------------------------------------------------------
@@ -195,6 +196,16 @@ TEST_F(Panel, ItsBarMovesTheColumnsBeforeTheRows) {
   Size(230, 200);  // what is scrolled keeps its right edge at that of the panel
   EXPECT_EQ(Tree().GetHorizontalOffset(), -10);
   Check();
+}
+
+TEST_F(Panel, ADoubleClickOnAnEdgeFitsThatColumn) {
+  const HTREEITEM row = Add(CString(5, L'x'));
+  Tree().SetItemText(row, 1, CString(12, L'4'));
+  m_toolkit.Pump();
+  const std::vector<int> before = Widths();
+  Queue(Header(), MessageKind::LeftDouble, {before[0] + before[1] - 1, 5});
+  m_toolkit.Pump();
+  EXPECT_EQ(Widths(), (std::vector<int>{before[0], 12 * HeadlessToolkit::kCharacterWidth + 14, before[2]}));
 }
 
 struct Kept {

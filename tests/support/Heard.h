@@ -176,6 +176,17 @@ class Standalone : public Fixture {
   using Fixture::Select;
   using Fixture::Tree;
 
+  /// The user types a new title into a row, where it lets him.
+  void Rename(const CString& title, const CString& text) {
+    Select({title});
+    Key(kKeyF2);
+    CWnd* box = m_toolkit.FindChild(Tree(), 1);
+    if (box == nullptr) return;
+    m_toolkit.Key(*box, kKeyDelete);  // all of it is marked
+    m_toolkit.Type(*box, text);
+    m_toolkit.Key(*box, kKeyEnter);
+    Fixture::Settle();
+  }
   /// Each of the trees without a selection clears the property window by itself, which counts once.
   std::string Heard() {
     std::vector<std::string> lines;
