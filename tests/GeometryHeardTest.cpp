@@ -345,6 +345,14 @@ std::vector<Act> SetTreeActs() {
       {"rename_alike", frame, renamed(L"Frame", L"Frame"), ""},
       {"rename_at_length", frame, renamed(L"Frame", CString(80, L'q')),
        Announced("doc.RunCommand(GeomSet, Action=1, Data=[" + std::string(63, 'q') + "], Itr=[Frame])")},
+      {"rename_to_what_is_the_same_when_cut",
+       {},
+       [](GeometryHeard& test) {
+         test.Rename(L"Frame", CString(80, L'q'));
+         test.Heard();
+         test.Rename(CString(63, L'q'), CString(64, L'q'));
+       },
+       ""},
       {"rename_as_another", frame, renamed(L"Frame", L"Case"), "warning(IDS_QD_DB_EXIST_NEW_DATA_NAME)\n"},
       {"rename_to_nothing", frame, renamed(L"Frame", L""), "warning(IDS_QD_DB_NAME_EMPTY)\n"},
       {"click", {}, [](GeometryHeard& test) { test.Click(L"Case"); }, Selected("Case", "none")},

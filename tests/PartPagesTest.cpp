@@ -272,6 +272,13 @@ TEST_P(PartPageActs, AreHeardCallByCallAndTakenBackWhenRefused) {
 INSTANTIATE_TEST_SUITE_P(Pages, PartPageActs, ::testing::ValuesIn(Acts()),
                          [](const auto& param) { return param.param.name; });
 
+TEST_F(PartPages, OfTwoMaterialsWithOneNameTheFirstIsGiven) {
+  Make(0);
+  PageFor(L"Nut");
+  Set(kMaterial, L"Brass");
+  EXPECT_EQ(Record(nut).material, brass);
+}
+
 TEST_F(PartPages, PagesOutliveWhatTheyAreAbout) {
   Make(0);
   CPropertySetGeom gone(&m_doc, nut);
