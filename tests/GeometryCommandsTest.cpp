@@ -173,6 +173,21 @@ TEST_F(GeometryCommands, MaterialsOfTheMenuAndOfDropsReachTheParts) {
   Tree().GetQDRootItem()->ChangeGeomTitle(&m_doc, 0);
 }
 
+TEST_F(GeometryCommands, TitlesAreReadAgainWhenThoseOfMaterialsChange) {
+  const iterator steel = AddMaterial(L"Steel");
+  ChangePart(a, [steel](tagTGeom& part) { part.material = steel; });
+  CQDTreeItem* root = Node(kRoot);
+  Node(L"a")->ChangeTitle(L"old a");
+  Node(L"b")->ChangeTitle(L"old b");
+  root->PushUpdateInfo({kDataMaterialTitle, kChangeAdded, 0});
+  root->Update();
+  EXPECT_NE(State().find("[old a old b -c]"), std::string::npos);
+  root->PushUpdateInfo({kDataMaterialTitle, kChangeModified, 0});
+  root->Update();
+  EXPECT_NE(State().find("[a old b -c]"), std::string::npos);  // b has no material
+  Node(L"old b")->ChangeTitle(L"b");
+}
+
 TEST_F(GeometryCommands, ADroppedMaterialGoesToThePartOrToAll) {
   const iterator steel = AddMaterial(L"Steel");
   const auto before = Data().Snapshot();

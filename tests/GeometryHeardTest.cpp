@@ -353,6 +353,14 @@ std::vector<Act> SetTreeActs() {
          test.Rename(CString(63, L'q'), CString(64, L'q'));
        },
        ""},
+      {"rename_as_another_when_cut",
+       {},
+       [](GeometryHeard& test) {
+         test.Rename(L"Frame", CString(63, L'q'));
+         test.Heard();
+         test.Rename(L"Case", CString(64, L'q'));
+       },
+       "warning(IDS_QD_DB_EXIST_NEW_DATA_NAME)\n"},
       {"rename_as_another", frame, renamed(L"Frame", L"Case"), "warning(IDS_QD_DB_EXIST_NEW_DATA_NAME)\n"},
       {"rename_to_nothing", frame, renamed(L"Frame", L""), "warning(IDS_QD_DB_NAME_EMPTY)\n"},
       {"click", {}, [](GeometryHeard& test) { test.Click(L"Case"); }, Selected("Case", "none")},
