@@ -420,6 +420,15 @@ TEST_F(DatabaseTest, TheHistoryKeepsAsManyActsAsItsBoundAllows) {
       part = units != 0 ? m_data.GetGeomPool().Add(record) : (m_data.GetGeomPool().Change(part, record), part);
     });
   };
+  struct Look final : IUndoableChange {
+    void Restore(bool) override {}
+    std::size_t Bytes() const override { return kUnit; }
+  };
+  const auto remember = [&](std::size_t units) {
+    undo.back() += units;
+    const auto sum = [&undo] { return std::accumulate(undo.begin(), undo.end(), std::size_t{0}); };
+    while (sum() > kUnits && undo.size() > 1) undo.erase(undo.begin());
+  };
   for (int step = 0; step < 300; ++step) {
     if (random() % 3 == 0 && !undo.empty()) {
       ASSERT_EQ(m_data.Undo(), 1);
@@ -434,11 +443,15 @@ TEST_F(DatabaseTest, TheHistoryKeepsAsManyActsAsItsBoundAllows) {
     } else {
       // Another name costs next to nothing, however large the part is.
       const std::size_t units = part != 0 && random() % 4 == 0 ? 0 : 1 + random() % 10;
+      const std::uint64_t since = m_data.ActNumber();
       write(units);
       redo.clear();
-      undo.push_back(units);
-      const auto sum = [&undo] { return std::accumulate(undo.begin(), undo.end(), std::size_t{0}); };
-      while (sum() > kUnits && undo.size() > 1) undo.erase(undo.begin());
+      undo.push_back(0);
+      remember(units);
+      // What is changed beside the records counts to the act that it belongs to.
+      if (random() % 3 != 0) continue;
+      m_data.AddChange(L"look", std::make_shared<Look>(), since);
+      remember(1);
     }
     ASSERT_EQ(m_data.CanUndo(), !undo.empty()) << step;
     ASSERT_EQ(m_data.CanRedo(), !redo.empty()) << step;
@@ -449,6 +462,56 @@ TEST_F(DatabaseTest, TheHistoryKeepsAsManyActsAsItsBoundAllows) {
   std::size_t redone = 0;
   while (m_data.Redo() != 0) ++redone;
   EXPECT_EQ(redone, undo.size() + redo.size());
+}
+
+TEST_F(DatabaseTest, OnlySolidsAreFlexibleBodies) {
+  for (const auto kind : {TopologyKind::Point, TopologyKind::Curve, TopologyKind::Surface, TopologyKind::Solid,
+                          TopologyKind::Compound}) {
+    iterator part = 0;
+    Act([&] {
+      tagTGeom record;
+      record.kind = kind;
+      part = m_data.GetGeomPool().Add(record);
+      EXPECT_EQ(m_data.SetBodyType({part}, 1), 1);
+    });
+    EXPECT_EQ(m_data.IsFlexibleBody(part) != 0, kind == TopologyKind::Solid);
+    EXPECT_EQ(m_data.GetGeomPool().IsSolid(part) != 0, kind == TopologyKind::Solid);
+    Act([&] { EXPECT_EQ(m_data.SetBodyType({part, part}, 0), 1); });
+    EXPECT_EQ(m_data.IsFlexibleBody(part), 0);
+    Act([&] { EXPECT_EQ(m_data.SetBodyType({4711, part}, 1), 0); });
+  }
+}
+
+/// What elements are made of is told by their property; without one by the part that they mesh.
+TEST_F(DatabaseTest, TheMassIsOfThePropertysMaterialOrElseOfTheParts) {
+  auto mesh = std::make_shared<MeshData>();
+  mesh->nodeIds = {1, 2, 3, 4};
+  mesh->coordinates = {0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1};
+  mesh->blocks = {{4, 4, {1}, {1, 2, 3, 4}}};
+  for (const bool hasPart : {false, true}) {
+    for (const bool hasProperty : {false, true}) {
+      iterator set = 0;
+      Act([&] {
+        const auto material = [this](double density) {
+          tagTMaterial made;
+          made.density = density;
+          return m_data.GetMaterialPool().Add(made);
+        };
+        tagTGeom part;
+        part.material = material(12);
+        tagTProperty property;
+        property.material = material(18);
+        tagTMset record;
+        record.geom = hasPart ? m_data.GetGeomPool().Add(part) : 0;
+        record.property = hasProperty ? m_data.GetPropertyPool().Add(property) : 0;
+        PutMesh(record, mesh);
+        set = m_data.GetMsetPool().Add(record);
+      });
+      IAppDB::MassCentre centre;
+      ASSERT_EQ(m_data.GetMassCentre(set, centre, [](double) { return true; }), 1);
+      EXPECT_NEAR(centre.mass, hasProperty ? 3 : hasPart ? 2 : 0, 1e-12);
+    }
+  }
 }
 
 TEST_F(DatabaseTest, TheHistoryIsBoundedAndGivesUpTheOldestActs) {

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "support/Mesh.h"
+#include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/store/ApplyResults.h"
+#include "workbench/exchange/store/CollectExport.h"
 #include "workbench/exchange/store/StoreImport.h"
 
 namespace qd::test {
@@ -233,20 +235,87 @@ TEST_F(StoredResults, ImportedSetsKeepTheirNestingPropertiesAndNumbers) {
   }
 }
 
+/// The way out again: parts as they came, names as solvers tell them apart, which see neither blanks nor case.
+TEST_F(StoredResults, WhatIsCollectedForAFileIsAllThatIsKnown) {
+  const auto repeated = [](const std::string& before, const std::string& letter, int count) {
+    std::string text = before;
+    for (int i = 0; i < count; ++i) text += letter;
+    return text;
+  };
+  const std::pair<std::string, std::string> kNames[] = {{"A b", "A b"},
+                                                        {"Ab", "Ab-2"},
+                                                        {"a B", "a B-3"},
+                                                        {"a,b", "a_b"},
+                                                        {"", "Set"},
+                                                        {repeated("", "座", 60), repeated("", "座", 26)},
+                                                        {repeated("x", "座", 60), repeated("x", "座", 25)},
+                                                        {repeated("", "座", 61), repeated("", "座", 25) + "-2"}};
+  for (const auto& [name, written] : kNames) AddMset(FromUtf8(name));
+  const ExportModel model = CollectExport(Data(), Pool().GetItrList());
+  ASSERT_EQ(model.sets.size(), std::size(kNames));
+  for (std::size_t i = 0; i < std::size(kNames); ++i) EXPECT_EQ(model.sets[i].name, kNames[i].second) << i;
+
+  ChangePart(m_parts[0], [](tagTGeom& part) {
+    PartOrigin origin;
+    origin.product = L"Bolt";
+    origin.instance = L"left";
+    origin.use = 2;
+    origin.import = 5;
+    origin.assemblies = {{L"Pump", L"", 0}, {L"Lid", L"Upper", 3}};
+    part.origin = std::make_shared<const PartOrigin>(origin);
+  });
+  ChangePart(m_parts[1], [](tagTGeom& part) { part.origin = nullptr; });
+  ExportModel parts;
+  CollectParts(Data(), m_parts, parts);
+  ASSERT_EQ(parts.parts.size(), 2U);
+  const ExportedPart& bolt = parts.parts[0];
+  EXPECT_EQ(bolt.name + " " + bolt.product + " " + bolt.instance, "a Bolt left");
+  EXPECT_EQ(bolt.use, 2U);
+  EXPECT_EQ(bolt.import, 5U);
+  EXPECT_EQ(bolt.colour, Part(m_parts[0]).colour);
+  EXPECT_EQ(bolt.kind, TopologyKind::Surface);
+  EXPECT_EQ(bolt.shape, Part(m_parts[0]).shape);
+  ASSERT_EQ(bolt.assemblies.size(), 2U);
+  EXPECT_EQ(bolt.assemblies[1].product + " " + bolt.assemblies[1].instance, "Lid Upper");
+  EXPECT_EQ(bolt.assemblies[1].use, 3U);
+  EXPECT_EQ(parts.parts[1].name + parts.parts[1].product, "b");
+  EXPECT_EQ(parts.partMaterials, std::vector<std::string>{"Steel"});
+  EXPECT_EQ(parts.partSets, std::vector<std::string>{"first"});
+}
+
+/// What stands in no set of a deck is kept in one of ours, and the deck knows which.
+TEST_F(StoredResults, ADeckKnowsWhereItsElementsAreThatStandInNoSet) {
+  ASSERT_EQ(StoreImport(Data(),
+                        ReadInpText("*NODE\n1,0,0,0\n2,1,0,0\n3,2,0,0\n*ELEMENT, TYPE=B31, ELSET=BEAM\n1,1,2\n"
+                                    "*ELEMENT, TYPE=B31\n2,2,3\n*STEP\n*STATIC\n*END STEP\n",
+                                    "beam.inp"),
+                        L"import"),
+            1);
+  Settle();
+  const tagTDeck& deck = *Data().GetDeckPool().GetAtNU(Data().GetDeckPool().GetItrList().front());
+  const iterator rest = Pool().GetItrByKey(deck.rest);
+  ASSERT_NE(rest, 0U);
+  EXPECT_EQ(Mset(rest).mesh->blocks.at(0).elementIds, std::vector<std::uint64_t>{2});
+}
+
 /// A file whose numbers begin right behind the last ones keeps them; one that begins at the last one does not.
 TEST_F(StoredResults, NumbersStayWhereNoneIsTaken) {
   AddMset(L"there", 0, 2);
-  const std::uint64_t last = Mset(Pool().GetItrList().back()).mesh->nodeIds.back();
-  for (const std::uint64_t first : {last, last + 1}) {
+  const std::uint64_t lastNode = Mset(Pool().GetItrList().back()).mesh->nodeIds.back();
+  const std::uint64_t lastElement = Elements().back();
+  for (const auto& [node, element] : {std::pair(lastNode, lastElement + 1), std::pair(lastNode + 1, lastElement),
+                                      std::pair(lastNode + 1, lastElement + 1)}) {
     ImportedModel model;
     ImportedMeshSet& set = model.meshSets.emplace_back();
-    set.mesh.nodeIds = {first, first + 1};
+    set.mesh.nodeIds = {node, node + 1};
     set.mesh.coordinates = {0, 0, 0, 1, 0, 0};
-    set.mesh.blocks = {{1, 2, {first}, {first, first + 1}}};
+    set.mesh.blocks = {{1, 2, {element}, {node, node + 1}}};
     ASSERT_EQ(StoreImport(Data(), model, L"import"), 1);
     Settle();
     ExpectOwnNumbers();
-    EXPECT_EQ(Mset(Pool().GetItrList().back()).mesh->nodeIds.front() == first, first == last + 1);
+    const MeshData& mesh = *Mset(Pool().GetItrList().back()).mesh;
+    EXPECT_EQ(mesh.nodeIds.front() == node, node > lastNode);
+    EXPECT_EQ(mesh.blocks.front().elementIds.front() == element, element > lastElement);
     Undo();
   }
 }
