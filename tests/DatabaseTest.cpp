@@ -464,6 +464,20 @@ TEST_F(DatabaseTest, TheHistoryKeepsAsManyActsAsItsBoundAllows) {
   EXPECT_EQ(redone, undo.size() + redo.size());
 }
 
+TEST_F(DatabaseTest, TheDefaultMeshSetIsEmptiedWhereverItStands) {
+  MsetPool& pool = m_data.GetMsetPool();
+  iterator usual = 0;
+  Act([&] {
+    usual = pool.NeedDefaultMset();
+    tagTMset record = *pool.GetAtNU(usual);
+    record.parent = pool.GetAtNU(pool.Add({}))->key;
+    EXPECT_EQ(pool.Modify(usual, record), 1);
+  });
+  EXPECT_EQ(pool.TR_Del_All(), 1);
+  EXPECT_EQ(pool.GetItrList(), std::vector<iterator>{usual});
+  EXPECT_EQ(pool.GetAtNU(usual)->parent, 0U);
+}
+
 TEST_F(DatabaseTest, OnlySolidsAreFlexibleBodies) {
   for (const auto kind : {TopologyKind::Point, TopologyKind::Curve, TopologyKind::Surface, TopologyKind::Solid,
                           TopologyKind::Compound}) {

@@ -200,6 +200,16 @@ TEST_F(DisplayHistory, AnIsolationIsLeftWithTheFormerVisibility) {
   EXPECT_EQ(Shown(), "x-xx");
 }
 
+TEST_F(DisplayHistory, MarksAreOnWhenAllOfThemAreOnForAll) {
+  Display().SetAddOnInfo({1}, 1);
+  EXPECT_EQ(Display().HasAddOnInfo({1}, 1), 1);
+  EXPECT_EQ(Display().HasAddOnInfo({1}, 3), 0);
+  Display().SetAddOnInfo({1}, 2);
+  EXPECT_EQ(Display().HasAddOnInfo({1}, 3), 1);
+  EXPECT_EQ(Display().HasAddOnInfo({1, 2}, 3), 0);
+  EXPECT_EQ(Display().HasAddOnInfo({}, 1), 0);
+}
+
 /// "Previous" takes back what the last command has shown and hidden, and then does it again.
 TEST_F(DisplayHistory, PreviousIsWhatTheLastCommandHasChanged) {
   std::mt19937 random(5);

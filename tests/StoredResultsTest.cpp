@@ -227,6 +227,9 @@ TEST_F(StoredResults, ImportedSetsKeepTheirNestingPropertiesAndNumbers) {
     EXPECT_EQ(text(sets[2]), "below in left:  of ");
     EXPECT_EQ(text(sets[3]), "right in top: thick of Steel");
     EXPECT_EQ(Mset(sets[1]).parent, Mset(sets[0]).key);
+    for (const iterator itr : Data().GetPropertyPool().GetItrList()) {
+      EXPECT_EQ(Data().GetPropertyPool().GetAtNU(itr)->kind, tagTProperty::Kind::Shell);
+    }
     ExpectOwnNumbers();
     // In a new document numbers stay; behind others all of them move on by the last one there was.
     const std::vector<std::uint64_t>& nodes = Mset(sets[0]).mesh->nodeIds;
