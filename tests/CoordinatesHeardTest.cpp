@@ -86,6 +86,14 @@ std::vector<Act> Acts() {
        {},
        renamed(CString(80, L'q')),
        Transaction("Modify_CORD", "cords.Modify(A, {name=" + std::string(63, 'q') + "})\n")},
+      {"rename_from_the_menu",
+       {L"A"},
+       [](CoordinatesHeard& test) {
+         test.Command(41005);
+         EXPECT_NE(test.m_toolkit.FindChild(test.Tree(), 1), nullptr) << "no editor";
+         test.Key(kKeyEscape);
+       },
+       ""},
       {"rename_the_default", {}, [](CoordinatesHeard& test) { test.Rename(kGlobal, L"World"); }, ""},
       {"rename_as_another", {}, renamed(L"B"), "warning(IDS_QD_DB_EXIST_NEW_DATA_NAME)\n"},
       {"rename_to_nothing", {}, renamed(L""), "warning(IDS_QD_DB_NAME_EMPTY)\n"},

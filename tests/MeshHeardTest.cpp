@@ -276,6 +276,7 @@ std::vector<Act> ModelActs() {
        [](MeshHeard& test) {
          test.m_toolkit.AnswerMessage(MessageAnswer::Yes);
          test.Node(L"C")->OnMenuEvent(41244);
+         EXPECT_EQ(test.m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_MERGE_MESHSET"});
        },
        Transaction("Merge_Mesh_Set", "msets.Merge(A, [C D])\n", PageOf(1)) + kRefresh},
       {"drop_to_merge",

@@ -151,6 +151,7 @@ void ExpectHeard(const HeardAct<World>& act) {
     const auto before = world.Data().Snapshot();
     act.act(world);
     EXPECT_EQ(world.Heard(), As(standing, act.heard));
+    EXPECT_EQ(world.m_toolkit.TakeMessages(), std::vector<CString>()) << "boxes that nobody looked at";
     world.ExpectOthersAsEver(standing, world.Data().Snapshot() != before);
   }
   ExpectRefusals(act);
