@@ -338,23 +338,27 @@ TEST_F(Deck, LinesBeforeTheFirstKeywordAreNoCommentsOfIt) {
 
 TEST_F(Deck, TextsThatWereMeddledWithEnd) {
   // In the document of a stranger the text may be anything.
-  constexpr std::pair<const char*, bool> kTexts[] = {
+  struct Case {
+    const char* text;
+    bool isDamaged;
+  };
+  constexpr Case kTexts[] = {
       {"*NODE\n2305843009213693952,2305843009213693952,18446744073709551615\n*ELEMENT\n1\n", false},
       {"*NODE\n1\n=5\n*ELEMENT\n1\n", true},
       {"*NODE\n1,268435455\n*ELEMENT\n1\n", true},
       {"*NODE\nx\n", true}};
-  for (const auto& [text, isDamaged] : kTexts) {
+  for (const Case& tried : kTexts) {
     Import(kMesh);
     const iterator deck = Data().GetDeckPool().GetItrList().front();
     Act([&] {
       tagTDeck record = *Data().GetDeckPool().GetAtNU(deck);
-      record.text = std::make_shared<const std::string>(text);
+      record.text = std::make_shared<const std::string>(tried.text);
       ASSERT_EQ(Data().GetDeckPool().Change(deck, record), 1);
     });
     ExportReport report;
     const auto error = WriteMeshFile(
         m_folder / "out.inp", CollectExport(Data(), Pool().GetItrList()), [](double) { return true; }, report);
-    EXPECT_EQ(error ? error->key : "", isDamaged ? "IDS_WB_EXPORT_DECK_DAMAGED" : "") << text;
+    EXPECT_EQ(error ? error->key : "", tried.isDamaged ? "IDS_WB_EXPORT_DECK_DAMAGED" : "") << tried.text;
     ASSERT_EQ(Data().Undo(), 1);
     ASSERT_EQ(Data().Undo(), 1);
   }
