@@ -52,11 +52,10 @@ class Systems final : public ModelWorld {
 
   bool IsPicked() const override { return false; }
   void AddOwnCases(std::vector<Case>& cases) override {
-    for (const unsigned number : {kCommandHideAll, kCommandShowAll}) {
-      cases.push_back(Act(
-          number == kCommandHideAll ? "hide_all" : "show_all", Growth::NLogN,
-          [this, number] { Branch().OnMenuEvent(number); }, [this] { return RowsStand(); }));
-    }
+    cases.push_back(Change("hide_all", Growth::NLogN, [this] { Branch().OnMenuEvent(kCommandHideAll); }));
+    cases.push_back(Change(
+        "show_all", Growth::NLogN, [this] { Branch().OnMenuEvent(kCommandShowAll); },
+        [this] { Branch().OnMenuEvent(kCommandHideAll); }));
     cases.push_back({"hide_one_by_record", Growth::Constant, [this](Meter& meter) {
                        TArray<iterator> one{Middle()};
                        meter([&] {

@@ -4,6 +4,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
+#include "qd_wrt/geometry/CQDTreeItemTopoGroup.h"
 
 namespace qd::scaling {
 namespace {
@@ -44,7 +45,8 @@ class Parts final : public ModelWorld {
                    {workbench::kModelTree, workbench::kGeometrySetTree}, selected,
                    shape == Shape::FewSets && tree == workbench::kModelTree && !selected ? Extent::Everything
                                                                                          : Extent::Changes),
-        m_tree(tree) {
+        m_tree(tree),
+        m_shape(shape) {
     m_firstSet = Data().GetGsetPool().GetItrList().front();
     m_lastMaterial = Data().GetMaterialPool().GetItrList().back();
     Begin();
@@ -73,47 +75,27 @@ class Parts final : public ModelWorld {
   bool IsShown(iterator itr) { return Model().Display().GetCadItem(Pool().GetAtNU(itr)->cadItem).shown; }
 
   void AddOwnCases(std::vector<Case>& cases) override {
-    const auto stand = [this] { return RowsStand(); };
-    const auto command = [&, this](const char* name, unsigned number, const std::function<bool()>& check) {
-      cases.push_back({name, Growth::NLogN, [this, number, check](Meter& meter) {
-                         Tree().ResetSelection(1);
-                         meter([&] {
-                           Branch().OnMenuEvent(number);
-                           Model().Settle();
-                         });
-                         return check();
-                       }});
+    const auto command = [&, this](const char* name, unsigned number) {
+      cases.push_back(Change(
+          name, Growth::NLogN, [this, number] { Branch().OnMenuEvent(number); },
+          [this] { Tree().ResetSelection(1); }));
     };
-    command("hide_all", kCommandHideAll, [this] { return !IsShown(Middle()); });
-    command("reverse_all", kCommandReverseAll, [this] { return !IsShown(Middle()); });
-    command("random_colours", kCommandRandomColour, stand);
-    command("wireframe_of_all", kCommandWireframe, stand);
-    command("transparency_of_all", kCommandTransparent, stand);
-    command("sort_by_name", kCommandSortByName, stand);
-    command("sort_by_creation", kCommandSortByCreation, stand);
-    command("body_type_of_all", kCommandRigid, stand);
+    command("hide_all", kCommandHideAll);
+    command("reverse_all", kCommandReverseAll);
+    command("random_colours", kCommandRandomColour);
+    command("wireframe_of_all", kCommandWireframe);
+    command("transparency_of_all", kCommandTransparent);
+    command("body_type_of_all", kCommandRigid);
     for (const unsigned number :
          {kCommandHide, kCommandShowOnly, kCommandHideOnly, kCommandReverse, kCommandDelete}) {
-      cases.push_back(
-          {"command_of_all_selected_" + std::to_string(number), Growth::NLogN, [this, number](Meter& meter) {
-             SelectRows(All());
-             meter([&] {
-               Tree().OnMenuEvent(number);
-               Model().Settle();
-             });
-             return number == kCommandDelete ? Records().empty() : RowsStand();
-           }});
+      cases.push_back(Change(
+          "command_of_all_selected_" + std::to_string(number), Growth::NLogN,
+          [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows(All()); }));
     }
     for (const unsigned number : {kCommandHide, kCommandWireframe, kCommandRandomColour, kCommandDelete}) {
-      cases.push_back(
-          {"command_of_one_selected_" + std::to_string(number), Growth::Constant, [this, number](Meter& meter) {
-             SelectRows({Middle()});
-             meter([&] {
-               Tree().OnMenuEvent(number);
-               Model().Settle();
-             });
-             return number == kCommandDelete ? Records().size() == All().size() - 1 : RowsStand();
-           }});
+      cases.push_back(Change(
+          "command_of_one_selected_" + std::to_string(number), Growth::Constant,
+          [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows({Middle()}); }));
     }
     cases.push_back({"undo_of_hide_all", Growth::NLogN, [this](Meter& meter) {
                        Branch().OnMenuEvent(kCommandHideAll);
@@ -124,23 +106,13 @@ class Parts final : public ModelWorld {
                        });
                        return IsShown(Middle());
                      }});
-    cases.push_back(Act(
-        "titles_and_colours_of_all", Growth::NLogN,
+    cases.push_back(ThereAndBack(
+        "show_hide_by_record", [this] { Tree().ShowHideGeom(All(), 0); },
+        [this] { return NodeOf(Middle())->GetCheckStatus() == kUnchecked; },
         [this] {
-          Tree().ChangeGeomTitle(1);
-          Tree().ChangeGeomTitle(0);
-          Tree().ChangeGeomColor(1);
-          Tree().ChangeGeomColor(0);
-        },
-        stand));
-    cases.push_back(Act(
-        "show_hide_by_record", Growth::NLogN,
-        [this] {
-          Tree().ShowHideGeom(All(), 0);
           Tree().ShowHideGeom(All(), 1);
           Tree().SetGeomRenderMode(All());
-        },
-        stand));
+        }));
     cases.push_back({"move_one_to_another_set", Growth::Constant, [this](Meter& meter) {
                        const iterator to = Data().GetGsetPool().GetItrList()[3];
                        meter([&] {
@@ -149,41 +121,57 @@ class Parts final : public ModelWorld {
                        });
                        return Pool().GetAtNU(Middle())->gset == to && RowsStand();
                      }});
-    cases.push_back({"move_all_to_one_set_and_back", Growth::NLogN, [this](Meter& meter) {
-                       const iterator to = Data().GetGsetPool().GetItrList()[3];
-                       meter([&] {
-                         Model().Act([&] { Pool().Private_ApplyGset(All(), to); });
-                         Model().Settle();
-                         Data().Undo();
-                         Model().Settle();
-                       });
-                       return RowsStand();
-                     }});
-    cases.push_back({"change_a_material_of_one", Growth::Constant, [this](Meter& meter) {
-                       const iterator material = Data().GetMaterialPool().GetItrList().front();
-                       meter([&] {
-                         Model().Act([&] {
-                           tagTMaterial record = *Data().GetMaterialPool().GetAtNU(material);
-                           record.colour = 0x112233;
-                           Data().GetMaterialPool().Change(material, record);
-                         });
-                         Model().Settle();
-                       });
-                       return RowsStand();
-                     }});
-    cases.push_back({"give_one_a_material", Growth::Constant, [this](Meter& meter) {
-                       meter([&] {
-                         Model().Act([&] {
-                           tagTGeom part = *Pool().GetAtNU(Middle());
-                           part.material = m_lastMaterial;
-                           Pool().Change(Middle(), part);
-                         });
-                         Model().Settle();
-                       });
-                       return RowsStand();
-                     }});
+    cases.push_back(ThereAndBack(
+        "move_all_to_one_set_and_back",
+        [this] { Model().Act([this] { Pool().Private_ApplyGset(All(), Data().GetGsetPool().GetItrList()[3]); }); },
+        [this] { return Pool().GetAtNU(All().front())->gset == Data().GetGsetPool().GetItrList()[3]; },
+        [this] { Data().Undo(); }));
+    cases.push_back(Change("change_a_material_of_one", Growth::Constant, [this] {
+      Model().Act([this] {
+        const iterator material = Data().GetMaterialPool().GetItrList().front();
+        tagTMaterial record = *Data().GetMaterialPool().GetAtNU(material);
+        record.colour = 0x112233;
+        Data().GetMaterialPool().Change(material, record);
+      });
+    }));
+    cases.push_back(Change("give_one_a_material", Growth::Constant, [this] {
+      Model().Act([this] {
+        tagTGeom part = *Pool().GetAtNU(Middle());
+        part.material = m_lastMaterial;
+        Pool().Change(Middle(), part);
+      });
+    }));
+    if (m_tree == workbench::kModelTree) {
+      cases.push_back(ThereAndBack(
+          "titles_and_colours_of_all",
+          [this] {
+            Tree().ChangeGeomTitle(1);
+            Tree().ChangeGeomColor(1);
+          },
+          [this, title = NodeOf(Middle())->GetTitle()] { return NodeOf(Middle())->GetTitle() != title; },
+          [this] {
+            Tree().ChangeGeomTitle(0);
+            Tree().ChangeGeomColor(0);
+          }));
+    } else if (m_shape != Shape::SetForEach) {
+      AddSorting(cases);
+    }
     AddSets(cases);
     AddQuestions(cases);
+  }
+
+  void AddSorting(std::vector<Case>& cases) {
+    const auto sort = [this](unsigned number) {
+      Tree().ResetSelection(1);
+      Branch().ForEachBelow([](CQDTreeItem* node) {
+        if (dynamic_cast<CQDTreeItemTopoGroup*>(node) != nullptr) node->Select(1);
+      });
+      Tree().OnMenuEvent(number);
+    };
+    cases.push_back(Change("sort_by_name", Growth::NLogN, [=] { sort(kCommandSortByName); }));
+    cases.push_back(Change(
+        "sort_by_creation", Growth::NLogN, [=] { sort(kCommandSortByCreation); },
+        [=] { sort(kCommandSortByName); }));
   }
 
   void AddSets(std::vector<Case>& cases) {
@@ -257,6 +245,7 @@ class Parts final : public ModelWorld {
   }
 
   long m_tree;
+  Shape m_shape;
   iterator m_firstSet = 0;
   iterator m_lastMaterial = 0;
 };

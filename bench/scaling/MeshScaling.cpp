@@ -56,7 +56,8 @@ class Meshes final : public ModelWorld {
  public:
   Meshes(int n, Shape shape, bool selected)
       : ModelWorld([=](Database& data) { FillWithSets(data, n, shape); }, {workbench::kModelTree}, selected,
-                   selected ? Extent::Changes : Extent::Everything) {
+                   selected ? Extent::Changes : Extent::Everything),
+        m_shape(shape) {
     Begin();
   }
 
@@ -75,49 +76,44 @@ class Meshes final : public ModelWorld {
   bool IsShown(iterator itr) { return Model().Display().IsMsetShown(itr) != 0; }
 
   void AddOwnCases(std::vector<Case>& cases) override {
-    const auto stand = [this] { return RowsStand(); };
-    const auto command = [&, this](const char* name, unsigned number, const std::function<bool()>& check) {
-      cases.push_back({name, Growth::NLogN, [this, number, check](Meter& meter) {
-                         Tree().ResetSelection(1);
-                         meter([&] {
-                           Tree().OnMenuEventMeshRoot(number);
-                           Model().Settle();
-                         });
-                         return check();
-                       }});
+    const auto command = [&, this](
+                             const char* name, unsigned number, const std::function<void()>& before = [] {}) {
+      cases.push_back(Change(
+          name, Growth::NLogN, [this, number] { Tree().OnMenuEventMeshRoot(number); },
+          [this, before] {
+            before();
+            Tree().ResetSelection(1);
+          }));
     };
-    command("hide_all", kCommandHideAllMeshes, [this] { return !IsShown(Middle()); });
-    command("show_all", kCommandShowAllMeshes, stand);
-    command("sort_by_name", kCommandSortByName, stand);
-    command("sort_by_creation", kCommandSortByCreation, stand);
-    command("random_colours", kCommandMeshRandomColour, stand);
-    command("delete_all_by_menu", kCommandDeleteAllMeshSets, [this] { return Pool().Count() <= 1; });
-    command("delete_empty_by_menu", kCommandDeleteEmptyMeshSets, stand);
-    command("wireframe_of_all", kCommandFirstMeshModeShortcut, stand);
-    command("transparency_of_all", kCommandFirstMeshLookShortcut, stand);
-    command("all_node_numbers", kCommandAllNodeIds, stand);
+    command("hide_all", kCommandHideAllMeshes);
+    command("show_all", kCommandShowAllMeshes, [this] { Tree().OnMenuEventMeshRoot(kCommandHideAllMeshes); });
+    if (m_shape == Shape::Flat || m_shape == Shape::Square) {  // elsewhere hardly a set stands beside another
+      command("sort_by_name", kCommandSortByName);
+      command("sort_by_creation", kCommandSortByCreation,
+              [this] { Tree().OnMenuEventMeshRoot(kCommandSortByName); });
+    }
+    command("random_colours", kCommandMeshRandomColour);
+    command("delete_all_by_menu", kCommandDeleteAllMeshSets);
+    command("delete_empty_by_menu", kCommandDeleteEmptyMeshSets, [this] {
+      Model().Act([this] {
+        tagTMset empty;
+        empty.name = L"Empty";
+        Pool().Add(empty);
+      });
+    });
+    command("wireframe_of_all", kCommandFirstMeshModeShortcut);
+    command("transparency_of_all", kCommandFirstMeshLookShortcut);
+    command("all_node_numbers", kCommandAllNodeIds);
     for (const unsigned number : {kCommandHideMesh, kCommandShowMeshOnly, kCommandHideMeshOnly,
                                   kCommandMeshWireframe, kCommandNodeIds, kCommandShrink, kCommandDelete}) {
-      cases.push_back(
-          {"command_of_all_selected_" + std::to_string(number), Growth::NLogN, [this, number](Meter& meter) {
-             SelectRows(All());
-             meter([&] {
-               Tree().OnMenuEvent(number);
-               Model().Settle();
-             });
-             return number == kCommandDelete ? Records().size() < All().size() : RowsStand();
-           }});
+      cases.push_back(Change(
+          "command_of_all_selected_" + std::to_string(number), Growth::NLogN,
+          [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows(All()); }));
     }
     for (const unsigned number : {kCommandHideMesh, kCommandMeshWireframe, kCommandNodeIds}) {
-      cases.push_back(
-          {"command_of_last_selected_" + std::to_string(number), Growth::Constant, [this, number](Meter& meter) {
-             SelectRows({All().back()});
-             meter([&] {
-               Tree().OnMenuEvent(number);
-               Model().Settle();
-             });
-             return RowsStand();
-           }});
+      cases.push_back(Change(
+          "command_of_last_selected_" + std::to_string(number), Growth::Constant,
+          [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows({All().back()}); }));
     }
     cases.push_back({"delete_first_and_undo", Growth::NLogN, [this](Meter& meter) {
                        bool gone = false;
@@ -162,15 +158,6 @@ class Meshes final : public ModelWorld {
                        });
                        return RowsStand() && NodeOf(All().back())->GetParent() == NodeOf(All().front());
                      }});
-    cases.push_back({"drop_last_on_first", Growth::Constant, [this](Meter& meter) {
-                       SelectRows({All().back()});
-                       std::vector<CQDTreeItem*> nodes{NodeOf(All().back())};
-                       meter([&] {
-                         NodeOf(All().front())->OnDrop(nodes);
-                         Model().Settle();
-                       });
-                       return RowsStand();
-                     }});
     cases.push_back({"drop_all_on_the_branch", Growth::NLogN, [this](Meter& meter) {
                        SelectRows(All());
                        std::vector<CQDTreeItem*> nodes;
@@ -179,7 +166,7 @@ class Meshes final : public ModelWorld {
                          Branch().OnDrop(nodes);
                          Model().Settle();
                        });
-                       return RowsStand();
+                       return NodeOf(All().back())->GetParent() == &Branch();
                      }});
     cases.push_back({"questions_to_the_pool", Growth::Constant,
                      [this](Meter& meter) {
@@ -198,6 +185,8 @@ class Meshes final : public ModelWorld {
                      },
                      4 * kSome});
   }
+
+  Shape m_shape;
 };
 
 }  // namespace

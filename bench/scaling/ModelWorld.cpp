@@ -52,6 +52,49 @@ Case ModelWorld::Command(const char* name, Growth growth, CQDTreeItem& node, uns
       name, growth, [&node, command] { node.OnMenuEvent(command); }, check);
 }
 
+Case ModelWorld::Change(std::string name, Growth growth, const std::function<void()>& act,
+                        const std::function<void()>& prepare) {
+  return {std::move(name), growth, [this, act, prepare](Meter& meter) {
+            prepare();
+            m_model.Settle();
+            const Look before = LookNow();
+            meter([&] {
+              act();
+              m_model.Settle();
+            });
+            return LookNow() != before;
+          }};
+}
+
+Case ModelWorld::ThereAndBack(const char* name, const std::function<void()>& there,
+                              const std::function<bool()>& isThere, const std::function<void()>& back) {
+  return {name, Growth::NLogN, [this, there, isThere, back](Meter& meter) {
+            bool was = false;
+            meter([&] {
+              there();
+              m_model.Settle();
+              was = isThere();
+              back();
+              m_model.Settle();
+            });
+            return was && !isThere();
+          }};
+}
+
+ModelWorld::Look ModelWorld::LookNow() {
+  Look look{test::DigestOf(m_model.Doc()), {}};
+  const CQDTreeItem* middle = NodeOf(Middle());
+  for (const CQDTreeItem* parent :
+       {static_cast<const CQDTreeItem*>(&Branch()),
+        static_cast<const CQDTreeItem*>(middle != nullptr ? middle->GetParent() : nullptr)}) {
+    if (parent == nullptr) continue;
+    HTREEITEM row = Tree().GetChildItem(parent->GetTreeItemHandle());
+    for (std::size_t i = 0; row && i < kSome; ++i, row = Tree().GetNextSiblingItem(row))
+      look.rows.emplace_back(row, Tree().WhichCheck(row));
+  }
+  return look;
+}
+
 void ModelWorld::SelectRows(const std::vector<iterator>& itrs) {
   Tree().ResetSelection(1);
   for (const iterator itr : itrs)
@@ -100,13 +143,12 @@ void ModelWorld::AddChanges(std::vector<Case>& cases) {
                      });
                      return gone && RowsStand() && NodeOf(m_all.back()) != nullptr;
                    }});
-  cases.push_back({"changes_in_turn", Growth::NLogN, [=, this](Meter& meter) {
-                     meter([&] {
-                       for (std::size_t i = 0; i < m_all.size(); i += 10) rename(m_all[i]);
-                       m_model.Settle();
-                     });
-                     return RowsStand();
-                   }});
+  cases.push_back(Act(
+      "changes_in_turn", Growth::NLogN,
+      [=, this] {
+        for (std::size_t i = 0; i < m_all.size(); i += 10) rename(m_all[i]);
+      },
+      [this] { return NodeOf(m_all[10])->GetTitle().find(L"other") != CString::npos; }));
 }
 
 // ---- all records ----------------------------------------------------------------------------------------
@@ -245,15 +287,10 @@ void ModelWorld::AddSelection(std::vector<Case>& cases) {
                      });
                      return m_model.GetScreen().MenusShown() == before + 1;
                    }});
-  cases.push_back({"click_box_of_one", Growth::Constant, [this](Meter& meter) {
-                     SelectRows({Middle()});
-                     CQDTreeItem& node = *NodeOf(Middle());
-                     meter([&] {
-                       node.OnClickCheck(node.GetCheckStatus());
-                       m_model.Settle();
-                     });
-                     return RowsStand();
-                   }});
+  cases.push_back(Change(
+      "click_box_of_one", Growth::Constant,
+      [this] { NodeOf(Middle())->OnClickCheck(NodeOf(Middle())->GetCheckStatus()); },
+      [this] { SelectRows({Middle()}); }));
   cases.push_back(Act(
       "rebuild", Growth::NLogN, [this] { m_model.Trees().MakeAnew(); }, [this] { return RowsStand(); }));
   cases.push_back(Act(
@@ -314,32 +351,24 @@ void ModelWorld::AddNodes(std::vector<Case>& cases) {
                      meter([&] { count = Branch().GetAllChildCount(); });
                      return count >= static_cast<int>(m_all.size());
                    }});
-  cases.push_back(Act(
-      "show_and_hide_branch", Growth::NLogN,
+  cases.push_back(ThereAndBack(
+      "show_and_hide_branch", [this] { Branch().Show(0, 1); },
+      [this] { return NodeOf(Middle())->GetCheckStatus() == kUnchecked; }, [this] { Branch().Show(1, 1); }));
+  cases.push_back(ThereAndBack(
+      "check_and_uncheck_branch", [this] { Branch().SetCheck(kUnchecked, 1); },
+      [this] { return NodeOf(Middle())->GetCheckStatus() == kUnchecked; },
       [this] {
-        Branch().Show(0, 1);
-        Branch().Show(1, 1);
-      },
-      [this] { return RowsStand(); }));
-  cases.push_back(Act(
-      "check_and_uncheck_branch", Growth::NLogN,
-      [this] {
-        Branch().SetCheck(kUnchecked, 1);
         Branch().SetCheck(kChecked, 1);
         Branch().GetChecked();
-      },
-      [this] { return RowsStand(); }));
+      }));
   cases.push_back({"only_one_checked", Growth::NLogN, [this](Meter& meter) {
                      meter([&] { Branch().CheckOnlyInChild(NodeOf(Middle()), kChecked, 1); });
-                     return RowsStand();
+                     return NodeOf(Middle())->GetCheckStatus() == kChecked &&
+                            NodeOf(m_all.back())->GetCheckStatus() == kUnchecked;
                    }});
-  cases.push_back(Act(
-      "select_branch_and_clear", Growth::NLogN,
-      [this] {
-        Branch().Select(1);
-        Branch().UnSelect(1);
-      },
-      [this] { return RowsStand(); }));
+  cases.push_back(ThereAndBack(
+      "select_branch_and_clear", [this] { Branch().Select(1); },
+      [this] { return Tree().IsSelected(Branch().GetTreeItemHandle()); }, [this] { Branch().UnSelect(1); }));
   cases.push_back({"click_select_node", Growth::Linear, [this](Meter& meter) {
                      meter([&] {
                        Tree().SelectCTItem(NodeOf(Middle()));

@@ -3,11 +3,13 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "bench/OpenModel.h"
 #include "bench/scaling/World.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "support/Digest.h"
 
 namespace qd::scaling {
 
@@ -53,9 +55,25 @@ class ModelWorld : public World {
   /// A command of a branch or of the first selected node, counted with what follows.
   Case Command(const char* name, Growth growth, CQDTreeItem& node, unsigned command,
                const std::function<bool()>& check);
+  /// An act of a user that must change what the model holds, or how it is shown, or the rows; counted.
+  /// `prepare` goes before it and is not counted.
+  Case Change(
+      std::string name, Growth growth, const std::function<void()>& act,
+      const std::function<void()>& prepare = [] {});
+  /// An act on all and what takes it back; whether it was done is asked in between and at the end.
+  Case ThereAndBack(const char* name, const std::function<void()>& there, const std::function<bool()>& isThere,
+                    const std::function<void()>& back);
   void SelectRows(const std::vector<iterator>& itrs);
 
  private:
+  /// The model, how it is shown, and first rows of the branch and beside the middle record: different whenever an
+  /// act has done something.
+  struct Look {
+    test::Digest digest;
+    std::vector<std::pair<HTREEITEM, int>> rows;  // with their boxes
+    bool operator==(const Look&) const = default;
+  };
+  Look LookNow();
   void AddChanges(std::vector<Case>& cases);
   void AddChangesOfAll(std::vector<Case>& cases);
   void AddPicking(std::vector<Case>& cases);
