@@ -363,117 +363,18 @@ class NaiveTreeList {
 
   // ---- mouse ----------------------------------------------------------------------------------------------
   /// A press, the moves behind it, and how it ends: at a point, by another window or by the Escape key.
-  void Press(bool left, unsigned flags, CPoint point, const std::vector<MoveTo>& moves, End end, CPoint last) {
-    const Hit hit = HitAt(point);
-    const bool onRow = hit.row != kNone && (hit.flags & (kHitNowhere | kHitIndent)) == 0;
-    std::size_t next = 0;  // of the moves that nobody has taken yet
-    if (left && hit.flags == kHitStateIcon) {
-      heard += "check(" + Name(hit.row) + ") ";
-    } else if (!multi) {
-      if (!left) selectedItem = hit.row;
-      if (left && hit.row != kNone) Toggle(hit.row);
-    } else if (hit.flags == kHitButton) {
-      if (!left) selectedItem = hit.row;
-      if (left) EndEditor(), Toggle(hit.row);
-    } else {
-      if (!left) selectedItem = hit.row;
-      EndEditor();
-      if (!onRow) return Band(left, flags, point, moves, end, last);
-      if (caret == kNone) flags = 0;
-      PressRow(left, flags, hit.row);
-      for (; next < moves.size(); ++next) {
-        const CPoint to = moves[next].point;
-        if (std::abs(to.x - point.x) <= kDrag && std::abs(to.y - point.y) <= kDrag) continue;
-        heard += (left ? "drag(" : "rdrag(") + Name(hit.row) + "," + std::to_string(rows[hit.row].data) + "," +
-                 std::to_string(point.x) + "," + std::to_string(point.y) + ") ";
-        for (++next; next < moves.size(); ++next) MouseMove(moves[next]);
-        return Release(left, end, last);
-      }
-      if (end == End::LoseCapture) return;
-      if (left) selectedItem = HitAt(last).row;
-      Click(left, flags, hit.row);
-      if (!left) heard += "menu ";
-      return;
-    }
-    for (; next < moves.size(); ++next) MouseMove(moves[next]);
-    Release(left, end, last);
-  }
-  void DoubleClick(CPoint point) {
-    Press(true, 0, point, {}, End::Release, point);
-    const Hit hit = HitAt(point);
-    if (hit.flags == kHitStateIcon) return Press(true, 0, point, {}, End::Release, point);
-    if (point.x - offset < width[0] && hit.row != kNone && hit.flags != kHitIndent) Toggle(hit.row);
-    focused = true;
-    selectedItem = hit.row;
-    EndEditor();
-    if (selectedItem != kNone && point.y >= 2 && point.y < 4 && point.x >= 0 && point.x < width[0]) {
-      const Row& row = rows[selectedItem];
-      if (row.record && (row.editable || row.combo)) OpenEditor(selectedItem, !row.editable);
-    }
-    Release(true, End::Release, point);
-  }
+  void Press(bool left, unsigned flags, CPoint point, const std::vector<MoveTo>& moves, End end, CPoint last);
+  void DoubleClick(CPoint point);
   /// Shows the title of a row whose column has no room for it, once while the pointer stays on the row.
-  void MouseMove(MoveTo move) {
-    if (move.again) return;
-    const CPoint point = move.point;
-    int row = HitAt(point).row;
-    if (point.x - offset >= width[0]) row = kNone;
-    if (row == tipRow) return;
-    tipRow = row;
-    tip.clear();
-    if (row == kNone || !rows[row].record) return;
-    const CString& title = rows[row].text[0];
-    if (Fit(title, rows[row].bold, width[0] - TextLeft(row) - 2 - 8) != title) tip = title;
-  }
-  void MouseLeave() {
-    tipRow = kNone;
-    tip.clear();
-  }
-  void Wheel(int lines) {
-    EndEditor();
-    ScrollTo(TopPosition() - lines);
-  }
-  void ScrollBar(int position) {
-    EndEditor();
-    ScrollTo(position);
-  }
+  void MouseMove(MoveTo move);
+  void MouseLeave();
+  void Wheel(int lines);
+  void ScrollBar(int position);
 
   // ---- keys -----------------------------------------------------------------------------------------------
-  void Key(int key, unsigned flags) {
-    const bool control = multi && (flags & kMouseControl) != 0;
-    const bool shift = multi && (flags & kMouseShift) != 0;
-    if (control && key == kKeyA) return SelectVisible(true);
-    if (control && key == kKeyI) return Invert();
-    if (key < kKeyPageUp || key > kKeyDown) return;
-    if (multi && (anchor == kNone || !IsVisible(anchor))) anchor = caret;
-    if (multi && !shift && !control) {
-      anchor = kNone;
-      Clear();
-    }
-    if (control && !shift) {
-      if (caret == kNone || key == kKeyLeft || key == kKeyRight) return;
-      return Focus(Target(key), true);
-    }
-    if (const int target = Target(key)) SetCaret(target);
-    selectedItem = caret;
-    if (shift && anchor != kNone && caret != kNone) SelectRange(anchor, caret, true);
-  }
+  void Key(int key, unsigned flags);
   /// Letters look for the next title that begins with what was typed without a pause.
-  void Type(wchar_t letter) {
-    typed += letter;
-    const bool repeats = typed.find_first_not_of(typed[0]) == CString::npos;
-    const CString wanted = repeats ? typed.substr(0, 1) : typed;
-    const std::vector<int> visible = Visible();
-    const int from = std::max(Position(Shown(caret)), 0) + (repeats && caret != kNone ? 1 : 0);
-    for (int step = 0; step < static_cast<int>(visible.size()); ++step) {
-      const int row = visible[static_cast<std::size_t>(from + step) % visible.size()];
-      const CString title = rows[row].text[0].substr(0, wanted.size());
-      const auto same = [](wchar_t a, wchar_t b) { return towlower(a) == towlower(b); };
-      if (!rows[row].record || !std::equal(title.begin(), title.end(), wanted.begin(), wanted.end(), same))
-        continue;
-      return SelectAlone(row);
-    }
-  }
+  void Type(wchar_t letter);
 
   // ---- editing --------------------------------------------------------------------------------------------
   void ShowEdit(int asked) {
@@ -498,32 +399,8 @@ class NaiveTreeList {
   }
 
   // ---- painting -------------------------------------------------------------------------------------------
-  void Paint(Screen& screen) const {
-    screen.Resize(Right(), kHeight);
-    ScreenPainter paint(screen, {0, 0, Right(), kHeight});
-    const IToolkit& colours = IToolkit::Instance();
-    const COLORREF shadow = colours.GetColour(SystemColour::Shadow);
-    paint.Fill({0, 0, Right(), kHeight}, 0xFFFFFF);
-    const int first = TopPosition();
-    paint.SetOrigin(offset);
-    for (int line = 0; line <= kPage && At(first + line) != kNone; ++line) {
-      PaintTreePart(paint, At(first + line), line * kLine, shadow);
-    }
-    paint.Fill({width[0], 1, 10'000, kHeight}, 0xFFFFFF);
-    for (int line = 0; line <= kPage && At(first + line) != kNone; ++line) {
-      const int y = line * kLine;
-      const int row = At(first + line);
-      paint.Fill({std::min(TextLeft(row), width[0]), y, ColumnsWidth(), y + kLine}, 0xFFFFFF);
-    }
-    for (int line = 0; line <= kPage && At(first + line) != kNone; ++line) {
-      // The line above a row is drawn on the row above it, below whatever that shows.
-      if (grid) paint.Hatch({0, line * kLine - 1, ColumnsWidth(), line * kLine}, 0);
-    }
-    for (int line = 0; line <= kPage && At(first + line) != kNone; ++line) {
-      if (rows[At(first + line)].record) PaintTexts(paint, At(first + line), line * kLine);
-    }
-    paint.SetOrigin(0);
-  }
+  /// What the window shows.
+  void Paint(Screen& screen) const;
 
  private:
   std::string Name(int row) const { return std::to_string(row); }
@@ -578,171 +455,16 @@ class NaiveTreeList {
     CloseEditor();
   }
 
-  void PressRow(bool left, unsigned flags, int row) {
-    const bool shift = (flags & kMouseShift) != 0;
-    const bool control = (flags & kMouseControl) != 0;
-    if (left && shift) {
-      if (rows[row].parent != rows[caret].parent) return;
-      if (anchor == kNone || !IsVisible(anchor)) anchor = caret;
-      SelectRange(anchor, row, !control);
-      if (anchor != row) rows[anchor].selected = true;
-    } else if (left) {
-      anchor = kNone;
-      if (control) return;
-      if (!rows[row].selected) ClearFirstBranch(row);
-      SelectAndFocus(row);
-    } else if (!shift && control) {
-      anchor = row;
-    } else if (!shift) {
-      if (!rows[row].selected) ClearFirstBranch(row);
-      SelectAndFocus(row);
-    }
-  }
-  void Click(bool left, unsigned flags, int row) {
-    if (left && (flags & kMouseShift) == 0) {
-      const bool caretSelected = caret != kNone && rows[caret].selected;
-      if ((flags & kMouseControl) != 0) {
-        if (rows[row].parent != rows[caret].parent) return;
-        rows[row].selected = !rows[row].selected;
-      } else {
-        ClearFirstBranch(row);
-        rows[row].selected = true;
-      }
-      if (caretSelected && caret != row) rows[caret].selected = true;
-    }
-    focused = true;
-    heard += left ? "click " : "rclick ";
-  }
-  void Release(bool left, End end, CPoint last) {
-    if (end == End::LoseCapture) return;
-    if (left) selectedItem = HitAt(last).row;
-    if (!left) heard += "menu ";
-  }
+  void PressRow(bool left, unsigned flags, int row);
+  void Click(bool left, unsigned flags, int row);
+  void Release(bool left, End end, CPoint last);
   /// Rows that a band meets are selected, with Ctrl those that were selected are cleared; the others are what they
   /// were, which without a key is cleared.
-  void Band(bool left, unsigned flags, CPoint from, const std::vector<MoveTo>& moves, End end, CPoint last) {
-    focused = true;
-    const bool keeps = (flags & (kMouseShift | kMouseControl)) != 0;
-    std::vector<int> before = keeps ? SelectedVisible() : std::vector<int>{};
-    const auto content = [this](CPoint point) {
-      return CPoint{point.x - offset, TopPosition() * kLine + point.y};
-    };
-    const CPoint start = content(from);
-    bool started = false;
-    for (const auto& [to, again] : moves) {
-      const bool near = std::abs(to.x - from.x) <= kDrag && std::abs(to.y - from.y) <= kDrag;
-      if (!started && near) continue;
-      if (!started && !keeps) Clear();
-      started = true;
-      if (to.y < 0) ScrollTo(std::max(TopPosition() - 1, 0));
-      if (to.y >= kHeight) ScrollTo(TopPosition() + 1);
-      if (to.x < 0) --columnSteps;
-      if (to.x >= Right()) ++columnSteps;
-      const CPoint now = content(to);
-      const auto [x0, x1] = std::minmax({start.x, now.x});
-      const auto [y0, y1] = std::minmax({start.y, now.y});
-      for (const int row : Visible()) {
-        const int y = Position(row) * kLine;
-        bool meets = y <= y1 && y + kLine > y0;
-        if (textHit) meets = meets && x0 < TextLeft(row) + kLabel && x1 >= TextLeft(row);
-        const bool was = std::count(before.begin(), before.end(), row) != 0;
-        rows[row].selected = meets ? !was || (flags & kMouseControl) == 0 : was;
-      }
-    }
-    if (end == End::Escape) Clear();
-    if (!started && !keeps) Clear();
-    heard += left ? "click " : "rclick ";
-    Release(left, end, last);
-  }
-
-  int Target(int key) {
-    const int last = VisibleCount() - 1;
-    if (last < 0) return kNone;
-    if (caret == kNone) return At(key == kKeyEnd ? last : 0);
-    const int row = Shown(caret);
-    const int at = Position(row);
-    const int page = kPage - 1;  // one line stays for the eye
-    switch (key) {
-      case kKeyUp:
-        return At(std::max(at - 1, 0));
-      case kKeyDown:
-        return At(std::min(at + 1, last));
-      case kKeyHome:
-        return At(0);
-      case kKeyEnd:
-        return At(last);
-      case kKeyPageUp:
-        return At(std::max(at - page, 0));
-      case kKeyPageDown:
-        return At(std::min(at + page, last));
-      case kKeyLeft:
-        if (rows[row].expanded && HasChildren(row)) {
-          Expand(row, false);
-          return row;
-        }
-        return rows[row].parent != kNone ? rows[row].parent : row;
-      default:
-        if (!HasChildren(row)) return row;
-        if (rows[row].expanded) return rows[row].children.front();
-        Expand(row, true);
-        return row;
-    }
-  }
-
+  void Band(bool left, unsigned flags, CPoint from, const std::vector<MoveTo>& moves, End end, CPoint last);
+  int Target(int key);
   /// Lines to the row's siblings and parent, the button, the check image and the icon.
-  void PaintTreePart(ScreenPainter& paint, int row, int y, COLORREF shadow) const {
-    const auto centre = [](int level) { return level * kCell + kCell / 2; };
-    const int level = Level(row);
-    const int x = centre(level);
-    const int middle = y + kLine / 2;
-    const std::vector<int>& siblings = rows[rows[row].parent].children;
-    if (rows[row].parent != kNone || siblings.front() != row) paint.Fill({x, y, x + 1, middle}, shadow);
-    if (siblings.back() != row) paint.Fill({x, middle, x + 1, y + kLine}, shadow);
-    paint.Fill({x, middle, CheckLeft(row) - 2, middle + 1}, shadow);
-    for (int above = rows[row].parent; above != kNone; above = rows[above].parent) {
-      const int column = centre(Level(above));
-      if (rows[rows[above].parent].children.back() != above)
-        paint.Fill({column, y, column + 1, y + kLine}, shadow);
-    }
-    if (HasChildren(row)) {
-      paint.Fill({x - 4, middle - 4, x + 5, middle + 5}, 0xFFFFFF);
-      paint.Frame({x - 4, middle - 4, x + 5, middle + 5}, shadow);
-      paint.Fill({x - 2, middle, x + 3, middle + 1}, 0);
-      if (!rows[row].expanded) paint.Fill({x, middle - 2, x + 1, middle + 3}, 0);
-    }
-    const auto picture = [&](int index, int left) {
-      if (const Picture* shown = images->GetPicture(index)) paint.Image({left, y + 2}, *shown);
-    };
-    if (rows[row].check != 0) picture(rows[row].check, CheckLeft(row));
-    picture(row == caret ? rows[row].selectedImage : rows[row].image, IconLeft(row));
-  }
-  void PaintTexts(ScreenPainter& paint, int at, int y) const {
-    const Row& row = rows[at];
-    const IToolkit& colours = IToolkit::Instance();
-    const CRect band{std::min(TextLeft(at), width[0]), y, ColumnsWidth(), y + kLine};
-    if (row.selected) {
-      paint.Fill(band, colours.GetColour(SystemColour::Highlight));
-      paint.FocusRect(band);
-    }
-    const COLORREF colour =
-        colours.GetColour(row.selected ? SystemColour::HighlightText : SystemColour::WindowText);
-    const auto text = [&](int column, int left, int room) {
-      if (row.text[column].empty() || room <= 0) return;
-      const CString shown = Fit(row.text[column], row.bold, room - 8);
-      paint.Text({left, y, left + room - 4, y + kLine}, shown, {{}, 0, row.bold}, colour, align[column], false);
-    };
-    text(0, TextLeft(at) + 2, width[0] - TextLeft(at) - 2);
-    text(1, width[0], width[1]);
-    if (row.colour && !row.text[1].empty()) {
-      const CRect swatch{width[0] + width[1] + 3, y + 3, ColumnsWidth() - 3, y + kLine - 3};
-      paint.Fill(swatch, *row.colour & 0xFFFFFFU);
-      paint.Frame(swatch, 0);
-    }
-    for (int column = 0, edge = 0; grid && !row.selected && column < 3; ++column) {
-      edge += width[column];
-      paint.Hatch({edge - 1, y, edge, y + kLine}, 0);
-    }
-  }
+  void PaintTreePart(ScreenPainter& paint, int row, int y, COLORREF shadow) const;
+  void PaintTexts(ScreenPainter& paint, int at, int y) const;
 };
 
 }  // namespace qd::test
