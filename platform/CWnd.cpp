@@ -14,6 +14,7 @@ CWnd::~CWnd() {
   // they have something to do then.
   for (CWnd* child : std::vector<CWnd*>(m_children)) child->DestroyWindow();
   if (m_parent != nullptr) std::erase(m_parent->m_children, this);
+  m_peer.reset();  // while the rest of this still stands
 }
 
 int CWnd::Create(CWnd* parent, int id, const CRect& area, PeerKind kind) {

@@ -45,8 +45,13 @@ class HearingParent final : public CWnd, public ITreeListPane {
   bool vetoes = false;
   CString tip;
   int columnSteps = 0;
+  int counted = 0;  // rows as the tree counted them when it last asked for the scroll bar, and those that stood
+  std::size_t standing = 0;
 
-  void ResetScrollBar() override {}
+  void ResetScrollBar() override {
+    counted = m_tree.GetItemCount();
+    standing = m_tree.RowCount();
+  }
   void DisplayToolTip(CPoint, const CRect&, bool, const CString& text) override { tip = text; }
   void HideToolTip() override { tip.clear(); }
   void ScrollColumns(int steps) override { columnSteps += steps; }
@@ -181,6 +186,7 @@ class TreeListModel : public ::testing::TestWithParam<int> {
     if (OneIn(8) && dead) {
       EXPECT_FALSE(m_tree.InsertItem(row.text[0], 1, 0, dead, after));
       m_did << " of a dead row";
+      ++m_naive.count;  // a row is counted before it is put in
       return;
     }
     const HTREEITEM above = parent == Naive::kNone && OneIn(2) ? kTreeRoot : H(parent);
@@ -206,6 +212,8 @@ class TreeListModel : public ::testing::TestWithParam<int> {
       row.handle = m_tree.InsertItem(row.text[0], row.image, row.selectedImage, row.editable ? 1 : 0,
                                      row.combo ? 1 : 0, above, after);
     }
+    EXPECT_EQ(m_parent.counted, m_naive.count + 1);
+    EXPECT_EQ(m_parent.standing + 1, m_tree.RowCount());
     if (row.record && OneIn(2)) {
       row.text[1] = AnyKey();
       m_tree.SetItemText(row.handle, 1, row.text[1]);

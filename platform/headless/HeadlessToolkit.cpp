@@ -17,14 +17,7 @@ class HeadlessPeer final : public IPeer, private ITextBox {
       : m_toolkit(toolkit), m_owner(owner), m_kind(kind), m_parent(parent), m_area(area) {
     toolkit.m_windows.push_back(&owner);
   }
-  ~HeadlessPeer() override {
-    // A window that goes loses the focus first. An owner that is being destroyed itself hears nothing any more.
-    if (HasFocus() && !m_owner.Life().expired()) {
-      m_toolkit.m_focus = nullptr;
-      m_owner.Dispatch({.kind = MessageKind::FocusLost, .target = &m_owner});
-    }
-    m_toolkit.Forget(&m_owner);
-  }
+  ~HeadlessPeer() override { m_toolkit.Forget(&m_owner); }
   HeadlessPeer(const HeadlessPeer&) = delete;
   HeadlessPeer& operator=(const HeadlessPeer&) = delete;
 

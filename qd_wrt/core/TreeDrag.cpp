@@ -105,12 +105,13 @@ void CQDTreeListCtrl::DragTo(CPoint point) {
 }
 
 void CQDTreeListCtrl::OnTimer(unsigned id) {
-  if (!m_dragging || id < kScrollUpTimer) return CTreeListCtrl::OnTimer(id);
+  const bool isOurs = id == kScrollUpTimer || id == kScrollDownTimer || id == kExpandTimer;
+  if (!m_dragging || !isOurs) return CTreeListCtrl::OnTimer(id);
   const CPoint point = ScreenToClient(IToolkit::Instance().CursorPosition());
-  if (id == kScrollUpTimer || id == kScrollDownTimer) {
+  if (id != kExpandTimer) {
     ScrollBy(id == kScrollUpTimer ? -1 : 1);
     ShowDropTarget(NodeAt(point));
-  } else if (id == kExpandTimer) {
+  } else {
     GetPeer()->KillTimer(kExpandTimer);
     if (m_dropHighlight != nullptr && !m_dropHighlight->IsDetached()) m_dropHighlight->Expand(1);
   }

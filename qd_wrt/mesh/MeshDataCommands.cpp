@@ -121,8 +121,6 @@ void CQDTreeItemMeshData::ShowHideOnly(unsigned command) {
   MsetSwitch(showOnly ? kUnchecked : kChecked).Switch(sets, true);
   if (root->HasCheck()) GetControl()->SetChecked(root->GetTreeItemHandle(), kChecked);
   root->SetViewUpdate(1);
-  // The root has left its own behind, and the host asks what the user has chosen.
-  IQueryMenuID2Idx::Instance().SetLastCommand(command);
 }
 
 // ---- how meshes are drawn -------------------------------------------------------------------------------

@@ -120,15 +120,9 @@ void CTreeListCtrl::ResetVertScrollBar() {
 
 HTREEITEM CTreeListCtrl::Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent,
                                 HTREEITEM insertAfter) {
-  const HTREEITEM row = InsertCopy(record, image, selectedImage, 0, parent, insertAfter);
-  CountInserted(row);
-  return row;
-}
-
-void CTreeListCtrl::CountInserted(HTREEITEM row) {
-  if (!row) return;
   ++m_itemCount;
   ResetVertScrollBar();
+  return InsertCopy(record, image, selectedImage, 0, parent, insertAfter);
 }
 
 HTREEITEM CTreeListCtrl::InsertCopy(const CTLItem& record, int image, int selectedImage, unsigned state,
@@ -165,8 +159,9 @@ HTREEITEM CTreeListCtrl::InsertItem(unsigned mask, const CString& text, int imag
     row = InsertItem(text, image, selectedImage, editable, combo, parent, insertAfter);
     SetItemData(row, data);
   } else {
+    ++m_itemCount;
+    ResetVertScrollBar();
     row = InsertRow(parent, insertAfter, image, selectedImage, 0);
-    CountInserted(row);
   }
   if (row && (mask & kAttributeState) != 0) Rows().SetState(row, state, stateMask);
   return row;

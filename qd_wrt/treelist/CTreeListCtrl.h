@@ -263,7 +263,6 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
 
   CTLItem* Record(HTREEITEM row);
   HTREEITEM Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent, HTREEITEM insertAfter);
-  void CountInserted(HTREEITEM row);
   HTREEITEM InsertCopy(const CTLItem& record, int image, int selectedImage, unsigned state, HTREEITEM parent,
                        HTREEITEM insertAfter);
   void EraseWithRecords(HTREEITEM row);

@@ -16,7 +16,6 @@
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
-#include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/ExportDialog.h"
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/QuietTime.h"

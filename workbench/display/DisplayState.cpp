@@ -258,8 +258,8 @@ void DisplayState::ChangeAllLooks(const Change& change) {
   if (recorded != nullptr) before = m_looks;
   change(m_looks);
   if (recorded != nullptr) {
-    const DisplayChange::Looks looks{std::move(before), m_looks};
-    recorded->looks.push_back({.all = std::make_shared<const DisplayChange::Looks>(looks)});
+    auto looks = std::make_shared<const DisplayChange::Looks>(DisplayChange::Looks{std::move(before), m_looks});
+    recorded->looks.push_back({.all = std::move(looks)});
   }
   ++m_lookRevision;
   MarkDirty();

@@ -111,7 +111,10 @@ void WorksTrees::RememberDisplay() {
   IQueryMenuID2Idx::Instance().SetLastCommand(0);
   std::unique_ptr<DisplayChange> change = display.TakeChange();
   if (change == nullptr) return;
-  const bool isolates = command == kCommandShowOnly || command == kCommandShowMeshOnly;
+  // Showing only some mesh sets begins with hiding all, which is the command that is left behind.
+  const bool isolates = command == kCommandShowOnly ||
+                        (command == kCommandHideAllMeshes &&
+                         display.HiddenNow().hiddenMsets.size() < m_doc.GetDatabase().GetMsetPool().Count());
   if (isolates && display.Isolation() == nullptr) {
     display.SetIsolation(std::make_shared<const Visibility>(change->HiddenBefore()));
     change->isolationAfter = display.Isolation();
