@@ -31,6 +31,13 @@ void Count(const char* name, const std::function<void()>& act, const std::functi
   std::printf("%s %s\n", name, good ? "done" : "has not done its work");
 }
 
+std::vector<HTREEITEM> RowsBelow(const CQDTreeListCtrl& tree, HTREEITEM row) {
+  std::vector<HTREEITEM> rows;
+  for (HTREEITEM child = tree.GetChildItem(row); child; child = tree.GetNextSiblingItem(child))
+    rows.push_back(child);
+  return rows;
+}
+
 void Rows() {
   constexpr int kRows = 5'000;
   RowTree tree;
@@ -109,15 +116,18 @@ void Parts() {
         model->Settle();
       },
       [&] { return titleIs(parts[990], L"other"); });
+  bool hidden = false;
+  const auto isShown = [&] { return model->Display().GetCadItem(pool.GetAtNU(parts[5])->cadItem).shown; };
   Count(
       "parts_hide_and_show",
       [&] {
         branch.OnMenuEvent(kCommandHideAll);
         model->Settle();
+        hidden = !isShown();
         branch.OnMenuEvent(kCommandShowAll);
         model->Settle();
       },
-      [&] { return model->Display().GetCadItem(pool.GetAtNU(parts[5])->cadItem).shown; });
+      [&] { return hidden && isShown(); });
   bool painted = false;
   Count(
       "parts_paint",
@@ -133,9 +143,10 @@ void Parts() {
         model->Tree().ShowContextMenu({0, 0});
       },
       [&] { return model->GetScreen().MenusShown() == 1; });
+  const std::vector<HTREEITEM> before = RowsBelow(model->Tree(), branch.GetTreeItemHandle());
   Count(
       "parts_sort_by_name", [&] { model->Tree().SortItems(0, 1, branch.GetTreeItemHandle()); },
-      [&] { return model->Tree().IsLive(model->Tree().GetChildItem(branch.GetTreeItemHandle())); });
+      [&] { return RowsBelow(model->Tree(), branch.GetTreeItemHandle()) != before; });
   std::size_t left = kParts;
   Count(
       "parts_delete_and_undo",
@@ -172,15 +183,19 @@ void SetsAndSystems() {
         });
       },
       [&] { return bench::BranchOf<CQDTreeItemMesh>(model->Tree()).GetAllChildCount() == kSets; });
+  bool sorted = false;
+  auto& sets = bench::BranchOf<CQDTreeItemMesh>(model->Tree());
+  const std::vector<HTREEITEM> before = RowsBelow(model->Tree(), sets.GetTreeItemHandle());
   Count(
       "meshes_sort_and_delete",
       [&] {
         model->Tree().OnMenuEventMeshRoot(kCommandSortByName);
         model->Settle();
+        sorted = RowsBelow(model->Tree(), sets.GetTreeItemHandle()) != before;
         model->Tree().OnMenuEventMeshRoot(kCommandDeleteAllMeshSets);
         model->Settle();
       },
-      [&] { return model->Data().GetMsetPool().Count() <= 1; });
+      [&] { return sorted && model->Data().GetMsetPool().Count() <= 1; });
   auto& systems = bench::BranchOf<CQDTreeItemCord>(model->Tree());
   Count(
       "systems_hide",

@@ -125,17 +125,17 @@ TEST_F(SessionTest, DeletesPartsOrElseMeshSetsWithAQuestion) {
   EXPECT_EQ(Data().GetDataType(m_a), 0) << "of both kinds the parts go";
   EXPECT_NE(Data().GetDataType(m_outer), 0);
   Undo();
-  for (const auto answer : {MessageAnswer::Cancel, MessageAnswer::No, MessageAnswer::Yes}) {
+  const std::pair<MessageAnswer, Records> cases[] = {
+      {MessageAnswer::Cancel, {m_outer, m_inner}}, {MessageAnswer::No, {m_inner}}, {MessageAnswer::Yes, {}}};
+  for (const auto& [answer, left] : cases) {
+    m_session->Trees().Pick(0, false);
     Select({L"outer"});
     m_toolkit.AnswerMessage(answer);
-    // What the model tree's own command deletes.
-    Tree().OnSelchangAction();
     Run(&Session::Delete);
-    m_toolkit.ForgetAnswers();
-    m_toolkit.TakeMessages();
-    if (Data().GetDataType(m_outer) == 0) Undo();
+    EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_DELETE_SUB_MESHSET"});
+    EXPECT_EQ(Data().GetMsetPool().GetItrList(), left);
+    if (answer != MessageAnswer::Cancel) Undo();
   }
-  EXPECT_EQ(Data().GetMsetPool().Count(), 2U);
 }
 
 TEST_F(SessionTest, ShowsAndHidesEverythingAsOneActEach) {
@@ -161,6 +161,10 @@ TEST_F(SessionTest, MeshCommandsGoToTheSelectedSetOrToTheFirst) {
   Settle();
   EXPECT_TRUE(shrunk(m_inner) && !shrunk(m_outer));
   EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_DISPLAY");
+  Tree().ResetSelection(1);
+  Heard();
+  m_session->SendToMeshSet(kCommandMeshIncludeExclude);
+  EXPECT_THAT(Heard(), ::testing::HasSubstr("DoModeless(CQDMeshIncludeExcludeDlg, outer"));
   m_session->SendToMeshes(kCommandLastMeshColourMode);
   Settle();
   EXPECT_EQ(m_doc.GetDisplay().GetMeshColorMode(), 4U);

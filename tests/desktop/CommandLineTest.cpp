@@ -102,6 +102,20 @@ TEST_F(CommandLine, AWindowWithoutADisplayIsRefusedInASentence) {
   EXPECT_THAT(run.errors, HasSubstr("display"));
 }
 
+TEST_F(CommandLine, TheExampleStandsForTheFileThatIsNotNamed) {
+  for (const char* name : {"example", "named"}) {
+    std::ofstream(Path(std::string(name) + ".inp")) << kTriangle.substr(0, kTriangle.find("PLATE")) << name << "\n"
+                                                    << "1, 1, 2, 3\n";
+  }
+  const std::vector<std::string> alone{"--example", Path("example.inp"), "--print-tree", "--language", "de"};
+  EXPECT_THAT(Start(alone).out, HasSubstr("example"));
+  std::vector<std::string> beside = alone;
+  beside.push_back(Path("named.inp"));
+  const Ended run = Start(beside);
+  EXPECT_THAT(run.out, HasSubstr("named"));
+  EXPECT_THAT(run.out, Not(HasSubstr("example")));
+}
+
 TEST_F(CommandLine, AnyBytesAreAFileName) {
   const std::string odd[] = {"plain.inp", "-dash.inp", "\xFF\xFE r\xE9sum\xE9.inp", "file:x.inp", "r\xC3\xA9.inp"};
   for (const std::string& name : odd) {

@@ -54,10 +54,6 @@ bool HostLog::Act(const std::string& call, const std::vector<std::string>& argum
   return !m_wasRefused;
 }
 
-void HostLog::Ask(const std::string& call, const std::vector<std::string>& arguments) {
-  if (m_questions) Write(call + "?", arguments);
-}
-
 std::string HostLog::Take() {
   return std::exchange(m_text, {});
 }
@@ -291,7 +287,6 @@ void RecordingDocument::AddToSelBuffer(iterator itr) {
 }
 
 int RecordingDocument::IsSelecting() const {
-  m_log.Ask("doc.IsSelecting");
   return m_selecting ? 1 : WorkDocument::IsSelecting();
 }
 

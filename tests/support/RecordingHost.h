@@ -28,9 +28,6 @@ class HostLog {
 
   /// Notes a call that changes or announces something. False when the host is to refuse it.
   bool Act(const std::string& call, const std::vector<std::string>& arguments = {});
-  /// Notes a question, when these are wanted: a better way may ask less, so tests seldom look at them.
-  void Ask(const std::string& call, const std::vector<std::string>& arguments = {});
-  void HearQuestions(bool on) { m_questions = on; }
   /// From now on the host refuses a call, known by its name; `after` calls still pass.
   void Refuse(const std::string& call, int after = 0) { m_refused[call] = after; }
   bool WasRefused() const { return m_wasRefused; }
@@ -76,7 +73,6 @@ class HostLog {
   std::map<std::string, int> m_refused;   // and how many calls still pass
   std::map<std::string, int> m_brackets;  // begun less ended
   int m_depth = 0;
-  bool m_questions = false;
   bool m_wasRefused = false;
 };
 

@@ -59,13 +59,11 @@ class Recording : public Interface {
     return (m_real.*method)(static_cast<Parameters>(arguments)...);
   }
   template <typename Result, typename Owner, typename... Parameters, typename... Arguments>
-  Result Ask(Result (Owner::*method)(Parameters...) const, const char* name, Arguments&&... arguments) const {
-    m_log.Ask(m_name + "." + name, {Text(arguments)...});
+  Result Ask(Result (Owner::*method)(Parameters...) const, Arguments&&... arguments) const {
     return (m_real.*method)(static_cast<Parameters>(arguments)...);
   }
   template <typename Result, typename Owner, typename... Parameters, typename... Arguments>
-  Result Ask(Result (Owner::*method)(Parameters...), const char* name, Arguments&&... arguments) {
-    m_log.Ask(m_name + "." + name, {Text(arguments)...});
+  Result Ask(Result (Owner::*method)(Parameters...), Arguments&&... arguments) {
     return (m_real.*method)(static_cast<Parameters>(arguments)...);
   }
 
@@ -99,8 +97,8 @@ template <typename T, typename Interface>
 class RecordingPool : public Recording<Interface> {
  public:
   RecordingPool(HostLog& log, const char* name, Interface& real) : Recording<Interface>(log, name, real) {}
-  std::vector<iterator> GetItrList() const override { return this->Ask(&Interface::GetItrList, "GetItrList"); }
-  const T* GetAtNU(iterator itr) const override { return this->Ask(&Interface::GetAtNU, "GetAtNU", itr); }
+  std::vector<iterator> GetItrList() const override { return this->Ask(&Interface::GetItrList); }
+  const T* GetAtNU(iterator itr) const override { return this->Ask(&Interface::GetAtNU, itr); }
   int TR_Del(const std::vector<iterator>& itrs) override { return this->Act(&Interface::TR_Del, "TR_Del", itrs); }
 
  protected:
@@ -119,14 +117,14 @@ class RecordingGeoms final : public RecordingPool<tagTGeom, DPoolGeom> {
     return Act(&DPoolGeom::Private_ApplyGset, "Private_ApplyGset", itrs, gset);
   }
   void GetHCADItemArray(const Itrs& itrs, std::vector<int>& items) const override {
-    Ask(&DPoolGeom::GetHCADItemArray, "GetHCADItemArray", itrs, items);
+    Ask(&DPoolGeom::GetHCADItemArray, itrs, items);
   }
-  int IsSolid(iterator itr) const override { return Ask(&DPoolGeom::IsSolid, "IsSolid", itr); }
+  int IsSolid(iterator itr) const override { return Ask(&DPoolGeom::IsSolid, itr); }
   void GetTypeExist(iterator gset, int (&exists)[5]) const override {
-    Ask(&DPoolGeom::GetTypeExist, "GetTypeExist", gset, exists);
+    Ask(&DPoolGeom::GetTypeExist, gset, exists);
   }
   void GetItrGsetTypeList(iterator gset, int kind, Itrs& itrs) const override {
-    Ask(&DPoolGeom::GetItrGsetTypeList, "GetItrGsetTypeList", gset, kind, itrs);
+    Ask(&DPoolGeom::GetItrGsetTypeList, gset, kind, itrs);
   }
 };
 
@@ -134,22 +132,16 @@ class RecordingMsets final : public RecordingPool<tagTMset, DPoolMset> {
  public:
   using RecordingPool::RecordingPool;
   void GetItrListByParentMsetK(std::uint32_t key, TArray<iterator>& itrs) const override {
-    Ask(&DPoolMset::GetItrListByParentMsetK, "GetItrListByParentMsetK", MsetKey{key}, itrs);
+    Ask(&DPoolMset::GetItrListByParentMsetK, MsetKey{key}, itrs);
   }
-  iterator GetItrByKey(std::uint32_t key) const override {
-    return Ask(&DPoolMset::GetItrByKey, "GetItrByKey", MsetKey{key});
-  }
-  iterator GetItrByGeomItr(iterator geom) const override {
-    return Ask(&DPoolMset::GetItrByGeomItr, "GetItrByGeomItr", geom);
-  }
-  iterator GetItr(const CString& name) const override { return Ask(&DPoolMset::GetItr, "GetItr", name); }
-  int Exist(const CString& name) const override { return Ask(&DPoolMset::Exist, "Exist", name); }
-  CString GetNewCopyName(const CString& text) const override {
-    return Ask(&DPoolMset::GetNewCopyName, "GetNewCopyName", text);
-  }
-  COLORREF GetNewColor() override { return Ask(&DPoolMset::GetNewColor, "GetNewColor"); }
-  std::uint32_t GetNewKey() const override { return Ask(&DPoolMset::GetNewKey, "GetNewKey"); }
-  iterator GetDefaultMset() const override { return Ask(&DPoolMset::GetDefaultMset, "GetDefaultMset"); }
+  iterator GetItrByKey(std::uint32_t key) const override { return Ask(&DPoolMset::GetItrByKey, MsetKey{key}); }
+  iterator GetItrByGeomItr(iterator geom) const override { return Ask(&DPoolMset::GetItrByGeomItr, geom); }
+  iterator GetItr(const CString& name) const override { return Ask(&DPoolMset::GetItr, name); }
+  int Exist(const CString& name) const override { return Ask(&DPoolMset::Exist, name); }
+  CString GetNewCopyName(const CString& text) const override { return Ask(&DPoolMset::GetNewCopyName, text); }
+  COLORREF GetNewColor() override { return Ask(&DPoolMset::GetNewColor); }
+  std::uint32_t GetNewKey() const override { return Ask(&DPoolMset::GetNewKey); }
+  iterator GetDefaultMset() const override { return Ask(&DPoolMset::GetDefaultMset); }
   iterator AddMset(const tagTMset& record) override {
     return Act(&DPoolMset::AddMset, "AddMset", Changed<tagTMset>{record, nullptr});
   }
@@ -166,23 +158,17 @@ class RecordingMsets final : public RecordingPool<tagTMset, DPoolMset> {
 class RecordingGenerations final : public Recording<DPoolMGInfo> {
  public:
   using Recording::Recording;
-  iterator GetItrByKey(std::uint32_t key) const override {
-    return Ask(&DPoolMGInfo::GetItrByKey, "GetItrByKey", key);
-  }
-  int GetAt(iterator itr, tagTMGInfo& record) const override {
-    return Ask(&DPoolMGInfo::GetAt, "GetAt", itr, record);
-  }
+  iterator GetItrByKey(std::uint32_t key) const override { return Ask(&DPoolMGInfo::GetItrByKey, key); }
+  int GetAt(iterator itr, tagTMGInfo& record) const override { return Ask(&DPoolMGInfo::GetAt, itr, record); }
   int Delete(iterator itr) override { return Act(&DPoolMGInfo::Delete, "Delete", itr); }
 };
 
 class RecordingGsets final : public RecordingPool<tagTGset, DPoolGset> {
  public:
   using RecordingPool::RecordingPool;
-  CString GetNewCopyName(const CString& text) const override {
-    return Ask(&DPoolGset::GetNewCopyName, "GetNewCopyName", text);
-  }
-  int Exist(const CString& name) const override { return Ask(&DPoolGset::Exist, "Exist", name); }
-  iterator GetCurrentSet() const override { return Ask(&DPoolGset::GetCurrentSet, "GetCurrentSet"); }
+  CString GetNewCopyName(const CString& text) const override { return Ask(&DPoolGset::GetNewCopyName, text); }
+  int Exist(const CString& name) const override { return Ask(&DPoolGset::Exist, name); }
+  iterator GetCurrentSet() const override { return Ask(&DPoolGset::GetCurrentSet); }
   void PutCurrentSet(iterator itr) override { Act(&DPoolGset::PutCurrentSet, "PutCurrentSet", itr); }
   int SetCurrentSet(iterator itr) override { return Act(&DPoolGset::SetCurrentSet, "SetCurrentSet", itr); }
   int Delete(iterator itr) override { return Act(&DPoolGset::Delete, "Delete", itr); }
@@ -191,8 +177,8 @@ class RecordingGsets final : public RecordingPool<tagTGset, DPoolGset> {
 class RecordingCords final : public RecordingPool<tagTCord, DPoolCord> {
  public:
   using RecordingPool::RecordingPool;
-  int Exist(const CString& name) const override { return Ask(&DPoolCord::Exist, "Exist", name); }
-  int IsDefaultCord(iterator itr) const override { return Ask(&DPoolCord::IsDefaultCord, "IsDefaultCord", itr); }
+  int Exist(const CString& name) const override { return Ask(&DPoolCord::Exist, name); }
+  int IsDefaultCord(iterator itr) const override { return Ask(&DPoolCord::IsDefaultCord, itr); }
   int Modify(iterator itr, const tagTCord& record) override {
     return Act(&DPoolCord::Modify, "Modify", itr, ChangeOf(itr, record));
   }
@@ -208,24 +194,22 @@ class RecordingMaterials final : public RecordingPool<tagTMaterial, DPoolMateria
 class RecordingKeys final : public Recording<DPoolGKey> {
  public:
   using Recording::Recording;
-  iterator GetItrByGeomItr(iterator geom) const override {
-    return Ask(&DPoolGKey::GetItrByGeomItr, "GetItrByGeomItr", geom);
-  }
+  iterator GetItrByGeomItr(iterator geom) const override { return Ask(&DPoolGKey::GetItrByGeomItr, geom); }
 };
 
 class RecordingAppDB final : public Recording<IAppDB> {
  public:
   using Recording::Recording;
-  std::vector<Material> ListMaterials() const override { return Ask(&IAppDB::ListMaterials, "ListMaterials"); }
-  int IsFlexibleBody(iterator geom) const override { return Ask(&IAppDB::IsFlexibleBody, "IsFlexibleBody", geom); }
+  std::vector<Material> ListMaterials() const override { return Ask(&IAppDB::ListMaterials); }
+  int IsFlexibleBody(iterator geom) const override { return Ask(&IAppDB::IsFlexibleBody, geom); }
   int SetBodyType(const std::vector<iterator>& geoms, int flexible) override {
     return Act(&IAppDB::SetBodyType, "SetBodyType", geoms, flexible);
   }
   int GetProperty(iterator itr, Property& property) const override {
-    return Ask(&IAppDB::GetProperty, "GetProperty", itr, property);
+    return Ask(&IAppDB::GetProperty, itr, property);
   }
   int GetMassCentre(iterator mset, MassCentre& result, const ProgressCall& progress) const override {
-    return Ask(&IAppDB::GetMassCentre, "GetMassCentre", mset, result, progress);
+    return Ask(&IAppDB::GetMassCentre, mset, result, progress);
   }
 };
 
@@ -240,12 +224,8 @@ class RecordingSession final : public Recording<CQDDBSession> {
   DPoolCord& GetCordPool() override { return m_cords; }
   DPoolGKey& GetGKeyPool() override { return m_keys; }
   IAppDB& GetAppDB() override { return m_appDB; }
-  std::uint16_t GetDataType(iterator itr) const override {
-    return Ask(&CQDDBSession::GetDataType, "GetDataType", itr);
-  }
-  std::int32_t GetRecordID(iterator itr) const override {
-    return Ask(&CQDDBSession::GetRecordID, "GetRecordID", itr);
-  }
+  std::uint16_t GetDataType(iterator itr) const override { return Ask(&CQDDBSession::GetDataType, itr); }
+  std::int32_t GetRecordID(iterator itr) const override { return Ask(&CQDDBSession::GetRecordID, itr); }
   int BeginTransaction(const CString& title) override {
     const int begun = Act(&CQDDBSession::BeginTransaction, "Begin", title);
     m_log.Bracket("transactions", begun);
@@ -281,11 +261,9 @@ class RecordingParts final : public Recording<CRenderObjManager>, public CCADSes
   using Items = std::vector<int>;
   using Recording::Recording;
   CRenderObjManager& GetRenderObjects() override { return *this; }
-  int GetShowHide(int item) const override { return Ask(&Objects::GetShowHide, "GetShowHide", CadItem{item}); }
+  int GetShowHide(int item) const override { return Ask(&Objects::GetShowHide, CadItem{item}); }
   void SetShowHide(int item, int show) override { Act(&Objects::SetShowHide, "SetShowHide", CadItem{item}, show); }
-  unsigned GetRenderMode(int item) const override {
-    return Ask(&Objects::GetRenderMode, "GetRenderMode", CadItem{item});
-  }
+  unsigned GetRenderMode(int item) const override { return Ask(&Objects::GetRenderMode, CadItem{item}); }
   void SetRenderMode(const Items& items, unsigned mode) override {
     Act(&Objects::SetRenderMode, "SetRenderMode", items, mode);
   }
@@ -310,7 +288,7 @@ class RecordingMeshes final : public Recording<CQDMeshManager> {
  public:
   using Meshes = CQDMeshManager;
   using Recording::Recording;
-  int IsMsetShown(iterator mset) const override { return Ask(&Meshes::IsMsetShown, "IsMsetShown", mset); }
+  int IsMsetShown(iterator mset) const override { return Ask(&Meshes::IsMsetShown, mset); }
   void ShowHideMset(iterator mset, int show) override {
     Act<void, Meshes, iterator, int>(&Meshes::ShowHideMset, "ShowHideMset", mset, show);
   }
@@ -334,7 +312,7 @@ class RecordingLooks final : public Recording<CMPUData> {
   }
   void ToggleShrink(const Keys& keys) override { Act(&CMPUData::ToggleShrink, "ToggleShrink", keys); }
   int HasAddOnInfo(const Keys& keys, std::uint32_t bits) const override {
-    return Ask(&CMPUData::HasAddOnInfo, "HasAddOnInfo", keys, AddOns{bits});
+    return Ask(&CMPUData::HasAddOnInfo, keys, AddOns{bits});
   }
   void SetAddOnInfo(const Keys& keys, std::uint32_t bits) override {
     Act(&CMPUData::SetAddOnInfo, "SetAddOnInfo", keys, AddOns{bits});
@@ -342,9 +320,7 @@ class RecordingLooks final : public Recording<CMPUData> {
   void DelAddOnInfo(const Keys& keys, std::uint32_t bits) override {
     Act(&CMPUData::DelAddOnInfo, "DelAddOnInfo", keys, AddOns{bits});
   }
-  int HasAddOnInfoAll(std::uint32_t bits) const override {
-    return Ask(&CMPUData::HasAddOnInfoAll, "HasAddOnInfoAll", AddOns{bits});
-  }
+  int HasAddOnInfoAll(std::uint32_t bits) const override { return Ask(&CMPUData::HasAddOnInfoAll, AddOns{bits}); }
   void SetAddOnInfoAll(std::uint32_t bits) override {
     Act(&CMPUData::SetAddOnInfoAll, "SetAddOnInfoAll", AddOns{bits});
   }
@@ -360,7 +336,7 @@ class RecordingLabel final : public Recording<CQDLabel> {
  public:
   RecordingLabel(HostLog& log, CQDLabel& real, const workbench::CordPool& cords)
       : Recording(log, "label", real), m_cords(cords) {}
-  int IsShown(std::int32_t id) const override { return Ask(&CQDLabel::IsShown, "IsShown", LabelId{id, m_cords}); }
+  int IsShown(std::int32_t id) const override { return Ask(&CQDLabel::IsShown, LabelId{id, m_cords}); }
   void Show(std::int32_t id) override { Act(&CQDLabel::Show, "Show", LabelId{id, m_cords}); }
   void Hide(std::int32_t id) override { Act(&CQDLabel::Hide, "Hide", LabelId{id, m_cords}); }
 
@@ -373,10 +349,10 @@ class RecordingLabels final : public Recording<CQDLabelManager> {
   RecordingLabels(HostLog& log, CQDLabelManager& real, const workbench::CordPool& cords)
       : Recording(log, "labels", real), m_cords(cords), m_label(log, *real.GetLabel(kLabelCord), cords) {}
   CQDLabel* GetLabel(int itemType) override {
-    return Ask(&CQDLabelManager::GetLabel, "GetLabel", itemType) != nullptr ? &m_label : nullptr;
+    return Ask(&CQDLabelManager::GetLabel, itemType) != nullptr ? &m_label : nullptr;
   }
   int GetShowHide(int kind, std::int32_t id) override {
-    return Ask(&CQDLabelManager::GetShowHide, "GetShowHide", kind, LabelId{id, m_cords});
+    return Ask(&CQDLabelManager::GetShowHide, kind, LabelId{id, m_cords});
   }
   void SetShowHide(int show, int kind, std::int32_t id) override {
     Act(&CQDLabelManager::SetShowHide, "SetShowHide", show, kind, LabelId{id, m_cords});
@@ -451,7 +427,7 @@ class RecordingView final : public CQDViewBase {
   void SetPostMode(bool on) { m_post = on; }
 
   CQDRenderManager* GetRenderManager() override { return &m_manager; }
-  int IsPostMode() const override { return m_log.Ask("view.IsPostMode"), m_post ? 1 : 0; }
+  int IsPostMode() const override { return m_post ? 1 : 0; }
   void Invalidate(int erase) override {
     m_log.Act("view.Invalidate", {HostLog::Number(erase)});
     if (m_real != nullptr) m_real->Invalidate(erase);

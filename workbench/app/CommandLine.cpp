@@ -45,6 +45,7 @@ constexpr Option kOptions[] = {
     {"--force", "", "with --repair: replace a file that is there",
      [](CommandLine& line, const std::string&) { line.force = true; }},
     {"--export", "OUT", "write what the FILEs hold into one, in the format of its ending, and end", Export},
+    {"--example", "FILE", "the file to show where no other is named", Keep<&CommandLine::example>},
     {"--screenshot", "PNG", "write a picture of the window and end", Keep<&CommandLine::screenshot>},
     {"--language", "L", "language of the texts, such as de; en without it", Keep<&CommandLine::language>},
     {"--variant", "V", "product variant: standard, ksl, rvt or zdh", Keep<&CommandLine::variant>},
@@ -173,6 +174,8 @@ std::optional<std::string> CheckLine(const CommandLine& line) {
 
 std::optional<std::string> ReadCommandLine(const std::vector<std::string>& arguments, CommandLine& line) {
   if (auto fault = Reader(arguments, line).Read()) return fault;
+  const bool shows = line.mode == Mode::Window || line.mode == Mode::PrintTree;
+  if (shows && line.files.empty() && !line.example.empty()) line.files.push_back(line.example);
   return CheckLine(line);
 }
 

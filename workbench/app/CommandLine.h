@@ -15,6 +15,7 @@ struct CommandLine {
   std::string document;  ///< what is verified or repaired
   bool force = false;    ///< what is written may replace a file that is there
   std::string exported;  ///< the file that is written
+  std::string example;   ///< taken for `files` where something is to be shown and no file is named
   std::string screenshot;
   std::string language = "en";
   std::string messages;

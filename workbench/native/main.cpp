@@ -103,7 +103,7 @@ int main() {
   }
   SetProductVariant(variant->variant);
   MainFrame frame(*toolkit, messages);
-  if (options->example) frame.OpenExample();
+  if (options->example && options->files.empty()) frame.OpenExample();
   for (const std::wstring& file : options->files) frame.Import(file);
   return options->screenshot.empty() ? frame.Run() : TakeScreenshot(frame, options->screenshot);
 }

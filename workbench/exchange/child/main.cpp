@@ -36,10 +36,10 @@ extern "C" const char* __tsan_default_options() {
 }
 #endif
 #if defined(__SANITIZE_ADDRESS__)
-// Looking for leaks starts a process of its own, which the cell forbids.
+// Looking for leaks and for the names of functions starts a process of its own, which the cell forbids.
 extern "C" const char* __asan_default_options();
 extern "C" const char* __asan_default_options() {
-  return "detect_leaks=0";
+  return "detect_leaks=0:symbolize=0";
 }
 #endif
 
