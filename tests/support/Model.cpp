@@ -3,7 +3,6 @@
 #include <sstream>
 #include <utility>
 
-#include "support/Digest.h"
 #include "support/Rows.h"
 
 namespace qd::test {
@@ -84,6 +83,9 @@ void ModelTest::Act(const std::function<void()>& writes) {
 void ModelTest::Settle() {
   m_toolkit.Pump();
   CheckAll(Depth::Rows);
+  m_wentBack |= Data().CanRedo();
+  if (m_checked && !m_wentBack && Data().AllRecords().size() <= kManyRecords)
+    m_after.insert_or_assign(Data().ActNumber(), DigestOf(m_doc));
 }
 
 void ModelTest::Undo() {
@@ -212,6 +214,8 @@ void ModelTest::CheckAll(Depth depth) {
   if (!m_checked || HasFatalFailure() || Data().IsInTransaction()) return;
   if (Data().AllRecords().size() > kManyRecords) return;
   CheckRows();
+  for (const iterator itr : m_doc.GetSelectBuffer())
+    EXPECT_NE(Data().GetDataType(itr), 0) << "a record that is gone";
   m_kept.Check(depth == Depth::Whole);
 }
 
@@ -232,12 +236,20 @@ void ModelTest::CheckHistory() {
     former.push_back(DigestOf(m_doc));
     CheckAll(Depth::Rows);
   }
-  for (std::size_t act = former.size() - 1; act-- > 0;) {
-    EXPECT_EQ(Data().Redo(), 1) << act << " acts were still to be done again";
+  // Where no act was ever taken back, the acts are those that were seen when they were done.
+  const bool isAllSeen = !m_wentBack && former.size() - 1 == Data().ActNumber();
+  for (std::size_t back = 1; isAllSeen && back < former.size(); ++back) {
+    const auto seen = m_after.find(Data().ActNumber() - back);
+    if (seen == m_after.end()) continue;
+    EXPECT_EQ(former[back].display, seen->second.display) << back << " acts back";
+    EXPECT_TRUE(former[back].records == seen->second.records) << back << " acts back";
+  }
+  for (std::size_t back = former.size() - 1; back-- > 0;) {
+    EXPECT_EQ(Data().Redo(), 1) << back << " acts were still to be done again";
     m_toolkit.Pump();
     const Digest again = DigestOf(m_doc);
-    EXPECT_EQ(again.display, former[act].display) << "act " << former.size() - 1 - act;
-    EXPECT_TRUE(again.records == former[act].records) << "act " << former.size() - 1 - act;
+    EXPECT_EQ(again.display, former[back].display) << "act " << former.size() - 1 - back;
+    EXPECT_TRUE(again.records == former[back].records) << "act " << former.size() - 1 - back;
   }
   CheckAll(Depth::Whole);
 }

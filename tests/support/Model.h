@@ -2,13 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "host/CTransaction.h"
 #include "platform/headless/HeadlessToolkit.h"
+#include "support/Digest.h"
 #include "support/KeptDocument.h"
 #include "support/RecordingHost.h"
 #include "workbench/session/Session.h"
@@ -120,6 +123,8 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
   std::string Describe(HTREEITEM row);
 
   long m_tree = workbench::kModelTree;
+  std::map<std::uint64_t, Digest> m_after;  // what undo and redo bring back, behind each act
+  bool m_wentBack = false;
 };
 
 }  // namespace qd::test
