@@ -27,7 +27,8 @@ class RecordNode final : public ProbeNode {
   iterator GetIterator() const override { return m_traits.itr; }
   int GetItemType() const override { return m_traits.itemType; }
   void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override {
-    Say("show" + std::to_string(kind), {static_cast<long>(itrs.size()), show, static_cast<long>(flags)});
+    Say("show" + std::to_string(kind),
+        {static_cast<std::int64_t>(itrs.size()), show, static_cast<std::int64_t>(flags)});
   }
   void OnMenuEventMeshRoot(unsigned command) override { Say("mesh", {command}); }
   void OnMenuEventSLoadRoot(unsigned command) override { Say("load", {command}); }
@@ -45,9 +46,9 @@ class RecordNode final : public ProbeNode {
   static inline bool initializes = false;
 
  private:
-  void Say(const std::string& what, const std::vector<long>& numbers) {
+  void Say(const std::string& what, const std::vector<std::int64_t>& numbers) {
     log += what + " " + workbench::ToUtf8(GetTitle());
-    for (const long number : numbers) log += " " + std::to_string(number);
+    for (const std::int64_t number : numbers) log += " " + std::to_string(number);
     log += " ";
   }
   Traits m_traits;
