@@ -164,7 +164,7 @@ INSTANTIATE_TEST_SUITE_P(Pages, MeshPageActs, ::testing::ValuesIn(Acts()),
 
 TEST_F(MeshPage, ANameThatIsInUseOnlyWhenCutIsIgnoredToo) {
   Make(0);
-  ChangeMset(d, [](tagTMset& set) { set.name = CString(63, L'q'); });
+  ChangeMset(d, [](tagTMset& set) { set.name.assign(63, L'q'); });
   Heard();
   Apply(L"B", CString(64, L'q'), kAsItIs);
   EXPECT_EQ(Heard(), "");
