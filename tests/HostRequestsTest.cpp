@@ -84,7 +84,7 @@ class Requests : public WorksTree {
     return node;
   }
   void OpenRecords(const std::function<void(CQDTreeItem& root)>& children, RecordNode::Traits root = {}) {
-    m_probes.make = [=, this](CQDTreeListCtrl* control) {
+    m_probes.make = [=](CQDTreeListCtrl* control) {
       auto* node = new RecordNode(control, nullptr, L"root", root);
       node->makeChildren = [children](ProbeNode& self) { children(self); };
       return node;
