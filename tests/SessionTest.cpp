@@ -172,6 +172,25 @@ TEST_F(SessionTest, MeshCommandsGoToTheSelectedSetOrToTheFirst) {
   EXPECT_EQ(m_doc.GetDisplay().GetMeshColorMode(), 0U);
 }
 
+TEST_F(SessionTest, ShowingOnlyOneSetCanBeLeftAlthoughHiddenOnesWereDeleted) {
+  const iterator gone = AddMset(L"gone");
+  Settle();
+  m_doc.GetDisplay().ShowHideMset(gone, 0);
+  Settle();
+  Data().Delete({gone});
+  Settle();
+  Select({L"inner"});
+  Command(kCommandShowMeshOnly);
+  EXPECT_EQ(Shown(), "abc inner");
+  EXPECT_NE(m_doc.GetDisplay().Isolation(), nullptr);
+  Undo();
+  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
+  m_session->SendToMeshes(kCommandHideAllMeshes);
+  Settle();
+  EXPECT_EQ(Shown(), "abc");
+  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr) << "hiding all is no showing of some";
+}
+
 TEST_F(SessionTest, WhatOneTreeHidesIsHiddenInTheOther) {
   ClickCheck(L"b");  // the fixture compares the boxes of both
   EXPECT_EQ(Shown(), "ac outer inner");

@@ -112,9 +112,12 @@ void WorksTrees::RememberDisplay() {
   std::unique_ptr<DisplayChange> change = display.TakeChange();
   if (change == nullptr) return;
   // Showing only some mesh sets begins with hiding all, which is the command that is left behind.
-  const bool isolates = command == kCommandShowOnly ||
-                        (command == kCommandHideAllMeshes &&
-                         display.HiddenNow().hiddenMsets.size() < m_doc.GetDatabase().GetMsetPool().Count());
+  const auto isAnySetShown = [this, &display] {
+    const std::vector<iterator> sets = m_doc.GetDatabase().GetMsetPool().GetItrList();
+    return std::any_of(sets.begin(), sets.end(),
+                       [&display](iterator set) { return display.IsMsetShown(set) != 0; });
+  };
+  const bool isolates = command == kCommandShowOnly || (command == kCommandHideAllMeshes && isAnySetShown());
   if (isolates && display.Isolation() == nullptr) {
     display.SetIsolation(std::make_shared<const Visibility>(change->HiddenBefore()));
     change->isolationAfter = display.Isolation();
