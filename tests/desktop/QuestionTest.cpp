@@ -5,6 +5,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QLabel>
 #include <QStatusBar>
 #include <QToolButton>
 #include <filesystem>
@@ -12,6 +13,7 @@
 
 #include "InWindow.h"
 #include "host/CTransaction.h"
+#include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/FileName.h"
 #include "workbench/exchange/watch/ExchangeLimits.h"
 #include "workbench/model/Values.h"
@@ -84,26 +86,33 @@ TEST_F(Questions, AnActThatTheRulesRefuseIsTold) {
 TEST_F(Questions, ADiskThatTakesNoMoreIsToldWithTheOfferToSaveElsewhere) {
   Open(m_files.Make({"pump"}, "pump.step"));
   const std::string before = Print();
+  const iterator part = Data().GetGeomPool().GetItrList().front();
+  Tree().SetSelection(1, {part});
+  Tree().OnMenuEvent(kCommandMaterialDialog);
+  QDialog* dialog = Dialog("materials");
+  ASSERT_NE(dialog, nullptr);
+  auto* name = dialog->findChild<QLineEdit*>("name");
+  auto* apply = dialog->findChild<QPushButton*>("apply");
+  name->setText("Steel");
   rlimit usual{};
   getrlimit(RLIMIT_FSIZE, &usual);
-  const rlimit small{fs::file_size(m_window->Keeper().Path()) + 8192, usual.rlim_max};
+  const rlimit none{0, usual.rlim_max};
   signal(SIGXFSZ, SIG_IGN);
-  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
   Answer("unkept", QMessageBox::RejectRole);
-  {
-    CTransaction transaction(&Data());
-    ASSERT_EQ(transaction.Begin(L"Many"), 1);
-    tagTMaterial material;
-    material.name = CString(kMostName, L'm');
-    Data().GetMaterialPool().Add(material);
-    EXPECT_EQ(transaction.Commit(1), 0);
-  }
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+  apply->click();
   EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
   EXPECT_TRUE(WaitUntil([this] { return !m_asked.isEmpty(); }, 5)) << Messages().toStdString();
+  EXPECT_TRUE(dialog->isVisible());
+  EXPECT_EQ(dialog->findChild<QLabel*>("fault")->text(), "Steel: not stored");
+  EXPECT_EQ(name->text(), "Steel");
   EXPECT_TRUE(m_asked.startsWith("The change cannot be kept")) << m_asked.toStdString();
   EXPECT_EQ(Print(), before);
   ASSERT_TRUE(m_window->SaveAs(Path("elsewhere.qdw"))) << Messages().toStdString();
   EXPECT_EQ(m_window->Keeper().Path(), Path("elsewhere.qdw").toStdString());
+  apply->click();
+  EXPECT_NE(Data().GetGeomPool().GetAtNU(part)->material, 0U);
+  EXPECT_EQ(dialog->findChild<QLabel*>("fault")->text(), "");
 }
 
 TEST_F(Questions, ADeckTakesFilesOfOtherFoldersOnlyWhenTheUserAgrees) {

@@ -123,7 +123,7 @@ void CordDialog::Apply() {
   if (done) done = m_edited != 0 ? Pool().Modify(m_edited, record) != 0 : Pool().Add(record) != 0;
   if (done) done = transaction.Commit(1) != 0;
   // Why the document does not take it is told by the document.
-  SetText(*m_outcome, done ? "IDS_WB_CORD_STORED" : "IDS_WB_CORD_NOT_STORED", {ToQt(record.GetName())});
+  SetText(*m_outcome, done ? "IDS_WB_CORD_STORED" : "IDS_WB_NOT_STORED", {ToQt(record.GetName())});
   if (done) ShowRecord(record);
 }
 

@@ -51,6 +51,7 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("materials");
   m_name->setObjectName("name");
+  m_fault->setObjectName("fault");
   m_fault->setWordWrap(true);
   auto* layout = new QFormLayout(this);
   layout->addRow(NewLabel("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
@@ -122,21 +123,28 @@ void MaterialDialog::Apply() {
     for (std::size_t i = 0; i <= database.GetMaterialPool().Count(); ++i) record.colour = colours.GetNextColor();
   }
   if (!Read(record)) return SetText(*m_fault, "IDS_WB_MATERIAL_INVALID");
+  if (Store(material, record)) return ListMaterials(material);
+  // Why the document does not take it is told by the document.
+  SetText(*m_fault, "IDS_WB_NOT_STORED", {ToQt(record.name)});
+}
+
+bool MaterialDialog::Store(iterator& material, const tagTMaterial& record) {
+  Database& database = m_doc.GetDatabase();
   CTransaction transaction(&database);
-  if (transaction.Begin(FromQt(Text("IDS_WB_TRANS_MATERIAL"))) == 0) return;
+  if (transaction.Begin(FromQt(Text("IDS_WB_TRANS_MATERIAL"))) == 0) return false;
   if (material == 0) {
     material = database.GetMaterialPool().Add(record);
-    if (material == 0) return;
+    if (material == 0) return false;
   } else if (database.GetMaterialPool().Change(material, record) == 0) {
-    return;
+    return false;
   }
   for (const iterator part : m_parts) {
     if (database.GetDataType(part) != kDataGeom) continue;  // deleted since the dialog opened
     tagTGeom changed = *database.GetGeomPool().GetAtNU(part);
     changed.material = material;
-    if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return;
+    if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return false;
   }
-  if (transaction.Commit(1) != 0) ListMaterials(material);
+  return transaction.Commit(1) != 0;
 }
 
 }  // namespace qd::workbench

@@ -19,8 +19,10 @@ class MaterialDialog final : public QDialog {
  private:
   void ListMaterials(iterator chosen);
   void ShowChosen();
-  /// Stores what is entered and applies it to the parts, as one act.
+  /// Stores what is entered and applies it to the parts, as one act; what was not taken stays as it was entered.
   void Apply();
+  /// `material` is 0 for a new one, and is then filled in.
+  bool Store(iterator& material, const tagTMaterial& record);
   bool Read(tagTMaterial& record);
   iterator Chosen() const;
 
