@@ -33,7 +33,7 @@ class File {
       part.colour = static_cast<COLORREF>(i);
       data.GetGeomPool().Add(part);
     }
-    data.CommitTransaction();
+    data.CommitTransaction(1);
     DocumentError error;
     std::filesystem::remove(m_path);
     DocumentFile::Create(m_path, data, error);

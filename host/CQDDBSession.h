@@ -27,9 +27,9 @@ class CQDDBSession {
 
   /// Opens a transaction; 0 when one is open already or the database refuses.
   virtual int BeginTransaction(const CString& title) = 0;
-  /// Makes the open transaction's writes final, as one undoable act, and announces them. Returns 1, or 0 after
-  /// having rolled everything back.
-  virtual int CommitTransaction() = 0;
+  /// Makes the open transaction's writes final, as one undoable act, and announces them; `redraw` is 0 when
+  /// the views need not be drawn again for it, else 1. Returns 1, or 0 after having rolled everything back.
+  virtual int CommitTransaction(int redraw) = 0;
   /// Takes the open transaction's writes back; nothing is announced.
   virtual void RollbackTransaction() = 0;
 

@@ -9,8 +9,8 @@ int CTransaction::Begin(const CString& title) {
   return m_open ? 1 : 0;
 }
 
-int CTransaction::Commit(int) {
-  return std::exchange(m_open, false) && m_session->CommitTransaction() != 0 ? 1 : 0;
+int CTransaction::Commit(int redraw) {
+  return std::exchange(m_open, false) && m_session->CommitTransaction(redraw) != 0 ? 1 : 0;
 }
 
 void CTransaction::Rollback() {

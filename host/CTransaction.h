@@ -15,8 +15,9 @@ class QD_EXPORT CTransaction {
 
   /// `title` is what undo shows. Returns 1; 0 when it cannot begin.
   int Begin(const CString& title);
-  /// Returns 1, or 0 with everything rolled back. `announce` non-zero tells the works trees.
-  int Commit(int announce);
+  /// Returns 1, or 0 with everything rolled back. The works trees hear of it in any case; `redraw` is 0 when the
+  /// views show nothing of what was written, else 1.
+  int Commit(int redraw);
   void Rollback();
 
  private:

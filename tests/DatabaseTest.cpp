@@ -385,7 +385,7 @@ TEST_P(RandomModels, AreWhatAPlainLookAtTheRecordsGives) {
       ExpectIndexes();
       if (way == 2) {
         m_data.RollbackTransaction();
-      } else if (m_data.CommitTransaction() != 0 && Now() != before) {
+      } else if (m_data.CommitTransaction(1) != 0 && Now() != before) {
         states.resize(at + 1);
         states.push_back(Now());
         ++at;

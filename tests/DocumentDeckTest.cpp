@@ -49,7 +49,7 @@ TEST_F(DocumentDeck, AloneIsWorkThatWouldBeLost) {
   ASSERT_EQ(StoreImport(data, ReadInpText(deck, "rod.inp"), L"import"), 1);
   ASSERT_EQ(data.BeginTransaction(L"delete"), 1);
   ASSERT_EQ(data.GetMsetPool().DeleteAll(data.GetMsetPool().GetItrList()), 1);
-  ASSERT_EQ(data.CommitTransaction(), 1);
+  ASSERT_EQ(data.CommitTransaction(1), 1);
   ASSERT_EQ(data.GetDeckPool().Count(), 1U);
   EXPECT_EQ(data.GetMaterialPool().Count() + data.GetPropertyPool().Count() + data.GetGeomPool().Count(), 0U);
   EXPECT_TRUE(keeper.IsUnsaved());

@@ -599,7 +599,7 @@ TEST_F(HeldDocument, ARecoveryFileThatCannotBeReadIsOfferedAndNotTakenAway) {
     part.cadItem = 1;
     ASSERT_EQ(data.BeginTransaction(L"a part"), 1);
     ASSERT_NE(data.GetGeomPool().Add(part), 0U);
-    ASSERT_EQ(data.CommitTransaction(), 1);
+    ASSERT_EQ(data.CommitTransaction(1), 1);
     DocumentError error;
     ASSERT_NE(DocumentFile::Create(file.string(), data, error), nullptr) << error.detail;
     // The page that the parts begin on is lost.

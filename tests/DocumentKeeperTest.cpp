@@ -144,7 +144,7 @@ TEST_F(KeeperTest, AnythingThatWasMadeIsUnsavedWork) {
       EXPECT_FALSE(window.keeper.IsUnsaved());
       ASSERT_EQ(window.data.BeginTransaction(L"make"), 1);
       ASSERT_TRUE(make(window.data));
-      ASSERT_EQ(window.data.CommitTransaction(), 1);
+      ASSERT_EQ(window.data.CommitTransaction(1), 1);
       EXPECT_TRUE(window.keeper.IsUnsaved());
       ASSERT_EQ(window.data.Undo(), 1);
       if (window.keeper.File() != nullptr) window.keeper.File()->PutView("window", "shown so");

@@ -1,6 +1,7 @@
 // Rows of mesh sets: nested as the records say, in step with the database, shown and hidden.
 
 #include <random>
+#include <sstream>
 
 #include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "support/Mesh.h"
@@ -232,7 +233,7 @@ TEST_P(MeshSequences, KeepTheTreeInStepAndEveryElementOnce) {
         all = Write(what);
       }
       if (all) {
-        Data().CommitTransaction();
+        Data().CommitTransaction(1);
         if (!adds) {
           EXPECT_EQ(Elements(), elements) << "step " << step;
         }
@@ -261,15 +262,23 @@ TEST_F(MeshRows, BoxesSwitchASetWithAllThatIsNestedInIt) {
   const iterator b = AddMset(L"B", a);
   const iterator c = AddMset(L"C", b);
   const iterator d = AddMset(L"D");
+  AddMset(L"E", a);
+  Heard();
   Node(L"A")->OnClickCheck(kChecked);
-  EXPECT_EQ(Sets(), "-A [-B [-C]] D");
+  EXPECT_EQ(Sets(), "-A [-B [-C] -E] D");
+  std::string order;
+  std::istringstream heard(Heard());
+  for (std::string call; std::getline(heard, call);) {
+    if (call.starts_with("meshes.ShowHideMset")) order += call.at(call.find('(') + 1);
+  }
+  EXPECT_EQ(order, "ABCCE");  // by record, and again from each set that holds others
   EXPECT_FALSE(IsShown(a) || IsShown(b) || IsShown(c));
   EXPECT_TRUE(IsShown(d));
   EXPECT_FALSE(Node(L"A")->IsViewUpdate());  // the last nested one redraws
   Node(L"B")->OnClickCheck(kUnchecked);
-  EXPECT_EQ(Sets(), "-A [B [C]] D");
+  EXPECT_EQ(Sets(), "-A [B [C] -E] D");
   Open();
-  EXPECT_EQ(Sets(), "-A [B [C]] D");  // as the view shows them
+  EXPECT_EQ(Sets(), "-A [B [C] -E] D");  // as the view shows them
 }
 
 /// Each walk redraws at its end and the walks repeat: twice as often with every level, down to the eighth.

@@ -145,7 +145,7 @@ TEST_F(Documents, ReferencesToNothingAreMendedWhenTheUserAgrees) {
     tagTGeom part = *Data().GetGeomPool().GetAtNU(Data().GetGeomPool().GetItrList().front());
     part.name = L"Nut";
     Data().GetGeomPool().Change(Data().GetGeomPool().GetItrList().front(), part);
-    return Data().CommitTransaction();
+    return Data().CommitTransaction(1);
   };
   Answer("IDS_WB_VIEW_ONLY");
   ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw")));
@@ -189,7 +189,7 @@ TEST(Recovery, FindsWhatHoldsSomethingAndIsNotOpen) {
   Database full;
   full.BeginTransaction(L"add");
   full.GetMaterialPool().Add({});
-  full.CommitTransaction();
+  full.CommitTransaction(1);
   DocumentFile::Create(folder + "/closed.qdw", full, error);
   const auto open = DocumentFile::Create(folder + "/open.qdw", full, error);
   const auto found = DocumentKeeper::FindRecoverable(folder);

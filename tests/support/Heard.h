@@ -55,8 +55,9 @@ inline std::string Announced(const std::string& call, const std::string& page = 
   return call + "\n" + Inside(Page(page));
 }
 inline std::string Transaction(const std::string& title, const std::string& writes,
-                               const std::string& page = "none") {
-  return "session.Begin(IDS_QD_TRANS_" + title + ")\n" + writes + Announced("session.Commit", page);
+                               const std::string& page = "none", int redraw = 1) {
+  return "session.Begin(IDS_QD_TRANS_" + title + ")\n" + writes +
+         Announced("session.Commit(" + std::to_string(redraw) + ")", page);
 }
 /// A change of visibility that "previous" takes back as a whole.
 inline std::string Change(const std::string& calls) {

@@ -231,9 +231,9 @@ class RecordingSession final : public Recording<CQDDBSession> {
     m_log.Bracket("transactions", begun);
     return begun;
   }
-  int CommitTransaction() override {
+  int CommitTransaction(int redraw) override {
     m_log.Bracket("transactions", -1);
-    const int done = Act(&CQDDBSession::CommitTransaction, "Commit");
+    const int done = Act(&CQDDBSession::CommitTransaction, "Commit", redraw);
     if (m_log.WasRefused()) m_real.RollbackTransaction();
     return done;
   }

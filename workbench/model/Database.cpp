@@ -147,7 +147,7 @@ bool Database::Note(JournalEntry entry) {
   return true;
 }
 
-int Database::CommitTransaction() {
+int Database::CommitTransaction(int) {
   if (!m_open) return 0;
   std::vector<JournalEntry> net = NetEffect(m_journal);
   const std::size_t writes = m_journal.size();

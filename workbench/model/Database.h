@@ -76,7 +76,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   int Delete(const std::vector<iterator>& itrs);
 
   int BeginTransaction(const CString& title) override;
-  int CommitTransaction() override;
+  /// Our views find out from the changes what they have to draw again.
+  int CommitTransaction(int redraw) override;
   void RollbackTransaction() override;
   bool IsInTransaction() const { return m_open; }
   /// A guard is asked before each write and refuses it with false; null lets everything pass.
