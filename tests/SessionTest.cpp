@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/EnglishTexts.h"
 #include "support/Mesh.h"
 #include "workbench/session/DocumentPage.h"
 
@@ -106,6 +107,18 @@ TEST_F(SessionTest, ALoadedDocumentHasOpenBranchesAndItsName) {
   Settle();
   EXPECT_EQ(m_doc.GetPathName(), L"third.qdw");
   EXPECT_FALSE(m_session->IsEmpty());
+}
+
+TEST_F(SessionTest, ANewLanguageReachesEveryRow) {
+  AddMaterial(L"Steel");
+  {
+    const EnglishTexts texts;
+    m_session->Manager().OnChangeLanguage();
+    Settle();  // which looks at the rows
+    EXPECT_NE(Print().find("\n  Materials\n"), std::string::npos) << Print();
+  }
+  m_session->Manager().OnChangeLanguage();
+  Settle();
 }
 
 TEST_F(SessionTest, TheFirstFileFindsAnEmptyDocument) {
