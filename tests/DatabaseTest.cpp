@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "host/CTransaction.h"
-#include "support/CheckedStore.h"
+#include "support/KeptDocument.h"
 #include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/Database.h"
 
@@ -20,6 +20,7 @@ namespace {
 class DatabaseTest : public ::testing::Test, private IDatabaseListener {
  protected:
   DatabaseTest() { m_data.SetListener(this); }
+  void TearDown() override { m_kept.Check(true); }
   iterator Add(const CString& name) {
     tagTGeom record;
     record.name = name;
@@ -40,7 +41,7 @@ class DatabaseTest : public ::testing::Test, private IDatabaseListener {
   std::string TakeLog() { return std::exchange(m_log, {}); }
 
   Database m_data;
-  test::CheckedStore m_checked{m_data};
+  test::KeptDocument m_kept{m_data};
   std::function<void(const CQDUpdateRecord&)> m_onChange;
 
  private:
@@ -101,23 +102,6 @@ TEST_F(DatabaseTest, ADeletedRecordIsReadableUntilTheNoticeHasBeenHandled) {
   EXPECT_EQ(m_data.GetGeomPool().GetAtNU(itr), nullptr);
 }
 
-TEST_F(DatabaseTest, LeavingATransactionOrFailingInItRestoresEverything) {
-  iterator itr = 0;
-  Act([&] { itr = Add(L"a"); });
-  const auto before = m_data.Snapshot();
-  {
-    CTransaction transaction(&m_data);
-    transaction.Begin(L"left");
-    Rename(itr, L"changed");
-    Add(L"more");
-    m_data.GetGeomPool().TR_Del({itr});
-  }
-  EXPECT_EQ(m_data.Snapshot(), before);
-  EXPECT_EQ(m_data.GetGeomPool().TR_Del({itr, 4711}), 0);  // the second one fails: the first one stays
-  EXPECT_EQ(m_data.Snapshot(), before);
-  EXPECT_EQ(m_data.UndoTitle(), L"act");
-}
-
 TEST_F(DatabaseTest, IteratorsAreNeverGivenOutTwiceAndNameTheirPool) {
   iterator first = 0;
   Act([&] { first = Add(L"a"); });
@@ -131,22 +115,6 @@ TEST_F(DatabaseTest, IteratorsAreNeverGivenOutTwiceAndNameTheirPool) {
   EXPECT_EQ(m_data.GetDataType(~iterator{0}), 0);
   EXPECT_EQ(m_data.GetGeomPool().GetAtNU(0), nullptr);
   EXPECT_FALSE(m_data.CanRedo());  // a new act ends what could be done again
-}
-
-TEST_F(DatabaseTest, MeshOfAPartIsFoundThroughUndo) {
-  iterator geom = 0;
-  iterator mset = 0;
-  Act([&] { geom = Add(L"a"); });
-  Act([&] {
-    tagTMset record;
-    record.geom = geom;
-    mset = m_data.GetMsetPool().Add(record);
-  });
-  EXPECT_EQ(m_data.GetMsetPool().GetItrByGeomItr(geom), mset);
-  m_data.Undo();
-  EXPECT_EQ(m_data.GetMsetPool().GetItrByGeomItr(geom), 0U);
-  m_data.Redo();
-  EXPECT_EQ(m_data.GetMsetPool().GetItrByGeomItr(geom), mset);
 }
 
 /// Random acts of several writes to records of all kinds, some taken back at once, with undo and redo between
@@ -395,6 +363,7 @@ TEST_P(RandomModels, AreWhatAPlainLookAtTheRecordsGives) {
     }
     ExpectHeard(before, Now());
     ExpectIndexes();
+    m_kept.Check(false);
     ASSERT_FALSE(HasFailure()) << "act " << act;
   }
   EXPECT_GT(states.size(), 10U) << "not everything is refused";
@@ -526,30 +495,6 @@ TEST_F(DatabaseTest, TheMassIsOfThePropertysMaterialOrElseOfTheParts) {
       EXPECT_NEAR(centre.mass, hasProperty ? 3 : hasPart ? 2 : 0, 1e-12);
     }
   }
-}
-
-TEST_F(DatabaseTest, TheHistoryIsBoundedAndGivesUpTheOldestActs) {
-  const auto add = [this](std::size_t bytes) {
-    auto shape = std::make_shared<PartShape>();
-    shape->brep.assign(bytes, 'x');
-    tagTGeom part;
-    part.name = std::to_wstring(bytes);
-    part.shape = shape;
-    CTransaction transaction(&m_data);
-    transaction.Begin(L"add");
-    m_data.GetGeomPool().Add(part);
-    transaction.Commit(1);
-  };
-  m_data.SetHistoryLimit(10'000);
-  for (int i = 0; i < 5; ++i) add(3000);
-  int undone = 0;
-  while (m_data.Undo() != 0) ++undone;
-  EXPECT_EQ(undone, 2);  // 3,400 bytes each
-  EXPECT_EQ(m_data.GetGeomPool().Count(), 3U);
-  add(50'000);  // larger than all that is allowed, but the last one
-  EXPECT_FALSE(m_data.CanRedo());
-  EXPECT_EQ(m_data.Undo(), 1);
-  EXPECT_EQ(m_data.Undo(), 0);
 }
 
 }  // namespace

@@ -52,9 +52,7 @@ class Deck : public MeshTest {
     const auto error = WriteMeshFile(
         path, CollectExport(Data(), Pool().GetItrList()), [](double) { return true; }, m_report);
     EXPECT_FALSE(error) << error->key << error->detail;
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
+    return ScratchFolder::ReadAt(path);
   }
   /// What was said, one after another.
   std::string Said() const {
@@ -162,12 +160,6 @@ TEST_F(Deck, ASecondDeckGetsNumbersAndNamesOfItsOwn) {
   EXPECT_EQ(Said(),
             "RENAMED EALL → EALL-2, LOWER → LOWER-2, UPPER → UPPER-2, STEEL → STEEL-2; CARD *MYSTERY: 1; "
             "RENAMED FIX → FIX-2, NALL → NALL-2, TOP → TOP-2, LID → LID-2, RAMP → RAMP-2; STEPS deck.inp; ");
-}
-
-TEST_F(Deck, NumbersStayWhereTheyAreFree) {
-  Import("*NODE\n101,0,0,0\n102,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=A\n101,101,102\n");
-  Import("*NODE\n201,0,0,0\n202,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=B\n201,201,202\n");
-  EXPECT_TRUE(Holds(Export(), "*ELEMENT, TYPE=T3D2, ELSET=B\n201,201,202\n"));
 }
 
 TEST_F(Deck, SetsThatShareElementsKeepTheirOwnLists) {
@@ -431,25 +423,6 @@ TEST_F(Deck, IncludedLinesAreKeptInTheirPlace) {
   std::ofstream(m_folder / "deck.inp") << kMesh << "*STEP\n*STATIC\n*INCLUDE, INPUT=loads.inc\n*END STEP\n";
   Import(ReadInpFile(m_folder / "deck.inp", [](double) {}));
   EXPECT_TRUE(Holds(Export(), "*STEP\n*STATIC\n*CLOAD\n12,3,1.\n*END STEP\n"));
-}
-
-TEST_F(Deck, AnImportTakesItsDeckBackWhenItIsUndone) {
-  Import(kMesh + kModel + kSteps);
-  ASSERT_EQ(Data().Undo(), 1);
-  EXPECT_EQ(Data().GetDeckPool().Count(), 0U);
-  ASSERT_EQ(Data().Redo(), 1);
-  EXPECT_EQ(Squeezed(Export()), Squeezed(kWritten + kModel + kSteps));
-}
-
-TEST_F(Deck, GoesThroughThePipeWholeOrNotAtAll) {
-  const ImportedModel model = ReadInpText(kMesh + kModel + kSteps, "deck.inp");
-  const std::string bytes = Encode(model.decks.front());
-  const auto back = DecodeDeck(bytes);
-  ASSERT_TRUE(back);
-  EXPECT_EQ(Encode(*back), bytes);
-  EXPECT_EQ(back->text, model.decks.front().text);
-  for (std::size_t length = 0; length < bytes.size(); ++length) EXPECT_FALSE(DecodeDeck(bytes.substr(0, length)));
-  EXPECT_FALSE(DecodeDeck(bytes + "x"));
 }
 
 }  // namespace

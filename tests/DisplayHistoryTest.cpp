@@ -6,7 +6,7 @@
 #include <random>
 
 #include "host/CTransaction.h"
-#include "support/CheckedStore.h"
+#include "support/KeptDocument.h"
 #include "workbench/display/DisplayChange.h"
 #include "workbench/display/WorkDocument.h"
 
@@ -21,6 +21,7 @@ class DisplayHistory : public ::testing::Test {
     Display().SetOnRecord([this] { m_actsBefore = Data().ActNumber(); });
     m_parts = {AddPart(), AddPart(), AddPart()};
   }
+  void TearDown() override { m_kept.Check(true); }
   ~DisplayHistory() override { Display().SetOnRecord(nullptr); }
 
   Database& Data() { return m_doc.GetDatabase(); }
@@ -140,7 +141,7 @@ class DisplayHistory : public ::testing::Test {
   }
 
   WorkDocument m_doc;
-  CheckedStore m_checked{m_doc.GetDatabase()};
+  KeptDocument m_kept{m_doc.GetDatabase()};
   std::vector<int> m_parts;
   std::uint64_t m_actsBefore = 0;
   Follower m_seen;
@@ -149,20 +150,6 @@ class DisplayHistory : public ::testing::Test {
   bool m_wasOfVisibility = false;
   std::string m_hiddenBefore;
 };
-
-TEST_F(DisplayHistory, AnActOfTheUserIsOneEntry) {
-  for (const int part : m_parts) Display().SetShowHide(part, 0);
-  Display().SetTransparency(std::vector<int>{m_parts[0]}, 0.5);
-  EndAct();
-  EXPECT_EQ(Data().UndoTitle(), L"display");
-  EXPECT_EQ(Data().Undo(), 1);
-  EXPECT_EQ(Shown(), "xxx");
-  EXPECT_EQ(Display().GetCadItem(m_parts[0]).opacity, 1);
-  EXPECT_EQ(Data().UndoTitle(), L"add");
-  EXPECT_EQ(Data().Redo(), 1);
-  EXPECT_EQ(Shown(), "---");
-  EXPECT_EQ(Display().TakeChange(), nullptr) << "undoing is no act";
-}
 
 TEST_F(DisplayHistory, WhatBelongsToACommittedActIsUndoneWithIt) {
   m_parts.push_back(AddPart());
@@ -177,27 +164,6 @@ TEST_F(DisplayHistory, WhatBelongsToACommittedActIsUndoneWithIt) {
   Data().Undo();
   EXPECT_EQ(Display().GetShowHide(m_parts[1]), 1);
   EXPECT_EQ(Data().GetGeomPool().Count(), 4U);
-}
-
-TEST_F(DisplayHistory, AnIsolationIsLeftWithTheFormerVisibility) {
-  Display().SetShowHide(m_parts[1], 0);
-  EndAct();
-  Isolate(m_parts[2]);
-  EXPECT_EQ(Shown(), "--x");
-  Isolate(m_parts[1]);  // within the isolation: the former visibility stays the first one
-  m_parts.push_back(AddPart());
-  Display().SetShowHide(m_parts[3], 0);
-  EndAct();
-  Display().LeaveIsolation();
-  EndAct();
-  EXPECT_EQ(Shown(), "x-xx") << "what came since is shown";
-  EXPECT_EQ(Display().Isolation(), nullptr);
-  Data().Undo();
-  EXPECT_EQ(Shown(), "-x--");
-  ASSERT_NE(Display().Isolation(), nullptr) << "after undo it can be left again";
-  Display().LeaveIsolation();
-  EndAct();
-  EXPECT_EQ(Shown(), "x-xx");
 }
 
 TEST_F(DisplayHistory, MarksAreOnWhenAllOfThemAreOnForAll) {

@@ -42,19 +42,6 @@ TEST_F(DocumentDeck, ComesBackAsItWasAndGoesWithItsImport) {
   EXPECT_EQ(deck.sets.front().count, 2U);
 }
 
-TEST_F(DocumentDeck, AloneIsWorkThatWouldBeLost) {
-  Database data;
-  workbench::DocumentKeeper keeper(data, Path("recovery"));
-  const char* deck = "*NODE\n1,0,0,0\n2,1,0,0\n*ELEMENT, TYPE=T3D2, ELSET=ROD\n1,1,2\n*STEP\n*STATIC\n*END STEP\n";
-  ASSERT_EQ(StoreImport(data, ReadInpText(deck, "rod.inp"), L"import"), 1);
-  ASSERT_EQ(data.BeginTransaction(L"delete"), 1);
-  ASSERT_EQ(data.GetMsetPool().DeleteAll(data.GetMsetPool().GetItrList()), 1);
-  ASSERT_EQ(data.CommitTransaction(1), 1);
-  ASSERT_EQ(data.GetDeckPool().Count(), 1U);
-  EXPECT_EQ(data.GetMaterialPool().Count() + data.GetPropertyPool().Count() + data.GetGeomPool().Count(), 0U);
-  EXPECT_TRUE(keeper.IsUnsaved());
-}
-
 TEST_F(DocumentDeck, NamesThatAreCutShortAreRefused) {
   {
     const auto document = Create(Path("deck.qdw"));

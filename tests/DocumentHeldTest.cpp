@@ -13,10 +13,9 @@
 #include <random>
 #include <set>
 
-#include "support/DocumentScript.h"
+#include "support/DocumentFolder.h"
 #include "support/FaultyDisk.h"
 #include "support/Places.h"
-#include "support/ScratchFolder.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
 #include "workbench/store/Sqlite.h"
@@ -27,11 +26,6 @@ namespace {
 namespace fs = std::filesystem;
 using namespace workbench;
 using ::testing::IsEmpty;
-
-std::string Bytes(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 /// A database with its file, as a window has them.
 struct Document {
@@ -64,16 +58,11 @@ struct Document {
   std::string said;
 };
 
-class HeldDocument : public ::testing::Test {
+class HeldDocument : public DocumentFolder {
  protected:
+  using Document = test::Document;
   fs::path Path(const char* name) const { return m_folder / name; }
   std::set<std::string> Names() const { return m_folder.Names(); }
-  /// Makes a document with some acts, closed. Returns what it holds.
-  std::string Make(const fs::path& path, int acts) const {
-    Document document(path);
-    for (int act = 0; act < acts; ++act) EXPECT_TRUE(document.Run(act));
-    return Contents(document.data);
-  }
   static std::string ContentsOf(const fs::path& path) {
     const Document document(path);
     return document.file != nullptr ? Contents(document.data) : document.error.key;
@@ -95,8 +84,6 @@ class HeldDocument : public ::testing::Test {
     waitpid(child, &status, 0);
     return status;
   }
-
-  ScratchFolder m_folder;
 };
 
 // ---- the lock -------------------------------------------------------------------------------------------
@@ -128,7 +115,7 @@ TEST_F(HeldDocument, AnotherHandleInThisProgramDoesNotLetAnotherProgramIn) {
   ASSERT_TRUE(document.Run(0));
   // What a file dialog does with each file that it shows.
   for (int look = 0; look < 3; ++look) {
-    Bytes(Path("a.qdw"));
+    ScratchFolder::ReadAt(Path("a.qdw"));
     EXPECT_EQ(FaultElsewhere(Path("a.qdw")), "IDS_WB_DOC_BUSY");
     EXPECT_TRUE(DocumentFile::IsInUse(Path("a.qdw").string()));
     EXPECT_THAT(VerifyDocument(Path("a.qdw").string()), ::testing::SizeIs(1));
@@ -197,13 +184,13 @@ TEST_P(Misfortunes, AreNoticedAndTheWorkCanBeSavedElsewhere) {
   const std::string done = Contents(data);
   GetParam().happens(Path("a.qdw"), Path("other.qdw"));
   const bool there = fs::exists(Path("a.qdw"));
-  const std::string bytes = Bytes(Path("a.qdw"));
+  const std::string bytes = ScratchFolder::ReadAt(Path("a.qdw"));
   EXPECT_TRUE(keeper.HasLostFile());
   EXPECT_FALSE(script.Run(5));
   EXPECT_EQ(said, GetParam().said);
   EXPECT_EQ(Contents(data), done);
   EXPECT_EQ(fs::exists(Path("a.qdw")), there);
-  EXPECT_EQ(Bytes(Path("a.qdw")), bytes) << "what is there now is left alone";
+  EXPECT_EQ(ScratchFolder::ReadAt(Path("a.qdw")), bytes) << "what is there now is left alone";
   ASSERT_TRUE(keeper.SaveAs(Path("b.qdw").string(), error)) << error.detail;
   EXPECT_FALSE(keeper.HasLostFile());
   ASSERT_TRUE(script.Run(5));
@@ -218,7 +205,7 @@ INSTANTIATE_TEST_SUITE_P(
                    "IDS_WB_DOC_GONE"},
         Misfortune{"written_over",
                    [](const fs::path& mine, const fs::path& other) {
-                     const std::string bytes = Bytes(other);
+                     const std::string bytes = ScratchFolder::ReadAt(other);
                      std::ofstream(mine, std::ios::binary) << bytes;
                    },
                    "IDS_WB_DOC_CHANGED"},
@@ -334,7 +321,7 @@ TEST_F(HeldDocument, FilesOfOtherProgramsAreNotTouched) {
   std::ofstream(Path("a.qdw")) << "no document at all";
   std::ofstream(Path("a.qdw-wal")) << "nor a log of ours";
   EXPECT_EQ(ContentsOf(Path("a.qdw")), "IDS_WB_DOC_FOREIGN");
-  EXPECT_EQ(Bytes(Path("a.qdw-wal")), "nor a log of ours");
+  EXPECT_EQ(ScratchFolder::ReadAt(Path("a.qdw-wal")), "nor a log of ours");
 }
 
 // ---- earlier versions -----------------------------------------------------------------------------------
@@ -351,7 +338,7 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
       fs::copy_file((data / name).string() + "-wal", path.string() + "-wal");
       there.insert(std::string(name) + "-wal");
     }
-    const std::string before = Bytes(path);
+    const std::string before = ScratchFolder::ReadAt(path);
     DocumentError error;
     {
       Database read;
@@ -362,11 +349,11 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
       EXPECT_FALSE(keeper.HasLostFile());
       EXPECT_EQ(ContentsOf(path), "IDS_WB_DOC_BUSY") << "it is held";
       keeper.File()->PutView("window", "{}");
-      EXPECT_EQ(Bytes(path), before);
+      EXPECT_EQ(ScratchFolder::ReadAt(path), before);
       EXPECT_EQ(Names(), there);
       ASSERT_TRUE(keeper.SaveAs(Path("b.qdw"), error)) << error.key << error.detail;
       EXPECT_EQ(keeper.File()->View("window"), "{\"language\":\"en\"}") << "how it was shown goes along";
-      EXPECT_EQ(Bytes(path), before);
+      EXPECT_EQ(ScratchFolder::ReadAt(path), before);
     }
     fs::remove(Path("b.qdw"));
     {
@@ -378,7 +365,7 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
       EXPECT_FALSE(document.Run(20));
     }
     fs::resize_file(path, before.size());
-    EXPECT_EQ(Bytes(path), before);
+    EXPECT_EQ(ScratchFolder::ReadAt(path), before);
     EXPECT_EQ(Names(), there);
     for (const std::string& left : there) fs::remove(Path(left.c_str()));
   }
@@ -404,7 +391,7 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
     }
     EXPECT_THAT(VerifyDocument(path.string()), IsEmpty());
     EXPECT_EQ(ContentsOf(path), contents);
-    EXPECT_EQ(Bytes(path)[63], kDocumentVersion);
+    EXPECT_EQ(ScratchFolder::ReadAt(path)[63], kDocumentVersion);
   }
   EXPECT_EQ(Names(), (std::set<std::string>{"version1.qdw", "version1-killed.qdw"}));
 }
@@ -478,7 +465,7 @@ TEST_F(HeldDocument, WhyADocumentCannotBeBroughtForwardIsTold) {
     Document document(path);
     ASSERT_NE(document.file, nullptr);
     const auto time = fs::last_write_time(path);
-    std::string bytes = Bytes(path);
+    std::string bytes = ScratchFolder::ReadAt(path);
     const std::size_t table = bytes.find("CREATE TABLE gset");
     ASSERT_NE(table, std::string::npos);
     // Another text of the same length, or the version.
@@ -550,7 +537,7 @@ TEST_F(HeldDocument, ARecoveryFileThatIsInUseIsNeitherOfferedNorDiscarded) {
   DocumentScript script(data);
   for (int act = 0; act < 3; ++act) ASSERT_TRUE(script.Run(act));
   EXPECT_TRUE(keeper.IsUnsaved());
-  Bytes(keeper.Path());  // another handle
+  ScratchFolder::ReadAt(keeper.Path());  // another handle
   EXPECT_EQ(InChild([&] {
               const bool good =
                   DocumentKeeper::FindRecoverable(folder).empty() && !DocumentKeeper::Discard(keeper.Path());
@@ -558,35 +545,30 @@ TEST_F(HeldDocument, ARecoveryFileThatIsInUseIsNeitherOfferedNorDiscarded) {
             }),
             0);
   ASSERT_TRUE(script.Run(3));
-  fs::create_directories(Path("left"));
-  fs::copy_file(keeper.Path(), Path("left") / "document-1.qdw");
-  const auto found = DocumentKeeper::FindRecoverable(Path("left").string());
-  ASSERT_EQ(found.size(), 1U);
-  EXPECT_EQ(found[0].title, "pump.step");
-  EXPECT_EQ(found[0].parts, static_cast<std::int64_t>(data.GetGeomPool().Count()));
-  EXPECT_EQ(found[0].meshSets, static_cast<std::int64_t>(data.GetMsetPool().Count()));
-  EXPECT_TRUE(DocumentKeeper::Discard(found[0].path));
-  EXPECT_TRUE(fs::is_empty(Path("left")));
 }
 
 TEST_F(HeldDocument, WithoutARecoveryFileItIsUnsavedAndALaterActTriesAgain) {
-  std::ofstream(Path("recovery")) << "a file in the place of the folder";
-  Database data;
-  std::string said;
-  DocumentKeeper keeper(data, Path("recovery").string());
-  keeper.SetOnFailure([&said](const DocumentError& fault) { said += fault.key + std::string(" "); });
-  EXPECT_FALSE(keeper.IsUnsaved());
-  DocumentScript script(data);
-  ASSERT_TRUE(script.Run(0));
-  EXPECT_TRUE(keeper.IsUnsaved());
-  ASSERT_TRUE(script.Run(1));
-  EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY ");
-  fs::remove(Path("recovery"));
-  ASSERT_TRUE(script.Run(2));
-  EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY IDS_WB_DOC_PROTECTED ");
-  ASSERT_FALSE(keeper.Path().empty());
-  fs::copy_file(keeper.Path(), Path("copy.qdw"));
-  EXPECT_EQ(ContentsOf(Path("copy.qdw")), Contents(data));
+  for (const bool isUndo : {false, true}) {
+    fs::remove_all(Path("recovery"));
+    std::ofstream(Path("recovery")) << "a file in the place of the folder";
+    Database data;
+    std::string said;
+    DocumentKeeper keeper(data, Path("recovery").string());
+    keeper.SetOnFailure([&said](const DocumentError& fault) { said += fault.key + std::string(" "); });
+    EXPECT_FALSE(keeper.IsUnsaved());
+    DocumentScript script(data);
+    ASSERT_TRUE(script.Run(0));
+    EXPECT_TRUE(keeper.IsUnsaved());
+    ASSERT_TRUE(script.Run(1));
+    EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY ");
+    fs::remove(Path("recovery"));
+    // Whatever is done next: an undo, too, makes a file of what is left after it.
+    ASSERT_TRUE(isUndo ? data.Undo() == 1 : script.Run(2));
+    EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY IDS_WB_DOC_PROTECTED ");
+    ASSERT_FALSE(keeper.Path().empty());
+    fs::copy_file(keeper.Path(), Path("copy.qdw"), fs::copy_options::overwrite_existing);
+    EXPECT_EQ(ContentsOf(Path("copy.qdw")), Contents(data));
+  }
 }
 
 TEST_F(HeldDocument, ARecoveryFileThatCannotBeReadIsOfferedAndNotTakenAway) {
@@ -613,22 +595,6 @@ TEST_F(HeldDocument, ARecoveryFileThatCannotBeReadIsOfferedAndNotTakenAway) {
   const auto found = DocumentKeeper::FindRecoverable(Path("left").string());
   EXPECT_EQ(found.size(), 1U);
   EXPECT_TRUE(fs::exists(file));
-}
-
-TEST_F(HeldDocument, ARecoveryFileThatAnUndoMakesHoldsWhatIsLeftAfterIt) {
-  std::ofstream(Path("recovery")) << "a file in the place of the folder";
-  Database data;
-  DocumentKeeper keeper(data, Path("recovery").string());
-  DocumentScript script(data);
-  for (int act = 0; act < 4; ++act) ASSERT_TRUE(script.Run(act));
-  fs::remove(Path("recovery"));
-  ASSERT_EQ(data.Undo(), 1);
-  ASSERT_FALSE(keeper.Path().empty());
-  fs::copy_file(keeper.Path(), Path("undone.qdw"));
-  EXPECT_EQ(ContentsOf(Path("undone.qdw")), Contents(data));
-  ASSERT_EQ(data.Redo(), 1);
-  fs::copy_file(keeper.Path(), Path("redone.qdw"));
-  EXPECT_EQ(ContentsOf(Path("redone.qdw")), Contents(data));
 }
 
 }  // namespace

@@ -70,7 +70,8 @@ TEST_F(DocumentOrigin, DamagedOnesAreRefusedAndRepairKeepsTheParts) {
   for (const char* damage :
        {"UPDATE part_origin SET data = substr(data, 1, length(data) - 3)", "UPDATE part_origin SET data = x'00'",
         // A list that is longer than the file.
-        "UPDATE part_origin SET data = CAST(substr(data, 1, 8) || 'aaaaaaaaaaaaaaaaaaaaaa' AS BLOB)"}) {
+        "UPDATE part_origin SET data = CAST(substr(data, 1, 8) || 'aaaaaaaaaaaaaaaaaaaaaa' AS BLOB)",
+        "DROP TABLE part_origin; CREATE TABLE part_origin (itr INTEGER PRIMARY KEY, data BLOB)"}) {
     const std::string path = Path("a.qdw");
     {
       const auto document = Create(path);
@@ -78,28 +79,12 @@ TEST_F(DocumentOrigin, DamagedOnesAreRefusedAndRepairKeepsTheParts) {
     }
     Sql(path, damage);
     EXPECT_NE(FaultOf(path), "") << damage;
-    std::vector<DocumentError> notes;
-    DocumentError error;
     std::filesystem::remove(Path("mended.qdw"));
-    EXPECT_TRUE(RepairDocument(path, Path("mended.qdw"), notes, error)) << damage;
-    EXPECT_FALSE(notes.empty());
+    EXPECT_TRUE(Repair(path, Path("mended.qdw"))) << damage;
+    EXPECT_FALSE(m_notes.empty());
     EXPECT_EQ(Open(Path("mended.qdw"))->data.GetGeomPool().Count(), 3U) << damage;
     std::filesystem::remove(path);
   }
-}
-
-TEST_F(DocumentOrigin, AChangedTableCostsNoPart) {
-  const std::string path = Path("a.qdw");
-  {
-    const auto document = Create(path);
-    ASSERT_EQ(StoreImport(document->data, Bolts(), L"import"), 1);
-  }
-  Sql(path, "DROP TABLE part_origin; CREATE TABLE part_origin (itr INTEGER PRIMARY KEY, data BLOB)");
-  EXPECT_NE(FaultOf(path), "");
-  std::vector<DocumentError> notes;
-  DocumentError error;
-  EXPECT_TRUE(RepairDocument(path, Path("mended.qdw"), notes, error));
-  EXPECT_EQ(Open(Path("mended.qdw"))->data.GetGeomPool().Count(), 3U);
 }
 
 TEST(PartOrigin, IsBounded) {

@@ -22,25 +22,6 @@ using namespace workbench;
 
 class ReadDocument : public DocumentFolder {
  protected:
-  /// A closed document; returns what it holds.
-  std::string Make(const std::string& path) {
-    DocumentScript script(m_data);
-    for (int act = 0; act < 20; ++act) script.Run(act);
-    DocumentError error;
-    EXPECT_NE(DocumentFile::Create(path, m_data, error), nullptr) << error.key;
-    return Contents(m_data);
-  }
-  std::vector<std::string> Files() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(m_folder.Path()))
-      names.push_back(entry.path().filename().string());
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-  static std::string Bytes(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-  }
   /// What a killed program has left: a document of the first version, whose last acts stand in a log beside it.
   std::string MakeKilled(const std::string& path) {
     const std::string killed = SourceFolder() + "/tests/data/version1-killed.qdw";
@@ -51,12 +32,10 @@ class ReadDocument : public DocumentFolder {
     for (const char* suffix : {"", "-wal"}) fs::remove(Path("other.qdw") + suffix);
     return held;
   }
-
-  Database m_data;
 };
 
 TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
-  const std::string held = Make(Path("a.qdw"));
+  const std::string held = Make(Path("a.qdw"), 20);
   EXPECT_TRUE(Open(Path("a.qdw"))->file->PutView("state", "shown so"));
   DocumentError error;
   Database data;
@@ -84,17 +63,17 @@ TEST_F(ReadDocument, WithoutPermissionIsForViewingUntilItIsSavedElsewhere) {
     EXPECT_EQ(keeper.File()->View("state"), "shown so");
     EXPECT_TRUE(DocumentScript(data).Run(20));
   }
-  EXPECT_EQ(Files(), std::vector<std::string>{"a.qdw"});
+  EXPECT_EQ(m_folder.Names(), std::set<std::string>{"a.qdw"});
 }
 
 /// A reader leaves everything as it is, whatever lies beside the document, and lets other readers in.
 TEST_F(ReadDocument, ForViewingIsLeftAloneWithAllThatLiesBesideIt) {
-  const std::string held = Make(Path("a.qdw"));
+  const std::string held = Make(Path("a.qdw"), 20);
   Sql(Path("a.qdw"), "PRAGMA journal_mode = WAL");  // as some other program has left it
   std::ofstream(Path("a.qdw-journal")) << "nothing of ours";
   std::ofstream(Path("a.qdw-wal")) << "nor this";
-  const std::string before = Bytes(Path("a.qdw"));
-  const std::vector<std::string> files = Files();
+  const std::string before = ScratchFolder::ReadAt(Path("a.qdw"));
+  const std::set<std::string> files = m_folder.Names();
   {
     Document first;
     Document second;
@@ -108,13 +87,13 @@ TEST_F(ReadDocument, ForViewingIsLeftAloneWithAllThatLiesBesideIt) {
     EXPECT_FALSE(DocumentScript(first.data).Run(20));
     EXPECT_EQ(FaultOf(Path("a.qdw")), "IDS_WB_DOC_BUSY") << "nobody writes to it meanwhile";
   }
-  EXPECT_EQ(Bytes(Path("a.qdw")), before);
-  EXPECT_EQ(Files(), files);
+  EXPECT_EQ(ScratchFolder::ReadAt(Path("a.qdw")), before);
+  EXPECT_EQ(m_folder.Names(), files);
 }
 
 /// What the library cannot open at all, on a failing disk for one, is told as well.
 TEST_F(ReadDocument, ThatCannotEvenBeOpenedHasAReason) {
-  Make(Path("a.qdw"));
+  Make(Path("a.qdw"), 20);
   fs::create_hard_link(Path("a.qdw"), Path("b.qdw"));
   fs::copy_file(SourceFolder() + "/tests/data/version1.qdw", Path("c.qdw"));
   for (const char* name : {"a.qdw", "c.qdw"}) {
@@ -125,43 +104,32 @@ TEST_F(ReadDocument, ThatCannotEvenBeOpenedHasAReason) {
 }
 
 TEST_F(ReadDocument, IsVerifiedAndRepairedWhereNothingCanBeWritten) {
-  Make(Path("a.qdw"));
+  Make(Path("a.qdw"), 20);
   const std::string repaired = m_folder.Path().string() + "_repaired.qdw";
   const Unwritable still({Path("a.qdw"), m_folder.Path().string()});
   if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
   EXPECT_TRUE(VerifyDocument(Path("a.qdw")).empty());
-  std::vector<DocumentError> notes;
-  DocumentError error;
-  EXPECT_TRUE(RepairDocument(Path("a.qdw"), repaired, notes, error)) << error.key << error.detail;
-  EXPECT_TRUE(notes.empty());
+  EXPECT_TRUE(Repair(Path("a.qdw"), repaired));
+  EXPECT_TRUE(m_notes.empty());
   fs::remove(repaired);
 }
 
 /// The last acts stand in a log; they are there for a reader too, and the log stays for who may write.
 TEST_F(ReadDocument, LeftByAKilledProgramIsReadWholeAndLeftAlone) {
   const std::string held = MakeKilled(Path("a.qdw"));
-  const std::vector<std::string> files = Files();
-  const std::string bytes = Bytes(Path("a.qdw"));
+  const std::set<std::string> files = m_folder.Names();
+  const std::string bytes = ScratchFolder::ReadAt(Path("a.qdw"));
   EXPECT_TRUE(VerifyDocument(Path("a.qdw")).empty());
-  EXPECT_EQ(Files(), files);
-  EXPECT_EQ(Bytes(Path("a.qdw")), bytes) << "a check writes nothing";
-  std::vector<DocumentError> notes;
-  DocumentError error;
-  EXPECT_TRUE(RepairDocument(Path("a.qdw"), Path("b.qdw"), notes, error)) << error.key;
+  EXPECT_EQ(m_folder.Names(), files);
+  EXPECT_EQ(ScratchFolder::ReadAt(Path("a.qdw")), bytes) << "a check writes nothing";
+  EXPECT_TRUE(Repair(Path("a.qdw"), Path("b.qdw")));
   EXPECT_EQ(Contents(Open(Path("b.qdw"))->data), held);
-  EXPECT_EQ(Bytes(Path("a.qdw")), bytes);
+  EXPECT_EQ(ScratchFolder::ReadAt(Path("a.qdw")), bytes);
   std::vector<std::string> unwritable{m_folder.Path().string()};
   for (const std::string& name : files) unwritable.push_back(Path(name.c_str()));
   const Unwritable still(unwritable);
   if (!still.Works()) GTEST_SKIP() << "nothing can be made unwritable here";
   EXPECT_EQ(Contents(Open(Path("a.qdw"))->data), held);
-}
-
-TEST_F(ReadDocument, OpenInAProgramIsNeitherCheckedNorReplaced) {
-  const auto open = Create(Path("open.qdw"));
-  const std::vector<DocumentError> faults = VerifyDocument(Path("open.qdw"));
-  ASSERT_EQ(faults.size(), 1U);
-  EXPECT_EQ(faults.front().key, std::string("IDS_WB_DOC_BUSY"));
 }
 
 TEST_F(ReadDocument, ThatIsNoPlainFileIsRefusedAtOnce) {
@@ -178,7 +146,7 @@ TEST_F(ReadDocument, ThatIsNoPlainFileIsRefusedAtOnce) {
 }
 
 TEST_F(ReadDocument, IsRepairedOnlyIntoWhatMayBeReplaced) {
-  Make(Path("a.qdw"));
+  Make(Path("a.qdw"), 20);
   const auto open = Create(Path("open.qdw"));
   fs::create_symlink("a.qdw", Path("link.qdw"));
   fs::create_hard_link(Path("a.qdw"), Path("hard.qdw"));
@@ -203,21 +171,6 @@ TEST_F(ReadDocument, IsRepairedOnlyIntoWhatMayBeReplaced) {
     EXPECT_EQ(MayRepairInto(Path("a.qdw"), Path(repair.target), repair.force, error), *repair.fault == 0);
     EXPECT_EQ(error.key != nullptr ? error.key : std::string(), repair.fault) << repair.target;
   }
-}
-
-/// Names that the database library would take for an address or a place in memory.
-TEST_F(ReadDocument, OfAnyNameIsAFile) {
-  const fs::path before = fs::current_path();
-  fs::current_path(m_folder.Path());
-  for (const char* name : {"file:x.qdw", "file:x.qdw?mode=memory", ":memory:", "a%41.qdw", "\xFF\xFE.qdw"}) {
-    Database data;
-    DocumentError error;
-    EXPECT_NE(DocumentFile::Create(name, data, error), nullptr) << name << error.detail;
-    EXPECT_TRUE(fs::exists(name)) << name;
-    EXPECT_NE(DocumentFile::Open(name, data, error), nullptr) << name;
-    EXPECT_TRUE(VerifyDocument(name).empty()) << name;
-  }
-  fs::current_path(before);
 }
 
 }  // namespace

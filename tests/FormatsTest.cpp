@@ -1,6 +1,7 @@
 // The table of file formats.
 
 #include "support/Places.h"
+#include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/Format.h"
 
 #include <gtest/gtest.h>
@@ -15,8 +16,7 @@ namespace {
 using namespace workbench;
 
 TEST(Formats, AreDocumentedAsTheyAre) {
-  std::ostringstream page;
-  page << std::ifstream(SourceFolder() + "/docs/formats.md").rdbuf();
+  const std::string page = ScratchFolder::ReadAt(SourceFolder() + "/docs/formats.md");
   std::string rows;
   for (const Format* format : Formats()) {
     rows += "| " + std::string(format->Name()) + " |";
@@ -28,7 +28,7 @@ TEST(Formats, AreDocumentedAsTheyAre) {
     }
     rows += " |\n";
   }
-  EXPECT_NE(page.str().find("|---|\n" + rows + "\n"), std::string::npos) << rows;
+  EXPECT_NE(page.find("|---|\n" + rows + "\n"), std::string::npos) << rows;
 }
 
 TEST(Formats, AreFoundByEveryEndingWhateverItsCase) {

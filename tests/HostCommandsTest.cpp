@@ -47,17 +47,7 @@ class HostCommands : public ModelTest {
 
 TEST_F(HostCommands, AreOneActThatCanBeTakenBack) {
   const auto run = [this](CQDCommandObj& command, const CString& title) {
-    const auto before = Data().Snapshot();
-    const std::uint64_t acts = Data().ActNumber();
-    EXPECT_EQ(command.Execute(), 1);
-    Settle();
-    EXPECT_EQ(Data().ActNumber(), acts + 1);
-    EXPECT_EQ(Data().UndoTitle(), title);
-    const auto after = Data().Snapshot();
-    Undo();
-    EXPECT_EQ(Data().Snapshot(), before);
-    Redo();
-    EXPECT_EQ(Data().Snapshot(), after);
+    ExpectOneAct(title, [&] { return command.Execute(); });
   };
   const Records two{m_parts[0], m_parts[2]};
   run(New(L"Geom").Set(L"Action", CString(L"ApplyMaterial")).Set(L"Itr", two).Set(L"ItrMaterial", m_steel),

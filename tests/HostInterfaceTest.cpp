@@ -15,6 +15,7 @@
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/Places.h"
+#include "workbench/display/WorkDocument.h"
 
 namespace qd::test {
 namespace {
@@ -75,38 +76,6 @@ TEST(Application, TheLatestObjectIsTheInstanceAndAnyEndClearsIt) {
 
 // ---- manager --------------------------------------------------------------------------------------------
 
-class Document final : public CQDDocBase {
- public:
-  CString GetPathName() const override { return L"path"; }
-  CQDViewBase* GetActiveView() override { return nullptr; }
-  CQDDBSession* GetDBSession() override { return nullptr; }
-  CCADSession* GetCADSession() override { return nullptr; }
-  CQDMeshManager* GetMeshManager() override { return nullptr; }
-  CQDLabelManager* GetLabelManager() override { return nullptr; }
-  CQDModelRange* GetModelRange() override { return nullptr; }
-  CQDPostManager* GetPostManager() override { return nullptr; }
-  CMPUData* GetMPUData() override { return nullptr; }
-  ISectionAPI* GetSectionAPI() override { return nullptr; }
-  void Import() override {}
-  int RunCommand(const CQDCommandObj&) override { return 0; }
-  int DeleteData(int, const std::vector<iterator>&) override { return 0; }
-  IQDCurrentDialog* GetCurrentDialog() override { return nullptr; }
-  void SetModelInfoChangedFlag(int) override {}
-  void SetPendingUpdate(int) override {}
-  void ReMakeAllLabel(int) override {}
-  void ClearSelectBuffer(int) override {}
-  void AddToSelBuffer(iterator) override {}
-  const std::vector<iterator>& GetSelectBuffer() const override { return m_buffer; }
-  int IsSelecting() const override { return 0; }
-  void AddCheckedMset(iterator) override {}
-  void AddCheckedPair(iterator) override {}
-  void AddCheckedLoad(iterator) override {}
-  void AddCheckedBoundary(iterator) override {}
-
- private:
-  std::vector<iterator> m_buffer;
-};
-
 /// Writes down the requests that the manager passes on.
 class RecordedTree final : public CWorksTreeBar {
  public:
@@ -145,7 +114,7 @@ class Pane final : public CSwitchDockablePane {
 TEST(Manager, ReachesTheTreesOfEachTypeInAscendingOrder) {
   const HeadlessToolkit toolkit;
   std::string log;
-  Document doc;
+  workbench::WorkDocument doc;
   Pane one("one", log, true);
   Pane two("two", log, false);
   CWorksTreeManager manager({{20, &two}, {3, &one}}, nullptr);
@@ -168,7 +137,7 @@ TEST(Manager, ReachesTheTreesOfEachTypeInAscendingOrder) {
 }
 
 TEST(Manager, WithoutPanesEveryOperationIsHarmless) {
-  Document doc;
+  workbench::WorkDocument doc;
   CWorksTreeManager manager({}, nullptr);
   manager.CreateTreeItems(&doc, 1);
   manager.OnChangeLanguage();

@@ -124,25 +124,6 @@ TEST_F(InpFile, FollowsIncludesPartsAndInstances) {
   EXPECT_EQ(turned.blocks[0].elementIds, (std::vector<std::uint64_t>{4}));
 }
 
-TEST_F(InpFile, BringsNodesOfElementsIntoTheOrderOfRecords) {
-  // The middle nodes lie in the middle of edges: each record's node is where its own numbering wants it.
-  for (const char* name : {"C3D10", "C3D20R", "C3D15", "B32", "S8R", "S6"}) {
-    const InpElement& element = *FindInpElement(name);
-    std::vector<int> order(static_cast<std::size_t>(element.nodes));
-    std::iota(order.begin(), order.end(), 0);
-    if (!element.order.empty()) order.assign(element.order.begin(), element.order.end());
-    std::vector<int> sorted = order;
-    std::sort(sorted.begin(), sorted.end());
-    for (int i = 0; i < element.nodes; ++i) EXPECT_EQ(sorted[static_cast<std::size_t>(i)], i) << name;
-    EXPECT_FALSE(InpNameOf(element.elementType).empty());
-    EXPECT_EQ(FindElementType(element.elementType)->nodes, element.nodes);
-  }
-  EXPECT_EQ(FindInpElement("C3D20R")->elementType, 17);
-  EXPECT_EQ(FindInpElement("C3D2"), nullptr);
-  EXPECT_EQ(FindInpElement("S42"), nullptr);
-  EXPECT_EQ(FindInpElement("CPS4R")->elementType, 3);
-}
-
 struct BadCase {
   const char* text;
   const char* error;

@@ -21,50 +21,6 @@ HTREEITEM Row(std::uint64_t number) {
   return {number};
 }
 
-TEST(RowMap, KeepsTheOldPartnerOfAPresentKey) {
-  bothmap map;
-  map.set(Row(1), Node(1));
-  map.set(Row(1), Node(2));
-  EXPECT_EQ(map.find(Row(1)), Node(1));
-  EXPECT_EQ(map.find(Node(2)), Row(1));  // the node was new, so its direction was entered
-  map.set(Node(1), Row(9));
-  EXPECT_EQ(map.find(Node(1)), Row(1));
-  EXPECT_EQ(map.find(Row(9)), Node(1));
-}
-
-TEST(RowMap, RemovalTellsWhetherBothDirectionsWereThere) {
-  bothmap map;
-  map.set(Row(1), Node(1));
-  EXPECT_EQ(map.remove(Row(2)), 0);
-  EXPECT_EQ(map.remove(Row(1)), 1);
-  EXPECT_EQ(map.remove(Node(1)), 0);
-  map.set(Row(1), Node(1));
-  map.set(Row(1), Node(2));
-  EXPECT_EQ(map.remove(Node(2)), 1);
-  EXPECT_EQ(map.find(Row(1)), nullptr);
-  EXPECT_EQ(map.remove(Node(1)), 0);  // its row is gone, the node is erased all the same
-  EXPECT_FALSE(map.find(Node(1)));
-}
-
-TEST(RowMap, HandlesOfOnePlaceAndFarHandlesLiveSideBySide) {
-  bothmap map;
-  const HTREEITEM old = Row((1ULL << 32U) | 7);
-  const HTREEITEM fresh = Row((2ULL << 32U) | 7);
-  const HTREEITEM far = Row(0xF0000000U);
-  map.set(old, Node(1));
-  map.set(fresh, Node(2));
-  map.set(far, Node(3));
-  EXPECT_EQ(map.find(old), Node(1));
-  EXPECT_EQ(map.find(fresh), Node(2));
-  EXPECT_EQ(map.find(far), Node(3));
-  EXPECT_EQ(map.remove(old), 1);
-  EXPECT_EQ(map.find(fresh), Node(2));
-  EXPECT_EQ(map.remove(Node(2)), 1);
-  map.clear();
-  EXPECT_EQ(map.find(far), nullptr);
-  EXPECT_EQ(map.find(HTREEITEM{}), nullptr);
-}
-
 /// Two standard maps each, with the rules in words: the row map keeps what is there, the record map overwrites and
 /// looks at the way back before it takes an entry out.
 TEST(KeyMaps, AgreeWithStandardMapsOverRandomChanges) {
@@ -123,29 +79,6 @@ TEST(KeyMaps, AgreeWithStandardMapsOverRandomChanges) {
     ASSERT_EQ(records.find(itr, nodeFound), nodeOfItr.contains(itr) ? 1 : 0) << step;
     ASSERT_EQ(nodeFound, nodeOfItr.contains(itr) ? nodeOfItr[itr] : nullptr) << step;
   }
-}
-
-TEST(RecordMap, OverwritesAndChecksTheWayBack) {
-  bothitrmap map;
-  map.set(5, Node(1));
-  map.set(6, Node(1));  // the node is bound to another record now
-  CQDTreeItem* node = nullptr;
-  iterator itr = 0;
-  EXPECT_EQ(map.find(Node(1), itr), 1);
-  EXPECT_EQ(itr, 6U);
-  EXPECT_EQ(map.remove(iterator{5}), 1);  // only this entry
-  EXPECT_EQ(map.find(Node(1), itr), 1);
-  map.set(6, Node(2));
-  EXPECT_EQ(map.find(6, node), 1);
-  EXPECT_EQ(node, Node(2));
-  EXPECT_EQ(map.remove(Node(1)), 1);
-  EXPECT_EQ(map.find(6, node), 1);
-  node = Node(9);
-  EXPECT_EQ(map.find(77, node), 0);
-  EXPECT_EQ(node, Node(9));
-  EXPECT_EQ(map.remove(iterator{77}), 0);
-  EXPECT_EQ(map.remove(Node(2)), 1);
-  EXPECT_EQ(map.remove(Node(2)), 0);
 }
 
 TEST(HashMap, AgreesWithTheStandardOneOverRandomChanges) {

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "qd_wrt/geometry/GeomMenus.h"
 #include "support/Geometry.h"
 #include "workbench/mesh/MeshEdit.h"
 
@@ -29,7 +30,10 @@ const std::string kVisibility =
 const std::string kMeshes = "41200 IDS_QD_WRT_SHOW_MESH|41201 IDS_QD_WRT_HIDE_MESH";
 const std::string kSimplify = "41134 IDS_QD_WRT_MODEL_SIMPLY...";
 const std::string kImport = "41006 IDS_QD_CMD_OPTION_SUB_Import...|" + kSimplify;
-const std::string kMaterial = "IDS_QD_WRT_MATERIAL_APPLY{41133 IDS_QD_WRT_ISO_MATERIAL_APPLY...}";
+std::string Material() {
+  return "IDS_QD_WRT_MATERIAL_APPLY{" + std::to_string(MaterialCommandBase()) +
+         " Steel & iron|-|41133 IDS_QD_WRT_ISO_MATERIAL_APPLY...}";
+}
 const std::string kCreateMesh = "IDS_QD_WRT_MODEL_CREATE_MESH{41240 IDS_QD_WRT_MESH_TETRA_GENERATE...}";
 const std::string kDisplay =
     "IDS_QD_WRT_DISPLAY_MODE{41105 IDS_QD_WRT_EDGE_SHADING|41106 IDS_QD_WRT_SHADING|41107 IDS_QD_WRT_WIREFRAME|"
@@ -99,9 +103,9 @@ Menus Shorter(const std::string& menu, const std::string& inKSL) {
 struct MenuCase {
   const char* name;
   TreeOf tree;
-  std::vector<CString> selected;
-  const char* hidden;  ///< a row that is hidden before, or null
+  CString selected;  ///< divided by "|"
   Menus menus;
+  const char* hidden = nullptr;  ///< a row that is hidden before
 };
 
 const CString kCords = L"IDS_QD_WRT_Coordinate_System";
@@ -113,7 +117,7 @@ const CString kSurfaces = L"IDS_QD_WRT_GEOMSET_SURFACE [1]";
 std::vector<MenuCase> MenuCases() {
   const std::string partHead = kVisibility + "|-|" + kMeshes + "|-|";
   const std::string partFull =
-      partHead + kSimplify + "|" + kMaterial + "|" + kCreateMesh + "|-|" + kDisplay +
+      partHead + kSimplify + "|" + Material() + "|" + kCreateMesh + "|-|" + kDisplay +
       "|41120 IDS_QD_WRT_RANDOM_COLOR|41300 IDS_QD_WRT_Display_Contact_of_Selected_Part|-|" + kDeleteBoth +
       "|-|IDS_QD_DB_DEFORMABLE_BODY{";
   const std::string setHead = kVisibility + "|-|" + kNewSet + "|41131 IDS_QD_WRT_INCLUDE_EXCLUDE...|";
@@ -124,50 +128,31 @@ std::vector<MenuCase> MenuCases() {
   const std::string looks = "|-|" + kDisplay;
   const std::string rootTail = "|" + Transparency(41221) + "|-|" + kSort;
   return {
-      {"document", kModel, {L"model.step"}, nullptr, Same("41007 IDS_QD_WRT_SHOW_ALL|41008 IDS_QD_WRT_HIDE_ALL")},
-      {"coordinates", kModel, {kCords}, nullptr, Same("41000 IDS_QD_WRT_ADD")},
-      {"default_system", kModel, {L"IDS_WB_GLOBAL_CORD"}, nullptr, Same("")},
-      {"system",
-       kModel,
-       {L"S"},
-       nullptr,
-       Same("41003 IDS_QD_WRT_EDIT|41002 IDS_QD_WRT_DELETE|-|41005 IDS_QD_WRT_RENAME")},
-      {"systems", kModel, {L"IDS_WB_GLOBAL_CORD", L"S"}, nullptr, Same("41002 IDS_QD_WRT_DELETE")},
+      {"document", kModel, L"model.step", Same("41007 IDS_QD_WRT_SHOW_ALL|41008 IDS_QD_WRT_HIDE_ALL")},
+      {"coordinates", kModel, kCords, Same("41000 IDS_QD_WRT_ADD")},
+      {"default_system", kModel, L"IDS_WB_GLOBAL_CORD", Same("")},
+      {"system", kModel, L"S", Same("41003 IDS_QD_WRT_EDIT|41002 IDS_QD_WRT_DELETE|-|41005 IDS_QD_WRT_RENAME")},
+      {"systems", kModel, L"IDS_WB_GLOBAL_CORD|S", Same("41002 IDS_QD_WRT_DELETE")},
 
-      {"geometry",
-       kModel,
-       {kGeometry},
-       nullptr,
-       Same(kAll + "|-|" + kMeshes + "|-|" + kImport + "|-|" + kMaterial + "|" + kCreateMesh + "|-|" + kDisplay +
+      {"geometry", kModel, kGeometry,
+       Same(kAll + "|-|" + kMeshes + "|-|" + kImport + "|-|" + Material() + "|" + kCreateMesh + "|-|" + kDisplay +
             "|-|" + kDeleteBoth)},
-      {"part",
-       kModel,
-       {L"a1"},
-       nullptr,
-       Same(partFull + "41548 IDS_QD_DB_BODY_RIGID|[x] 41549 IDS_QD_DB_BODY_FLEXIBLE}")},
-      {"parts", kModel, {L"a1", L"b1"}, nullptr, Same(partFull + kBodies + "}")},
-      {"hidden_part", kModel, {L"a1", L"b1"}, "b1", Same(partHead + kDeleteBoth)},
+      {"part", kModel, L"a1", Same(partFull + "41548 IDS_QD_DB_BODY_RIGID|[x] 41549 IDS_QD_DB_BODY_FLEXIBLE}")},
+      {"parts", kModel, L"a1|b1", Same(partFull + kBodies + "}")},
+      {"rigid_part", kModel, L"b1",
+       Same(partFull + "[x] 41548 IDS_QD_DB_BODY_RIGID|41549 IDS_QD_DB_BODY_FLEXIBLE}")},
+      {"hidden_part", kModel, L"a1|b1", Same(partHead + kDeleteBoth), "b1"},
 
-      {"sets",
-       kSets,
-       {kGeometry},
-       nullptr,
+      {"sets", kSets, kGeometry,
        Shorter(kAll + "|-|" + kNewSet + "|-|" + kImport + "|" + kTransform + looks, kAll + looks)},
-      {"set",
-       kSets,
-       {L"A"},
-       nullptr,
+      {"set", kSets, L"A",
        Shorter(setHead + current + "-|" + kImport + "|" + kTransform + looks, kVisibility + looks)},
-      {"two_sets",
-       kSets,
-       {L"A", L"B"},
-       nullptr,
+      {"two_sets", kSets, L"A|B",
        Shorter(setHead + "-|" + kImport + "|" + kTransform + looks, kVisibility + looks)},
-      {"hidden_set", kSets, {L"A"}, "A", Shorter(setHead + current + "-|" + kDelete, kVisibility)},
+      {"hidden_set", kSets, L"A", Shorter(setHead + current + "-|" + kDelete, kVisibility), "A"},
       {"solids",
        kSets,
-       {kSolids},
-       nullptr,
+       kSolids,
        {{ProductVariant::Standard, kVisibility + "|-|" + kSort + groupTail + looks},
         {ProductVariant::KSL, kVisibility + "|-|" + kSort + looks},
         {ProductVariant::RVT, kVisibility + "|-|" + kSort + longTail + "|" + kCreateMesh + looks + "|-|" +
@@ -176,35 +161,22 @@ std::vector<MenuCase> MenuCases() {
                                   kBodies + "|41133 IDS_QD_WRT_ISO_MATERIAL_APPLY..."}}},
       {"surfaces",
        kSets,
-       {kSurfaces},
-       nullptr,
+       kSurfaces,
        {{ProductVariant::Standard, kVisibility + "|-|" + kSort + groupTail + looks},
         {ProductVariant::KSL, kVisibility + "|-|" + kSort + looks},
         {ProductVariant::RVT, kVisibility + "|-|" + kSort + longTail + looks},
         {ProductVariant::ZDH, kVisibility + "|-|" + kSort + longTail + looks}}},
-      {"hidden_solids", kSets, {kSolids}, "A", Same(kVisibility + "|-|" + kSort)},
+      {"hidden_solids", kSets, kSolids, Same(kVisibility + "|-|" + kSort), "A"},
 
-      {"mesh",
-       kModel,
-       {kMesh},
-       nullptr,
+      {"mesh", kModel, kMesh,
        Shorter(kMeshAll + kMeshMaking + "-|" + kMeshModes + "|" + RootDisplay(kRootSystems) + rootTail,
                kMeshAll + "-|" + kMeshModes + "|" + RootDisplay("") + rootTail)},
-      {"mesh_set",
-       kModel,
-       {L"M"},
-       nullptr,
+      {"mesh_set", kModel, L"M",
        Shorter(kSetVisibility + kSetInclude + kSetLooks + kSetDelete + "|41005 IDS_QD_WRT_RENAME (F2)",
                kSetVisibility + kSetLooks)},
-      {"default_mesh_set",
-       kModel,
-       {L"E"},
-       nullptr,
+      {"default_mesh_set", kModel, L"E",
        Shorter(kSetVisibility + kSetInclude + kSetLooks + kSetDelete, kSetVisibility + kSetLooks)},
-      {"mesh_sets",
-       kModel,
-       {L"M", L"N"},
-       nullptr,
+      {"mesh_sets", kModel, L"M|N",
        Shorter(kSetVisibility + kSetLooks + kSetDelete + "|41244 IDS_QD_WRT_MESH_MERGE",
                kSetVisibility + kSetLooks)}};
 }
@@ -219,7 +191,9 @@ class MenuVariants : public GeometryTest, public ::testing::WithParamInterface<M
     AddPartTo(a, L"a1");
     AddPartTo(a, L"a2");
     AddPartTo(a, L"a3", TopologyKind::Surface);
-    AddPartTo(b, L"b1");
+    const iterator rigid = AddPartTo(b, L"b1");
+    ChangePart(rigid, [](tagTGeom& part) { part.flexible = false; });
+    AddMaterial(L"Steel & iron");
     Act([this] {
       tagTCord system;
       system.SetName(L"S");
@@ -247,7 +221,7 @@ TEST_P(MenuVariants, OfferWhatTheVariantHas) {
   for (const auto& [variant, menu] : GetParam().menus) {
     SetProductVariant(variant);
     m_bar.OnChangeProgram();
-    Select(GetParam().selected);
+    SelectRows(GetParam().selected);
     const std::size_t shown = m_toolkit.ShownMenus().size();
     Menu();
     ASSERT_EQ(m_toolkit.ShownMenus().size(), shown + 1);

@@ -61,11 +61,6 @@ class MeshFiles : public MeshTest {
     std::sort(lines.begin(), lines.end());
     return lines;
   }
-  std::string Contents(const fs::path& path) {
-    std::ostringstream text;
-    text << std::ifstream(path).rdbuf();
-    return text.str();
-  }
   ScratchFolder m_folder;
   ExportReport m_report;
 };
@@ -363,7 +358,7 @@ TEST_F(MeshFiles, AFailedExportLeavesTheOldFile) {
     const auto error = WriteMeshFile(m_folder / name, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
     ASSERT_TRUE(error) << name;
     EXPECT_EQ(error->key, std::string(name) == "a.xyz" ? "IDS_WB_EXPORT_FORMAT" : "IDS_WB_EXPORT_ELEMENT_TYPE");
-    EXPECT_EQ(Contents(m_folder / name), "old");
+    EXPECT_EQ(m_folder.Read(name), "old");
   }
   EXPECT_EQ(
       WriteMeshFile(m_folder / "none" / "a.msh", CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report)->key,

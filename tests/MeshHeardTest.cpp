@@ -103,10 +103,8 @@ std::string Dialog(const std::string& name, unsigned command) {
 // ---- the acts -------------------------------------------------------------------------------------------
 
 using Act = HeardAct<MeshHeard>;
+using Do = Doing<MeshHeard>;
 
-std::function<void(MeshHeard&)> Run(unsigned command) {
-  return [command](MeshHeard& test) { test.Command(command); };
-}
 /// A command of the host's own menu for the branch.
 std::function<void(MeshHeard&)> Host(unsigned command) {
   return [command](MeshHeard& test) { test.Tree().OnMenuEventMeshRoot(command); };
@@ -120,29 +118,29 @@ std::function<void(MeshHeard&)> Twice(unsigned command) {
 }
 
 std::vector<Act> LookActs() {
-  const std::vector<CString> root{kMeshRoot};
-  const std::vector<CString> two{L"D", L"B"};
+  const CString root = kMeshRoot;
+  const CString two = L"D|B";
   const std::string all = "[A B C D E]";
   std::vector<Act> acts{
-      {"clear_add_ons", two, Run(41204), Look("DelAddOnInfo([B D], all)") + kModelInfo},
-      {"clear_all_add_ons", root, Run(41293), Look("DelAddOnInfoAll(all)")},
-      {"smooth", two, Run(41208), Look("SetRenderMode([B D], 0)") + kModelInfo},
-      {"shading", two, Run(41209), Look("SetRenderMode([B D], 1)")},  // by design no change of the model's display
-      {"feature_shading", two, Run(41210), Look("SetRenderMode([B D], 5)") + kModelInfo},
-      {"wireframe", two, Run(41211), Look("SetRenderMode([B D], 2)") + kModelInfo},
-      {"free_faces", two, Run(41212), Look("SetRenderMode([B D], 3)") + kModelInfo},
-      {"feature_edges", two, Run(41213), Look("SetRenderMode([B D], 4)") + kModelInfo},
-      {"mode_of_all", root, Run(41210), Look("SetRenderMode(" + all + ", 5)")},
-      {"mode_of_the_selection", {L"C"}, Host(41211), Look("SetRenderMode([C], 2)")},
+      {"clear_add_ons", two, Do::Run(41204), Look("DelAddOnInfo([B D], all)") + kModelInfo},
+      {"clear_all_add_ons", root, Do::Run(41293), Look("DelAddOnInfoAll(all)")},
+      {"smooth", two, Do::Run(41208), Look("SetRenderMode([B D], 0)") + kModelInfo},
+      {"shading", two, Do::Run(41209),
+       Look("SetRenderMode([B D], 1)")},  // by design no change of the model's display
+      {"feature_shading", two, Do::Run(41210), Look("SetRenderMode([B D], 5)") + kModelInfo},
+      {"wireframe", two, Do::Run(41211), Look("SetRenderMode([B D], 2)") + kModelInfo},
+      {"free_faces", two, Do::Run(41212), Look("SetRenderMode([B D], 3)") + kModelInfo},
+      {"feature_edges", two, Do::Run(41213), Look("SetRenderMode([B D], 4)") + kModelInfo},
+      {"mode_of_all", root, Do::Run(41210), Look("SetRenderMode(" + all + ", 5)")},
+      {"mode_of_the_selection", L"C", Host(41211), Look("SetRenderMode([C], 2)")},
       {"first_mode_shortcut", two, Host(41258), Look("SetRenderMode(" + all + ", 0)")},
       {"last_mode_shortcut", two, Host(41263), Look("SetRenderMode(" + all + ", 4)")},
       {"transparent_shortcut", two, Host(41264), Look("SetTransparency(" + all + ", 0)")},
       {"opaque_shortcut", two, Host(41274), Look("SetTransparency(" + all + ", 255)")},
-      {"transparency_of_all", root, Run(41227), Look("SetTransparency(" + all + ", 153)")},
-      {"shrink", two, Run(41238), Look("ToggleShrink([B D])") + kModelInfo},
+      {"transparency_of_all", root, Do::Run(41227), Look("SetTransparency(" + all + ", 153)")},
+      {"shrink", two, Do::Run(41238), Look("ToggleShrink([B D])") + kModelInfo},
       {"colour_mode_shortcut", two, Host(41277), "meshes.SetMeshColorMode(2)\n" + kRefresh},
-      {"host_shows_nodes",
-       {},
+      {"host_shows_nodes", L"",
        [](MeshHeard& test) {
          auto& meshes = dynamic_cast<CQDTreeItemMesh&>(*test.Node(kMeshRoot));
          for (const int show : {1, 5, 0}) meshes.ShowHideNode({test.Node(L"D"), &meshes, test.Node(L"B")}, show);
@@ -153,11 +151,11 @@ std::vector<Act> LookActs() {
   const int values[] = {0, 25, 51, 76, 102, 127, 153, 178, 204, 229, 255};
   for (unsigned step = 0; step <= 10; ++step) {
     const std::string call = "SetTransparency([B D], " + std::to_string(values[step]) + ")";
-    acts.push_back({"transparency_" + std::to_string(step), two, Run(41221 + step), Look(call) + kModelInfo});
+    acts.push_back({"transparency_" + std::to_string(step), two, Do::Run(41221 + step), Look(call) + kModelInfo});
   }
   for (unsigned mode = 0; mode < 5; ++mode) {
     const std::string call = "meshes.SetMeshColorMode(" + std::to_string(mode) + ")\n";
-    acts.push_back({"colour_mode_" + std::to_string(mode), root, Run(41232 + mode), call + kRefresh});
+    acts.push_back({"colour_mode_" + std::to_string(mode), root, Do::Run(41232 + mode), call + kRefresh});
   }
   const unsigned bits[] = {1, 0, 2, 4, 8, 16, 32};
   for (unsigned place = 0; place < 7; ++place) {
@@ -175,42 +173,36 @@ std::vector<Act> LookActs() {
 }
 
 std::vector<Act> VisibilityActs() {
-  const std::vector<CString> root{kMeshRoot};
-  const std::vector<CString> two{L"D", L"B"};
+  const CString root = kMeshRoot;
+  const CString two = L"D|B";
   return {
-      {"show_all", root, Run(41202), All(1)},
-      {"hide_all", root, Run(41203), All(0)},
-      {"hide_all_from_a_set", two, Run(41203), All(0)},
-      {"reverse_all", root, Run(41011), Unit("A", 0) + Unit("B", 0) + Unit("C", 0) + Unit("D", 0) + Last("E", 0)},
-      {"reverse", two, Run(41011), BWithNested(0) + Last("D", 0) + kReset},
-      {"reverse_twice",
-       {L"D"},
+      {"show_all", root, Do::Run(41202), All(1)},
+      {"hide_all", root, Do::Run(41203), All(0)},
+      {"hide_all_from_a_set", two, Do::Run(41203), All(0)},
+      {"reverse_all", root, Do::Run(41011),
+       Unit("A", 0) + Unit("B", 0) + Unit("C", 0) + Unit("D", 0) + Last("E", 0)},
+      {"reverse", two, Do::Run(41011), BWithNested(0) + Last("D", 0) + kReset},
+      {"reverse_twice", L"D",
        [](MeshHeard& test) {
          test.Command(41011);
          test.Select({L"D"});
          test.Command(41011);
        },
        Last("D", 0) + kRefresh + Last("D", 1) + kRefresh},
-      {"show", two, Run(41200), BWithNested(1) + Last("D", 1) + kModelInfo},
-      {"hide", {L"C", L"A"}, Run(41201), AWithNested(0) + Last("C", 0) + kModelInfo},
+      {"show", two, Do::Run(41200), BWithNested(1) + Last("D", 1) + kModelInfo},
+      {"hide", L"C|A", Do::Run(41201), AWithNested(0) + Last("C", 0) + kModelInfo},
       {"hide_from_the_root", two, Host(41201), BWithNested(0) + Last("D", 0) + kModelInfo},
-      {"show_only", two, Run(41206), All(0, false) + BWithNested(1) + Last("D", 1)},
-      {"hide_only", {L"D"}, Run(41207), All(1, false) + Last("D", 0)},
-      {"box", {}, [](MeshHeard& test) { test.ClickCheck(L"D"); }, Change(Last("D", 0)) + kRedraw},
-      {"box_of_a_nest", {}, [](MeshHeard& test) { test.ClickCheck(L"A"); }, Change(AWithNested(0)) + kRedraw},
-      {"boxes",
-       {L"B", L"D"},
-       [](MeshHeard& test) { test.ClickCheck(L"D"); },
-       Change(BWithNested(0) + Last("D", 0)) + kRedraw},
-      {"box_of_the_root", {}, [](MeshHeard& test) { test.ClickCheck(kMeshRoot); }, Change(All(0)) + kRedraw},
-      {"sort", root, Run(41038), ""},
-      {"sort_of_a_set", two, Run(41038), ""},
-      {"click",
-       {},
-       [](MeshHeard& test) { test.Click(L"C"); },
+      {"show_only", two, Do::Run(41206), All(0, false) + BWithNested(1) + Last("D", 1)},
+      {"hide_only", L"D", Do::Run(41207), All(1, false) + Last("D", 0)},
+      {"box", L"", Do::Box(L"D"), Change(Last("D", 0)) + kRedraw},
+      {"box_of_a_nest", L"", Do::Box(L"A"), Change(AWithNested(0)) + kRedraw},
+      {"boxes", L"B|D", Do::Box(L"D"), Change(BWithNested(0) + Last("D", 0)) + kRedraw},
+      {"box_of_the_root", L"", Do::Box(kMeshRoot), Change(All(0)) + kRedraw},
+      {"sort", root, Do::Run(41038), ""},
+      {"sort_of_a_set", two, Do::Run(41038), ""},
+      {"click", L"", Do::Click(L"C"),
        "doc.ClearSelectBuffer(0)\ndoc.AddToSelBuffer(C)\n" + kRedraw + Page(PageOf(3))},
-      {"click_a_second",
-       {},
+      {"click_a_second", L"",
        [](MeshHeard& test) {
          test.Click(L"D");
          test.Heard();
@@ -221,10 +213,9 @@ std::vector<Act> VisibilityActs() {
 }
 
 std::vector<Act> ModelActs() {
-  const std::vector<CString> root{kMeshRoot};
-  const std::vector<CString> two{L"D", L"B"};
+  const CString root = kMeshRoot;
+  const CString two = L"D|B";
   const std::string merged = Transaction("Merge_Mesh_Set", "msets.Merge(B, [D])\n", PageOf(2)) + kRefresh;
-  const auto renamed = [](const CString& text) { return [=](MeshHeard& test) { test.Rename(L"D", text); }; };
   const auto dropped = [](const std::vector<CString>& titles, const CString& target, std::vector<int> presses) {
     return [=](MeshHeard& test) { test.DropAndPress(titles, target, presses); };
   };
@@ -232,7 +223,7 @@ std::vector<Act> ModelActs() {
     return [=](MeshHeard& test) { test.Answer(answer, 41002, L"IDS_QD_WRT_DELETE_SUB_MESHSET"); };
   };
   return {
-      {"new_set", root, Run(41000),
+      {"new_set", root, Do::Run(41000),
        Transaction("Add_Mset", "msets.AddMset({name=IDS_QD_WRT_NEW_MESHSET colour=#aabf4d key=6})\n")},
       {"random_colours", two, Host(41237),
        Transaction("Modify_Mset", Modify("B", "colour=#5ea7eb") + Modify("D", "colour=#aabf4d"), kPageOfTwo) +
@@ -243,87 +234,75 @@ std::vector<Act> ModelActs() {
                        Modify("D", "colour=#5eebb3") + Modify("E", "colour=#bf704d"),
                    kPageOfTwo) +
            "meshes.UpdateMeshColor\n" + kRefresh},
-      {"rename", {L"D"}, renamed(L"Shell"), Transaction("Modify_Mset", Modify("D", "name=Shell"), PageOf(4), 0)},
-      {"rename_alike", {}, renamed(L"D"), ""},
-      {"rename_as_another", {}, renamed(L"A"), ""},
-      {"rename_to_nothing", {}, renamed(L""), ""},
-      {"rename_at_length",
-       {},
-       renamed(CString(80, L'q')),
-       Transaction("Modify_Mset", Modify("D", "name=" + std::string(63, 'q')), PageOf(4), 0)},
-      {"rename_the_default", {}, [](MeshHeard& test) { test.Rename(L"E", L"F"); }, ""},
-      {"delete", {L"D"}, Run(41245), Announced("doc.DeleteData(18, [D])")},
-      {"delete_with_nested", {L"B", L"D"}, deleted(MessageAnswer::Yes), Announced("doc.DeleteData(18, [C B D])")},
-      {"delete_without_nested", {L"A"}, deleted(MessageAnswer::No), Announced("doc.DeleteData(18, [A])")},
-      {"delete_not", {L"A"}, deleted(MessageAnswer::Cancel), ""},
-      {"delete_a_chosen_nest", {L"A", L"C"}, Run(41002), Announced("doc.DeleteData(18, [A C])")},
-      {"merge",
-       {L"B", L"D"},
-       [](MeshHeard& test) { test.Answer(MessageAnswer::Yes, 41244, L"IDS_QD_WRT_MERGE_MESHSET"); },
-       merged},
-      {"merge_not",
-       {L"B", L"D"},
-       [](MeshHeard& test) { test.Answer(MessageAnswer::No, 41244, L"IDS_QD_WRT_MERGE_MESHSET"); },
-       ""},
-      {"merge_one", {L"B"}, Run(41244), ""},
-      {"merge_what_was_generated",
-       {L"B", L"D"},
+      {"rename", L"D", Do::Rename(L"D", L"Shell"),
+       Transaction("Modify_Mset", Modify("D", "name=Shell"), PageOf(4))},
+      {"rename_alike", L"", Do::Rename(L"D", L"D"), ""},
+      {"rename_as_another", L"", Do::Rename(L"D", L"A"), ""},
+      {"rename_to_nothing", L"", Do::Rename(L"D", L""), ""},
+      {"rename_at_length", L"", Do::Rename(L"D", CString(80, L'q')),
+       Transaction("Modify_Mset", Modify("D", "name=" + std::string(63, 'q')), PageOf(4))},
+      {"rename_the_default", L"", Do::Rename(L"E", L"F"), ""},
+      {"delete", L"D", Do::Run(41245), Announced("doc.DeleteData(18, [D])")},
+      {"delete_with_nested", L"B|D", deleted(MessageAnswer::Yes), Announced("doc.DeleteData(18, [C B D])")},
+      {"delete_without_nested", L"A", deleted(MessageAnswer::No), Announced("doc.DeleteData(18, [A])")},
+      {"delete_not", L"A", deleted(MessageAnswer::Cancel), ""},
+      {"delete_a_chosen_nest", L"A|C", Do::Run(41002), Announced("doc.DeleteData(18, [A C])")},
+      {"merge", L"B|D",
+       [](MeshHeard& test) { test.Answer(MessageAnswer::Yes, 41244, L"IDS_QD_WRT_MERGE_MESHSET"); }, merged},
+      {"merge_not", L"B|D",
+       [](MeshHeard& test) { test.Answer(MessageAnswer::No, 41244, L"IDS_QD_WRT_MERGE_MESHSET"); }, ""},
+      {"merge_one", L"B", Do::Run(41244), ""},
+      {"merge_what_was_generated", L"B|D",
        [](MeshHeard& test) { test.Answer(MessageAnswer::Yes, 41244, L"IDS_QD_WRT_MERGE_MESHSET"); },
        Transaction("Merge_Mesh_Set", "mginfos.Delete(generation 1)\nmsets.Merge(B, [D])\n", PageOf(2)) + kRefresh,
        1},
-      {"merge_into_the_topmost",
-       {L"A", L"C", L"D"},
+      {"merge_into_the_topmost", L"A|C|D",
        [](MeshHeard& test) {
          test.m_toolkit.AnswerMessage(MessageAnswer::Yes);
          test.Node(L"C")->OnMenuEvent(41244);
          EXPECT_EQ(test.m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_MERGE_MESHSET"});
        },
        Transaction("Merge_Mesh_Set", "msets.Merge(A, [C D])\n", PageOf(1)) + kRefresh},
-      {"drop_to_merge",
-       {L"D"},
-       dropped({L"C", L"B"}, L"D", {1}),
+      {"drop_to_merge", L"D", dropped({L"C", L"B"}, L"D", {1}),
        Transaction("Merge_Mesh_Set", "msets.Merge(D, [C B])\n", PageOf(4)) + kRefresh},
-      {"drop_to_move",
-       {L"D"},
-       dropped({L"C", L"B"}, L"D", {10414, 1}),
+      {"drop_to_move", L"D", dropped({L"C", L"B"}, L"D", {10414, 1}),
        Transaction("Modify_Mesh_Set", Modify("C", "parent=D") + Modify("B", "parent=D"), PageOf(4)) + kRefresh},
-      {"drop_not", {L"D"}, dropped({L"C"}, L"D", {10414, 2}), ""},
-      {"drop_on_itself",
-       {L"D"},
+      {"drop_not", L"D", dropped({L"C"}, L"D", {10414, 2}), ""},
+      {"drop_on_itself", L"D",
        [](MeshHeard& test) {
          test.DropAndPress({L"B", L"D"}, L"D", {});
          EXPECT_EQ(test.m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_MESHSET_OPERATION_ERR"});
        },
        ""},
-      {"drop_to_the_top",
-       {L"C", L"B", L"E"},
-       dropped({L"B", L"C", L"E"}, kMeshRoot, {}),
+      {"drop_into_what_is_nested", L"A",
+       [](MeshHeard& test) {
+         test.DropAndPress({L"D", L"A"}, L"C", {});
+         EXPECT_EQ(test.m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_MESHSET_OPERATION_ERR"});
+       },
+       ""},
+      {"drop_to_the_top", L"C|B|E", dropped({L"B", L"C", L"E"}, kMeshRoot, {}),
        Transaction("Modify_Mesh_Set", Modify("B", "parent=none") + Modify("C", "parent=none"),
                    "IDS_DB_DATA_NAME_MESH: IDS_QD_WRT_COUNT 3")},
-      {"drop_other_things_on_a_set",
-       {L"B", L"IDS_DB_DATA_NAME_GEOM"},
-       dropped({L"B", L"IDS_DB_DATA_NAME_GEOM"}, L"D", {}),
+      {"drop_other_things_on_a_set", L"B|IDS_DB_DATA_NAME_GEOM",
+       dropped({L"B", L"IDS_DB_DATA_NAME_GEOM"}, L"D", {}), ""},
+      {"drop_other_things", L"B|IDS_DB_DATA_NAME_GEOM", dropped({L"B", L"IDS_DB_DATA_NAME_GEOM"}, kMeshRoot, {}),
        ""},
-      {"drop_other_things",
-       {L"B", L"IDS_DB_DATA_NAME_GEOM"},
-       dropped({L"B", L"IDS_DB_DATA_NAME_GEOM"}, kMeshRoot, {}),
-       ""},
-      {"node_dialog", root, Run(41605), Dialog("CQDMeshNodeDlg", 41605)},
-      {"element_dialog", root, Run(41606), Dialog("CQDMeshElemDlg", 41606)},
-      {"auto_2d", root, Run(41607), Dialog("CQDMeshGen2DDlg", 41607)},
-      {"map_2d", root, Run(41608), Dialog("CQDMeshGen2DDlg", 41608)},
-      {"auto_3d", root, Run(41609), Dialog("CQDMeshGen3DDlg", 41609)},
-      {"map_3d", root, Run(41610), Dialog("CQDMeshGen3DDlg", 41610)},
-      {"include_exclude", {L"D"}, Host(41243), "DoModeless(CQDMeshIncludeExcludeDlg, D, command 41243)\n"},
-      {"translate", two, Run(41250), "DoModeless(CQDMeshTransformDlg, command 41250)\n"},
-      {"sweep", two, Run(41254), "DoModeless(CQDMeshTransformDlg, command 41254)\n"},
-      {"remesh_the_unknown", {L"B"}, Run(41775), ""},
-      {"remesh_auto", {L"B"}, Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 1)\n", 1},
-      {"remesh_map", {L"B"}, Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 2)\n", 2},
-      {"remesh_2d_3d", {L"B"}, Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 3)\n", 3},
-      {"remesh_layers", {L"B"}, Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 4)\n", 4},
-      {"remesh_by_no_method", {L"B"}, Run(41775), "", 5},
-      {"unknown", two, Run(41999), ""},
+      {"node_dialog", root, Do::Run(41605), Dialog("CQDMeshNodeDlg", 41605)},
+      {"element_dialog", root, Do::Run(41606), Dialog("CQDMeshElemDlg", 41606)},
+      {"auto_2d", root, Do::Run(41607), Dialog("CQDMeshGen2DDlg", 41607)},
+      {"map_2d", root, Do::Run(41608), Dialog("CQDMeshGen2DDlg", 41608)},
+      {"auto_3d", root, Do::Run(41609), Dialog("CQDMeshGen3DDlg", 41609)},
+      {"map_3d", root, Do::Run(41610), Dialog("CQDMeshGen3DDlg", 41610)},
+      {"include_exclude", L"D", Host(41243), "DoModeless(CQDMeshIncludeExcludeDlg, D, command 41243)\n"},
+      {"translate", two, Do::Run(41250), "DoModeless(CQDMeshTransformDlg, command 41250)\n"},
+      {"sweep", two, Do::Run(41254), "DoModeless(CQDMeshTransformDlg, command 41254)\n"},
+      {"remesh_the_unknown", L"B", Do::Run(41775), ""},
+      {"remesh_auto", L"B", Do::Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 1)\n", 1},
+      {"remesh_map", L"B", Do::Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 2)\n", 2},
+      {"remesh_2d_3d", L"B", Do::Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 3)\n", 3},
+      {"remesh_layers", L"B", Do::Run(41775), "DoModeless(CQDMeshGen3DDlg, [Bolt Nut] again, B, command 4)\n", 4},
+      {"remesh_by_no_method", L"B", Do::Run(41775), "", 5},
+      {"unknown", two, Do::Run(41999), ""},
       {"reserved", two, Host(41246), ""},
   };
 }

@@ -154,27 +154,5 @@ TEST_F(MeshLookTest, HiddenAndTransparentSetsAreDrawnSo) {
   EXPECT_EQ(Look(m_top).opacity, 255);
 }
 
-TEST_F(MeshLookTest, TheViewHearsOfEveryChangeOfALook) {
-  DisplayState& display = m_doc.GetDisplay();
-  const std::vector<std::uint32_t> keys{Mset(m_top).key & kMsetKeyMask};
-  const std::function<void()> changes[] = {[&] { display.SetRenderMode(keys, 2); },
-                                           [&] { display.SetTransparency(keys, 7); },
-                                           [&] { display.ToggleShrink(keys); },
-                                           [&] { display.SetAddOnInfo(keys, 1); },
-                                           [&] { display.DelAddOnInfo(keys, 1); },
-                                           [&] { display.SetAddOnInfoAll(2); },
-                                           [&] { display.DelAddOnInfoAll(2); },
-                                           [&] { Undo(); },
-                                           [&] { Redo(); }};
-  for (const auto& change : changes) {
-    const std::uint64_t before = display.MeshLookRevision();
-    display.TakeDirty();
-    change();
-    Settle();
-    EXPECT_GT(display.MeshLookRevision(), before);
-    EXPECT_TRUE(display.TakeDirty());
-  }
-}
-
 }  // namespace
 }  // namespace qd::test

@@ -140,15 +140,15 @@ const COLORREF kAsItIs = Rgb(1, 2, 3);
 std::vector<Act> Acts() {
   const std::string cut(63, 'q');
   return {
-      {"name_and_colour", {}, Put(L"B", L"new", Rgb(7, 8, 9)), Modify("B", "name=new colour=#070809", "2")},
-      {"name", {}, Put(L"D", L"new", kAsItIs), Modify("D", "name=new", "4")},
-      {"colour", {}, Put(L"D", L"D", Rgb(7, 8, 9)), Modify("D", "colour=#070809", "4")},
-      {"nothing", {}, Put(L"B", L"B", kAsItIs), ""},
-      {"a_name_in_use", {}, Put(L"B", L"D", kAsItIs), ""},
-      {"a_name_in_use_and_a_colour", {}, Put(L"B", L"D", 1), Modify("B", "colour=#010000", "2")},
-      {"no_name", {}, Put(L"B", L"", kAsItIs), ""},
-      {"a_long_name", {}, Put(L"B", CString(80, L'q'), kAsItIs), Modify("B", "name=" + cut, "2")},
-      {"the_default_set", {}, Put(L"E", L"new", 1), Modify("E", "colour=#010000", "5")},
+      {"name_and_colour", L"", Put(L"B", L"new", Rgb(7, 8, 9)), Modify("B", "name=new colour=#070809", "2")},
+      {"name", L"", Put(L"D", L"new", kAsItIs), Modify("D", "name=new", "4")},
+      {"colour", L"", Put(L"D", L"D", Rgb(7, 8, 9)), Modify("D", "colour=#070809", "4")},
+      {"nothing", L"", Put(L"B", L"B", kAsItIs), ""},
+      {"a_name_in_use", L"", Put(L"B", L"D", kAsItIs), ""},
+      {"a_name_in_use_and_a_colour", L"", Put(L"B", L"D", 1), Modify("B", "colour=#010000", "2")},
+      {"no_name", L"", Put(L"B", L"", kAsItIs), ""},
+      {"a_long_name", L"", Put(L"B", CString(80, L'q'), kAsItIs), Modify("B", "name=" + cut, "2")},
+      {"the_default_set", L"", Put(L"E", L"new", 1), Modify("E", "colour=#010000", "5")},
   };
 }
 void MeshPage::ExpectOthersAsEver(Standing standing, bool) {

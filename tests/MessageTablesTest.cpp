@@ -7,9 +7,9 @@
 #include <fstream>
 #include <regex>
 #include <set>
-#include <sstream>
 
 #include "support/Places.h"
+#include "support/ScratchFolder.h"
 #include "workbench/text/MessageFile.h"
 #include "workbench/text/Utf8.h"
 
@@ -21,13 +21,6 @@ using namespace workbench;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Pair;
-
-std::string Contents(const fs::path& path) {
-  std::ifstream in(path, std::ios::binary);
-  std::stringstream bytes;
-  bytes << in.rdbuf();
-  return bytes.str();
-}
 
 fs::path Top() {
   return SourceFolder();
@@ -41,7 +34,7 @@ std::set<std::string> KeysOfSources() {
     for (const auto& entry : fs::recursive_directory_iterator(Top() / folder)) {
       const std::string extension = entry.path().extension().string();
       if (extension != ".h" && extension != ".cpp") continue;
-      const std::string text = Contents(entry.path());
+      const std::string text = ScratchFolder::ReadAt(entry.path());
       for (auto at = std::sregex_iterator(text.begin(), text.end(), key); at != std::sregex_iterator(); ++at) {
         keys.insert((*at)[1]);
       }
@@ -53,7 +46,7 @@ std::set<std::string> KeysOfSources() {
 class Language : public ::testing::TestWithParam<const char*> {
  protected:
   static MessageFile Read(const std::string& language) {
-    return ParseMessages(Contents(Top() / "workbench/app/messages" / (language + ".txt")));
+    return ParseMessages(ScratchFolder::ReadAt(Top() / "workbench/app/messages" / (language + ".txt")));
   }
 };
 
@@ -139,7 +132,8 @@ TEST(MessageTables, TextsWithOtherPlacesGiveWayToTheUntranslatedOnes) {
 TEST(MessageTables, ThePseudoLanguageLengthensAndKeepsThePlaces) {
   EXPECT_EQ(PseudoText(L"Hide All"), L"[Hîdé Åll~~~~~]");
   EXPECT_EQ(PlaceholdersOf(PseudoText(L"%ld: %s")), PlaceholdersOf(L"%ld: %s"));
-  for (const auto& [key, text] : ParseMessages(Contents(Top() / "workbench/app/messages/en.txt")).texts) {
+  for (const auto& [key, text] :
+       ParseMessages(ScratchFolder::ReadAt(Top() / "workbench/app/messages/en.txt")).texts) {
     EXPECT_EQ(PlaceholdersOf(PseudoText(text)), PlaceholdersOf(text)) << key;
     EXPECT_GT(PseudoText(text).size(), text.size() * 3 / 2) << key;
   }

@@ -10,38 +10,7 @@ namespace {
 
 // ---- the layout alone -----------------------------------------------------------------------------------
 
-struct LayoutCase {
-  const char* name;
-  PaneMeasures measures;
-  int treeBottom;
-  bool bar;
-  int visible;
-  int offset;
-};
-class Layout : public ::testing::TestWithParam<LayoutCase> {};
-
-TEST_P(Layout, DecidesBothBarsTogether) {
-  const LayoutCase& expected = GetParam();
-  const PaneLayout layout = LayOutPane(expected.measures);
-  EXPECT_EQ(layout.tree.bottom, expected.treeBottom);
-  EXPECT_EQ(layout.showBar, expected.bar);
-  EXPECT_EQ(layout.visibleWidth, expected.visible);
-  EXPECT_EQ(layout.largestOffset, expected.offset);
-  EXPECT_EQ(layout.tree.top, expected.measures.headerHeight);
-  EXPECT_EQ(layout.bar.right, expected.visible);
-}
 // Pane 300 by 220, header 20, bars 17 wide and 15 high, rows of 20 pixels.
-INSTANTIATE_TEST_SUITE_P(
-    Panes, Layout,
-    ::testing::Values(
-        LayoutCase{"AllFits", {300, 220, 20, 300, 10, 20, 17, 15}, 220, false, 300, 0},
-        LayoutCase{"RowsNeedABar", {300, 220, 20, 283, 11, 20, 17, 15}, 220, false, 283, 0},
-        LayoutCase{"ColumnsNeedABar", {300, 220, 20, 301, 9, 20, 17, 15}, 205, true, 300, 1},
-        LayoutCase{"TheVerticalBarCallsTheOther", {300, 220, 20, 290, 11, 20, 17, 15}, 205, true, 283, 7},
-        LayoutCase{"TheHorizontalBarCallsTheOther", {300, 220, 20, 320, 10, 20, 17, 15}, 205, true, 283, 37},
-        LayoutCase{"Folded", {0, 0, 20, 300, 5, 20, 17, 15}, 20, true, 0, 300}),
-    [](const auto& shape) { return std::string(shape.param.name); });
-
 // ---- the panel ------------------------------------------------------------------------------------------
 
 /// A panel in a window that writes down what it is told.

@@ -204,22 +204,6 @@ TEST_F(SessionTest, ShowingOnlyOneSetCanBeLeftAlthoughHiddenOnesWereDeleted) {
   EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr) << "hiding all is no showing of some";
 }
 
-TEST_F(SessionTest, WhatOneTreeHidesIsHiddenInTheOther) {
-  ClickCheck(L"b");  // the fixture compares the boxes of both
-  EXPECT_EQ(Shown(), "ac outer inner");
-  Show(kGeometrySetTree);
-  Tree().GetQDRootItem()->OnMenuEvent(kCommandHideAll);
-  Settle();
-  EXPECT_EQ(Shown().substr(0, 1), Shown().empty() ? "" : " ");
-  m_doc.GetDisplay().ShowHideMset(m_inner, 0);
-  m_doc.GetDisplay().SetShowHide(0, kLabelCord, 1);
-  Settle();
-  EXPECT_EQ(m_doc.GetDisplay().GetShowHide(kLabelCord, 1), 0);
-  EXPECT_FALSE(IsShown(m_inner));
-  m_doc.GetDisplay().SetShowHide(1, kLabelCord, 1);
-  Settle();
-}
-
 TEST_F(SessionTest, HidingIsAnActOfItsOwnUnlessItComesWithAnother) {
   AddPartTo(m_first, L"later");
   ClickCheck(L"b");

@@ -58,20 +58,6 @@ class StoredResults : public MeshTest {
       results.meshSets.emplace_back().mesh = *Strip(2 + static_cast<int>(i), 0);
     return results;
   }
-  /// Runs one act; it can be taken back.
-  void Check(const CString& title, const std::function<int()>& act) {
-    const auto before = Data().Snapshot();
-    const std::uint64_t acts = Data().ActNumber();
-    ASSERT_EQ(act(), 1);
-    Settle();
-    EXPECT_EQ(Data().ActNumber(), acts + 1);
-    EXPECT_EQ(Data().UndoTitle(), title);
-    const auto after = Data().Snapshot();
-    Undo();
-    EXPECT_EQ(Data().Snapshot(), before);
-    Redo();
-    EXPECT_EQ(Data().Snapshot(), after);
-  }
   /// All that is known of a part but its shape, which is named.
   std::string Text(iterator itr) {
     const tagTGeom& part = Part(itr);
@@ -101,10 +87,10 @@ class StoredResults : public MeshTest {
 
 TEST_F(StoredResults, NewShapesComeIntoTheirPartsOrAsNewOnes) {
   const std::vector<WorkedPart> worked = Worked();
-  Check(L"move", [&] { return ReplaceShapes(Data(), worked, Shapes(2), L"move"); });
+  ExpectOneAct(L"move", [&] { return ReplaceShapes(Data(), worked, Shapes(2), L"move"); });
   EXPECT_EQ(Text(m_parts[0]), "a kind 3 colour 1966593 first Steel from a file after 0");
   EXPECT_EQ(Text(m_parts[1]), "b kind 1 colour 2032129 first Steel from a file after 1");
-  Check(L"copy", [&] { return workbench::AddParts(Data(), Worked(), Shapes(2), L"copy"); });
+  ExpectOneAct(L"copy", [&] { return workbench::AddParts(Data(), Worked(), Shapes(2), L"copy"); });
   const std::vector<iterator> all = Data().GetGeomPool().GetItrList();
   ASSERT_EQ(all.size(), 4U);
   EXPECT_EQ(Text(all[0]), "a kind 3 colour 1966593 first Steel from a file after 0");
@@ -120,7 +106,7 @@ TEST_F(StoredResults, MeshesTakeThePlaceOfThoseBeforeAndNoteHowTheyWereMade) {
   operation.amount = 2.5;
   operation.dimension = 2;
   operation.secondOrder = true;
-  Check(L"mesh", [&] { return AddMeshes(Data(), Worked(), MeshResults(2), operation, L"mesh"); });
+  ExpectOneAct(L"mesh", [&] { return AddMeshes(Data(), Worked(), MeshResults(2), operation, L"mesh"); });
   const iterator made = Pool().GetItrByGeomItr(m_parts[0]);
   EXPECT_EQ(Mset(made).name, L"a");
   EXPECT_EQ(Mset(made).colour, Part(m_parts[0]).colour);
@@ -142,7 +128,7 @@ TEST_F(StoredResults, MeshesTakeThePlaceOfThoseBeforeAndNoteHowTheyWereMade) {
   operation.dimension = 3;
   operation.secondOrder = false;
   operation.mapped = true;
-  Check(L"again", [&] { return AddMeshes(Data(), Worked(), MeshResults(2), operation, L"again"); });
+  ExpectOneAct(L"again", [&] { return AddMeshes(Data(), Worked(), MeshResults(2), operation, L"again"); });
   EXPECT_EQ(Data().GetMGInfoPool().Count(), 2U);
   EXPECT_EQ(Pool().Count(), 3U);
   EXPECT_EQ(Generation(made).options, (Options{{"IDS_HWB_MESH_ELEM_SIZE", 1},
@@ -214,7 +200,7 @@ TEST_F(StoredResults, ImportedSetsKeepTheirNestingPropertiesAndNumbers) {
   std::vector<std::uint64_t> first;
   for (int time = 0; time < 2; ++time) {
     std::vector<ImportNote> notes;
-    Check(L"import", [&] {
+    ExpectOneAct(L"import", [&] {
       notes.clear();
       return StoreImport(Data(), model, L"import", &notes);
     });

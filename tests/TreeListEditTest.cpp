@@ -76,47 +76,6 @@ INSTANTIATE_TEST_SUITE_P(Keys, EditEnds,
                                            EndCase{"escape", kKeyEscape, "change(0,new,1) "}),
                          [](const auto& param) { return std::string(param.param.name); });
 
-TEST_F(Editing, LosingTheFocusDeliversTheTextMarkedAsEscaped) {
-  ShowEdit(m_edit);
-  Type(L"x");
-  m_tree.GetHeader().SetFocus();
-  m_toolkit.Pump();
-  EXPECT_EQ(TakeLog(), "change(0,x,1) ");
-  EXPECT_EQ(Box(), nullptr);
-}
-
-TEST_F(Editing, TheFlagTestIsTheArgumentsAndTheEditTheSelectedItems) {
-  m_tree.SetSelectedItem(m_edit);
-  m_tree.ShowEdit(m_plain);
-  EXPECT_EQ(m_tree.IsEditing(), 0);
-  m_tree.SetSelectedItem(m_edit);
-  m_tree.ShowEdit(m_combo);
-  ASSERT_EQ(m_tree.IsEditing(), 1);
-  EXPECT_EQ(m_tree.GetEditBox()->GetItem(), m_edit);
-  ShowEdit(m_combo);  // never a list; the open box ends first
-  EXPECT_EQ(TakeLog(), "change(0,edit,1) ");
-  EXPECT_EQ(Box(), nullptr);
-  m_tree.SetSelectedItem({});
-  m_tree.ShowEdit(m_edit);
-  EXPECT_EQ(Box(), nullptr);
-}
-
-TEST_F(Editing, ADoubleClickOpensAnEditorInsideAStripAtTheTopOnly) {
-  m_tree.DeleteItem(m_plain);
-  for (const int y : {1, 4, 10}) {
-    m_toolkit.DoubleClick(m_tree, {60, y});
-    m_toolkit.Pump();
-    EXPECT_EQ(Box(), nullptr) << y;
-  }
-  m_toolkit.DoubleClick(m_tree, {200, 3});  // right of column 0
-  m_toolkit.Pump();
-  EXPECT_EQ(Box(), nullptr);
-  m_toolkit.DoubleClick(m_tree, {60, 3});
-  m_toolkit.Pump();
-  ASSERT_NE(Box(), nullptr);
-  EXPECT_EQ(Box()->GetPlace(), (CRect{19, 0, 180, 20}));
-}
-
 TEST_F(Editing, TheBoxWidensToTheWindowsEdgeAndNoFarther) {
   m_tree.GetHeader().SetItemWidth(0, 70);
   m_tree.RecalcColumnsWidth();
@@ -201,35 +160,6 @@ TEST_F(Editing, OtherKeysEdit) {
   EXPECT_EQ(TakeLog(), "change(0,a.b'(%,0) ");
 }
 
-TEST_F(Editing, ARowDeletedMeanwhileClosesItSilently) {
-  ShowEdit(m_edit);
-  m_tree.DeleteItem(m_edit);
-  EXPECT_EQ(Box(), nullptr);
-  EXPECT_EQ(TakeLog(), "");
-  const HTREEITEM branch = m_tree.InsertItem(L"branch", 0, 0, {}, kInsertLast);
-  const HTREEITEM leaf = m_tree.InsertItem(L"leaf", 1, 0, branch, kInsertLast);
-  m_tree.Expand(branch, ExpandAction::Expand);
-  ShowEdit(leaf);
-  ASSERT_EQ(m_tree.IsEditing(), 1);
-  m_tree.Expand(branch, ExpandAction::Collapse);  // by program: the row is hidden
-  EXPECT_EQ(Box(), nullptr);
-  EXPECT_EQ(TakeLog(), "");
-}
-
-TEST_F(Editing, TheBoxGoesWithItsRowAndTheWheelEndsIt) {
-  for (int i = 0; i < 30; ++i) m_tree.InsertItem(L"row", 0, 0, {}, kInsertLast);
-  ShowEdit(m_edit);
-  m_tree.InsertItem(L"above", 0, 0, {}, kInsertFirst);
-  m_tree.DeleteItem(m_plain);
-  m_tree.DeleteItem(m_tree.GetRootItem());
-  m_toolkit.Pump();
-  EXPECT_EQ(Box()->GetPlace().top, 0);
-  m_toolkit.Enqueue({.kind = MessageKind::Wheel, .target = &m_tree, .amount = -3});
-  m_toolkit.Pump();
-  EXPECT_EQ(Box(), nullptr);
-  EXPECT_EQ(TakeLog(), "change(0,edit,1) ");
-}
-
 TEST_F(Editing, TheHandlerMayDeleteTheRowOrDestroyTheControl) {
   m_tree.onChange = [this] { m_tree.DeleteItem(m_edit); };
   ShowEdit(m_edit);
@@ -259,14 +189,6 @@ TEST_F(Editing, AListGivesItsChoiceToTheRow) {
     EXPECT_EQ(Box(), nullptr);
   }
   EXPECT_EQ(TakeLog(), "");
-}
-
-TEST_F(Editing, DeleteBoxesTellsNobody) {
-  ShowEdit(m_edit);
-  m_tree.DeleteBoxes();
-  m_toolkit.Pump();
-  EXPECT_EQ(TakeLog(), "");
-  EXPECT_EQ(m_tree.IsEditing(), 0);
 }
 
 }  // namespace

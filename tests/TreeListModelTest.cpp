@@ -366,9 +366,8 @@ class TreeListModel : public ::testing::TestWithParam<int> {
         return m_tree.SelectAllIgnore(on ? 1 : 0, H(row));
       case 10:
         if (!OneIn(4)) return;
-        m_naive.SetMulti(on);
-        m_tree.SetMultiSelect(on ? 1 : 0);
-        return;
+        EXPECT_EQ(m_tree.SetMultiSelect(on ? 1 : 0), m_naive.multi ? 1 : 0);
+        return m_naive.SetMulti(on);
       case 11:
         m_naive.Clear();
         return m_tree.ClearAllSelected();
@@ -376,8 +375,7 @@ class TreeListModel : public ::testing::TestWithParam<int> {
         m_naive.SelectAlone(row);
         return m_tree.SelectAlone(H(row));
       default:
-        m_naive.textHit = on;
-        m_tree.SetBandingHit(on ? 1 : 0);
+        EXPECT_EQ(m_tree.SetBandingHit(on ? 1 : 0), std::exchange(m_naive.textHit, on) ? 1 : 0);
         return;
     }
   }

@@ -174,20 +174,6 @@ TEST_F(WorksTree, EveryNoticeRefreshesThePropertyWindowFromTheSelection) {
   EXPECT_EQ(ProbeNode::TakeLog() + Heard(), "doc.ClearSelectBuffer(0)\nview.Redraw(0)\n");
 }
 
-TEST_F(WorksTree, ManyFollowersComeAndGoWithoutScans) {
-  OpenProbes([this](ProbeNode& root) {
-    for (int i = 0; i < 3000; ++i) Add(root, std::to_wstring(i), {9});
-  });
-  CQDTreeItem* root = Tree().GetQDRootItem();
-  for (int i = 0; i < 1500; ++i) root->DeleteChild(root->GetChild(i));  // every other one
-  ProbeNode::TakeLog();
-  EXPECT_EQ(root->GetChildCount(), 1500);
-  EXPECT_EQ(root->GetChild(0)->GetTitle(), L"1");
-  Notice({{9, 100, 1}});
-  const std::string log = ProbeNode::TakeLog();
-  EXPECT_EQ(std::count(log.begin(), log.end(), ')'), 1500);
-}
-
 // ---- check clicks ---------------------------------------------------------------------------------------
 
 TEST_F(WorksTree, ACheckClickRedrawsForTheLastSelectedRowOnlyAndAZeroEndsIt) {
@@ -244,25 +230,6 @@ TEST_F(WorksTree, MenusAndCommandsGoToTheFirstSelectedNode) {
 }
 
 // ---- selection both ways --------------------------------------------------------------------------------
-
-TEST_F(WorksTree, SelectionFillsTheBufferAndTheBufferSelects) {
-  const auto parts = AddParts({L"a", L"b", L"c"});
-  Open();
-  Tree().Expand(Row(L"IDS_DB_DATA_NAME_GEOM"), ExpandAction::Expand);
-  m_toolkit.Pump();
-  Click(L"a");
-  Click(L"c", kMouseControl);
-  EXPECT_EQ(m_doc.GetSelectBuffer(), (std::vector<iterator>{parts[0], parts[2]}));
-  m_doc.SetSelectBuffer({parts[1], 4711});
-  m_bar.OnSelectGeom(&m_doc);
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a *b c]]");
-  EXPECT_EQ(m_doc.GetSelectBuffer(), (std::vector<iterator>{parts[1], 4711}));  // not written back
-  Tree().Expand(Row(L"IDS_DB_DATA_NAME_GEOM"), ExpandAction::Collapse);
-  m_bar.OnSelectGeom(&m_doc);  // a picked part comes into sight
-  EXPECT_TRUE(Tree().IsExpanded(Row(L"IDS_DB_DATA_NAME_GEOM")));
-  m_bar.OnSelectMesh(&m_doc);  // no mesh set is meant
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a b c]]");
-}
 
 TEST_F(WorksTree, OfManyPickedRowsTheFirstComesIntoSight) {
   std::vector<CString> titles;

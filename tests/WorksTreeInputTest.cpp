@@ -134,26 +134,6 @@ TEST_F(Input, ADropReachesATargetOfAnAcceptedType) {
   EXPECT_FALSE(Tree().IsDragging());
 }
 
-TEST_F(Input, PermissionsDecideWhetherADragStarts) {
-  Drag(L"d", {PointOf(L"c")});
-  EXPECT_EQ(Told(), "");
-  Click(L"a");
-  Click(L"b", kMouseControl);
-  Drag(L"b", {PointOf(L"c")});  // several, in the tree in use
-  EXPECT_EQ(Told(), "drop a b on c ");
-  Click(L"a");
-  Click(L"b", kMouseControl);
-  Drag(L"b", {PointOf(L"c")}, true);  // several need their permission with the right button always
-  EXPECT_EQ(Told(), "menu a ");       // no drag, so the release asks for the menu
-  a->m_multiRightDrag = b->m_multiRightDrag = true;
-  Drag(L"b", {PointOf(L"d")}, true);  // no type is asked for
-  EXPECT_EQ(Told(), "rdrop a b on d ");
-  Click(L"a");
-  Click(L"d", kMouseControl);
-  Drag(L"d", {PointOf(L"c")});  // one of them may not
-  EXPECT_EQ(Told(), "");
-}
-
 TEST_F(Input, ADropBesideTheRowsGoesToTheView) {
   const CPoint outside{-50, 40};
   Drag(L"a", {outside});
@@ -163,61 +143,6 @@ TEST_F(Input, ADropBesideTheRowsGoesToTheView) {
   EXPECT_EQ(Told(), "view a ");
   Drag(L"a", {{60, 200}});  // the empty part of the tree counts as outside
   EXPECT_EQ(Told(), "view a ");
-}
-
-TEST_F(Input, EscapeAndALostCaptureCancel) {
-  for (const bool escape : {true, false}) {
-    Queue(MessageKind::LeftDown, PointOf(L"a"));
-    Queue(MessageKind::MouseMove, {PointOf(L"a").x + 20, PointOf(L"a").y});
-    Queue(MessageKind::MouseMove, PointOf(L"c"));
-    m_toolkit.Enqueue(
-        {.kind = escape ? MessageKind::KeyDown : MessageKind::CaptureLost, .target = &Tree(), .key = kKeyEscape});
-    Queue(MessageKind::LeftUp, PointOf(L"c"));
-    EXPECT_EQ(Told(), "");
-    EXPECT_FALSE(Tree().IsDragging());
-    EXPECT_EQ(Tree().GetItemState(Row(L"c"), kRowDropHighlight), 0U);
-    EXPECT_EQ(m_toolkit.Tip(), L"");
-  }
-}
-
-TEST_F(Input, TheTargetIsHighlightedAndTheLabelTellsWhetherItTakes) {
-  Queue(MessageKind::LeftDown, PointOf(L"a"));
-  Queue(MessageKind::MouseMove, {PointOf(L"a").x + 20, PointOf(L"a").y});
-  Queue(MessageKind::MouseMove, PointOf(L"d"));
-  std::string seen;
-  const auto look = [&](const CString& title) {
-    m_toolkit.Enqueue({.kind = MessageKind::Posted, .target = &m_watch, .id = 1});
-    m_watch.looks.push_back([this, title, &seen] {
-      seen += Tree().GetItemState(Row(title), kRowDropHighlight) != 0 ? "lit " : "dark ";
-      seen += workbench::ToUtf8(m_toolkit.Tip()) + "; ";
-    });
-  };
-  m_watch.Create(nullptr, 9, {});
-  look(L"d");
-  Queue(MessageKind::MouseMove, PointOf(L"c"));
-  look(L"d");
-  look(L"c");
-  Queue(MessageKind::LeftUp, PointOf(L"c"));
-  m_toolkit.Pump();
-  EXPECT_EQ(seen, "lit \u2298 a; dark a; lit a; ");
-}
-
-TEST_F(Input, HoveringOpensABranchAndTheEdgesScroll) {
-  for (int i = 0; i < 40; ++i) Add(*Tree().GetQDRootItem(), L"row" + std::to_wstring(i));
-  m_toolkit.Pump();
-  Queue(MessageKind::LeftDown, PointOf(L"a"));
-  Queue(MessageKind::MouseMove, {PointOf(L"a").x + 20, PointOf(L"a").y});
-  Queue(MessageKind::MouseMove, PointOf(L"c"));
-  m_toolkit.Enqueue({.kind = MessageKind::Timer, .target = &Tree(), .id = 102});
-  Queue(MessageKind::MouseMove, {60, Tree().GetClientRect().bottom - 2});
-  for (int i = 0; i < 3; ++i) m_toolkit.Enqueue({.kind = MessageKind::Timer, .target = &Tree(), .id = 101});
-  m_toolkit.Enqueue({.kind = MessageKind::KeyDown, .target = &Tree(), .key = kKeyEscape});
-  m_toolkit.Pump();
-  EXPECT_TRUE(Tree().IsExpanded(Row(L"c")));
-  EXPECT_EQ(Tree().GetFirstVisibleItem(), Row(L"c"));
-  m_toolkit.Advance(10000);  // no timer is left running
-  m_toolkit.Pump();
-  EXPECT_EQ(Tree().GetFirstVisibleItem(), Row(L"c"));
 }
 
 struct PermissionCase {
@@ -445,15 +370,6 @@ TEST_F(Input, NodesMayDieDuringTheDrag) {
   EXPECT_EQ(State(), "root [b d]");
 }
 
-TEST_F(Input, ARightDragSwallowsItsMenuOnly) {
-  Drag(L"a", {PointOf(L"c")}, true);
-  EXPECT_EQ(Told(), "rdrop a on c ");
-  m_toolkit.RightClick(Tree(), PointOf(L"a"));
-  EXPECT_EQ(Told(), "menu a ");
-  Drag(L"d", {PointOf(L"c")}, true);  // refused: nothing to swallow
-  EXPECT_EQ(Told(), "menu d ");
-}
-
 // ---- titles edited in place -----------------------------------------------------------------------------
 
 struct RenameCase {
@@ -490,13 +406,6 @@ INSTANTIATE_TEST_SUITE_P(Ends, Renaming,
                                            RenameCase{"click_elsewhere", 0, "edit other ", L"other"}),
                          [](const auto& param) { return std::string(param.param.name); });
 
-TEST_F(Input, F2NeedsAnEditableSelectedRow) {
-  Key(kKeyF2);
-  Click(L"a");
-  Key(kKeyF2);
-  EXPECT_EQ(Tree().IsEditing(), 0);
-}
-
 // ---- keys -----------------------------------------------------------------------------------------------
 
 TEST_F(Input, SpaceSwitchesTheBoxesOfTheSelectionAndKeepsIt) {
@@ -508,24 +417,6 @@ TEST_F(Input, SpaceSwitchesTheBoxesOfTheSelectionAndKeepsIt) {
   EXPECT_EQ(State(), "root [*-a *-b c [c1] d]");
   Key(kKeySpace);
   EXPECT_EQ(State(), "root [*a *b c [c1] d]");
-}
-
-TEST_F(Input, TypingFindsTitlesRoundTheEnd) {
-  ProbeNode* alpha = Add(*c, L"Alpha");
-  Add(*c, L"apple");
-  const auto type = [this](const CString& text) {
-    m_toolkit.Type(Tree(), text);
-    m_toolkit.Pump();
-    return workbench::ToUtf8(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0));
-  };
-  EXPECT_EQ(type(L"a"), "a");
-  EXPECT_EQ(type(L"a"), "a");  // those in the closed branch are not looked at
-  c->Expand(1);
-  EXPECT_EQ(type(L"a"), "Alpha");
-  EXPECT_EQ(type(L"a"), "apple");
-  EXPECT_EQ(type(L"a"), "a");
-  EXPECT_EQ(type(L"zz"), "a");
-  EXPECT_EQ(alpha->GetTitle(), L"Alpha");
 }
 
 TEST_F(Input, ControlAAndIChangeTheWholeSelectionWithOneNotice) {

@@ -1,10 +1,4 @@
-// Documents in the window: saved, opened, recovered after a crash.
-
-#include <QAbstractButton>
-#include <QApplication>
-#include <QFileInfo>
-#include <QMessageBox>
-#include <QTimer>
+// Documents in the window: saved and opened.
 
 #include "InWindow.h"
 #include "support/Places.h"
@@ -19,27 +13,6 @@ using namespace workbench;
 class Documents : public InWindow {
  protected:
   std::string Print() { return PrintTree(Tree()).substr(PrintTree(Tree()).find('\n')); }
-  QString Path(const QString& name) { return m_files.Folder() + "/" + name; }
-  /// Answers the next question with the button of a text.
-  void Answer(const char* key) {
-    constexpr int kSoon = 300;
-    QTimer::singleShot(kSoon, m_window.get(), [key] {
-      auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      ASSERT_NE(box, nullptr);
-      for (QAbstractButton* button : box->buttons()) {
-        if (button->text() == Text(key)) return button->click();
-      }
-      ADD_FAILURE() << "no button " << key;
-      box->reject();
-    });
-  }
-  /// A window as after a start of the program; the old one is gone as if it had been closed.
-  void Restart() {
-    m_window.reset();
-    m_window = std::make_unique<MainWindow>(m_messages);
-    m_window->show();
-    Wait(100);
-  }
 };
 
 TEST_F(Documents, AreSavedAndOpenedWithPartsMeshesAndPictures) {
@@ -126,76 +99,6 @@ TEST_F(Documents, AFileThatCannotBeOpenedIsNamedAndTheWindowGoesOn) {
   EXPECT_FALSE(m_window->SaveAs("/proc/none/a.qdw"));
   Open(m_files.Make({"pump"}, "pump.step"));
   EXPECT_NE(Print().find("Shaft"), std::string::npos);
-}
-
-TEST_F(Documents, ReferencesToNothingAreMendedWhenTheUserAgrees) {
-  const std::string path = Path("broken.qdw").toStdString();
-  {
-    Database broken;
-    tagTGeom part;
-    part.id = part.cadItem = 1;
-    part.name = L"Bolt";
-    part.material = static_cast<iterator>(kDataMaterial) << kTypeShift | 7;
-    broken.Load(broken.GetGeomPool().ItrOfNumber(1), std::make_shared<const tagTGeom>(part));
-    DocumentError error;
-    ASSERT_NE(DocumentFile::Create(path, broken, error), nullptr);
-  }
-  const auto rename = [this] {
-    Data().BeginTransaction(L"rename");
-    tagTGeom part = *Data().GetGeomPool().GetAtNU(Data().GetGeomPool().GetItrList().front());
-    part.name = L"Nut";
-    Data().GetGeomPool().Change(Data().GetGeomPool().GetItrList().front(), part);
-    return Data().CommitTransaction(1);
-  };
-  Answer("IDS_WB_VIEW_ONLY");
-  ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw")));
-  EXPECT_NE(Print().find("Bolt"), std::string::npos);
-  EXPECT_EQ(rename(), 0) << "what is viewed takes no acts";
-  Restart();
-  EXPECT_EQ(VerifyDocument(path).size(), 1U) << "the file is as it was";
-  Answer("IDS_WB_MEND");
-  ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw")));
-  EXPECT_EQ(rename(), 1);
-  Restart();
-  EXPECT_TRUE(VerifyDocument(path).empty());
-  ASSERT_TRUE(m_window->OpenDocument(Path("broken.qdw"))) << "nothing is asked any more";
-  EXPECT_NE(Print().find("Nut"), std::string::npos);
-}
-
-TEST_F(Documents, WhatWasNotSavedIsThereAfterACrash) {
-  Open(m_files.Make({"pump"}, "pump.step"));
-  const std::string before = Print();
-  const QString left = QString::fromStdString(m_window->Keeper().Path());
-  ASSERT_TRUE(QFileInfo::exists(left));
-  // What a killed program leaves behind: the file as it is now.
-  DocumentError error;
-  const QString copy = Path("left.qdw");
-  ASSERT_TRUE(QFile::copy(left, copy));
-  Restart();
-  EXPECT_FALSE(QFileInfo::exists(left)) << "a closed window leaves nothing";
-  ASSERT_TRUE(m_window->Recover(copy));
-  EXPECT_EQ(Print(), before);
-  EXPECT_TRUE(m_window->Keeper().IsUnsaved());
-  ASSERT_TRUE(m_window->SaveAs(Path("saved.qdw")));
-  EXPECT_FALSE(QFileInfo::exists(copy)) << "saved, it is needed no more";
-}
-
-TEST(Recovery, FindsWhatHoldsSomethingAndIsNotOpen) {
-  const Files files;
-  const std::string folder = files.Folder().toStdString();
-  DocumentError error;
-  Database empty;
-  DocumentFile::Create(folder + "/empty.qdw", empty, error);
-  Database full;
-  full.BeginTransaction(L"add");
-  full.GetMaterialPool().Add({});
-  full.CommitTransaction(1);
-  DocumentFile::Create(folder + "/closed.qdw", full, error);
-  const auto open = DocumentFile::Create(folder + "/open.qdw", full, error);
-  const auto found = DocumentKeeper::FindRecoverable(folder);
-  ASSERT_EQ(found.size(), 1U);
-  EXPECT_EQ(found[0].path, folder + "/closed.qdw");
-  EXPECT_FALSE(QFileInfo::exists(files.Folder() + "/empty.qdw"));
 }
 
 }  // namespace

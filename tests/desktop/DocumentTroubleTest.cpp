@@ -21,15 +21,12 @@ using namespace workbench;
 class Trouble : public InWindow {
  protected:
   ~Trouble() override { qputenv("XDG_STATE_HOME", m_state); }
-  QString Path(const QString& name) { return m_files.Folder() + "/" + name; }
   std::string Print() { return PrintTree(Tree()).substr(PrintTree(Tree()).find('\n')); }
   /// A new window whose recovery files stand in a place of this test.
   void RestartWithState(const QString& state) {
     m_window.reset();
     qputenv("XDG_STATE_HOME", state.toUtf8());
-    m_window = std::make_unique<MainWindow>(m_messages);
-    m_window->show();
-    Wait(100);
+    Restart();
   }
   void Rename(const CString& name) {
     const iterator part = Data().GetGeomPool().GetItrList().front();
@@ -68,8 +65,7 @@ TEST_F(Trouble, AFileDialogOverItsFolderDoesNotLetAnotherProgramIn) {
   const std::string before = Print();
   m_window.reset();
   EXPECT_EQ(ReadElsewhere(Path("pump.qdw")), "");
-  m_window = std::make_unique<MainWindow>(m_messages);
-  m_window->show();
+  Restart();
   ASSERT_TRUE(m_window->OpenDocument(Path("pump.qdw")));
   EXPECT_EQ(Print(), before);
   EXPECT_NE(before.find("renamed 2"), std::string::npos);
@@ -133,8 +129,7 @@ TEST_F(Trouble, AFileThatWasMovedIsToldAtTheNextActAndAtTheEnd) {
   EXPECT_TRUE(VerifyDocument(Path("b.qdw").toStdString()).empty());
   EXPECT_FALSE(QFileInfo::exists(Path("b.qdw-wal")) || QFileInfo::exists(Path("a.qdw-wal")));
   for (const auto& [name, part] : {std::pair("b.qdw", "two"), std::pair("c.qdw", "four")}) {
-    m_window = std::make_unique<MainWindow>(m_messages);
-    m_window->show();
+    Restart();
     ASSERT_TRUE(m_window->OpenDocument(Path(name)));
     EXPECT_NE(Print().find(part), std::string::npos) << name;
     m_window.reset();
@@ -153,9 +148,7 @@ TEST_F(Trouble, RecoveryNamesTheDocumentAndDoesNotMixItWithAnother) {
   EXPECT_EQ(Print(), before);
   EXPECT_TRUE(QFileInfo::exists(copy));
   // An empty one asks before it does anything else.
-  m_window.reset();
-  m_window = std::make_unique<MainWindow>(m_messages);
-  m_window->show();
+  Restart();
   Answer("recovery", QMessageBox::AcceptRole);
   m_window->OfferRecovery();
   EXPECT_TRUE(m_asked.contains("pump.step")) << m_asked.toStdString();
@@ -190,8 +183,7 @@ TEST_F(Trouble, ADamagedRecoveryFileIsToldAndOfferedForRepair) {
     DocumentError error;
     ASSERT_NE(DocumentFile::Create((folder + "/document-2.qdw").toStdString(), broken, error), nullptr);
   }
-  m_window = std::make_unique<MainWindow>(m_messages);
-  m_window->show();
+  Restart();
   Answer("repair", QMessageBox::RejectRole);
   EXPECT_FALSE(m_window->Recover(folder + "/document-2.qdw"));
   EXPECT_TRUE(m_asked.contains("document-2.qdw")) << m_asked.toStdString();

@@ -61,13 +61,22 @@ class ImportFile : public ::testing::Test {
   Files m_files;
 };
 
-TEST_F(ImportFile, StepKeepsNamesColoursAndAssemblies) {
+TEST_F(ImportFile, StepKeepsNamesColoursUsesAndAssembliesAtAnyDepth) {
   const Outcome pump = Import(m_files.Make({"pump"}, "pump.step"));
   ASSERT_TRUE(pump.finished) << pump.failure.toStdString();
   ASSERT_EQ(pump.model.parts.size(), 9U);
   const ImportedPart& seal = pump.model.parts[3];
   EXPECT_EQ(seal.name, "Seal ring Ø20");
+  EXPECT_EQ(seal.product, "Seal ring Ø20");
+  EXPECT_EQ(seal.instance, "Upper seal");
+  EXPECT_EQ(seal.use, 3U);
+  ASSERT_EQ(seal.assemblies.size(), 2U);
   EXPECT_EQ(AssemblyPath(seal), "Pump/Rotor");
+  EXPECT_EQ(seal.assemblies[0].instance, "");
+  EXPECT_EQ(seal.assemblies[1].instance, "Rotor 1");
+  EXPECT_EQ(seal.assemblies[1].use, 2U);
+  EXPECT_EQ(pump.model.parts[8].instance, "Bolt 4");
+  EXPECT_TRUE(pump.model.notes.empty());
   EXPECT_EQ(seal.colour, Rgb(0x33, 0x33, 0x38));
   EXPECT_EQ(AssemblyPath(pump.model.parts[0]), "Pump");
   for (const ImportedPart& part : pump.model.parts) {
@@ -111,23 +120,6 @@ TEST_F(ImportFile, WhatCannotBeDrawnComesInAndIsNamed) {
     EXPECT_FALSE(HasNote(specks.model, "IDS_WB_NOTE_NOT_DRAWN", ball.name));
     EXPECT_TRUE(HasNote(specks.model, "IDS_WB_NOTE_NOT_DRAWN", point.name));
   }
-}
-
-TEST_F(ImportFile, StepKeepsTheNamesOfUsesAtAnyDepth) {
-  const Outcome pump = Import(m_files.Make({"pump"}, "pump.step"));
-  ASSERT_EQ(pump.model.parts.size(), 9U);
-  const ImportedPart& seal = pump.model.parts[3];
-  EXPECT_EQ(seal.product, "Seal ring Ø20");
-  EXPECT_EQ(seal.instance, "Upper seal");
-  EXPECT_EQ(seal.use, 3U);
-  ASSERT_EQ(seal.assemblies.size(), 2U);
-  EXPECT_EQ(seal.assemblies[0].product, "Pump");
-  EXPECT_EQ(seal.assemblies[0].instance, "");
-  EXPECT_EQ(seal.assemblies[1].product, "Rotor");
-  EXPECT_EQ(seal.assemblies[1].instance, "Rotor 1");
-  EXPECT_EQ(seal.assemblies[1].use, 2U);
-  EXPECT_EQ(pump.model.parts[8].instance, "Bolt 4");
-  EXPECT_TRUE(pump.model.notes.empty());
 }
 
 TEST_F(ImportFile, UsesOfOneProductAreMovedNotMadeAgain) {
@@ -217,45 +209,6 @@ TEST_F(ImportFile, NothingOfADamagedFileIsLostWithoutAWord) {
     EXPECT_LE(silent, 1) << file.name;
     EXPECT_GT(less, 0);
   }
-}
-
-TEST_F(ImportFile, MeshFilesGiveOneSetPerGroup) {
-  const Outcome msh =
-      Import(m_files.Write("plate.msh",
-                           "$MeshFormat\n2.2 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n2 5 \"Plate A\"\n"
-                           "$EndPhysicalNames\n$Nodes\n4\n1 0 0 0\n2 1 0 0\n3 1 1 0\n4 0 1 0\n$EndNodes\n"
-                           "$Elements\n2\n1 2 2 5 1 1 2 3\n2 2 2 5 1 1 3 4\n$EndElements\n"));
-  ASSERT_TRUE(msh.finished) << msh.failure.toStdString();
-  ASSERT_EQ(msh.model.meshSets.size(), 1U);
-  EXPECT_EQ(msh.model.meshSets[0].name, "Plate A");
-  EXPECT_EQ(msh.model.meshSets[0].mesh.nodeIds.size(), 4U);
-  EXPECT_EQ(msh.model.meshSets[0].mesh.blocks[0].elementIds.size(), 2U);
-
-  const Outcome stl =
-      Import(m_files.Write("one.stl",
-                           "solid one\nfacet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\n"
-                           "vertex 0 1 0\nendloop\nendfacet\nendsolid one\n"));
-  ASSERT_TRUE(stl.finished) << stl.failure.toStdString();
-  EXPECT_EQ(stl.model.meshSets[0].mesh.nodeIds.size(), 3U);
-
-  const Outcome bdf = Import(m_files.Write("one.bdf",
-                                           "$ one triangle\nBEGIN BULK\n"
-                                           "GRID,1,0,0.0,0.0,0.0\nGRID,2,0,1.0,0.0,0.0\nGRID,3,0,0.0,1.0,0.0\n"
-                                           "CTRIA3,1,1,1,2,3\nENDDATA\n"));
-  ASSERT_TRUE(bdf.finished) << bdf.failure.toStdString();
-  EXPECT_EQ(bdf.model.meshSets[0].mesh.nodeIds.size(), 3U);
-
-  const Outcome unv = Import(m_files.Write(
-      "one.unv",
-      "    -1\n  2411\n"
-      "         1         1         1        11\n   0.0D+00   0.0D+00   0.0D+00\n"
-      "         2         1         1        11\n   1.0D+00   0.0D+00   0.0D+00\n"
-      "         3         1         1        11\n   0.0D+00   1.0D+00   0.0D+00\n"
-      "    -1\n    -1\n  2412\n"
-      "         1        91         1         1         7         3\n         1         2         3\n    -1\n"));
-  ASSERT_TRUE(unv.finished) << unv.failure.toStdString();
-  EXPECT_EQ(unv.model.meshSets[0].mesh.nodeIds.size(), 3U);
-  EXPECT_EQ(unv.model.meshSets[0].mesh.blocks[0].elementIds.size(), 1U);
 }
 
 TEST_F(ImportFile, BadFilesAreNamedByTheirFault) {

@@ -34,6 +34,14 @@ class InWindow : public ::testing::Test {
     ASSERT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
     Wait(100);
   }
+  /// A window as after a start of the program; the old one is gone as if it had been closed.
+  void Restart() {
+    m_window.reset();
+    m_window = std::make_unique<workbench::MainWindow>(m_messages);
+    m_window->show();
+    Wait(100);
+  }
+  QString Path(const QString& name) { return m_files.Folder() + "/" + name; }
   workbench::Database& Data() { return m_window->Document().GetDatabase(); }
   CQDTreeListCtrl& Tree() { return m_window->ModelTreePane().Bar().GetTreeCtrl(); }
   /// The open dialog of a name; closed ones may not be gone yet.

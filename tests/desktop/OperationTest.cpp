@@ -248,17 +248,6 @@ TEST_F(Operations, IncludeAndExcludeMovePartsBetweenSets) {
   dialog->close();
 }
 
-TEST_F(Operations, BothTreesFollowWhatIsDoneInOneOfThem) {
-  Command(Model(), {0, 1}, kCommandHide);
-  Wait(100);
-  CQDTreeItem* entity = Sets().FindGeomNode(Parts()[0]);
-  ASSERT_NE(entity, nullptr);
-  EXPECT_EQ(entity->GetCheckStatus(), kUnchecked);
-  Command(Sets(), {2}, kCommandWireframe);
-  Wait(100);
-  EXPECT_EQ(Model().GetItemImage(Model().FindGeomNode(Parts()[2])->GetTreeItemHandle()), 23);
-}
-
 TEST_F(Operations, RenderModesAndTransparencyAreSeen) {
   const auto picture = [this] {
     EXPECT_TRUE(WaitUntil([this] { return m_window->View().IsUpToDate(); }));

@@ -44,14 +44,7 @@ std::vector<pid_t> Children(const std::string& program) {
 class Questions : public InWindow {
  protected:
   ~Questions() override { SettingsOfExchange() = {}; }
-  QString Path(const QString& name) { return m_files.Folder() + "/" + name; }
   std::string Print() { return PrintTree(Tree()); }
-  void Restart() {
-    m_window.reset();
-    m_window = std::make_unique<MainWindow>(m_messages);
-    m_window->show();
-    Wait(100);
-  }
   /// A document with a record, as an earlier program or a damaged disk may have left it.
   template <typename T>
   QString Leave(const QString& name, std::uint16_t type, T record) {
@@ -196,6 +189,14 @@ TEST_F(Questions, WhatWasMendedOfADocumentIsListedInTheLanguageOfTheWindow) {
   EXPECT_EQ(Files::Read(path), before);
   EXPECT_TRUE(VerifyDocument(Path("kept.qdw").toStdString()).empty());
   m_window->SetLanguage("en");
+  // When the user agrees it is mended in its place, and nothing is asked any more.
+  Answer("mend", QMessageBox::AcceptRole);
+  ASSERT_TRUE(m_window->OpenDocument(path));
+  EXPECT_FALSE(m_window->Keeper().IsReadOnly());
+  Restart();
+  EXPECT_TRUE(VerifyDocument(path.toStdString()).empty());
+  ASSERT_TRUE(m_window->OpenDocument(path));
+  EXPECT_NE(Print().find("Bolt"), std::string::npos);
 }
 
 /// Names of files are bytes; a window of its own gets them as they are.

@@ -22,16 +22,8 @@ namespace {
 
 using namespace workbench;
 
-struct Quiet : ExchangeRun::Listener {
-  void OnProgress(int) override {}
-  bool OnStalled(const ExchangeRun::Message&) override { return false; }
-  void OnResumed() override {}
-};
-
 ImportedModel Read(const std::string& path) {
-  ExchangeRun run({Program("qd_exchange"), path, {}, LimitsForFile(path)});
-  Quiet listener;
-  const ExchangeRun::Result result = run.Run(listener);
+  const ExchangeRun::Result result = RunQuietly(TaskFor(path));
   EXPECT_NE(result.model, nullptr) << path << ": " << result.reason.key << " " << result.reason.detail;
   return result.model != nullptr ? std::move(*result.model) : ImportedModel();
 }

@@ -18,20 +18,8 @@ namespace {
 using namespace workbench;
 using namespace std::chrono_literals;
 
-struct Quiet : ExchangeRun::Listener {
-  void OnProgress(int) override {}
-  bool OnStalled(const ExchangeRun::Message&) override { return false; }
-  void OnResumed() override {}
-};
-
-ExchangeRun::Task RealTask(const std::string& file) {
-  return {Program("qd_exchange"), file, {}, LimitsForFile(file)};
-}
-
 ExchangeRun::Result Import(const std::string& file) {
-  ExchangeRun run(RealTask(file));
-  Quiet listener;
-  return run.Run(listener);
+  return RunQuietly(TaskFor(file));
 }
 
 constexpr const char* kTriangle =
@@ -104,11 +92,9 @@ class Claims : public ::testing::TestWithParam<Claim> {};
 TEST_P(Claims, AreRefusedBeforeMemoryIsTaken) {
   const ScratchFolder folder;
   ExchangeRun::Task task =
-      RealTask(folder.Write("x.msh", std::string("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n") + GetParam().rest));
+      TaskFor(folder.Write("x.msh", std::string("$MeshFormat\n4.1 0 8\n$EndMeshFormat\n") + GetParam().rest));
   task.limits.memory = std::uint64_t{256} << 20;
-  ExchangeRun run(task);
-  Quiet listener;
-  const ExchangeRun::Result result = run.Run(listener);
+  const ExchangeRun::Result result = RunQuietly(task);
   EXPECT_EQ(result.model, nullptr);
   EXPECT_EQ(result.reason.key, "IDS_WB_IMPORT_CLAIM");
 }
@@ -133,26 +119,11 @@ TEST(Shapes, WithoutTheirMiddleAreRefusedAtOnce) {
     std::string bytes = sound;
     const auto at = static_cast<std::size_t>(static_cast<double>(star) * share);
     bytes.erase(at, star - at);
-    ExchangeRun::Task task = RealTask(folder.Write("x.brep", bytes));
+    ExchangeRun::Task task = TaskFor(folder.Write("x.brep", bytes));
     task.limits.work = 2s;
-    ExchangeRun run(task);
-    Quiet listener;
-    const ExchangeRun::Result result = run.Run(listener);
+    const ExchangeRun::Result result = RunQuietly(task);
     EXPECT_EQ(result.model, nullptr) << share;
     EXPECT_NE(result.reason.key, "IDS_WB_IMPORT_STUCK") << share;
-  }
-}
-
-TEST(Triangles, OfRealProgramsAreRead) {
-  const ScratchFolder folder;
-  const std::string facet =
-      "facet normal 0 0 1\nouter loop\nvertex 0 0 0\nvertex 1 0 0\nvertex 0 1 0\nendloop\nendfacet\n";
-  std::string capitals = "solid a\n" + facet + "endsolid a\n";
-  for (char& letter : capitals) letter = static_cast<char>(std::toupper(letter));
-  for (const std::string& bytes : {capitals, "solid a\nendsolid a\nsolid b\n" + facet + "endsolid b\n"}) {
-    const ExchangeRun::Result result = Import(folder.Write("x.stl", bytes));
-    ASSERT_NE(result.model, nullptr) << result.reason.key << " " << result.reason.detail;
-    EXPECT_EQ(result.model->meshSets.size(), 1U);
   }
 }
 
@@ -166,12 +137,10 @@ TEST(Memory, BeyondTheLimitIsRefusedAndNamed) {
   for (int i = 1; i < kNodes; ++i) {
     mesh += std::to_string(i) + " 1 2 5 1 " + std::to_string(i) + " " + std::to_string(i + 1) + "\n";
   }
-  ExchangeRun::Task task = RealTask(folder.Write("x.msh", mesh + "$EndElements\n"));
+  ExchangeRun::Task task = TaskFor(folder.Write("x.msh", mesh + "$EndElements\n"));
   for (const std::uint64_t limit : {20, 40, 60}) {
     task.limits.memory = limit << 20;
-    ExchangeRun run(task);
-    Quiet listener;
-    const ExchangeRun::Result result = run.Run(listener);
+    const ExchangeRun::Result result = RunQuietly(task);
     EXPECT_EQ(result.model, nullptr);
     EXPECT_EQ(result.reason.key, "IDS_WB_IMPORT_MEMORY");
     EXPECT_EQ(result.reason.detail, std::to_string(limit));

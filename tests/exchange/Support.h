@@ -6,7 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "support/Places.h"
 #include "workbench/exchange/watch/ChildProcess.h"
+#include "workbench/exchange/watch/ExchangeRun.h"
 
 namespace qd::test {
 
@@ -31,6 +33,24 @@ inline std::string Output(const std::string& program, const std::vector<std::str
   std::string output;
   RunToEnd(program, arguments, &output);
   return output;
+}
+
+/// Hears of a run and does nothing.
+struct Quiet : workbench::ExchangeRun::Listener {
+  void OnProgress(int) override {}
+  bool OnStalled(const workbench::ExchangeRun::Message&) override { return false; }
+  void OnResumed() override {}
+};
+
+inline workbench::ExchangeRun::Result RunQuietly(const workbench::ExchangeRun::Task& task) {
+  workbench::ExchangeRun run(task);
+  Quiet listener;
+  return run.Run(listener);
+}
+
+/// Reads a file by the exchange program itself.
+inline workbench::ExchangeRun::Task TaskFor(const std::string& file) {
+  return {Program("qd_exchange"), file, {}, workbench::LimitsForFile(file)};
 }
 
 }  // namespace qd::test

@@ -29,13 +29,6 @@ ExchangeRun::Task FakeTask(const std::string& behaviour) {
   return task;
 }
 
-struct Quiet : ExchangeRun::Listener {
-  void OnProgress(int thousandths) override { progress = thousandths; }
-  bool OnStalled(const ExchangeRun::Message&) override { return false; }
-  void OnResumed() override {}
-  int progress = 0;
-};
-
 long PeakMemory() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);

@@ -104,12 +104,6 @@ class Damage {
   std::mt19937_64 m_random;
 };
 
-struct Quiet : ExchangeRun::Listener {
-  void OnProgress(int) override {}
-  bool OnStalled(const ExchangeRun::Message&) override { return false; }
-  void OnResumed() override {}
-};
-
 /// What has come of the runs.
 class Ledger {
  public:
@@ -146,13 +140,11 @@ class Ledger {
 };
 
 ExchangeRun::Result Import(const std::string& path) {
-  ExchangeRun::Task task{Program("qd_exchange"), path, {}, LimitsForFile(path)};
+  ExchangeRun::Task task = TaskFor(path);
   task.limits.work = 2s;
   task.limits.memory = std::uint64_t{1} << 30;
   task.limits.frames.total = std::min(task.limits.frames.total, std::uint64_t{512} << 20);
-  ExchangeRun run(task);
-  Quiet listener;
-  return run.Run(listener);
+  return RunQuietly(task);
 }
 
 void RunOne(std::uint64_t seed, const std::vector<Original>& originals, const ScratchFolder& folder,

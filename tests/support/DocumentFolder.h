@@ -6,9 +6,11 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "support/DocumentScript.h"
 #include "support/ScratchFolder.h"
+#include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentFile.h"
 
 namespace qd::test {
@@ -43,6 +45,21 @@ class DocumentFolder : public ::testing::Test {
     document->Keep();
     return document;
   }
+  /// A closed document with the first acts of the script. Returns what it holds.
+  std::string Make(const std::string& path, int acts = 30) {
+    const auto document = Create(path);
+    DocumentScript script(document->data);
+    for (int act = 0; act < acts; ++act) EXPECT_TRUE(script.Run(act));
+    return Contents(document->data);
+  }
+  /// Repairs one document into another one, which is sound then; what was said is kept.
+  bool Repair(const std::string& from, const std::string& to) {
+    m_notes.clear();
+    workbench::DocumentError error;
+    if (!workbench::RepairDocument(from, to, m_notes, error)) return false;
+    EXPECT_TRUE(workbench::VerifyDocument(to).empty());
+    return true;
+  }
   /// The key of the fault of opening a file; empty when it opens.
   std::string FaultOf(const std::string& path) {
     const auto document = Open(path);
@@ -58,6 +75,7 @@ class DocumentFolder : public ::testing::Test {
   }
 
   ScratchFolder m_folder;
+  std::vector<workbench::DocumentError> m_notes;  // of the last repair
 };
 
 }  // namespace qd::test

@@ -103,10 +103,39 @@ inline bool IsWrite(const std::string& call) {
 template <typename World>
 struct HeardAct {
   std::string name;
-  std::vector<CString> selected;
+  CString selected;  ///< titles of rows, divided by "|"
   std::function<void(World&)> act;
   std::string heard;
   int variant = 0;  ///< of the world, as it knows them
+};
+
+/// What a user does, as acts are written down.
+template <typename World>
+struct Doing {
+  using Act = std::function<void(World&)>;
+  static Act Run(unsigned command) {
+    return [=](World& world) { world.Command(command); };
+  }
+  static Act Click(const CString& title) {
+    return [=](World& world) { world.Click(title); };
+  }
+  static Act Box(const CString& title) {
+    return [=](World& world) { world.ClickCheck(title); };
+  }
+  static Act Rename(const CString& title, const CString& text) {
+    return [=](World& world) { world.Rename(title, text); };
+  }
+  /// After another renaming, of which nothing counts.
+  static Act RenameAfter(const CString& title, const CString& text, const CString& next, const CString& nextText) {
+    return [=](World& world) {
+      world.Rename(title, text);
+      world.Heard();
+      world.Rename(next, nextText);
+    };
+  }
+  static Act Drop(const std::vector<CString>& titles, const CString& target) {
+    return [=](World& world) { world.Drag(titles, target); };
+  }
 };
 
 /// Runs an act in new worlds, each time with the next of its writes refused by the host: what was heard so far
@@ -122,7 +151,7 @@ void ExpectRefusals(const HeardAct<World>& act) {
       World world;
       world.m_checked = false;
       world.Make(act.variant);
-      world.Select(act.selected);
+      world.SelectRows(act.selected);
       world.Heard();
       const auto data = world.Data().Snapshot();
       world.m_doc.Log().Refuse(call, seen[call]++);
@@ -137,8 +166,34 @@ void ExpectRefusals(const HeardAct<World>& act) {
   }
 }
 
+/// Runs an act that writes in new worlds, each time with the next write to the database refused: as long as one
+/// is, the records and the rows stay as they are.
+template <typename World>
+void ExpectAllOrNothing(const HeardAct<World>& act) {
+  const std::vector<std::string> lines = LinesOf(As(Standing::Plain, act.heard));
+  if (std::none_of(lines.begin(), lines.end(), [](const auto& line) { return IsWrite(line); })) return;
+  for (int failing = 0, writes = 1; writes > failing; ++failing) {
+    World world;
+    world.m_checked = false;
+    world.Make(act.variant);
+    world.SelectRows(act.selected);
+    world.m_toolkit.Pump();  // boxes of meshes follow later
+    const auto data = world.Data().Snapshot();
+    const std::string rows = world.Print();
+    writes = 0;
+    world.Data().SetWriteGuard([&](iterator) { return writes++ != failing; });
+    act.act(world);
+    world.m_toolkit.Pump();
+    world.Data().SetWriteGuard(nullptr);
+    EXPECT_FALSE(world.Data().IsInTransaction());
+    if (writes <= failing) continue;
+    EXPECT_EQ(world.Data().Snapshot(), data) << "write " << failing;
+    EXPECT_EQ(world.Print(), rows) << "write " << failing;
+  }
+}
+
 /// Tries an act in a new world for each way in which the host may stand, with acts after it that do the same after
-/// any other one, and then with every write of it refused.
+/// any other one, and then with every write of it refused, by the host and by the database.
 template <typename World>
 void ExpectHeard(const HeardAct<World>& act) {
   for (const Standing standing : kStandings) {
@@ -147,7 +202,7 @@ void ExpectHeard(const HeardAct<World>& act) {
     world.m_checked = standing == Standing::Plain;
     world.Make(act.variant);
     Stand(world.m_doc, standing);
-    world.Select(act.selected);
+    world.SelectRows(act.selected);
     world.Heard();
     const auto before = world.Data().Snapshot();
     act.act(world);
@@ -156,6 +211,7 @@ void ExpectHeard(const HeardAct<World>& act) {
     world.ExpectOthersAsEver(standing, world.Data().Snapshot() != before);
   }
   ExpectRefusals(act);
+  ExpectAllOrNothing(act);
 }
 
 /// A test that stands in another one instead of being run itself.
@@ -174,8 +230,10 @@ class Standalone : public Fixture {
   using Fixture::m_toolkit;
   using Fixture::Menu;
   using Fixture::Node;
+  using Fixture::Print;
   using Fixture::Row;
   using Fixture::Select;
+  using Fixture::SelectRows;
   using Fixture::Tree;
 
   /// The user types a new title into a row, where it lets him.

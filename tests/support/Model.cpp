@@ -98,6 +98,23 @@ void ModelTest::Redo() {
   Settle();
 }
 
+void ModelTest::ExpectOneAct(const CString& title, const std::function<int()>& act) {
+  const auto before = Data().Snapshot();
+  const std::uint64_t acts = Data().ActNumber();
+  ASSERT_EQ(act(), 1);
+  Settle();
+  EXPECT_EQ(Data().ActNumber(), acts + 1);
+  EXPECT_TRUE(title.empty() || Data().UndoTitle() == title);
+  const auto after = Data().Snapshot();
+  m_kept.Check(true);
+  Undo();
+  EXPECT_EQ(Data().Snapshot(), before);
+  m_kept.Check(true);
+  Redo();
+  EXPECT_EQ(Data().Snapshot(), after);
+  m_kept.Check(true);
+}
+
 iterator ModelTest::AddPart(const CString& name, COLORREF colour) {
   tagTGeom record;
   record.name = name;
@@ -172,6 +189,13 @@ void ModelTest::Select(const std::vector<CString>& titles) {
     Tree().EnsureVisible(Row(title));
     Tree().SetItemState(Row(title), kRowSelected, kRowSelected);
   }
+}
+
+void ModelTest::SelectRows(const CString& titles) {
+  std::vector<CString> rows;
+  std::wistringstream list(titles);
+  for (CString title; std::getline(list, title, L'|');) rows.push_back(title);
+  Select(rows);
 }
 
 void ModelTest::Command(unsigned command) {

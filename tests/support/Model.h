@@ -59,6 +59,9 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
   void Settle();
   void Undo();
   void Redo();
+  /// Runs what has to be one act, under this title if one is given, takes it back and does it again; the document
+  /// opens all the way.
+  void ExpectOneAct(const CString& title, const std::function<int()>& act);
 
   /// Adds a record inside an open transaction.
   iterator AddPart(const CString& name, COLORREF colour = Rgb(1, 2, 3));
@@ -82,6 +85,8 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
 
   /// Selects rows by title, in one tree or the other.
   void Select(const std::vector<CString>& titles);
+  /// By titles that are divided by "|".
+  void SelectRows(const CString& titles);
   void Command(unsigned command);
   void Drag(const std::vector<CString>& titles, const CString& target);
   /// The context menu of the first selected row, entries divided by "|".

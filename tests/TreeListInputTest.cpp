@@ -1,0 +1,98 @@
+// Input on the tree-list control while rows come and go, and without any. All other input is that of the naive
+// tree list beside it.
+
+#include "support/TreeList.h"
+
+namespace qd::test {
+namespace {
+
+constexpr int kRowHeight = 20;
+
+class Band : public TreeList {
+ protected:
+  Band() {
+    for (int i = 0; i < 30; ++i) Add(std::to_wstring(i));
+    m_toolkit.Pump();
+    m_toolkit.SetCursorPosition({50, 50});
+  }
+  /// A point left of the rows' contents at a line of the window.
+  static CPoint Line(int line, int x = 5) { return {x, line * kRowHeight + kRowHeight / 2}; }
+  void Queue(MessageKind kind, CPoint point, unsigned flags = 0) {
+    m_toolkit.Enqueue({.kind = kind, .target = &m_tree, .point = point, .flags = flags});
+  }
+  void Choose(const std::vector<CString>& titles) {
+    m_tree.ClearAllSelected();
+    for (const CString& title : titles) m_tree.SetItemState(m_rows[title], kRowSelected, kRowSelected);
+  }
+};
+
+TEST_F(Band, RowsThatComeAndGoMeanwhileAreTakenAlong) {
+  Choose({L"1", L"6"});
+  Queue(MessageKind::LeftDown, Line(3), kMouseShift);
+  Queue(MessageKind::MouseMove, Line(4), kMouseShift);
+  m_toolkit.Enqueue({.kind = MessageKind::Posted, .target = &m_parent, .id = 1});
+  m_parent.onPosted = [this] {
+    m_tree.DeleteItem(m_rows[L"0"]);
+    m_tree.DeleteItem(m_rows[L"4"]);
+  };
+  Queue(MessageKind::MouseMove, Line(4), kMouseShift);
+  Queue(MessageKind::LeftUp, Line(4), kMouseShift);
+  m_toolkit.Pump();
+  EXPECT_EQ(Selected(), "1 5 6");  // 4 is gone; what stands on lines 3 and 4 now, and what was selected before
+}
+
+TEST_F(Band, TheControlMayBeDestroyedMeanwhile) {
+  Queue(MessageKind::LeftDown, Line(3));
+  Queue(MessageKind::MouseMove, Line(5));
+  m_toolkit.Enqueue({.kind = MessageKind::Posted, .target = &m_parent, .id = 1});
+  m_parent.onPosted = [this] { m_tree.DestroyWindow(); };
+  Queue(MessageKind::MouseMove, Line(6));
+  m_toolkit.Pump();
+  EXPECT_EQ(m_tree.RowCount(), 0U);
+  EXPECT_EQ(TakeLog(), "");
+}
+
+TEST_F(Band, IsPaintedWhileItLasts) {
+  m_tree.SetHorizontalOffset(-10);  // the columns move, the band stays at the pointer
+  Queue(MessageKind::LeftDown, Line(1));
+  Queue(MessageKind::MouseMove, Line(3, 90));
+  m_toolkit.Enqueue({.kind = MessageKind::Posted, .target = &m_parent, .id = 1});
+  std::vector<std::string> painted;
+  m_parent.onPosted = [&] { painted = m_toolkit.Paint(m_tree); };
+  Queue(MessageKind::LeftUp, Line(3, 90));
+  m_toolkit.Pump();
+  const std::string outline = "frame 5,30,91,71 #000000";
+  EXPECT_EQ(std::count(painted.begin(), painted.end(), outline), 1);
+  painted = m_toolkit.Paint(m_tree);
+  EXPECT_EQ(std::count(painted.begin(), painted.end(), outline), 0);
+}
+
+TEST_F(TreeList, LosingTheCaptureOrThePressedRowSendsNothing) {
+  AddFamilies();
+  m_toolkit.Enqueue({.kind = MessageKind::LeftDown, .target = &m_tree, .point = At(L"a2")});
+  m_toolkit.Enqueue({.kind = MessageKind::CaptureLost, .target = &m_tree});
+  m_toolkit.Pump();
+  EXPECT_EQ(TakeLog(), "");
+  Click(L"a1");
+  m_parent.onNotice = [this](Notice&) { m_tree.DeleteItem(m_rows[L"a1"]); };
+  Click(L"a3");
+  EXPECT_EQ(Selected(), "a3");
+}
+
+TEST_F(TreeList, InputOnAnEmptyTreeDoesNothing) {
+  for (int key = kKeyPageUp; key <= kKeyDown; ++key) {
+    for (const unsigned flags : {0U, unsigned{kMouseShift}, unsigned{kMouseControl}}) Key(key, flags);
+  }
+  m_toolkit.Click(m_tree, {10, 10});
+  m_toolkit.DoubleClick(m_tree, {10, 10});
+  for (const int y : {100, -100}) {
+    m_toolkit.Enqueue({.kind = MessageKind::LeftDown, .target = &m_tree, .point = {5, 50}});
+    m_toolkit.Enqueue({.kind = MessageKind::MouseMove, .target = &m_tree, .point = {5, y}});
+    m_toolkit.Enqueue({.kind = MessageKind::LeftUp, .target = &m_tree, .point = {5, y}});
+  }
+  m_toolkit.Pump();
+  EXPECT_EQ(Selected() + Caret(), "none");
+}
+
+}  // namespace
+}  // namespace qd::test
