@@ -151,21 +151,6 @@ class DisplayHistory : public ::testing::Test {
   std::string m_hiddenBefore;
 };
 
-TEST_F(DisplayHistory, WhatBelongsToACommittedActIsUndoneWithIt) {
-  m_parts.push_back(AddPart());
-  Display().SetShowHide(m_parts[0], 0);
-  EndAct();
-  EXPECT_EQ(Data().UndoTitle(), L"display") << "the part came before";
-  Data().Undo();
-  Display().SetShowHide(m_parts[1], 0);
-  m_parts.push_back(AddPart());
-  EndAct();
-  EXPECT_EQ(Data().UndoTitle(), L"add");
-  Data().Undo();
-  EXPECT_EQ(Display().GetShowHide(m_parts[1]), 1);
-  EXPECT_EQ(Data().GetGeomPool().Count(), 4U);
-}
-
 TEST_F(DisplayHistory, MarksAreOnWhenAllOfThemAreOnForAll) {
   Display().SetAddOnInfo({1}, 1);
   EXPECT_EQ(Display().HasAddOnInfo({1}, 1), 1);

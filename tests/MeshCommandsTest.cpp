@@ -50,27 +50,17 @@ TEST_F(MeshCommands, MenusTellWhatIsShownBesideTheElements) {
 
 // ---- visibility -----------------------------------------------------------------------------------------
 
-TEST_F(MeshCommands, ShowAndHideTheSelectionAllOrOnly) {
+TEST_F(MeshCommands, TheBoxOfTheRootIsWhatWasWrittenToItLast) {
   const auto run = [this](const std::vector<CString>& titles, unsigned command) {
     Select(titles);
     Command(command);
     return Sets();
   };
-  EXPECT_EQ(run({L"B", L"D"}, 41201), "A [-B [-C]] -D E");
-  EXPECT_EQ(run({L"C"}, 41200), "A [-B [C]] -D E");
-  Heard();
   EXPECT_EQ(run({kMeshRoot}, 41203), "-A [-B [-C]] -D -E");
   EXPECT_EQ(Root().GetCheckStatus(), kUnchecked);
-  EXPECT_EQ(run({L"D"}, 41202), "A [B [C]] D E");
   EXPECT_EQ(run({L"B"}, 41206), "-A [B [C]] -D -E");
   EXPECT_EQ(Root().GetCheckStatus(), kChecked);
   EXPECT_TRUE(Root().IsViewUpdate());
-  EXPECT_EQ(run({L"B"}, 41207), "A [-B [-C]] D E");
-  EXPECT_EQ(run({L"B", L"D"}, 41011), "A [B [C]] -D E");
-  EXPECT_EQ(run({kMeshRoot}, 41011), "-A [-B [-C]] D -E");  // each by itself
-  EXPECT_EQ(run({kMeshRoot}, 41206), "-A [-B [-C]] D -E");  // passed on, but no set is selected
-  for (const iterator set : {a, b, c, e}) EXPECT_FALSE(IsShown(set));
-  EXPECT_TRUE(IsShown(d));
 }
 
 TEST_F(MeshCommands, TheBoxOfTheDocumentAndHostRequestsReachTheMeshes) {

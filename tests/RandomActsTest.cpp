@@ -114,12 +114,8 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
 
   /// Rows in closed branches are opened to before they are clicked.
   std::vector<HTREEITEM> Rows() {
-    std::vector<HTREEITEM> rows{Tree().GetRootItem()};
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-      for (HTREEITEM child = Tree().GetChildItem(rows[i]); child; child = Tree().GetNextSiblingItem(child)) {
-        rows.push_back(child);
-      }
-    }
+    std::vector<HTREEITEM> rows;
+    for (HTREEITEM row = Tree().GetRootItem(); row; row = NextRow(row)) rows.push_back(row);
     return rows;
   }
   CPoint PlaceOf(HTREEITEM row, int right) {

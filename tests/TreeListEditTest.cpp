@@ -53,29 +53,6 @@ class Editing : public ::testing::Test {
   HTREEITEM m_plain, m_edit, m_combo;
 };
 
-struct EndCase {
-  const char* name;
-  int key;
-  std::string told;
-};
-class EditEnds : public Editing, public ::testing::WithParamInterface<EndCase> {};
-TEST_P(EditEnds, AreToldOnceWithTheText) {
-  ShowEdit(m_edit);
-  ASSERT_EQ(m_tree.IsEditing(), 1);
-  EXPECT_EQ(m_toolkit.FocusWindow(), Box());
-  Type(L"new");  // all text was selected
-  Key(GetParam().key);
-  EXPECT_EQ(TakeLog(), GetParam().told);
-  EXPECT_EQ(m_tree.IsEditing(), 0);
-  EXPECT_EQ(Box(), nullptr);
-  EXPECT_EQ(m_toolkit.FocusWindow(), &m_tree);
-}
-INSTANTIATE_TEST_SUITE_P(Keys, EditEnds,
-                         ::testing::Values(EndCase{"enter", kKeyEnter, "change(0,new,0) "},
-                                           EndCase{"tab", kKeyTab, "change(0,new,0) "},
-                                           EndCase{"escape", kKeyEscape, "change(0,new,1) "}),
-                         [](const auto& param) { return std::string(param.param.name); });
-
 TEST_F(Editing, TheBoxWidensToTheWindowsEdgeAndNoFarther) {
   m_tree.GetHeader().SetItemWidth(0, 70);
   m_tree.RecalcColumnsWidth();

@@ -105,13 +105,7 @@ class TreeListModel : public ::testing::TestWithParam<int> {
     for (int column = 0; column < 3; ++column) {
       m_tree.InsertColumn(column, L"c", column, m_naive.width[static_cast<std::size_t>(column)], 0);
     }
-    m_toolkit.SetScreen([this](CWnd& window, const CRect& area) {
-      if (&window != &m_tree) return;
-      m_screen.Fit(window);
-      ScreenPainter painter(m_screen, area);
-      CDC dc(painter);
-      window.OnPaint(dc);
-    });
+    m_toolkit.SetScreen(PaintsOn(m_screen, m_tree));
     m_tree.routed = m_naive.routed = GetParam() % 2 == 0;
     m_naive.grid = GetParam() % 3 == 0;
     m_tree.SetGridLines(m_naive.grid ? 1 : 0);

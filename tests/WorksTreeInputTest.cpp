@@ -45,13 +45,7 @@ class Input : public WorksTree {
     }
     c->SetTreeItemType(kKind);
     ProbeNode::TakeLog();
-    m_toolkit.SetScreen([this](CWnd& window, const CRect& area) {
-      if (&window != &Tree()) return;
-      m_screen.Fit(window);
-      ScreenPainter painter(m_screen, area);
-      CDC dc(painter);
-      window.OnPaint(dc);
-    });
+    m_toolkit.SetScreen(PaintsOn(m_screen, Tree()));
     Tree().Invalidate();
   }
   void Queue(MessageKind kind, CPoint point) {
@@ -91,11 +85,6 @@ class Input : public WorksTree {
     const CPoint stale = PaintedWhole(Tree()).Difference(m_screen);
     EXPECT_EQ(stale, (CPoint{-1, -1})) << "not painted anew at " << stale.x << "," << stale.y;
   }
-  HTREEITEM NextRow(HTREEITEM row) {
-    HTREEITEM next = Tree().GetChildItem(row);
-    for (; !next && row; row = Tree().GetParentItem(row)) next = Tree().GetNextSiblingItem(row);
-    return next;
-  }
   /// A drag of `from` to `points`, in the middle of which the steps run one after the other.
   void DragSteps(const CString& from, const std::vector<std::function<void()>>& steps, CPoint last,
                  bool right = false) {
@@ -132,17 +121,6 @@ TEST_F(Input, ADropReachesATargetOfAnAcceptedType) {
   Drag(L"a", {{PointOf(L"c1").x + 250, PointOf(L"c1").y}});  // anywhere on the line; the type is inherited
   EXPECT_EQ(Told(), "drop a on c1 ");
   EXPECT_FALSE(Tree().IsDragging());
-}
-
-TEST_F(Input, ADropBesideTheRowsGoesToTheView) {
-  const CPoint outside{-50, 40};
-  Drag(L"a", {outside});
-  EXPECT_EQ(Told(), "");
-  a->m_dragToView = true;
-  Drag(L"a", {outside});
-  EXPECT_EQ(Told(), "view a ");
-  Drag(L"a", {{60, 200}});  // the empty part of the tree counts as outside
-  EXPECT_EQ(Told(), "view a ");
 }
 
 struct PermissionCase {
@@ -325,8 +303,10 @@ TEST_F(Input, SeveralNodesGoToTheViewFromTheTreeInUseOnly) {
     Click(L"a");
     Click(L"b", kMouseControl);
     Told();
-    Drag(L"b", {{-50, 40}});
-    EXPECT_EQ(Told(), active ? "view a " : "");
+    for (const CPoint& beside : {CPoint{-50, 40}, CPoint{60, 200}}) {  // outside, and where the tree is empty
+      Drag(L"b", {beside});
+      EXPECT_EQ(Told(), active ? "view a " : "");
+    }
   }
 }
 

@@ -174,13 +174,16 @@ void ModelTest::ChangePart(iterator itr, const std::function<void(tagTGeom&)>& c
 }
 
 HTREEITEM ModelTest::Row(const CString& title) {
-  for (HTREEITEM row = Tree().GetRootItem(); row;) {
+  for (HTREEITEM row = Tree().GetRootItem(); row; row = NextRow(row)) {
     if (Tree().GetItemText(row, 0) == title) return row;
-    HTREEITEM next = Tree().GetChildItem(row);
-    for (; !next && row; row = Tree().GetParentItem(row)) next = Tree().GetNextSiblingItem(row);
-    row = next;
   }
   return {};
+}
+
+HTREEITEM ModelTest::NextRow(HTREEITEM row) {
+  HTREEITEM next = Tree().GetChildItem(row);
+  for (; !next && row; row = Tree().GetParentItem(row)) next = Tree().GetNextSiblingItem(row);
+  return next;
 }
 
 void ModelTest::Select(const std::vector<CString>& titles) {

@@ -75,6 +75,8 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
 
   /// The first row with this title, in order; none when there is none.
   HTREEITEM Row(const CString& title);
+  /// The row behind another one, be it open or not; none behind the last.
+  HTREEITEM NextRow(HTREEITEM row);
   CQDTreeItem* Node(const CString& title) { return Tree().NodeOf(Row(title)); }
   /// The tree as one line: titles, children in brackets, "-" before unchecked and "*" before selected rows. The
   /// branches of meshes and coordinate systems stand beside it.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -134,6 +135,16 @@ class ScreenPainter final : public IPainter {
 };
 
 /// The whole window painted at once.
+/// Paints what one window is asked to paint, piece by piece.
+inline std::function<void(CWnd&, const CRect&)> PaintsOn(Screen& screen, const CWnd& of) {
+  return [&](CWnd& window, const CRect& area) {
+    if (&window != &of) return;
+    screen.Fit(window);
+    ScreenPainter painter(screen, area);
+    CDC dc(painter);
+    window.OnPaint(dc);
+  };
+}
 inline Screen PaintedWhole(CWnd& window) {
   Screen screen;
   screen.Fit(window);
