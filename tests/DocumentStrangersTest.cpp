@@ -118,7 +118,7 @@ class StrangersPages : public DocumentFolder {
     part.cadItem = 1;
     part.shape = shape;
     data.GetGeomPool().Add(part);
-    ASSERT_EQ(data.CommitTransaction(), 1);
+    ASSERT_EQ(data.CommitTransaction(1), 1);
     Take(data);
   }
   std::size_t Number(std::size_t place, std::size_t bytes) const {
@@ -166,7 +166,7 @@ TEST_F(StrangersPages, ThatHangInATableManyTimesAreRefused) {
       material.name = CString(letters, L'x');
       data.GetMaterialPool().Add(material);
     }
-    ASSERT_EQ(data.CommitTransaction(), 1);
+    ASSERT_EQ(data.CommitTransaction(1), 1);
     Take(data);
     const std::size_t root = RootOf("material");
     ASSERT_EQ(m_bytes[root], 5) << "an inner page";
@@ -196,7 +196,7 @@ TEST_F(StrangersPages, ThatHoldTheValuesOfManyRowsAreRefused) {
       part.shape = shape;
       data.GetGeomPool().Add(part);
     }
-    ASSERT_EQ(data.CommitTransaction(), 1);
+    ASSERT_EQ(data.CommitTransaction(1), 1);
     Take(data);
     const std::size_t root = RootOf("shape");
     std::size_t leaf = root;

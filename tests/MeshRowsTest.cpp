@@ -1,6 +1,7 @@
 // Rows of mesh sets: nested as the records say, in step with the database, shown and hidden.
 
 #include <random>
+#include <sstream>
 
 #include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "support/Mesh.h"
@@ -160,7 +161,7 @@ TEST_P(MeshSequences, KeepTheTreeInStepAndEveryElementOnce) {
         all = Write(what);
       }
       if (all) {
-        Data().CommitTransaction();
+        Data().CommitTransaction(1);
         if (!adds) {
           EXPECT_EQ(Elements(), elements) << "step " << step;
         }
@@ -184,6 +185,21 @@ TEST_P(MeshSequences, KeepTheTreeInStepAndEveryElementOnce) {
 INSTANTIATE_TEST_SUITE_P(Seeds, MeshSequences, ::testing::Range(1U, 11U));
 
 // ---- visibility -----------------------------------------------------------------------------------------
+
+TEST_F(MeshRows, ABoxSwitchesByRecordAndAgainFromEachSetThatHoldsOthers) {
+  const iterator a = AddMset(L"A");
+  AddMset(L"C", AddMset(L"B", a));
+  AddMset(L"E", a);
+  Heard();
+  Node(L"A")->OnClickCheck(kChecked);
+  EXPECT_EQ(Sets(), "-A [-B [-C] -E]");
+  std::string order;
+  std::istringstream heard(Heard());
+  for (std::string call; std::getline(heard, call);) {
+    if (call.starts_with("meshes.ShowHideMset")) order += call.at(call.find('(') + 1);
+  }
+  EXPECT_EQ(order, "ABCCE");
+}
 
 /// Each walk redraws at its end and the walks repeat: twice as often with every level, down to the eighth.
 class NestedWalks : public MeshTest, public ::testing::WithParamInterface<int> {};
