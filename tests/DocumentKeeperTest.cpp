@@ -67,6 +67,7 @@ TEST_F(KeeperTest, WhatAKilledProgramLeavesIsOfferedTakenUpAndSaved) {
   std::ofstream(fs::path(Folder()) / "notes.txt") << "a note";
   const auto found = DocumentKeeper::FindRecoverable(Folder());
   std::vector<std::string> offered;
+  offered.reserve(found.size());
   for (const RecoverableDocument& one : found) {
     offered.push_back(fs::path(one.path).filename().string() + " " + one.title + " " + std::to_string(one.parts) +
                       " " + std::to_string(one.meshSets) + " " + (one.fault.key != nullptr ? one.fault.key : ""));

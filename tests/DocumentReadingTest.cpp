@@ -28,7 +28,7 @@ class ReadDocument : public DocumentFolder {
     for (const std::string& to : {path, Path("other.qdw")}) {
       for (const char* suffix : {"", "-wal"}) fs::copy_file(killed + suffix, to + suffix);
     }
-    const std::string held = Contents(Open(Path("other.qdw"))->data);
+    std::string held = Contents(Open(Path("other.qdw"))->data);
     for (const char* suffix : {"", "-wal"}) fs::remove(Path("other.qdw") + suffix);
     return held;
   }

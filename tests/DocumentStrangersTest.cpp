@@ -247,7 +247,7 @@ TEST_F(StrangersPages, ThatAreLostCostOnlyWhatStoodOnThem) {
   EXPECT_EQ(m_notes.at(0).key, std::string(kDamaged));
   const auto repaired = Open(Path("b.qdw"));
   const MaterialPool& pool = repaired->data.GetMaterialPool();
-  EXPECT_GT(pool.Count(), 2000 - 2000 * 2 / (cells + 1));
+  EXPECT_GT(pool.Count(), 2000U - 4000U / (cells + 1));
   EXPECT_LT(pool.Count(), 2000U);
   EXPECT_EQ(pool.GetAtNU(pool.GetItrList().front())->name, L"material 0");
   EXPECT_EQ(pool.GetAtNU(pool.GetItrList().back())->name, L"material 1999");

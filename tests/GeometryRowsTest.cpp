@@ -16,7 +16,7 @@ const CString kRoot = L"IDS_DB_DATA_NAME_GEOM";
 class GeometryRows : public GeometryTest {
  protected:
   std::vector<iterator> OpenWith(const std::vector<CString>& names) {
-    const auto parts = AddParts(names);
+    auto parts = AddParts(names);
     Open();
     Tree().Expand(Row(kRoot), ExpandAction::Expand);
     m_toolkit.Pump();

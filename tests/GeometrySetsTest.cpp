@@ -35,7 +35,7 @@ class GeometrySets : public GeometryTest {
       }
     };
     replace("IDS_QD_WRT_GEOMSET_", "");
-    const std::size_t first = state.find("[", state.find("NAME_GEOM")) + 1;
+    const std::size_t first = state.find('[', state.find("NAME_GEOM")) + 1;
     return state.substr(first, state.size() - 2 - first);
   }
 

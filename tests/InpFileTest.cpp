@@ -263,8 +263,9 @@ TEST_F(InpFile, NothingOfAnIncludedFileStandsInAMessage) {
 /// Files that include each other twice at every level.
 TEST_F(InpFile, ManyIncludesEnd) {
   for (int level = 0; level < 15; ++level) {
-    const std::string next = "*INCLUDE, INPUT=l" + std::to_string(level + 1) + ".inp\n";
-    Write(next + next + next, "l" + std::to_string(level) + ".inp");
+    std::string text;
+    for (int i = 0; i < 3; ++i) text += "*INCLUDE, INPUT=l" + std::to_string(level + 1) + ".inp\n";
+    Write(text, "l" + std::to_string(level) + ".inp");
   }
   Write("** nothing\n", "l15.inp");
   EXPECT_NE(ErrorOf("*INCLUDE, INPUT=l1.inp\n").find("IDS_WB_IMPORT_INP_INCLUDE"), std::string::npos);

@@ -106,13 +106,15 @@ TEST_F(MeshPage, NamesPropertyMaterialAndMass) {
   const std::string mass = Mass("    6 t", "  0.5 mm", "  0.5 mm", "    0 mm");
   for (const CString& row : {CString(L"IDS_QD_WRT_MESH_MASS"), CString(L"IDS_QD_WRT_MASSX"),
                              CString(L"IDS_QD_WRT_MASSY"), CString(L"IDS_QD_WRT_MASSZ")}) {
-    EXPECT_EQ(Text(L"D"), rows + Mass() + kButton);
+    const std::string before = rows + Mass() + kButton;
+    const std::string after = rows + mass + kButton;
+    EXPECT_EQ(Text(L"D"), before);
     IPropertySet& page = *m_properties.GetPropertySet();
     page.CalProp(&RowOf(page, kName));
     page.CalProp(nullptr);
-    EXPECT_EQ(Now(), rows + Mass() + kButton);
+    EXPECT_EQ(Now(), before);
     page.CalProp(&RowOf(page, row));
-    EXPECT_EQ(Now(), rows + mass + kButton);
+    EXPECT_EQ(Now(), after);
   }
 }
 

@@ -10,7 +10,30 @@ namespace {
 
 // ---- the layout alone -----------------------------------------------------------------------------------
 
-// Pane 300 by 220, header 20, bars 17 wide and 15 high, rows of 20 pixels.
+struct LayoutCase {
+  int columns;
+  std::size_t rows;
+  int treeBottom;
+  bool bar;
+  int visible;
+};
+TEST(Layout, DecidesBothBarsTogether) {
+  // Pane 300 by 220, header 20, bars 17 wide and 15 high, rows of 20 pixels.
+  for (const LayoutCase& expected : {LayoutCase{300, 10, 220, false, 300},
+                                     {283, 11, 220, false, 283},
+                                     {301, 9, 205, true, 300},
+                                     {290, 11, 205, true, 283},
+                                     {320, 10, 205, true, 283}}) {
+    const PaneLayout layout = LayOutPane({300, 220, 20, expected.columns, expected.rows, 20, 17, 15});
+    EXPECT_EQ(layout.tree.bottom, expected.treeBottom) << expected.columns;
+    EXPECT_EQ(layout.showBar, expected.bar) << expected.columns;
+    EXPECT_EQ(layout.visibleWidth, expected.visible) << expected.columns;
+    EXPECT_EQ(layout.largestOffset, std::max(expected.columns - expected.visible, 0));
+    EXPECT_EQ(layout.bar.right, expected.visible);
+  }
+  EXPECT_EQ(LayOutPane({0, 0, 20, 300, 5, 20, 17, 15}).tree.bottom, 20);  // folded
+}
+
 // ---- the panel ------------------------------------------------------------------------------------------
 
 /// A panel in a window that writes down what it is told.
