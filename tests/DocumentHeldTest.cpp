@@ -72,6 +72,15 @@ class HeldDocument : public DocumentFolder {
     Connection file(path.string(), Connection::Mode::Write);
     return static_cast<int>(file.Value("PRAGMA user_version"));
   }
+  /// Copies a document of the first version, with the log that a killed program left beside it.
+  bool PutFirst(const std::string& name) {
+    bool killed = false;
+    for (const char* suffix : {"", "-wal"}) {
+      const fs::path from = SourceFolder() + "/tests/data/" + name + suffix;
+      killed = fs::exists(from) && fs::copy_file(from, m_folder / (name + suffix));
+    }
+    return killed;
+  }
   /// Runs something in a child. Returns how it ended.
   template <typename Work>
   static int InChild(const Work& work) {
@@ -328,16 +337,10 @@ TEST_F(HeldDocument, FilesOfOtherProgramsAreNotTouched) {
 
 /// To look at a document, to close its window or to save it elsewhere is not to agree that it is changed.
 TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
-  const fs::path data = SourceFolder() + "/tests/data";
   for (const char* name : {"version1.qdw", "version1-killed.qdw"}) {
     const fs::path path = Path(name);
-    std::set<std::string> there{name};
-    fs::copy_file(data / name, path);
-    const bool killed = fs::exists((data / name).string() + "-wal");
-    if (killed) {
-      fs::copy_file((data / name).string() + "-wal", path.string() + "-wal");
-      there.insert(std::string(name) + "-wal");
-    }
+    PutFirst(name);
+    const std::set<std::string> there = Names();
     const std::string before = ScratchFolder::ReadAt(path);
     DocumentError error;
     {
@@ -372,13 +375,9 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionStaysAsItIsUntilTheFirstAct) {
 }
 
 TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
-  const fs::path data = SourceFolder() + "/tests/data";
   for (const char* name : {"version1.qdw", "version1-killed.qdw"}) {
     const fs::path path = Path(name);
-    fs::copy_file(data / name, path);
-    const bool killed = fs::exists((data / name).string() + "-wal");
-    if (killed) fs::copy_file((data / name).string() + "-wal", path.string() + "-wal");
-    const int last = killed ? 4 : 13;
+    const int last = PutFirst(name) ? 4 : 13;
     std::string contents;
     {
       Document document(path);
@@ -398,13 +397,12 @@ TEST_F(HeldDocument, ADocumentOfTheFirstVersionIsBroughtForward) {
 
 /// What the log of a killed program says of the version counts, not what the file's head says without it.
 TEST_F(HeldDocument, ADocumentWhoseFirstActWasCutOffIsOfTheVersionThatItsLogLeadsTo) {
-  const fs::path data = SourceFolder() + "/tests/data";
   int older = 0;
   int present = 0;
   for (int operation = 0;; ++operation) {
     const fs::path path = Path("a.qdw");
     for (const std::string& name : Names()) fs::remove(m_folder / name);
-    fs::copy_file(data / "version1.qdw", path);
+    fs::copy_file(SourceFolder() + "/tests/data/version1.qdw", path);
     // The file layer of the tests has no log that is written ahead.
     ASSERT_TRUE(Connection(path.string(), Connection::Mode::Write).Run("PRAGMA journal_mode = DELETE"));
     const int status = InChild([&] {
@@ -545,56 +543,6 @@ TEST_F(HeldDocument, ARecoveryFileThatIsInUseIsNeitherOfferedNorDiscarded) {
             }),
             0);
   ASSERT_TRUE(script.Run(3));
-}
-
-TEST_F(HeldDocument, WithoutARecoveryFileItIsUnsavedAndALaterActTriesAgain) {
-  for (const bool isUndo : {false, true}) {
-    fs::remove_all(Path("recovery"));
-    std::ofstream(Path("recovery")) << "a file in the place of the folder";
-    Database data;
-    std::string said;
-    DocumentKeeper keeper(data, Path("recovery").string());
-    keeper.SetOnFailure([&said](const DocumentError& fault) { said += fault.key + std::string(" "); });
-    EXPECT_FALSE(keeper.IsUnsaved());
-    DocumentScript script(data);
-    ASSERT_TRUE(script.Run(0));
-    EXPECT_TRUE(keeper.IsUnsaved());
-    ASSERT_TRUE(script.Run(1));
-    EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY ");
-    fs::remove(Path("recovery"));
-    // Whatever is done next: an undo, too, makes a file of what is left after it.
-    ASSERT_TRUE(isUndo ? data.Undo() == 1 : script.Run(2));
-    EXPECT_EQ(said, "IDS_WB_DOC_NO_RECOVERY IDS_WB_DOC_PROTECTED ");
-    ASSERT_FALSE(keeper.Path().empty());
-    fs::copy_file(keeper.Path(), Path("copy.qdw"), fs::copy_options::overwrite_existing);
-    EXPECT_EQ(ContentsOf(Path("copy.qdw")), Contents(data));
-  }
-}
-
-TEST_F(HeldDocument, ARecoveryFileThatCannotBeReadIsOfferedAndNotTakenAway) {
-  fs::create_directories(Path("left"));
-  const fs::path file = Path("left") / "document-1.qdw";
-  {
-    Database data;
-    tagTGeom part;
-    part.name = L"Bolt";
-    part.cadItem = 1;
-    ASSERT_EQ(data.BeginTransaction(L"a part"), 1);
-    ASSERT_NE(data.GetGeomPool().Add(part), 0U);
-    ASSERT_EQ(data.CommitTransaction(1), 1);
-    DocumentError error;
-    ASSERT_NE(DocumentFile::Create(file.string(), data, error), nullptr) << error.detail;
-    // The page that the parts begin on is lost.
-    Connection tables(file.string(), Connection::Mode::Read);
-    const std::int64_t page = tables.Value("SELECT rootpage FROM sqlite_master WHERE name = 'geom'");
-    ASSERT_GT(page, 1);
-    std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
-    constexpr std::int64_t kPageSize = 4096;
-    bytes.seekp((page - 1) * kPageSize) << std::string(kPageSize, '\0');
-  }
-  const auto found = DocumentKeeper::FindRecoverable(Path("left").string());
-  EXPECT_EQ(found.size(), 1U);
-  EXPECT_TRUE(fs::exists(file));
 }
 
 }  // namespace

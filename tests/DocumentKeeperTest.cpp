@@ -3,10 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <fstream>
+
 #include "support/DocumentFolder.h"
 #include "support/FaultyDisk.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentKeeper.h"
+#include "workbench/store/Sqlite.h"
 
 namespace qd::test {
 namespace {
@@ -180,6 +183,41 @@ TEST_F(KeeperTest, AFileThatAnotherProgramHasLockedTakesNothingUntilItLetsGo) {
     }
     EXPECT_EQ(window.keeper.File()->View("window"), "x");
   }
+}
+
+TEST_F(KeeperTest, WithoutARecoveryFileItIsUnsavedAndALaterActTriesAgain) {
+  for (const bool isUndo : {false, true}) {
+    fs::remove_all(Folder());
+    std::ofstream(Folder()) << "a file in the place of the folder";
+    Window window(Folder());
+    EXPECT_FALSE(window.keeper.IsUnsaved());
+    ASSERT_TRUE(window.Run(0));
+    EXPECT_TRUE(window.keeper.IsUnsaved());
+    ASSERT_TRUE(window.Run(1));
+    EXPECT_EQ(window.said, "IDS_WB_DOC_NO_RECOVERY ");
+    fs::remove(Folder());
+    // Whatever is done next: an undo, too, makes a file of what is left after it.
+    ASSERT_TRUE(isUndo ? window.data.Undo() == 1 : window.Run(2));
+    EXPECT_EQ(window.said, "IDS_WB_DOC_NO_RECOVERY IDS_WB_DOC_PROTECTED ");
+    ASSERT_FALSE(window.keeper.Path().empty());
+    EXPECT_EQ(Contents(Open(Kill(window, "copy.qdw"))->data), Contents(window.data));
+  }
+}
+
+TEST_F(KeeperTest, ARecoveryFileThatCannotBeReadIsOfferedAndNotTakenAway) {
+  fs::create_directories(Folder());
+  const std::string file = Folder() + "/document-1.qdw";
+  Make(file, 9);
+  {
+    // The page that the parts begin on is lost.
+    Connection tables(file, Connection::Mode::Read);
+    const std::int64_t page = tables.Value("SELECT rootpage FROM sqlite_master WHERE name = 'geom'");
+    ASSERT_GT(page, 1);
+    std::fstream bytes(file, std::ios::in | std::ios::out | std::ios::binary);
+    bytes.seekp((page - 1) * 4096) << std::string(4096, '\0');
+  }
+  EXPECT_EQ(DocumentKeeper::FindRecoverable(Folder()).size(), 1U);
+  EXPECT_TRUE(fs::exists(file));
 }
 
 }  // namespace

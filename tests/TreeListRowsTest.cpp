@@ -52,55 +52,47 @@ TEST(RowRecord, EditAndComboExcludeEachOther) {
 
 // ---- order ----------------------------------------------------------------------------------------------
 
-struct NumberCase {
-  const wchar_t* text;
-  std::int32_t number;
-};
-class Numbers : public ::testing::TestWithParam<NumberCase> {};
-TEST_P(Numbers, AreReadFromTheFront) {
-  EXPECT_EQ(DecimalPrefix(GetParam().text), GetParam().number);
+TEST(Numbers, AreReadFromTheFrontAndFromTheLastPairOfBrackets) {
+  using Cases = std::vector<std::pair<const wchar_t*, std::int32_t>>;
+  for (const auto& [text, number] : Cases{{L"", 0},
+                                          {L" \t12x", 12},
+                                          {L"-7", -7},
+                                          {L"+8", 8},
+                                          {L"x9", 0},
+                                          {L"- 9", 0},
+                                          {L"\x0661", 0},
+                                          {L"2147483647", 2147483647},
+                                          {L"99999999999999999999", 2147483647},
+                                          {L"-99999999999999999999", -2147483647 - 1}}) {
+    EXPECT_EQ(DecimalPrefix(text), number) << CString(text);
+  }
+  for (const auto& [text, number] :
+       Cases{{L"Set [12]", 12}, {L"a[1]b[7]", 7}, {L"]3[", 0}, {L"[5", 0}, {L"none", 0}, {L"[[4]", 4}}) {
+    EXPECT_EQ(BracketNumber(text), number) << CString(text);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Texts, Numbers,
-                         ::testing::Values(NumberCase{L"", 0}, NumberCase{L" \t12x", 12}, NumberCase{L"-7", -7},
-                                           NumberCase{L"+8", 8}, NumberCase{L"x9", 0}, NumberCase{L"- 9", 0},
-                                           NumberCase{L"\x0661", 0}, NumberCase{L"2147483647", 2147483647},
-                                           NumberCase{L"99999999999999999999", 2147483647},
-                                           NumberCase{L"-99999999999999999999", -2147483647 - 1}));
 
-struct BracketCase {
-  const wchar_t* text;
-  std::int32_t number;
-};
-class Brackets : public ::testing::TestWithParam<BracketCase> {};
-TEST_P(Brackets, TheLastPairCounts) {
-  EXPECT_EQ(BracketNumber(GetParam().text), GetParam().number);
-}
-INSTANTIATE_TEST_SUITE_P(Texts, Brackets,
-                         ::testing::Values(BracketCase{L"Set [12]", 12}, BracketCase{L"a[1]b[7]", 7},
-                                           BracketCase{L"]3[", 0}, BracketCase{L"[5", 0}, BracketCase{L"none", 0},
-                                           BracketCase{L"[[4]", 4}));
-
-struct NameCase {
-  const wchar_t* first;
-  const wchar_t* second;
-  int sign;
-};
-class NameOrder : public ::testing::TestWithParam<NameCase> {};
-TEST_P(NameOrder, ComparesPrefixNumberAndText) {
+TEST(NameOrder, ComparesPrefixNumberAndText) {
   const auto compare = [](const wchar_t* a, const wchar_t* b) {
     const int result = CompareNames(NameKey(a), NameKey(b), 1);
     return (result > 0) - (result < 0);
   };
-  EXPECT_EQ(compare(GetParam().first, GetParam().second), GetParam().sign);
-  EXPECT_EQ(compare(GetParam().second, GetParam().first), -GetParam().sign);
+  using Cases = std::vector<std::tuple<const wchar_t*, const wchar_t*, int>>;
+  for (const auto& [first, second, sign] : Cases{{L"Part2", L"Part10", -1},
+                                                 {L"part2", L"Part10", 1},
+                                                 {L"abc", L"ABD", -1},
+                                                 {L"ÄPFEL", L"äpfel", 0},
+                                                 {L"Ж1", L"ж1", 0},
+                                                 {L"a_", L"ab", -1},
+                                                 {L"x01", L"x1", -1},
+                                                 {L"", L"a", -1},
+                                                 {L"a", L"a5", -1},
+                                                 {L"7", L"12", -1},
+                                                 {L"Part99999999999", L"Part99999999998", 1}}) {
+    EXPECT_EQ(compare(first, second), sign) << CString(first);
+    EXPECT_EQ(compare(second, first), -sign) << CString(first);
+  }
 }
-INSTANTIATE_TEST_SUITE_P(Pairs, NameOrder,
-                         ::testing::Values(NameCase{L"Part2", L"Part10", -1}, NameCase{L"part2", L"Part10", 1},
-                                           NameCase{L"abc", L"ABD", -1}, NameCase{L"ÄPFEL", L"äpfel", 0},
-                                           NameCase{L"Ж1", L"ж1", 0}, NameCase{L"a_", L"ab", -1},
-                                           NameCase{L"x01", L"x1", -1}, NameCase{L"", L"a", -1},
-                                           NameCase{L"a", L"a5", -1}, NameCase{L"7", L"12", -1},
-                                           NameCase{L"Part99999999999", L"Part99999999998", 1}));
 
 TEST(FoldedCase, GivesOneLetterForBothAndNeverAThird) {
   for (int code = 1; code < 0x10000; ++code) {
