@@ -63,7 +63,7 @@ class MeshFiles : public MeshTest {
   }
   /// Writes all of the document, and leaves what could not be written in m_report.
   fs::path WriteAll(const std::string& name) {
-    const fs::path path = m_folder / name;
+    fs::path path = m_folder / name;
     const auto error = WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report);
     EXPECT_FALSE(error) << name << " " << error->key;
     return path;

@@ -104,10 +104,10 @@ TEST_F(MeshPage, NamesPropertyMaterialAndMass) {
       "MESH_MATERIAL_DESC\n";
   // Two triangles of one half each, two thick, three dense.
   const std::string mass = Mass("    6 t", "  0.5 mm", "  0.5 mm", "    0 mm");
+  const std::string before = rows + Mass() + kButton;
+  const std::string after = rows + mass + kButton;
   for (const CString& row : {CString(L"IDS_QD_WRT_MESH_MASS"), CString(L"IDS_QD_WRT_MASSX"),
                              CString(L"IDS_QD_WRT_MASSY"), CString(L"IDS_QD_WRT_MASSZ")}) {
-    const std::string before = rows + Mass() + kButton;
-    const std::string after = rows + mass + kButton;
     EXPECT_EQ(Text(L"D"), before);
     IPropertySet& page = *m_properties.GetPropertySet();
     page.CalProp(&RowOf(page, kName));
