@@ -8,6 +8,8 @@
 #include "support/KeptDocument.h"
 #include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/store/StoreImport.h"
+#include "workbench/text/Ascii.h"
+#include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
@@ -274,18 +276,42 @@ class Utf8 : public ::testing::TestWithParam<TextCase> {};
 TEST_P(Utf8, ReadsAnything) {
   EXPECT_EQ(FromUtf8(GetParam().bytes), GetParam().text);
 }
-INSTANTIATE_TEST_SUITE_P(Texts, Utf8,
-                         ::testing::Values(TextCase{"plain", L"plain"}, TextCase{"\xC3\x98", L"Ø"},
-                                           TextCase{"\xF0\x9F\x98\x80", L"😀"}, TextCase{"\xFF\x41", L"\xFFFD\x41"},
-                                           TextCase{"\xC3", L"\xFFFD"}, TextCase{"\xC0\x80", L"\xFFFD\xFFFD"},
-                                           TextCase{"\xF5\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
-                                           TextCase{"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
-                                           TextCase{"\xE4\xB8\xAD", L"中"}));
+INSTANTIATE_TEST_SUITE_P(
+    Texts, Utf8,
+    ::testing::Values(TextCase{"plain", L"plain"}, TextCase{"\xC3\x98", L"Ø"}, TextCase{"\xF0\x9F\x98\x80", L"😀"},
+                      TextCase{"\xFF\x41", L"\xFFFD\x41"}, TextCase{"\xC3", L"\xFFFD"},
+                      TextCase{"\xC0\x80", L"\xFFFD\xFFFD"}, TextCase{"\xF5\x80\x80", L"\xFFFD\xFFFD\xFFFD"},
+                      TextCase{"\xED\xA0\x80", L"\xFFFD\xFFFD\xFFFD"},
+                      TextCase{"\xE0\x9F\xBF", L"\xFFFD\xFFFD\xFFFD"}, TextCase{"\xE0\xA0\x80", L"\x0800"},
+                      TextCase{"\xF0\x8F\xBF\xBF", L"\xFFFD\xFFFD\xFFFD\xFFFD"},
+                      TextCase{"\xF4\x90\x80\x80", L"\xFFFD\xFFFD\xFFFD\xFFFD"}, TextCase{"\xE4\xB8\xAD", L"中"}));
 
 TEST(Utf8RoundTrip, KeepsWhatIsTextAndReplacesWhatIsNot) {
   const std::wstring text = L"aØ中😀\n";
   EXPECT_EQ(FromUtf8(ToUtf8(text)), text);
   EXPECT_EQ(ToUtf8(std::wstring(1, static_cast<wchar_t>(0xD800))), "\xEF\xBF\xBD");
+}
+
+TEST(ShownNames, EscapeWhatSteersTheTextAroundThemAndTellThatTheyWereCut) {
+  for (const int code :
+       {0x0A, 0x1F, 0x7F, 0x9F, 0x61C, 0x200E, 0x200F, 0x2028, 0x2029, 0x202A, 0x202E, 0x2066, 0x2068, 0x2069}) {
+    const std::string shown = ShownText(ToUtf8({L'a', static_cast<wchar_t>(code), L'b'}), 3);
+    EXPECT_TRUE(shown.starts_with("a\\u") && shown.ends_with("b")) << shown;
+  }
+  for (const int code : {0x20, 0x7E, 0xA0, 0x61B, 0x61D, 0x200D, 0x2010, 0x2027, 0x202F, 0x2065, 0x206A}) {
+    const std::string plain = ToUtf8(std::wstring(3, static_cast<wchar_t>(code)));
+    EXPECT_EQ(ShownText(plain, 3), plain);
+    EXPECT_EQ(ShownText(plain, 2), plain.substr(0, plain.size() / 3 * 2) + "…");
+    EXPECT_EQ(ShownText(plain, 0), "…");
+  }
+}
+
+TEST(Letters, ChangeTheirCaseAndNothingElseDoes) {
+  const std::string small = "abcdefghijklmnopqrstuvwxyz";
+  const std::string large = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+  const std::string others = "@[`{09\xC4\xE4";
+  EXPECT_EQ(UpperCase(small + others + large), large + others + large);
+  EXPECT_EQ(LowerCase(small + others + large), small + others + small);
 }
 
 }  // namespace

@@ -406,6 +406,7 @@ TEST_F(MeshActs, RunsOfNumbersAreReadOrRefused) {
 TEST_F(MeshActs, ElementsMoveBetweenSetsAndNoneIsLost) {
   const iterator a = AddElementSet(L"A", 0, {2, 3, 4});
   const iterator b = AddElementSet(L"B", a, {5, 6});
+  ASSERT_TRUE(AddElement(Data(), a, 2, {1, 2, 4}, L"with a node of one that goes").IsDone());
   const auto elements = Elements();
   NumberRuns runs;
   const auto first = Mset(a).mesh->blocks[1].elementIds[0];
@@ -414,7 +415,7 @@ TEST_F(MeshActs, ElementsMoveBetweenSetsAndNoneIsLost) {
   const iterator c = AddElementSet(L"C", 0, {});
   EXPECT_EQ(MoveElements(Data(), runs, c, 0, L"include").number, 3U);
   EXPECT_EQ(Mset(c).elementCount, 3U);
-  EXPECT_EQ(Mset(a).elementCount, 1U);
+  EXPECT_EQ(Mset(a).elementCount, 2U);
   EXPECT_EQ(Elements(), elements);
   EXPECT_EQ(MoveElements(Data(), runs, a, c, L"exclude").number, 3U);
   EXPECT_EQ(Elements(), elements);
@@ -499,6 +500,25 @@ TEST_F(MeshActs, SweepingMakesSolidsOfSurfaces) {
   EXPECT_EQ(std::adjacent_find(all.begin(), all.end()), all.end());
   EXPECT_STREQ(SweepMeshes(Data(), {AddElementSet(L"T", 0, {4})}, {0, 0, 1}, 1, L"sweep").errorKey,
                "IDS_WB_MESH_NO_SURFACES");
+}
+
+TEST(MassOfMeshes, IsThatOfTheirLengthsAreasAndVolumes) {
+  tagTProperty property;
+  property.size = 0.5;
+  IAppDB::MassCentre centre;
+  for (const auto& [type, mass] : {std::pair(1, 1.5), std::pair(2, 0.75), std::pair(3, 9.0), std::pair(5, 3.0)}) {
+    MeshData mesh = *OneElement(type, 0, 0);
+    if (type == 3) mesh.coordinates = {0, 0, 0, 4, 0, 0, 3, 2, 0, 1, 2, 0};  // no parallelogram
+    ASSERT_EQ(SumMass(mesh, &property, 3, centre, kGoOn), 1);
+    EXPECT_NEAR(centre.mass, mass, 1e-12) << type;
+    EXPECT_NEAR(centre.centre[0], type == 3 ? 2 : type == 2 ? 1. / 3 : 0.5, 1e-12) << type;
+  }
+}
+
+TEST(NumbersOfElements, ContinueBehindTheGreatestInAnyOrder) {
+  MeshData mesh = *OneElement(2, 0, 8);
+  for (const std::uint64_t id : {12, 3}) mesh.blocks.front().elementIds.push_back(id);
+  EXPECT_EQ(LastElement(mesh), 12U);
 }
 
 // ---- what is seen of a mesh -----------------------------------------------------------------------------

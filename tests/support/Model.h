@@ -91,6 +91,8 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
   void SelectRows(const CString& titles);
   void Command(unsigned command);
   void Drag(const std::vector<CString>& titles, const CString& target);
+  /// Likewise with the mouse, as far as the rows let themselves be dragged; they are selected.
+  void DragByMouse(const std::vector<CString>& titles, const CString& target);
   /// The context menu of the first selected row, entries divided by "|".
   std::string Menu();
 
