@@ -46,6 +46,15 @@ TEST_F(TreeList, ManyChangesPaintOnce) {
   for (int i = 0; i < 5000; ++i) m_tree.SetChecked(m_rows[L"a1"], 1 + i % 2);
   m_toolkit.Pump();
   EXPECT_EQ(m_toolkit.TakePaintCount(), 1);
+  // A single one afterwards paints its own line.
+  std::vector<int> heights;
+  m_toolkit.SetScreen([&](CWnd& window, const CRect& area) {
+    if (&window == &m_tree) heights.push_back(area.Height());
+  });
+  m_tree.SetChecked(m_rows[L"a1"], 1);
+  m_toolkit.Pump();
+  EXPECT_EQ(heights, std::vector<int>{m_tree.GetItemHeight()});
+  m_toolkit.SetScreen(nullptr);
 }
 
 TEST_F(TreeList, AZeroSizeWindowIsHarmless) {
