@@ -10,6 +10,7 @@
 #include "support/SampleMesh.h"
 #include "support/ScratchFolder.h"
 #include "workbench/exchange/formats/BdfFile.h"
+#include "workbench/exchange/formats/Format.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/formats/MeshExport.h"
 #include "workbench/exchange/store/CollectExport.h"
@@ -230,6 +231,68 @@ INSTANTIATE_TEST_SUITE_P(
                     "LEFT_EMPTY|void", "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib", "LEFT_NODES|Body (1)",
                     "LEFT_PROPERTIES|Bar", "SKIN|Body, Rib", "STRAIGHT|Rib"}}),
     [](const auto& report) { return std::string(report.param.format); });
+
+/// Appends every element by its set, its kind and the places of its nodes, whatever the numbers.
+void AppendPlaces(const std::string& set, const MeshData& mesh, std::vector<std::string>& places) {
+  for (const MeshData::Block& block : mesh.blocks) {
+    for (std::size_t i = 0; i < block.nodeIds.size(); ++i) {
+      if (i % static_cast<std::size_t>(block.nodesPerElement) == 0)
+        places.push_back(set + " type " + std::to_string(block.elementType));
+      const double* at = &mesh.coordinates[PlaceOfNode(mesh, block.nodeIds[i]) * 3];
+      for (int axis = 0; axis < 3; ++axis) places.back() += " " + std::to_string(at[axis]);
+    }
+  }
+  std::sort(places.begin(), places.end());
+}
+
+class WrittenMesh : public MeshFiles, public ::testing::WithParamInterface<const char*> {};
+TEST_P(WrittenMesh, IsReadBackElementByElement) {
+  const fs::path path = m_folder / (std::string("a.") + GetParam());
+  const Format* format = FormatOfPath(path);
+  ASSERT_NE(format, nullptr);
+  std::vector<int> types;
+  for (const ElementType& type : ElementTypes()) {
+    if (type.nodes > 1 && format->Holds(type.number)) types.push_back(type.number);
+  }
+  std::vector<std::string> written;
+  for (const wchar_t* name : {L"A", L"B"}) {
+    types.push_back(2);  // once an even, once an odd number of them
+    const std::string known = format->Carry().names ? ToUtf8(name) : "";
+    AppendPlaces(known, *Mset(AddElementSet(name, 0, types)).mesh, written);
+  }
+  ASSERT_FALSE(WriteMeshFile(path, CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report));
+  std::vector<std::string> read;
+  for (const ImportedMeshSet& set : format->Read(path, {}).meshSets)
+    AppendPlaces(format->Carry().names ? set.name : "", set.mesh, read);
+  EXPECT_EQ(read, written);
+}
+INSTANTIATE_TEST_SUITE_P(Formats, WrittenMesh, ::testing::Values("msh", "unv", "bdf"),
+                         [](const auto& ending) { return std::string(ending.param); });
+
+TEST_F(MeshFiles, NormalsOfWrittenTrianglesAreOfLengthOneAndPointOut) {
+  AddElementSet(L"Corner", 0, {4});
+  ASSERT_FALSE(WriteMeshFile(m_folder / "a.stl", CollectExport(Data(), Pool().GetItrList()), kGoOn, m_report));
+  std::istringstream text(m_folder.Read("a.stl"));
+  std::array<double, 3> normal{};
+  int facets = 0;
+  for (std::string line; std::getline(text, line);) {
+    std::istringstream words(line);
+    std::string word;
+    words >> word;
+    if (word == "facet") {
+      words >> word >> normal[0] >> normal[1] >> normal[2];
+      EXPECT_NEAR(std::hypot(normal[0], normal[1], normal[2]), 1, 1e-6);
+      ++facets;
+    } else if (word == "vertex") {
+      double outside = 0;  // from a place inside, in the direction of the normal
+      for (int axis = 0; axis < 3 && words >> word; ++axis) {
+        outside += normal[axis] * (std::stod(word) - 0.25);
+      }
+      EXPECT_GT(outside, 0);
+    }
+  }
+  EXPECT_EQ(facets, 4);
+}
 
 TEST_F(MeshFiles, BulkDataKeepsToItsColumns) {
   // Readers of such decks cut a field at its width: of 210000000000 a narrow one leaves 2.1000E.

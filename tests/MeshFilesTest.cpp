@@ -286,6 +286,12 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"BinaryThatSaysSolid", "x.stl", Binary("solid block", 1), kMesh},
         Case{"BinaryClaim", "x.stl", Binary("anything", 1000), "IDS_WB_IMPORT_FOREIGN .stl"},
         Case{"Cut", "x.stl", "solid block\n" + kOne, "IDS_WB_IMPORT_TRUNCATED "},
+        Case{"CutBehindAName", "x.stl", "solid block\n" + kOne + "endsolid\nsolid my endsolid\n",
+             "IDS_WB_IMPORT_TRUNCATED "},
+        Case{"Two", "x.stl",
+             "solid block\n" + kOne + "endsolid\nsolid lid\n" + Facet("0 0 2,1 0 2,0 1 2") +
+                 Facet("0 0 2,0 1 2,0 0 3") + "endsolid\n",
+             kBlock + "lid: 4 (0 0 2) 5 (1 0 2) 6 (0 1 2) 7 (0 0 3) type 2 2: 4 5 6; 3: 4 6 7; "},
         Case{"Script", "x.stl", "solid x\nSystemCall \"x\";\nendsolid\n", "IDS_WB_IMPORT_OUTLINE 2: systemcall"},
         Case{"NoNumber", "x.stl", "solid x\n" + Facet("0 0 0,1 0 x,0 1 0") + "endsolid\n",
              "IDS_WB_IMPORT_INP_NUMBER 5: x"},

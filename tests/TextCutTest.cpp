@@ -49,6 +49,10 @@ TEST(Cut, ARunOfMarksWithoutEndIsCutAllTheSame) {
   const std::wstring marks = L"x" + std::wstring(100'000, L'\x301');
   EXPECT_EQ(CutLength(marks, 50'000), 50'000U);
   EXPECT_EQ(CutName(marks).size(), kMaxNameLength);
+  std::wstring tones = L"x";
+  for (int i = 0; i < 30; ++i) tones += L"\xD83C\xDFFD";
+  EXPECT_EQ(CutLength(tones, 40), 39U);
+  EXPECT_EQ(CutLength(tones, 41), 41U);
   const std::wstring halves = std::wstring(60, L'\x301') + L"ab\xD83D\xDE00";
   EXPECT_EQ(CutName(halves).size(), 62U);
 }
