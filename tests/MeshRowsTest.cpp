@@ -82,6 +82,21 @@ TEST_F(MeshRows, RecordsPushedOntoASetAreHandledByItself) {
   EXPECT_EQ(Sets(), "A [B]");
 }
 
+TEST_F(MeshRows, SetsBelowTheDefaultOneStandInOrderWhenTheTreeIsBuilt) {
+  Act([&] {
+    const iterator last = Pool().NeedDefaultMset();
+    for (const std::uint32_t key : {9U, 5U, 7U}) {
+      tagTMset record;
+      record.name = L"key " + std::to_wstring(key);
+      record.parent = Mset(last).key;
+      record.key = key;
+      Pool().Add(record);
+    }
+  });
+  Open();  // which looks at the order
+  EXPECT_LT(Meshes().find("key 5"), Meshes().find("key 7"));
+}
+
 // ---- the pool -------------------------------------------------------------------------------------------
 
 TEST_F(MeshRows, CirclesAndParentsThatDoNotStandAreRefused) {

@@ -36,6 +36,7 @@ ModelTest::ModelTest() {
 }
 
 ModelTest::~ModelTest() {
+  EXPECT_FALSE(m_toolkit.IsWaitCursor());
   m_session.reset();
 }
 
@@ -50,6 +51,10 @@ void ModelTest::TearDown() {
 void ModelTest::Open() {
   m_session->TakeUp(m_doc.GetPathName());
   Settle();
+  if (!m_checked || Data().AllRecords().size() > kManyRecords) return;
+  const CQDTreeListCtrl& tree = m_bar.GetTreeCtrl();
+  const SeenRow rows = ExpectedRows(m_doc, m_materialsInTitles).Tree(workbench::kModelTree);
+  EXPECT_EQ(Lines(RowsOf(tree, tree.GetRootItem()), false), Lines(rows, false)) << "built anew, rows are in order";
 }
 
 int ModelTest::Redraws() {
