@@ -8,6 +8,8 @@
 #include "support/KeptDocument.h"
 #include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/store/StoreImport.h"
+#include "workbench/mesh/MeshEdit.h"
+#include "workbench/model/Values.h"
 #include "workbench/text/Ascii.h"
 #include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
@@ -255,6 +257,22 @@ TEST(Storing, MakesPartsSetsAndMeshesInOneAct) {
   EXPECT_EQ(mesh->elementCount, 1U);
   EXPECT_EQ(data.Undo(), 1);
   EXPECT_EQ(data.Snapshot(), before);
+}
+
+TEST(Storing, NumbersAFileWithLargeNumbersAnewTheSecondTime) {
+  Database data;
+  test::KeptDocument kept(data);
+  for (int time = 0; time < 2; ++time) {
+    ImportedModel model;
+    model.meshSets = {SampleMesh()};
+    model.meshSets[0].mesh = *Renumber(model.meshSets[0].mesh, kMostKeptNumber / 2, kMostKeptNumber / 2);
+    ASSERT_EQ(StoreImport(data, std::move(model), L"Import"), 1);
+  }
+  kept.Check(true);
+  for (const iterator itr : data.GetMsetPool().GetItrList()) {
+    const MeshData& mesh = *data.GetMsetPool().GetAtNU(itr)->mesh;
+    EXPECT_LE(std::max(LastNode(mesh), LastElement(mesh)), kMostKeptNumber);
+  }
 }
 
 TEST(Storing, ChangesNothingWhileATransactionIsOpen) {

@@ -182,6 +182,8 @@ std::vector<Act> ModelTreeActs() {
       {"generate_of_shown", two, Do::Run(41240), "app.OpenMeshDialog(2, CMeshGenerateMeshDlg, [key of Bolt])\n"},
       {"delete_meshes", root, Do::Run(41245),
        "msets.TR_Del(" + Meshes(kMeshed) + ")\n" + Inside(Marks(kMeshed, 0) + Page(kRootPage))},
+      {"delete_meshes_from_the_host", two, Host(41245),
+       "msets.TR_Del(" + Meshes(kMeshed) + ")\n" + Inside(Marks(kMeshed, 0) + Page())},
       {"delete_mesh", L"Nut", Do::Run(41245),
        "msets.TR_Del([mesh of Nut])\n" + Inside(Marks("Nut", 0) + Page(PageOf("Nut")))},
       {"delete_no_mesh", L"Sheet", Do::Run(41245), ""},

@@ -60,7 +60,10 @@ TEST_F(GeometryRows, ThePartKnowsItsMeshAsLongAsThereIsOne) {
 TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
   const auto parts = OpenWith({L"Bolt", L"Nut"});
   const iterator steel = AddMaterial(L"Steel");
-  ChangePart(parts[0], [&](tagTGeom& part) { part.material = steel; });
+  DragByMouse({L"Steel"}, L"Bolt");
+  Select({kRoot});
+  EXPECT_EQ(Menu(), Menu());  // with the materials, left without a choice
+  Tree().ResetSelection(1);
   m_bar.ChangeGeomTitle(&m_doc, 1);
   m_materialsInTitles = true;
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Steel) Nut] IDS_WB_MATERIALS [Steel]]");
@@ -70,6 +73,18 @@ TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
     Data().GetMaterialPool().Change(steel, iron);
   });
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Iron) Nut] IDS_WB_MATERIALS [Iron]]");
+  auto* root = dynamic_cast<CQDTreeItemGeom*>(Node(kRoot));
+  root->SetTitleMode(1);  // for parts to come
+  Act([&] {
+    tagTGeom pin;
+    pin.name = L"Pin";
+    pin.material = steel;
+    pin.cadItem = Data().GetGeomPool().NextNumber();
+    Data().GetGeomPool().Add(pin);
+  });
+  root->SetTitleMode(0);
+  Node(L"Bolt (Iron)")->OnEditChange(L"Screw (Iron)");
+  EXPECT_EQ(Part(parts[0]).name, L"Screw");
   Data().GetMaterialPool().TR_Del({steel});
   Settle();
   int title = -1;
@@ -91,6 +106,7 @@ TEST_F(GeometryRows, TitlesAreReadAgainWhenThoseOfMaterialsChange) {
   root->Update();
   EXPECT_NE(State().find("[old a old b]"), std::string::npos);
   root->PushUpdateInfo({kDataMaterialTitle, kChangeModified, 0});
+  root->PushUpdateInfo({kDataMaterialTitle, kChangeAdded, 0});
   root->Update();
   EXPECT_NE(State().find("[a old b]"), std::string::npos);  // b has no material
   Node(L"old b")->ChangeTitle(L"b");

@@ -55,6 +55,19 @@ TEST_F(GeometrySets, PartsComeGoAndMoveInTheSameNotice) {
   EXPECT_EQ(Sets(), "A [SOLID [2] [a2 a4]] B [SURFACE [1] [a3]]");
 }
 
+TEST_F(GeometrySets, ANoticeIsOfItsOwnChangesOnly) {
+  Data().GetGeomPool().TR_Del({a1});
+  Undo();
+  Select({L"a1"});
+  AddPartTo(A, L"a4");
+  EXPECT_EQ(Sets(), "A [SURFACE [1] [a3] SOLID [3] [a2 *a1 a4]] B [SOLID [1] [b1]]");
+}
+
+TEST_F(GeometrySets, PartsAreDraggedByTheMouse) {
+  DragByMouse({L"a1", L"a3"}, L"B");
+  EXPECT_EQ(Sets(), "A [SOLID [1] [a2]] B [SURFACE [1] [a3] SOLID [2] [b1 a1]]");
+}
+
 TEST_F(GeometrySets, RunsOfSeveralChangesInOneActAreFollowed) {
   std::mt19937 random(5);
   const auto roll = [&random](std::size_t sides) { return random() % sides; };

@@ -104,8 +104,13 @@ TEST_F(MeshCommands, SetsAreMadeWithFreeNamesAndEmptyOnesDeleted) {
   Root().OnMenuEvent(41000);
   EXPECT_EQ(Sets(), "A [B [C]] D E IDS_QD_WRT_NEW_MESHSET IDS_QD_WRT_NEW_MESHSET 7");
   ChangeMset(b, [](tagTMset& set) { PutMesh(set, nullptr); });
+  ChangeMset(c, [](tagTMset& set) {
+    auto nodes = std::make_shared<MeshData>(*set.mesh);
+    nodes->blocks.clear();
+    PutMesh(set, nodes);
+  });
   Root().OnMenuEvent(41242);
-  EXPECT_EQ(Sets(), "A [C] D E");  // the default set is empty too
+  EXPECT_EQ(Sets(), "A [C] D E");  // C holds nodes; the default set is empty too
   Root().OnMenuEvent(41241);
   EXPECT_EQ(Sets(), "E");
 }

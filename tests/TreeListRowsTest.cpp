@@ -121,8 +121,12 @@ TEST_F(TreeList, SortByKeyUsesTheKeyThenTheBracketNumber) {
   m_tree.SetItemText(m_rows[L"y"], 1, L"5  ");
   m_tree.SortItems(0, 0, {});
   EXPECT_EQ(Children({}), "Set [3] Set [12] y same as y x");
+  m_toolkit.Pump();
+  m_toolkit.TakePaintCount();
   m_tree.SortItems(0, 0, {});
+  m_toolkit.Pump();
   EXPECT_EQ(Children({}), "Set [3] Set [12] y same as y x");
+  EXPECT_EQ(m_toolkit.TakePaintCount(), 0) << "they were in order";
   const CTLItem* twelve = m_tree.GetRecord(m_rows[L"Set [12]"]);
   const CTLItem* three = m_tree.GetRecord(m_rows[L"Set [3]"]);
   EXPECT_EQ(CTreeListCtrl::CompareFuncByKey(*twelve, *three, {0, 0}), 1);
