@@ -211,6 +211,23 @@ TEST_F(Deck, PartsAndInstancesBecomeOneMeshWithItsAnalysis) {
   EXPECT_EQ(text.find("*INSTANCE"), std::string::npos);
 }
 
+// Its numbers may lie between those of one another.
+TEST_F(Deck, SystemsOfAPlacedPartMoveAlongAndItsDirectionsDoNot) {
+  Import(
+      "*PART, NAME=P\n*NODE\n1,0,0,0\n3,1,0,0\n5,0,1,0\n*NODE, NSET=N\n2,0,0,1\n4,1,0,1\n"
+      "*ELEMENT, TYPE=S3, ELSET=E\n2,1,3,5\n4,5,3,1\n6,3,5,1\n"
+      "*ORIENTATION, NAME=D\n1,0,0,0,1,0\n"
+      "*ORIENTATION, NAME=C, SYSTEM=CYLINDRICAL\n.123456789012,0,0,.123456789012,0,1\n*END PART\n"
+      "*ASSEMBLY, NAME=A\n*NODE\n1,9,9,9\n*INSTANCE, NAME=I, PART=P\n10,20,30\n*END INSTANCE\n*END ASSEMBLY\n");
+  EXPECT_EQ(
+      Squeezed(Export()),
+      Squeezed(
+          "*NODE\n1,9,9,9\n*NODE\n2,10,20,30\n4,11,20,30\n6,10,21,30\n*NODE,NSET=I.N\n3,10,20,31\n5,11,20,31\n"
+          "*ELEMENT,TYPE=S3,ELSET=E\n2,2,4,6\n4,6,4,2\n6,4,6,2\n*ELSET,ELSET=I\nE,\n"
+          "*ORIENTATION,NAME=I.D\n1,0,0,0,1,0\n*ORIENTATION,NAME=I.C,SYSTEM=CYLINDRICAL\n"
+          "10.123456789012,20,30,10.123456789012,20,31\n"));
+}
+
 TEST_F(Deck, NamesOfInstancesMayStandInQuotationMarks) {
   Import(
       "*PART, NAME=\"Big Part\"\n*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n*ELEMENT, TYPE=S3, ELSET=E\n1,1,2,3\n"
@@ -420,9 +437,10 @@ TEST_F(Deck, ValuesOfPropertiesTakeTheirPlaceOrAreSaid) {
 
 TEST_F(Deck, IncludedLinesAreKeptInTheirPlace) {
   std::ofstream(m_folder / "loads.inc") << "*CLOAD\n12,3,1.\n";
-  std::ofstream(m_folder / "deck.inp") << kMesh << "*STEP\n*STATIC\n*INCLUDE, INPUT=loads.inc\n*END STEP\n";
+  std::ofstream(m_folder / "deck.inp") << kMesh
+                                       << "*STEP\n*STATIC\n** by hand\n*INCLUDE, INPUT=loads.inc\n*END STEP\n";
   Import(ReadInpFile(m_folder / "deck.inp", [](double) {}));
-  EXPECT_TRUE(Holds(Export(), "*STEP\n*STATIC\n*CLOAD\n12,3,1.\n*END STEP\n"));
+  EXPECT_TRUE(Holds(Export(), "*STEP\n*STATIC\n** by hand\n*CLOAD\n12,3,1.\n*END STEP\n"));
 }
 
 }  // namespace

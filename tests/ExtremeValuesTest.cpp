@@ -390,6 +390,10 @@ INSTANTIATE_TEST_SUITE_P(
                                    tagTProperty property;
                                    property.size = std::nan("");
                                    data.GetPropertyPool().Add(property);
+                                   // The first reason is told; others may follow from it.
+                                   tagTMaterial material;
+                                   material.density = std::nan("");
+                                   data.GetMaterialPool().Add(material);
                                  }},
                       RefusedAct{"mesh", "mesh set 1: a node number beyond all bounds",
                                  [](Database& data) {

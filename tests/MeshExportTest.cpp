@@ -111,6 +111,43 @@ TEST_F(MeshFiles, SolverInputReadsBackWithTheSameGroupsNodesAndMaterials) {
   EXPECT_EQ(Describe(back), expected);
 }
 
+// What solvers take: sixteen numbers in a line, a section for all that a set holds, no values that nobody gave.
+TEST_F(MeshFiles, SolverInputIsWrittenAsSolversTakeIt) {
+  const iterator brick = AddElementSet(L"Brick", 0, {17});
+  const iterator hollow = AddElementSet(L"hollow", brick, {});
+  const iterator skin = AddElementSet(L"Skin", AddElementSet(L"holder", 0, {}), std::vector<int>(17, 2));
+  const iterator alone = AddElementSet(L"alone", 0, {});
+  Act([&] {
+    tagTMaterial bare;
+    bare.name = L"Bare";
+    bare.youngsModulus = 7;
+    tagTProperty solid;
+    solid.name = L"solid";
+    solid.material = Data().GetMaterialPool().Add(bare);
+    tagTProperty shell;
+    shell.name = L"shell";
+    shell.kind = tagTProperty::Kind::Shell;
+    shell.size = 0.5;
+    const iterator properties[] = {Data().GetPropertyPool().Add(solid), Data().GetPropertyPool().Add(shell)};
+    for (const iterator set : {brick, hollow, skin, alone}) {
+      tagTMset record = Mset(set);
+      record.property = properties[set == brick ? 0 : 1];
+      ASSERT_EQ(Pool().Modify(set, record), 1);
+    }
+  });
+  const std::string text = ScratchFolder::ReadAt(WriteAll("model.inp"));
+  EXPECT_NE(text.find("\n*ELEMENT, TYPE=C3D20\n1, 1, 2, 3, 4, 5, 6, 7, 8, 9, 12, 14, 10, 17, 19, 20,\n"
+                      "18, 11, 13, 15, 16\n*ELEMENT, TYPE=S3\n21, 21, 22, 23\n24, 24, 25, 26\n"),
+            std::string::npos)
+      << text;
+  EXPECT_EQ(text.substr(text.find("*ELSET")),
+            "*ELSET, ELSET=hollow\n*ELSET, ELSET=Brick\n1,\nhollow,\n"
+            "*ELSET, ELSET=Skin\n21,24,27,30,33,36,39,42,45,48,51,54,57,60,63,66,\n69,\n"
+            "*ELSET, ELSET=holder\nSkin,\n*ELSET, ELSET=alone\n"
+            "*SOLID SECTION, ELSET=Brick, MATERIAL=Bare\n*SHELL SECTION, ELSET=Skin\n0.5\n"
+            "*MATERIAL, NAME=Bare\n*ELASTIC\n7, 0\n");
+}
+
 TEST_F(MeshFiles, OnlyWhatIsChosenIsWrittenWithTheGroupsAboveIt) {
   const iterator a = AddElementSet(L"A", 0, {4});
   const iterator b = AddElementSet(L"B", a, {5});
@@ -167,7 +204,7 @@ TEST_P(WhatIsNotInTheFile, IsNotedByNameAndTheRestIsCounted) {
   const iterator body = AddElementSet(L"Body", 0, {5});
   AddElementSet(L"Rib", body, {4, 16, 12});
   AddElementSet(L"void", 0, {});
-  const iterator beams = AddElementSet(L"a \"beam\"", 0, {1});
+  const iterator beams = AddElementSet(L"a \"beam\"", body, {1});
   Act([&] {
     tagTMaterial steel;
     steel.name = L"Steel";
@@ -207,22 +244,23 @@ INSTANTIATE_TEST_SUITE_P(
                    49,
                    5,
                    4,
-                   {kRenamed, "LEFT_EMPTY|void", "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib",
+                   {kRenamed, "LEFT_EMPTY|void", "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib, Body/" + kBeam,
                     "LEFT_PROPERTIES|Bar", "LEFT_NODES|Body (1)", "SPLIT|Rib"}},
-        ReportCase{
-            "unv",
-            23,
-            4,
-            3,
-            {kRenamed, "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)", "LEFT_EMPTY|void",
-             "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib", "LEFT_PROPERTIES|Bar", "NODES_ALONE|Body (1)"}},
-        ReportCase{"bdf",
+        ReportCase{"unv",
                    23,
                    4,
                    3,
-                   {kRenamed, "BEAMS|" + kBeam,
-                    "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)", "LEFT_EMPTY|void",
-                    "LEFT_NAMES|Body, Rib, " + kBeam, "LEFT_NESTING|Body/Rib", "NODES_ALONE|Body (1)"}},
+                   {kRenamed, "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)",
+                    "LEFT_EMPTY|void", "LEFT_MATERIALS|Steel", "LEFT_NESTING|Body/Rib, Body/" + kBeam,
+                    "LEFT_PROPERTIES|Bar", "NODES_ALONE|Body (1)"}},
+        ReportCase{
+            "bdf",
+            23,
+            4,
+            3,
+            {kRenamed, "BEAMS|" + kBeam, "LEFT_ELEMENTS|Rib: " + std::string(FindElementType(12)->name) + " (1)",
+             "LEFT_EMPTY|void", "LEFT_NAMES|Body, Rib, " + kBeam, "LEFT_NESTING|Body/Rib, Body/" + kBeam,
+             "NODES_ALONE|Body (1)"}},
         ReportCase{"stl",
                    0,
                    30,

@@ -113,7 +113,7 @@ std::string Plate(const std::string& version, MshText::Form form) {
       file.I({1, 1, 2, 1, 0, 7, 1, 2}).I({2, 2, 2, 2, 5, 1, 1, 2, 3, 3, 5, 1, 1, 3, 4});
     }
   } else if (version == "4.0") {
-    file.Line("$Entities").S({0, 1, 1, 0});
+    file.Line("$Entities").S({1, 1, 1, 0}).I({3}).D({0, 0, 0, 0, 0, 0}).S({0});
     file.I({7}).D({0, 0, 0, 1, 0, 0}).S({0, 0}).I({1}).D({0, 0, 0, 1, 1, 0}).S({1}).I({5}).S({0});
     file.Line(end).Line("$EndEntities").Line("$Nodes").S({2, 4}).I({7, 1, 1}).S({2});
     file.I({1}).D({0, 0, 0, 0.5}).I({2}).D({1, 0, 0, 0.5}).I({1, 2, 0}).S({2});
@@ -121,7 +121,7 @@ std::string Plate(const std::string& version, MshText::Form form) {
     file.Line(end).Line("$EndNodes").Line("$Elements").S({2, 3}).I({7, 1, 1}).S({1}).I({1, 1, 2});
     file.I({1, 2, 2}).S({2}).I({2, 1, 2, 3, 3, 1, 3, 4});
   } else {
-    file.Line("$Entities").S({0, 1, 1, 0});
+    file.Line("$Entities").S({1, 1, 1, 0}).I({3}).D({0, 0, 0}).S({0});
     file.I({7}).D({0, 0, 0, 1, 0, 0}).S({0, 0}).I({1}).D({0, 0, 0, 1, 1, 0}).S({1}).I({-5}).S({0});
     file.Line(end).Line("$EndEntities").Line("$Nodes").S({2, 4, 1, 4}).I({1, 7, 1}).S({2, 1, 2});
     file.D({0, 0, 0, 0.5, 1, 0, 0, 0.5}).I({2, 1, 0}).S({2, 3, 4}).D({1, 1, 0, 0, 1, 0});
@@ -218,6 +218,11 @@ INSTANTIATE_TEST_SUITE_P(
              std::string(kHead) + "$PhysicalNames\n2\n2 5 \"Skin\"\n1 5 \"Rim\"\n$EndPhysicalNames\n" + kNodes +
                  "$Elements\n1\n1 2 2 5 1 1 2 3\n$EndElements\n",
              "Skin: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 1: 1 2 3; IDS_WB_NOTE_EMPTY_GROUPS 1 (Rim)"},
+        Case{"NamesWithoutDimension", "x.msh",
+             std::string(
+                 "$MeshFormat\n2.0 0 8\n$EndMeshFormat\n$PhysicalNames\n1\n5 \"Skin\"\n$EndPhysicalNames\n") +
+                 kNodes + "$Elements\n1\n1 2 2 5 1 1 2 3\n$EndElements\n",
+             "Skin: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 1: 1 2 3; "},
         Case{"BarePoints", "x.msh", Elements("3\n1 15 2 0 1 1\n2 15 2 0 2 2\n3 2 2 0 1 1 2 3\n"),
              "Mesh 1: 1 (0 0 0) 2 (1 0 0) 3 (1 1 0) type 2 3: 1 2 3; IDS_WB_NOTE_SIDES 2 (Point)"},
         // A beam that goes on from the corner of a plate bounds nothing.
@@ -307,6 +312,18 @@ const std::string kUnvNodes = DataSet("  2411",
                                       "  1.0000000000000000D+00  0.0000000000000000D+00 -0.0000000000000000D+00\n"
                                       "3 1 1 11\n -1.0000000000000000D+00"
                                       "-1.000000000000000000D+00-1.000000000000000000D+00\n");
+/// Nodes in one place, which serve where only their order counts.
+std::string UnvNodes(std::uint64_t count) {
+  std::string nodes;
+  for (std::uint64_t number = 1; number <= count; ++number)
+    nodes += std::to_string(number) + " 1 1 11\n0. 0. 0.\n";
+  return DataSet("2411", nodes);
+}
+std::string Places(std::uint64_t count) {
+  std::string places;
+  for (std::uint64_t number = 1; number <= count; ++number) places += std::to_string(number) + " (0 0 0) ";
+  return places;
+}
 const std::string kUnvTriangle = DataSet("  2412", "7 91 4 1 7 3\n1 2 3\n");
 constexpr const char* kUnvPlace = "1 (0 0 0) 2 (1 0 -0) 3 (-1 -1 -1) type 2 7: 1 2 3; ";
 const std::string kUnvBare = std::string("Mesh 4: ") + kUnvPlace;
@@ -318,7 +335,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Bare", "x.unv", kUnvNodes + kUnvTriangle, kUnvBare},
         Case{"Older", "x.unv",
              DataSet("15",
-                     "1 0 0 11 0. 0. 0.\n2 0 0 11 1. 0. -0.\n3 0 0 11  -1.00000E+00 -1.00000E+00 -1.00000E+00\n") +
+                     "1 0 0 11 0. 0. 0.\n2 0 0 11 1. 0. -0.\n3 0 0 11 -1.000000E+00-1.000000E+00-1.000000E+00\n") +
                  DataSet("780", "7 41 1 4 1 1 7 3\n1 2 3\n"),
              kUnvBare},
         Case{"Named", "x.unv",
@@ -329,6 +346,16 @@ INSTANTIATE_TEST_SUITE_P(
              kUnvNodes + kUnvTriangle +
                  DataSet("2467", "1 0 0 0 0 0 0 1\nSkin\n8 7 0 0\n2 0 0 0 0 0 0 1\nOther\n8 7 0 0\n"),
              kUnvNamed + "IDS_WB_NOTE_SHARED_SET Other"},
+        // Corners and the middles between them, round by round from below.
+        Case{"Brick", "x.unv",
+             UnvNodes(20) +
+                 DataSet("2412", "1 116 1 4 7 20\n1 2 3 4 5 6 7 8\n9 10 11 12 13 14 15 16\n17 18 19 20\n"),
+             "Mesh 1: " + Places(20) + "type 17 1: 1 3 5 7 13 15 17 19 2 8 9 4 10 6 11 12 14 20 16 18; "},
+        Case{"Wedge", "x.unv",
+             UnvNodes(15) + DataSet("2412", "1 113 1 4 7 15\n1 2 3 4 5 6 7 8\n9 10 11 12 13 14 15\n"),
+             "Mesh 1: " + Places(15) + "type 18 1: 1 3 5 10 12 14 2 6 7 4 8 9 11 15 13; "},
+        Case{"Tetrahedron", "x.unv", UnvNodes(10) + DataSet("2412", "1 118 1 4 7 10\n1 2 3 4 5 6 7 8\n9 10\n"),
+             "Mesh 1: " + Places(10) + "type 11 1: 1 3 5 10 2 4 6 7 9 8; "},
         Case{"Springs", "x.unv",
              kUnvNodes + DataSet("2412", "9 136 1 1 1 2\n1 2\n8 136 1 1 1 2\n2 3\n6 161 1 1 1 1\n1\n") +
                  kUnvTriangle + DataSet("2467", "1 0 0 0 0 0 0 2\nSkin\n8 7 0 0 8 9 0 0\n"),
@@ -385,16 +412,13 @@ const std::string kBdfMiddles = BdfGrid(4, ".5,0.,0.") + BdfGrid(5, ".5,.5,0.") 
 const std::string kBdfAt = "1 (0 0 0) 2 (1 0 0) 3 (0 1 0) ";
 const std::string kBdfAtMiddles = kBdfAt + "4 (0.5 0 0) 5 (0.5 0.5 0) 6 (0 0.5 0) ";
 const std::string kBdfOne = "Mesh 1: " + kBdfAt + "type 2 1: 1 2 3; ";
-/// Nodes in one place, which serve where only their order counts.
 std::string BdfNodes(std::uint64_t count) {
   std::string nodes;
   for (std::uint64_t number = 1; number <= count; ++number) nodes += BdfGrid(number, "0.,0.,0.");
   return nodes;
 }
 std::string BdfPlaces(std::uint64_t count) {
-  std::string places = "Mesh 1: ";
-  for (std::uint64_t number = 1; number <= count; ++number) places += std::to_string(number) + " (0 0 0) ";
-  return places;
+  return "Mesh 1: " + Places(count);
 }
 constexpr const char* kBdfTetra = "CTETRA         1       1       1       2       3       4       5       6";
 const std::string kBdfTenNodes = BdfPlaces(10) + "type 11 1: 1 2 3 4 5 6 7 8 10 9; ";
@@ -425,6 +449,14 @@ INSTANTIATE_TEST_SUITE_P(
              kBdfTenNodes},
         Case{"CommaGoesOn", "x.bdf", Bdf(BdfNodes(10) + "CTETRA,1,1,1,2,3,4,5,6\n,7,8,9,10\n"), kBdfTenNodes},
         Case{"OneLongLine", "x.bdf", Bdf(BdfNodes(10) + "CTETRA,1,1,1,2,3,4,5,6,7,8,9,10\n"), kBdfTenNodes},
+        // Corners, then the middles round the bottom, of the edges that stand, and round the top.
+        Case{"Brick", "x.bdf",
+             Bdf(BdfNodes(20) + "CHEXA,1,1,1,2,3,4,5,6\n,7,8,9,10,11,12,13,14\n,15,16,17,18,19,20\n"),
+             BdfPlaces(20) + "type 17 1: 1 2 3 4 5 6 7 8 9 12 13 10 14 11 15 16 17 20 18 19; "},
+        Case{"Wedge", "x.bdf", Bdf(BdfNodes(15) + "CPENTA,1,1,1,2,3,4,5,6\n,7,8,9,10,11,12,13,14\n,15\n"),
+             BdfPlaces(15) + "type 18 1: 1 2 3 4 5 6 7 9 10 8 11 12 13 15 14; "},
+        Case{"Pyramid", "x.bdf", Bdf(BdfNodes(13) + "CPYRAM,1,1,1,2,3,4,5,6\n,7,8,9,10,11,12,13\n"),
+             BdfPlaces(13) + "type 19 1: 1 2 3 4 5 6 9 10 7 11 8 12 13; "},
         Case{"Reals", "x.bdf",
              Bdf("GRID           1           1.5-3 -1.D+02   -.5+1\nGRID,2,0,1.E2,+7.,\nGRID,3,,1.d0\n"
                  "CROD,1,1,1,2\nCROD,2,1,2,3\n"),
