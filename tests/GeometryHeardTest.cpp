@@ -218,6 +218,7 @@ std::vector<Act> ModelTreeActs() {
       {"drop_on_one", L"Steel", Do::Drop({L"Steel"}, L"Nut"),
        Announced("doc.RunCommand(Geom, Action=ApplyMaterial, Itr=[Nut], ItrMaterial=Steel)")},
       {"drop_of_two", L"Steel", Do::Drop({L"Steel", L"Brass"}, L"Nut"), ""},
+      {"drop_of_two_on_all", L"Steel", Do::Drop({L"Steel", L"Brass"}, kRoot), ""},
       {"drop_of_a_part", L"Bolt", Do::Drop({L"Bolt"}, L"Nut"), ""},
       {"rename", L"Nut", Do::Rename(L"Nut", L"Ring"),
        Transaction("Modify_Geometry", "geoms.Private_Modify(Nut, {name=Ring}, 0, 1)\n", PageOf("Ring"))},

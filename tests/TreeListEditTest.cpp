@@ -149,6 +149,15 @@ TEST_F(Editing, TheHandlerMayDeleteTheRowOrDestroyTheControl) {
   EXPECT_EQ(m_tree.RowCount(), 0U);
 }
 
+TEST_F(Editing, ARowHasABoxOrAListAndNeverBoth) {
+  CTLItem record;
+  for (const bool list : {true, false, true}) {
+    list ? record.SetCombo(1) : record.SetEditable(1);
+    EXPECT_EQ(record.HasCombo(), list);
+    EXPECT_EQ(record.IsEditable(), !list);
+  }
+}
+
 TEST_F(Editing, AListGivesItsChoiceToTheRow) {
   m_tree.DeleteItem(m_plain);
   m_tree.DeleteItem(m_edit);

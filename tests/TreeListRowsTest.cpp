@@ -127,10 +127,25 @@ TEST_F(TreeList, SortByKeyUsesTheKeyThenTheBracketNumber) {
   m_toolkit.Pump();
   EXPECT_EQ(Children({}), "Set [3] Set [12] y same as y x");
   EXPECT_EQ(m_toolkit.TakePaintCount(), 0) << "they were in order";
+  m_tree.SetItemText(m_rows[L"x"], 0, L"Y");  // the same name
+  m_tree.SortItems(0, 1, {});
+  m_toolkit.Pump();
+  m_toolkit.TakePaintCount();
+  m_tree.SortItems(0, 1, {});
+  m_toolkit.Pump();
+  EXPECT_EQ(m_toolkit.TakePaintCount(), 0) << "they were in order";
   const CTLItem* twelve = m_tree.GetRecord(m_rows[L"Set [12]"]);
   const CTLItem* three = m_tree.GetRecord(m_rows[L"Set [3]"]);
   EXPECT_EQ(CTreeListCtrl::CompareFuncByKey(*twelve, *three, {0, 0}), 1);
   EXPECT_EQ(CTreeListCtrl::CompareFuncByKey(*three, *three, {0, 0}), -1);
+}
+
+TEST_F(TreeList, ARowThatIsMovedBehindItselfStaysWhereItIs) {
+  for (const wchar_t* name : {L"first", L"second", L"last"}) Add(name);
+  for (const wchar_t* name : {L"first", L"second", L"last"}) {
+    m_rows[name] = m_tree.MoveItem(m_rows[name], {}, m_rows[name]);
+    EXPECT_EQ(Children({}), "first second last") << name;
+  }
 }
 
 // ---- rows and columns -----------------------------------------------------------------------------------
