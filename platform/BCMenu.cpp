@@ -7,7 +7,7 @@
 namespace qd {
 
 int BCMenu::Append(Entry entry) {
-  m_entries.push_back(std::move(entry));
+  m_entries->push_back(std::move(entry));
   return 1;
 }
 
@@ -15,12 +15,12 @@ int BCMenu::AppendSubMenu(BCMenu& subMenu, CString text) {
   Entry entry;
   entry.kind = Entry::Kind::SubMenu;
   entry.text = std::move(text);
-  entry.subMenu = &subMenu;
+  entry.subMenu = std::make_shared<BCMenu>(subMenu);
   return Append(std::move(entry));
 }
 
 BCMenu::Entry* BCMenu::Find(unsigned id) {
-  for (Entry& entry : m_entries) {
+  for (Entry& entry : *m_entries) {
     if (entry.kind == Entry::Kind::Command && entry.id == id) return &entry;
     if (entry.subMenu == nullptr) continue;
     if (Entry* found = entry.subMenu->Find(id)) return found;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "platform/CWnd.h"
@@ -18,19 +19,20 @@ class QD_EXPORT BCMenu {
     CString text;
     const Picture* picture = nullptr;  ///< not owned; null for none
     bool checked = false;
-    BCMenu* subMenu = nullptr;  ///< not owned; entries added to it later show too
+    std::shared_ptr<BCMenu> subMenu{};  ///< null for none
   };
 
+  /// Copies of a menu show the same entries, also those that are added to one of them later.
   BCMenu() = default;
   virtual ~BCMenu() = default;
 
   /// Appends an entry; always succeeds (1).
   int Append(Entry entry);
-  /// Appends a submenu, which must outlive this menu.
+  /// Appends a submenu. The object may go before this menu; entries that are added to it until then show too.
   int AppendSubMenu(BCMenu& subMenu, CString text);
   /// Marks the entry `id`, also one in a submenu, as checked or not. Returns 1, or 0 when there is none.
   int CheckMenu(unsigned id, int check);
-  const std::vector<Entry>& Entries() const { return m_entries; }
+  const std::vector<Entry>& Entries() const { return *m_entries; }
   /// Shows the menu at a screen position and returns the chosen command, 0 for none. Messages are handled
   /// meanwhile, so anything may have changed when it returns.
   unsigned Track(CPoint screen, CWnd& owner) const;
@@ -38,7 +40,7 @@ class QD_EXPORT BCMenu {
  private:
   Entry* Find(unsigned id);
 
-  std::vector<Entry> m_entries;
+  std::shared_ptr<std::vector<Entry>> m_entries = std::make_shared<std::vector<Entry>>();
 };
 
 }  // namespace qd
