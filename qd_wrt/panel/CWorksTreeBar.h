@@ -38,7 +38,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   void CreateTreeItems(int treeType, IQDTreeGroupFactory* factory, int active) override;
   void DestroyTreeItems() override { m_tree.DestroyTreeItems(); }
   void UpdateDB(CQDDocBase* doc, std::uint64_t hint) override { m_tree.UpdateDB(doc, hint); }
-  void SetBkColor(COLORREF colour) override { m_tree.SetBkColor(colour); }
+  void SetBkColor(COLORREF colour) override { m_tree.SetBackgroundColor(colour); }
   void ResetSelection(CQDDocBase*, int flag) override { m_tree.ResetSelection(flag); }
   void ResetFilePath() override;
   void RestoreLabel(CQDDocBase*) override { m_tree.RestoreLabel(); }

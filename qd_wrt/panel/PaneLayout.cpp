@@ -19,7 +19,11 @@ PaneLayout LayOutPane(const PaneMeasures& measures) {
   }
   const int barHeight = layout.showBar ? std::min(measures.horizontalBar, belowHeader) : 0;
   const int treeBottom = measures.headerHeight + belowHeader - barHeight;
-  layout.header = {0, 0, measures.width, measures.headerHeight};
+  // Without bars the header stands out beyond the pane: the columns may grow into it.
+  const bool roomy = !vertical && !layout.showBar && layout.visibleWidth > 0;
+  const int headerWidth =
+      roomy ? (measures.columnsWidth / layout.visibleWidth + 1) * layout.visibleWidth : measures.width;
+  layout.header = {0, 0, headerWidth, measures.headerHeight};
   layout.tree = {0, measures.headerHeight, measures.width, treeBottom};
   layout.bar = {0, treeBottom, layout.visibleWidth, treeBottom + barHeight};
   layout.largestOffset = std::max(measures.columnsWidth - layout.visibleWidth, 0);

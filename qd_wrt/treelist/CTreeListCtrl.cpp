@@ -60,7 +60,7 @@ int CTreeListCtrl::InsertColumn(int column, const CString& caption, int format, 
   }
   const int index = m_header.InsertItem(column, std::move(item));
   RecalcColumnsWidth();
-  SetBkColor(GetBkColor());
+  SetBkColor(m_background);
   return index;
 }
 
@@ -347,6 +347,7 @@ int CTreeListCtrl::CompareFuncByKey(const CTLItem& a, const CTLItem& b, const So
 }
 
 int CTreeListCtrl::SortItems(int column, int byName, HTREEITEM parent) {
+  if (parent == kTreeRoot) parent = {};
   if (parent && !IsLive(parent)) return 0;
   // Texts are taken apart once per row, not once per comparison.
   std::vector<HTREEITEM> children;
@@ -385,6 +386,7 @@ int CTreeListCtrl::SortItems(int column, int byName, HTREEITEM parent) {
 // ---- appearance -----------------------------------------------------------------------------------------
 
 void CTreeListCtrl::SetBackgroundColor(COLORREF colour) {
+  m_background = colour;
   SetBkColor(colour);
 }
 

@@ -243,6 +243,8 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void InvalidateSelectedRows();
   /// Whether the key moves the caret or changes the selection.
   static bool IsSelectionKey(int key, unsigned flags);
+  /// Whether the user is typing the beginning of a title.
+  bool IsTypingTitle() const { return !m_typed.empty(); }
   HTREEITEM HitTestContent(CPoint point, unsigned& flags) const;
 
  private:
@@ -303,6 +305,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   int m_columnsWidth = 0;
   int m_itemCount = 0;
   int m_offset = 0;
+  COLORREF m_background = 0xFFFFFF;  // what the platform tree had when it was painted last, or was given here
   CQDTreeListHeaderCtrl m_header;
   ITreeListPane* m_pane = nullptr;
   bool m_gridLines = false;

@@ -11,9 +11,11 @@ bool CTreeListCtrl::IsSelectionKey(int key, unsigned flags) {
 }
 
 void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
-  if (!IsSelectionKey(key, flags)) return;
-  if (key == kKeyA || key == kKeyI) {
+  if (!IsSelectionKey(key, flags) || key == kKeyA || key == kKeyI) {
     if (!m_multiSelect) return;
+    ResetVertScrollBar();
+    m_selectedItem = GetCaret();
+    if (!IsSelectionKey(key, flags)) return;
     return key == kKeyA ? SelectAll(1) : InvertSelection();
   }
   const bool shift = m_multiSelect && (flags & kMouseShift) != 0;
@@ -28,6 +30,8 @@ void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
   }
   if (control && !shift) {
     // The focus walks, the selection stays; a plain move of the caret would select.
+    ResetVertScrollBar();
+    m_selectedItem = before;
     if (!before || key == kKeyLeft || key == kKeyRight) return;
     if (const HTREEITEM target = TargetOfKey(key)) SetItemState(target, kRowFocused, kRowFocused);
     return;
@@ -44,6 +48,7 @@ void CTreeListCtrl::OnChar(int character) {
   constexpr unsigned kPause = 1000;
   constexpr int kFirstPrintable = 32;
   if (character < kFirstPrintable || GetPeer() == nullptr) return;
+  if (character == L' ' && !IsTypingTitle()) return;  // no title begins so; the key has switched a box
   GetPeer()->SetTimer(kTypingTimer, kPause);
   m_typed += static_cast<wchar_t>(character);
   // The same letter again and again walks through the rows that begin with it.

@@ -33,9 +33,6 @@ void CTreeListCtrl::OnRButtonDown(unsigned flags, CPoint point) {
 }
 
 void CTreeListCtrl::OnButtonDown(Button button, unsigned flags, CPoint point) {
-  const std::weak_ptr<void> life = Life();
-  EndEditors();
-  if (life.expired()) return;
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
   if (row && hit == kHitButton) {
@@ -130,7 +127,12 @@ void CTreeListCtrl::Click(HTREEITEM row, Button button, unsigned flags) {
     }
     if (caretSelected && caret != row) SetRowState(caret, kRowSelected, kRowSelected);
   }
+  // An editor that is open ends here.
+  const std::weak_ptr<void> life = Life();
   if (!HasFocus()) SetFocus();
+  if (life.expired()) return;
+  EndEditors();
+  if (life.expired()) return;
   Notice notice;
   notice.code = button == Button::Left ? kNoticeClick : kNoticeRightClick;
   SendEmulated(notice);
@@ -149,10 +151,9 @@ void CTreeListCtrl::OnLButtonUp(unsigned, CPoint point) {
   m_selectedItem = HitTestContent(point, hit);
 }
 
-void CTreeListCtrl::OnLButtonDblClk(unsigned flags, CPoint point) {
+void CTreeListCtrl::OnLButtonDblClk(unsigned, CPoint point) {
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
-  if (row && hit == kHitStateIcon) return OnLButtonDown(flags, point);  // two quick presses switch twice
   if (m_columnCount == 0 || point.x - m_offset < GetColumnWidth(0)) {
     if (row && (hit & (kHitIcon | kHitLabel | kHitRight | kHitButton)) != 0) Expand(row, ExpandAction::Toggle);
     ResetVertScrollBar();

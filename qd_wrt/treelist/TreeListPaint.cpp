@@ -55,6 +55,7 @@ CRect CTreeListCtrl::BandOf(HTREEITEM row) const {
 }
 
 void CTreeListCtrl::OnPaint(CDC& dc) {
+  m_background = GetBkColor();
   const CRect clip = dc.GetClipBox();
   const CRect client = GetClientRect();
   dc.FillSolidRect(client, GetBkColor());

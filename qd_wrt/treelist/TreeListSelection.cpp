@@ -52,8 +52,11 @@ void CTreeListCtrl::UnfocusCaret(unsigned& state, unsigned& mask) {
   const HTREEITEM caret = GetCaret();
   const bool wasSelected = Rows().IsSelected(caret);
   ClearCaret();
-  if (!wasSelected || ((mask & kRowSelected) != 0 && (state & kRowSelected) == 0)) return;
-  SetRowState(caret, kRowSelected, kRowSelected);
+  const bool given = (mask & kRowSelected) != 0;
+  if (given && (state & kRowSelected) == 0) return;
+  if (wasSelected) SetRowState(caret, kRowSelected, kRowSelected);
+  // Whoever takes the focus from a row does not select it with the same call.
+  if (!given) return;
   state &= ~static_cast<unsigned>(kRowSelected);
   mask &= ~static_cast<unsigned>(kRowSelected);
 }

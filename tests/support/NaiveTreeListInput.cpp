@@ -17,10 +17,9 @@ void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::ve
     if (left && hit.row != kNone) Toggle(hit.row);
   } else if (hit.flags == kHitButton) {
     if (!left) selectedItem = hit.row;
-    if (left) EndEditor(), Toggle(hit.row);
+    if (left) Toggle(hit.row);
   } else {
     if (!left) selectedItem = hit.row;
-    EndEditor();
     if (!onRow) return Band(left, flags, point, moves, end, last);
     if (caret == kNone) flags = 0;
     PressRow(left, flags, hit.row);
@@ -33,6 +32,7 @@ void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::ve
       return Release(left, end, last);
     }
     if (end == End::LoseCapture) return;
+    if (end == End::Escape) selectedItem = caret;  // as after any key
     if (left) selectedItem = HitAt(last).row;
     Click(left, flags, hit.row);
     if (!left) heard += "menu ";
@@ -45,8 +45,8 @@ void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::ve
 void NaiveTreeList::DoubleClick(CPoint point) {
   Press(true, 0, point, {}, End::Release, point);
   const Hit hit = HitAt(point);
-  if (hit.flags == kHitStateIcon) return Press(true, 0, point, {}, End::Release, point);
-  if (point.x - offset < width[0] && hit.row != kNone && hit.flags != kHitIndent) Toggle(hit.row);
+  const bool opens = hit.flags != kHitIndent && hit.flags != kHitStateIcon;
+  if (point.x - offset < width[0] && hit.row != kNone && opens) Toggle(hit.row);
   focused = true;
   selectedItem = hit.row;
   EndEditor();
@@ -119,11 +119,13 @@ void NaiveTreeList::Click(bool left, unsigned flags, int row) {
     if (caretSelected && caret != row) rows[caret].selected = true;
   }
   focused = true;
+  EndEditor();
   heard += left ? "click " : "rclick ";
 }
 
 void NaiveTreeList::Release(bool left, End end, CPoint last) {
   if (end == End::LoseCapture) return;
+  if (end == End::Escape && multi) selectedItem = caret;
   if (left) selectedItem = HitAt(last).row;
   if (!left) heard += "menu ";
 }
@@ -131,6 +133,7 @@ void NaiveTreeList::Release(bool left, End end, CPoint last) {
 void NaiveTreeList::Band(bool left, unsigned flags, CPoint from, const std::vector<MoveTo>& moves, End end,
                          CPoint last) {
   focused = true;
+  EndEditor();
   const bool keeps = (flags & (kMouseShift | kMouseControl)) != 0;
   std::vector<int> before = keeps ? SelectedVisible() : std::vector<int>{};
   const auto content = [this](CPoint point) { return CPoint{point.x - offset, TopPosition() * kLine + point.y}; };
@@ -166,6 +169,7 @@ void NaiveTreeList::Band(bool left, unsigned flags, CPoint from, const std::vect
 void NaiveTreeList::Key(int key, unsigned flags) {
   const bool control = multi && (flags & kMouseControl) != 0;
   const bool shift = multi && (flags & kMouseShift) != 0;
+  if (multi) selectedItem = caret;
   if (control && key == kKeyA) return SelectVisible(true);
   if (control && key == kKeyI) return Invert();
   if (key < kKeyPageUp || key > kKeyDown) return;
@@ -184,6 +188,7 @@ void NaiveTreeList::Key(int key, unsigned flags) {
 }
 
 void NaiveTreeList::Type(wchar_t letter) {
+  if (letter == L' ' && typed.empty()) return;  // no title begins so
   typed += letter;
   const bool repeats = typed.find_first_not_of(typed[0]) == CString::npos;
   const CString wanted = repeats ? typed.substr(0, 1) : typed;
