@@ -37,7 +37,9 @@ class Model final : public bench::OpenModel {
   }
   CQDTreeItemCord& Branch() { return bench::BranchOf<CQDTreeItemCord>(Tree()); }
   iterator Last() const { return m_systems.back(); }
-  bool IsShown(iterator system) { return Display().GetShowHide(kLabelCord, Data().GetRecordID(system)) != 0; }
+  bool IsShown(iterator system) {
+    return Display().Labels().GetShowHide(kLabelCord, Data().GetRecordID(system)) != 0;
+  }
   /// Whether each system has a row with its name, and its symbol and box are on, or off.
   bool AllAre(bool shown) {
     if (Branch().GetChildCount() != static_cast<int>(m_systems.size())) return false;

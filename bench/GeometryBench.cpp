@@ -46,7 +46,9 @@ class Model final : public bench::OpenModel {
     Root(tree).OnMenuEvent(command);
     Settle();
   }
-  bool IsShown(iterator part) { return Display().GetCadItem(Data().GetGeomPool().GetAtNU(part)->cadItem).shown; }
+  bool IsShown(iterator part) {
+    return Display().Parts().GetLook(Data().GetGeomPool().GetAtNU(part)->cadItem).shown;
+  }
   /// Whether all parts are shown, or hidden, and the boxes of both trees say so.
   bool AllAre(bool shown) {
     return std::all_of(m_parts.begin(), m_parts.end(), [this, shown](iterator part) {

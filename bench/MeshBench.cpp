@@ -51,7 +51,6 @@ class Model final : public bench::OpenModel {
   void Command(unsigned command) {
     Tree().OnMenuEventMeshRoot(command);
     Settle();
-    Display().TakeChangedMsets();  // as the view does
   }
   /// Whether each set has a row with its name, and no other row stands there.
   bool RowsAreRight() {
@@ -63,7 +62,7 @@ class Model final : public bench::OpenModel {
   }
   bool AllAre(bool shown) {
     return std::all_of(m_sets.begin(), m_sets.end(), [this, shown](iterator set) {
-      return (Display().IsMsetShown(set) != 0) == shown &&
+      return (Display().Meshes().IsMsetShown(set) != 0) == shown &&
              (Tree().FindMeshNode(set)->GetCheckStatus() == kChecked) == shown;
     });
   }
@@ -111,7 +110,7 @@ void HideAllShowAllMeshes(benchmark::State& state) {
   std::size_t hidden = 0;
   for (auto _ : state) {
     model.Command(kCommandHideAllMeshes);
-    hidden += model.Display().IsMsetShown(model.Sets().back()) == 0 ? 1 : 0;
+    hidden += model.Display().Meshes().IsMsetShown(model.Sets().back()) == 0 ? 1 : 0;
     model.Command(kCommandShowAllMeshes);
   }
   bool right = hidden == bench::Rounds(state) && model.AllAre(true);

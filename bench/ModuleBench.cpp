@@ -285,14 +285,14 @@ void BM_ShowAndHideAll(benchmark::State& state) {
   std::size_t hidden = 0;
   for (auto _ : state) {
     document.OnMenuEvent(kCommandHideAll);
-    hidden += big.model.Display().GetCadItem(last).shown ? 0 : 1;
+    hidden += big.model.Display().Parts().GetLook(last).shown ? 0 : 1;
     document.OnMenuEvent(kCommandShowAll);
     state.PauseTiming();
     big.model.Settle();
     state.ResumeTiming();
   }
   const bool shown = std::all_of(big.parts.begin(), big.parts.end(), [&big](iterator part) {
-    return big.model.Display().GetCadItem(big.Part(part).cadItem).shown &&
+    return big.model.Display().Parts().GetLook(big.Part(part).cadItem).shown &&
            big.Tree().WhichCheck(big.RowOf(part)) == kChecked;
   });
   Prove(state, hidden == bench::Rounds(state) && shown, "the parts were not hidden and shown");

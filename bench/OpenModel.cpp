@@ -18,7 +18,6 @@ OpenModel::OpenModel(const Fill& fill, const std::vector<long>& trees, const Fil
   workbench::WorksTrees::Window window;
   window.later = [this](std::function<void()> task) { m_later.push_back(std::move(task)); };
   window.changed = [](const CQDUpdateRecord&) {};
-  window.acted = [] {};
   m_trees = std::make_unique<workbench::WorksTrees>(m_doc, bars, std::move(window));
 }
 

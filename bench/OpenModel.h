@@ -36,7 +36,7 @@ class OpenModel {
 
   workbench::WorkDocument& Doc() { return m_doc; }
   workbench::Database& Data() { return m_doc.GetDatabase(); }
-  workbench::DisplayState& Display() { return m_doc.GetDisplay(); }
+  workbench::Display& Display() { return m_doc.GetDisplay(); }
   CWorksTreeBar& Bar(long tree = workbench::kModelTree) { return m_bars.at(tree); }
   CQDTreeListCtrl& Tree(long tree = workbench::kModelTree) { return Bar(tree).GetTreeCtrl(); }
   workbench::WorksTrees& Trees() { return *m_trees; }

@@ -117,7 +117,7 @@ void Parts() {
       },
       [&] { return titleIs(parts[990], L"other"); });
   bool hidden = false;
-  const auto isShown = [&] { return model->Display().GetCadItem(pool.GetAtNU(parts[5])->cadItem).shown; };
+  const auto isShown = [&] { return model->Display().Parts().GetLook(pool.GetAtNU(parts[5])->cadItem).shown; };
   Count(
       "parts_hide_and_show",
       [&] {

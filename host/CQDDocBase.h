@@ -43,6 +43,12 @@ class CQDDocBase : public CDocument {
   virtual CQDPostManager* GetPostManager() = 0;
   virtual CMPUData* GetMPUData() = 0;
   virtual ISectionAPI* GetSectionAPI() = 0;
+  /// Null for a host that does not keep the boxes of sets, groups and roots: rows that are made anew are checked
+  /// then.
+  virtual CQDRowBoxes* GetRowBoxes() { return nullptr; }
+  /// Called before a command shows only what is selected of parts or of mesh sets, for hosts from which the user
+  /// can go back to what was shown before.
+  virtual void OnShowOnly() {}
 
   /// Asks the user for files and imports them.
   virtual void Import() = 0;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <compare>
 #include <cstdint>
 #include <vector>
 
@@ -147,6 +148,26 @@ class ISectionAPI {
 
  protected:
   ~ISectionAPI() = default;
+};
+
+/// The check box of a row that stands for nothing that could be shown or hidden itself: the root of a branch, a
+/// geometry set, or a group of one kind in it.
+struct RowBox {
+  std::uint16_t branch = 0;  ///< data type of what the branch lists
+  iterator itr = 0;          ///< the geometry set, 0 for the root
+  int kind = -1;             ///< topology kind of the group, -1 for none
+  auto operator<=>(const RowBox&) const = default;
+};
+
+/// Keeps what was written to such boxes, so that undo can take it back and trees that are made anew show it. The
+/// states are those of the rows: 1 unchecked, 3 checked.
+class CQDRowBoxes {
+ public:
+  virtual int GetBox(const RowBox& box) const = 0;
+  virtual void SetBox(const RowBox& box, int state) = 0;
+
+ protected:
+  ~CQDRowBoxes() = default;
 };
 
 /// How a view colours parts.

@@ -42,7 +42,9 @@ class CoordinatesTest : public ModelTest {
       ASSERT_EQ(Pool().Modify(itr, record), 1);
     });
   }
-  bool IsShown(iterator itr) { return m_doc.GetDisplay().GetShowHide(kLabelCord, Data().GetRecordID(itr)) != 0; }
+  bool IsShown(iterator itr) {
+    return m_doc.GetDisplay().Labels().GetShowHide(kLabelCord, Data().GetRecordID(itr)) != 0;
+  }
   std::string Systems() {
     const std::string all = Cords();
     return all.substr(all.find('['));
@@ -106,7 +108,7 @@ TEST_F(CoordinatesTest, BoxesFollowLabelsThatTheHostSwitches) {
   m_bar.ShowHideLabel(&m_doc, kDataCord, a, 0);
   EXPECT_FALSE(IsShown(a));
   EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD -A]");
-  m_doc.GetDisplay().SetShowHide(1, kLabelCord, Data().GetRecordID(a));
+  m_doc.GetDisplay().Labels().SetShowHide(1, kLabelCord, Data().GetRecordID(a));
   m_bar.RestoreLabel(&m_doc);
   EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD A]");
 }

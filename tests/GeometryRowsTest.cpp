@@ -52,9 +52,9 @@ TEST_F(GeometryRows, ChildOperationsOnUnknownRecordsChangeNothing) {
 TEST_F(GeometryRows, ThePartKnowsItsMeshAsLongAsThereIsOne) {
   const auto parts = OpenWith({L"a", L"b"});
   const iterator mset = AddMesh(parts[0]);
-  EXPECT_TRUE(m_doc.GetDisplay().GetCadItem(1).meshed);
+  EXPECT_TRUE(m_doc.GetDisplay().Parts().IsMeshed(1));
   Data().GetMsetPool().TR_Del({mset});  // the record is gone, its part is still found
-  EXPECT_FALSE(m_doc.GetDisplay().GetCadItem(1).meshed);
+  EXPECT_FALSE(m_doc.GetDisplay().Parts().IsMeshed(1));
 }
 
 TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
@@ -105,7 +105,10 @@ TEST_F(GeometryRows, TitlesAreReadAgainWhenThoseOfMaterialsChange) {
   root->PushUpdateInfo({kDataMaterialTitle, kChangeAdded, 0});
   root->Update();
   EXPECT_NE(State().find("[old a old b]"), std::string::npos);
-  root->PushUpdateInfo({kDataMaterialTitle, kChangeModified, 0});
+  root->PushUpdateInfo({kDataMaterialTitle, kChangeModified, 0});  // no record
+  root->Update();
+  EXPECT_NE(State().find("[old a old b]"), std::string::npos);
+  root->PushUpdateInfo({kDataMaterialTitle, kChangeModified, steel});
   root->PushUpdateInfo({kDataMaterialTitle, kChangeAdded, 0});
   root->Update();
   EXPECT_NE(State().find("[a old b]"), std::string::npos);  // b has no material

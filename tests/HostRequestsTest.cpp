@@ -131,25 +131,24 @@ TEST_P(EachRequest, ReachesTheNodesThatItIsMeantFor) {
 INSTANTIATE_TEST_SUITE_P(
     Host, EachRequest,
     ::testing::Values(
-        Request{"any_rows", ASK(tree.SetSelection(doc, 0, list)), "pages A ", "root [*A *B *C D [a E] F]"},
+        Request{"any_rows", ASK(tree.SetSelection(doc, 0, list)), "pages A ", "root [*A *B *C D [a E] *F]"},
         Request{"parts", ASK(tree.SetSelection(doc, 1, list)), "page A ", "root [*A B C D [a E] F]"},
         Request{"meshes", ASK(tree.SetSelection(doc, 2, list)), "page B ", "root [A *B C D [a E] F]"},
         Request{"datums", ASK(tree.SetSelection(doc, 3, list)), "page C ", "root [A B *C D [a E] F]"},
-        Request{"picked_parts", ASK(test.m_doc.SetSelectBuffer(list), tree.OnSelectGeom(doc)), "page A ",
+        Request{"picked_parts", ASK(test.m_doc.Select({list}), tree.OnSelectGeom(doc)), "page A ",
                 "root [*A B C D [a E] F]"},
-        Request{"picked_meshes", ASK(test.m_doc.SetSelectBuffer(list), tree.OnSelectMesh(doc)), "page B ",
+        Request{"picked_meshes", ASK(test.m_doc.Select({list}), tree.OnSelectMesh(doc)), "page B ",
                 "root [A *B C D [a E] F]"},
-        Request{"picked_datums", ASK(test.m_doc.SetSelectBuffer(list), tree.OnSelectDatum(doc)), "page C ",
+        Request{"picked_datums", ASK(test.m_doc.Select({list}), tree.OnSelectDatum(doc)), "page C ",
                 "root [A B *C D [a E] F]"},
         Request{"nothing_selected", ASK(tree.SetSelection(doc, 0, list), tree.ResetSelection(doc, 1)), "pages A ",
                 ""},
         Request{"hide_parts", ASK(tree.ShowHideGeom(doc, list, 0)), "check A! ", "root [-A B C D [a E] F]"},
         Request{"show_parts", ASK(tree.ShowHideGeom(doc, list, 0), tree.ShowHideGeom(doc, list, 1)),
                 "check A! check A! ", ""},
-        Request{"hide_nodes", ASK(tree.ShowHideNode(doc, list, 0)), "check C! check A! check B! ",
-                "root [-A -B -C D [a E] F]"},
-        Request{"show_nodes", ASK(tree.ShowHideNode(doc, list, 0), tree.ShowHideNode(doc, list, 1)),
-                "check C! check A! check B! check C! check A! check B! ", ""},
+        Request{"node_symbols", ASK(tree.ShowHideNode(doc, list, 0), tree.ShowHideNode(doc, list, 1)),
+                "symbols C 0 symbols A 0 symbols F 0 symbols B 0 symbols C 1 symbols A 1 symbols F 1 symbols B 1 ",
+                ""},
         Request{"hide_sections", ASK(tree.ShowHideAllSection(doc, 0)), "check D! check E! ",
                 "root [A B C -D [a -E] F]"},
         Request{"show_sections", ASK(tree.ShowHideAllSection(doc, 0), tree.ShowHideAllSection(doc, 1)),
@@ -167,7 +166,7 @@ INSTANTIATE_TEST_SUITE_P(
         Request{"colours", ASK(tree.ChangeGeomColor(doc, 1)), "colours root 1 ", ""},
         Request{"modes", ASK(tree.SetGeomRenderMode(doc, list)), "image A ", ""},
         Request{"rows", ASK((void)tree, test.Tree().RefreshRows(list)),
-                "init C image C init A image A init B image B ", ""},
+                "init C image C init A image A init F image F init B image B ", ""},
         Request{"language", ASK(tree.OnChangeLanguage()),
                 "retitle root retitle A retitle B retitle C retitle D retitle a retitle E retitle F ", ""}),
     [](const auto& param) { return std::string(param.param.name); });
@@ -310,7 +309,7 @@ class Labels : public Requests {
   void Shown(const CString& titles) {
     for (const wchar_t title : CString(L"ABCDE")) {
       const int show = titles.find(title) != CString::npos ? 1 : 0;
-      m_doc.GetDisplay().SetShowHide(show, kLabelCord, Data().GetRecordID(Of(CString(1, title))));
+      m_doc.GetDisplay().Labels().SetShowHide(show, kLabelCord, Data().GetRecordID(Of(CString(1, title))));
     }
     Heard();
   }

@@ -40,11 +40,11 @@ class MeshCommands : public MeshTest {
 // ---- menus ----------------------------------------------------------------------------------------------
 
 TEST_F(MeshCommands, MenusTellWhatIsShownBesideTheElements) {
-  m_doc.GetDisplay().SetAddOnInfo({Mset(b).key}, kAddOnElementIds);
+  m_doc.GetDisplay().Meshes().SetAddOnInfo({Mset(b).key}, kAddOnElementIds);
   EXPECT_NE(Menu({L"B"}).find("[x] DISP_ELEM_ID"), std::string::npos);
   EXPECT_EQ(Menu({L"B", L"D"}).find("[x]"), std::string::npos);
   EXPECT_EQ(Menu({kMeshRoot}).find("[x]"), std::string::npos);
-  m_doc.GetDisplay().SetAddOnInfoAll(kAddOnNodes);
+  m_doc.GetDisplay().Meshes().SetAddOnInfoAll(kAddOnNodes);
   EXPECT_NE(Menu({kMeshRoot}).find("[x] DISP_NODE|"), std::string::npos);
 }
 

@@ -31,7 +31,7 @@ class MeshLookTest : public MeshTest {
   }
   void Change(iterator itr, const std::function<void(tagTMset&)>& change) { ChangeMset(itr, change); }
   SkinRequest Request(iterator itr) {
-    return RequestFor(m_doc.GetDisplay().GetMeshLook(Mset(itr).key & kMsetKeyMask));
+    return RequestFor(m_doc.GetDisplay().Meshes().GetLook(Mset(itr).key & kMsetKeyMask));
   }
   MsetLook Look(iterator itr, bool selected = false) {
     MeshSkin skin;
@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(Commands, MeshModes,
                                            Mode{kCommandMeshFeatureEdges, false, MeshLines::Features, true}));
 
 TEST_F(MeshLookTest, ABoxIsLinesOnly) {
-  m_doc.GetDisplay().SetRenderMode(std::vector<std::uint32_t>{Mset(m_top).key & kMsetKeyMask}, 6);
+  m_doc.GetDisplay().Meshes().SetRenderMode(std::vector<std::uint32_t>{Mset(m_top).key & kMsetKeyMask}, 6);
   Settle();
   EXPECT_TRUE(Look(m_top).box && Look(m_top).wire);
   EXPECT_FALSE(Request(m_top).faces);

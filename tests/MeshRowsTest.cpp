@@ -51,7 +51,7 @@ TEST_F(MeshRows, AMovedSetKeepsWhatItsRowsLookedLike) {
   const iterator b = AddMset(L"B", a);
   AddMset(L"C", b);
   const iterator d = AddMset(L"D");
-  m_doc.GetDisplay().ShowHideMset(b, 0);
+  m_doc.GetDisplay().Meshes().ShowHideMset(b, 0);
   Settle();
   Node(L"A")->Expand(1);
   Node(L"B")->Expand(1);

@@ -29,7 +29,7 @@ class SessionTest : public MeshTest {
     }
   }
   bool IsPartShown(iterator part) {
-    return m_doc.GetDisplay().GetShowHide(Data().GetGeomPool().GetAtNU(part)->cadItem) != 0;
+    return m_doc.GetDisplay().Parts().GetShowHide(Data().GetGeomPool().GetAtNU(part)->cadItem) != 0;
   }
   /// The parts and mesh sets that are shown.
   std::string Shown() {
@@ -81,6 +81,86 @@ TEST_F(SessionTest, AClickInOneTreeSelectsInBoth) {
   Click(L"b");
   EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_b});
   EXPECT_EQ(SelectedIn(m_setBar), Records{m_b});
+  EXPECT_EQ(&m_session->Trees().SelectedTree(), &m_bar.GetTreeCtrl());
+  // What one of them cannot show all of it shows nothing of.
+  Key(kKeyA, kMouseControl);
+  EXPECT_EQ(SelectedIn(m_setBar), Records{});
+  EXPECT_GT(m_doc.GetSelection().others, 0);
+  Show(kGeometrySetTree);
+  Click(L"first");
+  EXPECT_EQ(SelectedIn(m_bar), Records{});
+  EXPECT_EQ(m_doc.GetSelection(), (Selection{{m_first}, 0, kGeometrySetTree}));
+  // A click on a box leaves nothing selected, anywhere.
+  Click(L"c");
+  EXPECT_EQ(SelectedIn(m_bar), Records{m_c});
+  ClickCheck(L"c");
+  EXPECT_EQ(SelectedIn(m_bar), Records{});
+  EXPECT_TRUE(m_doc.GetSelection().IsEmpty());
+  // By key the selection stays for the next one.
+  Click(L"a");
+  Key(kKeySpace);
+  EXPECT_EQ(m_doc.GetSelection(), (Selection{{m_a}, 0, kGeometrySetTree}));
+  EXPECT_EQ(SelectedIn(m_bar), Records{m_a});
+}
+
+/// Boxes of sets, groups and roots are what was written to them last; undo takes that back, too.
+TEST_F(SessionTest, BoxesOfSetsComeBackWithUndoAndInATreeMadeAnew) {
+  Show(kGeometrySetTree);
+  const auto boxes = [this] {
+    std::string states;
+    Tree().GetQDRootItem()->ForEachBelow([&](CQDTreeItem* node) {
+      if (node->GetRowBox()) states += node->GetCheckStatus() == kChecked ? "x" : "-";
+    });
+    return states;
+  };
+  const std::string all = boxes();
+  EXPECT_EQ(all, "xxxxx") << "the root, two sets and a group in each";
+  ClickCheck(L"first");
+  const std::string hidden = boxes();
+  EXPECT_EQ(hidden, "x--xx");
+  ClickCheck(L"IDS_DB_DATA_NAME_GEOM");
+  EXPECT_EQ(boxes(), "-----");
+  Open();
+  EXPECT_EQ(boxes(), "-----");
+  Undo();
+  EXPECT_EQ(boxes(), hidden);
+  Undo();
+  EXPECT_EQ(boxes(), all);
+  Redo();
+  EXPECT_EQ(boxes(), hidden);
+  Open();
+  EXPECT_EQ(boxes(), hidden);
+  Show(kModelTree);
+  Select({L"IDS_QD_WRT_MESH"});
+  Command(kCommandHideAllMeshes);
+  EXPECT_EQ(Node(L"IDS_QD_WRT_MESH")->GetCheckStatus(), kUnchecked);
+  Undo();
+  EXPECT_EQ(Node(L"IDS_QD_WRT_MESH")->GetCheckStatus(), kChecked);
+}
+
+/// The root of the parts, and its page, tell what undo has made of the colours.
+TEST_F(SessionTest, TheRootOfPartsFollowsTheColourMode) {
+  const auto mode = [this] {
+    int title = 0;
+    int colour = 0;
+    m_bar.GetGeomTitleAndColor(&m_doc, title, colour);
+    return colour;
+  };
+  m_doc.GetDisplay().Parts().SetAllColorModelType(1);
+  Settle();
+  EXPECT_EQ(mode(), 1);
+  Undo();
+  EXPECT_EQ(mode(), 0);
+}
+
+/// Undo takes back what was hidden a moment ago, also before anybody had the time to hear of it.
+TEST_F(SessionTest, UndoReachesWhatHasNotBeenToldYet) {
+  AddPartTo(m_first, L"later");
+  m_doc.GetDisplay().Parts().SetShowHide(Data().GetGeomPool().GetAtNU(m_b)->cadItem, 0);
+  EXPECT_EQ(Data().Undo(), 1);
+  Settle();
+  EXPECT_TRUE(IsPartShown(m_b));
+  EXPECT_EQ(Data().UndoTitle(), L"act");
 }
 
 TEST_F(SessionTest, WhatIsGoneIsNotSelectedAnyMore) {
@@ -131,18 +211,34 @@ TEST_F(SessionTest, TheFirstFileFindsAnEmptyDocument) {
   EXPECT_FALSE(m_session->IsEmpty());
 }
 
-TEST_F(SessionTest, DeletesPartsOrElseMeshSetsWithAQuestion) {
+/// Whatever is selected, in whichever tree.
+TEST_F(SessionTest, DeletesWhatIsSelectedAndAsksForNestedMeshSets) {
+  EXPECT_FALSE(m_session->CanDelete());
   m_session->Trees().Pick(m_a, false);
   m_session->Trees().Pick(m_outer, true);
   Run(&Session::Delete);
-  EXPECT_EQ(Data().GetDataType(m_a), 0) << "of both kinds the parts go";
+  EXPECT_EQ(Data().GetDataType(m_a) + Data().GetDataType(m_outer), 0) << "both kinds in one act";
+  EXPECT_NE(Data().GetDataType(m_inner), 0) << "a nested set was not chosen";
+  Undo();
+  // A part that was selected in the other tree before is not meant any more.
+  Click(L"a");
+  Show(kGeometrySetTree);
+  Click(L"second");
+  EXPECT_EQ(SelectedIn(m_bar), Records{}) << "the model tree has no row for a set";
+  Run(&Session::Delete);
+  EXPECT_EQ(Data().GetDataType(m_second), 0);
+  EXPECT_NE(Data().GetDataType(m_a), 0);
   EXPECT_NE(Data().GetDataType(m_outer), 0);
   Undo();
+  Show(kModelTree);
+  Click(L"IDS_DB_DATA_NAME_GEOM");
+  EXPECT_FALSE(m_session->CanDelete()) << "a root stands for nothing that could go";
+  Run(&Session::Delete);
+  EXPECT_EQ(Data().GetMsetPool().Count(), 2U);
   const std::pair<MessageAnswer, Records> cases[] = {
       {MessageAnswer::Cancel, {m_outer, m_inner}}, {MessageAnswer::No, {m_inner}}, {MessageAnswer::Yes, {}}};
   for (const auto& [answer, left] : cases) {
-    m_session->Trees().Pick(0, false);
-    Select({L"outer"});
+    Click(L"outer");
     m_toolkit.AnswerMessage(answer);
     Run(&Session::Delete);
     EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_DELETE_SUB_MESHSET"});
@@ -167,7 +263,7 @@ TEST_F(SessionTest, ShowsAndHidesEverythingAsOneActEach) {
 
 TEST_F(SessionTest, MeshCommandsGoToTheSelectedSetOrToTheFirst) {
   const auto shrunk = [this](iterator set) {
-    return m_doc.GetDisplay().GetMeshLook(Mset(set).key & kMsetKeyMask).shrink;
+    return m_doc.GetDisplay().Meshes().GetLook(Mset(set).key & kMsetKeyMask).shrink;
   };
   Select({L"inner"});
   m_session->SendToMeshSet(kCommandShrink);
@@ -180,15 +276,15 @@ TEST_F(SessionTest, MeshCommandsGoToTheSelectedSetOrToTheFirst) {
   EXPECT_THAT(Heard(), ::testing::HasSubstr("DoModeless(CQDMeshIncludeExcludeDlg, outer"));
   m_session->SendToMeshes(kCommandLastMeshColourMode);
   Settle();
-  EXPECT_EQ(m_doc.GetDisplay().GetMeshColorMode(), 4U);
+  EXPECT_EQ(m_doc.GetDisplay().Meshes().GetMeshColorMode(), 4U);
   Undo();
-  EXPECT_EQ(m_doc.GetDisplay().GetMeshColorMode(), 0U);
+  EXPECT_EQ(m_doc.GetDisplay().Meshes().GetMeshColorMode(), 0U);
 }
 
 TEST_F(SessionTest, ShowingOnlyOneSetCanBeLeftAlthoughHiddenOnesWereDeleted) {
   const iterator gone = AddMset(L"gone");
   Settle();
-  m_doc.GetDisplay().ShowHideMset(gone, 0);
+  m_doc.GetDisplay().Meshes().ShowHideMset(gone, 0);
   Settle();
   Data().Delete({gone});
   Settle();
@@ -212,7 +308,7 @@ TEST_F(SessionTest, HidingIsAnActOfItsOwnUnlessItComesWithAnother) {
   EXPECT_EQ(Data().UndoTitle(), L"act");
   EXPECT_EQ(Shown(), "abc outer inner");
   // Both in one go, as a command does that deletes and hides.
-  m_doc.GetDisplay().ShowHideMset(m_inner, 0);
+  m_doc.GetDisplay().Meshes().ShowHideMset(m_inner, 0);
   AddPartTo(m_first, L"together");
   EXPECT_EQ(Data().UndoTitle(), L"act");
   Undo();
@@ -236,7 +332,7 @@ TEST_P(Isolation, IsLeftWithWhatWasShownBefore) {
   // Another one inside it, and something else hidden: the former visibility stays the first one.
   Select({L"b"});
   Command(kCommandShowOnly);
-  m_doc.GetDisplay().ShowHideMset(m_outer, IsShown(m_outer) ? 0 : 1);
+  m_doc.GetDisplay().Meshes().ShowHideMset(m_outer, IsShown(m_outer) ? 0 : 1);
   Settle();
   Run(&Session::LeaveIsolation);
   EXPECT_EQ(Shown(), before);
@@ -264,7 +360,7 @@ TEST_F(SessionTest, TheDocumentGoesOnWithoutItsTrees) {
   m_session.reset();
   m_checked = false;
   Data().Delete({m_a});
-  m_doc.GetDisplay().ShowHideMset(m_inner, 0);
+  m_doc.GetDisplay().Meshes().ShowHideMset(m_inner, 0);
   m_toolkit.Pump();
   EXPECT_EQ(Data().Undo(), 1);
   EXPECT_EQ(m_bar.GetTreeCtrl().RowCount(), 0U);

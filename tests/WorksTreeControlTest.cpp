@@ -242,7 +242,7 @@ TEST_F(WorksTree, OfManyPickedRowsTheFirstComesIntoSight) {
            line.bottom <= Tree().GetClientRect().bottom;
   };
   for (const auto& [first, last] : {std::pair(50U, 5U), {5U, 79U}, {79U, 0U}}) {
-    m_doc.SetSelectBuffer({parts[first], parts[30], parts[last]});
+    m_doc.Select({{parts[first], parts[30], parts[last]}});
     m_bar.OnSelectGeom(&m_doc);
     EXPECT_EQ(Tree().GetSelectedCount(), 3);
     EXPECT_TRUE(inSight(titles[first])) << first;

@@ -72,7 +72,7 @@ class Parts final : public ModelWorld {
     return bench::BranchOf<CQDTreeItemTopo>(Model().Tree(m_tree));
   }
   CQDTreeItem* NodeOf(iterator itr) override { return Model().Tree(m_tree).FindGeomNode(itr); }
-  bool IsShown(iterator itr) { return Model().Display().GetCadItem(Pool().GetAtNU(itr)->cadItem).shown; }
+  bool IsShown(iterator itr) { return Model().Display().Parts().GetLook(Pool().GetAtNU(itr)->cadItem).shown; }
 
   void AddOwnCases(std::vector<Case>& cases) override {
     const auto command = [&, this](const char* name, unsigned number) {

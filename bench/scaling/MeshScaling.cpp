@@ -73,7 +73,7 @@ class Meshes final : public ModelWorld {
   bool Delete(const std::vector<iterator>& itrs) override { return Pool().TR_Del(itrs) != 0; }
   CQDTreeItem& Branch() override { return bench::BranchOf<CQDTreeItemMesh>(Model().Tree()); }
   CQDTreeItem* NodeOf(iterator itr) override { return Model().Tree().FindMeshNode(itr); }
-  bool IsShown(iterator itr) { return Model().Display().IsMsetShown(itr) != 0; }
+  bool IsShown(iterator itr) { return Model().Display().Meshes().IsMsetShown(itr) != 0; }
 
   void AddOwnCases(std::vector<Case>& cases) override {
     const auto command = [&, this](

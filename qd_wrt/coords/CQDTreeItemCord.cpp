@@ -100,7 +100,7 @@ void CQDTreeItemCord::OnMenuEvent(unsigned command) {
       return IQDCmdDialog::DoModeless(GetDocument(), L"CQDCmdCordDlg", nullptr, nullptr);
     case kCommandShowAll:
     case kCommandHideAll:
-      for (CQDTreeItem* child : Children()) {
+      for (CQDTreeItem* child : ChildrenByRecord()) {
         child->OnClickCheck(command == kCommandShowAll ? kUnchecked : kChecked);
       }
       return RedrawView();

@@ -90,7 +90,7 @@ void CQDTreeItemCordData::DeleteSelectedItems() {
   if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Delete_CORD")) == 0) return;
   for (const CQDTreeItem* node : selected) {
     const auto* system = dynamic_cast<const CQDTreeItemCordData*>(node);
-    if (system != nullptr && pool.Delete(system->Itr()) == 0) return;  // takes everything back
+    if (system != nullptr && pool.Delete(system->GetRecord()) == 0) return;  // takes everything back
   }
   if (pool.UpdateAfterDeletion() != 0) transaction.Commit(1);
 }

@@ -5,7 +5,7 @@
 namespace qd {
 
 /// A coordinate system. It does not count as bound to its record (GetIterator answers 0), so no selection, drop or
-/// walk over labels takes it up; Itr() names the record.
+/// walk over labels takes it up; GetRecord() names the record.
 class QD_EXPORT CQDTreeItemCordData : public CQDTreeItem {
  public:
   /// The record must be readable.
@@ -22,7 +22,7 @@ class QD_EXPORT CQDTreeItemCordData : public CQDTreeItem {
   void OnEditChange(const wchar_t* text) override;
   void SetTitleIncludeType() override;
 
-  iterator Itr() const { return m_itr; }
+  iterator GetRecord() const override { return m_itr; }
   /// As it was when the node was made.
   bool IsDefault() const { return m_isDefault != 0; }
 

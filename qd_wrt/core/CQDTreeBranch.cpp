@@ -7,10 +7,7 @@
 namespace qd {
 
 CQDTreeItem* CQDTreeBranch::FindChild(iterator itr) const {
-  CQDTreeItem* node = GetControl()->FindNode(itr);
-  if (node != nullptr && node->GetParent() == this) return node;
-  const std::uint64_t* found = m_unmapped.Find(itr);
-  return found != nullptr ? reinterpret_cast<CQDTreeItem*>(*found) : nullptr;
+  return GetControl()->FindNodeBelow(this, itr);
 }
 
 std::vector<CQDTreeItem*> CQDTreeBranch::ChildrenByRecord() const {
@@ -34,22 +31,13 @@ int CQDTreeBranch::MakeChildItem(iterator itr) {
   if (FindChild(itr) != nullptr) return ModifyChildItem(itr);
   CQDTreeItem* child = MakeNode(itr);
   if (child == nullptr) return 0;
-  AddChild(itr, child);
-  return 1;
-}
-
-/// From here on the child is found.
-void CQDTreeBranch::AddChild(iterator itr, CQDTreeItem* child) {
-  if (!child->IsGeom() && !child->IsMesh() && !child->IsDatum()) {
-    m_unmapped.Assign(itr, reinterpret_cast<std::uint64_t>(child));
-  }
   child->MakeItem(kInsertLast);
+  return 1;
 }
 
 int CQDTreeBranch::DeleteChildItem(iterator itr) {
   CQDTreeItem* child = FindChild(itr);
   if (child == nullptr) return 0;
-  m_unmapped.Erase(itr);
   DeleteChild(child);
   return 1;
 }

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "platform/FlatMap.h"
 #include "qd_wrt/core/CQDTreeItem.h"
 
 namespace qd {
 
 /// A node whose children stand for records of one pool: finds the child of a record and walks the change records.
-/// Children of the kinds that the control maps are found through its maps, others through one of the branch's own.
 class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
  public:
   using CQDTreeItem::CQDTreeItem;
@@ -23,10 +21,6 @@ class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
   /// Brings the child of a record up to date. The answer for an unknown record is the branch's own.
   virtual int ModifyChildItem(iterator itr) = 0;
 
-  /// Brings the boxes of a record's child, or of all for 0, in step with what is shown of them elsewhere, where
-  /// the box does not decide that itself.
-  virtual void RereadBoxes(iterator) {}
-
   /// Null when the record has no child here.
   CQDTreeItem* FindChild(iterator itr) const;
   /// All children in ascending order of their records.
@@ -39,11 +33,6 @@ class QD_EXPORT CQDTreeBranch : public CQDTreeItem {
   virtual CQDTreeItem* MakeNode(iterator itr) = 0;
   /// Makes, deletes or modifies the child that a change record of the branch's own pool names.
   void ApplyChange(const tagTRNotify& change);
-
- private:
-  void AddChild(iterator itr, CQDTreeItem* child);
-
-  FlatMap m_unmapped;
 };
 
 }  // namespace qd

@@ -1,7 +1,6 @@
 #include "qd_wrt/core/CQDTreeItem.h"
 
 #include <algorithm>
-#include <cassert>
 #include <utility>
 
 #include "host/CMainFrame.h"
@@ -84,13 +83,17 @@ int CQDTreeItem::GetAllChildCount() const {
 int CQDTreeItem::RegistToChild(CQDTreeItem* child, int add) {
   if (add == 0) {
     TakeOut(child);
-  } else {
-    // A child that stands here twice would be deleted twice.
-    const bool present = child->m_slot < ChildPlaces().size() && ChildPlaces()[child->m_slot] == child;
-    assert(!present);
-    if (!present) AppendChild(child);
+  } else if (child->m_slot >= ChildPlaces().size() || ChildPlaces()[child->m_slot] != child) {
+    // A child that stands in two lists would be deleted twice.
+    if (child->m_parent != this) child->SetParent(this);
+    AppendChild(child);
   }
   return 1;
+}
+
+void CQDTreeItem::SetParent(CQDTreeItem* parent) {
+  if (m_parent != nullptr && m_parent != parent) m_parent->TakeOut(this);
+  m_parent = parent;
 }
 
 void CQDTreeItem::DeleteChild(CQDTreeItem* child) {
@@ -126,7 +129,7 @@ void CQDTreeItem::Detach() {
 // ---- the row and the subtree ----------------------------------------------------------------------------
 
 void CQDTreeItem::MakeItem(HTREEITEM where) {
-  if (m_parent != nullptr && !m_parent->m_row) return;
+  if (m_control->IsLive(m_row) || (m_parent != nullptr && !m_parent->m_row)) return;
   m_row = m_control->InsertItem(this, where);
   if (!m_row) return;
   m_ownTitle.reset();  // the row has it now
@@ -171,7 +174,8 @@ void CQDTreeItem::SetTitle(CString title) {
 
 void CQDTreeItem::ChangeTitle(CString title) {
   if (!m_row) return SetTitle(std::move(title));
-  m_ownTitle.reset();
+  // A row without title may show another column's text in its place, which is not the node's title.
+  m_ownTitle = title.empty() ? std::make_unique<CString>() : nullptr;
   m_control->SetTextOf(m_row, 0, title);
 }
 
@@ -222,7 +226,18 @@ int CQDTreeItem::GetCheckStatus() const {
 }
 
 void CQDTreeItem::OnInitialize() {
-  if (m_hasCheck) m_control->SetChecked(m_row, kChecked);
+  if (!m_hasCheck) return;
+  const std::optional<RowBox> box = GetRowBox();
+  const CQDRowBoxes* kept = box && GetDocument() != nullptr ? GetDocument()->GetRowBoxes() : nullptr;
+  m_control->SetChecked(m_row, kept != nullptr ? kept->GetBox(*box) : kChecked);
+}
+
+void CQDTreeItem::WriteBox(int state) {
+  if (!m_hasCheck) return;
+  m_control->SetChecked(m_row, state);
+  const std::optional<RowBox> box = GetRowBox();
+  CQDRowBoxes* kept = box && GetDocument() != nullptr ? GetDocument()->GetRowBoxes() : nullptr;
+  if (kept != nullptr) kept->SetBox(*box, state);
 }
 
 void CQDTreeItem::ClickCheck() {
@@ -230,7 +245,7 @@ void CQDTreeItem::ClickCheck() {
 }
 
 int CQDTreeItem::OnClickCheck(int oldState) {
-  if (m_hasCheck) m_control->SetChecked(m_row, oldState == kChecked ? kUnchecked : kChecked);
+  WriteBox(oldState == kChecked ? kUnchecked : kChecked);
   return 1;
 }
 
@@ -247,16 +262,14 @@ void CQDTreeItem::CheckOnlyInChild(CQDTreeItem* except, int state, int recurse) 
 }
 
 void CQDTreeItem::SetCheck(int state, int recurse) {
-  const auto set = [state](CQDTreeItem* node) {
-    if (node->m_hasCheck) node->m_control->SetChecked(node->m_row, state);
-  };
+  const auto set = [state](CQDTreeItem* node) { node->WriteBox(state); };
   set(this);
   if (recurse != 0) ForEachBelow(set);
 }
 
 void CQDTreeItem::Show(int show, int recurse) {
   OnShowItem(show, 0, 1);
-  if (m_hasCheck) m_control->SetChecked(m_row, show != 0 ? kChecked : kUnchecked);
+  WriteBox(show != 0 ? kChecked : kUnchecked);
   if (recurse == 0) return;
   for (CQDTreeItem* child : Children()) {
     m_control->RunDeep(child, [=] { child->Show(show, recurse); });
@@ -393,8 +406,17 @@ std::vector<tagTRNotify> CQDTreeItem::PendingRecords() const {
 
 void CQDTreeItem::Update() {
   CQDTreeListCtrl* control = m_control;
-  OnUpdate();
-  if (!m_detached && m_extras != nullptr) m_extras->pending = {};
+  const CQDTreeListCtrl::Handler handler(*control);  // the node may delete itself
+  struct Drop {
+    CQDTreeItem& node;
+    ~Drop() {
+      if (!node.m_detached && node.m_extras != nullptr) node.m_extras->pending = {};
+    }
+  };
+  {
+    const Drop drop{*this};
+    OnUpdate();
+  }
   control->Invalidate();
 }
 
@@ -468,7 +490,7 @@ void CQDTreeItem::ChangeGeomShowHide() {
     m_control->RunDeep(child, [child] { child->ChangeGeomShowHide(); });
     anyShown |= child->GetCheckStatus() == kChecked;
   }
-  if (m_hasCheck) m_control->SetChecked(m_row, anyShown ? kChecked : kUnchecked);
+  WriteBox(anyShown ? kChecked : kUnchecked);
 }
 
 // ---- hooks that do nothing here -------------------------------------------------------------------------

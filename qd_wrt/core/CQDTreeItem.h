@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <list>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -132,10 +133,25 @@ class QD_EXPORT CQDTreeItem {
   /// 52: called with the pending updates waiting (PendingRecords); they are dropped afterwards.
   virtual void OnUpdate();
 
+  // ---- virtual operations behind those with a slot ----------------------------------------------------------
+  /// The record by which the branch and the control know this node. Nodes that do not count as bound where records
+  /// are collected, like coordinate systems, have one all the same.
+  virtual iterator GetRecord() const { return GetIterator(); }
+  /// Where the host keeps the box of this row; none for a row whose box shows what a record's display is, or which
+  /// has no box.
+  virtual std::optional<RowBox> GetRowBox() const { return std::nullopt; }
+  /// Shows or hides the symbols of the nodes of this row's mesh.
+  virtual void ShowHideNode(int) {}
+  /// Called on the branches below the control's root: a box that the host keeps was changed, perhaps one of here.
+  virtual void RereadBox(const RowBox&) {}
+  /// Likewise: the labels of this branch's item type were changed, that of one record or of all for 0.
+  virtual void RereadBoxes(iterator) {}
+
   // ---- structure ------------------------------------------------------------------------------------------
   CQDTreeListCtrl* GetControl() const { return m_control; }
   CQDTreeItem* GetParent() const { return m_parent; }
-  void SetParent(CQDTreeItem* parent) { m_parent = parent; }
+  /// Names another parent. The former one gives the node up; the new one has it when it was registered there.
+  void SetParent(CQDTreeItem* parent);
   bool IsRoot() const { return m_parent == nullptr; }
   /// The child at an index in order of creation, null outside.
   CQDTreeItem* GetChild(int index);
@@ -146,10 +162,11 @@ class QD_EXPORT CQDTreeItem {
   /// Visits all descendants, each before its own children, without recursion. No node may come or go meanwhile.
   template <typename Visit>
   void ForEachBelow(const Visit& visit) const;
-  /// Appends a child (1) or takes its first occurrence out (0); returns 1.
+  /// Appends a child (1) or takes it out (0); returns 1. A child stands in the children of one parent only: where
+  /// it stood before it is taken out.
   int RegistToChild(CQDTreeItem* child, int add);
   /// Makes the row, registers the data types and makes the subtree. `where`: the sibling to stand behind or an
-  /// insertion position. Without a row of the parent nothing is made.
+  /// insertion position. Without a row of the parent nothing is made, nor for a node that has a row already.
   void MakeItem(HTREEITEM where);
   /// Re-parents a childless node and its row. Returns 1; 0 with nothing changed for a node with children, without
   /// row, marked as not to be moved, or a parent that does not stand in the tree.
@@ -191,6 +208,8 @@ class QD_EXPORT CQDTreeItem {
   /// The state image of the row, 0 without row.
   int GetCheckStatus() const;
   void SetCheck(int state, int recurse);
+  /// Writes the box of this row, and what the host keeps of it. Nothing for a row without a box.
+  void WriteBox(int state);
   void Show(int show, int recurse);
   /// Hands the records of all checked nodes of this branch to the document, by tree-item type.
   void GetChecked();
@@ -228,7 +247,7 @@ class QD_EXPORT CQDTreeItem {
   bool IsSection() const { return m_isSection; }
   bool IsJoint() const { return m_isJoint; }
   PAIR_TYPE GetPairType() const { return m_pairType; }
-  bool IsPair() const { return m_pairType > kPairNone; }
+  bool IsPair() const { return static_cast<std::int32_t>(m_pairType) > 0; }
   bool IsPairM() const { return m_pairType == kPairMaster; }
   bool IsPairS() const { return m_pairType == kPairSlave; }
 

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "host/Dialogs.h"
-#include "qd_wrt/core/CQDTreeBranch.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 
 namespace qd {
@@ -14,6 +13,11 @@ CQDTreeListCtrl::Handler::~Handler() {
   if (m_life.expired() || --m_control.m_handlers > 0) return;
   // Freeing a node runs no handler, but its destructor may be any class's: empty the list first.
   std::vector<std::unique_ptr<CQDTreeItem>>().swap(m_control.m_graveyard);
+}
+
+/// What a step that ends early has put off is put off for good.
+CQDTreeListCtrl::Deeper::~Deeper() {
+  if (!m_life.expired() && --m_control.m_depth == 0) m_control.m_deferred.clear();
 }
 
 CQDTreeListCtrl::~CQDTreeListCtrl() {
@@ -32,13 +36,13 @@ void CQDTreeListCtrl::CreateTreeItems(int treeType, CQDDocBase* doc, IQDTreeGrou
   m_doc = doc;
   m_groupFactory = factory;
   DestroyTreeItems();
-  m_active = active != 0;
-  if (factory == nullptr) return;
   const Handler handler(*this);
-  m_root = factory->CreateRootItem(treeType, this);
-  if (m_root == nullptr) return;
-  m_root->MakeItem(kInsertLast);
-  Expand(m_root->GetTreeItemHandle(), ExpandAction::Expand);
+  if (factory != nullptr && doc != nullptr) m_root = factory->CreateRootItem(treeType, this);
+  if (m_root != nullptr) {
+    m_root->MakeItem(kInsertLast);
+    Expand(m_root->GetTreeItemHandle(), ExpandAction::Expand);
+  }
+  m_active = active != 0;  // who asks meanwhile is told of the tree before
 }
 
 void CQDTreeListCtrl::DestroyTreeItems() {
@@ -57,27 +61,26 @@ void CQDTreeListCtrl::RunDeep(CQDTreeItem* node, const std::function<void()>& st
     return;
   }
   const Handler handler(*this);
-  ++m_depth;
+  const Deeper deeper(*this);
   step();
-  --m_depth;
-  if (m_depth > 0) return;
+  if (m_depth > 1) return;
   while (!m_deferred.empty()) {
     const auto batch = std::exchange(m_deferred, {});
     for (const auto& [waiting, deferredStep] : batch) {
-      if (waiting->IsDetached()) continue;
-      ++m_depth;
-      deferredStep();
-      --m_depth;
+      if (!waiting->IsDetached()) deferredStep();
     }
   }
 }
 
 // ---- rows -----------------------------------------------------------------------------------------------
 
-bothitrmap* CQDTreeListCtrl::RecordMapOf(const CQDTreeItem* node) {
-  if (node->IsGeom()) return &m_geomMap;
-  if (node->IsMesh()) return &m_meshMap;
-  return node->IsDatum() ? &m_datumMap : nullptr;
+/// A node of several kinds stands in several maps.
+template <typename Visit>
+void CQDTreeListCtrl::ForRecordMapsOf(const CQDTreeItem* node, const Visit& visit) {
+  if (node->IsGeom()) visit(m_geomMap);
+  if (node->IsMesh()) visit(m_meshMap);
+  if (node->IsDatum()) visit(m_datumMap);
+  if (!node->IsGeom() && !node->IsMesh() && !node->IsDatum()) visit(m_otherMap);
 }
 
 HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) {
@@ -90,8 +93,8 @@ HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) 
   if (!row) return {};
   ++m_rowCount;
   m_rowMap.set(row, node);
-  if (const iterator itr = node->GetIterator(); itr != 0) {
-    if (bothitrmap* map = RecordMapOf(node)) map->set(itr, node);
+  if (const iterator itr = node->GetRecord(); itr != 0) {
+    ForRecordMapsOf(node, [itr, node](bothitrmap& map) { map.set(itr, node); });
   }
   if (node->HasCheck()) SetChecked(row, kChecked);
   if (node->IsShowID() && node->GetID() > 0) {
@@ -108,11 +111,12 @@ HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) 
 void CQDTreeListCtrl::DeleteItem(CQDTreeItem* node) {
   const HTREEITEM row = node->GetTreeItemHandle();
   if (GetRecord(row) != nullptr) {
+    if (!node->IsDetached()) node->SetTitle(node->GetTitle());  // it stood in the row
     --m_rowCount;
     CTreeListCtrl::DeleteItem(row);
   }
   m_rowMap.remove(node);
-  if (bothitrmap* map = RecordMapOf(node)) map->remove(node);
+  ForRecordMapsOf(node, [node](bothitrmap& map) { map.remove(node); });
 }
 
 void CQDTreeListCtrl::EraseHTREEITEM(CQDTreeItem* node, int) {
@@ -139,10 +143,10 @@ int CQDTreeListCtrl::MoveItem(CQDTreeItem* node, CQDTreeItem* newParent) {
   const bool refused = newParent == nullptr || parent == nullptr || newParent == node || !node->m_move ||
                        node->GetChildCount() != 0 || !IsLive(row) || !IsLive(newParent->m_row);
   if (refused) return 0;
-  m_rowMap.remove(node);  // before the new pair: an old one would win
   const HTREEITEM moved = CTreeListCtrl::MoveItem(row, newParent->m_row, kInsertLast);
-  node->m_row = moved;
   if (!moved) return 0;
+  m_rowMap.remove(node);  // before the new pair: an old one would win
+  node->m_row = moved;
   m_rowMap.set(moved, node);
   parent->RegistToChild(node, 0);
   newParent->RegistToChild(node, 1);
@@ -163,11 +167,23 @@ CQDTreeItem* CQDTreeListCtrl::FindDatumNode(iterator itr) const {
 CQDTreeItem* CQDTreeListCtrl::NodeOfRecord(int kind, iterator itr) const {
   constexpr int kAny = 0;
   CQDTreeItem* node = nullptr;
-  const std::array<const bothitrmap*, 3> maps{&m_geomMap, &m_meshMap, &m_datumMap};
+  const std::array<const bothitrmap*, 4> maps{&m_geomMap, &m_meshMap, &m_datumMap, &m_otherMap};
   for (std::size_t i = 0; i < maps.size() && node == nullptr; ++i) {
     if (kind == kAny || kind == static_cast<int>(i) + 1) maps[i]->find(itr, node);
   }
   return node;
+}
+
+CQDTreeItem* CQDTreeListCtrl::FindNodeBelow(const CQDTreeItem* parent, iterator itr) const {
+  for (const bothitrmap* map : {&m_geomMap, &m_meshMap, &m_datumMap, &m_otherMap}) {
+    CQDTreeItem* node = nullptr;
+    if (map->find(itr, node) != 0 && node->GetParent() == parent) return node;
+  }
+  return nullptr;
+}
+
+bool CQDTreeListCtrl::HasNodes(const std::vector<iterator>& itrs) const {
+  return std::all_of(itrs.begin(), itrs.end(), [this](iterator itr) { return FindNode(itr) != nullptr; });
 }
 
 int CQDTreeListCtrl::ChangeImage(CQDTreeItem* node, int icon) {
@@ -218,8 +234,7 @@ void CQDTreeListCtrl::OnPrePostMode(int) {
 void CQDTreeListCtrl::RereadBoxes(int itemType, iterator itr) {
   if (m_root == nullptr) return;
   for (CQDTreeItem* below : m_root->Children()) {
-    auto* branch = dynamic_cast<CQDTreeBranch*>(below);
-    if (branch != nullptr && branch->GetItemType() == itemType) branch->RereadBoxes(itr);
+    if (below->GetItemType() == itemType) below->RereadBoxes(itr);
   }
 }
 
@@ -302,6 +317,11 @@ void CQDTreeListCtrl::RefreshRows(const TArray<iterator>& itrs) {
   }
 }
 
+void CQDTreeListCtrl::RefreshBox(const RowBox& box) {
+  if (m_root == nullptr) return;
+  for (CQDTreeItem* below : m_root->Children()) below->RereadBox(box);
+}
+
 void CQDTreeListCtrl::ShowHideGeom(const TArray<iterator>& itrs, int show) {
   const Handler handler(*this);
   for (const iterator itr : itrs) {
@@ -312,7 +332,7 @@ void CQDTreeListCtrl::ShowHideGeom(const TArray<iterator>& itrs, int show) {
 void CQDTreeListCtrl::ShowHideNode(const TArray<iterator>& itrs, int show) {
   const Handler handler(*this);
   for (const iterator itr : itrs) {
-    if (CQDTreeItem* node = NodeOfRecord(0, itr)) node->OnClickCheck(show != 0 ? kUnchecked : kChecked);
+    if (CQDTreeItem* node = NodeOfRecord(0, itr)) node->ShowHideNode(show);
   }
 }
 
@@ -324,7 +344,6 @@ void CQDTreeListCtrl::OnMenuEvent(unsigned command) {
   CQDTreeItem* node = first ? NodeOf(first) : nullptr;
   const bool armed = std::exchange(m_menuArmed, true);
   if (node == nullptr || !armed) return;
-  IQueryMenuID2Idx::Instance().SetLastCommand(command);  // the host asks which one it was
   node->OnMenuEvent(command);
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <list>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "host/CQDDocBase.h"
@@ -56,11 +58,16 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
 
   /// Null for a row that belongs to no node.
   CQDTreeItem* NodeOf(HTREEITEM row) const { return m_rowMap.find(row); }
-  /// The node bound to a record: any, or a geometry, mesh set or datum node. Null for none.
+  /// The node bound to a record: any, or a geometry, mesh set or datum node. Null for none. Of several of one kind
+  /// it is the one that was made last.
   CQDTreeItem* FindNode(iterator itr) const { return NodeOfRecord(0, itr); }
   CQDTreeItem* FindGeomNode(iterator itr) const;
   CQDTreeItem* FindMeshNode(iterator itr) const;
   CQDTreeItem* FindDatumNode(iterator itr) const;
+  /// Likewise, of whatever kind, but only a child of `parent`.
+  CQDTreeItem* FindNodeBelow(const CQDTreeItem* parent, iterator itr) const;
+  /// Whether every one of the records has a row.
+  bool HasNodes(const std::vector<iterator>& itrs) const;
 
   // ---- rows of nodes; a row that does not stand is left alone ---------------------------------------------
   int ChangeImage(CQDTreeItem* node, int icon);
@@ -96,6 +103,15 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void OnSelchangAction();
   void ApplyChangedSelection(std::vector<CQDTreeItem*>& nodes);
   void ClearPropertyWindow();
+  /// Shows the properties of what is selected here; of nothing, when no tree of the document has a selection.
+  void RefreshProperties();
+  /// Selects exactly the rows of these records, as far as there are any; tells nobody.
+  void ShowSelection(const TArray<iterator>& itrs);
+  /// Called with the selected nodes when the user has changed the selection here, after the document has heard of
+  /// it; for hosts whose trees follow each other.
+  void SetOnSelected(std::function<void(const std::vector<CQDTreeItem*>&)> call) {
+    m_onSelected = std::move(call);
+  }
 
   // ---- editing and dragging -------------------------------------------------------------------------------
   /// Opens the edit box on the title of the first selected node, if it may be edited.
@@ -128,9 +144,12 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void OnMenuEventBCRoot(unsigned command);
   void OnMenuEventDLoadRoot(unsigned command);
   void SetGeomRenderMode(const TArray<iterator>& itrs);
-  /// Parts were shown, hidden or drawn otherwise somewhere else: their rows follow.
+  /// Records were shown, hidden or drawn otherwise somewhere else: their rows follow.
   void RefreshRows(const TArray<iterator>& itrs);
+  /// A box that the host keeps was changed somewhere else: its row follows.
+  void RefreshBox(const RowBox& box);
   void ShowHideGeom(const TArray<iterator>& itrs, int show);
+  /// Shows or hides the symbols of the nodes of meshes.
   void ShowHideNode(const TArray<iterator>& itrs, int show);
 
   // ---- menus ----------------------------------------------------------------------------------------------
@@ -145,6 +164,9 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void RunDeep(CQDTreeItem* node, const std::function<void()>& step);
   /// Takes the memory of a node that has left the tree.
   void Bury(std::unique_ptr<CQDTreeItem> node);
+  /// Alive while a handler runs that may delete nodes; the outermost one frees them. A node that asks the user
+  /// something holds one, so that it can look at IsDetached() afterwards.
+  class Handler;
 
  protected:
   void OnDestroy() override;
@@ -155,8 +177,10 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   std::intptr_t OnReflectedNotice(Notice& notice) override;
 
  private:
-  /// Alive while a handler runs that may delete nodes; the outermost one frees them.
-  class Handler;
+  /// Sets a flag while it lives.
+  class Raised;
+  /// Counts the steps of RunDeep that are going on.
+  class Deeper;
   using Followers = std::list<CQDTreeItem*>;
 
   void OnTvCheckbox(HTREEITEM row);
@@ -173,11 +197,13 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void Drop(DragButton button, CPoint point);
   CQDTreeItem* NodeAt(CPoint point) const;
   void SelectFromBuffer(int kind);
+  void SelectRows(int kind, const TArray<iterator>& itrs);
+  void TellSelected();
   CQDTreeItem* NodeOfRecord(int kind, iterator itr) const;
-  bothitrmap* RecordMapOf(const CQDTreeItem* node);
+  template <typename Visit>
+  void ForRecordMapsOf(const CQDTreeItem* node, const Visit& visit);
   void RereadBoxes(int itemType, iterator itr);
   void DispatchChanges(const std::vector<tagTRNotify>& changes);
-  void RefreshProperties();
   void ForwardToRoot(void (CQDTreeItem::*hook)(unsigned), unsigned command);
 
   CQDTreeItem* m_root = nullptr;  // owned
@@ -185,6 +211,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bothitrmap m_geomMap;
   bothitrmap m_meshMap;
   bothitrmap m_datumMap;
+  bothitrmap m_otherMap;  // nodes of records that are none of these
   CQDDocBase* m_doc = nullptr;
   std::map<unsigned short, Followers> m_dataTypeMap;
   std::multimap<const CQDTreeItem*, std::pair<unsigned short, Followers::iterator>> m_registrations;
@@ -194,6 +221,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bool m_active = false;
   bool m_menuArmed = true;
   bool m_selectingRows = false;  // rows follow the host's selection, not the other way round
+  bool m_fillingBuffer = false;  // the host's selection follows the rows
+  std::function<void(const std::vector<CQDTreeItem*>&)> m_onSelected;
 
   bool m_dragging = false;
   std::vector<CQDTreeItem*> m_dragList;  // some may have left the tree meanwhile
@@ -203,7 +232,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   int m_handlers = 0;
   bool m_updating = false;
   std::uint64_t m_noticeNumber = 0;
-  std::vector<std::vector<tagTRNotify>> m_waitingNotices;
+  std::deque<std::vector<tagTRNotify>> m_waitingNotices;
   std::vector<std::unique_ptr<CQDTreeItem>> m_graveyard;
   int m_depth = 0;
   std::vector<std::pair<CQDTreeItem*, std::function<void()>>> m_deferred;
@@ -220,6 +249,34 @@ class CQDTreeListCtrl::Handler {
  private:
   CQDTreeListCtrl& m_control;
   std::weak_ptr<void> m_life;
+};
+
+class CQDTreeListCtrl::Deeper {
+ public:
+  explicit Deeper(CQDTreeListCtrl& control) : m_control(control), m_life(control.Life()) { ++control.m_depth; }
+  ~Deeper();
+  Deeper(const Deeper&) = delete;
+  Deeper& operator=(const Deeper&) = delete;
+
+ private:
+  CQDTreeListCtrl& m_control;
+  std::weak_ptr<void> m_life;
+};
+
+class CQDTreeListCtrl::Raised {
+ public:
+  Raised(const CQDTreeListCtrl& control, bool& flag)
+      : m_flag(flag), m_before(std::exchange(flag, true)), m_life(control.Life()) {}
+  ~Raised() {
+    if (!m_life.expired()) m_flag = m_before;
+  }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+ private:
+  bool& m_flag;
+  bool m_before;
+  std::weak_ptr<void> m_life;  // of the control, which a host may close from anywhere
 };
 
 }  // namespace qd

@@ -162,7 +162,10 @@ void CQDTreeListCtrl::Drop(DragButton button, CPoint point) {
   std::vector<CQDTreeItem*> nodes = m_dragList;
   std::erase_if(nodes, [](const CQDTreeItem* node) { return node->IsDetached(); });
   if (nodes.empty()) return;
-  CQDTreeItem* target = NodeAt(point);
+  unsigned hit = 0;
+  const HTREEITEM row = GetClientRect().Contains(point) ? HitTestContent(point, hit) : HTREEITEM{};
+  CQDTreeItem* target = NodeOf(row);
+  if (row && target == nullptr) return;  // a row of somebody else is not the view
   if (button == DragButton::Right) {
     if (target != nullptr) target->OnRDrop(nodes, target);
   } else if (target != nullptr) {

@@ -42,24 +42,47 @@ void CQDTreeListCtrl::OnSelchangAction() {
   std::vector<CQDTreeItem*> nodes;
   GetSelectedTreeItems(nodes, 0);
   ApplyChangedSelection(nodes);
+  std::erase_if(nodes, [](const CQDTreeItem* node) { return node->IsDetached(); });
   if (nodes.size() == 1) {
     nodes.front()->SetPropertyView();
   } else if (nodes.size() > 1) {
     nodes.front()->SetMultiPropertyView();
   }
+  TellSelected();
+}
+
+/// The host may have changed the selection again when it heard of it.
+void CQDTreeListCtrl::TellSelected() {
+  if (!m_onSelected) return;
+  std::vector<CQDTreeItem*> nodes;
+  GetSelectedTreeItems(nodes, 0);
+  m_onSelected(nodes);
 }
 
 void CQDTreeListCtrl::ApplyChangedSelection(std::vector<CQDTreeItem*>& nodes) {
   if (m_doc == nullptr) return;
+  const Raised filling(*this, m_fillingBuffer);
   m_doc->ClearSelectBuffer(0);
   for (const CQDTreeItem* node : nodes) {
-    if (const iterator itr = node->GetIterator(); itr != 0) m_doc->AddToSelBuffer(itr);
+    // The host may have deleted some when its buffer was emptied.
+    const iterator itr = !node->IsDetached() ? node->GetIterator() : 0;
+    if (itr != 0) m_doc->AddToSelBuffer(itr);
   }
   if (CQDViewBase* view = m_doc->GetActiveView()) view->Redraw(0);
 }
 
 void CQDTreeListCtrl::SetSelection(int kind, const TArray<iterator>& itrs) {
-  const bool before = std::exchange(m_selectingRows, true);
+  SelectRows(kind, itrs);
+  if (m_doc != nullptr) RefreshProperties();
+}
+
+void CQDTreeListCtrl::ShowSelection(const TArray<iterator>& itrs) {
+  constexpr int kAnyKind = 0;
+  SelectRows(kAnyKind, itrs);
+}
+
+void CQDTreeListCtrl::SelectRows(int kind, const TArray<iterator>& itrs) {
+  const Raised selecting(*this, m_selectingRows);
   ResetSelection(1);
   HTREEITEM first;
   for (const iterator itr : itrs) {
@@ -69,12 +92,11 @@ void CQDTreeListCtrl::SetSelection(int kind, const TArray<iterator>& itrs) {
     if (!first) first = node->GetTreeItemHandle();
   }
   if (first) EnsureVisible(first);
-  m_selectingRows = before;
-  if (m_doc != nullptr) RefreshProperties();
 }
 
+/// A host that answers the emptying of its buffer with this must not empty the selection that fills it.
 void CQDTreeListCtrl::SelectFromBuffer(int kind) {
-  if (m_doc != nullptr) SetSelection(kind, m_doc->GetSelectBuffer());
+  if (m_doc != nullptr && !m_fillingBuffer) SetSelection(kind, m_doc->GetSelectBuffer());
 }
 
 // ---- clicks and keys ------------------------------------------------------------------------------------
@@ -94,11 +116,12 @@ std::intptr_t CQDTreeListCtrl::OnReflectedNotice(Notice& notice) {
 }
 
 void CQDTreeListCtrl::OnKeyDown(int key, unsigned flags) {
-  if (key == kKeyF2) return OnChangeTitle();
-  if (key == kKeySpace) return PressCheckOfSelection();
   const std::weak_ptr<void> life = Life();
   CTreeListCtrl::OnKeyDown(key, flags);
-  if (!life.expired() && IsSelectionKey(key, flags)) OnSelchangAction();
+  if (life.expired()) return;
+  if (key == kKeyF2) return OnChangeTitle();
+  if (key == kKeySpace && !IsTypingTitle()) return PressCheckOfSelection();
+  if (IsSelectionKey(key, flags)) OnSelchangAction();
 }
 
 /// What a click on the box of the caret's row does, but the selection stays for the next key.
@@ -115,11 +138,14 @@ void CQDTreeListCtrl::PressCheckOfSelection() {
   for (const HTREEITEM again : selected) {
     if (IsLive(again)) SetRowState(again, kRowSelected, kRowSelected);
   }
+  TellSelected();
 }
 
 void CQDTreeListCtrl::OnPosted(unsigned id, std::uint64_t parameter) {
-  if (id == kCheckMessage) return OnTvCheckbox(HTREEITEM{parameter});
-  CTreeListCtrl::OnPosted(id, parameter);
+  if (id != kCheckMessage) return CTreeListCtrl::OnPosted(id, parameter);
+  const std::weak_ptr<void> life = Life();
+  OnTvCheckbox(HTREEITEM{parameter});
+  if (!life.expired()) TellSelected();
 }
 
 /// Every selected box takes the opposite of the clicked box's state.

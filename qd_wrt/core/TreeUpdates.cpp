@@ -26,20 +26,19 @@ void CQDTreeListCtrl::UpdateDB(CQDDocBase* doc, std::uint64_t hint) {
   const CQDUpdateRecord* record = UpdateRecordOf(hint);
   const std::vector<tagTRNotify> none;
   const std::vector<tagTRNotify>& changes = record != nullptr ? record->changes : none;
-  if (m_updating) {
-    m_waitingNotices.push_back(changes);
-    return;
-  }
+  m_waitingNotices.push_back(changes);
+  if (m_updating) return;
   const Handler handler(*this);
-  m_updating = true;
-  DispatchChanges(changes);
-  while (!m_waitingNotices.empty()) {
-    const std::vector<tagTRNotify> next = std::move(m_waitingNotices.front());
-    m_waitingNotices.erase(m_waitingNotices.begin());
-    DispatchChanges(next);
+  const std::weak_ptr<void> life = Life();
+  {
+    const Raised updating(*this, m_updating);
+    while (!life.expired() && !m_waitingNotices.empty()) {
+      const std::vector<tagTRNotify> next = std::move(m_waitingNotices.front());
+      m_waitingNotices.pop_front();
+      DispatchChanges(next);
+    }
   }
-  m_updating = false;
-  RefreshProperties();
+  if (!life.expired()) RefreshProperties();
 }
 
 void CQDTreeListCtrl::DispatchChanges(const std::vector<tagTRNotify>& changes) {

@@ -64,6 +64,7 @@ void CQDTreeGeomRoot::HidePart(const PartSet& itrs) {
 
 void CQDTreeGeomRoot::ShowPartOnly(const PartSet& itrs) {
   const CGeomPrevShowHideStarter change(GetDocument()->GetCADSession());
+  GetDocument()->OnShowOnly();
   SwitchAll(kChecked);
   Switch(itrs, kUnchecked, false);
   EndVisibility();
@@ -144,7 +145,7 @@ std::vector<CQDTreeItem*> CQDTreeGeomRoot::ActingParts(bool all) const {
   if (!all) GetControl()->GetSelectedTreeItems(GetTreeItemHandle(), selected);
   std::vector<CQDTreeItem*> parts;
   if (!selected.empty() && selected.front()->GetIterator() != 0) {
-    parts = SelectedParts(*GetControl());
+    parts = PartsOf(selected);
     std::erase_if(parts, [](const CQDTreeItem* part) { return part->GetIterator() == 0; });
   } else {
     GetGeomItems(parts);

@@ -58,13 +58,15 @@ void CQDTreeItemGeom::OnUpdate() {
         if (gone || change.kind == kChangeModified) materials.insert(change.itr);
         break;
       case kDataMaterialTitle:
-        materialTitles |= change.kind == kChangeModified;
+        materialTitles |= change.kind == kChangeModified && GetDBSession()->GetDataType(change.itr) != 0;
         break;
       default:
         break;
     }
   }
   // Icons and titles depend on the final state only, so each is refreshed once, after all records.
+  // A mesh that names no part may have been of any.
+  if (remeshed.contains(0)) ChangeRenderMode();
   for (const iterator geom : remeshed) ChangeStateImage(geom);
   if (materials.empty() && !materialTitles) return;
   for (CQDTreeItem* child : Children()) {

@@ -111,6 +111,10 @@ void CQDTreeItemGset::OnUpdate() {
   if (made) SortChild();
 }
 
+CQDTreeItem* CQDTreeItemGset::FindGroup(TopologyKind kind) const {
+  return m_groups[static_cast<std::size_t>(kind)];
+}
+
 void CQDTreeItemGset::SortChild() {
   GetControl()->SortByData(GetTreeItemHandle());
 }
@@ -242,13 +246,20 @@ void CQDTreeItemGset::OnDrop(std::vector<CQDTreeItem*>& nodes) {
 }
 
 /// All parts of the sets come here and the sets go; all of it or nothing.
-void CQDTreeItemGset::Merge(const std::vector<iterator>& sets, const std::vector<iterator>& parts) {
+void CQDTreeItemGset::Merge(std::vector<iterator> sets, std::vector<iterator> parts) {
   CQDDBSession* session = GetDBSession();
   const iterator target = m_itr;
   const CString question = CMSGFunction::GetValue("IDS_QD_WRT_MERGE_GEOMSET");
   if (AfxMessageBox(question, MessageButtons::YesNo) != MessageAnswer::Yes) return;
+  // While the user thought about it, anything may have been deleted, this node too.
+  if (session->GetDataType(target) != kDataGset) return;
+  const auto gone = [session](std::uint16_t type) {
+    return [session, type](iterator itr) { return session->GetDataType(itr) != type; };
+  };
+  std::erase_if(sets, gone(kDataGset));
+  std::erase_if(parts, gone(kDataGeom));
   CTransaction transaction(session);
-  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_GeomSet")) == 0) return;
+  if (sets.empty() || transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_GeomSet")) == 0) return;
   if (session->GetGeomPool().Private_ApplyGset(parts, target) == 0) return;
   const iterator current = session->GetGsetPool().GetCurrentSet();
   for (const iterator set : sets) {

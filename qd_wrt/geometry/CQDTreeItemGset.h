@@ -28,6 +28,10 @@ class QD_EXPORT CQDTreeItemGset : public CQDTreeItem {
   void SetTitleIncludeType() override;
   iterator GetIterator() const override { return m_itr; }
   void OnUpdate() override;
+  std::optional<RowBox> GetRowBox() const override { return RowBox{kDataGset, m_itr}; }
+
+  /// The group of a kind; null while the set holds none.
+  CQDTreeItem* FindGroup(TopologyKind kind) const;
 
   void GetGeomItems(std::vector<CQDTreeItem*>& parts) const;
   /// Adds the records of the set's parts; returns how many were added.
@@ -45,7 +49,7 @@ class QD_EXPORT CQDTreeItemGset : public CQDTreeItem {
  private:
   const tagTGset* Record() const;
   CQDTreeItemTopoGroup* MakeGroup(int kind);
-  void Merge(const std::vector<iterator>& sets, const std::vector<iterator>& parts);
+  void Merge(std::vector<iterator> sets, std::vector<iterator> parts);
 
   iterator m_itr;
   std::array<CQDTreeItemTopoGroup*, 5> m_groups{};  // by kind; null while the set holds none

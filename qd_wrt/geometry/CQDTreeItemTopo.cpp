@@ -79,6 +79,14 @@ int CQDTreeItemTopo::OnClickCheck(int oldState) {
   return 1;
 }
 
+void CQDTreeItemTopo::RereadBox(const RowBox& box) {
+  if (box.branch != kDataGset) return;
+  if (box.itr == 0) return OnInitialize();
+  auto* set = static_cast<CQDTreeItemGset*>(FindChild(box.itr));
+  CQDTreeItem* node = set == nullptr || box.kind < 0 ? set : set->FindGroup(static_cast<TopologyKind>(box.kind));
+  if (node != nullptr) node->OnInitialize();
+}
+
 // ---- menu and commands -----------------------------------------------------------------------------------
 
 void CQDTreeItemTopo::CreateContextMenu(CPoint& screen) {

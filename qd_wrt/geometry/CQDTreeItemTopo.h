@@ -20,6 +20,8 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
   int OnClickCheck(int oldState) override;
   /// Acts on sets; changes of meshes and materials reach the root too but are none of its business.
   void OnUpdate() override;
+  std::optional<RowBox> GetRowBox() const override { return RowBox{kDataGset}; }
+  void RereadBox(const RowBox& box) override;
 
   int ModifyChildItem(iterator itr) override;
   void GetGeomItems(std::vector<CQDTreeItem*>& parts) const override;

@@ -22,6 +22,10 @@ CQDTreeItemGset& CQDTreeItemTopoGroup::Set() const {
   return *static_cast<CQDTreeItemGset*>(GetParent());
 }
 
+std::optional<RowBox> CQDTreeItemTopoGroup::GetRowBox() const {
+  return RowBox{kDataGset, Set().GetIterator(), static_cast<int>(m_kind)};
+}
+
 // ---- children -------------------------------------------------------------------------------------------
 
 int CQDTreeItemTopoGroup::MakeChildItems() {

@@ -21,6 +21,7 @@ class QD_EXPORT CQDTreeItemTopoGroup : public CQDTreeBranch {
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
   void OnChangeLanguage() override;
   void OnUpdate() override;
+  std::optional<RowBox> GetRowBox() const override;
 
   /// A part that stands in another group of the tree leaves it.
   int MakeChildItem(iterator itr) override;

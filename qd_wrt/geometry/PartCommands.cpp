@@ -19,6 +19,10 @@ namespace qd {
 std::vector<CQDTreeItem*> SelectedParts(const CQDTreeListCtrl& control) {
   std::vector<CQDTreeItem*> selected;
   control.GetSelectedTreeItems(selected, 0);
+  return PartsOf(selected);
+}
+
+std::vector<CQDTreeItem*> PartsOf(const std::vector<CQDTreeItem*>& nodes) {
   std::vector<CQDTreeItem*> parts;
   FlatMap seen;
   const auto add = [&](CQDTreeItem* node) {
@@ -27,7 +31,7 @@ std::vector<CQDTreeItem*> SelectedParts(const CQDTreeListCtrl& control) {
     seen.Assign(key, 1);
     parts.push_back(node);
   };
-  for (CQDTreeItem* node : selected) {
+  for (CQDTreeItem* node : nodes) {
     add(node);
     node->ForEachBelow(add);
   }

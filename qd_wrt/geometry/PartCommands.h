@@ -7,7 +7,9 @@
 
 namespace qd {
 
-/// Nodes of parts below the selected nodes of a tree, the selected ones themselves included, each once.
+/// Nodes of parts below some nodes, these themselves included, each once.
+std::vector<CQDTreeItem*> PartsOf(const std::vector<CQDTreeItem*>& nodes);
+/// Likewise for the selected nodes of a tree.
 std::vector<CQDTreeItem*> SelectedParts(const CQDTreeListCtrl& control);
 /// Whether a selected node is unchecked.
 bool IsAnySelectedHidden(const CQDTreeListCtrl& control);

@@ -36,11 +36,16 @@ bool RunTopologyVisibility(CQDTreeItem& node, unsigned command) {
   std::erase_if(chosen, [&](const CQDTreeItem* item) { return item == &root || !item->HasCheck(); });
   const bool show = command == kCommandShow || command == kCommandShowOnly;
   root.SetViewUpdate(0);
+  if (command == kCommandShowOnly) node.GetDocument()->OnShowOnly();
   if (only) root.OnMenuEvent(show ? kCommandHideAll : kCommandShowAll);
   for (CQDTreeItem* item : chosen) item->OnClickCheck(show ? kUnchecked : kChecked);
   if (only) node.ResetSelection(1);
   root.SetViewUpdate(1);
-  node.RedrawView();
+  if (only) {
+    node.RedrawView();
+  } else if (CQDViewBase* view = node.GetDocument()->GetActiveView()) {
+    view->Redraw(0);  // whatever the node's own flag says
+  }
   return true;
 }
 
@@ -56,7 +61,14 @@ void RunTopologyCommand(CQDTreeItem& node, unsigned command) {
     } else if (command == kCommandIncludeExclude) {
       IGeomDialog::DoModeless(doc, L"CQDGeomIncludeExcludeDlg", &gset, nullptr);
     } else if (!onGroup) {  // a group is no thing that could be deleted, and its parts must stay
-      PartCommands(node, SelectedParts(*node.GetControl()), PartCommands::Meshes::StayAsTheyAre).Run(command);
+      std::vector<CQDTreeItem*> parts = SelectedParts(*node.GetControl());
+      // What stands below other selected sets and groups is shown and drawn with them, but was not chosen to go.
+      if (command == kCommandDelete) {
+        std::erase_if(parts, [&node](const CQDTreeItem* part) {
+          return !node.GetControl()->IsSelected(part->GetTreeItemHandle());
+        });
+      }
+      PartCommands(node, parts, PartCommands::Meshes::StayAsTheyAre).Run(command);
     }
   }
   MarkModelInfo(doc, command);

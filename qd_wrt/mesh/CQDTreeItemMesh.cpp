@@ -45,14 +45,21 @@ void CQDTreeItemMesh::OnChangeLanguage() {
 // ---- visibility -----------------------------------------------------------------------------------------
 
 int CQDTreeItemMesh::OnClickCheck(int oldState) {
-  if (HasCheck()) {
-    GetControl()->SetChecked(GetTreeItemHandle(), oldState == kChecked ? kUnchecked : kChecked);
-  }
+  WriteBox(oldState == kChecked ? kUnchecked : kChecked);
   std::vector<CQDTreeItem*> sets;
   GetChildItemMset(sets);
-  // In the middle of a batch of more commands nothing is redrawn yet.
-  MsetSwitch(oldState).Switch(sets, IsViewUpdate());
+  MsetSwitch(oldState).Switch(sets, m_redraws);
   return 1;
+}
+
+void CQDTreeItemMesh::HandleFirst(unsigned command) {
+  m_redraws = false;
+  OnMenuEvent(command);
+  m_redraws = true;
+}
+
+void CQDTreeItemMesh::RereadBox(const RowBox& box) {
+  if (box == GetRowBox()) OnInitialize();
 }
 
 void CQDTreeItemMesh::SwitchTopLevel(const std::set<iterator>& itrs, int oldState) {
@@ -119,7 +126,9 @@ void CQDTreeItemMesh::OnDrop(std::vector<CQDTreeItem*>&) {
   for (const CQDTreeItem* node : selected) {
     const iterator itr = node->GetIterator();
     if (session->GetDataType(itr) != kDataMset) return;
-    if (itr != session->GetMsetPool().GetDefaultMset()) sets.push_back(itr);
+    const tagTMset* record = session->GetMsetPool().GetAtNU(itr);
+    const bool stays = itr == session->GetMsetPool().GetDefaultMset() || record == nullptr || record->parent == 0;
+    if (!stays) sets.push_back(itr);
   }
   if (sets.empty()) return;
   ModifyMsets(*session, "IDS_QD_TRANS_Modify_Mesh_Set", sets, [](tagTMset& record) { record.parent = 0; });

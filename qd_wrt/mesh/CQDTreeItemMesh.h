@@ -19,11 +19,16 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   void OnMenuEvent(unsigned command) override;
   void CreateContextMenu(CPoint& screen) override;
   void RegisterReceiveDataType() override;
-  /// Shows (1) or hides (3) every mesh set, with one redraw at the end if the view-update flag is set.
+  /// Shows (1) or hides (3) every mesh set, with one redraw at the end.
   int OnClickCheck(int oldState) override;
   /// Moves the selected mesh sets to the top level, all or none; the default set stays where it is.
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
   void OnChangeLanguage() override;
+  std::optional<RowBox> GetRowBox() const override { return RowBox{kDataMset}; }
+  void RereadBox(const RowBox& box) override;
+
+  /// Handles a command as the first step of a greater one, which redraws when all is done.
+  void HandleFirst(unsigned command);
 
   /// Show or hide sets at top level by record; others are passed over.
   void ShowMesh(const std::set<iterator>& itrs);
@@ -68,6 +73,8 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   void OpenDialog(unsigned command, const Targets&);
 
   void SwitchTopLevel(const std::set<iterator>& itrs, int oldState);
+
+  bool m_redraws = true;  // false while a greater command goes on
 };
 
 }  // namespace qd

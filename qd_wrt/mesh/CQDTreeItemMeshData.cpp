@@ -245,6 +245,7 @@ void CQDTreeItemMeshData::OnDrop(std::vector<CQDTreeItem*>& nodes) {
     AfxMessageBox(CMSGFunction::GetValue("IDS_QD_WRT_MESHSET_OPERATION_ERR"));
     return;
   }
+  const CQDTreeListCtrl::Handler handler(*GetControl());  // this node may be deleted meanwhile
   CQDMsetOperation dialog(doc);
   if (dialog.DoModal() != kDialogOk || IsDetached()) return;
   int done = 0;

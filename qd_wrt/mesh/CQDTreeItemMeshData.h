@@ -43,7 +43,7 @@ class QD_EXPORT CQDTreeItemMeshData : public CQDTreeMeshBranch {
   /// Shows or hides this set alone: 3 hides, any other shows. With the view-update flag the view follows at once.
   void SetMsetShowHIde(int state);
   /// Shows or hides the symbols of this set's nodes.
-  void ShowHideNode(int show);
+  void ShowHideNode(int show) override;
   /// Draws the elements of sets smaller, or in full again.
   void ToggleShrink(const std::vector<CQDTreeItem*>& items);
   /// Draws something beside the elements of sets, or not any more where all have it.

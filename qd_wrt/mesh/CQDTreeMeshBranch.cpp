@@ -113,7 +113,9 @@ bool CQDTreeMeshBranch::HasLeft(const CQDTreeItem& node, const tagTRNotify& chan
 
 void CQDTreeMeshBranch::OnUpdate() {
   std::vector<tagTRNotify> changes = PendingRecords();
-  std::erase_if(changes, [](const tagTRNotify& change) { return change.dataType != kDataMset; });
+  std::erase_if(changes, [](const tagTRNotify& change) {
+    return change.dataType != kDataMset || change.kind < kChangeAdded || change.kind > kChangeModified;
+  });
   RowLooks looks(*GetControl());
   for (const tagTRNotify& change : changes) {
     CQDTreeItem* node = FindMset(change.itr);

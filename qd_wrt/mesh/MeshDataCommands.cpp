@@ -117,9 +117,10 @@ void CQDTreeItemMeshData::ShowHideOnly(unsigned command) {
   if (sets.empty() || root == nullptr) return;
   const bool showOnly = command == kCommandShowMeshOnly;
   root->SetViewUpdate(0);
-  root->OnMenuEvent(showOnly ? kCommandHideAllMeshes : kCommandShowAllMeshes);
+  if (showOnly) GetDocument()->OnShowOnly();
+  root->HandleFirst(showOnly ? kCommandHideAllMeshes : kCommandShowAllMeshes);
   MsetSwitch(showOnly ? kUnchecked : kChecked).Switch(sets, true);
-  if (root->HasCheck()) GetControl()->SetChecked(root->GetTreeItemHandle(), kChecked);
+  root->WriteBox(kChecked);
   root->SetViewUpdate(1);
 }
 

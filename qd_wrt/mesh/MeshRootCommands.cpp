@@ -20,26 +20,27 @@ struct CQDTreeItemMesh::Entry {
   unsigned first;
   unsigned last;
   void (CQDTreeItemMesh::*run)(unsigned command, const Targets& targets);
+  bool targets = false;  // whether it acts on sets, which are collected for it
 };
 
 const std::vector<CQDTreeItemMesh::Entry>& CQDTreeItemMesh::Table() {
   using Root = CQDTreeItemMesh;
   static const std::vector<Entry> kTable{
       {kCommandNewSet, kCommandNewSet, &Root::NewMeshSet},
-      {kCommandReverseAll, kCommandReverseAll, &Root::Reverse},
-      {kCommandSortByCreation, kCommandSortByName, &Root::Sort},
-      {kCommandShowMesh, kCommandHideMesh, &Root::Forward},
+      {kCommandReverseAll, kCommandReverseAll, &Root::Reverse, true},
+      {kCommandSortByCreation, kCommandSortByName, &Root::Sort, true},
+      {kCommandShowMesh, kCommandHideMesh, &Root::Forward, true},
       {kCommandShowAllMeshes, kCommandHideAllMeshes, &Root::ShowHideAll},
-      {kCommandClearAddOns, kCommandClearAddOns, &Root::Forward},
-      {kCommandShowMeshOnly, kCommandHideMeshOnly, &Root::Forward},
-      {kCommandMeshSmooth, kCommandMeshFeatureEdges, &Root::RenderMode},
-      {kCommandNodes, kCommandMaterialSystems, &Root::Forward},
-      {kCommandMeshTransparent, kCommandMeshOpaque, &Root::Transparency},
-      {kCommandMeshColourMode, kCommandLastMeshColourMode, &Root::ColourMode},
-      {kCommandMeshRandomColour, kCommandMeshRandomColour, &Root::RandomColour},
+      {kCommandClearAddOns, kCommandClearAddOns, &Root::Forward, true},
+      {kCommandShowMeshOnly, kCommandHideMeshOnly, &Root::Forward, true},
+      {kCommandMeshSmooth, kCommandMeshFeatureEdges, &Root::RenderMode, true},
+      {kCommandNodes, kCommandMaterialSystems, &Root::Forward, true},
+      {kCommandMeshTransparent, kCommandMeshOpaque, &Root::Transparency, true},
+      {kCommandMeshColourMode, kCommandLastMeshColourMode, &Root::ColourMode, true},
+      {kCommandMeshRandomColour, kCommandMeshRandomColour, &Root::RandomColour, true},
       {kCommandDeleteAllMeshSets, kCommandDeleteEmptyMeshSets, &Root::DeleteSets},
-      {kCommandMeshIncludeExclude, kCommandMeshReserved, &Root::Forward},
-      {kCommandMeshTranslate, kCommandMeshRotate, &Root::Forward},
+      {kCommandMeshIncludeExclude, kCommandMeshReserved, &Root::Forward, true},
+      {kCommandMeshTranslate, kCommandMeshRotate, &Root::Forward, true},
       {kCommandAllNodes, kCommandAllMaterialSystems, &Root::ToggleMeshAllAddOn},
       {kCommandClearAllAddOns, kCommandClearAllAddOns, &Root::ClearAddOns},
       {kCommandMeshNode, kCommandMeshMap3D, &Root::OpenDialog}};
@@ -91,7 +92,8 @@ void CQDTreeItemMesh::OnMenuEvent(unsigned command) {
   const auto entry = std::find_if(table.begin(), table.end(), [meant](const Entry& candidate) {
     return meant >= candidate.first && meant <= candidate.last;
   });
-  if (entry != table.end()) (this->*entry->run)(meant, TargetsOf(meant != command));
+  if (entry == table.end()) return;
+  (this->*entry->run)(meant, entry->targets ? TargetsOf(meant != command) : Targets());
 }
 
 void CQDTreeItemMesh::Forward(unsigned command, const Targets& targets) {

@@ -36,7 +36,7 @@ class Meshes : public InWindow {
   void Select(const std::vector<CString>& names) {
     TArray<iterator> itrs;
     for (const CString& name : names) itrs.push_back(Named(name));
-    m_window->Document().SetSelectBuffer(itrs);
+    m_window->Document().Select({itrs});
     Tree().SetSelection(2, itrs);
   }
   /// Names with their counts of elements; nodes for what has no elements.
@@ -107,7 +107,7 @@ class ExportScopes : public Meshes {
 
 TEST_F(ExportScopes, WhatIsSelectedOrHiddenDoesNotChangeWhatIsWrittenUnasked) {
   Select({L"PLATE"});
-  m_window->Document().GetDisplay().ShowHideMsetUnit(Named(L"WEDGES"), 0);
+  m_window->Document().GetDisplay().Meshes().ShowHideMsetUnit(Named(L"WEDGES"), 0);
   Wait(100);
   EXPECT_EQ(WriteByDialog("all.msh", 0), All());
   EXPECT_EQ(WriteByDialog("shown.msh", 1), All() - Set(L"WEDGES").elementCount);
@@ -118,7 +118,7 @@ TEST_F(ExportScopes, PartsLeaveAsShapesAndTheMeshesAreSaid) {
   Open(m_files.Make({"pump"}, "pump.step"));
   const std::vector<iterator> parts = Data().GetGeomPool().GetItrList();
   ASSERT_EQ(parts.size(), 9U);
-  m_window->Document().GetDisplay().SetShowHide(Data().GetGeomPool().GetAtNU(parts[2])->cadItem, 0);
+  m_window->Document().GetDisplay().Parts().SetShowHide(Data().GetGeomPool().GetAtNU(parts[2])->cadItem, 0);
   WriteByDialog("all.step", 0);
   WriteByDialog("shown.step", 1);
   EXPECT_EQ(Files::Read(m_files.Folder() + "/all.step").count(" = NEXT_ASSEMBLY_USAGE_OCCURRENCE("), 11);

@@ -46,7 +46,7 @@ class Operations : public InWindow {
   void Command(CQDTreeListCtrl& tree, const std::vector<std::size_t>& parts, unsigned command) {
     TArray<iterator> itrs;
     for (const std::size_t part : parts) itrs.push_back(Parts()[part]);
-    m_window->Document().SetSelectBuffer(itrs);
+    m_window->Document().Select({itrs});
     tree.SetSelection(1, itrs);
     tree.OnMenuEvent(command);
     Wait(50);

@@ -3,9 +3,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QTimer>
 
 #include "InWindow.h"
+#include "platform/qt/QtConvert.h"
 #include "workbench/tree/TreePrinter.h"
 
 namespace qd::test {
@@ -71,6 +73,41 @@ TEST_F(Window, SelectionDeletionAndUndoGoBothWays) {
   const QPoint middle = m_window->View().mapToGlobal(m_window->View().rect().center());
   Display(QStringList{"mousemove"} << At({middle.x(), middle.y()}) << QStringList{"click", "1"});
   EXPECT_EQ(Tree().GetSelectedCount(), 1);
+}
+
+/// The pane shows what is selected, whichever tree it was selected in, and survives what its own edits bring.
+TEST_F(Window, ThePageIsOfWhatIsSelectedLast) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const auto lines = [this] {
+    m_window->Properties().ShowNow();
+    return m_window->Properties().Lines();
+  };
+  CQDTreeListCtrl& sets = m_window->SetTreePane().Bar().GetTreeCtrl();
+  m_window->SetTreePane().raise();
+  Wait(100);
+  CQDTreeItem* set = sets.GetQDRootItem()->Children().front()->Children().front();
+  sets.SelectCTItem(set);
+  Wait(100);
+  EXPECT_EQ(lines().value(1), "Name: " + ToQt(set->GetTitle()));
+  auto* selection = m_window->findChild<QLabel*>("selection");
+  ASSERT_NE(selection, nullptr);
+  EXPECT_EQ(selection->text(), "Geometry sets: 1");
+  m_window->ModelTreePane().raise();
+  Wait(100);
+  ClickRow(0, 10);
+  EXPECT_EQ(selection->text(), "Parts: 1");
+  const iterator part = Tree().NodeOf(Part(0))->GetIterator();
+  EXPECT_EQ(sets.NodeOf(sets.GetFirstSelectedItem()), sets.FindGeomNode(part)) << "the other tree follows";
+  const auto editors = m_window->Properties().findChildren<QLineEdit*>();
+  ASSERT_FALSE(editors.isEmpty());
+  editors.front()->setText("edited");
+  emit editors.front()->editingFinished();
+  Wait(100);
+  EXPECT_EQ(Data().GetGeomPool().GetAtNU(part)->name, L"edited");
+  EXPECT_TRUE(lines().join(' ').contains("edited"));
+  Tree().SetItemState(Part(1), kRowSelected, kRowSelected);
+  Tree().OnSelchangAction();
+  EXPECT_EQ(lines(), (QStringList{"Selected: ", "Parts: 2"}));
 }
 
 TEST_F(Window, AnIsolationIsLeftByItsAction) {

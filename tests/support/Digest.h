@@ -20,7 +20,7 @@ struct Digest {
 
 /// How everything is drawn that has a record, and whatever is hidden.
 inline std::string DisplayText(workbench::WorkDocument& doc) {
-  const workbench::DisplayState& display = doc.GetDisplay();
+  const workbench::Display& display = doc.GetDisplay();
   const auto hidden = [](const workbench::Visibility& visibility) {
     std::string text;
     for (const int part : visibility.hiddenParts) text += " part " + std::to_string(part);
@@ -31,19 +31,19 @@ inline std::string DisplayText(workbench::WorkDocument& doc) {
   };
   std::string text = "hidden" + hidden(display.HiddenNow());
   if (display.Isolation() != nullptr) text += "\nisolated from" + hidden(*display.Isolation());
-  text += "\ncolours " + std::to_string(display.GetColorModelType()) + " " +
-          std::to_string(display.GetMeshColorMode()) + "\n";
+  text += "\ncolours " + std::to_string(display.Parts().GetColorModelType()) + " " +
+          std::to_string(display.Meshes().GetMeshColorMode()) + "\n";
   for (const workbench::JournalEntry& entry : doc.GetDatabase().AllRecords()) {
     const std::uint16_t type = workbench::TypeOf(entry.itr);
     if (type == kDataGeom) {
-      const auto& part = display.GetCadItem(static_cast<const tagTGeom&>(*entry.after).cadItem);
+      const auto& part = display.Parts().GetLook(static_cast<const tagTGeom&>(*entry.after).cadItem);
       text += "part " + std::to_string(part.mode) + " " + std::to_string(part.opacity) + "\n";
     } else if (type == kDataMset) {
-      const auto look = display.GetMeshLook(static_cast<const tagTMset&>(*entry.after).key & kMsetKeyMask);
+      const auto look = display.Meshes().GetLook(static_cast<const tagTMset&>(*entry.after).key & kMsetKeyMask);
       text += "set " + std::to_string(look.mode) + " " + std::to_string(look.opacity) + " " +
               std::to_string(look.addOns) + (look.shrink ? " shrunk" : "") + "\n";
     } else if (type == kDataCord) {
-      text += doc.GetDisplay().GetShowHide(kLabelCord, entry.after->id) != 0 ? "shown\n" : "hidden\n";
+      text += doc.GetDisplay().Labels().GetShowHide(kLabelCord, entry.after->id) != 0 ? "shown\n" : "hidden\n";
     }
   }
   return text;

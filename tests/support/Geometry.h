@@ -24,7 +24,7 @@ class GeometryTest : public ModelTest {
     });
     return mesh;
   }
-  bool IsShown(iterator part) { return m_doc.GetDisplay().GetCadItem(Part(part).cadItem).shown; }
+  bool IsShown(iterator part) { return m_doc.GetDisplay().Parts().GetLook(Part(part).cadItem).shown; }
 };
 
 }  // namespace qd::test

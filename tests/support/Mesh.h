@@ -64,7 +64,7 @@ class MeshTest : public ModelTest {
   }
   workbench::MsetPool& Pool() { return Data().GetMsetPool(); }
   const tagTMset& Mset(iterator itr) { return *Pool().GetAtNU(itr); }
-  bool IsShown(iterator itr) { return m_doc.GetDisplay().IsMsetShown(itr) != 0; }
+  bool IsShown(iterator itr) { return m_doc.GetDisplay().Meshes().IsMsetShown(itr) != 0; }
   /// The sets below the root as one line.
   std::string Sets() {
     const std::string all = Meshes();

@@ -31,8 +31,10 @@ ModelTest::ModelTest() {
       m_doc, m_bar, m_setBar,
       workbench::WorksTrees::Window{
           .later = [this](std::function<void()> what) { m_later.Add(std::move(what)); },
-          .changed = [this](const CQDUpdateRecord& record) { m_notices.push_back(record); },
-          .acted = [this] { ++m_displayActs; }});
+          .changed = [this](const CQDUpdateRecord& record) { m_notices.push_back(record); }});
+  m_onDisplay = m_doc.GetDisplay().Subscribe([this](const workbench::DisplayNotice& notice) {
+    if (notice.acted) ++m_displayActs;
+  });
 }
 
 ModelTest::~ModelTest() {

@@ -26,8 +26,10 @@ class ProbeNode : public CQDTreeItem {
     if (onUpdate) onUpdate(*this);
   }
   void OnMenuEvent(unsigned command) override {
-    EXPECT_EQ(IQueryMenuID2Idx::Instance().GetLastCommand(), command);  // a dialog asks what opened it
     log += workbench::ToUtf8(GetTitle()) + ":" + std::to_string(command) + " ";
+  }
+  void ShowHideNode(int show) override {
+    log += "symbols " + workbench::ToUtf8(GetTitle()) + " " + std::to_string(show) + " ";
   }
   void CreateContextMenu(CPoint&) override { log += "menu " + workbench::ToUtf8(GetTitle()) + " "; }
   void SetPropertyView() override { log += "page " + workbench::ToUtf8(GetTitle()) + " "; }

@@ -172,8 +172,8 @@ std::string HostLog::Change(const tagTCord& record, const tagTCord* old) const {
 // ---- the document ---------------------------------------------------------------------------------------
 
 struct RecordingDocument::Interfaces {
-  Interfaces(HostLog& log, workbench::Database& data, workbench::DisplayState& real)
-      : session(log, data), view(log, real), display(log, real, data.GetCordPool()) {}
+  Interfaces(HostLog& log, workbench::Database& data, workbench::Display& real)
+      : session(log, data), view(log, real.Parts()), display(log, real, data.GetCordPool()) {}
   RecordingSession session;
   RecordingView view;
   RecordingDisplay display;

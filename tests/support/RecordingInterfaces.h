@@ -394,14 +394,14 @@ class RecordingSections final : public Recording<ISectionAPI> {
 
 /// What a document tells its display.
 struct RecordingDisplay {
-  RecordingDisplay(HostLog& log, workbench::DisplayState& real, const workbench::CordPool& cords)
-      : parts(log, "parts", real),
-        meshes(log, "meshes", real),
-        looks(log, "looks", real),
-        labels(log, real, cords),
-        range(log, "range", real),
-        post(log, "post", real),
-        sections(log, "sections", real) {}
+  RecordingDisplay(HostLog& log, workbench::Display& real, const workbench::CordPool& cords)
+      : parts(log, "parts", real.Parts()),
+        meshes(log, "meshes", real.Meshes()),
+        looks(log, "looks", real.Meshes()),
+        labels(log, real.Labels(), cords),
+        range(log, "range", real.Range()),
+        post(log, "post", real.Post()),
+        sections(log, "sections", real.Sections()) {}
   RecordingParts parts;
   RecordingMeshes meshes;
   RecordingLooks looks;

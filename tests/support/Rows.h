@@ -102,7 +102,7 @@ class ExpectedRows {
     SeenRow root{CMSGFunction::GetValue("IDS_QD_WRT_Coordinate_System"), kSystemIcon};
     Each<tagTCord>(kDataCord, [&](iterator, const tagTCord& system) {
       SeenRow row{system.name, kSystemIcon};
-      row.box = BoxOf(m_doc.GetDisplay().GetShowHide(kLabelCord, system.id) != 0);
+      row.box = BoxOf(m_doc.GetDisplay().Labels().GetShowHide(kLabelCord, system.id) != 0);
       root.children.push_back(row);
     });
     return root;
@@ -110,7 +110,7 @@ class ExpectedRows {
   SeenRow Part(iterator itr, const tagTGeom& part) {
     // Shading, shading with edges, lines, a box; the same four once more for parts with a mesh.
     constexpr int kIcons[] = {22, 21, 23, 24};
-    const auto& drawn = m_doc.GetDisplay().GetCadItem(part.cadItem);
+    const auto& drawn = m_doc.GetDisplay().Parts().GetLook(part.cadItem);
     const int icon = drawn.mode > 3 ? kPartIcon : kIcons[drawn.mode] + (m_meshed.contains(itr) ? 4 : 0);
     return {part.name,         icon, static_cast<std::uint32_t>(part.id), true, part.colour & 0xFFFFFFU,
             BoxOf(drawn.shown)};
@@ -151,7 +151,7 @@ class ExpectedRows {
     for (auto at = first; at != last; ++at) {
       const auto& [itr, set] = at->second;
       const std::uint32_t key = set->key & kMsetKeyMask;
-      const int box = BoxOf(m_doc.GetDisplay().IsMsetShown(itr) != 0);
+      const int box = BoxOf(m_doc.GetDisplay().Meshes().IsMsetShown(itr) != 0);
       rows.push_back({set->name, kMeshIcon, key, true, set->colour & 0xFFFFFFU, box, MeshesBelow(key, below)});
     }
     std::sort(rows.begin(), rows.end(), [](const SeenRow& a, const SeenRow& b) { return a.id < b.id; });

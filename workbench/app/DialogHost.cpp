@@ -107,7 +107,7 @@ std::vector<iterator> DialogHost::PartsInView() const {
   Database& database = m_doc.GetDatabase();
   const auto hidden = [&](iterator part) {
     return database.GetDataType(part) != kDataGeom ||
-           !m_doc.GetDisplay().GetCadItem(database.GetGeomPool().GetAtNU(part)->cadItem).shown;
+           !m_doc.GetDisplay().Parts().GetLook(database.GetGeomPool().GetAtNU(part)->cadItem).shown;
   };
   std::vector<iterator> parts = m_doc.GetSelectBuffer();
   std::erase_if(parts, hidden);

@@ -23,7 +23,7 @@ std::vector<iterator> SetsOf(WorkDocument& doc, ExportScope scope) {
   }
   sets = database.GetMsetPool().GetItrList();
   if (scope == ExportScope::Shown) {
-    std::erase_if(sets, [&doc](iterator itr) { return doc.GetDisplay().IsMsetShown(itr) == 0; });
+    std::erase_if(sets, [&doc](iterator itr) { return doc.GetDisplay().Meshes().IsMsetShown(itr) == 0; });
   }
   return sets;
 }
@@ -33,8 +33,9 @@ std::vector<iterator> PartsOf(WorkDocument& doc, ExportScope scope) {
   const GeomPool& pool = doc.GetDatabase().GetGeomPool();
   std::vector<iterator> parts = pool.GetItrList();
   if (scope == ExportScope::Shown) {
-    std::erase_if(parts,
-                  [&](iterator part) { return doc.GetDisplay().GetShowHide(pool.GetAtNU(part)->cadItem) == 0; });
+    std::erase_if(parts, [&](iterator part) {
+      return doc.GetDisplay().Parts().GetShowHide(pool.GetAtNU(part)->cadItem) == 0;
+    });
   } else if (scope == ExportScope::Selected) {
     const std::vector<iterator>& buffer = doc.GetSelectBuffer();
     const std::unordered_set<iterator> selected(buffer.begin(), buffer.end());

@@ -5,6 +5,7 @@
 #include <QEvent>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLabel>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QSettings>
@@ -23,6 +24,7 @@
 #include "workbench/app/TreePane.h"
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/session/DocumentPage.h"
+#include "workbench/session/SelectionPage.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
@@ -36,19 +38,24 @@ MainWindow::MainWindow(MessageTables& messages)
   resize(1200, 760);
   MakePanes();
   MakeMenus();
-  m_session = std::make_unique<Session>(
-      *m_doc, m_modelPane->Bar(), m_gsetPane->Bar(),
-      WorksTrees::Window{.later =
-                             [this](const std::function<void()>& what) {
-                               QTimer::singleShot(0, this, [this, what] { QuietTime::WhenOver(this, what); });
-                             },
-                         .changed =
-                             [this](const CQDUpdateRecord& record) {
-                               m_view->Apply(record);
-                               if (DocumentPage::IsOf(record)) m_properties->Refresh();
-                               RefreshActions();
-                             },
-                         .acted = [this] { RefreshActions(); }});
+  m_session = std::make_unique<Session>(*m_doc, m_modelPane->Bar(), m_gsetPane->Bar(),
+                                        WorksTrees::Window{
+                                            .later =
+                                                [this](const std::function<void()>& what) {
+                                                  QTimer::singleShot(
+                                                      0, this, [this, what] { QuietTime::WhenOver(this, what); });
+                                                },
+                                            .changed =
+                                                [this](const CQDUpdateRecord& record) {
+                                                  m_view->Apply(record);
+                                                  if (DocumentPage::IsOf(record)) m_properties->Refresh();
+                                                  RefreshActions();
+                                                },
+                                        });
+  m_onDisplay = m_doc->GetDisplay().Subscribe([this](const DisplayNotice& notice) {
+    if (notice.acted || notice.isolation) RefreshActions();
+    if (notice.colours) m_properties->Refresh();
+  });
   m_doc->SetOnImport([this] { OnImport(); });
   MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
@@ -81,7 +88,14 @@ void MainWindow::MakePanes() {
   m_modelPane->Open(*m_doc);
   m_gsetPane->Open(*m_doc);
   m_properties = new PropertyPane(this);
-  m_properties->SetDocumentPage([this] { return DocumentPage::For(*m_doc); });
+  m_properties->SetDocumentPage([this] { return SelectionPage::For(*m_doc); });
+  m_selectionText = new QLabel(this);
+  m_selectionText->setObjectName("selection");
+  m_onSelection = m_doc->OnSelection([this](const Selection&) {
+    m_selectionText->setText(ToQt(SelectionText(*m_doc)));
+    m_properties->Refresh();
+    RefreshActions();
+  });
   m_messagePane = new QDockWidget(this);
   m_messagePane->setObjectName("messages");
   SetTitle(*m_messagePane, "IDS_WB_PANE_MESSAGES");
@@ -121,6 +135,7 @@ void MainWindow::MakePanes() {
     m_operations->WaitLonger();
     m_exporter->WaitLonger();
   });
+  statusBar()->addWidget(m_selectionText);
   for (QWidget* widget : std::initializer_list<QWidget*>{m_progress, m_wait, m_cancel}) {
     statusBar()->addPermanentWidget(widget);
     widget->hide();

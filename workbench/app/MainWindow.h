@@ -20,6 +20,7 @@
 
 class QAction;
 class QDockWidget;
+class QLabel;
 class QMenu;
 class QPlainTextEdit;
 class QProgressBar;
@@ -141,6 +142,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   std::unique_ptr<WorkDocument> m_doc;
   std::unique_ptr<DocumentKeeper> m_keeper;
   std::unique_ptr<Session> m_session;
+  Subscription m_onDisplay;
+  Subscription m_onSelection;
   ModelView* m_view = nullptr;  // these are owned by their Qt parents
   TreePane* m_modelPane = nullptr;
   TreePane* m_gsetPane = nullptr;
@@ -148,6 +151,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   QDockWidget* m_messagePane = nullptr;
   QPlainTextEdit* m_messageText = nullptr;
   QProgressBar* m_progress = nullptr;
+  QLabel* m_selectionText = nullptr;
   QToolButton* m_cancel = nullptr;
   QToolButton* m_wait = nullptr;  // shown while something seems to be lost
   OperationRunner* m_operations = nullptr;

@@ -183,6 +183,7 @@ void MainWindow::RefreshActions() {
   m_undo->setEnabled(database.CanUndo());
   m_redo->setEnabled(database.CanRedo());
   m_leave->setEnabled(m_doc->GetDisplay().Isolation() != nullptr);
+  m_delete->setEnabled(m_session->CanDelete());
 }
 
 }  // namespace qd::workbench

@@ -117,7 +117,7 @@ std::array<Point, 3> Reflection(const Point& normal) {
 /// The selected mesh sets that are shown, or all that are.
 std::vector<iterator> SetsInView(WorkDocument& doc) {
   const auto unseen = [&doc](iterator itr) {
-    return doc.GetDatabase().GetDataType(itr) != kDataMset || doc.GetDisplay().IsMsetShown(itr) == 0;
+    return doc.GetDatabase().GetDataType(itr) != kDataMset || doc.GetDisplay().Meshes().IsMsetShown(itr) == 0;
   };
   std::vector<iterator> sets = doc.GetSelectBuffer();
   std::erase_if(sets, unseen);

@@ -196,9 +196,11 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
 }
 
 void PropertyPane::Tell(CBCGPProp& row) {
-  Page()->OnPropertyChanged(&row, row.data);
+  IPropertySet* page = Page();
+  page->OnPropertyChanged(&row, row.data);
+  if (page != Page()) return;  // what it wrote has brought another page
   // What is written at once is shown anew, for the page may have refused it; with an apply button it waits.
-  if (!Page()->HasApplyButton()) Schedule();
+  if (!page->HasApplyButton()) Schedule();
 }
 
 QStringList PropertyPane::Lines() const {

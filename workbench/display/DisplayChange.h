@@ -1,9 +1,9 @@
 #pragma once
 
-#include <unordered_map>
+#include <memory>
 #include <vector>
 
-#include "workbench/display/DisplayState.h"
+#include "workbench/display/Display.h"
 #include "workbench/model/UndoableChange.h"
 
 namespace qd::workbench {
@@ -11,12 +11,13 @@ namespace qd::workbench {
 /// What one act of the user changed of the display, step by step.
 class DisplayChange final : public IUndoableChange {
  public:
-  explicit DisplayChange(DisplayState& display) : m_display(display) {}
+  explicit DisplayChange(Display& display)
+      : m_display(display), actsBefore(display.ActNumber()), isolationBefore(display.Isolation()) {}
 
   struct Part {
     int cadItem;
-    DisplayState::PartLook before;
-    DisplayState::PartLook after;
+    PartDisplay::Look before;
+    PartDisplay::Look after;
   };
   struct Shown {
     std::uint64_t what;  // a mesh set, or the number of a label
@@ -24,25 +25,40 @@ class DisplayChange final : public IUndoableChange {
   };
   /// The looks of all mesh sets at once.
   struct Looks {
-    DisplayState::LookTable before;
-    DisplayState::LookTable after;
+    MeshDisplay::LookTable before;
+    MeshDisplay::LookTable after;
   };
   /// The look of one mesh set, or of all: one order for both.
   struct Look {
     std::uint32_t key = 0;
-    DisplayState::MeshLook before{};
-    DisplayState::MeshLook after{};
+    MeshDisplay::Look before{};
+    MeshDisplay::Look after{};
     std::shared_ptr<const Looks> all{};  // null for one
   };
-  struct Modes {
-    DisplayState::ColourModes before;
-    DisplayState::ColourModes after;
+  struct Box {
+    RowBox box;
+    int before;
+    int after;
   };
+  template <typename Mode>
+  struct Colours {
+    Mode before;
+    Mode after;
+  };
+
+ private:
+  Display& m_display;
+
+ public:
   std::vector<Part> parts;
   std::vector<Shown> msets;
   std::vector<Shown> labels;
+  std::vector<Box> boxes;
   std::vector<Look> looks;
-  std::vector<Modes> modes;
+  std::vector<Colours<int>> partColours;
+  std::vector<Colours<unsigned>> meshColours;
+  /// How many acts were committed before it began.
+  std::uint64_t actsBefore;
   /// What is remembered of the time before an isolation, before and after this.
   std::shared_ptr<const Visibility> isolationBefore;
   std::shared_ptr<const Visibility> isolationAfter;
@@ -50,13 +66,8 @@ class DisplayChange final : public IUndoableChange {
   bool IsEmpty() const;
   /// Whether only what is shown changed, not how.
   bool IsOfVisibility() const;
-  /// What was hidden before it.
-  Visibility HiddenBefore() const;
   void Restore(bool forward) override;
   std::size_t Bytes() const override;
-
- private:
-  DisplayState& m_display;
 };
 
 }  // namespace qd::workbench

@@ -60,7 +60,7 @@ COLORREF ColourOf(const Database& database, const tagTMset& record, unsigned mod
 
 }  // namespace
 
-SkinRequest RequestFor(const DisplayState::MeshLook& look) {
+SkinRequest RequestFor(const MeshDisplay::Look& look) {
   SkinRequest request;
   request.shrink = look.shrink;
   request.faces = look.mode <= kEdgeShading || look.mode == kFeatureShading;
@@ -82,19 +82,20 @@ SkinRequest RequestFor(const DisplayState::MeshLook& look) {
   return request;
 }
 
-MsetLook LookOf(const Database& database, const DisplayState& display, const tagTMset& record, iterator itr,
+MsetLook LookOf(const Database& database, const Display& display, const tagTMset& record, iterator itr,
                 const MeshSkin& skin, bool selected) {
-  const DisplayState::MeshLook wanted = display.GetMeshLook(record.key & kMsetKeyMask);
+  const MeshDisplay::Look wanted = display.Meshes().GetLook(record.key & kMsetKeyMask);
   MsetLook look;
-  look.shown = display.IsMsetShown(itr) != 0;
+  look.shown = display.Meshes().IsMsetShown(itr) != 0;
   look.box = wanted.mode == kBoundingBox;
   look.wire = look.box || (wanted.mode >= kWireframe && wanted.mode <= kFeatureEdges);
   look.opacity = wanted.opacity;
   look.addOns = wanted.addOns;
   look.colours.reserve(skin.pieces.size());
   for (const MeshSkin::Piece& piece : skin.pieces) {
-    look.colours.push_back(selected ? kHighlight
-                                    : ColourOf(database, record, display.GetMeshColorMode(), piece.elementType));
+    look.colours.push_back(
+        selected ? kHighlight
+                 : ColourOf(database, record, display.Meshes().GetMeshColorMode(), piece.elementType));
   }
   return look;
 }

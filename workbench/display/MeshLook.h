@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "workbench/display/DisplayState.h"
+#include "workbench/display/Display.h"
 #include "workbench/mesh/MeshSkin.h"
 #include "workbench/model/Database.h"
 
@@ -20,10 +20,10 @@ struct MsetLook {
 };
 
 /// What has to be prepared of a mesh to draw it in a look.
-SkinRequest RequestFor(const DisplayState::MeshLook& look);
+SkinRequest RequestFor(const MeshDisplay::Look& look);
 
 /// How the display state wants a mesh set to be drawn. Its colours go with the pieces of `skin`.
-MsetLook LookOf(const Database& database, const DisplayState& display, const tagTMset& record, iterator itr,
+MsetLook LookOf(const Database& database, const Display& display, const tagTMset& record, iterator itr,
                 const MeshSkin& skin, bool selected);
 
 }  // namespace qd::workbench

@@ -6,21 +6,25 @@
 
 namespace qd::workbench {
 
-void WorkDocument::SetSelectBuffer(std::vector<iterator> itrs) {
-  m_selection = std::move(itrs);
+void WorkDocument::Select(Selection selection) {
+  if (std::exchange(m_selectionTold, true) && selection == m_selection) return;
+  m_selection = std::move(selection);
   m_display.MarkDirty();
+  m_selectionNotice.Tell(m_selection);
 }
 
+/// A tree that is about to say what is selected in it asks for no notice.
 void WorkDocument::ClearSelectBuffer(int notify) {
-  if (m_selection.empty()) return;
-  m_selection.clear();
-  m_display.MarkDirty();
-  if (notify != 0 && m_onSelection) m_onSelection();
+  if (notify != 0) {
+    if (!m_selection.records.empty()) Select({});
+    return;
+  }
+  m_selection.records.clear();
+  m_selectionTold = false;
 }
 
 void WorkDocument::AddToSelBuffer(iterator itr) {
-  m_selection.push_back(itr);
-  m_display.MarkDirty();
+  m_selection.records.push_back(itr);
 }
 
 void WorkDocument::Import() {

@@ -4,33 +4,40 @@
 #include <vector>
 
 #include "host/CQDDocBase.h"
-#include "workbench/display/DisplayState.h"
+#include "workbench/display/Display.h"
+#include "workbench/display/Notice.h"
+#include "workbench/display/Selection.h"
 #include "workbench/model/Database.h"
 
 namespace qd::workbench {
 
-/// An open document: its database, its display state and its selection buffer.
+/// An open document: its database, what is shown of it and what is selected in it.
 class WorkDocument : public CQDDocBase {
  public:
   Database& GetDatabase() { return m_database; }
-  DisplayState& GetDisplay() { return m_display; }
+  Display& GetDisplay() { return m_display; }
   void SetPathName(CString path) { m_path = std::move(path); }
   void SetActiveView(CQDViewBase* view) { m_view = view; }
-  /// Called whenever the selection buffer was changed by somebody who wants it known.
-  void SetOnSelection(std::function<void()> onSelection) { m_onSelection = std::move(onSelection); }
-  /// Replaces the selection buffer, as a pick in the view does. The caller tells the works trees.
-  void SetSelectBuffer(std::vector<iterator> itrs);
+
+  const Selection& GetSelection() const { return m_selection; }
+  /// Selects something else, whoever asks for it; all who show the selection follow.
+  void Select(Selection selection);
+  [[nodiscard]] Subscription OnSelection(Notice<Selection>::Call call) {
+    return m_selectionNotice.Subscribe(std::move(call));
+  }
 
   CString GetPathName() const override { return m_path; }
   CQDViewBase* GetActiveView() override { return m_view; }
   CQDDBSession* GetDBSession() override { return &m_database; }
-  CCADSession* GetCADSession() override { return &m_display; }
-  CQDMeshManager* GetMeshManager() override { return &m_display; }
-  CQDLabelManager* GetLabelManager() override { return &m_display; }
-  CQDModelRange* GetModelRange() override { return &m_display; }
-  CQDPostManager* GetPostManager() override { return &m_display; }
-  CMPUData* GetMPUData() override { return &m_display; }
-  ISectionAPI* GetSectionAPI() override { return &m_display; }
+  CCADSession* GetCADSession() override { return &m_display.Parts(); }
+  CQDMeshManager* GetMeshManager() override { return &m_display.Meshes(); }
+  CQDLabelManager* GetLabelManager() override { return &m_display.Labels(); }
+  CQDModelRange* GetModelRange() override { return &m_display.Range(); }
+  CQDPostManager* GetPostManager() override { return &m_display.Post(); }
+  CMPUData* GetMPUData() override { return &m_display.Meshes(); }
+  ISectionAPI* GetSectionAPI() override { return &m_display.Sections(); }
+  CQDRowBoxes* GetRowBoxes() override { return &m_display.Boxes(); }
+  void OnShowOnly() override { m_display.BeginIsolation(); }
 
   /// Called when the user asks for an import.
   void SetOnImport(std::function<void()> onImport) { m_onImport = std::move(onImport); }
@@ -48,7 +55,7 @@ class WorkDocument : public CQDDocBase {
 
   void ClearSelectBuffer(int notify) override;
   void AddToSelBuffer(iterator itr) override;
-  const std::vector<iterator>& GetSelectBuffer() const override { return m_selection; }
+  const std::vector<iterator>& GetSelectBuffer() const override { return m_selection.records; }
   int IsSelecting() const override { return 0; }
 
   void AddCheckedMset(iterator itr) override { m_checked.push_back(itr); }
@@ -58,12 +65,13 @@ class WorkDocument : public CQDDocBase {
 
  private:
   Database m_database;
-  DisplayState m_display;
+  Display m_display{m_database};
   CString m_path;
   CQDViewBase* m_view = nullptr;
-  std::vector<iterator> m_selection;
+  Selection m_selection;
+  Notice<Selection> m_selectionNotice;
+  bool m_selectionTold = true;  // false while a tree says what is selected
   std::vector<iterator> m_checked;
-  std::function<void()> m_onSelection;
   std::function<void()> m_onImport;
   IQDCurrentDialog* m_dialog = nullptr;
   bool m_modelInfoChanged = false;

@@ -385,6 +385,7 @@ std::vector<JournalEntry> Database::AllRecords() const {
 // ---- undo and redo --------------------------------------------------------------------------------------
 
 int Database::Undo() {
+  if (m_beforeHistory) m_beforeHistory();
   std::vector<JournalEntry> left;
   if (!CanUndo() || !Keep(m_undo.back(), false, left)) return 0;
   m_redo.push_back(std::move(m_undo.back()));
@@ -394,6 +395,7 @@ int Database::Undo() {
 }
 
 int Database::Redo() {
+  if (m_beforeHistory) m_beforeHistory();
   std::vector<JournalEntry> left;
   if (!CanRedo() || !Keep(m_redo.back(), true, left)) return 0;
   m_undo.push_back(std::move(m_redo.back()));

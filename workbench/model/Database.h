@@ -101,6 +101,8 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
 
   /// Puts a change of something else among the acts, or, when an act was committed since `since`, into that one.
   void AddChange(const CString& title, std::shared_ptr<IUndoableChange> change, std::uint64_t since);
+  /// Called before undo and redo, so that what belongs to the last act and is not among the acts yet comes there.
+  void SetBeforeHistory(std::function<void()> call) { m_beforeHistory = std::move(call); }
   /// Counts the acts that were committed.
   std::uint64_t ActNumber() const { return m_actNumber; }
 
@@ -161,6 +163,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   IDatabaseListener* m_listener = nullptr;
   IRecordStore* m_store = nullptr;
   std::function<bool(iterator)> m_guard;
+  std::function<void()> m_beforeHistory;
   bool m_open = false;
   CString m_title;
   std::vector<JournalEntry> m_journal;

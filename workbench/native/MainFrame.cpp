@@ -7,6 +7,7 @@
 
 #include "workbench/native/Commands.h"
 #include "workbench/native/Texts.h"
+#include "workbench/session/SelectionPage.h"
 
 namespace qd::workbench {
 
@@ -80,6 +81,11 @@ void MainFrame::MakePanes() {
   SendMessageW(m_progress, PBM_SETRANGE32, 0, 1000);
   m_cancel = make(WC_BUTTONW, 0);
   m_properties = std::make_unique<PropertyPane>(m_frame);
+  m_properties->SetOwnPage([this] { return SelectionPage::For(m_doc); });
+  m_onSelection = m_doc.OnSelection([this](const Selection&) { m_properties->Refresh(); });
+  m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice& notice) {
+    if (notice.colours) m_properties->Refresh();
+  });
   for (CWorksTreeBar* bar : {&m_modelBar, &m_gsetBar}) {
     Session::MakeBar(*bar, m_doc);
     m_toolkit.Embed(*bar, m_frame);
@@ -256,6 +262,9 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
       SendMessageW(static_cast<HWND>(m_toolkit.HandleOf(m_modelBar)), message, w, l);
       MakeFont();
       Layout();
+      return 0;
+    case WM_ENTERIDLE:  // a menu is open, and the page is to be of the row that it was opened on
+      if (m_properties != nullptr) m_properties->ShowIfDue();
       return 0;
     case WM_SETFOCUS:
       m_modelBar.SetFocus();

@@ -89,6 +89,8 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   bool m_named = false;  // by the first file
   std::unique_ptr<PropertyPane> m_properties;
   std::unique_ptr<Session> m_session;
+  Subscription m_onSelection;
+  Subscription m_onDisplay;
   std::unique_ptr<InpImport> m_import;
   std::deque<std::wstring> m_waiting;  // files to import after it
   std::vector<std::function<void()>> m_later;

@@ -54,7 +54,7 @@ PropertyPane::~PropertyPane() {
 }
 
 void PropertyPane::Place(const RECT& area, HFONT font) {
-  const bool button = m_page != nullptr && m_page->HasApplyButton();
+  const bool button = Page() != nullptr && Page()->HasApplyButton();
   const int line = static_cast<int>(GetDpiForWindow(m_list)) / 4;
   const int width = area.right - area.left;
   MoveWindow(m_list, area.left, area.top, width, area.bottom - area.top - (button ? line : 0), TRUE);
@@ -84,9 +84,11 @@ void PropertyPane::ShowIfDue() {
   CloseEditor(false);
   m_retired.clear();
   m_rows.clear();
+  m_ownPage = m_page == nullptr && m_makeOwnPage ? m_makeOwnPage() : nullptr;
+  if (m_ownPage != nullptr) m_ownPage->SetOnLayout([this] { ShowRows(); });
   SetWindowTextW(m_apply, CMSGFunction::GetValue("IDS_WB_APPLY").c_str());
-  if (m_page != nullptr) {
-    m_page->ShowProperty();
+  if (Page() != nullptr) {
+    Page()->ShowProperty();
   } else {
     ShowRows();
   }
@@ -109,8 +111,8 @@ void PropertyPane::ShowRows() {
     item.pszText = second.data();
     SendMessageW(m_list, LVM_SETITEMTEXTW, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
   };
-  if (m_page == nullptr) return insert(CMSGFunction::GetValue("IDS_WB_NO_PROPERTIES"), L"", 0);
-  for (const auto& row : m_page->GetRows()) {
+  if (Page() == nullptr) return insert(CMSGFunction::GetValue("IDS_WB_NO_PROPERTIES"), L"", 0);
+  for (const auto& row : Page()->GetRows()) {
     if (IsHidden(*row)) continue;
     int indent = 0;
     for (const CBCGPProp* above = row->parent; above != nullptr; above = above->parent) ++indent;
@@ -146,7 +148,7 @@ LRESULT PropertyPane::Draw(NMLVCUSTOMDRAW& draw) const {
 bool PropertyPane::OnCommand(HWND sender) {
   if (sender != m_apply) return false;
   CloseEditor(true);
-  if (m_page != nullptr) m_page->ApplyProperty();
+  if (Page() != nullptr) Page()->ApplyProperty();
   m_due = true;
   return true;
 }
@@ -160,7 +162,7 @@ void PropertyPane::Open(int index) {
     return ShowRows();
   }
   if (row.calculate) {
-    m_page->CalProp(&row);
+    Page()->CalProp(&row);
     return ShowRows();
   }
   if (row.readOnly) return;
@@ -220,22 +222,24 @@ void PropertyPane::CloseEditor(bool keep) {
 
 void PropertyPane::PickColour(CBCGPProp& row) {
   static COLORREF custom[16] = {};
-  const IPropertySet* page = m_page.get();
+  const IPropertySet* page = Page();
   CHOOSECOLORW choose{};
   choose.lStructSize = sizeof(choose);
   choose.hwndOwner = GetParent(m_list);
   choose.rgbResult = row.colour;
   choose.lpCustColors = reinterpret_cast<::COLORREF*>(custom);
   choose.Flags = CC_RGBINIT | CC_FULLOPEN;
-  if (ChooseColorW(&choose) == 0 || page != m_page.get()) return;  // the page has changed meanwhile
+  if (ChooseColorW(&choose) == 0 || page != Page()) return;  // the page has changed meanwhile
   row.colour = choose.rgbResult;
   Tell(row);
 }
 
 void PropertyPane::Tell(CBCGPProp& row) {
-  m_page->OnPropertyChanged(&row, row.data);
+  const IPropertySet* page = Page();
+  Page()->OnPropertyChanged(&row, row.data);
+  if (page != Page()) return;  // what it wrote has brought another page
   // What is written at once is shown anew, for the page may have refused it; with an apply button it waits.
-  if (m_page == nullptr || !m_page->HasApplyButton()) {
+  if (!Page()->HasApplyButton()) {
     m_due = true;
   } else {
     ShowRows();

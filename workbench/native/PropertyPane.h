@@ -4,6 +4,7 @@
 // After what it builds on.
 #include <commctrl.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -29,6 +30,8 @@ class PropertyPane final : public CPropertiesWnd {
   void Refresh() override;
   void SetPropertySet(std::unique_ptr<IPropertySet> page) override;
   IPropertySet* GetPropertySet() const override { return m_page.get(); }
+  /// Makes the page that is shown while the works trees give none, null for none; asked each time.
+  void SetOwnPage(std::function<std::unique_ptr<IPropertySet>()> make) { m_makeOwnPage = std::move(make); }
   /// Lays the rows out anew if that is due. The frame calls it when its queue is empty: pages replace themselves
   /// while they are being worked with.
   void ShowIfDue();
@@ -48,7 +51,11 @@ class PropertyPane final : public CPropertiesWnd {
   HWND m_apply;
   HWND m_editor = nullptr;
   CBCGPProp* m_edited = nullptr;  // the row that the editor is over
+  IPropertySet* Page() const { return m_page != nullptr ? m_page.get() : m_ownPage.get(); }
+
   std::unique_ptr<IPropertySet> m_page;
+  std::unique_ptr<IPropertySet> m_ownPage;  // on show while there is no other
+  std::function<std::unique_ptr<IPropertySet>()> m_makeOwnPage;
   std::vector<std::unique_ptr<IPropertySet>> m_retired;
   std::vector<CBCGPProp*> m_rows;  // as they stand in the list
   bool m_due = true;

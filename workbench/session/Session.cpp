@@ -36,14 +36,21 @@ bool Session::IsEmpty() const {
 
 // ---- acts -----------------------------------------------------------------------------------------------
 
+bool Session::CanDelete() const {
+  return !m_doc.GetSelectBuffer().empty();
+}
+
 void Session::Delete() {
-  std::vector<iterator> parts = m_doc.GetSelectBuffer();
-  std::erase_if(parts, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) != kDataGeom; });
-  if (!parts.empty()) {
-    m_doc.GetDatabase().GetGeomPool().TR_Del(parts);
-  } else {
-    ModelTree().OnMenuEvent(kCommandDeleteMesh);
-  }
+  const std::vector<iterator> records = m_doc.GetSelectBuffer();
+  if (records.empty()) return;
+  const std::uint16_t type = m_doc.GetDatabase().GetDataType(records.front());
+  const bool oneKind = std::all_of(records.begin(), records.end(), [this, type](iterator itr) {
+    return m_doc.GetDatabase().GetDataType(itr) == type;
+  });
+  // Mesh sets and systems have commands of their own, which ask, and look at what they may.
+  if (oneKind && type == kDataMset) return m_trees.SelectedTree().OnMenuEvent(kCommandDeleteMesh);
+  if (oneKind && type == kDataCord) return m_trees.SelectedTree().OnMenuEvent(kCommandDelete);
+  m_doc.DeleteData(kDeleteModelData, records);
 }
 
 void Session::ShowAll() {

@@ -28,9 +28,10 @@ class Session final {
 
   void Undo() { m_doc.GetDatabase().Undo(); }
   void Redo() { m_doc.GetDatabase().Redo(); }
-  /// Deletes the selected parts, or else what the model tree's own command deletes: mesh sets, and it asks for
-  /// nested ones.
+  /// Deletes the selected records, in whichever tree they were selected, as one act; for mesh sets it asks whether
+  /// nested ones are to go with them. Nothing when rows without records are all that is selected.
   void Delete();
+  bool CanDelete() const;
   void ShowAll();
   void HideAll();
   void LeaveIsolation() { m_doc.GetDisplay().LeaveIsolation(); }

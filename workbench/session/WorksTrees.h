@@ -13,8 +13,8 @@
 
 namespace qd::workbench {
 
-/// The works trees of an open document, in step with its database, its display state and each other, whatever
-/// window they are in.
+/// The works trees of an open document, in step with its database, its display, its selection and each other,
+/// whatever window they are in.
 class WorksTrees final : private IDatabaseListener {
  public:
   /// What the window does for the trees; each may be empty where there is nothing to do.
@@ -23,8 +23,6 @@ class WorksTrees final : private IDatabaseListener {
     std::function<void(std::function<void()>)> later{};
     /// The database has changed, and the trees know.
     std::function<void(const CQDUpdateRecord&)> changed{};
-    /// There is another act to undo.
-    std::function<void()> acted{};
   };
 
   /// The bars, by tree type, and the document outlive this. Makes the rows.
@@ -35,6 +33,8 @@ class WorksTrees final : private IDatabaseListener {
 
   CWorksTreeManager& Manager() { return *m_manager; }
   CWorksTreeBar& Bar(long treeType) { return m_panes.at(treeType).Bar(); }
+  /// The tree in which the selection was made; the model tree for one that was made elsewhere.
+  CQDTreeListCtrl& SelectedTree();
   /// Makes all rows anew, for a document that was replaced as a whole.
   void MakeAnew();
   /// Opens the branches of all trees: an empty branch cannot stand open, so whoever brings the first records opens
@@ -48,6 +48,7 @@ class WorksTrees final : private IDatabaseListener {
    public:
     explicit Pane(CWorksTreeBar& bar) : m_bar(bar) {}
     CWorksTreeBar& Bar() { return m_bar; }
+    CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
     IWorksTree* GetTree(CDocument* doc) override { return doc == m_bar.GetDocument() ? &m_bar : nullptr; }
     void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }
     IWorksTree* GetDefaultPane() override { return nullptr; }
@@ -58,17 +59,17 @@ class WorksTrees final : private IDatabaseListener {
 
   void OnDatabaseChanged(const CQDUpdateRecord& record) override;
   void RefreshMeshedParts(const CQDUpdateRecord& record);
-  void Later();
-  void FollowDisplay();
-  void RememberDisplay();
+  void OnTouched(long type, const std::vector<CQDTreeItem*>& selected);
+  void FollowSelection(const Selection& selection);
+  void FollowDisplay(const DisplayNotice& notice);
 
   WorkDocument& m_doc;
   Window m_window;
   TreeFactory m_factory;
   std::map<long, Pane> m_panes;
   std::unique_ptr<CWorksTreeManager> m_manager;
-  std::shared_ptr<void> m_life = std::make_shared<char>();
-  std::uint64_t m_actsBeforeDisplay = 0;
+  Subscription m_onDisplay;
+  Subscription m_onSelection;
 };
 
 }  // namespace qd::workbench

@@ -65,7 +65,7 @@ void CordSymbols::Follow() {
   constexpr int kCell = 4;
   std::set<std::pair<int, int>> taken;
   for (const auto& [itr, placement] : m_placements) {
-    if (m_doc.GetDisplay().GetShowHide(kLabelCord, database.GetRecordID(itr)) == 0) continue;
+    if (m_doc.GetDisplay().Labels().GetShowHide(kLabelCord, database.GetRecordID(itr)) == 0) continue;
     const Vector3& at = placement.origin;
     const auto origin = project(at[0], at[1], at[2]);
     if (!origin || !rect().adjusted(-1, -1, 1, 1).contains(origin->at.toPoint())) continue;

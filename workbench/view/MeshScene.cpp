@@ -30,7 +30,7 @@ MeshScene::~MeshScene() {
 void MeshScene::Apply(const CQDUpdateRecord& record) {
   for (const tagTRNotify& change : record.changes) {
     // Properties and materials may colour any mesh.
-    if (change.dataType == kDataProperty || change.dataType == kDataMaterial) m_lookRevision = 0;
+    if (change.dataType == kDataProperty || change.dataType == kDataMaterial) m_allStale = true;
     if (change.dataType != kDataMset) continue;
     if (change.kind == kChangeDeleted) {
       Remove(change.itr);
@@ -45,7 +45,7 @@ void MeshScene::Apply(const CQDUpdateRecord& record) {
       Queue(change.itr);
     }
     // What is nested in a set may have its colour.
-    if (m_colourMode != 0) m_lookRevision = 0;
+    if (m_doc.GetDisplay().Meshes().GetMeshColorMode() != 0) m_allStale = true;
   }
 }
 
@@ -77,7 +77,7 @@ void MeshScene::StartJob() {
       Remove(itr);
       continue;
     }
-    const auto look = m_doc.GetDisplay().GetMeshLook(set->key & kMsetKeyMask);
+    const auto look = m_doc.GetDisplay().Meshes().GetLook(set->key & kMsetKeyMask);
     job->items.push_back({itr, set->mesh, RequestFor(look), nullptr});
     elements += set->elementCount + 1;
   }
@@ -155,22 +155,22 @@ void MeshScene::Follow(iterator itr) {
   MsetDrawing& drawing = known->second->drawing;
   MsetLook look =
       LookOf(m_doc.GetDatabase(), m_doc.GetDisplay(), *set, itr, *drawing.skin, m_selected.contains(itr));
-  const SkinRequest request = RequestFor(m_doc.GetDisplay().GetMeshLook(set->key & kMsetKeyMask));
+  const SkinRequest request = RequestFor(m_doc.GetDisplay().Meshes().GetLook(set->key & kMsetKeyMask));
   if (drawing.request != request && !look.box && look.shown) Queue(itr);
   if (drawing.look == look) return;
   drawing.look = std::move(look);
   known->second->batch->Touch();
 }
 
+void MeshScene::Follow(const DisplayNotice& notice) {
+  m_stale.insert(m_stale.end(), notice.msets.begin(), notice.msets.end());
+  m_allStale |= notice.looks || notice.colours;
+}
+
 void MeshScene::Update() {
-  const DisplayState& display = m_doc.GetDisplay();
   NoteSelection();
-  std::vector<iterator> stale = std::exchange(m_stale, {});
-  const std::vector<iterator> switched = m_doc.GetDisplay().TakeChangedMsets();
-  stale.insert(stale.end(), switched.begin(), switched.end());
-  const bool all = m_lookRevision != display.MeshLookRevision() + 1 || m_colourMode != display.GetMeshColorMode();
-  m_lookRevision = display.MeshLookRevision() + 1;  // 0 stands for never
-  m_colourMode = display.GetMeshColorMode();
+  const std::vector<iterator> stale = std::exchange(m_stale, {});
+  const bool all = std::exchange(m_allStale, false);
   if (all) {
     for (const auto& [itr, entry] : m_entries) Follow(itr);
   } else {
@@ -212,7 +212,7 @@ iterator MeshScene::SetOfCell(const vtkProp* prop, std::int64_t cell) const {
 bool MeshScene::AddShownBounds(double bounds[6], bool any) const {
   for (const auto& [itr, entry] : m_entries) {
     const MeshSkin* skin = entry->drawing.skin.get();
-    if (skin == nullptr || skin->pieces.empty() || m_doc.GetDisplay().IsMsetShown(itr) == 0) continue;
+    if (skin == nullptr || skin->pieces.empty() || m_doc.GetDisplay().Meshes().IsMsetShown(itr) == 0) continue;
     for (std::size_t axis = 0; axis < 3; ++axis) {
       double& least = bounds[2 * axis];
       double& greatest = bounds[2 * axis + 1];

@@ -25,6 +25,8 @@ class MeshScene {
   MeshScene(const MeshScene&) = delete;
   MeshScene& operator=(const MeshScene&) = delete;
 
+  /// Takes over what has changed of how mesh sets are shown.
+  void Follow(const DisplayNotice& notice);
   /// Takes over what a notice says of mesh sets.
   void Apply(const CQDUpdateRecord& record);
   bool IsBuilding() const { return m_working || !m_queue.empty(); }
@@ -64,8 +66,7 @@ class MeshScene {
   std::unordered_set<iterator> m_queued;
   std::vector<iterator> m_stale;  // sets whose look may have changed
   std::unordered_set<iterator> m_selected;
-  std::uint64_t m_lookRevision = 0;
-  unsigned m_colourMode = 0;
+  bool m_allStale = true;
   bool m_working = false;
   bool m_turning = false;
   std::shared_ptr<std::atomic<bool>> m_stop = std::make_shared<std::atomic<bool>>(false);

@@ -107,13 +107,13 @@ ModelView::ModelView(WorkDocument& doc, QWidget* parent)
   // The interactor only asks for frames; painting is the widget's.
   w.interactor->EnableRenderOff();
 
-  doc.GetDisplay().SetOnDirty([this] { Redraw(0); });
+  m_onDisplay = doc.GetDisplay().Subscribe([this](const DisplayNotice& notice) { FollowDisplay(notice); });
+  m_onSelection = doc.OnSelection([this](const Selection&) { Redraw(0); });
   doc.SetActiveView(this);
 }
 
 ModelView::~ModelView() {
   m_doc.SetActiveView(nullptr);
-  m_doc.GetDisplay().SetOnDirty(nullptr);
   makeCurrent();
   m_window->window->Finalize();
   m_window.reset();
@@ -122,9 +122,15 @@ ModelView::~ModelView() {
 
 // ---- the document ---------------------------------------------------------------------------------------
 
+/// While the display has something to tell, the frame waits for it: one frame shows all of an act.
 void ModelView::Redraw(int) {
   m_dirty = true;
-  update();
+  if (!m_doc.GetDisplay().IsWaiting()) update();
+}
+
+void ModelView::FollowDisplay(const DisplayNotice& notice) {
+  m_window->meshes->Follow(notice);
+  Redraw(0);
 }
 
 bool ModelView::IsUpToDate() const {
@@ -219,7 +225,6 @@ void ModelView::paintGL() {
   m_builtSinceFrame = 0;
   QElapsedTimer time;
   time.start();
-  m_doc.GetDisplay().TakeDirty();
   if (m_dirty) {
     m_dirty = false;
     m_window->scene->Update();

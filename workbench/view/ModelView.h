@@ -36,7 +36,7 @@ class ModelView final : public QOpenGLWidget, public CQDViewBase {
   const CordSymbols& Cords() const;
 
   void Redraw(int reserved) override;
-  CQDRenderManager* GetRenderManager() override { return &m_doc.GetDisplay(); }
+  CQDRenderManager* GetRenderManager() override { return &m_doc.GetDisplay().Parts(); }
   int IsPostMode() const override { return 0; }
   void Invalidate(int) override { Redraw(0); }
   bool IsOver(CPoint screen) const override;
@@ -54,12 +54,15 @@ class ModelView final : public QOpenGLWidget, public CQDViewBase {
   struct Window;
 
   void Tell(unsigned long event, const QPointF& at, Qt::KeyboardModifiers modifiers);
+  void FollowDisplay(const DisplayNotice& notice);
   void BuildSome();
   void AimAtAll();
   iterator PickAt(const QPointF& at);
 
   WorkDocument& m_doc;
   std::unique_ptr<Window> m_window;
+  Subscription m_onDisplay;
+  Subscription m_onSelection;
   std::function<void(iterator, bool)> m_onPick;
   QPointF m_pressed;
   bool m_fitWhenBuilt = true;

@@ -223,14 +223,14 @@ void PartScene::Update() {
 
 PartScene::Look PartScene::LookOf(const tagTGeom& record, bool selected) const {
   enum Mode : unsigned { kShading, kEdgeShading, kWireframe, kBoundingBox };
-  const DisplayState::CadItem& item = m_doc.GetDisplay().GetCadItem(record.cadItem);
+  const PartDisplay::Look& item = m_doc.GetDisplay().Parts().GetLook(record.cadItem);
   const bool thin = record.kind == TopologyKind::Curve || record.kind == TopologyKind::Point;
   Look look;
   look.box = item.shown && item.mode == kBoundingBox;
   look.faces = item.shown && item.mode <= kEdgeShading;
   look.edges = item.shown && !look.box && (thin || item.mode != kShading);
   look.opacity = item.opacity;
-  const tagTMaterial* material = m_doc.GetDisplay().GetColorModelType() == 1
+  const tagTMaterial* material = m_doc.GetDisplay().Parts().GetColorModelType() == 1
                                      ? m_doc.GetDatabase().GetMaterialPool().GetAtNU(record.material)
                                      : nullptr;
   look.colour = selected ? kHighlight : material != nullptr ? material->colour : record.colour;
@@ -276,7 +276,7 @@ bool PartScene::ShownBounds(double bounds[6]) const {
   vtkBoundingBox box;
   for (const auto& [itr, part] : m_parts) {
     const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
-    if (record != nullptr && m_doc.GetDisplay().GetCadItem(record->cadItem).shown)
+    if (record != nullptr && m_doc.GetDisplay().Parts().GetLook(record->cadItem).shown)
       box.AddBounds(part.edges->GetBounds());
   }
   box.GetBounds(bounds);
