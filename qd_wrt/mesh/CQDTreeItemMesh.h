@@ -34,6 +34,7 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   void ShowMesh(const std::set<iterator>& itrs);
   void HideMesh(const std::set<iterator>& itrs);
   /// Shows or hides the symbols of the nodes of mesh sets.
+  using CQDTreeMeshBranch::ShowHideNode;
   void ShowHideNode(const std::vector<CQDTreeItem*>& items, int show);
 
   // Each does nothing for no sets.
