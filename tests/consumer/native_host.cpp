@@ -1,4 +1,5 @@
 // A host for Windows: a window of its own with the works tree in it.
+#include <host/CQDNullDocument.h>
 #include <platform/win32/NativeToolkit.h>
 #include <qd_wrt/core/CQDTreeItem.h>
 #include <qd_wrt/panel/CWorksTreeBar.h>
@@ -36,9 +37,11 @@ int main(int count, char**) {
   const HWND frame =
       CreateWindowW(L"Host", L"Host", WS_OVERLAPPEDWINDOW, 80, 80, 420, 320, nullptr, nullptr, nullptr, nullptr);
   Factory factory;
+  qd::CQDNullDocument doc(L"no model");
   qd::CWorksTreeBar bar;
   bar.Create(nullptr, 0, {0, 0, 420, 320});
   toolkit->Embed(bar, frame);
+  bar.SetDocument(&doc);
   bar.CreateTreeItems(1, &factory, 1);
   ShowWindow(frame, SW_SHOW);
   if (count > 1) PostMessageW(frame, WM_CLOSE, 0, 0);  // a trial ends at once

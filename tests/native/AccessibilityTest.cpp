@@ -6,6 +6,7 @@
 //
 #include <oleacc.h>
 
+#include "host/CQDNullDocument.h"
 #include "native/Window.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/InputRows.h"
@@ -76,6 +77,7 @@ class TreeReader : public NativeTest {
     m_bar->Create(nullptr, 0, {0, 0, 400, 500});
     m_toolkit->Embed(*m_bar, m_window.Handle());
     MoveWindow(HandleOf(*m_bar), 0, 0, 400, 500, TRUE);
+    m_bar->SetDocument(&m_doc);
     m_bar->CreateTreeItems(1, &m_rows, 1);
     Wait(100);
   }
@@ -92,6 +94,7 @@ class TreeReader : public NativeTest {
     return Object(static_cast<IAccessible*>(object));
   }
 
+  CQDNullDocument m_doc{L"rows"};
   InputRows m_rows;
   std::unique_ptr<CWorksTreeBar> m_bar;
 };

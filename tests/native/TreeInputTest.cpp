@@ -4,6 +4,7 @@
 // After what it builds on.
 #include <commctrl.h>
 
+#include "host/CQDNullDocument.h"
 #include "native/Window.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/InputRows.h"
@@ -23,6 +24,7 @@ class TreeInput : public NativeTest {
     RECT client{};
     GetClientRect(m_window.Handle(), &client);
     MoveWindow(HandleOf(*m_bar), 0, 0, client.right, client.bottom, TRUE);
+    m_bar->SetDocument(&m_doc);
     m_bar->CreateTreeItems(1, &m_rows, 1);
     Wait(100);
   }
@@ -39,6 +41,7 @@ class TreeInput : public NativeTest {
   }
   CString Selected() { return Tree().GetItemText(Tree().GetFirstSelectedItem(), 0); }
 
+  CQDNullDocument m_doc{L"rows"};
   InputRows m_rows;
   std::unique_ptr<CWorksTreeBar> m_bar;
 };

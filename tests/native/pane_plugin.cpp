@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "host/CQDNullDocument.h"
 #include "platform/win32/NativeToolkit.h"
 #include "qd_wrt/core/CQDTreeItem.h"
 #include "qd_wrt/core/Factories.h"
@@ -33,6 +34,7 @@ class Rows final : public qd::IQDTreeGroupFactory {
 struct Pane {
   std::unique_ptr<qd::NativeToolkit> toolkit;
   Rows rows;
+  qd::CQDNullDocument doc{L"plugin"};
   qd::CWorksTreeBar bar;
 };
 Pane* thePane = nullptr;  // no object with a destructor: a plugin that is taken out may leave its pane behind
@@ -46,9 +48,11 @@ extern "C" {
 __declspec(dllexport) HWND OpenPane(HWND parent, const char* version) {
   auto toolkit = qd::NativeToolkit::Make(version);
   if (toolkit == nullptr) return nullptr;
-  thePane = new Pane{std::move(toolkit), {}, {}};
+  thePane = new Pane;
+  thePane->toolkit = std::move(toolkit);
   thePane->bar.Create(nullptr, 0, {0, 0, 300, 300});
   thePane->toolkit->Embed(thePane->bar, parent);
+  thePane->bar.SetDocument(&thePane->doc);
   thePane->bar.CreateTreeItems(1, &thePane->rows, 1);
   return static_cast<HWND>(thePane->toolkit->HandleOf(thePane->bar.GetTreeCtrl()));
 }
