@@ -1,7 +1,7 @@
 #pragma once
 
-#include <compare>
 #include <cstdint>
+#include <tuple>
 #include <vector>
 
 #include "host/Types.h"
@@ -156,7 +156,10 @@ struct RowBox {
   std::uint16_t branch = 0;  ///< data type of what the branch lists
   iterator itr = 0;          ///< the geometry set, 0 for the root
   int kind = -1;             ///< topology kind of the group, -1 for none
-  auto operator<=>(const RowBox&) const = default;
+  bool operator==(const RowBox&) const = default;
+  bool operator<(const RowBox& other) const {
+    return std::tie(branch, itr, kind) < std::tie(other.branch, other.itr, other.kind);
+  }
 };
 
 /// Keeps what was written to such boxes, so that undo can take it back and trees that are made anew show it. The

@@ -108,7 +108,7 @@ void CQDTreeItemCordData::OnEditChange(const wchar_t* text) {
     qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_EXIST_NEW_DATA_NAME"), {name});
   } else if (kept.empty()) {
     qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_NAME_EMPTY"));
-  } else {
+  } else if (kept != old->GetName()) {
     CTransaction transaction(GetDBSession());
     if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_CORD")) != 0 &&
         pool.Modify(m_itr, record) != 0) {

@@ -143,7 +143,7 @@ void CQDTreeItemMeshData::OnEditChange(const wchar_t* text) {
   if (old == nullptr || old->name == text) return;
   CQDDBSession* session = GetDBSession();
   const std::optional<CString> name = FreeMsetName(*session, m_itr, text);
-  if (!name || !IsEditable()) return SetTitleIncludeType();
+  if (!name || *name == old->name || !IsEditable()) return SetTitleIncludeType();
   {
     tagTMset record = *old;
     record.name = *name;

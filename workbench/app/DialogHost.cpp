@@ -4,6 +4,8 @@
 #include <list>
 #include <map>
 
+#include "host/CMSGFunction.h"
+#include "host/MessageOutput.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/CordDialog.h"
 #include "workbench/app/IncludeExcludeDialog.h"
@@ -123,6 +125,10 @@ void DialogHost::OpenDialog(int, CQDDocBase*, const CString& dialogClass, void* 
   if (dialogClass != L"CLbcMaterialMainDlg") return;
   const auto* parts = static_cast<const std::list<iterator>*>(data);
   Show(new MaterialDialog(m_doc, {parts->begin(), parts->end()}, m_window), dialogClass);
+}
+
+void DialogHost::SetSelectAssignedContact(CQDDocBase*, std::list<iterator>&) {
+  qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_NO_CONTACTS"));
 }
 
 void DialogHost::OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {

@@ -23,6 +23,8 @@ class DialogHost final : public IAppWrt, public IGeomDialog, public IQDMeshgDial
   void CloseDialog(CQDDocBase* doc, const CString& dialogClass) override;
   void OpenMeshDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
   void CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) override;
+  /// There are no contacts yet, and it says so.
+  void SetSelectAssignedContact(CQDDocBase* doc, std::list<iterator>& parts) override;
   /// Layered and swept meshes are made anew as automatic ones; sweeping works on mesh sets, not on parts.
   int GetMenuIndexOfAutoSolid() const override { return kCommandMeshAuto3D; }
   int GetMenuIndexOfMapSolid() const override { return kCommandMeshMap3D; }

@@ -51,7 +51,7 @@ void MainWindow::MakeFileMenu() {
   Add(file, "IDS_WB_SAVE", QKeySequence::Save, &MainWindow::OnSave);
   Add(file, "IDS_WB_SAVE_AS", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &MainWindow::OnSaveAs);
   file->addSeparator();
-  Add(file, "IDS_WB_IMPORT", QKeySequence(Qt::CTRL | Qt::Key_I), &MainWindow::OnImport);
+  Add(file, "IDS_WB_IMPORT", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), &MainWindow::OnImport);
   Add(file, "IDS_WB_EXPORT", QKeySequence(Qt::CTRL | Qt::Key_E), &MainWindow::OnExport);
   file->addSeparator();
   SetText(*file->addAction(QString(), QKeySequence::Quit, this, &QMainWindow::close), "IDS_WB_EXIT");

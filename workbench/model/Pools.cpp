@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "host/CMSGFunction.h"
+#include "host/MessageOutput.h"
 #include "workbench/model/CopyName.h"
 
 namespace qd::workbench {
@@ -154,7 +156,10 @@ iterator GsetPool::HeirOf(const std::function<bool(iterator)>& goes) const {
 
 int GsetPool::TR_Del(const std::vector<iterator>& itrs) {
   const std::set<iterator> gone(itrs.begin(), itrs.end());
-  if (HeirOf([&gone](iterator itr) { return gone.contains(itr); }) == 0) return 0;
+  if (HeirOf([&gone](iterator itr) { return gone.contains(itr); }) == 0) {
+    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_LAST_SET"));
+    return 0;
+  }
   return Pool::TR_Del({gone.begin(), gone.end()});
 }
 

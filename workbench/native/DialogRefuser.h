@@ -13,6 +13,7 @@ class DialogRefuser final : public IAppWrt, public IGeomDialog, public IQDMeshgD
   void CloseDialog(CQDDocBase*, const CString&) override {}
   void OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, void*) override { Refuse(dialogClass); }
   void CloseMeshDialog(CQDDocBase*, const CString&) override {}
+  void SetSelectAssignedContact(CQDDocBase*, std::list<iterator>& parts) override;
   int GetMenuIndexOfAutoSolid() const override { return 0; }
   int GetMenuIndexOfMapSolid() const override { return 0; }
   int GetMenuIndexOf2D3D() const override { return 0; }
