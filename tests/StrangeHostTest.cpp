@@ -1,0 +1,172 @@
+// Hosts that do what nobody expects: throw, answer in the middle of a question, move nodes by hand, ask twice.
+
+#include <stdexcept>
+
+#include "qd_wrt/core/CQDTreeMenu.h"
+#include "support/Geometry.h"
+#include "support/Probes.h"
+
+namespace qd::test {
+namespace {
+
+using namespace workbench;
+
+constexpr unsigned short kType = 77;
+
+TEST_F(WorksTree, AnExceptionOfAHandlerLeavesNothingHalfDone) {
+  ProbeNode* a = nullptr;
+  ProbeNode* b = nullptr;
+  OpenProbes([&](ProbeNode& root) {
+    a = Add(root, L"a", {kType});
+    b = Add(root, L"b", {kType});
+  });
+  a->onUpdate = [this](ProbeNode&) {
+    Notice({{kType, kChangeAdded, 2}});  // waits until this one is done, and must not be lost with it
+    throw std::runtime_error("host");
+  };
+  EXPECT_THROW(Notice({{kType, kChangeAdded, 1}}), std::runtime_error);
+  a->onUpdate = nullptr;
+  EXPECT_EQ(ProbeNode::TakeLog(), "a(1 ) ");
+  Notice({{kType, kChangeAdded, 3}});
+  EXPECT_EQ(ProbeNode::TakeLog().substr(0, 24), "a(2 ) b(1 2 ) a(3 ) b(3 ");
+  // Deep walks begin anew after one that was broken off.
+  int steps = 0;
+  EXPECT_THROW(Tree().RunDeep(a, [] { throw std::runtime_error("host"); }), std::runtime_error);
+  Tree().RunDeep(b, [&] { Tree().RunDeep(b, [&steps] { ++steps; }); });
+  EXPECT_EQ(steps, 1);
+}
+
+TEST_F(WorksTree, ANodeThatDeletesItselfInItsUpdateIsGone) {
+  OpenProbes([&](ProbeNode& root) { Add(root, L"a", {kType}); });
+  auto* node = static_cast<ProbeNode*>(Node(L"a"));
+  node->onUpdate = [](ProbeNode& self) { CQDTreeItem::Destroy(&self); };
+  node->PushUpdateInfo({kType, kChangeAdded, 1});
+  node->Update();  // outside of any notice
+  EXPECT_EQ(State(), "root");
+}
+
+TEST_F(WorksTree, AChildStandsInTheListOfOneParentOnly) {
+  ProbeNode* a = nullptr;
+  ProbeNode* b = nullptr;
+  ProbeNode* child = nullptr;
+  const auto open = [&] {
+    OpenProbes([&](ProbeNode& root) {
+      a = Add(root, L"a");
+      b = Add(root, L"b");
+      child = new ProbeNode(&Tree(), a, L"child");
+    });
+  };
+  const std::function<void()> moves[] = {
+      [&] { a->RegistToChild(child, 0), child->SetParent(b), b->RegistToChild(child, 1); },
+      [&] { b->RegistToChild(child, 1), child->SetParent(b), a->RegistToChild(child, 0); },
+      [&] { child->SetParent(b), b->RegistToChild(child, 1), a->RegistToChild(child, 0); },
+      [&] { b->RegistToChild(child, 1), a->RegistToChild(child, 0), b->RegistToChild(child, 1); }};
+  for (const auto& move : moves) {
+    open();
+    move();
+    EXPECT_EQ(a->GetChildCount(), 0);
+    EXPECT_EQ(b->GetChildCount(), 1);
+    EXPECT_EQ(b->GetChild(0), child);
+    EXPECT_EQ(child->GetParent(), b);
+    CQDTreeItem::Destroy(child);
+    EXPECT_EQ(b->GetChildCount(), 0);
+  }
+}
+
+TEST_F(WorksTree, ARowIsMadeOnceAndNoMapNamesANodeThatIsGone) {
+  OpenProbes([&](ProbeNode& root) { Add(root, L"a", {kType}); });
+  CQDTreeItem* node = Node(L"a");
+  const HTREEITEM row = node->GetTreeItemHandle();
+  node->MakeItem(kInsertLast);
+  EXPECT_EQ(node->GetTreeItemHandle(), row);
+  EXPECT_EQ(State(), "root [a]");
+  Notice({{kType, kChangeAdded, 1}});
+  EXPECT_EQ(ProbeNode::TakeLog().find("a(1 1"), std::string::npos);
+  Tree().DeleteItem(node);
+  EXPECT_EQ(node->GetTitle(), L"a") << "the node stays, with its title";
+  EXPECT_EQ(Tree().NodeOf(row), nullptr);
+  node->ChangeTitle(L"");
+  node->ChangeID(8);
+  EXPECT_EQ(node->GetTitle(), L"");
+  CQDTreeItem::Destroy(node);
+  Notice({{kType, kChangeAdded, 2}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "~a ");
+}
+
+TEST_F(WorksTree, ATitleIsTheNodesAlsoWhereTheRowShowsItsNumber) {
+  OpenProbes([&](ProbeNode& root) { Add(root, L"a"); });
+  CQDTreeItem* node = Node(L"a");
+  node->ChangeID(7);
+  node->ChangeTitle(L"");
+  node->ChangeID(8);
+  EXPECT_EQ(node->GetTitle(), L"");
+  EXPECT_EQ(Tree().GetItemText(node->GetTreeItemHandle(), 0), L"8");
+}
+
+TEST(Menus, ASubmenuMayGoBeforeItsMenuIsShown) {
+  HeadlessToolkit toolkit;
+  CWnd owner;
+  owner.Create(nullptr, 0, {0, 0, 10, 10});
+  CQDTreeMenu menu;
+  {
+    CQDTreeMenu sub;
+    menu.AddSubMenu(sub, L"more");
+    sub.AddMenu(7, L"seven", -1);
+    EXPECT_EQ(menu.CheckMenu(7, 1), 1);
+  }
+  toolkit.AnswerMenu(7);
+  EXPECT_EQ(menu.Track({1, 1}, owner), 7U);
+  EXPECT_NE(toolkit.ShownMenus().back().find("seven"), std::string::npos);
+}
+
+/// The buffer is emptied before it is filled; a host that answers with a request must not empty the rows, too.
+class AnsweringDocument final : public WorkDocument {
+ public:
+  void ClearSelectBuffer(int notify) override {
+    WorkDocument::ClearSelectBuffer(notify);
+    if (bar != nullptr) bar->OnSelectGeom(this);
+  }
+  CWorksTreeBar* bar = nullptr;
+};
+TEST(StrangeHost, MayAskForTheSelectionWhileItIsTold) {
+  HeadlessToolkit toolkit;
+  AnsweringDocument doc;
+  ProbeFactory probes;
+  probes.make = [](CQDTreeListCtrl* control) {
+    auto* root = new ProbeNode(control, nullptr, L"root");
+    root->makeChildren = [control](ProbeNode& self) {
+      (new ProbeNode(control, &self, L"a"))->MakeItem(kInsertLast);
+    };
+    return root;
+  };
+  CWorksTreeBar bar;
+  bar.SetDocument(&doc);
+  bar.Create(nullptr, 0, {0, 0, 300, 300});
+  bar.CreateTreeItems(1, &probes, 1);
+  toolkit.Pump();
+  doc.bar = &bar;
+  CQDTreeListCtrl& tree = bar.GetTreeCtrl();
+  tree.SelectCTItem(tree.GetQDRootItem()->Children().front());
+  EXPECT_EQ(tree.GetSelectedCount(), 1);
+  doc.bar = nullptr;
+  bar.DestroyTreeItems();
+  ProbeNode::TakeLog();
+}
+
+/// Only what was chosen goes: sets and groups that are selected beside it keep their parts.
+TEST_F(GeometryTest, DeleteOfAnEntityLeavesWhatStandsBelowOtherSelectedRows) {
+  const iterator first = AddSet(L"first");
+  const iterator second = AddSet(L"second");
+  const iterator part = AddPartTo(first, L"chosen");
+  const iterator other = AddPartTo(second, L"kept");
+  Show(kGeometrySetTree);
+  Open();
+  Select({L"chosen", L"second"});
+  Tree().FindGeomNode(part)->OnMenuEvent(kCommandDelete);
+  Settle();
+  EXPECT_EQ(Data().GetDataType(part), 0);
+  EXPECT_NE(Data().GetDataType(other), 0);
+}
+
+}  // namespace
+}  // namespace qd::test
