@@ -65,7 +65,7 @@ TEST_F(GeometrySets, ANoticeIsOfItsOwnChangesOnly) {
 
 TEST_F(GeometrySets, PartsAreDraggedByTheMouse) {
   DragByMouse({L"a1", L"a3"}, L"B");
-  EXPECT_EQ(Sets(), "A [SOLID [1] [a2]] B [SURFACE [1] [a3] SOLID [2] [b1 a1]]");
+  EXPECT_EQ(Sets(), "A [SOLID [1] [a2]] B [SURFACE [1] [*a3] SOLID [2] [b1 *a1]]");
 }
 
 TEST_F(GeometrySets, RunsOfSeveralChangesInOneActAreFollowed) {

@@ -216,7 +216,9 @@ TEST_F(SessionTest, DeletesWhatIsSelectedAndAsksForNestedMeshSets) {
   EXPECT_FALSE(m_session->CanDelete());
   m_session->Trees().Pick(m_a, false);
   m_session->Trees().Pick(m_outer, true);
+  m_toolkit.AnswerMessage(MessageAnswer::No);
   Run(&Session::Delete);
+  EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_DELETE_SUB_MESHSET"});
   EXPECT_EQ(Data().GetDataType(m_a) + Data().GetDataType(m_outer), 0) << "both kinds in one act";
   EXPECT_NE(Data().GetDataType(m_inner), 0) << "a nested set was not chosen";
   Undo();

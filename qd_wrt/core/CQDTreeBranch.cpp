@@ -12,9 +12,7 @@ CQDTreeItem* CQDTreeBranch::FindChild(iterator itr) const {
 
 std::vector<CQDTreeItem*> CQDTreeBranch::ChildrenByRecord() const {
   std::vector<CQDTreeItem*> children = Children();
-  const auto before = [](const CQDTreeItem* a, const CQDTreeItem* b) {
-    return a->GetIterator() < b->GetIterator();
-  };
+  const auto before = [](const CQDTreeItem* a, const CQDTreeItem* b) { return a->GetRecord() < b->GetRecord(); };
   if (!std::is_sorted(children.begin(), children.end(), before)) {
     std::stable_sort(children.begin(), children.end(), before);
   }

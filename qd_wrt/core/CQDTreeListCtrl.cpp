@@ -110,8 +110,9 @@ HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) 
 
 void CQDTreeListCtrl::DeleteItem(CQDTreeItem* node) {
   const HTREEITEM row = node->GetTreeItemHandle();
-  if (GetRecord(row) != nullptr) {
-    if (!node->IsDetached()) node->SetTitle(node->GetTitle());  // it stood in the row
+  if (!node->IsDetached()) {
+    EraseHTREEITEM(node, 0);  // the node stays
+  } else if (GetRecord(row) != nullptr) {
     --m_rowCount;
     CTreeListCtrl::DeleteItem(row);
   }

@@ -16,7 +16,7 @@ class QD_EXPORT CQDTreeMenu : public BCMenu {
   /// Likewise, checked from the start.
   int AddCheckMenu(unsigned id, const wchar_t* text, int icon);
   int AddSeparator();
-  /// Appends a submenu, which must outlive this menu.
+  /// Appends a submenu; the object may go before this menu.
   int AddSubMenu(CQDTreeMenu& sub, const wchar_t* text);
 
  private:

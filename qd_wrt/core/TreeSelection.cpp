@@ -39,16 +39,18 @@ void CQDTreeListCtrl::ResetSelection(int) {
 void CQDTreeListCtrl::OnSelchangAction() {
   if (m_selectingRows) return;
   const Handler handler(*this);
+  const std::weak_ptr<void> life = Life();  // the host may close the pane when it hears of this
   std::vector<CQDTreeItem*> nodes;
   GetSelectedTreeItems(nodes, 0);
   ApplyChangedSelection(nodes);
+  if (life.expired()) return;
   std::erase_if(nodes, [](const CQDTreeItem* node) { return node->IsDetached(); });
   if (nodes.size() == 1) {
     nodes.front()->SetPropertyView();
   } else if (nodes.size() > 1) {
     nodes.front()->SetMultiPropertyView();
   }
-  TellSelected();
+  if (!life.expired()) TellSelected();
 }
 
 /// The host may have changed the selection again when it heard of it.

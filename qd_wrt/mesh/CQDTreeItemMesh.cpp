@@ -53,9 +53,13 @@ int CQDTreeItemMesh::OnClickCheck(int oldState) {
 }
 
 void CQDTreeItemMesh::HandleFirst(unsigned command) {
-  m_redraws = false;
+  struct Quiet {
+    bool& redraws;
+    explicit Quiet(bool& flag) : redraws(flag) { redraws = false; }
+    ~Quiet() { redraws = true; }
+  };
+  const Quiet quiet(m_redraws);
   OnMenuEvent(command);
-  m_redraws = true;
 }
 
 void CQDTreeItemMesh::RereadBox(const RowBox& box) {

@@ -160,6 +160,8 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
 
   /// The enumerations speak of selected rows with all ancestors expanded, top to bottom.
   int GetSelectedCount() const { return static_cast<int>(Rows().VisibleSelectedCount()); }
+  /// Of all rows, hidden ones too.
+  std::size_t GetSelectedRowCount() const { return Rows().SelectedCount(); }
   HTREEITEM GetFirstSelectedItem() const { return Rows().NextSelectedVisible(0); }
   HTREEITEM GetNextSelectedItem(HTREEITEM row) const;
   std::vector<HTREEITEM> GetSelectedItems() const { return Rows().Selected(true); }

@@ -53,9 +53,10 @@ MainWindow::MainWindow(MessageTables& messages)
                                                 },
                                         });
   m_onDisplay = m_doc->GetDisplay().Subscribe([this](const DisplayNotice& notice) {
-    if (notice.acted || notice.isolation) RefreshActions();
+    RefreshActions();
     if (notice.colours) m_properties->Refresh();
   });
+  m_onSelection = m_doc->OnSelection([this](const Selection&) { RefreshSelection(); });
   m_doc->SetOnImport([this] { OnImport(); });
   MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
@@ -72,6 +73,8 @@ MainWindow::~MainWindow() {
   delete m_imports;
   delete m_exporter;
   m_doc->SetOnImport(nullptr);
+  m_onDisplay = {};
+  m_onSelection = {};
   m_session.reset();
   // The panes and the view look at the document, so they go before it.
   delete m_modelPane;
@@ -91,11 +94,6 @@ void MainWindow::MakePanes() {
   m_properties->SetDocumentPage([this] { return SelectionPage::For(*m_doc); });
   m_selectionText = new QLabel(this);
   m_selectionText->setObjectName("selection");
-  m_onSelection = m_doc->OnSelection([this](const Selection&) {
-    m_selectionText->setText(ToQt(SelectionText(*m_doc)));
-    m_properties->Refresh();
-    RefreshActions();
-  });
   m_messagePane = new QDockWidget(this);
   m_messagePane->setObjectName("messages");
   SetTitle(*m_messagePane, "IDS_WB_PANE_MESSAGES");

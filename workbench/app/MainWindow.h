@@ -102,6 +102,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   QAction* Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)());
   void SayTableFaults();
   void RefreshActions();
+  void RefreshSelection();
   void ApplyPalette();
 
   void OnImport();

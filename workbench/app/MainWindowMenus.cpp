@@ -15,6 +15,7 @@
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
+#include "workbench/session/SelectionPage.h"
 #include "workbench/session/VariantNames.h"
 
 namespace qd::workbench {
@@ -165,12 +166,19 @@ void MainWindow::SetLanguage(const QString& language) {
     RefreshActions();
     RefreshTitle();
     m_session->Manager().OnChangeLanguage();
+    m_selectionText->setText(ToQt(SelectionText(*m_doc)));
   }
   SayTableFaults();
 }
 
 void MainWindow::SayTableFaults() {
   for (const QString& fault : m_messages.TakeFaults()) Say(fault, true);
+}
+
+void MainWindow::RefreshSelection() {
+  m_selectionText->setText(ToQt(SelectionText(*m_doc)));
+  m_properties->Refresh();
+  RefreshActions();
 }
 
 void MainWindow::RefreshActions() {

@@ -25,4 +25,12 @@ void BoxDisplay::SetBox(const RowBox& box, int state) {
   m_log.Noted().boxes.push_back(box);
 }
 
+void BoxDisplay::PutStates(const std::map<RowBox, int>& states) {
+  const std::map<RowBox, int> now = m_states;
+  for (const auto& [box, state] : now) {
+    if (!states.contains(box)) SetBox(box, kChecked);
+  }
+  for (const auto& [box, state] : states) SetBox(box, state);
+}
+
 }  // namespace qd::workbench

@@ -15,6 +15,9 @@ class BoxDisplay final : public CQDRowBoxes {
 
   int GetBox(const RowBox& box) const override;
   void SetBox(const RowBox& box, int state) override;
+  /// The states of those that are not checked.
+  const std::map<RowBox, int>& States() const { return m_states; }
+  void PutStates(const std::map<RowBox, int>& states);
 
  private:
   DisplayLog& m_log;

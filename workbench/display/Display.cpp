@@ -34,6 +34,7 @@ void Display::DeliverLater() {
 void Display::Deliver() {
   if (!m_log.IsAnythingNoted()) return;
   auto [notice, change] = m_log.Take();
+  if (change != nullptr) change->KeepNet();
   // What was to be isolated stood alone already.
   if (change != nullptr && change->IsEmpty() && change->isolationBefore == nullptr) m_isolation = nullptr;
   if (change != nullptr && (!change->IsEmpty() || change->isolationBefore != m_isolation)) {
@@ -78,6 +79,7 @@ void Display::LeaveIsolation() {
   }
   m_meshes.ShowHideMset(former->hiddenMsets, 0);
   m_parts.EndShowHide();
+  m_boxes.PutStates(former->boxes);
   SetIsolation(nullptr);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -18,6 +19,7 @@ namespace qd::workbench {
 struct Visibility {
   std::vector<int> hiddenParts;  ///< CAD item numbers, ascending
   std::vector<iterator> hiddenMsets;
+  std::map<RowBox, int> boxes;  ///< those that were not checked
 };
 
 /// What is shown and how: a model of its own beside the records. Everything is written through its parts; what one
@@ -60,7 +62,7 @@ class Display final : private CQDModelRange, private CQDPostManager, private ISe
   std::uint64_t ActNumber() const { return m_database.ActNumber(); }
 
   /// What is hidden now.
-  Visibility HiddenNow() const { return {m_parts.Hidden(), m_meshes.Hidden()}; }
+  Visibility HiddenNow() const { return {m_parts.Hidden(), m_meshes.Hidden(), m_boxes.States()}; }
   /// What was hidden before the user isolated something; null when nothing is isolated.
   const std::shared_ptr<const Visibility>& Isolation() const { return m_isolation; }
   void SetIsolation(std::shared_ptr<const Visibility> former);

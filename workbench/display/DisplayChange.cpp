@@ -1,6 +1,8 @@
 #include "workbench/display/DisplayChange.h"
 
 #include <algorithm>
+#include <map>
+#include <utility>
 
 namespace qd::workbench {
 
@@ -16,7 +18,44 @@ void ForSteps(const std::vector<Step>& steps, bool forward, const Call& call) {
   }
 }
 
+/// The first and the last step of each thing, in the order of the first ones. `isChange` tells whether there is
+/// anything left of it.
+template <typename Step, typename Key, typename Join, typename IsChange>
+void KeepFirstAndLast(std::vector<Step>& steps, const Key& key, const Join& join, const IsChange& isChange) {
+  std::map<decltype(key(steps.front())), std::size_t> places;
+  std::vector<Step> net;
+  for (const Step& step : steps) {
+    const auto [place, isFirst] = places.try_emplace(key(step), net.size());
+    if (isFirst) {
+      net.push_back(step);
+    } else {
+      join(net[place->second], step);
+    }
+  }
+  std::erase_if(net, [&](const Step& step) { return !isChange(step); });
+  steps = std::move(net);
+}
+
 }  // namespace
+
+void DisplayChange::KeepNet() {
+  const auto last = [](auto& first, const auto& later) { first.after = later.after; };
+  const auto differs = [](const auto& step) { return !(step.before == step.after); };
+  KeepFirstAndLast(
+      parts, [](const Part& step) { return step.cadItem; }, last, differs);
+  KeepFirstAndLast(
+      boxes, [](const Box& step) { return step.box; }, last, differs);
+  KeepFirstAndLast(
+      msets, [](const Shown& step) { return step.what; }, last, differs);
+  KeepFirstAndLast(
+      labels, [](const Shown& step) { return step.what; }, last, differs);
+  // Looks of one and of all have one order, which joining would break.
+  const bool single =
+      std::all_of(looks.begin(), looks.end(), [](const Look& step) { return step.all == nullptr; });
+  if (single)
+    KeepFirstAndLast(
+        looks, [](const Look& step) { return step.key; }, last, differs);
+}
 
 bool DisplayChange::IsEmpty() const {
   return parts.empty() && msets.empty() && labels.empty() && boxes.empty() && looks.empty() &&
@@ -37,10 +76,11 @@ void DisplayChange::Restore(bool forward) {
   MeshDisplay& meshes = m_display.Meshes();
   ForSteps(parts, forward,
            [&](const Part& step) { shownParts.SetLook(step.cadItem, forward ? step.after : step.before); });
-  ForSteps(msets, forward,
-           [&](const Shown& step) { meshes.ShowHideMset(step.what, step.after == forward ? 1 : 0); });
+  ForSteps(msets, forward, [&](const Shown& step) {
+    meshes.ShowHideMset(step.what, (forward ? step.after : step.before) ? 1 : 0);
+  });
   ForSteps(labels, forward, [&](const Shown& step) {
-    m_display.Labels().SetShowHide(step.after == forward ? 1 : 0, kLabelCord,
+    m_display.Labels().SetShowHide((forward ? step.after : step.before) ? 1 : 0, kLabelCord,
                                    static_cast<std::int32_t>(step.what));
   });
   ForSteps(boxes, forward,

@@ -21,6 +21,7 @@ class DisplayChange final : public IUndoableChange {
   };
   struct Shown {
     std::uint64_t what;  // a mesh set, or the number of a label
+    bool before;
     bool after;
   };
   /// The looks of all mesh sets at once.
@@ -63,6 +64,8 @@ class DisplayChange final : public IUndoableChange {
   std::shared_ptr<const Visibility> isolationBefore;
   std::shared_ptr<const Visibility> isolationAfter;
 
+  /// Keeps of each thing what it was first and what it became last; a thing that became what it was is forgotten.
+  void KeepNet();
   bool IsEmpty() const;
   /// Whether only what is shown changed, not how.
   bool IsOfVisibility() const;

@@ -16,7 +16,7 @@ void LabelDisplay::Put(std::int32_t id, bool show) {
   } else {
     m_hidden.Assign(number, 1);
   }
-  if (DisplayChange* change = m_log.Recorded()) change->labels.push_back({number, show});
+  if (DisplayChange* change = m_log.Recorded()) change->labels.push_back({number, !show, show});
   m_log.Noted().labels.push_back(id);
 }
 

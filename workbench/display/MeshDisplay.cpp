@@ -22,7 +22,7 @@ void MeshDisplay::ShowHideMset(iterator mset, int show) {
   } else {
     m_hidden.Assign(mset, 1);
   }
-  if (DisplayChange* change = m_log.Recorded()) change->msets.push_back({mset, show != 0});
+  if (DisplayChange* change = m_log.Recorded()) change->msets.push_back({mset, show == 0, show != 0});
   m_log.Noted().msets.push_back(mset);
 }
 
@@ -47,14 +47,20 @@ MeshDisplay::Look MeshDisplay::GetLook(std::uint32_t key) const {
 }
 
 void MeshDisplay::PutLook(std::uint32_t key, const Look& look) {
-  Look& known = m_looks.looks[key];
-  if (known == look) return;
-  if (DisplayChange* change = m_log.Recorded()) change->looks.push_back({key, known, look});
-  known = look;
+  const auto known = m_looks.looks.find(key);
+  const Look before = known != m_looks.looks.end() ? known->second : Look{};
+  if (before == look) return;
+  if (DisplayChange* change = m_log.Recorded()) change->looks.push_back({key, before, look});
+  if (look == Look{}) {
+    m_looks.looks.erase(known);
+  } else {
+    m_looks.looks[key] = look;
+  }
   m_log.Noted().looks = true;
 }
 
 void MeshDisplay::PutLooks(const LookTable& looks) {
+  if (looks == m_looks) return;
   if (DisplayChange* change = m_log.Recorded()) {
     auto all = std::make_shared<const DisplayChange::Looks>(DisplayChange::Looks{m_looks, looks});
     change->looks.push_back({.all = std::move(all)});

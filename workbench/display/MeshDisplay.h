@@ -25,6 +25,7 @@ class MeshDisplay final : public CQDMeshManager, public CMPUData {
   struct LookTable {
     std::unordered_map<std::uint32_t, Look> looks;
     std::uint32_t addOns = 0;
+    bool operator==(const LookTable&) const = default;
   };
 
   explicit MeshDisplay(DisplayLog& log) : m_log(log) {}

@@ -264,7 +264,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
       Layout();
       return 0;
     case WM_ENTERIDLE:  // a menu is open, and the page is to be of the row that it was opened on
-      if (m_properties != nullptr) m_properties->ShowIfDue();
+      if (w == MSGF_MENU && m_properties != nullptr) m_properties->ShowIfDue();
       return 0;
     case WM_SETFOCUS:
       m_modelBar.SetFocus();

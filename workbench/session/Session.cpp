@@ -1,9 +1,12 @@
 #include "workbench/session/Session.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 #include <vector>
 
+#include "host/CMSGFunction.h"
+#include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
 
 namespace qd::workbench {
@@ -41,16 +44,54 @@ bool Session::CanDelete() const {
 }
 
 void Session::Delete() {
-  const std::vector<iterator> records = m_doc.GetSelectBuffer();
-  if (records.empty()) return;
-  const std::uint16_t type = m_doc.GetDatabase().GetDataType(records.front());
-  const bool oneKind = std::all_of(records.begin(), records.end(), [this, type](iterator itr) {
-    return m_doc.GetDatabase().GetDataType(itr) == type;
+  std::vector<iterator> records = m_doc.GetSelectBuffer();
+  if (records.empty() || !TakeNestedAlong(records)) return;
+  // The pool of sets keeps one for the parts to be in.
+  const bool onlySets = std::all_of(records.begin(), records.end(), [this](iterator itr) {
+    return m_doc.GetDatabase().GetDataType(itr) == kDataGset;
   });
-  // Mesh sets and systems have commands of their own, which ask, and look at what they may.
-  if (oneKind && type == kDataMset) return m_trees.SelectedTree().OnMenuEvent(kCommandDeleteMesh);
-  if (oneKind && type == kDataCord) return m_trees.SelectedTree().OnMenuEvent(kCommandDelete);
-  m_doc.DeleteData(kDeleteModelData, records);
+  if (onlySets) {
+    m_doc.GetDatabase().GetGsetPool().TR_Del(records);
+  } else {
+    m_doc.DeleteData(kDeleteModelData, records);
+  }
+}
+
+/// Asks, as the command of a mesh set does, whether sets that are nested in selected ones go with them. Who has
+/// selected a set and one nested in it has chosen what goes. False when the user thinks better of it.
+bool Session::TakeNestedAlong(std::vector<iterator>& records) const {
+  const MsetPool& pool = m_doc.GetDatabase().GetMsetPool();
+  const std::set<iterator> chosen(records.begin(), records.end());
+  std::vector<iterator> nested;
+  std::vector<iterator> waiting;
+  const auto visit = [&](iterator itr) {
+    const tagTMset* set = pool.GetAtNU(itr);
+    if (set != nullptr) pool.GetItrListByParentMsetK(set->key & kMsetKeyMask, waiting);
+  };
+  std::vector<iterator> below;
+  for (const iterator itr : records) {
+    visit(itr);
+    while (!waiting.empty()) {
+      below.swap(waiting);
+      waiting.clear();
+      for (const iterator next : below) {
+        if (chosen.contains(next)) return true;
+        nested.push_back(next);
+      }
+      std::vector<iterator> deeper;
+      for (const iterator next : below) {
+        visit(next);
+        deeper.insert(deeper.end(), waiting.begin(), waiting.end());
+        waiting.clear();
+      }
+      waiting = std::move(deeper);
+    }
+  }
+  if (nested.empty()) return true;
+  const CString question = CMSGFunction::GetValue("IDS_QD_WRT_DELETE_SUB_MESHSET");
+  const MessageAnswer answer = AfxMessageBox(question, MessageButtons::YesNoCancel);
+  if (answer == MessageAnswer::Yes) records.insert(records.end(), nested.begin(), nested.end());
+  return answer != MessageAnswer::Cancel;
 }
 
 void Session::ShowAll() {

@@ -42,6 +42,8 @@ class Session final {
   void ChangeVariant(ProductVariant variant);
 
  private:
+  bool TakeNestedAlong(std::vector<iterator>& records) const;
+
   WorkDocument& m_doc;
   WorksTrees m_trees;
 };

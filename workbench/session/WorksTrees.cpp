@@ -42,10 +42,15 @@ void WorksTrees::OpenBranches() {
 
 void WorksTrees::OnDatabaseChanged(const CQDUpdateRecord& record) {
   // Records that are gone cannot stay selected.
-  Selection selection = m_doc.GetSelection();
-  std::erase_if(selection.records, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) == 0; });
-  m_doc.Select(std::move(selection));
+  const bool anyGone = std::any_of(record.changes.begin(), record.changes.end(),
+                                   [](const tagTRNotify& change) { return change.kind == kChangeDeleted; });
+  if (anyGone && !m_doc.GetSelection().records.empty()) {
+    Selection selection = m_doc.GetSelection();
+    std::erase_if(selection.records, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) == 0; });
+    m_doc.Select(std::move(selection));
+  }
   m_manager->UpdateDB(&m_doc, HintOf(record));
+  KeepSelected();
   RefreshMeshedParts(record);
   if (m_window.changed) m_window.changed(record);
 }
@@ -104,6 +109,20 @@ void WorksTrees::FollowSelection(const Selection& selection) {
     if (type == selection.tree) continue;
     const bool all = selection.others == 0 && pane.Tree().HasNodes(selection.records);
     pane.Tree().ShowSelection(all ? selection.records : TArray<iterator>());
+  }
+}
+
+/// Rows that were made anew for records that go on, in another set or group, are selected as the old ones were.
+void WorksTrees::KeepSelected() {
+  const Selection& selection = m_doc.GetSelection();
+  if (selection.records.empty()) return;
+  for (auto& [type, pane] : m_panes) {
+    const std::size_t selected = pane.Tree().GetSelectedRowCount();
+    if (type == selection.tree) {
+      if (selected < selection.records.size()) pane.Tree().ShowSelection(selection.records);
+    } else if (selected != 0 && selected != selection.records.size()) {
+      FollowSelection(selection);
+    }
   }
 }
 
