@@ -233,6 +233,14 @@ TEST_F(SessionTest, DeletesWhatIsSelectedAndAsksForNestedMeshSets) {
   EXPECT_NE(Data().GetDataType(m_outer), 0);
   Undo();
   Show(kModelTree);
+  Click(L"a");
+  Key(kKeyA, kMouseControl);
+  m_toolkit.AnswerMessage(MessageAnswer::Yes);  // the row of the nested set was made anew in a closed one
+  Run(&Session::Delete);
+  EXPECT_EQ(m_toolkit.TakeMessages().size(), 1U);
+  EXPECT_EQ(Data().GetGeomPool().Count() + Data().GetMsetPool().Count(), 0U);
+  EXPECT_EQ(Data().GetCordPool().Count(), 1U) << "the global system stays";
+  Undo();
   Click(L"IDS_DB_DATA_NAME_GEOM");
   EXPECT_FALSE(m_session->CanDelete()) << "a root stands for nothing that could go";
   Run(&Session::Delete);
@@ -338,6 +346,7 @@ TEST_P(Isolation, IsLeftWithWhatWasShownBefore) {
   Settle();
   Run(&Session::LeaveIsolation);
   EXPECT_EQ(Shown(), before);
+  EXPECT_TRUE(m_doc.GetDisplay().Boxes().States().empty()) << "boxes of sets and groups come back, too";
   EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
   // Taken back to inside of it and to before it, and done again.
   Undo();

@@ -177,6 +177,8 @@ void MainWindow::SayTableFaults() {
 
 void MainWindow::RefreshSelection() {
   m_selectionText->setText(ToQt(SelectionText(*m_doc)));
+  // Nobody edits what is not selected any more.
+  if (m_doc->GetSelection().IsEmpty()) m_properties->SetPropertySet(nullptr);
   m_properties->Refresh();
   RefreshActions();
 }

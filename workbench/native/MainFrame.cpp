@@ -82,7 +82,11 @@ void MainFrame::MakePanes() {
   m_cancel = make(WC_BUTTONW, 0);
   m_properties = std::make_unique<PropertyPane>(m_frame);
   m_properties->SetOwnPage([this] { return SelectionPage::For(m_doc); });
-  m_onSelection = m_doc.OnSelection([this](const Selection&) { m_properties->Refresh(); });
+  m_onSelection = m_doc.OnSelection([this](const Selection& selection) {
+    // Nobody edits what is not selected any more.
+    if (selection.IsEmpty()) m_properties->SetPropertySet(nullptr);
+    m_properties->Refresh();
+  });
   m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice& notice) {
     if (notice.colours) m_properties->Refresh();
   });

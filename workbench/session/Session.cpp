@@ -45,6 +45,12 @@ bool Session::CanDelete() const {
 
 void Session::Delete() {
   std::vector<iterator> records = m_doc.GetSelectBuffer();
+  // The global system and the default set of meshes are always there; with everything selected they just stay.
+  Database& database = m_doc.GetDatabase();
+  const auto stays = [&database](iterator itr) {
+    return database.GetCordPool().IsDefaultCord(itr) != 0 || itr == database.GetMsetPool().GetDefaultMset();
+  };
+  if (!std::all_of(records.begin(), records.end(), stays)) std::erase_if(records, stays);
   if (records.empty() || !TakeNestedAlong(records)) return;
   // The pool of sets keeps one for the parts to be in.
   const bool onlySets = std::all_of(records.begin(), records.end(), [this](iterator itr) {
