@@ -3,6 +3,7 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QDockWidget>
+#include <QLabel>
 #include <QLocale>
 #include <QMenuBar>
 #include <QToolButton>
