@@ -4,6 +4,8 @@
 #include <map>
 #include <utility>
 
+#include "platform/FlatMap.h"
+
 namespace qd::workbench {
 
 namespace {
@@ -22,14 +24,22 @@ void ForSteps(const std::vector<Step>& steps, bool forward, const Call& call) {
 /// anything left of it.
 template <typename Step, typename Key, typename Join, typename IsChange>
 void KeepFirstAndLast(std::vector<Step>& steps, const Key& key, const Join& join, const IsChange& isChange) {
-  std::map<decltype(key(steps.front())), std::size_t> places;
+  // Steps in the order of their things, as most acts take them, are one for each.
+  const auto notBehind = [&key](const Step& first, const Step& second) { return key(first) >= key(second); };
+  if (std::adjacent_find(steps.begin(), steps.end(), notBehind) == steps.end()) {
+    std::erase_if(steps, [&](const Step& step) { return !isChange(step); });
+    return;
+  }
+  FlatMap places;  // keys from 1: 0 stands for none there
   std::vector<Step> net;
+  net.reserve(steps.size());
   for (const Step& step : steps) {
-    const auto [place, isFirst] = places.try_emplace(key(step), net.size());
-    if (isFirst) {
-      net.push_back(step);
+    const std::uint64_t at = key(step) + std::uint64_t{1};
+    if (const std::uint64_t* place = places.Find(at)) {
+      join(net[*place], step);
     } else {
-      join(net[place->second], step);
+      places.Assign(at, net.size());
+      net.push_back(step);
     }
   }
   std::erase_if(net, [&](const Step& step) { return !isChange(step); });
@@ -42,9 +52,12 @@ void DisplayChange::KeepNet() {
   const auto last = [](auto& first, const auto& later) { first.after = later.after; };
   const auto differs = [](const auto& step) { return !(step.before == step.after); };
   KeepFirstAndLast(
-      parts, [](const Part& step) { return step.cadItem; }, last, differs);
+      parts, [](const Part& step) { return static_cast<std::uint64_t>(static_cast<std::uint32_t>(step.cadItem)); },
+      last, differs);
+  std::map<RowBox, std::uint64_t> numbers;  // boxes are few
+  for (const Box& step : boxes) numbers.try_emplace(step.box, numbers.size());
   KeepFirstAndLast(
-      boxes, [](const Box& step) { return step.box; }, last, differs);
+      boxes, [&numbers](const Box& step) { return numbers.at(step.box); }, last, differs);
   KeepFirstAndLast(
       msets, [](const Shown& step) { return step.what; }, last, differs);
   KeepFirstAndLast(
