@@ -138,6 +138,44 @@ TEST_F(SessionTest, BoxesOfSetsComeBackWithUndoAndInATreeMadeAnew) {
   EXPECT_EQ(Node(L"IDS_QD_WRT_MESH")->GetCheckStatus(), kChecked);
 }
 
+/// Show Only of what stands alone already is no act, and nothing that could be left.
+TEST_F(SessionTest, ShowingOnlyWhatStandsAloneIsNoAct) {
+  Select({L"b", L"c"});
+  Command(kCommandHide);
+  const std::uint64_t acts = Data().ActNumber();
+  Select({L"a"});
+  Command(kCommandShowOnly);
+  EXPECT_EQ(Shown(), "a outer inner");
+  EXPECT_EQ(Data().ActNumber(), acts);
+  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
+}
+
+/// A part keeps being selected when its row is made anew in another set, wherever it was selected.
+TEST_F(SessionTest, TheSelectionOutlivesTheRows) {
+  const auto move = [this](iterator part, iterator set) {
+    ChangePart(part, [set](tagTGeom& record) { record.gset = set; });
+  };
+  m_session->Trees().Pick(m_a, false);
+  move(m_a, m_second);
+  EXPECT_EQ(SelectedIn(m_setBar), Records{m_a});
+  EXPECT_EQ(SelectedIn(m_bar), Records{m_a});
+  Show(kGeometrySetTree);
+  Click(L"c");
+  move(m_c, m_first);
+  EXPECT_EQ(SelectedIn(m_setBar), Records{m_c});
+  EXPECT_EQ(m_doc.GetSelection(), (Selection{{m_c}, 0, kGeometrySetTree}));
+  // A group that is gone is not selected any more, what was selected beside it is.
+  Click(L"b");
+  Key(kKeyA, kMouseControl);
+  const int others = m_doc.GetSelection().others;
+  move(m_a, m_first);
+  EXPECT_LT(m_doc.GetSelection().others, others);
+  EXPECT_EQ(SelectedIn(m_setBar).size(), m_doc.GetSelection().records.size());
+  // A document that is replaced has nothing selected.
+  Open();
+  EXPECT_TRUE(m_doc.GetSelection().IsEmpty());
+}
+
 /// The root of the parts, and its page, tell what undo has made of the colours.
 TEST_F(SessionTest, TheRootOfPartsFollowsTheColourMode) {
   const auto mode = [this] {

@@ -90,7 +90,12 @@ class Parts final : public ModelWorld {
          {kCommandHide, kCommandShowOnly, kCommandHideOnly, kCommandReverse, kCommandDelete}) {
       cases.push_back(Change(
           "command_of_all_selected_" + std::to_string(number), Growth::NLogN,
-          [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows(All()); }));
+          [this, number] { Tree().OnMenuEvent(number); },
+          [this, number] {
+            // Showing only what stands alone already is no act.
+            if (number == kCommandShowOnly) Tree().ShowHideGeom({Middle()}, 0);
+            SelectRows(All());
+          }));
     }
     for (const unsigned number : {kCommandHide, kCommandWireframe, kCommandRandomColour, kCommandDelete}) {
       cases.push_back(Change(

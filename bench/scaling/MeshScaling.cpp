@@ -108,7 +108,12 @@ class Meshes final : public ModelWorld {
                                   kCommandMeshWireframe, kCommandNodeIds, kCommandShrink, kCommandDelete}) {
       cases.push_back(Change(
           "command_of_all_selected_" + std::to_string(number), Growth::NLogN,
-          [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows(All()); }));
+          [this, number] { Tree().OnMenuEvent(number); },
+          [this, number] {
+            // Showing only what stands alone already is no act.
+            if (number == kCommandShowMeshOnly) NodeOf(All().back())->OnClickCheck(kChecked);
+            SelectRows(All());
+          }));
     }
     for (const unsigned number : {kCommandHideMesh, kCommandMeshWireframe, kCommandNodeIds}) {
       cases.push_back(Change(

@@ -50,10 +50,9 @@ void CQDTreeListCtrl::OnSelchangAction() {
   } else if (nodes.size() > 1) {
     nodes.front()->SetMultiPropertyView();
   }
-  if (!life.expired()) TellSelected();
+  if (!life.expired() && m_onSelected) m_onSelected(nodes);
 }
 
-/// The host may have changed the selection again when it heard of it.
 void CQDTreeListCtrl::TellSelected() {
   if (!m_onSelected) return;
   std::vector<CQDTreeItem*> nodes;

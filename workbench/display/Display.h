@@ -56,7 +56,7 @@ class Display final : private CQDModelRange, private CQDPostManager, private ISe
   /// Whether there is something to deliver.
   bool IsWaiting() const { return m_log.IsAnythingNoted(); }
   /// The picture is to be drawn again, though nothing has changed here.
-  void MarkDirty() { m_log.Noted().redraw = true; }
+  void MarkDirty() { m_log.Mark(); }
 
   /// Counts the acts that were committed to the database.
   std::uint64_t ActNumber() const { return m_database.ActNumber(); }

@@ -26,6 +26,8 @@ class DisplayLog {
   DisplayChange* Recorded();
   /// What is to be told. Asking for it means that there is something.
   DisplayNotice& Noted();
+  /// The picture is to be drawn again, though nothing has changed.
+  void Mark() { Noted(); }
   bool IsAnythingNoted() const { return m_anything; }
 
   /// Ends a notice, and the act with it. The act is null where nothing was to be recorded.

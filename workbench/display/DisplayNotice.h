@@ -7,8 +7,8 @@
 
 namespace qd::workbench {
 
-/// What has changed of the display since the last notice. A thing may stand in a list more than once, and may be
-/// again what it was.
+/// What has changed of the display since the last notice; nothing of it where the picture is only to be drawn again.
+/// A thing may stand in a list more than once, and may be again what it was.
 struct DisplayNotice {
   std::vector<int> parts;            ///< CAD items that are shown, hidden or drawn otherwise
   std::vector<iterator> msets;       ///< mesh sets that are shown or hidden
@@ -18,7 +18,6 @@ struct DisplayNotice {
   bool colours = false;              ///< what parts and meshes are coloured by
   bool isolation = false;            ///< something was isolated, or no longer is
   bool acted = false;                ///< there is an act more to undo
-  bool redraw = false;               ///< nothing of the above: the picture is to be drawn again all the same
 };
 
 }  // namespace qd::workbench

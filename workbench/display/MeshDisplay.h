@@ -42,9 +42,9 @@ class MeshDisplay final : public CQDMeshManager, public CMPUData {
   void ShowHideMset(iterator mset, int show) override;
   void ShowHideMset(const std::vector<iterator>& msets, int show) override;
   void ShowHideMsetUnit(iterator mset, int show) override { ShowHideMset(mset, show); }
-  void CommitShowHideMsetUnit() override { m_log.Noted().redraw = true; }
+  void CommitShowHideMsetUnit() override { m_log.Mark(); }
   void SetMeshColorMode(unsigned mode) override;
-  void UpdateMeshColor() override { m_log.Noted().redraw = true; }
+  void UpdateMeshColor() override { m_log.Mark(); }
 
   void SetRenderMode(const std::vector<std::uint32_t>& keys, unsigned mode) override;
   void SetTransparency(const std::vector<std::uint32_t>& keys, unsigned char value) override;

@@ -107,7 +107,7 @@ void PartDisplay::SetTransparency(const std::vector<int>& cadItems, double fract
 void PartDisplay::SetMeshMark(int cadItem, int present) {
   if (IsMeshed(cadItem) == (present != 0)) return;
   Need(cadItem).meshed = present != 0;
-  m_log.Noted().redraw = true;
+  m_log.Mark();
 }
 
 void PartDisplay::SetAllColorModelType(int type) {

@@ -9,7 +9,6 @@ namespace qd::workbench {
 void WorkDocument::Select(Selection selection) {
   if (std::exchange(m_selectionTold, true) && selection == m_selection) return;
   m_selection = std::move(selection);
-  m_display.MarkDirty();
   m_selectionNotice.Tell(m_selection);
 }
 

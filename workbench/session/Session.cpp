@@ -44,20 +44,17 @@ bool Session::CanDelete() const {
 }
 
 void Session::Delete() {
+  Database& database = m_doc.GetDatabase();
   std::vector<iterator> records = m_doc.GetSelectBuffer();
   // The global system and the default set of meshes are always there; with everything selected they just stay.
-  Database& database = m_doc.GetDatabase();
   const auto stays = [&database](iterator itr) {
     return database.GetCordPool().IsDefaultCord(itr) != 0 || itr == database.GetMsetPool().GetDefaultMset();
   };
   if (!std::all_of(records.begin(), records.end(), stays)) std::erase_if(records, stays);
   if (records.empty() || !TakeNestedAlong(records)) return;
-  // The pool of sets keeps one for the parts to be in.
-  const bool onlySets = std::all_of(records.begin(), records.end(), [this](iterator itr) {
-    return m_doc.GetDatabase().GetDataType(itr) == kDataGset;
-  });
-  if (onlySets) {
-    m_doc.GetDatabase().GetGsetPool().TR_Del(records);
+  const auto isSet = [&database](iterator itr) { return database.GetDataType(itr) == kDataGset; };
+  if (std::all_of(records.begin(), records.end(), isSet)) {
+    database.GetGsetPool().TR_Del(records);  // which keeps one for the parts to be in, and says so
   } else {
     m_doc.DeleteData(kDeleteModelData, records);
   }
@@ -68,35 +65,20 @@ void Session::Delete() {
 bool Session::TakeNestedAlong(std::vector<iterator>& records) const {
   const MsetPool& pool = m_doc.GetDatabase().GetMsetPool();
   const std::set<iterator> chosen(records.begin(), records.end());
-  std::vector<iterator> nested;
-  std::vector<iterator> waiting;
-  const auto visit = [&](iterator itr) {
-    const tagTMset* set = pool.GetAtNU(itr);
-    if (set != nullptr) pool.GetItrListByParentMsetK(set->key & kMsetKeyMask, waiting);
-  };
-  std::vector<iterator> below;
-  for (const iterator itr : records) {
-    visit(itr);
-    while (!waiting.empty()) {
-      below.swap(waiting);
-      waiting.clear();
-      for (const iterator next : below) {
-        if (chosen.contains(next)) return true;
-        nested.push_back(next);
-      }
-      std::vector<iterator> deeper;
-      for (const iterator next : below) {
-        visit(next);
-        deeper.insert(deeper.end(), waiting.begin(), waiting.end());
-        waiting.clear();
-      }
-      waiting = std::move(deeper);
-    }
+  std::vector<iterator> all = records;  // and behind them what is nested in them, level by level
+  for (std::size_t i = 0; i < all.size(); ++i) {
+    const tagTMset* set = pool.GetAtNU(all[i]);
+    if (set == nullptr) continue;
+    TArray<iterator> below;
+    pool.GetItrListByParentMsetK(set->key & kMsetKeyMask, below);
+    const auto isChosen = [&chosen](iterator itr) { return chosen.contains(itr); };
+    if (std::any_of(below.begin(), below.end(), isChosen)) return true;
+    all.insert(all.end(), below.begin(), below.end());
   }
-  if (nested.empty()) return true;
+  if (all.size() == records.size()) return true;
   const CString question = CMSGFunction::GetValue("IDS_QD_WRT_DELETE_SUB_MESHSET");
   const MessageAnswer answer = AfxMessageBox(question, MessageButtons::YesNoCancel);
-  if (answer == MessageAnswer::Yes) records.insert(records.end(), nested.begin(), nested.end());
+  if (answer == MessageAnswer::Yes) records = std::move(all);
   return answer != MessageAnswer::Cancel;
 }
 

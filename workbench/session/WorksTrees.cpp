@@ -29,6 +29,7 @@ WorksTrees::~WorksTrees() {
 }
 
 void WorksTrees::MakeAnew() {
+  m_doc.Select({});
   m_manager->CreateTreeItems(&m_doc, kModelTree);
 }
 
@@ -102,26 +103,33 @@ void WorksTrees::OnTouched(long type, const std::vector<CQDTreeItem*>& selected)
   m_doc.Select(std::move(selection));
 }
 
-/// A tree that cannot show all that is selected shows nothing of it: what is done with its selection would be done
-/// with something else.
 void WorksTrees::FollowSelection(const Selection& selection) {
   for (auto& [type, pane] : m_panes) {
-    if (type == selection.tree) continue;
-    const bool all = selection.others == 0 && pane.Tree().HasNodes(selection.records);
-    pane.Tree().ShowSelection(all ? selection.records : TArray<iterator>());
+    if (type != selection.tree) Follow(pane.Tree(), selection);
   }
 }
 
-/// Rows that were made anew for records that go on, in another set or group, are selected as the old ones were.
+/// A tree that cannot show all that is selected shows nothing of it: what is done with its selection would be done
+/// with something else.
+void WorksTrees::Follow(CQDTreeListCtrl& tree, const Selection& selection) {
+  const bool all = selection.others == 0 && tree.HasNodes(selection.records);
+  tree.ShowSelection(all ? selection.records : TArray<iterator>());
+}
+
+/// Rows that were made anew for records that go on, in another set or group, are selected as the old ones were;
+/// rows without a record that are gone are not.
 void WorksTrees::KeepSelected() {
-  const Selection& selection = m_doc.GetSelection();
-  if (selection.records.empty()) return;
+  const Selection selection = m_doc.GetSelection();
+  if (selection.IsEmpty()) return;
   for (auto& [type, pane] : m_panes) {
-    const std::size_t selected = pane.Tree().GetSelectedRowCount();
+    CQDTreeListCtrl& tree = pane.Tree();
+    const std::size_t selected = tree.GetSelectedRowCount();
     if (type == selection.tree) {
-      if (selected < selection.records.size()) pane.Tree().ShowSelection(selection.records);
-    } else if (selected != 0 && selected != selection.records.size()) {
-      FollowSelection(selection);
+      if (selected == selection.records.size() + static_cast<std::size_t>(selection.others)) continue;
+      tree.ShowSelection(selection.records);
+      m_doc.Select({selection.records, 0, type});
+    } else if (selected != selection.records.size()) {
+      Follow(tree, selection);
     }
   }
 }

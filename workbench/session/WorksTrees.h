@@ -61,6 +61,7 @@ class WorksTrees final : private IDatabaseListener {
   void RefreshMeshedParts(const CQDUpdateRecord& record);
   void OnTouched(long type, const std::vector<CQDTreeItem*>& selected);
   void FollowSelection(const Selection& selection);
+  static void Follow(CQDTreeListCtrl& tree, const Selection& selection);
   void KeepSelected();
   void FollowDisplay(const DisplayNotice& notice);
 
