@@ -7,8 +7,8 @@
 
 namespace qd::workbench {
 
-/// What has changed of the display since the last notice; nothing of it where the picture is only to be drawn again.
-/// A thing may stand in a list more than once, and may be again what it was.
+/// What has changed of the display since the last notice; nothing of it where the picture is only to be drawn
+/// again. A thing may stand in a list more than once, and may be again what it was.
 struct DisplayNotice {
   std::vector<int> parts;            ///< CAD items that are shown, hidden or drawn otherwise
   std::vector<iterator> msets;       ///< mesh sets that are shown or hidden
