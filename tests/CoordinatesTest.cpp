@@ -113,6 +113,24 @@ TEST_F(CoordinatesTest, BoxesFollowLabelsThatTheHostSwitches) {
   EXPECT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD A]");
 }
 
+TEST_F(CoordinatesTest, AllAreSwitchedInTheOrderOfTheirRecordsWhereverTheRowsStand) {
+  const iterator a = Add(L"A");
+  Add(L"B");
+  Data().Delete({a});
+  Settle();
+  Undo();
+  ASSERT_EQ(Systems(), "[IDS_WB_GLOBAL_CORD B A]");
+  Select({kRoot});
+  Heard();
+  Command(kCommandHideAll);
+  std::string order;
+  std::istringstream heard(Heard());
+  for (std::string call; std::getline(heard, call);) {
+    if (call.starts_with("labels.SetShowHide")) order += call.substr(call.find_last_of(' '));
+  }
+  EXPECT_EQ(order, " IDS_WB_GLOBAL_CORD) A) B)");
+}
+
 // ---- menus and commands ---------------------------------------------------------------------------------
 
 TEST_F(CoordinatesTest, TheRootHasAMenuForItselfAlone) {

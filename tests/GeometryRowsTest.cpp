@@ -57,6 +57,12 @@ TEST_F(GeometryRows, ThePartKnowsItsMeshAsLongAsThereIsOne) {
   EXPECT_FALSE(m_doc.GetDisplay().Parts().IsMeshed(1));
 }
 
+TEST_F(GeometryRows, AMeshOfNoPartHasAllIconsReadAgain) {
+  const auto parts = OpenWith({L"a", L"b"});
+  for (const wchar_t* title : {L"a", L"b"}) Node(title)->ChangeImage(20);
+  AddMesh(0);  // behind it the fixture compares the icons with those of a fresh tree
+}
+
 TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
   const auto parts = OpenWith({L"Bolt", L"Nut"});
   const iterator steel = AddMaterial(L"Steel");

@@ -80,6 +80,14 @@ TEST_F(MeshRows, RecordsPushedOntoASetAreHandledByItself) {
   node->PushUpdateInfo({kDataMset, kChangeModified, b});
   node->Update();
   EXPECT_EQ(Sets(), "A [B]");
+  // Kinds beyond the three of a record tell of something else than its fields.
+  Node(L"B")->ChangeTitle(L"old");
+  node->PushUpdateInfo({kDataMset, 103, b});
+  node->Update();
+  EXPECT_EQ(Sets(), "A [old]");
+  node->PushUpdateInfo({kDataMset, kChangeModified, b});
+  node->Update();
+  EXPECT_EQ(Sets(), "A [B]");
 }
 
 TEST_F(MeshRows, SetsBelowTheDefaultOneStandInOrderWhenTheTreeIsBuilt) {

@@ -96,6 +96,11 @@ TEST_F(SessionTest, AClickInOneTreeSelectsInBoth) {
   ClickCheck(L"c");
   EXPECT_EQ(SelectedIn(m_bar), Records{});
   EXPECT_TRUE(m_doc.GetSelection().IsEmpty());
+  Show(kModelTree);
+  Click(L"a");
+  ClickCheck(L"IDS_WB_GLOBAL_CORD");
+  EXPECT_TRUE(m_doc.GetSelection().IsEmpty()) << "also that of a row which changes no part";
+  Show(kGeometrySetTree);
   // By key the selection stays for the next one.
   Click(L"a");
   Key(kKeySpace);
@@ -136,6 +141,52 @@ TEST_F(SessionTest, BoxesOfSetsComeBackWithUndoAndInATreeMadeAnew) {
   EXPECT_EQ(Node(L"IDS_QD_WRT_MESH")->GetCheckStatus(), kUnchecked);
   Undo();
   EXPECT_EQ(Node(L"IDS_QD_WRT_MESH")->GetCheckStatus(), kChecked);
+}
+
+/// Boxes that show only what was isolated are what they were before, when that is left.
+TEST_F(SessionTest, LeavingAnIsolationBringsTheBoxesOfSetsBack) {
+  Show(kGeometrySetTree);
+  ClickCheck(L"first");
+  const auto before = m_doc.GetDisplay().Boxes().States();
+  Select({L"first"});
+  Command(kCommandShowOnly);
+  EXPECT_NE(m_doc.GetDisplay().Boxes().States(), before);
+  Run(&Session::LeaveIsolation);
+  EXPECT_EQ(m_doc.GetDisplay().Boxes().States(), before);
+}
+
+/// All of them are drawn without, whatever was switched by key before.
+TEST_F(SessionTest, HidingAllMeshesRedrawsAlsoAfterTheKeys) {
+  Click(L"outer");
+  Key(kKeyA, kMouseControl);
+  Key(kKeySpace);
+  Key(kKeySpace);
+  Select({kMeshRoot});
+  Heard();
+  Command(kCommandHideAllMeshes);
+  EXPECT_EQ(Redraws(), 2) << "once a level, as by the box";
+}
+
+/// A command of a root acts on what is selected below it, not on that part of the selection that is no part.
+TEST_F(SessionTest, ACommandOfARootActsOnTheSelectedPartsBelowIt) {
+  Show(kGeometrySetTree);
+  Select({L"IDS_DB_DATA_NAME_GEOM", L"first"});
+  Command(kCommandWireframe);
+  std::string drawn;
+  for (const auto& [name, part] : {std::pair("a", m_a), std::pair("b", m_b), std::pair("c", m_c)}) {
+    if (m_doc.GetDisplay().Parts().GetLook(Data().GetGeomPool().GetAtNU(part)->cadItem).mode == 2) drawn += name;
+  }
+  EXPECT_EQ(drawn, "ab");
+}
+
+/// Showing or hiding draws at once, also for a row whose last switch was to be silent.
+TEST_F(SessionTest, ShowingBySetDrawsWhateverTheRowWasToldBefore) {
+  Show(kGeometrySetTree);
+  Select({L"first"});
+  Node(L"first")->SetViewUpdate(0);
+  Heard();
+  Command(kCommandHide);
+  EXPECT_EQ(Redraws(), 1);
 }
 
 /// Show Only of what stands alone already is no act, and nothing that could be left.

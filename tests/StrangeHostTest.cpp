@@ -34,6 +34,17 @@ TEST_F(WorksTree, AnExceptionOfAHandlerLeavesNothingHalfDone) {
   EXPECT_THROW(Tree().RunDeep(a, [] { throw std::runtime_error("host"); }), std::runtime_error);
   Tree().RunDeep(b, [&] { Tree().RunDeep(b, [&steps] { ++steps; }); });
   EXPECT_EQ(steps, 1);
+  // Steps too deep wait for the outermost one, and go with it when it is broken off.
+  const std::function<void(int)> nest = [&](int deeper) {
+    Tree().RunDeep(a, [&nest, &steps, deeper] {
+      if (deeper != 0) return nest(deeper - 1);
+      ++steps;
+      throw std::runtime_error("host");
+    });
+  };
+  EXPECT_THROW(Tree().RunDeep(a, [&] { nest(100), throw std::runtime_error("host"); }), std::runtime_error);
+  Tree().RunDeep(b, [] {});
+  EXPECT_EQ(steps, 1);
 }
 
 TEST_F(WorksTree, ANodeThatDeletesItselfInItsUpdateIsGone) {
@@ -53,6 +64,7 @@ TEST_F(WorksTree, AChildStandsInTheListOfOneParentOnly) {
     OpenProbes([&](ProbeNode& root) {
       a = Add(root, L"a");
       b = Add(root, L"b");
+      new ProbeNode(&Tree(), b, L"first");
       child = new ProbeNode(&Tree(), a, L"child");
     });
   };
@@ -65,11 +77,11 @@ TEST_F(WorksTree, AChildStandsInTheListOfOneParentOnly) {
     open();
     move();
     EXPECT_EQ(a->GetChildCount(), 0);
-    EXPECT_EQ(b->GetChildCount(), 1);
-    EXPECT_EQ(b->GetChild(0), child);
+    EXPECT_EQ(b->GetChildCount(), 2);
+    EXPECT_EQ(b->GetChild(1), child);
     EXPECT_EQ(child->GetParent(), b);
     CQDTreeItem::Destroy(child);
-    EXPECT_EQ(b->GetChildCount(), 0);
+    EXPECT_EQ(b->GetChildCount(), 1);
   }
 }
 

@@ -119,7 +119,7 @@ TEST_F(TreeList, SortByKeyUsesTheKeyThenTheBracketNumber) {
   m_tree.SetItemText(m_rows[L"same as y"], 1, L"5");
   m_tree.SetItemText(m_rows[L"x"], 1, L"-1");  // unsigned: the greatest of all
   m_tree.SetItemText(m_rows[L"y"], 1, L"5  ");
-  m_tree.SortItems(0, 0, {});
+  m_tree.SortItems(0, 0, kTreeRoot);
   EXPECT_EQ(Children({}), "Set [3] Set [12] y same as y x");
   m_toolkit.Pump();
   m_toolkit.TakePaintCount();
@@ -158,6 +158,11 @@ TEST_F(TreeList, ColumnsHaveWidthsAndAlignments) {
   EXPECT_EQ(m_tree.GetColumnWidth(2), 6 * HeadlessToolkit::kCharacterWidth + 24);
   EXPECT_EQ(m_tree.GetColumnWidth(7), 0);
   EXPECT_EQ(m_tree.GetColumnsWidth(), 180 + 60 + 66);
+  // A column that comes brings the tree's own background back.
+  m_tree.SetBackgroundColor(Rgb(1, 2, 3));
+  m_tree.SetBkColor(Rgb(4, 5, 6));
+  m_tree.InsertColumn(3, L"Late", 0, 10, 0);
+  EXPECT_EQ(m_tree.GetBkColor(), Rgb(1, 2, 3));
 }
 
 TEST_F(TreeList, RowsWithoutRecordAnswerNothingAndStayUntilTheirBranchGoes) {

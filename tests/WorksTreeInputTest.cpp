@@ -310,6 +310,14 @@ TEST_F(Input, SeveralNodesGoToTheViewFromTheTreeInUseOnly) {
   }
 }
 
+TEST_F(Input, ARowOfSomebodyElseIsNeitherATargetNorTheView) {
+  a->m_dragToView = true;
+  Tree().InsertItem(L"foreign", 0, 0, 0, 0, Row(L"root"), kInsertLast);
+  m_toolkit.Pump();
+  Drag(L"a", {PointOf(L"foreign")});
+  EXPECT_EQ(Told(), "");
+}
+
 TEST_F(Input, TheLabelNamesWhatIsDraggedAndWhetherItFits) {
   for (ProbeNode* node : {a, b}) node->m_multiLeftDrag = true;
   a->m_dragToView = true;
