@@ -1,13 +1,13 @@
 // Coordinate systems in the window: the dialog and the symbols in the view.
 
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
 #include "InWindow.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/NumberField.h"
 #include "workbench/view/CordSymbols.h"
 
 namespace qd::test {
@@ -30,9 +30,9 @@ class Coordinates : public InWindow {
     ASSERT_NE(dialog, nullptr);
     dialog->findChild<QLineEdit*>("name")->setText(name);
     dialog->findChild<QComboBox*>("kind")->setCurrentIndex(kind);
-    const auto fields = dialog->findChildren<QDoubleSpinBox*>();
+    const auto fields = dialog->findChildren<NumberField*>();
     ASSERT_EQ(fields.size(), 9);
-    for (std::size_t i = 0; i < numbers.size(); ++i) fields[static_cast<int>(i)]->setValue(numbers[i]);
+    for (std::size_t i = 0; i < numbers.size(); ++i) fields[static_cast<int>(i)]->SetValue(numbers[i]);
   }
   QString Apply() {
     Dialog("cord")->findChild<QPushButton*>("apply")->click();

@@ -101,8 +101,8 @@ TEST_F(Languages, EveryTextOfTheWindowComesFromTheTables) {
   m_window->SetLanguage(MessageTables::kPseudo);
   Wait(200);
   // Languages call themselves by their own names, units are letters, records have the names that they were given.
-  const QStringList own{"English", "American English", "Deutsch", "日本語", "한국어", "简体中文", "mm, t",
-                        "m, kg",   "in, lb",           "Global"};
+  const QStringList own{"English", "American English", "Deutsch", "日本語", "한국어", "简体中文", "mm, t", "m, kg",
+                        "in, lb",  "Global",           "mm",      "mm²",    "°",      "MPa",      "t/mm³"};
   QStringList names;
   for (const iterator itr : Data().GetMsetPool().GetItrList())
     names << ToQt(Data().GetMsetPool().GetAtNU(itr)->name);

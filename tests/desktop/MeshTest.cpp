@@ -3,7 +3,6 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QFile>
 #include <QImage>
 #include <QLabel>
@@ -21,6 +20,7 @@
 #include "support/Places.h"
 #include "support/SampleMesh.h"
 #include "workbench/app/ExportDialog.h"
+#include "workbench/app/NumberField.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::test {
@@ -225,7 +225,7 @@ TEST_F(Meshes, GeneratorsMeshSurfacesAndSolidsAndKeepHowTheyDid) {
     m_window->ModelTreePane().Bar().OnMenuEventMeshRoot(&m_window->Document(), command);
     QDialog* dialog = Dialog("operation");
     ASSERT_NE(dialog, nullptr);
-    dialog->findChild<QDoubleSpinBox*>()->setValue(size);
+    dialog->findChild<NumberField*>()->SetValue(size);
     dialog->findChild<QAbstractButton*>("second")->setChecked(secondOrder);
     dialog->findChild<QPushButton*>("apply")->click();
     EXPECT_TRUE(WaitUntil([this] { return !m_window->IsWorking() && m_window->IsUpToDate(); }));

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QDoubleSpinBox>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -12,6 +11,7 @@
 #include "InWindow.h"
 #include "host/CTransaction.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/NumberField.h"
 
 namespace qd::test {
 namespace {
@@ -55,9 +55,9 @@ class Operations : public InWindow {
   void Apply(const std::vector<double>& numbers) {
     QDialog* dialog = Dialog("operation");
     ASSERT_NE(dialog, nullptr);
-    const auto fields = dialog->findChildren<QDoubleSpinBox*>();
+    const auto fields = dialog->findChildren<NumberField*>();
     ASSERT_EQ(static_cast<std::size_t>(fields.size()), numbers.size());
-    for (std::size_t i = 0; i < numbers.size(); ++i) fields[static_cast<int>(i)]->setValue(numbers[i]);
+    for (std::size_t i = 0; i < numbers.size(); ++i) fields[static_cast<int>(i)]->SetValue(numbers[i]);
     dialog->findChild<QPushButton*>("apply")->click();
     EXPECT_TRUE(WaitUntil([this] { return !m_window->IsWorking() && m_window->IsUpToDate(); }));
     dialog->close();

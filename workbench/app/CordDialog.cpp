@@ -2,15 +2,20 @@
 
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 
 #include "host/CTransaction.h"
 #include "platform/qt/QtConvert.h"
+#include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
 
 namespace qd::workbench {
+
+// Whether the two axes give a system is found out when both are there.
+constexpr NumberKind kAxis{Quantity::Plain, NumberKinds::kPlace};
 
 CordDialog::CordDialog(WorkDocument& doc, iterator edited, QWidget* parent)
     : QDialog(parent),
@@ -35,9 +40,9 @@ CordDialog::CordDialog(WorkDocument& doc, iterator edited, QWidget* parent)
   layout->addRow(NewLabel("IDS_QD_WRT_PROP_NAME"), m_name);
   layout->addRow(NewLabel("IDS_WB_CORD_KIND"), m_kind);
   layout->addRow(NewLabel("IDS_WB_CORD_PARENT"), m_parent);
-  m_origin = AddTriple(*layout, "IDS_WB_CORD_ORIGIN", {});
-  m_xAxis = AddTriple(*layout, "IDS_WB_CORD_X_AXIS", {});
-  m_xyPlane = AddTriple(*layout, "IDS_WB_CORD_XY_PLANE", {});
+  m_origin = AddNumbers(*layout, "IDS_WB_CORD_ORIGIN", {0, 0, 0}, NumberKinds::kPoint);
+  m_xAxis = AddNumbers(*layout, "IDS_WB_CORD_X_AXIS", {0, 0, 0}, kAxis);
+  m_xyPlane = AddNumbers(*layout, "IDS_WB_CORD_XY_PLANE", {0, 0, 0}, kAxis);
   layout->addRow(m_outcome);
   auto* buttons = new QDialogButtonBox;
   auto* apply = new QPushButton;
@@ -69,11 +74,9 @@ void CordDialog::ShowRecord(const tagTCord& record) {
                                 : ToQt(Pool().GetNewCopyName(FromQt(Text("IDS_WB_CORD_NAME")))));
   m_kind->setCurrentIndex(static_cast<int>(record.kind));
   ListParents(record.parent);
-  for (std::size_t i = 0; i < 3; ++i) {
-    m_origin[i]->setValue(record.origin[i]);
-    m_xAxis[i]->setValue(record.xAxis[i]);
-    m_xyPlane[i]->setValue(record.xyPlane[i]);
-  }
+  m_origin->SetPoint(record.origin);
+  m_xAxis->SetPoint(record.xAxis);
+  m_xyPlane->SetPoint(record.xyPlane);
 }
 
 void CordDialog::ListParents(iterator chosen) {
@@ -94,9 +97,9 @@ tagTCord CordDialog::Entered() const {
   record.SetName(FromQt(m_name->text().trimmed()));
   record.kind = static_cast<CordKind>(m_kind->currentIndex());
   record.parent = m_parent->currentData().value<iterator>();
-  record.origin = ValuesOf(m_origin);
-  record.xAxis = ValuesOf(m_xAxis);
-  record.xyPlane = ValuesOf(m_xyPlane);
+  record.origin = m_origin->Point();
+  record.xAxis = m_xAxis->Point();
+  record.xyPlane = m_xyPlane->Point();
   return record;
 }
 
@@ -115,6 +118,8 @@ const char* CordDialog::FaultOf(const tagTCord& record) const {
 }
 
 void CordDialog::Apply() {
+  ClearText(*m_outcome);
+  if (!CheckNumbers(*this)) return;
   const tagTCord record = Entered();
   if (const char* fault = FaultOf(record)) return SetText(*m_outcome, fault, {ToQt(record.GetName())});
   CTransaction transaction(&m_doc.GetDatabase());

@@ -2,7 +2,7 @@
 
 #include <QDialog>
 
-#include "workbench/app/NumberFields.h"
+#include "workbench/app/NumberField.h"
 #include "workbench/display/WorkDocument.h"
 
 class QComboBox;
@@ -38,9 +38,9 @@ class CordDialog final : public QDialog, public IQDCurrentDialog {
   QLineEdit* m_name;  // all are owned by this dialog
   QComboBox* m_kind;
   QComboBox* m_parent;
-  TripleField m_origin;
-  TripleField m_xAxis;
-  TripleField m_xyPlane;
+  NumberRow* m_origin;
+  NumberRow* m_xAxis;
+  NumberRow* m_xyPlane;
   QLabel* m_outcome;
 };
 

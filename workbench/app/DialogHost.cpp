@@ -25,14 +25,16 @@ const std::map<unsigned, OperationForm>& Transforms() {
                                                          {.titleKey = "IDS_QD_WRT_TRANSFORM_TRANSLATE",
                                                           .kind = Kind::Translate,
                                                           .vectorKey = "IDS_WB_VECTOR",
-                                                          .vector = {10, 0, 0}}},
+                                                          .vector = {10, 0, 0},
+                                                          .vectorKind = NumberKinds::kWay}},
                                                         {kCommandRotate,
                                                          {.titleKey = "IDS_QD_WRT_TRANSFORM_ROTATE",
                                                           .kind = Kind::Rotate,
                                                           .pointKey = "IDS_WB_POINT",
                                                           .vectorKey = "IDS_WB_DIRECTION",
                                                           .amountKey = "IDS_WB_ANGLE",
-                                                          .amount = 90}},
+                                                          .amount = 90,
+                                                          .amountKind = NumberKinds::kAngle}},
                                                         {kCommandMirror,
                                                          {.titleKey = "IDS_QD_WRT_TRANSFORM_MIRROR",
                                                           .kind = Kind::Mirror,
@@ -44,12 +46,14 @@ const std::map<unsigned, OperationForm>& Transforms() {
                                                           .kind = Kind::Scale,
                                                           .pointKey = "IDS_WB_POINT",
                                                           .amountKey = "IDS_WB_FACTOR",
-                                                          .amount = 2}},
+                                                          .amount = 2,
+                                                          .amountKind = NumberKinds::kFactor}},
                                                         {kCommandSweep,
                                                          {.titleKey = "IDS_QD_WRT_TRANSFORM_SWEEP_TRANSLATE",
                                                           .kind = Kind::Sweep,
                                                           .vectorKey = "IDS_WB_VECTOR",
-                                                          .vector = {0, 0, 10}}}};
+                                                          .vector = {0, 0, 10},
+                                                          .vectorKind = NumberKinds::kWay}}};
   return kForms;
 }
 
@@ -60,7 +64,8 @@ const std::map<CString, OperationForm>& Forms() {
        {.titleKey = "IDS_QD_WRT_MODEL_SIMPLY",
         .kind = Kind::Simplify,
         .amountKey = "IDS_WB_FACE_AREA",
-        .amount = 1}},
+        .amount = 1,
+        .amountKind = {Quantity::Area, NumberLimits::Positive()}}},
       {L"CQDGeomProjectDlg",
        {.titleKey = "IDS_WB_PROJECT", .kind = Kind::Project, .vectorKey = "IDS_WB_DIRECTION", .target = true}},
       {L"CQDGeomAttachDlg",
@@ -68,11 +73,16 @@ const std::map<CString, OperationForm>& Forms() {
   return kForms;
 }
 
-constexpr OperationForm kMeshForm{.titleKey = "IDS_QD_WRT_MESH_TETRA_GENERATE",
-                                  .kind = Kind::Mesh,
-                                  .amountKey = "IDS_WB_ELEMENT_SIZE",
-                                  .amount = 5,
-                                  .solidsOnly = true};
+/// The form of the generators of meshes.
+const OperationForm& MeshForm() {
+  static const OperationForm kForm{.titleKey = "IDS_QD_WRT_MESH_TETRA_GENERATE",
+                                   .kind = Kind::Mesh,
+                                   .amountKey = "IDS_WB_ELEMENT_SIZE",
+                                   .amount = 5,
+                                   .amountKind = {Quantity::Length, NumberLimits::Positive()},
+                                   .solidsOnly = true};
+  return kForm;
+}
 
 }  // namespace
 
@@ -133,14 +143,14 @@ void DialogHost::SetSelectAssignedContact(CQDDocBase*, std::list<iterator>&) {
 
 void DialogHost::OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
   const auto* keys = static_cast<const std::list<iterator>*>(data);
-  Show(new OperationDialog(m_doc, m_runner, kMeshForm, PartsOfKeys({keys->begin(), keys->end()}), m_window),
+  Show(new OperationDialog(m_doc, m_runner, MeshForm(), PartsOfKeys({keys->begin(), keys->end()}), m_window),
        dialogClass);
 }
 
 /// The generators of surface and solid meshes, automatic or mapped as the last command says.
 void DialogHost::OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments) {
   const unsigned command = IQueryMenuID2Idx::Instance().GetLastCommand();
-  OperationForm form = kMeshForm;
+  OperationForm form = MeshForm();
   form.dimension = dialogClass == L"CQDMeshGen2DDlg" ? 2 : 3;
   form.solidsOnly = form.dimension == 3;
   form.mapped = command == kCommandMeshMap2D || command == kCommandMeshMap3D;

@@ -108,6 +108,7 @@ void MainWindow::MakeViewMenu() {
     connect(option, &QAction::triggered, this, [this, length, mass] {
       CQDUnitCtrl::SetUnitSystem(length, mass);
       m_properties->Refresh();
+      Retranslate(*this);  // units stand behind numbers
     });
   }
   QMenu* variant = AddMenu(view, "IDS_WB_MENU_VARIANT");

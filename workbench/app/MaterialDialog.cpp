@@ -7,7 +7,6 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
-#include <cmath>
 #include <utility>
 
 #include "host/CQDColorGenerator.h"
@@ -25,16 +24,6 @@ constexpr double kYoung = 210000;
 constexpr double kPoisson = 0.3;
 constexpr double kDensity = 7.85e-9;
 
-QString Number(double value) {
-  return QLocale::c().toString(value, 'g', 10);
-}
-
-bool ReadNumber(const QLineEdit& edit, double& value) {
-  bool good = false;
-  value = QLocale::c().toDouble(edit.text().trimmed().replace(',', '.'), &good);
-  return good && std::isfinite(value);
-}
-
 }  // namespace
 
 MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent)
@@ -43,9 +32,6 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
       m_parts(std::move(parts)),
       m_list(new QComboBox),
       m_name(new QLineEdit),
-      m_young(new QLineEdit),
-      m_poisson(new QLineEdit),
-      m_density(new QLineEdit),
       m_fault(new QLabel) {
   SetTitle(*this, "IDS_WB_MATERIALS");
   setAttribute(Qt::WA_DeleteOnClose);
@@ -57,9 +43,11 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
   layout->addRow(NewLabel("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
   layout->addRow(NewLabel("IDS_WB_MATERIAL"), m_list);
   layout->addRow(NewLabel("IDS_QD_WRT_PROP_NAME"), m_name);
-  layout->addRow(NewLabel("IDS_WB_MATERIAL_YOUNG"), m_young);
-  layout->addRow(NewLabel("IDS_WB_MATERIAL_POISSON"), m_poisson);
-  layout->addRow(NewLabel("IDS_WB_MATERIAL_DENSITY"), m_density);
+  m_young = AddNumbers(*layout, "IDS_WB_MATERIAL_YOUNG", {kYoung}, {Quantity::Stress, NumberLimits::Positive()});
+  m_poisson = AddNumbers(*layout, "IDS_WB_MATERIAL_POISSON", {kPoisson},
+                         {Quantity::Plain, {.least = -1, .greatest = 0.5, .aboveLeast = true}});
+  m_density =
+      AddNumbers(*layout, "IDS_WB_MATERIAL_DENSITY", {kDensity}, {Quantity::Density, NumberLimits::NotNegative()});
   layout->addRow(m_fault);
   auto* buttons = new QDialogButtonBox;
   QPushButton* apply = buttons->addButton(QString(), QDialogButtonBox::ApplyRole);
@@ -96,19 +84,10 @@ void MaterialDialog::ShowChosen() {
   record.density = kDensity;
   if (const tagTMaterial* known = m_doc.GetDatabase().GetMaterialPool().GetAtNU(Chosen())) record = *known;
   m_name->setText(ToQt(record.name));
-  m_young->setText(Number(record.youngsModulus));
-  m_poisson->setText(Number(record.poissonsRatio));
-  m_density->setText(Number(record.density));
+  m_young->SetValue(record.youngsModulus);
+  m_poisson->SetValue(record.poissonsRatio);
+  m_density->SetValue(record.density);
   ClearText(*m_fault);
-}
-
-bool MaterialDialog::Read(tagTMaterial& record) {
-  record.name = CutName(FromQt(m_name->text().trimmed()));
-  constexpr double kLeastRatio = -1;
-  constexpr double kGreatestRatio = 0.5;
-  return !record.name.empty() && ReadNumber(*m_young, record.youngsModulus) && record.youngsModulus > 0 &&
-         ReadNumber(*m_poisson, record.poissonsRatio) && record.poissonsRatio > kLeastRatio &&
-         record.poissonsRatio <= kGreatestRatio && ReadNumber(*m_density, record.density) && record.density >= 0;
 }
 
 void MaterialDialog::Apply() {
@@ -122,7 +101,13 @@ void MaterialDialog::Apply() {
     CQDColorGenerator colours;
     for (std::size_t i = 0; i <= database.GetMaterialPool().Count(); ++i) record.colour = colours.GetNextColor();
   }
-  if (!Read(record)) return SetText(*m_fault, "IDS_WB_MATERIAL_INVALID");
+  ClearText(*m_fault);
+  if (!CheckNumbers(*this)) return;
+  record.name = CutName(FromQt(m_name->text().trimmed()));
+  if (record.name.empty()) return SetText(*m_fault, "IDS_QD_DB_NAME_EMPTY");
+  record.youngsModulus = m_young->Value();
+  record.poissonsRatio = m_poisson->Value();
+  record.density = m_density->Value();
   if (Store(material, record)) return ListMaterials(material);
   // Why the document does not take it is told by the document.
   SetText(*m_fault, "IDS_WB_NOT_STORED", {ToQt(record.name)});

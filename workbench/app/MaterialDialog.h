@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <vector>
 
+#include "workbench/app/NumberField.h"
 #include "workbench/display/WorkDocument.h"
 
 class QComboBox;
@@ -23,16 +24,15 @@ class MaterialDialog final : public QDialog {
   void Apply();
   /// `material` is 0 for a new one, and is then filled in.
   bool Store(iterator& material, const tagTMaterial& record);
-  bool Read(tagTMaterial& record);
   iterator Chosen() const;
 
   WorkDocument& m_doc;
   std::vector<iterator> m_parts;
   QComboBox* m_list;  // all are owned by this dialog
   QLineEdit* m_name;
-  QLineEdit* m_young;
-  QLineEdit* m_poisson;
-  QLineEdit* m_density;
+  NumberRow* m_young;
+  NumberRow* m_poisson;
+  NumberRow* m_density;
   QLabel* m_fault;
 };
 

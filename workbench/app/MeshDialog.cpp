@@ -1,13 +1,15 @@
 #include "workbench/app/MeshDialog.h"
 
 #include <QComboBox>
+#include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
-#include <QSpinBox>
 
 #include "platform/qt/QtConvert.h"
+#include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
 #include "workbench/mesh/ElementTypes.h"
 
 namespace qd::workbench {
@@ -59,21 +61,6 @@ QLineEdit* MeshDialog::AddTextField(const char* key, const char* hintKey) {
   return edit;
 }
 
-QSpinBox* MeshDialog::AddCountField(const char* key, int value) {
-  constexpr int kMost = 1000;
-  auto* box = new QSpinBox;
-  box->setRange(1, kMost);
-  box->setValue(value);
-  m_layout->addRow(NewLabel(key), box);
-  return box;
-}
-
-QDoubleSpinBox* MeshDialog::AddNumberField(const char* key, double value) {
-  QDoubleSpinBox* number = MakeNumber(value);
-  m_layout->addRow(NewLabel(key), number);
-  return number;
-}
-
 void MeshDialog::AddInfo(std::function<void(QLabel&)> info) {
   auto* label = new QLabel;
   m_layout->addRow(label);
@@ -87,6 +74,8 @@ void MeshDialog::AddAct(const char* key, const char* name, const char* doneKey,
   button->setObjectName(name);
   m_buttons.push_back(button);
   connect(button, &QPushButton::clicked, this, [this, doneKey, act = std::move(act)] {
+    ClearText(*m_outcome);
+    if (!CheckNumbers(*this)) return;
     const ActResult result = act(FromQt(windowTitle()));
     if (result.IsDone()) {
       SetText(*m_outcome, doneKey, {QLocale().toString(static_cast<qulonglong>(result.number))});

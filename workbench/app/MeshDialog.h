@@ -4,14 +4,14 @@
 #include <functional>
 #include <vector>
 
-#include "workbench/app/NumberFields.h"
+#include "workbench/app/NumberField.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/MeshActs.h"
 
 class QComboBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
-class QSpinBox;
 
 namespace qd::workbench {
 
@@ -29,14 +29,13 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   QComboBox* AddSetField(const char* key, bool withDefault);
   QComboBox* AddTypeField();
   QLineEdit* AddTextField(const char* key, const char* hintKey);
-  QSpinBox* AddCountField(const char* key, int value);
-  TripleField AddTripleField(const char* key, const std::array<double, 3>& values) {
-    return AddTriple(*m_layout, key, values);
+  NumberRow* AddNumbers(const char* key, const std::vector<double>& values, const NumberKind& kind) {
+    return workbench::AddNumbers(*m_layout, key, values, kind);
   }
-  QDoubleSpinBox* AddNumberField(const char* key, double value);
   /// A line that is made anew with every update.
   void AddInfo(std::function<void(QLabel&)> info);
-  /// A button that runs an act; what came of it is shown below. `doneKey` gets the number of the result.
+  /// A button that runs an act, when all numbers are good; what came of it is shown below. `doneKey` gets the
+  /// number of the result.
   void AddAct(const char* key, const char* name, const char* doneKey,
               std::function<ActResult(const CString&)> act);
   /// Closes the list of fields.

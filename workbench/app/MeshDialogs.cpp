@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
-#include <QSpinBox>
 #include <cmath>
 #include <map>
 #include <numbers>
@@ -12,6 +11,7 @@
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/MeshDialog.h"
+#include "workbench/app/Translated.h"
 
 namespace qd::workbench {
 
@@ -19,10 +19,10 @@ namespace {
 
 MeshDialog* MakeNodeDialog(WorkDocument& doc, QWidget* parent) {
   auto* dialog = new MeshDialog(doc, "IDS_MENU_WRT_MESH_ADD_NODE", parent);
-  const TripleField at = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
+  const NumberRow* at = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
   const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", true);
   dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_NODE_MADE", [&doc, at, set](const CString& title) {
-    return AddNode(doc.GetDatabase(), ChosenSet(*set), ValuesOf(at), title);
+    return AddNode(doc.GetDatabase(), ChosenSet(*set), at->Point(), title);
   });
   return dialog;
 }
@@ -86,11 +86,10 @@ Transform About(const Point& point, const std::array<Point, 3>& rows) {
   return transform;
 }
 
-bool Normalise(Point& a) {
+Point Normalised(Point a) {
   const double length = std::hypot(a[0], a[1], a[2]);
-  if (length == 0) return false;
   for (double& part : a) part /= length;
-  return true;
+  return a;
 }
 
 std::array<Point, 3> Rotation(const Point& axis, double degrees) {
@@ -127,10 +126,6 @@ std::vector<iterator> SetsInView(WorkDocument& doc) {
   return sets;
 }
 
-ActResult NoWay() {
-  return {0, "IDS_WB_OPERATION_ZERO"};
-}
-
 MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* parent) {
   static const std::map<unsigned, const char*> kTitles{{kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"},
                                                        {kCommandMeshRotate, "IDS_QD_WRT_TRANSFORM_ROTATE"},
@@ -152,43 +147,39 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
   };
   constexpr std::array<Point, 3> kUnit{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
   if (command == kCommandMeshTranslate) {
-    const TripleField way = dialog->AddTripleField("IDS_WB_VECTOR", {10, 0, 0});
+    const NumberRow* way = dialog->AddNumbers("IDS_WB_VECTOR", {10, 0, 0}, NumberKinds::kWay);
     act([=](const auto& sets, const CString& text) {
       Transform how = About({0, 0, 0}, kUnit);
-      for (std::size_t i = 0; i < 3; ++i) how[i][3] = way[i]->value();
+      for (std::size_t i = 0; i < 3; ++i) how[i][3] = way->Point()[i];
       return transform(sets, how, text);
     });
   } else if (command == kCommandMeshRotate) {
-    const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
-    const TripleField axis = dialog->AddTripleField("IDS_WB_DIRECTION", {0, 0, 1});
-    const QDoubleSpinBox* angle = dialog->AddNumberField("IDS_WB_ANGLE", 90);
+    const NumberRow* point = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
+    const NumberRow* axis = dialog->AddNumbers("IDS_WB_DIRECTION", {0, 0, 1}, NumberKinds::kDirection);
+    const NumberRow* angle = dialog->AddNumbers("IDS_WB_ANGLE", {90}, NumberKinds::kAngle);
     act([=](const auto& sets, const CString& text) {
-      Point unit = ValuesOf(axis);
-      return Normalise(unit) ? transform(sets, About(ValuesOf(point), Rotation(unit, angle->value())), text)
-                             : NoWay();
+      return transform(sets, About(point->Point(), Rotation(Normalised(axis->Point()), angle->Value())), text);
     });
   } else if (command == kCommandMeshMirror) {
-    const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
-    const TripleField normal = dialog->AddTripleField("IDS_WB_NORMAL", {1, 0, 0});
+    const NumberRow* point = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
+    const NumberRow* normal = dialog->AddNumbers("IDS_WB_NORMAL", {1, 0, 0}, NumberKinds::kDirection);
     act([=](const auto& sets, const CString& text) {
-      Point unit = ValuesOf(normal);
-      return Normalise(unit) ? transform(sets, About(ValuesOf(point), Reflection(unit)), text) : NoWay();
+      return transform(sets, About(point->Point(), Reflection(Normalised(normal->Point()))), text);
     });
   } else if (command == kCommandMeshScale) {
-    const TripleField point = dialog->AddTripleField("IDS_WB_POINT", {0, 0, 0});
-    const QDoubleSpinBox* factor = dialog->AddNumberField("IDS_WB_FACTOR", 2);
+    const NumberRow* point = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
+    const NumberRow* factor = dialog->AddNumbers("IDS_WB_FACTOR", {2}, NumberKinds::kFactor);
     act([=](const auto& sets, const CString& text) {
       std::array<Point, 3> rows = kUnit;
-      for (std::size_t i = 0; i < 3; ++i) rows[i][i] = factor->value();
-      return factor->value() != 0 ? transform(sets, About(ValuesOf(point), rows), text) : NoWay();
+      for (std::size_t i = 0; i < 3; ++i) rows[i][i] = factor->Value();
+      return transform(sets, About(point->Point(), rows), text);
     });
   } else {
-    const TripleField way = dialog->AddTripleField("IDS_WB_VECTOR", {0, 0, 10});
-    const QSpinBox* layers = dialog->AddCountField("IDS_QD_MESH_LAYERED_NUM_LAYERS", 2);
+    const NumberRow* way = dialog->AddNumbers("IDS_WB_VECTOR", {0, 0, 10}, NumberKinds::kWay);
+    const NumberRow* layers = dialog->AddNumbers("IDS_QD_MESH_LAYERED_NUM_LAYERS", {2},
+                                                 {Quantity::Plain, {.least = 1, .greatest = 1000, .whole = true}});
     act([&doc, way, layers](const auto& sets, const CString& text) {
-      const Point along = ValuesOf(way);
-      if (std::hypot(along[0], along[1], along[2]) == 0) return NoWay();
-      return SweepMeshes(doc.GetDatabase(), sets, along, layers->value(), text);
+      return SweepMeshes(doc.GetDatabase(), sets, way->Point(), static_cast<int>(layers->Value()), text);
     });
   }
   return dialog;

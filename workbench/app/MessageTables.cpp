@@ -22,6 +22,7 @@ MessageTables::MessageTables(const QString& folder)
   if (QFileInfo::exists(QString("%1/%2.txt").arg(folder, kEnglish))) m_english = Read(folder, kEnglish);
   MessageTexts own = Read(kOwnFolder, kEnglish);
   m_english.merge(own);
+  QLocale::setDefault(QLocale(kEnglish));
 }
 
 MessageTables::~MessageTables() {
@@ -71,6 +72,8 @@ bool MessageTables::SetLanguage(const QString& language) {
   if (texts.empty() && language != kEnglish) return false;
   m_texts = std::move(texts);
   m_language = language;
+  // Numbers are shown in the format of the language, too, whatever that of the system.
+  QLocale::setDefault(QLocale(language == kPseudo ? kEnglish : language));
   QCoreApplication::removeTranslator(&m_qtTexts);
   const QString folder = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
   if (language != kPseudo && m_qtTexts.load(QLocale(language), "qtbase", "_", folder)) {

@@ -50,12 +50,9 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
   auto* layout = new QFormLayout(this);
   layout->addRow(NewLabel(m_parts.empty() ? "IDS_WB_NO_PARTS" : "IDS_WB_PARTS",
                           {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
-  if (form.pointKey != nullptr) m_point = AddTriple(*layout, form.pointKey, {0, 0, 0});
-  if (form.vectorKey != nullptr) m_vector = AddTriple(*layout, form.vectorKey, form.vector);
-  if (form.amountKey != nullptr) {
-    m_amount = MakeNumber(form.amount);
-    layout->addRow(NewLabel(form.amountKey), m_amount);
-  }
+  if (form.pointKey != nullptr) m_point = AddNumbers(*layout, form.pointKey, {0, 0, 0}, NumberKinds::kPoint);
+  if (form.vectorKey != nullptr) m_vector = AddNumbers(*layout, form.vectorKey, form.vector, form.vectorKind);
+  if (form.amountKey != nullptr) m_amount = AddNumbers(*layout, form.amountKey, {form.amount}, form.amountKind);
   if (form.target) {
     m_target = new QComboBox;
     m_target->setObjectName("target");
@@ -108,19 +105,20 @@ std::array<double, 3> OperationDialog::AlignmentWay() const {
 }
 
 void OperationDialog::Apply() {
+  if (!CheckNumbers(*this)) return;
   ShapeOperation operation;
   operation.kind = m_form.kind;
   operation.dimension = m_form.dimension;
   operation.mapped = m_form.mapped;
   operation.secondOrder = m_secondOrder != nullptr && m_secondOrder->isChecked();
-  for (std::size_t axis = 0; axis < 3; ++axis) {
-    if (m_point[0] != nullptr) operation.point[axis] = m_point[axis]->value();
-    if (m_vector[0] != nullptr) operation.vector[axis] = m_vector[axis]->value();
-  }
-  if (m_amount != nullptr) operation.amount = m_amount->value();
+  const auto store = [](const std::array<double, 3>& from, double(&to)[3]) {
+    std::copy(from.begin(), from.end(), to);
+  };
+  if (m_point != nullptr) store(m_point->Point(), operation.point);
+  if (m_vector != nullptr) store(m_vector->Point(), operation.vector);
+  if (m_amount != nullptr) operation.amount = m_amount->Value();
   if (m_alignment != nullptr) {
-    const std::array<double, 3> way = AlignmentWay();
-    std::copy(way.begin(), way.end(), operation.vector);
+    store(AlignmentWay(), operation.vector);
   } else if (m_target != nullptr) {
     const tagTGeom* target = m_doc.GetDatabase().GetGeomPool().GetAtNU(m_target->currentData().value<iterator>());
     if (target != nullptr && target->shape != nullptr) operation.target = target->shape->brep;

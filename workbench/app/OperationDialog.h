@@ -4,7 +4,7 @@
 #include <array>
 #include <vector>
 
-#include "workbench/app/NumberFields.h"
+#include "workbench/app/NumberField.h"
 #include "workbench/app/OperationRunner.h"
 
 class QCheckBox;
@@ -19,9 +19,11 @@ struct OperationForm {
   ShapeOperationKind kind;
   const char* pointKey = nullptr;   ///< null: not asked for
   const char* vectorKey = nullptr;  ///< likewise
-  std::array<double, 3> vector{0, 0, 1};
+  std::vector<double> vector{0, 0, 1};
+  NumberKind vectorKind = NumberKinds::kDirection;
   const char* amountKey = nullptr;
   double amount = 1;
+  NumberKind amountKind{};
   bool target = false;     ///< another part takes part
   bool alignment = false;  ///< the way follows from how two boxes are brought together
   bool solidsOnly = false;
@@ -44,9 +46,9 @@ class OperationDialog final : public QDialog {
   OperationRunner& m_runner;
   OperationForm m_form;
   std::vector<iterator> m_parts;
-  TripleField m_point{};
-  TripleField m_vector{};
-  QDoubleSpinBox* m_amount = nullptr;  // all are owned by this dialog
+  NumberRow* m_point = nullptr;  // all are owned by this dialog
+  NumberRow* m_vector = nullptr;
+  NumberRow* m_amount = nullptr;
   QComboBox* m_target = nullptr;
   QCheckBox* m_secondOrder = nullptr;
   QComboBox* m_alignment = nullptr;

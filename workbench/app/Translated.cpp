@@ -6,6 +6,7 @@
 #include <QWidget>
 
 #include "workbench/app/MessageTables.h"
+#include "workbench/app/NumberField.h"
 
 namespace qd::workbench {
 
@@ -35,6 +36,7 @@ void RetranslateOne(QObject& object) {
     if (key.isEmpty()) continue;
     object.setProperty(property.text, Text(key.constData(), object.property(property.arguments).toStringList()));
   }
+  if (auto* numbers = qobject_cast<NumberRow*>(&object)) numbers->ShowInLanguage();
   auto* box = qobject_cast<QComboBox*>(&object);
   for (int i = 0; box != nullptr && i < box->count(); ++i) {
     const QByteArray key = box->itemData(i, kKeyRole).toByteArray();

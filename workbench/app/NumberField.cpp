@@ -1,0 +1,221 @@
+#include "workbench/app/NumberField.h"
+
+#include <QAction>
+#include <QFocusEvent>
+#include <QFormLayout>
+#include <QLabel>
+#include <QLocale>
+#include <QStyle>
+#include <algorithm>
+#include <utility>
+
+#include "host/CQDUnitCtrl.h"
+#include "platform/qt/QtConvert.h"
+#include "workbench/app/MessageTables.h"
+#include "workbench/app/Translated.h"
+
+namespace qd::workbench {
+
+namespace {
+
+/// Of the language on show.
+char DecimalSign() {
+  return QLocale().decimalPoint() == "," ? ',' : '.';
+}
+
+QString Shown(double value) {
+  return QString::fromStdString(ShowNumber(value, DecimalSign()));
+}
+
+QString UnitOf(Quantity quantity) {
+  QString length = ToQt(CQDUnitCtrl::GetUnitSystemLength());
+  switch (quantity) {
+    case Quantity::Plain:
+      return {};
+    case Quantity::Length:
+      return length;
+    case Quantity::Area:
+      return length + "²";
+    case Quantity::Angle:
+      return "°";
+    case Quantity::Stress:
+      // The one that fits forces, lengths and masses, where it has a name.
+      return length == "mm" ? "MPa" : length == "m" ? "Pa" : QString();
+    case Quantity::Density:
+      return ToQt(CQDUnitCtrl::GetUnitSystemMass()) + "/" + length + "³";
+  }
+  return {};
+}
+
+}  // namespace
+
+// ---- field ----------------------------------------------------------------------------------------------
+
+NumberField::NumberField(double value, const NumberLimits& limits)
+    : m_limits(limits), m_value(value), m_decimalSign(DecimalSign()) {
+  setText(Shown(value));
+  setAlignment(Qt::AlignRight);
+  connect(this, &QLineEdit::editingFinished, this, [this] {
+    if (isModified() && Reading().IsGood()) SetValue(Value());
+  });
+}
+
+void NumberField::SetValue(double value) {
+  m_value = value;
+  setText(Shown(value));
+}
+
+NumberReading NumberField::Reading() const {
+  return ReadNumber(text().trimmed().toStdString(), m_decimalSign, m_limits);
+}
+
+double NumberField::Value() const {
+  const NumberReading reading = Reading();
+  return reading.IsGood() ? reading.value : m_value;
+}
+
+void NumberField::ShowInLanguage() {
+  const NumberReading reading = Reading();
+  m_decimalSign = DecimalSign();
+  if (reading.IsGood()) SetValue(reading.value);
+}
+
+void NumberField::Mark(bool faulty) {
+  if (faulty == (m_mark != nullptr)) return;
+  QPalette colours;
+  if (faulty) {
+    // A touch of red that leaves the text as easy to read as it was, on a light and on a dark ground.
+    constexpr int kRed = 70;
+    QColor ground = colours.color(QPalette::Base);
+    ground.setRed(std::min(255, ground.red() + kRed));
+    ground.setGreen(std::max(0, ground.green() - kRed / 2));
+    ground.setBlue(std::max(0, ground.blue() - kRed / 2));
+    colours.setColor(QPalette::Base, ground);
+    m_mark = addAction(style()->standardIcon(QStyle::SP_MessageBoxWarning), QLineEdit::TrailingPosition);
+  } else {
+    delete std::exchange(m_mark, nullptr);
+  }
+  setPalette(colours);
+}
+
+void NumberField::focusInEvent(QFocusEvent* event) {
+  QLineEdit::focusInEvent(event);
+  if (event->reason() == Qt::PopupFocusReason) return;  // back from its own menu
+  selectAll();
+  m_selectsAll = event->reason() == Qt::MouseFocusReason;
+}
+
+/// The press that brings the focus sets the cursor and takes the selection away again.
+void NumberField::mouseReleaseEvent(QMouseEvent* event) {
+  QLineEdit::mouseReleaseEvent(event);
+  if (std::exchange(m_selectsAll, false) && !hasSelectedText()) selectAll();
+}
+
+// ---- row ------------------------------------------------------------------------------------------------
+
+NumberRow::NumberRow(const char* key, const std::vector<double>& values, const NumberKind& kind)
+    : m_key(key), m_kind(kind), m_unit(new QLabel), m_fault(new QLabel) {
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  auto* row = new QHBoxLayout;
+  for (const double value : values) {
+    auto* field = new NumberField(value, kind.limits);
+    row->addWidget(field);
+    m_fields.push_back(field);
+    connect(field, &QLineEdit::textEdited, this, &NumberRow::OnEdited);
+    connect(field, &QLineEdit::editingFinished, this, &NumberRow::Check);
+  }
+  setFocusProxy(m_fields.front());
+  m_fault->setObjectName("fault");
+  m_fault->setWordWrap(true);
+  m_fault->hide();
+  row->addWidget(m_unit);
+  layout->addLayout(row);
+  layout->addWidget(m_fault);
+  ShowInLanguage();
+}
+
+std::array<double, 3> NumberRow::Point() const {
+  return {m_fields[0]->Value(), m_fields[1]->Value(), m_fields[2]->Value()};
+}
+
+void NumberRow::SetPoint(const std::array<double, 3>& point) {
+  for (std::size_t axis = 0; axis < point.size(); ++axis) m_fields[axis]->SetValue(point[axis]);
+}
+
+NumberField* NumberRow::Check() {
+  NumberField* bad = nullptr;
+  for (NumberField* field : m_fields) {
+    const bool good = field->Reading().IsGood();
+    field->Mark(!good);
+    if (!good && bad == nullptr) bad = field;
+  }
+  if (bad != nullptr) {
+    const NumberFault fault = bad->Reading().fault;
+    QStringList arguments{bad->text(), QString(DecimalSign())};
+    if (fault == NumberFault::AboveGreatest) arguments = {Shown(bad->Limits().greatest)};
+    if (fault == NumberFault::NotAboveLeast || fault == NumberFault::BelowLeast) {
+      arguments = {Shown(bad->Limits().least)};
+    }
+    SetText(*m_fault, KeyOf(fault), arguments);
+  } else if (m_kind.notNull && std::all_of(m_fields.begin(), m_fields.end(),
+                                           [](const NumberField* field) { return field->Value() == 0; })) {
+    SetText(*m_fault, "IDS_WB_NUMBER_NULL");
+    bad = m_fields.front();
+  }
+  FitFault();
+  m_fault->setVisible(bad != nullptr);
+  // Who does not see the line below the field hears of it.
+  for (NumberField* field : m_fields)
+    field->setAccessibleDescription(bad != nullptr ? m_fault->text() : QString());
+  return bad;
+}
+
+/// A window does not grow for lines of text by itself.
+void NumberRow::FitFault() {
+  m_fault->setMinimumHeight(std::max(0, m_fault->heightForWidth(width())));
+}
+
+void NumberRow::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  FitFault();
+}
+
+/// What is not finished yet is told only to who was told already.
+void NumberRow::OnEdited() {
+  if (!m_fault->isHidden()) Check();
+}
+
+void NumberRow::ShowInLanguage() {
+  constexpr const char* kAxes[] = {" X", " Y", " Z"};
+  for (std::size_t i = 0; i < m_fields.size(); ++i) {
+    m_fields[i]->ShowInLanguage();
+    m_fields[i]->setAccessibleName(Text(m_key) + (m_fields.size() > 1 ? kAxes[i] : ""));
+  }
+  m_unit->setText(UnitOf(m_kind.quantity));
+  m_unit->setVisible(!m_unit->text().isEmpty());
+  OnEdited();
+}
+
+// ---- dialogs --------------------------------------------------------------------------------------------
+
+NumberRow* AddNumbers(QFormLayout& layout, const char* key, const std::vector<double>& values,
+                      const NumberKind& kind) {
+  auto* row = new NumberRow(key, values, kind);
+  layout.addRow(NewLabel(key), row);
+  return row;
+}
+
+bool CheckNumbers(QWidget& dialog) {
+  NumberField* first = nullptr;
+  for (NumberRow* row : dialog.findChildren<NumberRow*>()) {
+    NumberField* bad = row->Check();
+    if (first == nullptr) first = bad;
+  }
+  if (first == nullptr) return true;
+  first->setFocus();
+  first->selectAll();
+  return false;
+}
+
+}  // namespace qd::workbench
