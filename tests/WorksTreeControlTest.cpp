@@ -113,6 +113,58 @@ TEST_F(WorksTree, ANodeIsUpdatedOnceWithAllItsRecordsInTheirOrder) {
   EXPECT_EQ(ProbeNode::TakeLog(), "both(5 ) nine(5 ) ");
 }
 
+/// Nodes that hear of their own records only: those that end with the node's number.
+class Chooser final : public ProbeNode {
+ public:
+  using ProbeNode::ProbeNode;
+  void AppendConcerned(const tagTRNotify& change, std::vector<CQDTreeItem*>& nodes) const override {
+    for (CQDTreeItem* child : Children()) {
+      if (change.itr % 10 == static_cast<iterator>(child->GetID())) nodes.insert(nodes.end(), 2, child);
+    }
+  }
+};
+class Chosen final : public ProbeNode {
+ public:
+  using ProbeNode::ProbeNode;
+  CQDTreeItem* FollowsThrough(unsigned short type) const override { return type == 7 ? GetParent() : nullptr; }
+};
+
+TEST_F(WorksTree, NodesThatFollowThroughABranchHearOfTheirOwnRecordsOnly) {
+  ProbeNode* branch = nullptr;
+  std::vector<CQDTreeItem*> nodes;
+  OpenProbes([&](ProbeNode& root) {
+    branch = new Chooser(&Tree(), &root, L"branch");
+    branch->MakeItem(kInsertLast);
+    const auto add = [&](const CString& title, int id, std::vector<unsigned short> types) {
+      auto* node = new Chosen(&Tree(), branch, title, std::move(types));
+      node->m_id = id;
+      node->MakeItem(kInsertLast);
+      nodes.push_back(node);
+    };
+    add(L"a", 1, {7, 8});
+    Add(root, L"all", {7});
+    add(L"b", 2, {7});
+    add(L"deaf", 3, {8});  // what concerns it, but is not followed, does not reach it
+  });
+  Notice({{7, kChangeAdded, 2},
+          {7, kChangeAdded, 1},
+          {8, kChangeAdded, 5},
+          {7, kChangeAdded, 11},
+          {7, kChangeAdded, 3}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "a(1 5 11 ) all(2 1 11 3 ) b(2 ) deaf(5 ) ");
+  CQDTreeItem::Destroy(nodes[0]);
+  ProbeNode::TakeLog();
+  Notice({{7, kChangeAdded, 1}, {7, kChangeAdded, 2}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "all(1 2 ) b(2 ) ");
+  Tree().DeleteItem(branch);  // all of them stay, without rows
+  Notice({{7, kChangeAdded, 2}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "all(2 ) ");
+  branch->makeChildren = [&](ProbeNode&) { nodes[1]->MakeItem(kInsertLast); };
+  branch->MakeItem(kInsertLast);
+  Notice({{7, kChangeAdded, 2}, {8, kChangeAdded, 5}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "all(2 ) b(2 ) ");
+}
+
 TEST_F(WorksTree, NodesThatAnEarlierOneDeletesOrLeavesWithoutRowAreNotCalled) {
   OpenProbes([this](ProbeNode& root) {
     ProbeNode* killer = Add(root, L"killer", {9});

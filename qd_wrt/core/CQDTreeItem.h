@@ -146,6 +146,13 @@ class QD_EXPORT CQDTreeItem {
   virtual void RereadBox(const RowBox&) {}
   /// Likewise: the labels of this branch's item type were changed, that of one record or of all for 0.
   virtual void RereadBoxes(iterator) {}
+  /// The node that says which change records of a followed data type concern this one (AppendConcerned); only
+  /// these reach it then. Null when all of them do. For nodes of which there are many: a change is to cost what it
+  /// touches, not a call on each of them. Asked when the node registers; the answer must follow data types too.
+  virtual CQDTreeItem* FollowsThrough(unsigned short) const { return nullptr; }
+  /// Appends the nodes that follow a type through this one and that a change record concerns, some perhaps twice.
+  /// Called before any node handles the notice; no node may come or go.
+  virtual void AppendConcerned(const tagTRNotify&, std::vector<CQDTreeItem*>&) const {}
 
   // ---- structure ------------------------------------------------------------------------------------------
   CQDTreeListCtrl* GetControl() const { return m_control; }

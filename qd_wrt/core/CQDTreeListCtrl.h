@@ -81,13 +81,12 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void SortByData(HTREEITEM parent);
 
   // ---- changes of the database ----------------------------------------------------------------------------
+  /// Lets a node hear of all changes of a data type, or of those that concern it; see FollowsThrough.
   void AddItemDataTypeMap(unsigned short type, CQDTreeItem* node);
   void RemoveItemFromDataTypeMap(CQDTreeItem* node);
   /// The host's change notice. `hint` designates its update record, 0 for none. Does nothing without a document.
   /// A notice that comes while a node handles another one waits until that is done.
   void UpdateDB(CQDDocBase* doc, std::uint64_t hint);
-  /// Counts the notices handled, the one being handled included.
-  std::uint64_t NoticeNumber() const { return m_noticeNumber; }
 
   // ---- selection ------------------------------------------------------------------------------------------
   /// Nodes of the selected visible rows, top to bottom. Returns their number.
@@ -181,7 +180,22 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   class Raised;
   /// Counts the steps of RunDeep that are going on.
   class Deeper;
-  using Followers = std::list<CQDTreeItem*>;
+  /// That a node follows a data type.
+  struct Registration {
+    unsigned short type;
+    std::uint64_t number;            // in the order in which nodes are called
+    CQDTreeItem* through = nullptr;  // null when all changes reach the node
+  };
+  struct Followers {
+    std::map<std::uint64_t, CQDTreeItem*> ofAll;   // by the numbers of their registrations
+    std::map<CQDTreeItem*, std::size_t> branches;  // through which others follow, and how many
+  };
+  /// What a notice has for one node.
+  struct Call {
+    std::uint64_t number;
+    CQDTreeItem* node;
+    std::shared_ptr<UpdateBatch> batch;
+  };
 
   void OnTvCheckbox(HTREEITEM row);
   void PressCheckOfSelection();
@@ -204,6 +218,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void ForRecordMapsOf(const CQDTreeItem* node, const Visit& visit);
   void RereadBoxes(int itemType, iterator itr);
   void DispatchChanges(const std::vector<tagTRNotify>& changes);
+  std::vector<Call> CallsFor(unsigned short type, const std::shared_ptr<UpdateBatch>& batch) const;
+  const Registration* RegistrationOf(const CQDTreeItem* node, unsigned short type) const;
   void ForwardToRoot(void (CQDTreeItem::*hook)(unsigned), unsigned command);
 
   CQDTreeItem* m_root = nullptr;  // owned
@@ -214,7 +230,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bothitrmap m_otherMap;  // nodes of records that are none of these
   CQDDocBase* m_doc = nullptr;
   std::map<unsigned short, Followers> m_dataTypeMap;
-  std::multimap<const CQDTreeItem*, std::pair<unsigned short, Followers::iterator>> m_registrations;
+  std::multimap<const CQDTreeItem*, Registration> m_registrations;
+  std::uint64_t m_lastRegistration = 0;
   IQDTreeGroupFactory* m_groupFactory = nullptr;
   int m_treeType = 0;
   int m_rowCount = 0;
@@ -231,7 +248,6 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
 
   int m_handlers = 0;
   bool m_updating = false;
-  std::uint64_t m_noticeNumber = 0;
   std::deque<std::vector<tagTRNotify>> m_waitingNotices;
   std::vector<std::unique_ptr<CQDTreeItem>> m_graveyard;
   int m_depth = 0;

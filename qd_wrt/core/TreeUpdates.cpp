@@ -1,5 +1,6 @@
 // From the host's change notice to the nodes.
 
+#include <algorithm>
 #include <utility>
 
 #include "host/CMainFrame.h"
@@ -9,16 +10,36 @@
 namespace qd {
 
 void CQDTreeListCtrl::AddItemDataTypeMap(unsigned short type, CQDTreeItem* node) {
+  CQDTreeItem* through = node->FollowsThrough(type);
+  const Registration registration{type, ++m_lastRegistration, through};
   Followers& followers = m_dataTypeMap[type];
-  followers.push_back(node);
-  m_registrations.emplace(node, std::pair(type, std::prev(followers.end())));
+  if (through != nullptr) {
+    ++followers.branches[through];
+  } else {
+    followers.ofAll.emplace_hint(followers.ofAll.end(), registration.number, node);
+  }
+  m_registrations.emplace(node, registration);
 }
 
 void CQDTreeListCtrl::RemoveItemFromDataTypeMap(CQDTreeItem* node) {
   if (node->GetDataTypeList().empty()) return;
   const auto [first, last] = m_registrations.equal_range(node);
-  for (auto at = first; at != last; ++at) m_dataTypeMap[at->second.first].erase(at->second.second);
+  for (auto at = first; at != last; ++at) {
+    Followers& followers = m_dataTypeMap[at->second.type];
+    followers.ofAll.erase(at->second.number);
+    const auto branch = followers.branches.find(at->second.through);
+    if (branch != followers.branches.end() && --branch->second == 0) followers.branches.erase(branch);
+  }
   m_registrations.erase(first, last);
+  // Who goes before those that follow through it takes them along.
+  for (auto& [type, followers] : m_dataTypeMap) followers.branches.erase(node);
+}
+
+const CQDTreeListCtrl::Registration* CQDTreeListCtrl::RegistrationOf(const CQDTreeItem* node,
+                                                                     unsigned short type) const {
+  const auto [first, last] = m_registrations.equal_range(node);
+  const auto found = std::find_if(first, last, [type](const auto& entry) { return entry.second.type == type; });
+  return found != last ? &found->second : nullptr;
 }
 
 void CQDTreeListCtrl::UpdateDB(CQDDocBase* doc, std::uint64_t hint) {
@@ -42,7 +63,6 @@ void CQDTreeListCtrl::UpdateDB(CQDDocBase* doc, std::uint64_t hint) {
 }
 
 void CQDTreeListCtrl::DispatchChanges(const std::vector<tagTRNotify>& changes) {
-  ++m_noticeNumber;
   // One batch per data type, shared by all its followers: a notice costs its records plus the nodes it touches.
   std::map<unsigned short, std::shared_ptr<UpdateBatch>> batches;
   std::vector<unsigned short> types;  // by first record
@@ -59,20 +79,51 @@ void CQDTreeListCtrl::DispatchChanges(const std::vector<tagTRNotify>& changes) {
   std::vector<CQDTreeItem*> touched;
   FlatMap seen;
   for (const unsigned short type : types) {
-    const auto followers = m_dataTypeMap.find(type);
-    if (followers == m_dataTypeMap.end()) continue;
-    for (CQDTreeItem* node : followers->second) {
-      node->PushUpdateInfo(batches[type]);
-      const auto key = reinterpret_cast<std::uint64_t>(node);
+    for (Call& call : CallsFor(type, batches[type])) {
+      call.node->PushUpdateInfo(std::move(call.batch));
+      const auto key = reinterpret_cast<std::uint64_t>(call.node);
       if (seen.Contains(key)) continue;
       seen.Assign(key, 1);
-      touched.push_back(node);
+      touched.push_back(call.node);
     }
   }
   for (CQDTreeItem* node : touched) {
     // An earlier node's update may have deleted this one, or taken its row.
     if (!node->IsDetached() && m_rowMap.find(node)) node->Update();
   }
+}
+
+/// The nodes that hear of the records of a type, in the order in which they registered, each with its records.
+std::vector<CQDTreeListCtrl::Call> CQDTreeListCtrl::CallsFor(unsigned short type,
+                                                             const std::shared_ptr<UpdateBatch>& batch) const {
+  const auto followers = m_dataTypeMap.find(type);
+  if (followers == m_dataTypeMap.end()) return {};
+  std::vector<Call> calls;
+  for (const auto& [number, node] : followers->second.ofAll) calls.push_back({number, node, batch});
+  if (followers->second.branches.empty()) return calls;
+  FlatMap places;  // of the nodes that follow through branches, by node
+  std::vector<CQDTreeItem*> concerned;
+  for (std::size_t i = 0; i < batch->records.size(); ++i) {
+    concerned.clear();
+    for (const auto& [branch, count] : followers->second.branches) {
+      branch->AppendConcerned(batch->records[i], concerned);
+    }
+    for (CQDTreeItem* node : concerned) {
+      const auto key = reinterpret_cast<std::uint64_t>(node);
+      if (!places.Contains(key)) {
+        const Registration* registration = RegistrationOf(node, type);
+        if (registration == nullptr || registration->through == nullptr) continue;
+        places.Assign(key, calls.size());
+        calls.push_back({registration->number, node, std::make_shared<UpdateBatch>()});
+      }
+      UpdateBatch& own = *calls[*places.Find(key)].batch;
+      if (!own.sequence.empty() && own.sequence.back() == batch->sequence[i]) continue;
+      own.records.push_back(batch->records[i]);
+      own.sequence.push_back(batch->sequence[i]);
+    }
+  }
+  std::sort(calls.begin(), calls.end(), [](const Call& a, const Call& b) { return a.number < b.number; });
+  return calls;
 }
 
 void CQDTreeListCtrl::RefreshProperties() {

@@ -38,6 +38,11 @@ void CQDTreeItemGset::RegisterReceiveDataType() {
   FollowDataType(kDataGeom);
 }
 
+CQDTreeItem* CQDTreeItemGset::FollowsThrough(unsigned short type) const {
+  // A set that a host puts elsewhere hears of all parts.
+  return type == kDataGeom ? dynamic_cast<CQDTreeItemTopo*>(GetParent()) : nullptr;
+}
+
 void CQDTreeItemGset::SetTitleIncludeType() {
   if (const tagTGset* record = Record()) ChangeTitle(record->name);
 }
@@ -90,10 +95,9 @@ void CQDTreeItemGset::DropEmptyGroups() {
   }
 }
 
-/// Acts on the records that concern this set only: those of its parts before or after the change.
+/// Gets the records that concern this set only: those of its parts before or after the change.
 void CQDTreeItemGset::OnUpdate() {
-  const std::vector<tagTRNotify> mine = TopologyRootOf(*this).RecordsOfSet(*this);
-  if (mine.empty()) return;
+  const std::vector<tagTRNotify> mine = PendingRecords();
   const std::array<CQDTreeItemTopoGroup*, 5> before = m_groups;
   DropEmptyGroups();
   int exists[5];

@@ -27,6 +27,8 @@ class QD_EXPORT CQDTreeItemGset : public CQDTreeItem {
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
   void SetTitleIncludeType() override;
   iterator GetIterator() const override { return m_itr; }
+  /// There are many sets: each hears only of the parts that are in it or stand below it.
+  CQDTreeItem* FollowsThrough(unsigned short type) const override;
   void OnUpdate() override;
   std::optional<RowBox> GetRowBox() const override { return RowBox{kDataGset, m_itr}; }
 

@@ -42,23 +42,16 @@ void CQDTreeItemTopo::OnUpdate() {
   }
 }
 
-std::vector<tagTRNotify> CQDTreeItemTopo::RecordsOfSet(const CQDTreeItemGset& set) {
-  const std::uint64_t notice = GetControl()->NoticeNumber();
-  if (m_sortedNotice != notice) {
-    m_sortedNotice = notice;
-    m_recordsOfSets.clear();
-    for (const tagTRNotify& change : set.PendingRecords()) {
-      const tagTGeom* record = GetDBSession()->GetGeomPool().GetAtNU(change.itr);
-      const bool alive = GetDBSession()->GetDataType(change.itr) != 0;
-      const CQDTreeItem* node = GetControl()->FindGeomNode(change.itr);
-      const iterator now = alive && record != nullptr ? record->gset : 0;
-      const iterator before = node != nullptr ? node->GetParent()->GetParent()->GetIterator() : 0;
-      if (now != 0) m_recordsOfSets[now].push_back(change);
-      if (before != 0 && before != now) m_recordsOfSets[before].push_back(change);
-    }
-  }
-  const auto found = m_recordsOfSets.find(set.GetIterator());
-  return found != m_recordsOfSets.end() ? found->second : std::vector<tagTRNotify>();
+void CQDTreeItemTopo::AppendConcerned(const tagTRNotify& change, std::vector<CQDTreeItem*>& nodes) const {
+  if (GetDBSession() == nullptr) return;
+  const tagTGeom* record = GetDBSession()->GetGeomPool().GetAtNU(change.itr);
+  // What was deleted can still be read, but it is in no set any more.
+  const bool alive = record != nullptr && GetDBSession()->GetDataType(change.itr) != 0;
+  if (CQDTreeItem* set = alive ? FindChild(record->gset) : nullptr) nodes.push_back(set);
+  const CQDTreeItem* part = GetControl()->FindGeomNode(change.itr);
+  CQDTreeItem* group = part != nullptr ? part->GetParent() : nullptr;
+  CQDTreeItem* before = group != nullptr ? group->GetParent() : nullptr;
+  if (before != nullptr && before->GetParent() == this) nodes.push_back(before);
 }
 
 CQDTreeItem* CQDTreeItemTopo::NodeOfRecord(iterator itr) const {

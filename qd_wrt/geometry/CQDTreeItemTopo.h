@@ -1,13 +1,8 @@
 #pragma once
 
-#include <map>
-#include <memory>
-
 #include "qd_wrt/geometry/CQDTreeGeomRoot.h"
 
 namespace qd {
-
-class CQDTreeItemGset;
 
 /// The root of the geometry-set tree: one child per geometry set.
 class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
@@ -28,9 +23,8 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
   /// Adds a set with a free name to the model.
   void NewGeometrySet();
 
-  /// The waiting change records that concern a set: of parts that are in it now or stand below its node. They are
-  /// sorted out once per notice for all sets.
-  std::vector<tagTRNotify> RecordsOfSet(const CQDTreeItemGset& set);
+  /// The set that a part is in now, and the one below which it stands.
+  void AppendConcerned(const tagTRNotify& change, std::vector<CQDTreeItem*>& nodes) const override;
 
  protected:
   std::vector<iterator> Records() const override;
@@ -38,10 +32,6 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
   CQDTreeItem* NodeOfRecord(iterator itr) const override;
   bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) override;
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::StayAsTheyAre; }
-
- private:
-  std::uint64_t m_sortedNotice = 0;
-  std::map<iterator, std::vector<tagTRNotify>> m_recordsOfSets;
 };
 
 }  // namespace qd

@@ -129,6 +129,20 @@ class Pool : public Interface, public IPoolStore {
     return static_cast<iterator>(m_type) << kTypeShift | static_cast<iterator>(number);
   }
   std::size_t Count() const { return m_count; }
+  /// The oldest record that is wanted, 0 for none.
+  template <typename Wanted>
+  iterator FirstThat(const Wanted& wanted) const {
+    for (; m_first < m_places && Live(ItrOf(m_first)) == nullptr; ++m_first) continue;
+    for (std::size_t i = m_first; i < m_places; ++i) {
+      const iterator itr = ItrOf(i);
+      if (Live(itr) != nullptr && wanted(itr)) return itr;
+    }
+    return 0;
+  }
+  /// The oldest record, 0 for none.
+  iterator First() const {
+    return FirstThat([](iterator) { return true; });
+  }
   /// The number that the next record will get.
   int NextNumber() const { return static_cast<int>(m_places) + 1; }
 
@@ -139,6 +153,7 @@ class Pool : public Interface, public IPoolStore {
     if (before != nullptr) OnLeave(itr, *before);
     m_count -= before != nullptr ? 1 : 0;
     m_count += place != nullptr ? 1 : 0;
+    if (place != nullptr) m_first = std::min(m_first, Index(itr));
     m_keeper.OnPlaced(itr, before.get(), place.get());
     if (place != nullptr) OnEnter(itr, *place);
   }
@@ -210,7 +225,8 @@ class Pool : public Interface, public IPoolStore {
   std::uint16_t m_type;
   IJournalKeeper& m_keeper;
   std::vector<std::unique_ptr<Page>> m_pages;
-  std::size_t m_places = 0;  // numbers that were given out
+  std::size_t m_places = 0;         // numbers that were given out
+  mutable std::size_t m_first = 0;  // no record stands before this place
   std::size_t m_count = 0;
 };
 

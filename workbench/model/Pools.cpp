@@ -83,18 +83,18 @@ int GeomPool::IsSolid(iterator itr) const {
 // ---- settings -------------------------------------------------------------------------------------------
 
 tagTSettings SettingsPool::Current() const {
-  const std::vector<iterator> all = GetItrList();
-  return all.empty() ? tagTSettings{} : *GetAtNU(all.front());
+  const iterator itr = First();
+  return itr == 0 ? tagTSettings{} : *GetAtNU(itr);
 }
 
 int SettingsPool::Store(const tagTSettings& settings) {
-  const std::vector<iterator> all = GetItrList();
-  return all.empty() ? Add(settings) != 0 : Change(all.front(), settings);
+  const iterator itr = First();
+  return itr == 0 ? Add(settings) != 0 : Change(itr, settings);
 }
 
 void SettingsPool::Put(const tagTSettings& settings) {
-  const std::vector<iterator> all = GetItrList();
-  const iterator itr = all.empty() ? ItrOfNumber(NextNumber()) : all.front();
+  const iterator first = First();
+  const iterator itr = first == 0 ? ItrOfNumber(NextNumber()) : first;
   auto record = std::make_shared<tagTSettings>(settings);
   record->id = static_cast<std::int32_t>(NumberOf(itr));
   Keeper().PutAside({itr, Get(itr), std::move(record)});
@@ -127,9 +127,7 @@ CString GsetPool::GetNewCopyName(const CString& text) const {
 
 iterator GsetPool::GetCurrentSet() const {
   const iterator current = m_settings.Current().currentGset;
-  if (Get(current) != nullptr) return current;
-  const std::vector<iterator> all = GetItrList();
-  return all.empty() ? 0 : all.front();
+  return Get(current) != nullptr ? current : First();
 }
 
 void GsetPool::PutCurrentSet(iterator itr) {
@@ -148,10 +146,7 @@ int GsetPool::SetCurrentSet(iterator itr) {
 iterator GsetPool::HeirOf(const std::function<bool(iterator)>& goes) const {
   const iterator current = GetCurrentSet();
   if (current != 0 && !goes(current)) return current;
-  for (const iterator itr : GetItrList()) {
-    if (!goes(itr)) return itr;
-  }
-  return 0;
+  return FirstThat([&goes](iterator itr) { return !goes(itr); });
 }
 
 int GsetPool::TR_Del(const std::vector<iterator>& itrs) {
