@@ -84,7 +84,7 @@ class DPoolMGInfo {
   /// The record with a key, 0 when there is none.
   virtual iterator GetItrByKey(std::uint32_t key) const = 0;
   /// Reads a record. Returns 1; 0 with `record` as it was when there is none.
-  virtual int GetAt(iterator itr, tagTMGInfo& record) const = 0;
+  virtual int GetAt(iterator itr, tagMGInfo& record) const = 0;
   /// Deletes a record inside the open transaction. Returns 1, 0 on failure.
   virtual int Delete(iterator itr) = 0;
 
@@ -100,7 +100,8 @@ class DPoolGset : public DPool<tagTGset> {
   virtual int Exist(const CString& name) const = 0;
   /// The set that new parts go to; 0 when there is none.
   virtual iterator GetCurrentSet() const = 0;
-  /// Makes a set the current one at once: no transaction, no undo, no notice.
+  /// Makes a set the current one at once: no transaction, no undo. The host has the rows of the old and the new
+  /// one read again (CQDTreeListCtrl::RefreshRows).
   virtual void PutCurrentSet(iterator itr) = 0;
   /// Likewise inside the open transaction. Returns 1, 0 on failure.
   virtual int SetCurrentSet(iterator itr) = 0;

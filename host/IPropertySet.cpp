@@ -2,9 +2,17 @@
 
 #include <utility>
 
+#include "host/CMainFrame.h"
+
 namespace qd {
 
 IPropertySet::~IPropertySet() = default;
+
+void IPropertySet::OnUnitChanged() {
+  CMainFrame* frame = CMainFrame::Get();
+  CPropertiesWnd* window = frame != nullptr ? frame->GetPropertiesWnd(m_doc) : nullptr;
+  if (window != nullptr && window->GetPropertySet() == this) window->Refresh();
+}
 
 CBCGPProp* IPropertySet::Add(CBCGPProp row) {
   return m_rows.emplace_back(std::make_unique<CBCGPProp>(std::move(row))).get();

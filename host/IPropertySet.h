@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "host/CQDDocBase.h"
+#include "host/CQDUnitCtrl.h"
 #include "platform/Export.h"
 
 namespace qd {
@@ -26,13 +27,14 @@ struct CBCGPProp {
 };
 
 /// A page of the property grid: rows that the page makes and the grid shows.
-class QD_EXPORT IPropertySet {
+class QD_EXPORT IPropertySet : public IUnitListener {
  public:
   IPropertySet(CQDDocBase* doc, iterator itr, std::uint16_t dataType)
       : m_doc(doc), m_itr(itr), m_dataType(dataType) {}
+  CQDDocBase* GetUnitListenerDoc() const override { return m_doc; }
+  /// Has the window make the rows anew, if the page is on show.
+  void OnUnitChanged() override;
   virtual ~IPropertySet();
-  IPropertySet(const IPropertySet&) = delete;
-  IPropertySet& operator=(const IPropertySet&) = delete;
 
   /// Makes the rows; called when the page is activated and when its texts have changed.
   virtual void ShowProperty() = 0;
@@ -41,6 +43,8 @@ class QD_EXPORT IPropertySet {
   virtual void OnPropertyChanged(CBCGPProp* row, std::uint64_t data) = 0;
   /// Called when the user clicks a row that is to be calculated.
   virtual void CalProp(CBCGPProp*) {}
+  /// Called when the user chooses one of a row's options, before the row counts as changed.
+  virtual void OnSelChangeComboBox(CBCGPProp*) {}
 
   const std::vector<std::unique_ptr<CBCGPProp>>& GetRows() const { return m_rows; }
   CQDDocBase* GetDocument() const { return m_doc; }

@@ -131,7 +131,7 @@ struct tagTProperty : tagTRecord {
 };
 
 /// How a mesh set was generated.
-struct tagTMGInfo : tagTRecord {
+struct tagMGInfo : tagTRecord {
   enum Method : int { kAutoSolid, kMapSolid, k2D3D, kAutoLayer };
   /// A switch, a choice by its place, or a number in model units.
   using Option = std::variant<bool, int, double>;

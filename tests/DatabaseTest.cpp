@@ -156,7 +156,7 @@ class RandomModels : public DatabaseTest, public ::testing::WithParamInterface<u
     set.geom = Roll(2) == 0 ? 0 : Any(m_data.GetGeomPool());
     set.property = Roll(2) == 0 ? 0 : Any(m_data.GetPropertyPool());
     if (Roll(3) == 0) {
-      tagTMGInfo generation;
+      tagMGInfo generation;
       for (auto count = Roll(3); count > 0; --count) generation.targets.push_back(Any(m_data.GetGeomPool()));
       std::erase(generation.targets, iterator{0});
       set.mgInfo = MGInfoPool::KeyOf(m_data.GetMGInfoPool().Add(generation));

@@ -289,7 +289,7 @@ TEST_F(DocumentFileTest, OfSeveralThatAreLostAllAreMended) {
     const auto document = Create(Path("a.qdw"));
     CTransaction transaction(&document->data);
     transaction.Begin(L"make");
-    tagTMGInfo made;
+    tagMGInfo made;
     for (int i = 1; i <= 4; ++i) {
       tagTGeom part;
       part.cadItem = i;

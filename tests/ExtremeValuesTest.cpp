@@ -194,7 +194,7 @@ class ExtremeValues : public ::testing::TestWithParam<int> {
         break;
       }
       case 6: {
-        tagTMGInfo generation;
+        tagMGInfo generation;
         generation.kind = AnyOf({0, 1, std::numeric_limits<int>::max(), Roll(5) == 0 ? -1 : 2});
         for (std::size_t i = Roll(3); i > 0; --i) {
           generation.targets.push_back(Reference(Any(m_data.GetGeomPool())));

@@ -45,8 +45,8 @@ TEST_F(GeometryRows, ChildOperationsOnUnknownRecordsChangeNothing) {
   EXPECT_EQ(branch.MakeChildItem(12345), 0);
   EXPECT_EQ(branch.MakeChildItem(parts[0]), 1);  // stands already: no second row
   EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [a]]");
-  EXPECT_EQ(GetGeomImage(4, 0), 21);  // no mode that there is
-  EXPECT_EQ(GetGeomImage(99, 1), 21);
+  EXPECT_EQ(CQDTreeItemGeom::GetGeomImage(4, 0), 21);  // no mode that there is
+  EXPECT_EQ(CQDTreeItemGeom::GetGeomImage(99, 1), 21);
 }
 
 TEST_F(GeometryRows, ThePartKnowsItsMeshAsLongAsThereIsOne) {

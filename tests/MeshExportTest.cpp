@@ -585,7 +585,7 @@ TEST_F(MeshActs, SweepingMakesSolidsOfSurfaces) {
   EXPECT_NEAR(centre.centre[2], 1.5, 1e-12);
   EXPECT_EQ(made.colour, Mset(a).colour);
   EXPECT_EQ(Data().GetMGInfoPool().GetAtNU(Data().GetMGInfoPool().GetItrByKey(made.mgInfo))->method,
-            tagTMGInfo::k2D3D);
+            tagMGInfo::k2D3D);
   // Several at once: each gets a set beside its own, and numbers that no other one has.
   const iterator b = AddElementSet(L"B", a, {3});
   EXPECT_EQ(SweepMeshes(Data(), {a, b}, {1, 0, 0}, 2, L"sweep").number, 6U);

@@ -43,7 +43,7 @@ class MeshHeard : public Standalone<MeshTest> {
   void Generate(int method) {
     const auto parts = AddParts({L"Bolt", L"Nut"});
     Act([&] {
-      tagTMGInfo generation;
+      tagMGInfo generation;
       generation.method = method;
       generation.targets = parts;
       tagTMset record = Mset(b);

@@ -1,5 +1,6 @@
 // The property page of mesh sets: what it shows, what it computes, what it writes.
 
+#include "host/CQDUnitCtrl.h"
 #include "qd_wrt/properties/CPropertySetMesh.h"
 #include "support/Heard.h"
 #include "support/Mesh.h"
@@ -186,6 +187,20 @@ TEST_F(MeshPage, OutlivesItsSet) {
 
 // ---- how it was made ------------------------------------------------------------------------------------
 
+TEST_F(MeshPage, OnShowIsMadeAnewInOtherUnits) {
+  Make(0);
+  Text(L"D");
+  const CPropertySetMesh hidden(&m_doc, b, kDataMset);
+  Heard();
+  CQDUnitCtrl::SetUnitSystem(L"m", L"kg");
+  EXPECT_EQ(Heard(), "pages.Refresh\n");
+  EXPECT_EQ(hidden.GetUnitListenerDoc(), &m_doc);
+  m_properties.SetPropertySet(nullptr);
+  Heard();
+  CQDUnitCtrl::SetUnitSystem(L"mm", L"t");
+  EXPECT_EQ(Heard(), "");
+}
+
 struct GenerationCase {
   int kind;
   int method;
@@ -206,7 +221,7 @@ class MeshGenerationPage : public MeshPage, public ::testing::WithParamInterface
 TEST_P(MeshGenerationPage, ShowsTheRecordedParametersInTheOrderOfThePage) {
   Make(0);
   Act([&] {
-    tagTMGInfo generation;
+    tagMGInfo generation;
     generation.kind = GetParam().kind;
     generation.method = GetParam().method;
     generation.options = {{"IDS_QDMESH_MERGE_TOLERANCE", 0.25},

@@ -331,6 +331,10 @@ TEST_F(Tip, GoesWithWhatItIsAbout) {
       {"leaving", [&] { Queue(Tree(), MessageKind::MouseLeave, {}); }},
       {"beside the rows", [&] { Point(60, 95); }},
       {"scrolling", [&] { Tree().Dispatch({.kind = MessageKind::Wheel, .target = &Tree(), .amount = -1}); }},
+      {"a press on it",
+       [&] {
+         Queue(*m_toolkit.GetTipLook().owner, MessageKind::LeftDown, {5, 5});
+       }},
       {"another row", [&] { Point(60, Line(1)); }},
       {"a deleted row", [&] { Tree().DeleteItem(m_rows[0]); }},
   };

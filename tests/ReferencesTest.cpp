@@ -26,7 +26,7 @@ class ReferencesTest : public MeshTest {
   iterator AddGeneration(const std::vector<iterator>& targets, const std::vector<iterator>& sets) {
     iterator itr = 0;
     Act([&] {
-      tagTMGInfo generation;
+      tagMGInfo generation;
       generation.targets = targets;
       itr = Data().GetMGInfoPool().Add(generation);
       for (const iterator set : sets) {
@@ -221,7 +221,7 @@ TEST_F(ReferencesTest, AnActThatRefersToNothingDoesNotHappen) {
         return Pool().Modify(set, record);
       },
       [&] {
-        tagTMGInfo record;
+        tagMGInfo record;
         record.targets = {parts[0], steel};
         return Data().GetMGInfoPool().Add(record) != 0 ? 1 : 0;
       },

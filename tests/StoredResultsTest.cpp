@@ -67,7 +67,7 @@ class StoredResults : public MeshTest {
            part.shape->brep;
   }
   /// The note of how the mesh of a part was made.
-  const tagTMGInfo& Generation(iterator mset) {
+  const tagMGInfo& Generation(iterator mset) {
     return *Data().GetMGInfoPool().GetAtNU(Data().GetMGInfoPool().GetItrByKey(Mset(mset).mgInfo));
   }
   /// All numbers of nodes or elements, of which none may stand twice.
@@ -116,13 +116,13 @@ TEST_F(StoredResults, MeshesTakeThePlaceOfThoseBeforeAndNoteHowTheyWereMade) {
   EXPECT_EQ(Mset(known).parent, Mset(top).key);
   EXPECT_EQ(Mset(known).elementCount, 3U);
   ExpectOwnNumbers();
-  using Options = decltype(tagTMGInfo::options);
+  using Options = decltype(tagMGInfo::options);
   EXPECT_EQ(Generation(made).options, (Options{{"IDS_HWB_MESH_ELEM_SIZE", 1},
                                                {"IDS_QDMESH_MESHSIZE_ST", 2.5},
                                                {"IDS_HWB_MESH_HIGH_ORDER", true},
                                                {"IDS_HWB_MESH_3D_MESHER", 0}}));
   EXPECT_EQ(Generation(made).kind, 1);
-  EXPECT_EQ(Generation(made).method, tagTMGInfo::kAutoSolid);
+  EXPECT_EQ(Generation(made).method, tagMGInfo::kAutoSolid);
   EXPECT_EQ(Generation(known).targets, std::vector<iterator>{m_parts[1]});
   // Once more, and in rows: the notes of before go with their meshes.
   operation.dimension = 3;
@@ -135,7 +135,7 @@ TEST_F(StoredResults, MeshesTakeThePlaceOfThoseBeforeAndNoteHowTheyWereMade) {
                                                {"IDS_QDMESH_MESHSIZE_ST", 2.5},
                                                {"IDS_HWB_MESH_HIGH_ORDER", false}}));
   EXPECT_EQ(Generation(made).kind, 0);
-  EXPECT_EQ(Generation(made).method, tagTMGInfo::kMapSolid);
+  EXPECT_EQ(Generation(made).method, tagMGInfo::kMapSolid);
   EXPECT_EQ(Generation(made).targets, std::vector<iterator>{m_parts[0]});
   ExpectOwnNumbers();
 }

@@ -80,7 +80,7 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   void AnnounceFocus(std::uint64_t row) override { m_toolkit.m_announced.push_back(row); }
   ITextBox* TextBox() override { return IsText() ? this : nullptr; }
   void ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) override {
-    m_toolkit.m_tip = {text, screen, background, colour};
+    m_toolkit.m_tip = {text, screen, background, colour, &m_owner};
   }
 
   const ScrollState& Scroll() const { return m_scroll; }

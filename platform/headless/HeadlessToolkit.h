@@ -81,6 +81,7 @@ class HeadlessToolkit final : public IToolkit {
     CPoint screen;
     COLORREF background = 0;
     COLORREF colour = 0;
+    CWnd* owner = nullptr;  ///< the tip
   };
   const TipLook& GetTipLook() const { return m_tip; }
   CWnd* FocusWindow() const { return m_focus; }

@@ -29,6 +29,23 @@ void ApplyScroll(QScrollBar& bar, const ScrollState& state) {
   bar.setValue(state.position);
 }
 
+/// A tip of its own window, which tells its owner of presses on it.
+class TipLabel final : public QLabel {
+ public:
+  TipLabel(QtToolkit& toolkit, CWnd& owner, QWidget* parent)
+      : QLabel(parent, Qt::ToolTip), m_toolkit(toolkit), m_owner(owner) {}
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    if (event->button() != Qt::LeftButton) return QLabel::mousePressEvent(event);
+    m_toolkit.Deliver({.kind = MessageKind::LeftDown, .target = &m_owner, .point = FromQt(event->pos())});
+  }
+
+ private:
+  QtToolkit& m_toolkit;
+  CWnd& m_owner;  // hides this when it goes
+};
+
 }  // namespace
 
 // ---- surface --------------------------------------------------------------------------------------------
@@ -207,7 +224,7 @@ QtPeer::QtPeer(QtToolkit& toolkit, CWnd& owner, PeerKind kind, QWidget* parent, 
       break;
     }
     case PeerKind::ToolTip: {
-      auto* tip = new QLabel(parent, Qt::ToolTip);
+      auto* tip = new TipLabel(toolkit, owner, parent);
       tip->setTextFormat(Qt::PlainText);  // names are no markup
       tip->setMargin(2);
       tip->setFrameStyle(QFrame::Box | QFrame::Plain);

@@ -30,6 +30,13 @@ class ToolTipWindow final : public NativeWindow {
     SendMessageW(Handle(), TTM_TRACKACTIVATE, m_text.empty() ? FALSE : TRUE, Tool());
   }
 
+ protected:
+  LRESULT OnMessage(UINT message, WPARAM w, LPARAM l) override {
+    const LRESULT result = NativeWindow::OnMessage(message, w, l);
+    if (message == WM_LBUTTONDOWN) Deliver({.kind = MessageKind::LeftDown});
+    return result;
+  }
+
  private:
   LPARAM Tool() { return reinterpret_cast<LPARAM>(&m_tool); }
 

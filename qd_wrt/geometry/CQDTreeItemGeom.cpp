@@ -1,5 +1,6 @@
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 
+#include <iterator>
 #include <set>
 
 #include "qd_wrt/core/CommandNumbers.h"
@@ -76,12 +77,18 @@ void CQDTreeItemGeom::OnUpdate() {
   }
 }
 
-/// Tells the CAD side whether the part of a mesh set is meshed.
 void CQDTreeItemGeom::ShowHideGeomPart(iterator mset, int show) {
   const tagTMset* record = GetDBSession()->GetMsetPool().GetAtNU(mset);
   const tagTGeom* geom = record != nullptr ? GetDBSession()->GetGeomPool().GetAtNU(record->geom) : nullptr;
   CCADSession* cad = GetDocument()->GetCADSession();
   if (geom != nullptr && cad != nullptr) cad->GetRenderObjects().SetMeshMark(geom->cadItem, show);
+}
+
+int CQDTreeItemGeom::GetGeomImage(unsigned mode, int hasMesh) {
+  constexpr int kPlain[] = {22, 21, 23, 24};
+  constexpr int kMeshed[] = {26, 25, 27, 28};
+  if (mode >= std::size(kPlain)) return 21;
+  return hasMesh != 0 ? kMeshed[mode] : kPlain[mode];
 }
 
 void CQDTreeItemGeom::ChangeStateImage(iterator itr) {

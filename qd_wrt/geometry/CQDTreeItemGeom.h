@@ -29,6 +29,10 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
   /// Every child reads its title anew.
   void ChangeGeomTitle();
   void ChangeStateImage(iterator itr);
+  /// Icon of a part by the render mode of its CAD item and whether it has a mesh.
+  static int GetGeomImage(unsigned mode, int hasMesh);
+  /// Tells the CAD side whether the part of a mesh set is meshed (1) or not (0).
+  void ShowHideGeomPart(iterator mset, int show);
   void ShowHideMesh(int show, const std::vector<CQDTreeItem*>& parts);
   /// Deletes the meshes of all parts, whatever is selected.
   void DeleteMeshAll();
@@ -46,8 +50,6 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::Follow; }
 
  private:
-  void ShowHideGeomPart(iterator mset, int show);
-
   int m_colourMode = 0;
   int m_titleMode = 0;
   std::shared_ptr<void> m_life = std::make_shared<char>();

@@ -8,6 +8,7 @@
 #include "host/CTransaction.h"
 #include "host/Dialogs.h"
 #include "host/MessageOutput.h"
+#include "host/ProductVariant.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
@@ -32,6 +33,12 @@ CQDTreeItemGset::CQDTreeItemGset(CQDTreeListCtrl* control, CQDTreeItem* parent, 
 
 const tagTGset* CQDTreeItemGset::Record() const {
   return GetDBSession() != nullptr ? GetDBSession()->GetGsetPool().GetAtNU(m_itr) : nullptr;
+}
+
+void CQDTreeItemGset::OnInitialize() {
+  CQDTreeItem::OnInitialize();
+  const bool current = GetDBSession() != nullptr && GetDBSession()->GetGsetPool().GetCurrentSet() == m_itr;
+  GetControl()->SetItemBold(GetTreeItemHandle(), current ? 1 : 0, 1);
 }
 
 void CQDTreeItemGset::RegisterReceiveDataType() {
@@ -166,8 +173,18 @@ int CQDTreeItemGset::OnClickCheck(int oldState) {
 // ---- menu and commands ----------------------------------------------------------------------------------
 
 void CQDTreeItemGset::CreateContextMenu(CPoint& screen) {
+  if (IsKSL() != 0) return CreateContextMenuKSL(screen);
+  CreateContextMenuMPQRVT(screen);
+}
+
+void CQDTreeItemGset::CreateContextMenuKSL(CPoint& screen) {
+  TableMenu menu(GeometrySetMenuKSL(IsAnySelectedHidden(*GetControl())));
+  GetControl()->TrackMenu(menu.Menu(), screen);
+}
+
+void CQDTreeItemGset::CreateContextMenuMPQRVT(CPoint& screen) {
   const bool single = GetControl()->GetSelectedCount() == 1;
-  TableMenu menu(GeometrySetMenu(IsAnySelectedHidden(*GetControl()), single));
+  TableMenu menu(GeometrySetMenuMPQRVT(IsAnySelectedHidden(*GetControl()), single));
   GetControl()->TrackMenu(menu.Menu(), screen);
 }
 

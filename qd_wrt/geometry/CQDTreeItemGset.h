@@ -16,9 +16,14 @@ class QD_EXPORT CQDTreeItemGset : public CQDTreeItem {
   /// The record must be readable.
   CQDTreeItemGset(CQDTreeListCtrl* control, CQDTreeItem* parent, iterator itr);
 
+  /// The row of the current set, which new parts go to, is bold.
+  void OnInitialize() override;
   int MakeChildItems() override;
   void OnMenuEvent(unsigned command) override;
+  /// The menu of the product variant that runs.
   void CreateContextMenu(CPoint& screen) override;
+  void CreateContextMenuKSL(CPoint& screen);
+  void CreateContextMenuMPQRVT(CPoint& screen);
   void RegisterReceiveDataType() override;
   /// Switches the set's box and everything in it.
   int OnClickCheck(int oldState) override;

@@ -1,18 +1,12 @@
 #include "qd_wrt/geometry/CQDTreeItemPart.h"
 
 #include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/properties/CPropertySetGeom.h"
 #include "qd_wrt/properties/PartEdits.h"
 #include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
-
-int GetGeomImage(unsigned mode, int hasMesh) {
-  constexpr int kPlain[] = {22, 21, 23, 24};
-  constexpr int kMeshed[] = {26, 25, 27, 28};
-  if (mode > 3) return 21;
-  return hasMesh != 0 ? kMeshed[mode] : kPlain[mode];
-}
 
 CQDTreeItemPart::CQDTreeItemPart(CQDTreeListCtrl* control, CQDTreeItem* parent, iterator itr)
     : CQDTreeItem(control, parent, CString(), 0, 1), m_itr(itr) {
@@ -60,7 +54,7 @@ int CQDTreeItemPart::CurrentImage() const {
   const CRenderObjManager* objects = RenderObjects();
   const unsigned mode = record != nullptr && objects != nullptr ? objects->GetRenderMode(record->cadItem) : 0;
   const bool meshed = GetDBSession() != nullptr && GetDBSession()->GetMsetPool().GetItrByGeomItr(m_itr) != 0;
-  return GetGeomImage(mode, meshed ? 1 : 0);
+  return CQDTreeItemGeom::GetGeomImage(mode, meshed ? 1 : 0);
 }
 
 void CQDTreeItemPart::OnEditChange(const wchar_t* text) {

@@ -38,7 +38,4 @@ class QD_EXPORT CQDTreeItemPart : public CQDTreeItem {
   iterator m_itr;
 };
 
-/// Icon of a part by the render mode of its CAD item and whether it has a mesh.
-QD_EXPORT int GetGeomImage(unsigned mode, int hasMesh);
-
 }  // namespace qd

@@ -20,6 +20,8 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
 
   int ModifyChildItem(iterator itr) override;
   void GetGeomItems(std::vector<CQDTreeItem*>& parts) const override;
+  /// The icons of these parts follow how they are drawn now.
+  void SetGeomRenderMode(const TArray<iterator>& itrs);
   /// Adds a set with a free name to the model.
   void NewGeometrySet();
 

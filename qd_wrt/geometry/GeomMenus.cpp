@@ -112,13 +112,14 @@ std::vector<MenuEntry> TopologyRootMenu() {
   return menu;
 }
 
-std::vector<MenuEntry> GeometrySetMenu(bool hidden, bool single) {
+std::vector<MenuEntry> GeometrySetMenuKSL(bool hidden) {
   std::vector<MenuEntry> menu = JoinMenus({kVisibility});
-  if (IsKSL() != 0) {
-    if (!hidden) Append(menu, {kSeparator, kDisplay});
-    return menu;
-  }
-  Append(menu, {kSeparator, kNewSet, kIncludeExclude});
+  if (!hidden) Append(menu, {kSeparator, kDisplay});
+  return menu;
+}
+
+std::vector<MenuEntry> GeometrySetMenuMPQRVT(bool hidden, bool single) {
+  std::vector<MenuEntry> menu = JoinMenus({kVisibility, kSeparator, kNewSet, kIncludeExclude});
   if (single) Append(menu, {kCurrentSet});
   Append(menu, {kSeparator});
   if (hidden) {

@@ -13,8 +13,9 @@ namespace qd {
 QD_EXPORT std::vector<MenuEntry> GeometryRootMenu();
 QD_EXPORT std::vector<MenuEntry> PartMenu(bool hidden);
 QD_EXPORT std::vector<MenuEntry> TopologyRootMenu();
+QD_EXPORT std::vector<MenuEntry> GeometrySetMenuKSL(bool hidden);
 /// `single`: exactly one node is selected.
-QD_EXPORT std::vector<MenuEntry> GeometrySetMenu(bool hidden, bool single);
+QD_EXPORT std::vector<MenuEntry> GeometrySetMenuMPQRVT(bool hidden, bool single);
 QD_EXPORT std::vector<MenuEntry> TopologyGroupMenu(TopologyKind kind, bool hidden);
 QD_EXPORT std::vector<MenuEntry> TopologyEntityMenu(TopologyKind kind, bool hidden);
 

@@ -184,7 +184,7 @@ void CQDTreeItemMeshData::OpenTransform(unsigned command) {
 void CQDTreeItemMeshData::OpenRemesh(unsigned) {
   const tagTMset* record = Record();
   const IAppWrt* app = IAppWrt::Instance();
-  tagTMGInfo generation;
+  tagMGInfo generation;
   const DPoolMGInfo& pool = GetDBSession()->GetMGInfoPool();
   if (record == nullptr || app == nullptr || pool.GetAt(pool.GetItrByKey(record->mgInfo), generation) == 0) return;
   int (IAppWrt::*const kModes[])() const = {&IAppWrt::GetMenuIndexOfAutoSolid, &IAppWrt::GetMenuIndexOfMapSolid,

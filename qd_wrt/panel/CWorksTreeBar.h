@@ -4,9 +4,9 @@
 
 #include "host/IWorksTree.h"
 #include "platform/CScrollBar.h"
-#include "platform/CToolTipCtrl.h"
 #include "platform/Export.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/treelist/CTreeToolTipCtrl.h"
 
 namespace qd {
 
@@ -69,6 +69,10 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   void ShowHideGeom(CQDDocBase*, TArray<iterator>& itrs, int show) override { m_tree.ShowHideGeom(itrs, show); }
   void ShowHideNode(CQDDocBase*, TArray<iterator>& itrs, int show) override { m_tree.ShowHideNode(itrs, show); }
 
+  // What the tree asks of its pane.
+  void ResetScrollBar() override;
+  void DisplayToolTip(CPoint point, const CRect& row, bool caret, const CString& text) override;
+
   void OnPaint(CDC& dc) override;
 
  protected:
@@ -82,8 +86,6 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
  private:
   static constexpr unsigned kLayoutMessage = 0x7F01;
 
-  void ResetScrollBar() override;
-  void DisplayToolTip(CPoint point, const CRect& row, bool caret, const CString& text) override;
   void HideToolTip() override { m_tip.Pop(); }
   void ScrollColumns(int steps) override { m_bar.ScrollLines(steps); }
 
@@ -94,7 +96,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
 
   CQDTreeListCtrl m_tree;
   CScrollBar m_bar;
-  CToolTipCtrl m_tip;
+  CTreeToolTipCtrl m_tip;
   CQDDocBase* m_doc = nullptr;
   bool m_layoutPending = false;
   bool m_columnsAreUsers = false;  // widths were dragged: stretch no more

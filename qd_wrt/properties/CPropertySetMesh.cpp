@@ -45,7 +45,7 @@ CString Number(double value) {
 }
 
 /// A parameter's value as the page shows it.
-CString ValueOf(const MeshParameter& parameter, const tagTMGInfo::Option& option) {
+CString ValueOf(const MeshParameter& parameter, const tagMGInfo::Option& option) {
   if (const bool* on = std::get_if<bool>(&option)) return Text(*on ? "IDS_QD_WRT_YES" : "IDS_QD_WRT_NO");
   if (const int* place = std::get_if<int>(&option)) {
     const bool choice = *place >= 0 && static_cast<std::size_t>(*place) < parameter.choices.size();
@@ -57,7 +57,7 @@ CString ValueOf(const MeshParameter& parameter, const tagTMGInfo::Option& option
 }  // namespace
 
 void CPropertySetMesh::Clear() {
-  m_name = m_colour = nullptr;
+  m_name = m_colour = m_generationTitle = nullptr;
   std::fill(std::begin(m_mass), std::end(m_mass), nullptr);
   m_generation.clear();
   m_generationChanged = false;
@@ -125,27 +125,39 @@ void CPropertySetMesh::AddMass() {
 
 void CPropertySetMesh::AddGeneration(const tagTMset& record) {
   const DPoolMGInfo& pool = GetDocument()->GetDBSession()->GetMGInfoPool();
-  tagTMGInfo generation;
+  tagMGInfo generation;
   const iterator itr = record.mgInfo != 0 ? pool.GetItrByKey(record.mgInfo) : 0;
   constexpr int kKindOfOtherSolids = 2;
   if (itr == 0 || pool.GetAt(itr, generation) == 0 || (generation.kind & ~kKindOfOtherSolids) != 0) return;
-  CBCGPProp* title = AddTitle(nullptr, Text("IDS_QD_MESH_GEN_INFO"));
+  m_generationTitle = AddTitle(nullptr, Text("IDS_QD_MESH_GEN_INFO"));
   CBCGPProp* method = AddGeneralPropertyWithOption(
-      title, Text("IDS_QDMESH_METHOD"),
+      m_generationTitle, Text("IDS_QDMESH_METHOD"),
       {Text("IDS_QDMESH_TAB_AUTO_SOLID"), Text("IDS_QDMESH_TAB_MAP_SOLID"),
        Text("IDS_QDMESH_TAB_GENERATE_2D_TO_3D"), Text("IDS_QDMESH_TAB_AUTO_SOLID_LAYERED")},
       generation.method, {}, 0, 1);
   method->readOnly = true;
   m_generation.push_back(method);
-  AddParameters(title, generation);
+  switch (generation.method) {
+    case tagMGInfo::kAutoSolid:
+      return ShowAutoSolid(generation);
+    case tagMGInfo::kMapSolid:
+      return ShowMapSolid(generation);
+    case tagMGInfo::k2D3D:
+      return Show2D3D(generation);
+    case tagMGInfo::kAutoLayer:
+      return ShowAutoLayer(generation);
+    default:
+      return;
+  }
 }
 
-/// A row for each parameter that the generator was given. They tell what was; they are not written back.
-void CPropertySetMesh::AddParameters(CBCGPProp* title, const tagTMGInfo& generation) {
-  for (const MeshParameter& parameter : ParametersOfMethod(generation.method)) {
+/// They tell what was; they are not written back.
+void CPropertySetMesh::AddParameters(const tagMGInfo& generation, int method) {
+  for (const MeshParameter& parameter : ParametersOfMethod(method)) {
     const auto option = generation.options.find(std::string(parameter.key));
     if (option == generation.options.end()) continue;
-    m_generation.push_back(AddText(title, Text(parameter.key), ValueOf(parameter, option->second), 0, true));
+    m_generation.push_back(
+        AddText(m_generationTitle, Text(parameter.key), ValueOf(parameter, option->second), 0, true));
   }
 }
 

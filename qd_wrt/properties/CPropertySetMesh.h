@@ -23,8 +23,15 @@ class QD_EXPORT CPropertySetMesh final : public IPropertySet {
   void CalProp(CBCGPProp* row) override;
 
   void ShowMultiProperty(TArray<iterator>& sets);
+  /// Forgets the rows, which RemoveAllProperties takes away.
+  void Clear();
   /// Computes the mass and its centre and writes them into their rows; a stopped computation leaves them empty.
   void InputMassCenter();
+  // Add the rows of a method of the generator below its title: of each parameter that the generator was given.
+  void ShowAutoSolid(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::kAutoSolid); }
+  void ShowMapSolid(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::kMapSolid); }
+  void Show2D3D(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::k2D3D); }
+  void ShowAutoLayer(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::kAutoLayer); }
   /// The page never meshes anew; that is the dialogs'. Always 1.
   int PerformRemesh() { return 1; }
   /// Whether the user has changed a row of the mesh generation since the page was made.
@@ -32,12 +39,11 @@ class QD_EXPORT CPropertySetMesh final : public IPropertySet {
   bool IsCalculating() const { return m_calculating; }
 
  private:
-  void Clear();
   void AddIdentity(CBCGPProp* title, const tagTMset& record);
   void AddProperty(CBCGPProp* title, const tagTMset& record);
   void AddMass();
   void AddGeneration(const tagTMset& record);
-  void AddParameters(CBCGPProp* title, const tagTMGInfo& generation);
+  void AddParameters(const tagMGInfo& generation, int method);
   CBCGPProp* AddNumber(CBCGPProp* title, const char* key, const char* description, std::uint64_t number);
 
   TArray<iterator> m_sets;
@@ -47,6 +53,7 @@ class QD_EXPORT CPropertySetMesh final : public IPropertySet {
   CBCGPProp* m_name = nullptr;
   CBCGPProp* m_colour = nullptr;
   CBCGPProp* m_mass[4] = {};  // mass, then its centre
+  CBCGPProp* m_generationTitle = nullptr;
   std::vector<const CBCGPProp*> m_generation;
 };
 

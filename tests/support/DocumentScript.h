@@ -93,7 +93,7 @@ class DocumentScript {
     workbench::PutMesh(set, mesh);
     const auto all = m_data.GetMsetPool().GetItrList();
     if (!all.empty()) set.parent = m_data.GetMsetPool().GetAtNU(all[random() % all.size()])->key & kMsetKeyMask;
-    tagTMGInfo how;
+    tagMGInfo how;
     how.options = {{"A", true}, {"B", 3}, {"C", 0.25}};
     set.mgInfo = workbench::MGInfoPool::KeyOf(m_data.GetMGInfoPool().Add(how));
     m_data.GetMsetPool().Add(set);

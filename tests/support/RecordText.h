@@ -37,7 +37,7 @@ class RecordText {
         text.Put(static_cast<const tagTGset&>(record).name);
         break;
       case kDataMGInfo:
-        text.Write(static_cast<const tagTMGInfo&>(record));
+        text.Write(static_cast<const tagMGInfo&>(record));
         break;
       case workbench::kDataSettings:
         text.Put(static_cast<const workbench::tagTSettings&>(record).currentGset);
@@ -127,7 +127,7 @@ class RecordText {
     Put(part.origin->product).Put(part.origin->instance).Put(part.origin->use).Put(part.origin->import);
     Put(part.origin->assemblies);
   }
-  void Write(const tagTMGInfo& generation) {
+  void Write(const tagMGInfo& generation) {
     Put(generation.kind).Put(generation.method).Put(generation.targets);
     for (const auto& [key, option] : generation.options) {
       Put(key).Put(option.index());

@@ -159,7 +159,7 @@ class RecordingGenerations final : public Recording<DPoolMGInfo> {
  public:
   using Recording::Recording;
   iterator GetItrByKey(std::uint32_t key) const override { return Ask(&DPoolMGInfo::GetItrByKey, key); }
-  int GetAt(iterator itr, tagTMGInfo& record) const override { return Ask(&DPoolMGInfo::GetAt, itr, record); }
+  int GetAt(iterator itr, tagMGInfo& record) const override { return Ask(&DPoolMGInfo::GetAt, itr, record); }
   int Delete(iterator itr) override { return Act(&DPoolMGInfo::Delete, "Delete", itr); }
 };
 

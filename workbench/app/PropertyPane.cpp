@@ -164,6 +164,7 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
       connect(box, &QComboBox::activated, this, [this, page, &row, box] {
         if (page != Page()) return;
         row.value = FromQt(box->currentText());
+        Page()->OnSelChangeComboBox(&row);
         Tell(row);
       });
       return box;

@@ -318,8 +318,8 @@ ActResult SweepMeshes(Database& database, const std::vector<iterator>& msets, co
   if (made.empty()) return {0, "IDS_WB_MESH_NO_SURFACES"};
   return Act(database, title, count, [&] {
     for (tagTMset& record : made) {
-      tagTMGInfo generation;
-      generation.method = tagTMGInfo::k2D3D;
+      tagMGInfo generation;
+      generation.method = tagMGInfo::k2D3D;
       generation.options["IDS_QDMESH_CHK_MERGE_NODE"] = false;
       const iterator info = database.GetMGInfoPool().Add(generation);
       record.mgInfo = MGInfoPool::KeyOf(info);

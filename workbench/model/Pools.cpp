@@ -107,8 +107,8 @@ iterator MGInfoPool::GetItrByKey(std::uint32_t key) const {
   return itr != 0 && Get(itr) != nullptr ? itr : 0;
 }
 
-int MGInfoPool::GetAt(iterator itr, tagTMGInfo& record) const {
-  const tagTMGInfo* stored = GetAtNU(itr);
+int MGInfoPool::GetAt(iterator itr, tagMGInfo& record) const {
+  const tagMGInfo* stored = GetAtNU(itr);
   if (stored == nullptr) return 0;
   record = *stored;
   return 1;

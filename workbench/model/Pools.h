@@ -105,11 +105,11 @@ class PropertyPool final : public Pool<tagTProperty, DPool<tagTProperty>> {
 };
 
 /// How meshes were generated; a record's key is its running number.
-class MGInfoPool final : public Pool<tagTMGInfo, RecordPool<tagTMGInfo, DPoolMGInfo>> {
+class MGInfoPool final : public Pool<tagMGInfo, RecordPool<tagMGInfo, DPoolMGInfo>> {
  public:
   using Pool::Pool;
   iterator GetItrByKey(std::uint32_t key) const override;
-  int GetAt(iterator itr, tagTMGInfo& record) const override;
+  int GetAt(iterator itr, tagMGInfo& record) const override;
   int Delete(iterator itr) override { return Pool::TR_Del({itr}); }
   static std::uint32_t KeyOf(iterator itr) { return static_cast<std::uint32_t>(itr); }
 };

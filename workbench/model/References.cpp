@@ -46,12 +46,12 @@ constexpr std::array kFields{
     Field<tagTGeom, &tagTGeom::material>(kDataGeom, kDataMaterial, "IDS_WB_RECORD_MATERIAL", WhenGone::Clear),
     Field<tagTGeom, &tagTGeom::gset>(kDataGeom, kDataGset, "IDS_WB_RECORD_GSET", WhenGone::Default, true),
     ReferenceField{kDataMGInfo, kDataGeom, "IDS_WB_NAMES_MESHED_PART", WhenGone::TakeOut, false, false,
-                   [](const tagTRecord& record) { return static_cast<const tagTMGInfo&>(record).targets.size(); },
+                   [](const tagTRecord& record) { return static_cast<const tagMGInfo&>(record).targets.size(); },
                    [](const tagTRecord& record, std::size_t place) {
-                     return static_cast<const tagTMGInfo&>(record).targets[place];
+                     return static_cast<const tagMGInfo&>(record).targets[place];
                    },
                    [](tagTRecord& record, iterator name, iterator instead) {
-                     auto& targets = static_cast<tagTMGInfo&>(record).targets;
+                     auto& targets = static_cast<tagMGInfo&>(record).targets;
                      std::replace(targets.begin(), targets.end(), name, instead);
                      std::erase(targets, iterator{0});
                    }},
@@ -178,7 +178,7 @@ std::shared_ptr<tagTRecord> CopyRecord(std::uint16_t type, const tagTRecord& rec
     case kDataGset:
       return Copy<tagTGset>(record);
     case kDataMGInfo:
-      return Copy<tagTMGInfo>(record);
+      return Copy<tagMGInfo>(record);
     case kDataDeck:
       return Copy<tagTDeck>(record);
     default:

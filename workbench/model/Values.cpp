@@ -68,7 +68,7 @@ const char* Fault(const tagTGeom& part) {
   return part.shape != nullptr && BytesOf(*part.shape) > kMostPartBytes ? kTooLarge : nullptr;
 }
 
-const char* Fault(const tagTMGInfo& generation) {
+const char* Fault(const tagMGInfo& generation) {
   if (generation.kind < 0 || generation.method < 0) return kUnknownKind;
   if (generation.targets.size() > kMostTargets || generation.options.size() > kMostParameters) {
     return "IDS_WB_FAULT_LONG_LIST";
@@ -139,7 +139,7 @@ const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& recor
     case kDataGset:
       return FaultAs<tagTGset>(record);
     case kDataMGInfo:
-      return FaultAs<tagTMGInfo>(record);
+      return FaultAs<tagMGInfo>(record);
     case kDataDeck:
       return FaultAs<tagTDeck>(record);
     default:
@@ -158,12 +158,12 @@ void Fit(CString& name) {
   if (name.size() > kMostName) name.resize(kMostName);
 }
 
-void Fit(tagTMGInfo& generation) {
+void Fit(tagMGInfo& generation) {
   generation.kind = std::max(generation.kind, 0);
   generation.method = std::max(generation.method, 0);
   generation.targets.resize(std::min(generation.targets.size(), kMostTargets));
   std::erase_if(generation.options, [](const auto& entry) {
-    tagTMGInfo alone;
+    tagMGInfo alone;
     alone.options.insert(entry);
     return Fault(alone) != nullptr;
   });
@@ -196,7 +196,7 @@ void MakeFit(std::uint16_t type, std::int32_t id, tagTRecord& record) {
     case kDataMset:
       return Fit(static_cast<tagTMset&>(record));
     case kDataMGInfo:
-      return Fit(static_cast<tagTMGInfo&>(record));
+      return Fit(static_cast<tagMGInfo&>(record));
     case kDataDeck:
       return Fit(static_cast<tagTDeck&>(record));
     case kDataGset:

@@ -217,6 +217,7 @@ void PropertyPane::CloseEditor(bool keep) {
   // A text that the box cannot hold as it is has not been changed when it looks the same.
   if (!keep || text == row.value.substr(0, row.value.find(L'\0'))) return;
   row.value = text;
+  if (row.kind == CBCGPProp::Kind::Options) Page()->OnSelChangeComboBox(&row);
   Tell(row);
 }
 

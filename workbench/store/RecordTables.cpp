@@ -385,22 +385,22 @@ Column<tagTCord> CordName() {
           }};
 }
 
-Column<tagTMGInfo> Targets() {
+Column<tagMGInfo> Targets() {
   return {"targets",
-          [](const tagTMGInfo& record) {
+          [](const tagMGInfo& record) {
             ByteWriter bytes;
             bytes.Put(record.targets);
             return BlobOf(bytes);
           },
-          [](const Statement& row, int column, tagTMGInfo& record) {
+          [](const Statement& row, int column, tagMGInfo& record) {
             return ByteReader(row.Bytes(column)).Get(record.targets).IsWhole();
           }};
 }
 
 /// Options by key: which of the three kinds it is, then the value as a number.
-Column<tagTMGInfo> Options() {
+Column<tagMGInfo> Options() {
   return {"options",
-          [](const tagTMGInfo& record) {
+          [](const tagMGInfo& record) {
             ByteWriter bytes;
             for (const auto& [key, option] : record.options) {
               const double value = std::visit([](auto held) { return static_cast<double>(held); }, option);
@@ -408,7 +408,7 @@ Column<tagTMGInfo> Options() {
             }
             return BlobOf(bytes);
           },
-          [](const Statement& row, int column, tagTMGInfo& record) {
+          [](const Statement& row, int column, tagMGInfo& record) {
             ByteReader reader(row.Bytes(column));
             while (!reader.IsWhole() && reader.IsGood()) {
               std::string key;
@@ -469,9 +469,9 @@ std::vector<std::unique_ptr<IRecordTable>> MakeRecordTables(
        Integer("cad_item", &tagTGeom::cadItem, 0, kMost32 / 2), Integer("kind", &tagTGeom::kind, 0, kMost8),
        Reference("material", &tagTGeom::material), Reference("gset", &tagTGeom::gset),
        Integer("flexible", &tagTGeom::flexible, 0, 1)}));
-  add(RecordTable<tagTMGInfo>(has, kDataMGInfo, "mesh_generation",
-                              {Integer("kind", &tagTMGInfo::kind, 0, kMost32 / 2),
-                               Integer("method", &tagTMGInfo::method, 0, kMost32 / 2), Targets(), Options()}));
+  add(RecordTable<tagMGInfo>(has, kDataMGInfo, "mesh_generation",
+                             {Integer("kind", &tagMGInfo::kind, 0, kMost32 / 2),
+                              Integer("method", &tagMGInfo::method, 0, kMost32 / 2), Targets(), Options()}));
   add(RecordTable<tagTMset, MeshPart>(
       has, kDataMset, "mset",
       {Text("name", &tagTMset::name), Integer("key", &tagTMset::key, 0, kMost32),

@@ -65,12 +65,12 @@ int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedM
 namespace {
 
 /// What the generator was given, as the property page shows it.
-tagTMGInfo GenerationOf(const ShapeOperation& operation, iterator part) {
+tagMGInfo GenerationOf(const ShapeOperation& operation, iterator part) {
   constexpr int kSurfaces = 1;
   constexpr int kUserSize = 1;
-  tagTMGInfo generation;
+  tagMGInfo generation;
   generation.kind = operation.dimension == 3 ? 0 : kSurfaces;
-  generation.method = operation.mapped ? tagTMGInfo::kMapSolid : tagTMGInfo::kAutoSolid;
+  generation.method = operation.mapped ? tagMGInfo::kMapSolid : tagMGInfo::kAutoSolid;
   generation.targets = {part};
   generation.options["IDS_HWB_MESH_ELEM_SIZE"] = kUserSize;
   generation.options["IDS_QDMESH_MESHSIZE_ST"] = operation.amount;
