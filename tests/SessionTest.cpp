@@ -262,6 +262,52 @@ TEST_F(SessionTest, WhatIsGoneIsNotSelectedAnyMore) {
   EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_c});
 }
 
+/// The row of the set that new parts go to is bold, whatever makes it the current one; the fixture looks at it.
+TEST_F(SessionTest, TheCurrentSetIsMarked) {
+  Show(kGeometrySetTree);
+  const auto marked = [this] {
+    std::string sets;
+    for (const wchar_t* set : {L"first", L"second"}) {
+      if (const HTREEITEM row = Row(set); row && Tree().GetRecord(row)->IsBold()) sets += ToUtf8(set);
+    }
+    return sets;
+  };
+  EXPECT_EQ(marked(), "first");
+  Select({L"second"});
+  Command(kCommandCurrentSet);
+  Settle();
+  EXPECT_EQ(marked(), "second");
+  Act([this] { Data().GetGsetPool().TR_Del({m_second}); });
+  EXPECT_EQ(marked(), "first");
+  Undo();
+  EXPECT_EQ(marked(), "second");
+  Open();
+  EXPECT_EQ(marked(), "second");
+}
+
+/// A tree that is made anew shows what undo brought back in its old place, and so does a document.
+TEST_F(SessionTest, UndoBringsRecordsBackToTheirPlaces) {
+  AddMset(L"second of a", m_outer);
+  AddMaterial(L"Steel");
+  AddMaterial(L"Tin");
+  const auto fresh = [this] {
+    Open();
+    Show(kModelTree);
+    const std::string model = Print();
+    Show(kGeometrySetTree);
+    return model + Print();
+  };
+  const std::string before = fresh();
+  Data().Delete({m_a, m_inner, Data().GetMaterialPool().GetItrList().front()});
+  Settle();
+  EXPECT_NE(fresh(), before);
+  Undo();
+  EXPECT_EQ(fresh(), before);
+  Act([this] { Data().GetGsetPool().TR_Del({m_first}); });
+  Undo();
+  EXPECT_EQ(fresh(), before);
+}
+
 TEST_F(SessionTest, ALoadedDocumentHasOpenBranchesAndItsName) {
   m_session->TakeUp(L"other.qdw");
   Settle();

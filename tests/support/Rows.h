@@ -25,11 +25,13 @@ struct SeenRow {
   COLORREF colour = 0;
   int box = 0;  ///< 0 for none, or one that is not looked at
   std::vector<SeenRow> children{};
+  bool bold = false;
 
   std::string Line() const {
     std::string line = workbench::ToUtf8(title) + " icon " + std::to_string(icon);
     if (id != 0) line += " id " + std::to_string(id);
     if (coloured) line += " colour " + std::to_string(colour);
+    if (bold) line += " bold";
     if (box != 0) line += box == kChecked ? " [x]" : " [ ]";
     return line;
   }
@@ -50,6 +52,7 @@ inline SeenRow RowsOf(const CQDTreeListCtrl& tree, HTREEITEM row) {
   const CTLItem* record = tree.GetRecord(row);
   SeenRow seen{tree.GetItemText(row, 0), tree.GetItemImage(row), record->GetItemKey(), record->HasColor(),
                record->HasColor() ? record->GetColor() : 0};
+  seen.bold = record->IsBold();
   const iterator itr = tree.NodeOf(row) != nullptr ? tree.NodeOf(row)->GetIterator() : 0;
   const auto type = itr >> 48U;
   if (type == kDataGeom || type == kDataMset || tree.GetItemImage(tree.GetParentItem(row)) == 161) {
@@ -157,6 +160,16 @@ class ExpectedRows {
     std::sort(rows.begin(), rows.end(), [](const SeenRow& a, const SeenRow& b) { return a.id < b.id; });
     return rows;
   }
+  /// The one that was made current, or the first when that is gone or none was.
+  iterator CurrentSet() {
+    const auto& sets = m_records[kDataGset];
+    iterator current = sets.empty() ? 0 : sets.begin()->first;
+    Each<workbench::tagTSettings>(workbench::kDataSettings,
+                                  [&](iterator, const workbench::tagTSettings& settings) {
+                                    if (sets.contains(settings.currentGset)) current = settings.currentGset;
+                                  });
+    return current;
+  }
   SeenRow Sets() {
     constexpr const char* kKinds[] = {"IDS_QD_WRT_GEOMSET_POINT", "IDS_QD_WRT_GEOMSET_CURVE",
                                       "IDS_QD_WRT_GEOMSET_SURFACE", "IDS_QD_WRT_GEOMSET_SOLID",
@@ -164,6 +177,7 @@ class ExpectedRows {
     SeenRow root{CMSGFunction::GetValue("IDS_DB_DATA_NAME_GEOM"), kPartIcon};
     Each<tagTGset>(kDataGset, [&](iterator itr, const tagTGset& set) {
       SeenRow row{set.name, kPartIcon};
+      row.bold = itr == CurrentSet();
       for (int kind = 0; kind < 5; ++kind) {
         SeenRow group{CMSGFunction::GetValue(kKinds[kind]), kPartIcon};
         Each<tagTGeom>(kDataGeom, [&](iterator part, const tagTGeom& record) {

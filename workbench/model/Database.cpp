@@ -318,6 +318,7 @@ void Database::PutAside(JournalEntry entry) {
   if (m_store != nullptr && !m_store->Write({entry}, true)) return;
   StoreOf(entry.itr)->Reserve(entry.itr);
   StoreOf(entry.itr)->Restore(entry.itr, entry.after);
+  if (m_listener != nullptr) m_listener->OnSettingChanged();
 }
 
 // ---- history --------------------------------------------------------------------------------------------

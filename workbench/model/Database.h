@@ -23,6 +23,8 @@ class IDatabaseListener {
  public:
   /// A commit, an undo or a redo. Records that it deleted can still be read until this returns.
   virtual void OnDatabaseChanged(const CQDUpdateRecord& record) = 0;
+  /// A setting was stored that is no act.
+  virtual void OnSettingChanged() {}
 
  protected:
   ~IDatabaseListener() = default;

@@ -30,6 +30,7 @@ WorksTrees::~WorksTrees() {
 
 void WorksTrees::MakeAnew() {
   m_doc.Select({});
+  m_currentSet = m_doc.GetDatabase().GetGsetPool().GetCurrentSet();
   m_manager->CreateTreeItems(&m_doc, kModelTree);
 }
 
@@ -53,6 +54,7 @@ void WorksTrees::OnDatabaseChanged(const CQDUpdateRecord& record) {
   m_manager->UpdateDB(&m_doc, HintOf(record));
   KeepSelected();
   RefreshMeshedParts(record);
+  MarkCurrentSet();
   if (m_window.changed) m_window.changed(record);
 }
 
@@ -65,6 +67,14 @@ void WorksTrees::RefreshMeshedParts(const CQDUpdateRecord& record) {
     if (set != nullptr && set->geom != 0) parts.push_back(set->geom);
   }
   for (auto& [type, pane] : m_panes) pane.Tree().RefreshRows(parts);
+}
+
+/// Which set is the current one follows from a setting and from the sets that there are.
+void WorksTrees::MarkCurrentSet() {
+  const iterator current = m_doc.GetDatabase().GetGsetPool().GetCurrentSet();
+  const iterator before = std::exchange(m_currentSet, current);
+  if (before == current) return;
+  for (auto& [type, pane] : m_panes) pane.Tree().RefreshRows({before, current});
 }
 
 // ---- selection ------------------------------------------------------------------------------------------

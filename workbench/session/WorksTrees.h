@@ -58,6 +58,8 @@ class WorksTrees final : private IDatabaseListener {
   };
 
   void OnDatabaseChanged(const CQDUpdateRecord& record) override;
+  void OnSettingChanged() override { MarkCurrentSet(); }
+  void MarkCurrentSet();
   void RefreshMeshedParts(const CQDUpdateRecord& record);
   void OnTouched(long type, const std::vector<CQDTreeItem*>& selected);
   void FollowSelection(const Selection& selection);
@@ -70,6 +72,7 @@ class WorksTrees final : private IDatabaseListener {
   TreeFactory m_factory;
   std::map<long, Pane> m_panes;
   std::unique_ptr<CWorksTreeManager> m_manager;
+  iterator m_currentSet = 0;  // as the rows show it
   Subscription m_onDisplay;
   Subscription m_onSelection;
 };
