@@ -79,7 +79,7 @@ class WorkbenchTest : public ::testing::Test {
 };
 
 TEST_F(WorkbenchTest, TheExampleFillsTheTree) {
-  Command(kExample);
+  Command(kOpenExample);
   Play(Input().Picture("workbench"));
   const std::string tree = Tree();
   for (const char* title : {"Housing", "Impeller", "Shaft axis", "Bronze", "SOLIDS", "PLATE"}) {
@@ -130,7 +130,7 @@ INSTANTIATE_TEST_SUITE_P(Kinds, WorkbenchFiles,
                          [](const auto& file) { return std::string(file.param.name); });
 
 TEST_F(WorkbenchTest, RowsAreRenamedDraggedDeletedAndTakenBack) {
-  Command(kExample);
+  Command(kOpenExample);
   Play(Input().Click(Row(L"Cover")).Keys({VK_F2}).Type(L"Lid").Keys({VK_RETURN}));
   EXPECT_NE(Tree().find("Lid"), std::string::npos) << Tree();
   Play(Input().Keys({VK_CONTROL, 'Z'}));
@@ -164,7 +164,7 @@ TEST_F(WorkbenchTest, RowsAreRenamedDraggedDeletedAndTakenBack) {
 }
 
 TEST_F(WorkbenchTest, DroppedMeshSetsAskWhatToDo) {
-  Command(kExample);
+  Command(kOpenExample);
   const auto drop = [this](WORD key) {
     Play(Input()
              .Wait(600)
@@ -186,7 +186,7 @@ TEST_F(WorkbenchTest, DroppedMeshSetsAskWhatToDo) {
 }
 
 TEST_F(WorkbenchTest, AClickOnABoxHidesAndTheMenuShowsAgain) {
-  Command(kExample);
+  Command(kOpenExample);
   Play(Input().Click(Row(L"Housing", -26)));
   EXPECT_TRUE(std::regex_search(Tree(), std::regex("\\[ \\] Housing"))) << Tree();
   Command(kUndo);
@@ -205,14 +205,14 @@ TEST_F(WorkbenchTest, AClickOnABoxHidesAndTheMenuShowsAgain) {
 }
 
 TEST_F(WorkbenchTest, DialogsThatThereAreNotAreSaid) {
-  Command(kExample);
+  Command(kOpenExample);
   m_frame->ModelBar().OnMenuEventGeomRoot(&m_frame->Document(), 41133);
   Play(Input().Wait(50));
   EXPECT_NE(Said().find(L"This window has no dialog for that"), CString::npos) << ToUtf8(Said());
 }
 
 TEST_F(WorkbenchTest, LanguagesAndVariantsChangeWhileItRuns) {
-  Command(kExample);
+  Command(kOpenExample);
   const auto languages = NativeMessages::Languages();
   ASSERT_EQ(languages, (std::vector<std::string>{"de", "en", "ja", "ko", "zh"}));
   for (std::size_t i = 0; i < languages.size(); ++i) {
@@ -227,7 +227,7 @@ TEST_F(WorkbenchTest, LanguagesAndVariantsChangeWhileItRuns) {
 }
 
 TEST_F(WorkbenchTest, PropertiesAreEditedInPlace) {
-  Command(kExample);
+  Command(kOpenExample);
   Play(Input().Click(Row(L"Cover")).Wait(60));
   const HWND list = FindWindowExW(m_frame->Handle(), nullptr, WC_LISTVIEWW, nullptr);
   ASSERT_NE(list, nullptr);

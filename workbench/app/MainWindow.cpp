@@ -190,30 +190,6 @@ void MainWindow::OnImport() {
   Import(QFileDialog::getOpenFileNames(this, Text("IDS_WB_IMPORT").remove('&'), QString(), filter));
 }
 
-void MainWindow::OnUndo() {
-  m_session->Undo();
-}
-
-void MainWindow::OnRedo() {
-  m_session->Redo();
-}
-
-void MainWindow::OnDelete() {
-  m_session->Delete();
-}
-
-void MainWindow::OnFit() {
-  m_view->FitAll();
-}
-
-void MainWindow::OnShowAll() {
-  m_session->ShowAll();
-}
-
-void MainWindow::OnHideAll() {
-  m_session->HideAll();
-}
-
 CPropertiesWnd* MainWindow::GetPropertiesWnd(CQDDocBase* doc) {
   return doc == m_doc.get() ? m_properties : nullptr;
 }
@@ -305,10 +281,6 @@ void MainWindow::HideProgress() {
   m_wait->hide();
   m_cancel->hide();
   statusBar()->clearMessage();
-}
-
-void MainWindow::OnLeaveIsolation() {
-  m_session->LeaveIsolation();
 }
 
 void MainWindow::Warn(const CString& text) {

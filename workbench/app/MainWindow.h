@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QMainWindow>
+#include <map>
 #include <memory>
 #include <vector>
 
@@ -31,6 +32,7 @@ namespace qd::workbench {
 class ModelView;
 class PropertyPane;
 class TreePane;
+struct WindowCommand;
 
 /// The main window: one document, its view, its works trees and the property and message panes.
 class MainWindow final : public QMainWindow, public CMainFrame, private IMessageOutput {
@@ -90,16 +92,16 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
  private:
   void MakePanes();
   void MakeMenus();
-  void MakeFileMenu();
-  void MakeEditMenu();
-  void MakeViewMenu();
-  void MakeMeshMenu();
   void MakeJobs();
   template <typename Job>
   void Follow(Job& job);
   void AskToWait(const QString& reason);
   QMenu* AddMenu(QMenu* above, const char* key);
-  QAction* Add(QMenu* menu, const char* key, const QKeySequence& shortcut, void (MainWindow::*handler)());
+  void AddCommand(QMenu& menu, const WindowCommand& command);
+  void RunCommand(unsigned number);
+  void ListLanguages(QMenu& menu);
+  void ListUnits(QMenu& menu);
+  void ListVariants(QMenu& menu);
   void SayTableFaults();
   void RefreshActions();
   void RefreshSelection();
@@ -124,14 +126,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void RestorePanes(const QByteArray& places);
   static void NoteRecent(const QString& path);
   void ListRecent(QMenu& menu);
-  void OnUndo();
-  void OnRedo();
-  void OnDelete();
-  void OnFit();
-  void OnShowAll();
-  void OnHideAll();
-
-  void OnLeaveIsolation();
   void ShowProgress(const QString& text);
   void HideProgress();
   static constexpr int kWarningTime = 8000;  // milliseconds
@@ -162,11 +156,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   DocumentQuestions m_questions{this};
   std::unique_ptr<ProgressWindow> m_longWork;
   std::unique_ptr<DialogHost> m_dialogs;
-  QAction* m_undo = nullptr;
-  QAction* m_redo = nullptr;
-  QAction* m_leave = nullptr;
-  QAction* m_delete = nullptr;
-  QByteArray m_panePlaces;  // for when the window shows
+  std::map<unsigned, QAction*> m_actions;  // by the number of the command
+  QByteArray m_panePlaces;                 // for when the window shows
   int m_failedDocuments = 0;
   bool m_firstImport = false;
 };

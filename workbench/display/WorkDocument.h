@@ -15,7 +15,9 @@ namespace qd::workbench {
 class WorkDocument : public CQDDocBase {
  public:
   Database& GetDatabase() { return m_database; }
+  const Database& GetDatabase() const { return m_database; }
   Display& GetDisplay() { return m_display; }
+  const Display& GetDisplay() const { return m_display; }
   void SetPathName(CString path) { m_path = std::move(path); }
   void SetActiveView(CQDViewBase* view) { m_view = view; }
 

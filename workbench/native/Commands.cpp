@@ -1,9 +1,14 @@
 #include "workbench/native/Commands.h"
 
+#include <algorithm>
 #include <array>
+#include <map>
+#include <string_view>
 #include <vector>
 
 #include "host/CMSGFunction.h"
+#include "platform/Message.h"
+#include "workbench/native/Texts.h"
 #include "workbench/session/VariantNames.h"
 #include "workbench/text/Utf8.h"
 
@@ -11,34 +16,20 @@ namespace qd::workbench {
 
 namespace {
 
-/// An entry of the menu bar. One without command begins a menu, one without key divides.
-struct Entry {
-  const char* key = nullptr;
-  unsigned command = 0;
-  BYTE modifiers = 0;
-  WORD letter = 0;
-  const wchar_t* keys = L"";
-};
+bool IsHere(const WindowCommand& command) {
+  return command.windows != WindowCommand::Windows::Desktop;
+}
 
-constexpr std::array kMenu{
-    Entry{"IDS_WB_MENU_FILE"},
-    Entry{"IDS_WB_IMPORT", kImport, FCONTROL, 'O', L"Ctrl+O"},
-    Entry{"IDS_WB_OPEN_EXAMPLE", kExample},
-    Entry{},
-    Entry{"IDS_WB_EXIT", kExit, FCONTROL, 'Q', L"Ctrl+Q"},
-    Entry{"IDS_WB_MENU_EDIT"},
-    Entry{"IDS_WB_UNDO", kUndo, FCONTROL, 'Z', L"Ctrl+Z"},
-    Entry{"IDS_WB_REDO", kRedo, FCONTROL | FSHIFT, 'Z', L"Ctrl+Shift+Z"},
-    Entry{},
-    Entry{"IDS_WB_DELETE", kDelete, 0, VK_DELETE, L"Del"},
-    Entry{"IDS_WB_MENU_VIEW"},
-    Entry{"IDS_QD_WRT_SHOW_ALL", kShowAll},
-    Entry{"IDS_QD_WRT_HIDE_ALL", kHideAll},
-    Entry{"IDS_WB_LEAVE_ISOLATION", kLeaveIsolation},
-    Entry{},
-    Entry{"IDS_WB_MENU_LANGUAGE", kFirstLanguage},
-    Entry{"IDS_WB_MENU_VARIANT", kFirstVariant},
-};
+/// The text of a menu's entry, with the keys that it shows.
+CString LabelOf(const WindowCommand& command) {
+  const CommandKeys& keys = command.keys.front();
+  CString text = CMSGFunction::GetValue(command.key);
+  if (keys.letter == 0) return text;
+  text += L'\t';
+  if (keys.control) text += L"Ctrl+";
+  if (keys.shift) text += L"Shift+";
+  return keys.letter == kKeyDelete ? text + L"Del" : text + static_cast<wchar_t>(keys.letter);
+}
 
 CString NameOfLanguage(const std::string& code) {
   std::array<wchar_t, 80> name{};
@@ -79,31 +70,54 @@ std::optional<ProductVariant> VariantOf(unsigned command) {
 
 HMENU MakeMenuBar(const NativeMessages& messages) {
   const HMENU bar = CreateMenu();
-  HMENU menu = nullptr;
-  for (const Entry& entry : kMenu) {
-    const CString text = entry.key != nullptr ? CMSGFunction::GetValue(entry.key) : CString();
-    if (entry.key == nullptr) {
-      AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-    } else if (entry.command == 0) {
+  std::map<std::string_view, HMENU> menus;
+  for (const WindowCommand& command : WindowCommands()) {
+    if (!IsHere(command)) continue;
+    HMENU& menu = menus[command.menu];
+    if (menu == nullptr) {
       menu = CreatePopupMenu();
-      AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(menu), text.c_str());
-    } else if (entry.command == kFirstLanguage || entry.command == kFirstVariant) {
-      const HMENU choices = entry.command == kFirstLanguage ? MakeLanguages(messages) : MakeVariants();
-      AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(choices), text.c_str());
+      AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(menu), CMSGFunction::GetValue(command.menu).c_str());
+    }
+    if (command.number == 0) {
+      AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+    } else if (command.number == kLanguageMenu || command.number == kVariantMenu) {
+      const HMENU choices = command.number == kLanguageMenu ? MakeLanguages(messages) : MakeVariants();
+      AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(choices), LabelOf(command).c_str());
     } else {
-      const CString keys = entry.letter != 0 ? CString(L"\t") + entry.keys : CString();
-      AppendMenuW(menu, MF_STRING, entry.command, (text + keys).c_str());
+      AppendMenuW(menu, MF_STRING, command.number, LabelOf(command).c_str());
     }
   }
   return bar;
 }
 
+void RefreshMenuBar(HMENU bar, const Session& session) {
+  constexpr std::size_t kLongestDetail = 60;
+  for (const WindowCommand& command : WindowCommands()) {
+    if (!IsHere(command) || command.number == 0) continue;
+    CString label = LabelOf(command);
+    if (command.detail != nullptr) {
+      const CString detail = WithoutMark(command.detail(session).substr(0, kLongestDetail));
+      if (!detail.empty()) label.insert(std::min(label.find(L'\t'), label.size()), L" – " + detail);
+    }
+    MENUITEMINFOW item{};
+    item.cbSize = sizeof(item);
+    item.fMask = MIIM_STRING | MIIM_STATE;
+    item.fState = IsPossible(command, session) ? MFS_ENABLED : MFS_GRAYED;
+    item.dwTypeData = label.data();
+    if (command.number != kLanguageMenu && command.number != kVariantMenu)
+      SetMenuItemInfoW(bar, command.number, FALSE, &item);
+  }
+}
+
 HACCEL MakeAccelerators() {
   std::vector<ACCEL> keys;
-  for (const Entry& entry : kMenu) {
-    if (entry.letter == 0) continue;
-    keys.push_back(
-        {static_cast<BYTE>(FVIRTKEY | entry.modifiers), entry.letter, static_cast<WORD>(entry.command)});
+  for (const WindowCommand& command : WindowCommands()) {
+    if (!IsHere(command)) continue;
+    for (const CommandKeys& one : command.keys) {
+      if (one.letter == 0) continue;
+      const int held = FVIRTKEY | (one.control ? FCONTROL : 0) | (one.shift ? FSHIFT : 0);
+      keys.push_back({static_cast<BYTE>(held), static_cast<WORD>(one.letter), static_cast<WORD>(command.number)});
+    }
   }
   return CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size()));
 }

@@ -6,28 +6,16 @@
 
 #include "host/ProductVariant.h"
 #include "workbench/native/NativeMessages.h"
+#include "workbench/session/WindowCommands.h"
 
 namespace qd::workbench {
-
-/// The commands of the main menu.
-enum Command : unsigned {
-  kImport = 100,
-  kExample,
-  kExit,
-  kUndo,
-  kRedo,
-  kDelete,
-  kShowAll,
-  kHideAll,
-  kLeaveIsolation,
-  kFirstLanguage = 200,  ///< plus the place in the list of languages
-  kFirstVariant = 300    ///< plus the place in the list of variants
-};
 
 /// The variant that a command chooses, if it does.
 std::optional<ProductVariant> VariantOf(unsigned command);
 /// The menu in the language of now. The caller destroys it.
 HMENU MakeMenuBar(const NativeMessages& messages);
+/// Greys what is not possible now, and says behind undo and redo what is meant. Right before the menu is shown.
+void RefreshMenuBar(HMENU bar, const Session& session);
 /// The keys of the menu. The caller destroys it.
 HACCEL MakeAccelerators();
 

@@ -189,24 +189,6 @@ void MainFrame::MakeMenu() {
   if (before != nullptr) DestroyMenu(before);
 }
 
-/// Right before it is shown.
-void MainFrame::RefreshMenu() {
-  const Database& database = m_doc.GetDatabase();
-  const HMENU menu = GetMenu(m_frame);
-  const auto set = [menu](unsigned command, CString label, const CString& act, bool enabled) {
-    if (!act.empty()) label += L" – " + WithoutMark(act.substr(0, 60));
-    MENUITEMINFOW item{};
-    item.cbSize = sizeof(item);
-    item.fMask = MIIM_STRING | MIIM_STATE;
-    item.fState = enabled ? MFS_ENABLED : MFS_GRAYED;
-    item.dwTypeData = label.data();
-    SetMenuItemInfoW(menu, command, FALSE, &item);
-  };
-  set(kUndo, Text("IDS_WB_UNDO"), database.UndoTitle(), database.CanUndo());
-  set(kRedo, Text("IDS_WB_REDO"), database.RedoTitle(), database.CanRedo());
-  EnableMenuItem(menu, kLeaveIsolation, m_doc.GetDisplay().Isolation() != nullptr ? MF_ENABLED : MF_GRAYED);
-}
-
 void MainFrame::SetLanguage(const std::string& code) {
   if (!m_messages.SetLanguage(code)) return;
   if (!m_named) m_session->Rename(Text("IDS_WB_UNTITLED"));
@@ -282,7 +264,7 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
       m_draggingSplitter = false;
       return 0;
     case WM_INITMENUPOPUP:
-      RefreshMenu();
+      RefreshMenuBar(GetMenu(m_frame), *m_session);
       return 0;
     case WM_COMMAND:
       if (l == 0) {

@@ -53,7 +53,6 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
 
   void MakePanes();
   void MakeMenu();
-  void RefreshMenu();
   void RefreshTexts();
   void MakeFont();
   void Layout();

@@ -22,26 +22,15 @@
 namespace qd::workbench {
 
 void MainFrame::OnCommand(unsigned command) {
+  if (RunWindowCommand(*m_session, command)) return;
   switch (command) {
     case kImport:
       return OnImport();
-    case kExample:
+    case kOpenExample:
       return OpenExample();
     case kExit:
       DestroyWindow(m_frame);
       return;
-    case kUndo:
-      return m_session->Undo();
-    case kRedo:
-      return m_session->Redo();
-    case kDelete:
-      return m_session->Delete();
-    case kShowAll:
-      return m_session->ShowAll();
-    case kHideAll:
-      return m_session->HideAll();
-    case kLeaveIsolation:
-      return m_session->LeaveIsolation();
     default:
       break;
   }

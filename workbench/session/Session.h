@@ -15,6 +15,7 @@ class Session final {
   /// Makes the rows. The bars have their windows already; like the document they outlive this.
   Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Window window);
 
+  const WorkDocument& Document() const { return m_doc; }
   WorksTrees& Trees() { return m_trees; }
   CWorksTreeManager& Manager() { return m_trees.Manager(); }
   CQDTreeListCtrl& ModelTree() { return m_trees.Bar(kModelTree).GetTreeCtrl(); }

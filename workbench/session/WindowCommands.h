@@ -1,0 +1,71 @@
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "platform/Types.h"
+
+namespace qd::workbench {
+
+class Session;
+
+/// What a window of a document can be told by its menu bar and its keys. The menus of the works trees are the
+/// module's own; where a command is one of the module's, it has the module's number.
+enum WindowCommandNumber : unsigned {
+  kNewWindow = 100,
+  kOpen,
+  kRecentMenu,
+  kOpenExample,
+  kSave,
+  kSaveAs,
+  kImport,
+  kExport,
+  kExit,
+  kUndo,
+  kRedo,
+  kDelete,
+  kFit,
+  kShowAll,
+  kHideAll,
+  kLeaveIsolation,
+  kLanguageMenu,
+  kUnitMenu,
+  kVariantMenu,
+  kFirstLanguage = 200,  ///< plus the place in the list of languages
+  kFirstVariant = 300    ///< plus the place in the list of variants
+};
+
+/// A key that runs a command; no letter, no key.
+struct CommandKeys {
+  bool control = false;
+  bool shift = false;
+  int letter = 0;  ///< a capital letter, a digit, or kKeyDelete
+};
+
+/// One command of a window. All tables, menus and keys are made from it.
+struct WindowCommand {
+  enum class Windows { All, Desktop, Native };
+  unsigned number = 0;         ///< 0 divides what is above from what is below
+  const char* key = nullptr;   ///< of its text
+  const char* menu = nullptr;  ///< key of the menu that lists it
+  Windows windows = Windows::All;
+  std::array<CommandKeys, 2> keys{};  ///< the menu shows the first one
+  /// What the session does; null for what is the window's own work, or a menu of choices.
+  void (*run)(Session& session, unsigned number) = nullptr;
+  /// Whether there is anything to do now; null: always.
+  bool (*possible)(const Session& session) = nullptr;
+  /// Whether it is what holds now, for one of several that exclude each other; null: it is no such choice.
+  bool (*checked)(const Session& session, unsigned number) = nullptr;
+  /// What stands behind the text, as the title of the act to undo; null: nothing.
+  CString (*detail)(const Session& session) = nullptr;
+};
+
+/// In the order of the menus.
+std::span<const WindowCommand> WindowCommands();
+/// Null for an unknown number.
+const WindowCommand* FindWindowCommand(unsigned number);
+bool IsPossible(const WindowCommand& command, const Session& session);
+/// Runs what the session does, if it is possible now. False for what is left to the window.
+bool RunWindowCommand(Session& session, unsigned number);
+
+}  // namespace qd::workbench
