@@ -348,7 +348,7 @@ std::vector<Act> SetTreeActs() {
       {"group_new_set", solids, Do::Run(41000),
        Announced("doc.RunCommand(GeomSet, Action=0, Data=[IDS_QD_WRT_GEOMSET 3], Itr=[Frame])")},
       {"group_include", solids, Do::Run(41131), "DoModeless(CQDGeomIncludeExcludeDlg, Frame)\n"},
-      {"group_delete", solids, Do::Run(41002), ""},
+      {"group_delete", solids, Do::Run(41002), "warning(IDS_QD_WRT_GROUP_STAYS)\n"},
       {"group_sort", solids, Do::Run(41038), ""},
       {"group_meshes", solids, Do::Run(41240), "app.OpenMeshDialog(2, CMeshGenerateMeshDlg, [key of Bolt])\n"},
       {"group_materials", solids, Do::Run(41133), "app.OpenDialog(0, CLbcMaterialMainDlg, [Bolt])\n"},

@@ -78,7 +78,7 @@ TEST_F(GeometryRows, TitlesNameTheMaterialWhenAsked) {
     iron.name = L"Iron";
     Data().GetMaterialPool().Change(steel, iron);
   });
-  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Iron) Nut] IDS_WB_MATERIALS [*Iron]]");
+  EXPECT_EQ(State(), "model.step [IDS_DB_DATA_NAME_GEOM [Bolt (Iron) Nut] IDS_WB_MATERIALS [Iron]]");
   auto* root = dynamic_cast<CQDTreeItemGeom*>(Node(kRoot));
   root->SetTitleMode(1);  // for parts to come
   Act([&] {

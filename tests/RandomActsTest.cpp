@@ -10,17 +10,31 @@
 
 #include "platform/CEdit.h"
 #include "support/Digest.h"
+#include "support/EnglishTexts.h"
 #include "support/Mesh.h"
 #include "support/Rows.h"
+#include "workbench/exchange/formats/InpFile.h"
+#include "workbench/exchange/store/StoreImport.h"
+#include "workbench/session/VariantNames.h"
 
 namespace qd::test {
 namespace {
 
 using namespace workbench;
 
+constexpr int kSteps = 100;
+
+/// 100 users, or so many that they take as many steps together as are asked for.
 int SequenceCount() {
   const char* wanted = std::getenv("QD_PROPERTY_SEQUENCES");
-  return wanted != nullptr ? std::atoi(wanted) / 100 + 1 : 6;
+  return wanted != nullptr ? std::atoi(wanted) / kSteps + 1 : 100;
+}
+
+/// A deck as it comes from a file.
+ImportedModel Bracket() {
+  static const ImportedModel model =
+      ReadInpFile(std::filesystem::path(SourceFolder()) / "examples" / "bracket.inp", [](double) {});
+  return model;
 }
 
 class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
@@ -70,7 +84,7 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
     using Me = RandomActs;
     const std::vector<void (Me::*)()> acts{&Me::UseMenu,  &Me::UseMenu,  &Me::UseMenu, &Me::UseKey,
                                            &Me::ClickBox, &Me::DragRows, &Me::UsePage, &Me::UseWindow,
-                                           &Me::Rename,   &Me::GoBack,   &Me::Make};
+                                           &Me::Rename,   &Me::GoBack,   &Me::Make,    &Me::ChangeProgram};
     const Digest before = DigestOf(m_doc);
     const std::uint64_t done = Data().ActNumber();
     m_gestures = 1;
@@ -80,6 +94,7 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
     m_toolkit.TakeMessages();
     m_toolkit.TakeDialogs();
     ASSERT_FALSE(Data().IsInTransaction());
+    ExpectOneSelection();
     // One act, one entry; what was undone and done again leaves the number of acts alone.
     const std::uint64_t entries = Data().ActNumber() - done;
     if (entries == 0) return;
@@ -89,6 +104,37 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
     ExpectIs(before, "undone");
     for (std::uint64_t entry = 0; entry < entries; ++entry) Redo();
     ExpectIs(after, "done again");
+  }
+  /// The tree that was touched last has what is selected, the other one all of it or nothing.
+  void ExpectOneSelection() {
+    const Selection& selection = m_doc.GetSelection();
+    const std::multiset<iterator> wanted(selection.records.begin(), selection.records.end());
+    for (const long type : {kModelTree, kGeometrySetTree}) {
+      std::multiset<iterator> records;
+      int others = 0;
+      const CQDTreeListCtrl& tree = m_session->Trees().Bar(type).GetTreeCtrl();
+      std::vector<CQDTreeItem*> nodes;  // in closed branches, too
+      tree.GetSelectedTreeItems(tree.GetRootItem(), nodes);
+      if (tree.IsSelected(tree.GetRootItem())) nodes.push_back(tree.GetQDRootItem());
+      for (const CQDTreeItem* node : nodes) {
+        if (node->GetRecord() != 0) records.insert(node->GetRecord());
+        if (node->GetRecord() == 0) ++others;
+      }
+      if (type != selection.tree && nodes.empty()) continue;
+      EXPECT_EQ(records, wanted) << "tree " << type << ", touched last " << selection.tree;
+      EXPECT_EQ(others, selection.others) << "tree " << type << ", touched last " << selection.tree;
+    }
+  }
+  /// The boxes of rows that stand for nothing that could be shown itself.
+  static std::map<CString, int> BoxesOf(const CQDTreeListCtrl& tree) {
+    std::map<CString, int> boxes;
+    tree.GetQDRootItem()->ForEachBelow([&](const CQDTreeItem* node) {
+      const std::optional<RowBox> box = node->GetRowBox();
+      if (!box) return;
+      boxes[std::to_wstring(box->branch) + L"/" + std::to_wstring(box->itr) + L"/" + std::to_wstring(box->kind)] =
+          node->GetCheckStatus();
+    });
+    return boxes;
   }
   /// Trees that are built anew stand in the order of the records, and mesh sets in that of their keys.
   void ExpectFreshTrees() {
@@ -100,6 +146,7 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
       bar.CreateTreeItems(static_cast<int>(type), &factory, 0);
       const CQDTreeListCtrl& tree = bar.GetTreeCtrl();
       EXPECT_EQ(Lines(RowsOf(tree, tree.GetRootItem()), false), Lines(expected.Tree(type), false));
+      EXPECT_EQ(BoxesOf(tree), BoxesOf(m_session->Trees().Bar(type).GetTreeCtrl()));
       bar.DestroyTreeItems();
     }
   }
@@ -204,7 +251,7 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
     std::vector<CBCGPProp*> rows;
     for (const auto& row : page->GetRows()) {
       // Titles with materials are the host's wish, and no state of the document.
-      if (row->name == L"IDS_QD_WRT_GEOM_GEOM_TITLE") continue;
+      if (row->name == CMSGFunction::GetValue("IDS_QD_WRT_GEOM_GEOM_TITLE")) continue;
       if (!row->readOnly && row->kind != CBCGPProp::Kind::Title) rows.push_back(row.get());
     }
     if (rows.empty()) return;
@@ -283,9 +330,15 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
   }
   /// Something comes in from outside.
   void Make() {
-    const std::size_t what = Roll(4);
+    const std::size_t what = Roll(5);
     if (what == 3) return DeleteMixed();
     Say("make " + std::to_string(what));
+    // Few, for each makes everything larger.
+    if (what == 4) {
+      const int stored = Pool().Count() < 20 ? StoreImport(Data(), Bracket(), L"import") : 1;
+      EXPECT_EQ(stored, 1);
+      return;
+    }
     Act([&] {
       const std::vector<iterator> msets = Pool().GetItrList();
       const std::vector<iterator> parts = Data().GetGeomPool().GetItrList();
@@ -302,13 +355,27 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
     });
   }
 
+  /// Nothing of the document changes, and all of it still fits together.
+  void ChangeProgram() {
+    const std::size_t what = Roll(4);
+    Say("program " + std::to_string(what));
+    if (what == 0) {
+      m_english ? m_english.reset() : static_cast<void>(m_english.emplace());
+      m_session->Manager().OnChangeLanguage();
+    }
+    if (what == 1) m_session->ChangeVariant(OneOf(kVariants).variant);
+    if (what == 2) m_kept.Check(true);
+    if (what == 3) ExpectFreshTrees();
+  }
+
+  std::optional<EnglishTexts> m_english;
   std::mt19937 m_random;
   std::uint64_t m_gestures = 1;
   std::ostringstream m_said;
 };
 
 TEST_P(RandomActs, LeaveEverythingInStep) {
-  for (int step = 0; step < 40 && !HasFailure(); ++step) Step();
+  for (int step = 0; step < kSteps && !HasFailure(); ++step) Step();
   ExpectFreshTrees();
   if (HasFailure()) ADD_FAILURE() << "sequence " << GetParam() << ":\n" << Said();
 }

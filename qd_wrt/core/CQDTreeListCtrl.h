@@ -96,7 +96,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bool IsAnySelected() const { return GetSelectedCount() != 0; }
   /// Makes the node the only selected one and brings it into sight.
   void SelectCTItem(CQDTreeItem* node);
-  /// Deselects every row, hidden ones too; tells nobody.
+  /// Deselects every row, hidden ones too. Whoever follows the selection hears of it, the host does not.
   void ResetSelection(int reserved);
   /// Called after the user changed the selection: fills the document's selection buffer and shows the properties.
   void OnSelchangAction();
@@ -106,8 +106,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void RefreshProperties();
   /// Selects exactly the rows of these records, as far as there are any; tells nobody.
   void ShowSelection(const TArray<iterator>& itrs);
-  /// Called with the selected nodes when the user has changed the selection here, after the document has heard of
-  /// it; for hosts whose trees follow each other.
+  /// Called with the selected nodes when the user or a command has changed the selection here, after the document
+  /// has heard of it; for hosts whose trees follow each other.
   void SetOnSelected(std::function<void(const std::vector<CQDTreeItem*>&)> call) {
     m_onSelected = std::move(call);
   }

@@ -26,14 +26,16 @@ int CQDTreeListCtrl::GetSelectedTreeItems(HTREEITEM row, std::vector<CQDTreeItem
 }
 
 void CQDTreeListCtrl::SelectCTItem(CQDTreeItem* node) {
-  ResetSelection(1);
+  ClearAllSelected();
   EnsureVisible(node->GetTreeItemHandle());
   SelectItem(node->GetTreeItemHandle());
   OnSelchangAction();
 }
 
 void CQDTreeListCtrl::ResetSelection(int) {
+  if (!IsAnySelected()) return;
   ClearAllSelected();
+  TellSelected();
 }
 
 void CQDTreeListCtrl::OnSelchangAction() {
@@ -84,7 +86,7 @@ void CQDTreeListCtrl::ShowSelection(const TArray<iterator>& itrs) {
 
 void CQDTreeListCtrl::SelectRows(int kind, const TArray<iterator>& itrs) {
   const Raised selecting(*this, m_selectingRows);
-  ResetSelection(1);
+  ClearAllSelected();
   HTREEITEM first;
   for (const iterator itr : itrs) {
     const CQDTreeItem* node = NodeOfRecord(kind, itr);
@@ -159,7 +161,7 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
   {
     const CGeomPrevShowHideStarter batch(m_doc != nullptr ? m_doc->GetCADSession() : nullptr);
     if (!IsSelected(row)) {
-      ResetSelection(1);
+      ClearAllSelected();
       SetRowState(row, kRowSelected, kRowSelected);
     }
     const int oldState = WhichCheck(row);
@@ -172,7 +174,7 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
       if (node->OnClickCheck(oldState) == 0) break;
     }
   }
-  ResetSelection(1);
+  ClearAllSelected();
   CQDViewBase* view = m_doc != nullptr ? m_doc->GetActiveView() : nullptr;
   if (view != nullptr) view->Redraw(0);
 }

@@ -3,7 +3,9 @@
 #include <algorithm>
 
 #include "host/CGeomPrevShowHideStarter.h"
+#include "host/CMSGFunction.h"
 #include "host/Dialogs.h"
+#include "host/MessageOutput.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGset.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
@@ -60,7 +62,9 @@ void RunTopologyCommand(CQDTreeItem& node, unsigned command) {
       static_cast<CQDTreeItemGset*>(set)->NewGeometrySet();
     } else if (command == kCommandIncludeExclude) {
       IGeomDialog::DoModeless(doc, L"CQDGeomIncludeExcludeDlg", &gset, nullptr);
-    } else if (!onGroup) {  // a group is no thing that could be deleted, and its parts must stay
+    } else if (onGroup) {  // a group is no thing that could be deleted, and its parts must stay
+      qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_WRT_GROUP_STAYS"));
+    } else {
       std::vector<CQDTreeItem*> parts = SelectedParts(*node.GetControl());
       // What stands below other selected sets and groups is shown and drawn with them, but was not chosen to go.
       if (command == kCommandDelete) {
