@@ -18,7 +18,7 @@ CWnd::~CWnd() {
 }
 
 int CWnd::Create(CWnd* parent, int id, const CRect& area, PeerKind kind) {
-  if (m_peer != nullptr || (parent != nullptr && parent->m_peer == nullptr)) return 0;
+  if (m_peer != nullptr || !IToolkit::Exists() || (parent != nullptr && parent->m_peer == nullptr)) return 0;
   m_parent = parent;
   m_id = id;
   m_place = area;

@@ -33,7 +33,7 @@ class QD_EXPORT CWnd {
   CWnd& operator=(const CWnd&) = delete;
 
   /// Creates the window inside `parent` (null: to be embedded by the host). Returns 1; 0 when it exists already,
-  /// the parent has no window, or OnCreate refuses.
+  /// there is no toolkit, the parent has no window, or OnCreate refuses.
   int Create(CWnd* parent, int id, const CRect& area, PeerKind kind = PeerKind::Surface);
   /// Destroys the window and those of its children; the objects stay. Safe to call at any time.
   void DestroyWindow();

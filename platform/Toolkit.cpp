@@ -1,16 +1,28 @@
 #include "platform/Toolkit.h"
 
-#include <cassert>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
 
 namespace qd {
 
 namespace {
+
 IToolkit* theToolkit = nullptr;
+std::thread::id theThread;
+
+/// A program that is put together wrongly is told so at once, rather than failing somewhere else later.
+[[noreturn]] void Misused(const char* how) {
+  std::fprintf(stderr, "QD_wrt: %s\n", how);
+  std::abort();
 }
 
+}  // namespace
+
 IToolkit::IToolkit() {
-  assert(theToolkit == nullptr);
+  if (theToolkit != nullptr) Misused("there is a toolkit already; a program has one at a time");
   theToolkit = this;
+  theThread = std::this_thread::get_id();
 }
 
 IToolkit::~IToolkit() {
@@ -18,7 +30,8 @@ IToolkit::~IToolkit() {
 }
 
 IToolkit& IToolkit::Instance() {
-  assert(theToolkit != nullptr);
+  if (theToolkit == nullptr) Misused("there is no toolkit; a program makes one before its first window");
+  if (std::this_thread::get_id() != theThread) Misused("called from a thread that did not make the toolkit");
   return *theToolkit;
 }
 

@@ -1,6 +1,7 @@
 // Hosts that do what nobody expects: throw, answer in the middle of a question, move nodes by hand, ask twice.
 
 #include <stdexcept>
+#include <thread>
 
 #include "qd_wrt/core/CQDTreeMenu.h"
 #include "support/Geometry.h"
@@ -129,6 +130,18 @@ TEST(Menus, ASubmenuMayGoBeforeItsMenuIsShown) {
   toolkit.AnswerMenu(7);
   EXPECT_EQ(menu.Track({1, 1}, owner), 7U);
   EXPECT_NE(toolkit.ShownMenus().back().find("seven"), std::string::npos);
+}
+
+/// In release builds, too.
+TEST(StrangeHostDeathTest, IsToldWhatIsWrongWithItsToolkit) {
+  CQDTreeListCtrl tree;
+  EXPECT_EQ(tree.Create(nullptr, 1, {0, 0, 10, 10}), 0) << "no toolkit yet";
+  EXPECT_FALSE(tree.IsCreated());
+  EXPECT_DEATH(IToolkit::Instance(), "QD_wrt: there is no toolkit");
+  HeadlessToolkit toolkit;
+  EXPECT_EQ(tree.Create(nullptr, 1, {0, 0, 10, 10}), 1);
+  EXPECT_DEATH(HeadlessToolkit(), "QD_wrt: there is a toolkit already");
+  EXPECT_DEATH(std::thread([] { IToolkit::Instance(); }).join(), "QD_wrt: called from a thread");
 }
 
 /// The buffer is emptied before it is filled; a host that answers with a request must not empty the rows, too.
