@@ -314,6 +314,66 @@ TEST_F(Meshes, DialogsWorkOnNodesElementsAndSets) {
   EXPECT_EQ(Data().Snapshot(), before);
 }
 
+TEST_F(Meshes, ADialogOnSetsFollowsTheSelection) {
+  Open(Example("bracket.inp"));
+  Select({L"PLATE"});
+  Tree().FindMeshNode(Named(L"PLATE"))->OnMenuEvent(kCommandMeshIncludeExclude);
+  auto* other = Dialog("mesh")->findChild<QComboBox*>();
+  EXPECT_EQ(other->findText("PLATE"), -1) << "excluded elements cannot go where they are";
+  EXPECT_GT(other->count(), 1);
+  Dialog("mesh")->close();
+  Tree().FindMeshNode(Named(L"PLATE"))->OnMenuEvent(kCommandMeshTranslate);
+  const auto says = [this](const QString& text) {
+    for (const QLabel* label : Dialog("mesh")->findChildren<QLabel*>()) {
+      if (label->text() == text) return true;
+    }
+    return false;
+  };
+  EXPECT_TRUE(says("Mesh sets: 1 (PLATE)"));
+  m_window->Document().Select({{Data().GetCordPool().GetDefaultCord()}});
+  EXPECT_FALSE(Dialog("mesh")->findChild<QPushButton*>("apply")->isEnabled());
+  Select({L"WEDGES", L"PLATE"});
+  EXPECT_TRUE(says("Mesh sets: 2 (WEDGES, PLATE)"));
+  const double before = Set(L"WEDGES").mesh->coordinates[0];
+  Dialog("mesh")->findChild<QPushButton*>("apply")->click();
+  EXPECT_EQ(Set(L"WEDGES").mesh->coordinates[0], before + 10);
+}
+
+/// The generator's dialog has one name; what kind of mesh it makes anew stands in the record.
+TEST_F(Meshes, AMeshIsMadeAnewAsItWasMade) {
+  Open(m_files.Make({"grid", "1"}, "grid.step"));
+  const auto mesh = [this] {
+    QDialog* dialog = Dialog("operation");
+    if (dialog == nullptr) return false;
+    dialog->findChild<QPushButton*>("apply")->click();
+    const bool done = WaitUntil([this] { return !m_window->IsWorking() && m_window->IsUpToDate(); });
+    dialog->close();
+    Wait(50);
+    return done;
+  };
+  m_window->ModelTreePane().Bar().OnMenuEventMeshRoot(&m_window->Document(), kCommandMeshMap2D);
+  ASSERT_TRUE(mesh());
+  const iterator set = Data().GetMsetPool().GetItrList().front();
+  constexpr int kQuadrangle = 3;
+  ASSERT_EQ(Data().GetMsetPool().GetAtNU(set)->mesh->blocks[0].elementType, kQuadrangle);
+  Tree().FindMeshNode(set)->OnMenuEvent(kCommandRemesh);
+  ASSERT_NE(Dialog("operation"), nullptr);
+  EXPECT_EQ(Dialog("operation")->windowTitle(), "Mapped 2-D Mesh");
+  m_window->Document().Select({{Data().GetCordPool().GetDefaultCord()}});
+  ASSERT_TRUE(mesh()) << "it works on what was meshed, whatever is selected";
+  ASSERT_EQ(Data().GetMsetPool().GetItrList().size(), 1U);
+  EXPECT_EQ(Data().GetMsetPool().GetAtNU(set)->mesh->blocks[0].elementType, kQuadrangle);
+  // A set that no generator made has nothing to be made anew by, which is said.
+  Open(Example("bracket.inp"));
+  Select({L"PLATE"});
+  m_window->Document().Select({{Named(L"PLATE")}});
+  for (QAction* action : m_window->findChildren<QAction*>()) {
+    if (action->text() == "Mesh Again…") action->trigger();
+  }
+  EXPECT_TRUE(Messages().contains("PLATE")) << Messages().toStdString();
+  EXPECT_EQ(Dialog("operation"), nullptr);
+}
+
 TEST_F(Meshes, ADropAsksWhatIsToBeDone) {
   Open(Example("bracket.inp"));
   const auto answer = [](const QStringList& presses) {

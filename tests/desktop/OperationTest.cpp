@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -200,6 +201,71 @@ TEST_F(Operations, AttachingPutsAPartOntoAnother) {
   dialog->findChild<QComboBox*>("alignment")->setCurrentIndex(1);
   Apply({});
   EXPECT_NEAR(BoundsOf(0).least[2], BoundsOf(1).greatest[2], 1e-3);
+}
+
+/// All lines of text of the open dialog.
+QString TextsOf(const QDialog& dialog) {
+  QStringList texts;
+  for (const QLabel* label : dialog.findChildren<QLabel*>()) texts << label->text();
+  return texts.join("|");
+}
+
+TEST_F(Operations, TheDialogNamesWhatItWorksOnAndFollowsTheSelection) {
+  const double start = BoundsOf(2).least[0];
+  const iterator global = Data().GetCordPool().GetDefaultCord();
+  Command(Sets(), {0, 1}, kCommandTranslate);
+  QDialog* dialog = Dialog("operation");
+  ASSERT_NE(dialog, nullptr);
+  const auto* apply = dialog->findChild<QPushButton*>("apply");
+  EXPECT_TRUE(TextsOf(*dialog).contains("Parts: 2 (Body 1, Body 2)")) << TextsOf(*dialog).toStdString();
+  Keep("operation-names", dialog);
+  m_window->Document().Select({{global}});
+  EXPECT_FALSE(apply->isEnabled());
+  EXPECT_TRUE(TextsOf(*dialog).contains("no parts to work on")) << TextsOf(*dialog).toStdString();
+  Keep("operation-nothing", dialog);
+  m_window->Document().Select({{Parts()[2]}});
+  EXPECT_TRUE(apply->isEnabled());
+  EXPECT_TRUE(TextsOf(*dialog).contains("Parts: 1 (Body 3)")) << TextsOf(*dialog).toStdString();
+  Data().Undo();  // of the import
+  EXPECT_FALSE(apply->isEnabled()) << "deleted parts";
+  Data().Redo();
+  m_window->Document().Select({{Parts()[2]}});
+  Apply({100, 0, 0});
+  EXPECT_NEAR(BoundsOf(2).least[0], start + 100, 1e-3);
+}
+
+/// What is meshed is what is said, also when nothing is selected.
+TEST_F(Operations, AMeshIsMadeOfAllThatIsShownOrOfWhatIsSelected) {
+  m_window->ModelTreePane().Bar().OnMenuEventMeshRoot(&m_window->Document(), kCommandMeshAuto3D);
+  QDialog* dialog = Dialog("operation");
+  ASSERT_NE(dialog, nullptr);
+  EXPECT_TRUE(TextsOf(*dialog).contains("All that is shown: 4 (Body 1, Body 2, Body 3, …)"))
+      << TextsOf(*dialog).toStdString();
+  m_window->Document().Select({{Data().GetCordPool().GetDefaultCord()}});
+  dialog->findChild<QPushButton*>("apply")->click();
+  EXPECT_FALSE(m_window->IsWorking());
+  m_window->Document().Select({{Parts()[3]}});
+  Apply({5});
+  EXPECT_EQ(Data().GetMsetPool().Count(), 1U);
+  EXPECT_NE(Data().GetMsetPool().GetItrByGeomItr(Parts()[3]), 0U);
+}
+
+/// A set may hold all parts that there are.
+TEST_F(Operations, AttachingASetLeavesTheTargetWhereItIs) {
+  m_window->Document().Select({{Data().GetGsetPool().GetCurrentSet()}});
+  Sets().OnMenuEvent(kCommandAttach);
+  Wait(50);
+  QDialog* dialog = Dialog("operation");
+  ASSERT_NE(dialog, nullptr);
+  auto* target = dialog->findChild<QComboBox*>("target");
+  ASSERT_EQ(target->count(), 4);
+  target->setCurrentIndex(1);
+  EXPECT_TRUE(TextsOf(*dialog).contains("Parts: 3 (Body 1, Body 3, Body 4)")) << TextsOf(*dialog).toStdString();
+  dialog->findChild<QComboBox*>("alignment")->setCurrentIndex(1);
+  const Bounds before = BoundsOf(1);
+  Apply({});
+  EXPECT_EQ(BoundsOf(1).least, before.least);
+  EXPECT_NEAR(BoundsOf(0).least[2], before.greatest[2], 1e-3);
 }
 
 TEST_F(Operations, MaterialsAreMadeAppliedAndGiveTheMass) {

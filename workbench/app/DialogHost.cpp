@@ -84,6 +84,24 @@ const OperationForm& MeshForm() {
   return kForm;
 }
 
+/// How a mesh set was made, as far as its record says.
+void FillFormOf(Database& database, iterator set, OperationForm& form) {
+  const tagTMset* record = database.GetMsetPool().GetAtNU(set);
+  const MGInfoPool& pool = database.GetMGInfoPool();
+  tagMGInfo generation;
+  if (record == nullptr || pool.GetAt(pool.GetItrByKey(record->mgInfo), generation) == 0) return;
+  constexpr int kSurfaces = 1;
+  form.dimension = generation.kind == kSurfaces ? 2 : 3;
+  form.mapped = generation.method == tagMGInfo::kMapSolid;
+  const auto find = [&generation](const char* key, auto& value) {
+    const auto option = generation.options.find(key);
+    if (option == generation.options.end()) return;
+    if (const auto* known = std::get_if<std::decay_t<decltype(value)>>(&option->second)) value = *known;
+  };
+  find("IDS_QDMESH_MESHSIZE_ST", form.amount);
+  find("IDS_HWB_MESH_HIGH_ORDER", form.secondOrder);
+}
+
 }  // namespace
 
 DialogHost::DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window)
@@ -115,20 +133,6 @@ std::vector<iterator> DialogHost::PartsOfKeys(const std::vector<iterator>& keys)
   return parts;
 }
 
-std::vector<iterator> DialogHost::PartsInView() const {
-  Database& database = m_doc.GetDatabase();
-  const auto hidden = [&](iterator part) {
-    return database.GetDataType(part) != kDataGeom ||
-           !m_doc.GetDisplay().Parts().GetLook(database.GetGeomPool().GetAtNU(part)->cadItem).shown;
-  };
-  std::vector<iterator> parts = m_doc.GetSelectBuffer();
-  std::erase_if(parts, hidden);
-  if (!parts.empty()) return parts;
-  parts = database.GetGeomPool().GetItrList();
-  std::erase_if(parts, hidden);
-  return parts;
-}
-
 // ---- what the module asks for ---------------------------------------------------------------------------
 
 void DialogHost::OpenDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
@@ -143,27 +147,32 @@ void DialogHost::SetSelectAssignedContact(CQDDocBase*, std::list<iterator>&) {
 
 void DialogHost::OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
   const auto* keys = static_cast<const std::list<iterator>*>(data);
-  Show(new OperationDialog(m_doc, m_runner, MeshForm(), PartsOfKeys({keys->begin(), keys->end()}), m_window),
+  Show(new OperationDialog(m_doc, m_runner, MeshForm(), {PartsOfKeys({keys->begin(), keys->end()})}, m_window),
        dialogClass);
 }
 
-/// The generators of surface and solid meshes, automatic or mapped as the last command says.
-void DialogHost::OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments) {
+/// The generators of surface and solid meshes, automatic or mapped as the last command says. What is made anew is
+/// made as its record says, which knows surfaces, too; the dialog's name does not.
+void DialogHost::OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments, const iterator* set) {
   const unsigned command = IQueryMenuID2Idx::Instance().GetLastCommand();
   OperationForm form = MeshForm();
   form.dimension = dialogClass == L"CQDMeshGen2DDlg" ? 2 : 3;
-  form.solidsOnly = form.dimension == 3;
   form.mapped = command == kCommandMeshMap2D || command == kCommandMeshMap3D;
+  if (arguments.remesh && set != nullptr) FillFormOf(m_doc.GetDatabase(), *set, form);
+  form.solidsOnly = form.dimension == 3;
   const char* titles[2][2] = {{"IDS_MENU_WRT_MESH_ADD_2D_AUTO", "IDS_MENU_WRT_MESH_ADD_2D_MAP"},
                               {"IDS_MENU_WRT_MESH_ADD_3D_AUTO", "IDS_MENU_WRT_MESH_ADD_3D_MAP"}};
   form.titleKey = titles[form.dimension - 2][form.mapped ? 1 : 0];
-  const std::vector<iterator> parts = arguments.remesh ? arguments.targets : PartsInView();
+  OperationParts parts;
+  parts.elseAll = !arguments.remesh;
+  parts.follows = !arguments.remesh;
+  if (arguments.remesh) parts.given = arguments.targets;
   Show(new OperationDialog(m_doc, m_runner, form, parts, m_window), dialogClass);
 }
 
-void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first, const void*) {
+void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first, const void* second) {
   if (dialogClass == L"CQDMeshGen2DDlg" || dialogClass == L"CQDMeshGen3DDlg") {
-    return OpenMeshing(dialogClass, *static_cast<const tagTMeshGUI*>(first));
+    return OpenMeshing(dialogClass, *static_cast<const tagTMeshGUI*>(first), static_cast<const iterator*>(second));
   }
   if (dialogClass == L"CQDCmdCordDlg") {
     const auto* arguments = static_cast<const tagTCordGUI*>(first);
@@ -179,7 +188,9 @@ void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first
     return Show(new IncludeExcludeDialog(m_doc, *static_cast<const iterator*>(first), m_window), dialogClass);
   }
   const auto* operands = static_cast<const tagTGeomGUI*>(first);
-  const std::vector<iterator> parts = operands != nullptr ? PartsOfKeys(operands->keys) : PartsInView();
+  OperationParts parts;
+  parts.elseAll = operands == nullptr;
+  if (operands != nullptr) parts.given = PartsOfKeys(operands->keys);
   if (dialogClass == L"CQDGeomTransformDlg") {
     const auto form = Transforms().find(IQueryMenuID2Idx::Instance().GetLastCommand());
     if (form != Transforms().end()) {

@@ -35,11 +35,10 @@ class DialogHost final : public IAppWrt, public IGeomDialog, public IQDMeshgDial
   void Open(CQDDocBase* doc, const CString& dialogClass, const void* first, const void* second) override;
 
  private:
-  void OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments);
+  /// `set` is the mesh set that is to be made anew, if any.
+  void OpenMeshing(const CString& dialogClass, const tagTMeshGUI& arguments, const iterator* set);
   void Show(QDialog* dialog, const CString& dialogClass);
   std::vector<iterator> PartsOfKeys(const std::vector<iterator>& keys) const;
-  /// The selected parts that are shown, or all that are shown.
-  std::vector<iterator> PartsInView() const;
 
   WorkDocument& m_doc;
   OperationRunner& m_runner;

@@ -14,6 +14,7 @@
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
+#include "workbench/session/WorkedOn.h"
 
 namespace qd::workbench {
 
@@ -29,7 +30,8 @@ constexpr double kDensity = 7.85e-9;
 MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent)
     : QDialog(parent),
       m_doc(doc),
-      m_parts(std::move(parts)),
+      m_given(std::move(parts)),
+      m_named(new QLabel),
       m_list(new QComboBox),
       m_name(new QLineEdit),
       m_fault(new QLabel) {
@@ -40,7 +42,9 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
   m_fault->setObjectName("fault");
   m_fault->setWordWrap(true);
   auto* layout = new QFormLayout(this);
-  layout->addRow(NewLabel("IDS_WB_PARTS", {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
+  m_named->setObjectName("parts");
+  m_named->setWordWrap(true);
+  layout->addRow(m_named);
   layout->addRow(NewLabel("IDS_WB_MATERIAL"), m_list);
   layout->addRow(NewLabel("IDS_QD_WRT_PROP_NAME"), m_name);
   m_young = AddNumbers(*layout, "IDS_WB_MATERIAL_YOUNG", {kYoung}, {Quantity::Stress, NumberLimits::Positive()});
@@ -59,7 +63,20 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
   connect(close, &QPushButton::clicked, this, &QDialog::close);
   layout->addRow(buttons);
   connect(m_list, &QComboBox::activated, this, &MaterialDialog::ShowChosen);
+  m_onSelection = doc.OnSelection([this](const Selection&) {
+    m_given.clear();
+    ShowParts();
+  });
   ListMaterials(0);
+  ShowParts();
+}
+
+/// Parts that are hidden have materials, too.
+void MaterialDialog::ShowParts() {
+  m_parts = m_given.empty() ? SelectedParts(m_doc, Reach::All).records : PartsToWorkOn(m_doc, m_given, Reach::All);
+  SetText(*m_named, m_parts.empty() ? "IDS_WB_MATERIAL_ALONE" : "IDS_WB_PARTS",
+          {QLocale().toString(static_cast<qulonglong>(m_parts.size())),
+           ToQt(NamesOf(m_doc.GetDatabase().GetGeomPool(), m_parts))});
 }
 
 iterator MaterialDialog::Chosen() const {
@@ -92,6 +109,7 @@ void MaterialDialog::ShowChosen() {
 
 void MaterialDialog::Apply() {
   Database& database = m_doc.GetDatabase();
+  ShowParts();  // some may be gone meanwhile
   iterator material = Chosen();
   tagTMaterial record;
   if (const tagTMaterial* known = database.GetMaterialPool().GetAtNU(material)) {
@@ -124,7 +142,6 @@ bool MaterialDialog::Store(iterator& material, const tagTMaterial& record) {
     return false;
   }
   for (const iterator part : m_parts) {
-    if (database.GetDataType(part) != kDataGeom) continue;  // deleted since the dialog opened
     tagTGeom changed = *database.GetGeomPool().GetAtNU(part);
     changed.material = material;
     if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return false;

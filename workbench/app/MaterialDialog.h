@@ -15,9 +15,11 @@ namespace qd::workbench {
 /// Makes and edits isotropic materials and applies them to parts.
 class MaterialDialog final : public QDialog {
  public:
+  /// Works on these parts until something else is selected, then on what is.
   MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent);
 
  private:
+  void ShowParts();
   void ListMaterials(iterator chosen);
   void ShowChosen();
   /// Stores what is entered and applies it to the parts, as one act; what was not taken stays as it was entered.
@@ -27,8 +29,11 @@ class MaterialDialog final : public QDialog {
   iterator Chosen() const;
 
   WorkDocument& m_doc;
+  std::vector<iterator> m_given;  ///< empty once something else was selected
   std::vector<iterator> m_parts;
-  QComboBox* m_list;  // all are owned by this dialog
+  Subscription m_onSelection;
+  QLabel* m_named;  // all are owned by this dialog
+  QComboBox* m_list;
   QLineEdit* m_name;
   NumberRow* m_young;
   NumberRow* m_poisson;

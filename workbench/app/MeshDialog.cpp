@@ -34,11 +34,11 @@ void MeshDialog::hideEvent(QHideEvent* event) {
   QDialog::hideEvent(event);
 }
 
-QComboBox* MeshDialog::AddSetField(const char* key, bool withDefault) {
+QComboBox* MeshDialog::AddSetField(const char* key, bool withDefault, iterator without) {
   auto* box = new QComboBox;
   box->setObjectName(key);
   m_layout->addRow(NewLabel(key), box);
-  m_sets.push_back({box, withDefault});
+  m_sets.push_back({box, withDefault, without});
   return box;
 }
 
@@ -61,6 +61,25 @@ QLineEdit* MeshDialog::AddTextField(const char* key, const char* hintKey) {
   return edit;
 }
 
+void MeshDialog::AddSetsInView() {
+  m_named = new QLabel;
+  m_named->setObjectName("sets");
+  m_named->setWordWrap(true);
+  m_layout->addRow(m_named);
+  m_onSelection = m_doc.OnSelection([this](const Selection&) { ShowSetsInView(); });
+  m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice&) { ShowSetsInView(); });
+}
+
+void MeshDialog::ShowSetsInView() {
+  if (m_named == nullptr) return;
+  m_worked = SelectedMeshSets(m_doc);
+  const char* some = m_worked.all ? "IDS_WB_ALL_SHOWN" : "IDS_WB_MESH_SETS";
+  SetText(*m_named, m_worked.records.empty() ? "IDS_WB_NO_MESH_SETS" : some,
+          {QLocale().toString(static_cast<qulonglong>(m_worked.records.size())),
+           ToQt(NamesOf(m_doc.GetDatabase().GetMsetPool(), m_worked.records))});
+  for (QWidget* button : m_buttons) button->setEnabled(!m_worked.records.empty());
+}
+
 void MeshDialog::AddInfo(std::function<void(QLabel&)> info) {
   auto* label = new QLabel;
   m_layout->addRow(label);
@@ -75,7 +94,8 @@ void MeshDialog::AddAct(const char* key, const char* name, const char* doneKey,
   m_buttons.push_back(button);
   connect(button, &QPushButton::clicked, this, [this, doneKey, act = std::move(act)] {
     ClearText(*m_outcome);
-    if (!CheckNumbers(*this)) return;
+    ShowSetsInView();  // some may be gone meanwhile
+    if ((m_named != nullptr && m_worked.records.empty()) || !CheckNumbers(*this)) return;
     const ActResult result = act(FromQt(windowTitle()));
     if (result.IsDone()) {
       SetText(*m_outcome, doneKey, {QLocale().toString(static_cast<qulonglong>(result.number))});
@@ -111,6 +131,7 @@ void MeshDialog::Update(int) {
     }
     for (const iterator itr : pool.GetItrList()) {
       if (field.box->count() > kMostListed) break;
+      if (itr == field.without) continue;
       if (!field.withDefault || itr != pool.GetDefaultMset()) {
         field.box->addItem(ToQt(pool.GetAtNU(itr)->name), QVariant::fromValue(itr));
       }
@@ -120,6 +141,7 @@ void MeshDialog::Update(int) {
     }
   }
   for (const auto& [label, info] : m_infos) info(*label);
+  ShowSetsInView();
 }
 
 iterator ChosenSet(const QComboBox& field) {

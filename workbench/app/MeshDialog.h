@@ -7,6 +7,7 @@
 #include "workbench/app/NumberField.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/MeshActs.h"
+#include "workbench/session/WorkedOn.h"
 
 class QComboBox;
 class QFormLayout;
@@ -26,12 +27,17 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   void Update(int reserved) override;
 
   // What there is to enter, from top to bottom; the fields belong to the dialog.
-  QComboBox* AddSetField(const char* key, bool withDefault);
+  /// `without` is a set that is not offered, 0 for none.
+  QComboBox* AddSetField(const char* key, bool withDefault, iterator without = 0);
   QComboBox* AddTypeField();
   QLineEdit* AddTextField(const char* key, const char* hintKey);
   NumberRow* AddNumbers(const char* key, const std::vector<double>& values, const NumberKind& kind) {
     return workbench::AddNumbers(*m_layout, key, values, kind);
   }
+  /// Acts are done to the mesh sets that are selected, or to all: a line names them, and without any there is
+  /// nothing to do.
+  void AddSetsInView();
+  const std::vector<iterator>& SetsInView() const { return m_worked.records; }
   /// A line that is made anew with every update.
   void AddInfo(std::function<void(QLabel&)> info);
   /// A button that runs an act, when all numbers are good; what came of it is shown below. `doneKey` gets the
@@ -48,13 +54,20 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   struct SetField {
     QComboBox* box;
     bool withDefault;
+    iterator without;
   };
+  void ShowSetsInView();
+
   WorkDocument& m_doc;
   QFormLayout* m_layout;
   QLabel* m_outcome;
   std::vector<SetField> m_sets;
   std::vector<std::pair<QLabel*, std::function<void(QLabel&)>>> m_infos;
   std::vector<QWidget*> m_buttons;
+  QLabel* m_named = nullptr;  // where acts are done to sets
+  WorkedOn m_worked;
+  Subscription m_onSelection;
+  Subscription m_onDisplay;
 };
 
 /// The mesh set chosen in a field, 0 for the default one.

@@ -55,7 +55,7 @@ MeshDialog* MakeIncludeExcludeDialog(WorkDocument& doc, iterator mset, QWidget* 
     SetText(label, "IDS_WB_MESH_CONTENTS", {ToQt(name), QLocale().toString(elements)});
   });
   const QLineEdit* elements = dialog->AddTextField("IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_WB_MESH_RUNS_HINT");
-  const QComboBox* other = dialog->AddSetField("IDS_WB_MESH_OTHER_SET", false);
+  const QComboBox* other = dialog->AddSetField("IDS_WB_MESH_OTHER_SET", false, mset);
   const auto move = [&doc, elements](iterator target, iterator from, const CString& title) -> ActResult {
     NumberRuns runs;
     const std::string text = elements->text().toStdString();
@@ -113,19 +113,6 @@ std::array<Point, 3> Reflection(const Point& normal) {
   return rows;
 }
 
-/// The selected mesh sets that are shown, or all that are.
-std::vector<iterator> SetsInView(WorkDocument& doc) {
-  const auto unseen = [&doc](iterator itr) {
-    return doc.GetDatabase().GetDataType(itr) != kDataMset || doc.GetDisplay().Meshes().IsMsetShown(itr) == 0;
-  };
-  std::vector<iterator> sets = doc.GetSelectBuffer();
-  std::erase_if(sets, unseen);
-  if (!sets.empty()) return sets;
-  sets = doc.GetDatabase().GetMsetPool().GetItrList();
-  std::erase_if(sets, unseen);
-  return sets;
-}
-
 MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* parent) {
   static const std::map<unsigned, const char*> kTitles{{kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"},
                                                        {kCommandMeshRotate, "IDS_QD_WRT_TRANSFORM_ROTATE"},
@@ -135,12 +122,11 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
   const auto title = kTitles.find(command);
   if (title == kTitles.end()) return nullptr;
   auto* dialog = new MeshDialog(doc, title->second, parent);
-  dialog->AddInfo([&doc](QLabel& label) {
-    SetText(label, "IDS_WB_MESH_SETS", {QLocale().toString(static_cast<qulonglong>(SetsInView(doc).size()))});
-  });
-  const auto act = [&doc, dialog](std::function<ActResult(const std::vector<iterator>&, const CString&)> work) {
-    dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_CHANGED",
-                   [&doc, work = std::move(work)](const CString& text) { return work(SetsInView(doc), text); });
+  dialog->AddSetsInView();
+  const auto act = [dialog](std::function<ActResult(const std::vector<iterator>&, const CString&)> work) {
+    dialog->AddAct(
+        "IDS_WB_APPLY", "apply", "IDS_WB_MESH_CHANGED",
+        [dialog, work = std::move(work)](const CString& text) { return work(dialog->SetsInView(), text); });
   };
   const auto transform = [&doc](const std::vector<iterator>& sets, const Transform& how, const CString& text) {
     return TransformMeshes(doc.GetDatabase(), sets, how, text);

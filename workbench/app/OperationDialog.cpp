@@ -7,8 +7,10 @@
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
+#include <QSignalBlocker>
 #include <algorithm>
 #include <limits>
+#include <set>
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
@@ -42,24 +44,27 @@ Box BoxOf(WorkDocument& doc, const std::vector<iterator>& parts) {
 }  // namespace
 
 OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form,
-                                 std::vector<iterator> parts, QWidget* parent)
-    : QDialog(parent), m_doc(doc), m_runner(runner), m_form(form), m_parts(std::move(parts)) {
+                                 OperationParts parts, QWidget* parent)
+    : QDialog(parent),
+      m_doc(doc),
+      m_runner(runner),
+      m_form(form),
+      m_source(std::move(parts)),
+      m_named(new QLabel) {
   SetTitle(*this, form.titleKey);
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("operation");
   auto* layout = new QFormLayout(this);
-  layout->addRow(NewLabel(m_parts.empty() ? "IDS_WB_NO_PARTS" : "IDS_WB_PARTS",
-                          {QLocale().toString(static_cast<qulonglong>(m_parts.size()))}));
+  m_named->setObjectName("parts");
+  m_named->setWordWrap(true);
+  layout->addRow(m_named);
   if (form.pointKey != nullptr) m_point = AddNumbers(*layout, form.pointKey, {0, 0, 0}, NumberKinds::kPoint);
   if (form.vectorKey != nullptr) m_vector = AddNumbers(*layout, form.vectorKey, form.vector, form.vectorKind);
   if (form.amountKey != nullptr) m_amount = AddNumbers(*layout, form.amountKey, {form.amount}, form.amountKind);
   if (form.target) {
     m_target = new QComboBox;
     m_target->setObjectName("target");
-    for (const iterator part : m_doc.GetDatabase().GetGeomPool().GetItrList()) {
-      if (std::find(m_parts.begin(), m_parts.end(), part) != m_parts.end()) continue;
-      m_target->addItem(ToQt(m_doc.GetDatabase().GetGeomPool().GetAtNU(part)->name), QVariant::fromValue(part));
-    }
+    connect(m_target, &QComboBox::currentIndexChanged, this, &OperationDialog::ShowParts);
     layout->addRow(NewLabel("IDS_WB_TARGET"), m_target);
   }
   if (form.alignment) {
@@ -74,26 +79,74 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
     m_secondOrder = new QCheckBox;
     SetText(*m_secondOrder, "IDS_HWB_MESH_HIGH_ORDER");
     m_secondOrder->setObjectName("second");
+    m_secondOrder->setChecked(form.secondOrder);
     layout->addRow(m_secondOrder);
   }
   auto* buttons = new QDialogButtonBox;
   m_apply = buttons->addButton(QString(), QDialogButtonBox::ApplyRole);
   SetText(*m_apply, "IDS_WB_APPLY");
   m_apply->setObjectName("apply");
-  m_apply->setEnabled(!m_parts.empty() && (m_target == nullptr || m_target->count() > 0));
   connect(m_apply, &QPushButton::clicked, this, &OperationDialog::Apply);
   QPushButton* close = buttons->addButton(QString(), QDialogButtonBox::RejectRole);
   SetText(*close, "IDS_WB_CLOSE");
   connect(close, &QPushButton::clicked, this, &QDialog::close);
-  connect(&runner, &OperationRunner::Started, this, [this] { m_apply->setEnabled(false); });
-  connect(&runner, &OperationRunner::Ended, this, [this] { m_apply->setEnabled(true); });
+  connect(&runner, &OperationRunner::Started, this, &OperationDialog::ShowParts);
+  connect(&runner, &OperationRunner::Ended, this, &OperationDialog::ShowParts);
   layout->addRow(buttons);
+  m_onSelection = doc.OnSelection([this](const Selection&) {
+    if (m_source.follows) m_source.given.clear();
+    ShowParts();
+  });
+  m_onDisplay = doc.GetDisplay().Subscribe([this](const DisplayNotice&) { ShowParts(); });
+  ListTargets();
+}
+
+iterator OperationDialog::Target() const {
+  return m_target != nullptr ? m_target->currentData().value<iterator>() : 0;
+}
+
+/// All parts, since the selection that is to be brought to one of them may be all that there is. At first it is
+/// one that is not selected.
+void OperationDialog::ListTargets() {
+  if (m_target != nullptr) {
+    constexpr int kMostListed = 10'000;  // a list longer than that helps nobody
+    const QSignalBlocker quiet(m_target);
+    const bool first = m_target->count() == 0;
+    const iterator chosen = Target();
+    const std::vector<iterator> worked =
+        m_source.given.empty() ? SelectedParts(m_doc, Reach::Shown).records : m_source.given;
+    const std::set<iterator> selected(worked.begin(), worked.end());
+    const GeomPool& pool = m_doc.GetDatabase().GetGeomPool();
+    int wanted = -1;
+    m_target->clear();
+    for (const iterator part : pool.GetItrList()) {
+      if (m_target->count() == kMostListed) break;
+      if (first ? wanted < 0 && !selected.contains(part) : part == chosen) wanted = m_target->count();
+      m_target->addItem(ToQt(pool.GetAtNU(part)->name), QVariant::fromValue(part));
+    }
+    m_target->setCurrentIndex(wanted < 0 && m_target->count() > 0 ? m_target->count() - 1 : wanted);
+  }
+  ShowParts();
+}
+
+void OperationDialog::ShowParts() {
+  const Reach reach = m_form.solidsOnly ? Reach::ShownSolids : Reach::Shown;
+  const bool given = !m_source.given.empty() || !m_source.follows;
+  m_parts = given ? WorkedOn{PartsToWorkOn(m_doc, m_source.given, reach)}
+                  : SelectedParts(m_doc, reach, m_source.elseAll);
+  std::erase(m_parts.records, Target());
+  const char* none = m_form.solidsOnly ? "IDS_WB_NO_SOLIDS" : "IDS_WB_NO_PARTS";
+  const char* some = m_parts.all ? "IDS_WB_ALL_SHOWN" : "IDS_WB_PARTS";
+  SetText(*m_named, m_parts.records.empty() ? none : some,
+          {QLocale().toString(static_cast<qulonglong>(m_parts.records.size())),
+           ToQt(NamesOf(m_doc.GetDatabase().GetGeomPool(), m_parts.records))});
+  m_apply->setEnabled(!m_runner.IsRunning() && !m_parts.records.empty() && (m_target == nullptr || Target() != 0));
 }
 
 std::array<double, 3> OperationDialog::AlignmentWay() const {
   enum Alignment { kCentres, kOnTop, kLeastCorners };
-  const Box moved = BoxOf(m_doc, m_parts);
-  const Box target = BoxOf(m_doc, {m_target->currentData().value<iterator>()});
+  const Box moved = BoxOf(m_doc, m_parts.records);
+  const Box target = BoxOf(m_doc, {Target()});
   std::array<double, 3> way{};
   for (std::size_t axis = 0; axis < way.size(); ++axis) {
     way[axis] = m_alignment->currentIndex() == kLeastCorners
@@ -105,7 +158,8 @@ std::array<double, 3> OperationDialog::AlignmentWay() const {
 }
 
 void OperationDialog::Apply() {
-  if (!CheckNumbers(*this)) return;
+  ListTargets();  // records may have changed meanwhile
+  if (!m_apply->isEnabled() || !CheckNumbers(*this)) return;
   ShapeOperation operation;
   operation.kind = m_form.kind;
   operation.dimension = m_form.dimension;
@@ -120,14 +174,10 @@ void OperationDialog::Apply() {
   if (m_alignment != nullptr) {
     store(AlignmentWay(), operation.vector);
   } else if (m_target != nullptr) {
-    const tagTGeom* target = m_doc.GetDatabase().GetGeomPool().GetAtNU(m_target->currentData().value<iterator>());
+    const tagTGeom* target = m_doc.GetDatabase().GetGeomPool().GetAtNU(Target());
     if (target != nullptr && target->shape != nullptr) operation.target = target->shape->brep;
   }
-  std::vector<iterator> parts = m_parts;
-  if (m_form.solidsOnly) {
-    std::erase_if(parts, [this](iterator part) { return m_doc.GetDatabase().GetGeomPool().IsSolid(part) == 0; });
-  }
-  m_runner.Start(std::move(operation), parts, windowTitle());
+  m_runner.Start(std::move(operation), m_parts.records, windowTitle());
 }
 
 }  // namespace qd::workbench

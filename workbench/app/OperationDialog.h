@@ -6,6 +6,7 @@
 
 #include "workbench/app/NumberField.h"
 #include "workbench/app/OperationRunner.h"
+#include "workbench/session/WorkedOn.h"
 
 class QCheckBox;
 class QComboBox;
@@ -27,31 +28,48 @@ struct OperationForm {
   bool target = false;     ///< another part takes part
   bool alignment = false;  ///< the way follows from how two boxes are brought together
   bool solidsOnly = false;
-  int dimension = 3;    ///< of a mesh
-  bool mapped = false;  ///< likewise
+  int dimension = 3;         ///< of a mesh
+  bool mapped = false;       ///< likewise
+  bool secondOrder = false;  ///< what is chosen at first
 };
 
-/// A modeless dialog that works on parts. It stays open, so that a step can be repeated.
+/// What a dialog on shapes works on when it opens, and then.
+struct OperationParts {
+  std::vector<iterator> given;  ///< at first, where the dialog was opened for them
+  bool follows = true;          ///< what is selected from then on
+  bool elseAll = false;         ///< what is selected from the start, all that is shown when nothing is
+};
+
+/// A modeless dialog that works on parts. It stays open, so that a step can be repeated, names what it works on
+/// and follows the selection.
 class OperationDialog final : public QDialog {
  public:
-  OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form,
-                  std::vector<iterator> parts, QWidget* parent);
+  OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form, OperationParts parts,
+                  QWidget* parent);
 
  private:
   void Apply();
+  void ListTargets();
+  iterator Target() const;
+  /// Finds out what there is to work on now, and says it.
+  void ShowParts();
   /// The way that brings the parts to the target as chosen.
   std::array<double, 3> AlignmentWay() const;
 
   WorkDocument& m_doc;
   OperationRunner& m_runner;
   OperationForm m_form;
-  std::vector<iterator> m_parts;
+  OperationParts m_source;
+  WorkedOn m_parts;
+  Subscription m_onSelection;
+  Subscription m_onDisplay;
   NumberRow* m_point = nullptr;  // all are owned by this dialog
   NumberRow* m_vector = nullptr;
   NumberRow* m_amount = nullptr;
   QComboBox* m_target = nullptr;
   QCheckBox* m_secondOrder = nullptr;
   QComboBox* m_alignment = nullptr;
+  QLabel* m_named = nullptr;
   QPushButton* m_apply = nullptr;
 };
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/CMSGFunction.h"
+#include "host/MessageOutput.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
 
@@ -102,7 +103,14 @@ void Session::SendToMeshSet(unsigned command) {
   const std::vector<iterator> all = m_doc.GetDatabase().GetMsetPool().GetItrList();
   CQDTreeItem* first = all.empty() ? nullptr : ModelTree().FindMeshNode(all.front());
   CQDTreeItem* node = set != selected.end() ? *set : first;
-  if (node != nullptr) node->OnMenuEvent(command);
+  if (node == nullptr) return;
+  const tagTMset* record = m_doc.GetDatabase().GetMsetPool().GetAtNU(node->GetIterator());
+  const bool byHand = record != nullptr && m_doc.GetDatabase().GetMGInfoPool().GetItrByKey(record->mgInfo) == 0;
+  if (command == kCommandRemesh && byHand) {
+    // The node has nothing to hand to the dialog and is silent about it.
+    return qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_MESH_BY_HAND"), {record->name});
+  }
+  node->OnMenuEvent(command);
 }
 
 void Session::ChangeVariant(ProductVariant variant) {
