@@ -30,6 +30,8 @@ class IAppDB {
   };
   /// All materials, in the order in which menus list them.
   virtual std::vector<Material> ListMaterials() const = 0;
+  /// The parts that name a material, oldest first.
+  virtual std::vector<iterator> GetPartsOfMaterial(iterator material) const = 0;
   /// 1 when a part is a flexible body; 0 for a rigid one and for what is no solid.
   virtual int IsFlexibleBody(iterator geom) const = 0;
   /// Sets the body type of parts inside the open transaction. Returns 1, 0 on failure.

@@ -69,11 +69,18 @@ void CQDTreeItemGeom::OnUpdate() {
   // A mesh that names no part may have been of any.
   if (remeshed.contains(0)) ChangeRenderMode();
   for (const iterator geom : remeshed) ChangeStateImage(geom);
-  if (materials.empty() && !materialTitles) return;
+  if (materialTitles) return RetitlePartsWithMaterial();
+  for (const iterator material : materials) {
+    for (const iterator geom : GetDBSession()->GetAppDB().GetPartsOfMaterial(material)) {
+      if (CQDTreeItem* child = FindChild(geom)) child->SetTitleIncludeType();
+    }
+  }
+}
+
+void CQDTreeItemGeom::RetitlePartsWithMaterial() {
   for (CQDTreeItem* child : Children()) {
     const tagTGeom* record = GetDBSession()->GetGeomPool().GetAtNU(child->GetIterator());
-    if (record == nullptr || record->material == 0) continue;
-    if (materialTitles || materials.contains(record->material)) child->SetTitleIncludeType();
+    if (record != nullptr && record->material != 0) child->SetTitleIncludeType();
   }
 }
 

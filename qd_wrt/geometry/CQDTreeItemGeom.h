@@ -50,6 +50,8 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::Follow; }
 
  private:
+  void RetitlePartsWithMaterial();
+
   int m_colourMode = 0;
   int m_titleMode = 0;
   std::shared_ptr<void> m_life = std::make_shared<char>();

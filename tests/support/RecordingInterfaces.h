@@ -201,6 +201,9 @@ class RecordingAppDB final : public Recording<IAppDB> {
  public:
   using Recording::Recording;
   std::vector<Material> ListMaterials() const override { return Ask(&IAppDB::ListMaterials); }
+  std::vector<iterator> GetPartsOfMaterial(iterator material) const override {
+    return Ask(&IAppDB::GetPartsOfMaterial, material);
+  }
   int IsFlexibleBody(iterator geom) const override { return Ask(&IAppDB::IsFlexibleBody, geom); }
   int SetBodyType(const std::vector<iterator>& geoms, int flexible) override {
     return Act(&IAppDB::SetBodyType, "SetBodyType", geoms, flexible);

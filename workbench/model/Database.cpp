@@ -53,6 +53,12 @@ std::vector<IAppDB::Material> Database::ListMaterials() const {
   return list;
 }
 
+std::vector<iterator> Database::GetPartsOfMaterial(iterator material) const {
+  std::vector<iterator> parts;
+  m_references.AppendHolders(material, kDataGeom, parts);
+  return parts;
+}
+
 int Database::IsFlexibleBody(iterator geom) const {
   const tagTGeom* record = m_geoms.GetAtNU(geom);
   return record != nullptr && record->kind == TopologyKind::Solid && record->flexible ? 1 : 0;

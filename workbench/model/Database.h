@@ -66,6 +66,7 @@ class Database final : public CQDDBSession, public IAppDB, private IJournalKeepe
   IAppDB& GetAppDB() override { return *this; }
 
   std::vector<Material> ListMaterials() const override;
+  std::vector<iterator> GetPartsOfMaterial(iterator material) const override;
   int IsFlexibleBody(iterator geom) const override;
   int SetBodyType(const std::vector<iterator>& geoms, int flexible) override;
   int GetProperty(iterator itr, Property& property) const override;

@@ -1,6 +1,7 @@
 #include "workbench/tree/DocumentNode.h"
 
 #include <array>
+#include <utility>
 
 #include "qd_wrt/coords/CQDTreeItemCord.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
@@ -41,7 +42,7 @@ int DocumentNode::MakeChildItems() {
   m_geometry = new CQDTreeItemGeom(GetControl(), this);
   m_geometry->MakeItem(kInsertLast);
   m_geometry->Expand(1);
-  FollowMaterials();
+  MakeMaterials();
   m_meshes = new CQDTreeItemMesh(GetControl(), this);
   m_meshes->MakeItem(kInsertLast);
   m_meshes->Expand(1);
@@ -53,24 +54,17 @@ void DocumentNode::RegisterReceiveDataType() {
 }
 
 void DocumentNode::OnUpdate() {
-  const bool stood = m_materials != nullptr;
-  FollowMaterials();
-  if (!stood || m_materials == nullptr) return;
+  if (m_materials == nullptr) return MakeMaterials();
   for (const tagTRNotify& change : PendingRecords()) m_materials->PushUpdateInfo(change);
   m_materials->Update();
+  if (m_materials->GetChildCount() == 0) DeleteChild(std::exchange(m_materials, nullptr));
 }
 
-void DocumentNode::FollowMaterials() {
-  const bool any = GetDBSession() != nullptr && !GetDBSession()->GetMaterialPool().GetItrList().empty();
-  if (any == (m_materials != nullptr)) return;
-  if (any) {
-    m_materials = new MaterialBranch(GetControl(), this);
-    m_materials->MakeItem(m_geometry->GetTreeItemHandle());  // meshes stay last
-    m_materials->Expand(1);
-  } else {
-    DeleteChild(m_materials);
-    m_materials = nullptr;
-  }
+void DocumentNode::MakeMaterials() {
+  if (GetDBSession() == nullptr || GetDBSession()->GetMaterialPool().GetItrList().empty()) return;
+  m_materials = new MaterialBranch(GetControl(), this);
+  m_materials->MakeItem(m_geometry->GetTreeItemHandle());  // meshes stay last
+  m_materials->Expand(1);
 }
 
 CQDTreeGeomRoot* DocumentNode::Parts() const {

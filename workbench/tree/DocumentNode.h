@@ -39,7 +39,8 @@ class DocumentNode final : public CQDTreeItem {
 
  private:
   CQDTreeGeomRoot* Parts() const;
-  void FollowMaterials();
+  /// The branch of materials, if there are any.
+  void MakeMaterials();
 
   int m_treeType;
   CQDTreeItemCord* m_coordinates = nullptr;  // a child; null in trees without this branch
