@@ -213,15 +213,43 @@ TEST_F(MeshRows, ABoxSwitchesByRecordAndAgainFromEachSetThatHoldsOthers) {
   const iterator a = AddMset(L"A");
   AddMset(L"C", AddMset(L"B", a));
   AddMset(L"E", a);
+  const auto order = [this] {
+    std::string sets;
+    std::istringstream heard(Heard());
+    for (std::string call; std::getline(heard, call);) {
+      if (call.starts_with("meshes.ShowHideMset")) sets += call.at(call.find('(') + 1);
+    }
+    return sets;
+  };
   Heard();
   Node(L"A")->OnClickCheck(kChecked);
   EXPECT_EQ(Sets(), "-A [-B [-C] -E]");
-  std::string order;
-  std::istringstream heard(Heard());
-  for (std::string call; std::getline(heard, call);) {
-    if (call.starts_with("meshes.ShowHideMset")) order += call.at(call.find('(') + 1);
+  EXPECT_EQ(order(), "ABCCE");
+  Node(kMeshRoot)->CheckOnlyInChild(Node(L"E"), kUnchecked, 1);  // each set below, with what is nested in it
+  EXPECT_EQ(Sets(), "A [B [C] -E]");
+  EXPECT_EQ(order(), "ABCCEBCCE");
+}
+
+TEST_F(MeshRows, OneSetAloneIsCheckedOrNotWithWhatIsNestedInIt) {
+  constexpr int kDepth = 14;
+  std::vector<iterator> chain;
+  std::vector<iterator> beside;
+  Act([&] {
+    for (int level = 0; level < kDepth; ++level) {
+      chain.push_back(PutMset(L"s" + std::to_wstring(level), level != 0 ? chain.back() : 0, 0));
+      beside.push_back(PutMset(L"t" + std::to_wstring(level), chain.back(), 0));
+    }
+  });
+  for (const std::size_t one : {0U, 2U, 7U, 8U, 11U, 13U}) {
+    for (const int state : {kChecked, kUnchecked}) {
+      Node(kMeshRoot)->CheckOnlyInChild(Tree().FindMeshNode(chain[one]), state, 1);
+      for (std::size_t level = 0; level < kDepth; ++level) {
+        const bool shown = (level >= one) == (state == kChecked);
+        EXPECT_EQ(IsShown(chain[level]), shown) << one << " " << level;
+        EXPECT_EQ(IsShown(beside[level]), shown) << one << " " << level;
+      }
+    }
   }
-  EXPECT_EQ(order, "ABCCE");
 }
 
 /// Each walk redraws at its end and the walks repeat: twice as often with every level, down to the eighth.

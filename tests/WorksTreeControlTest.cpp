@@ -407,7 +407,7 @@ TEST_F(WorksTree, ChildrenKeepTheirOrderWhateverGoes) {
     }
     ASSERT_EQ(root->GetChildCount(), static_cast<int>(expected.size())) << step;
     ASSERT_EQ(root->Children(), expected) << step;
-    if (step % 7 != 0 || expected.empty()) continue;
+    if (step % (step % 400 < 200 ? 7 : 1) != 0 || expected.empty()) continue;
     const auto index = static_cast<int>(random() % expected.size());
     ASSERT_EQ(root->GetChild(index), expected[static_cast<std::size_t>(index)]) << step;
     ASSERT_EQ(root->GetChild(static_cast<int>(expected.size())), nullptr);

@@ -48,6 +48,7 @@ class Parts final : public ModelWorld {
         m_tree(tree),
         m_shape(shape) {
     m_firstSet = Data().GetGsetPool().GetItrList().front();
+    m_firstMaterial = Data().GetMaterialPool().GetItrList().front();
     m_lastMaterial = Data().GetMaterialPool().GetItrList().back();
     Begin();
   }
@@ -133,10 +134,9 @@ class Parts final : public ModelWorld {
         [this] { Data().Undo(); }));
     cases.push_back(Change("change_a_material_of_one", Growth::Constant, [this] {
       Model().Act([this] {
-        const iterator material = Data().GetMaterialPool().GetItrList().front();
-        tagTMaterial record = *Data().GetMaterialPool().GetAtNU(material);
+        tagTMaterial record = *Data().GetMaterialPool().GetAtNU(m_firstMaterial);
         record.colour = 0x112233;
-        Data().GetMaterialPool().Change(material, record);
+        Data().GetMaterialPool().Change(m_firstMaterial, record);
       });
     }));
     cases.push_back(Change("give_one_a_material", Growth::Constant, [this] {
@@ -252,6 +252,7 @@ class Parts final : public ModelWorld {
   long m_tree;
   Shape m_shape;
   iterator m_firstSet = 0;
+  iterator m_firstMaterial = 0;
   iterator m_lastMaterial = 0;
 };
 

@@ -73,6 +73,7 @@ class Meshes final : public ModelWorld {
   bool Delete(const std::vector<iterator>& itrs) override { return Pool().TR_Del(itrs) != 0; }
   CQDTreeItem& Branch() override { return bench::BranchOf<CQDTreeItemMesh>(Model().Tree()); }
   CQDTreeItem* NodeOf(iterator itr) override { return Model().Tree().FindMeshNode(itr); }
+  bool IsChain() const override { return m_shape == Shape::Chain; }
   bool IsShown(iterator itr) { return Model().Display().Meshes().IsMsetShown(itr) != 0; }
 
   void AddOwnCases(std::vector<Case>& cases) override {
@@ -116,8 +117,10 @@ class Meshes final : public ModelWorld {
           }));
     }
     for (const unsigned number : {kCommandHideMesh, kCommandMeshWireframe, kCommandNodeIds}) {
+      // How meshes are drawn is the business of the branch, which stands above all.
+      const bool ofTheBranch = IsChain() && number == kCommandMeshWireframe;
       cases.push_back(Change(
-          "command_of_last_selected_" + std::to_string(number), Growth::Constant,
+          "command_of_last_selected_" + std::to_string(number), ofTheBranch ? Growth::Linear : Growth::Constant,
           [this, number] { Tree().OnMenuEvent(number); }, [this] { SelectRows({All().back()}); }));
     }
     cases.push_back({"delete_first_and_undo", Growth::NLogN, [this](Meter& meter) {

@@ -288,7 +288,7 @@ void ModelWorld::AddSelection(std::vector<Case>& cases) {
                      return m_model.GetScreen().MenusShown() == before + 1;
                    }});
   cases.push_back(Change(
-      "click_box_of_one", Growth::Constant,
+      "click_box_of_one", IsChain() ? Growth::Linear : Growth::Constant,
       [this] { NodeOf(Middle())->OnClickCheck(NodeOf(Middle())->GetCheckStatus()); },
       [this] { SelectRows({Middle()}); }));
   cases.push_back(Act(
@@ -316,7 +316,8 @@ void ModelWorld::AddSelection(std::vector<Case>& cases) {
 // ---- nodes ----------------------------------------------------------------------------------------------
 
 void ModelWorld::AddNodes(std::vector<Case>& cases) {
-  cases.push_back({"find_and_ask_nodes", Growth::Constant,
+  // A node without a type of its own has that of the nearest node above that has one.
+  cases.push_back({"find_and_ask_nodes", IsChain() ? Growth::Linear : Growth::Constant,
                    [this](Meter& meter) {
                      std::size_t found = 0;
                      meter([&] {
@@ -363,8 +364,9 @@ void ModelWorld::AddNodes(std::vector<Case>& cases) {
       }));
   cases.push_back({"only_one_checked", Growth::NLogN, [this](Meter& meter) {
                      meter([&] { Branch().CheckOnlyInChild(NodeOf(Middle()), kChecked, 1); });
+                     // The last record may be nested in the middle one, and is switched with it.
                      return NodeOf(Middle())->GetCheckStatus() == kChecked &&
-                            NodeOf(m_all.back())->GetCheckStatus() == kUnchecked;
+                            NodeOf(m_all.front())->GetCheckStatus() == kUnchecked;
                    }});
   cases.push_back(ThereAndBack(
       "select_branch_and_clear", [this] { Branch().Select(1); },

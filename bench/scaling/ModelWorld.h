@@ -36,6 +36,9 @@ class ModelWorld : public World {
   /// The branch that holds the records, or the roots of them.
   virtual CQDTreeItem& Branch() = 0;
   virtual CQDTreeItem* NodeOf(iterator itr) = 0;
+  /// Whether half of the records stand above the middle one, each below another, and half below it. What asks all
+  /// above, or switches all below, may grow with them.
+  virtual bool IsChain() const { return false; }
   /// Whether the host selects such records.
   virtual bool IsPicked() const { return true; }
   /// Operations that only this kind has.

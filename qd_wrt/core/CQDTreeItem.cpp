@@ -33,9 +33,10 @@ int CQDTreeItem::GetChildCount() const {
 }
 
 void CQDTreeItem::AppendChild(CQDTreeItem* child) {
-  ChildList& children = NeedExtras().children;
-  child->m_slot = static_cast<std::uint32_t>(children.size());
-  children.push_back(child);
+  Extras& extras = NeedExtras();
+  child->m_slot = static_cast<std::uint32_t>(extras.children.size());
+  extras.children.push_back(child);
+  if (!extras.counts.IsOff()) extras.counts.Append(true);
 }
 
 /// Takes a child out in O(1): its place stays empty until enough have gathered.
@@ -44,13 +45,16 @@ bool CQDTreeItem::TakeOut(CQDTreeItem* child) {
   Extras& extras = *m_extras;
   if (child->m_slot + 1 == extras.children.size()) {
     extras.children.pop_back();
+    extras.counts.PopBack();
     while (!extras.children.empty() && extras.children.back() == nullptr) {
       extras.children.pop_back();
+      extras.counts.PopBack();
       --extras.holes;
     }
     return true;
   }
   extras.children[child->m_slot] = nullptr;
+  extras.counts.Empty(child->m_slot);
   if (++extras.holes > extras.children.size() / 2) CloseHoles();
   return true;
 }
@@ -60,12 +64,19 @@ void CQDTreeItem::CloseHoles() {
   ChildList& children = m_extras->children;
   std::erase(children, nullptr);
   m_extras->holes = 0;
+  m_extras->counts.Clear();
   for (std::uint32_t slot = 0; slot < children.size(); ++slot) children[slot]->m_slot = slot;
 }
 
 CQDTreeItem* CQDTreeItem::GetChild(int index) {
-  CloseHoles();
-  return index >= 0 && index < GetChildCount() ? ChildPlaces()[static_cast<std::size_t>(index)] : nullptr;
+  if (index < 0 || index >= GetChildCount()) return nullptr;
+  auto place = static_cast<std::size_t>(index);
+  if (m_extras->holes != 0) {
+    // To close the holes here would renumber all children for each one that leaves between two questions.
+    if (m_extras->counts.IsOff()) m_extras->counts.Count(m_extras->children);
+    place = m_extras->counts.PlaceOf(place);
+  }
+  return m_extras->children[place];
 }
 
 std::vector<CQDTreeItem*> CQDTreeItem::Children() const {
@@ -283,10 +294,10 @@ void CQDTreeItem::GetChecked() {
   constexpr std::uint16_t kPair = 13;
   constexpr std::uint16_t kLoad = 14;
   constexpr std::uint16_t kBoundary = 15;
-  const auto collect = [doc](const CQDTreeItem* node) {
+  const auto collect = [doc](const CQDTreeItem* node, std::uint16_t type) {
     const iterator itr = node->GetIterator();
     if (node->GetCheckStatus() != kChecked || itr == 0 || node->IsRoot()) return;
-    switch (node->GetTreeItemType()) {
+    switch (type) {
       case kMset:
         return doc->AddCheckedMset(itr);
       case kPair:
@@ -300,17 +311,20 @@ void CQDTreeItem::GetChecked() {
     }
   };
   // Children before their parent, without recursion: the mirrored walk from the front, read from the back.
-  std::vector<const CQDTreeItem*> stack{this};
-  std::vector<const CQDTreeItem*> mirrored;
+  // Each comes with its effective type, for which it would have to ask all nodes above it.
+  using Typed = std::pair<const CQDTreeItem*, std::uint16_t>;
+  std::vector<Typed> stack{{this, GetTreeItemType()}};
+  std::vector<Typed> mirrored;
   while (!stack.empty()) {
-    const CQDTreeItem* node = stack.back();
+    const auto [node, type] = stack.back();
     stack.pop_back();
-    mirrored.push_back(node);
+    mirrored.emplace_back(node, type);
     for (const CQDTreeItem* child : node->ChildPlaces()) {
-      if (child != nullptr) stack.push_back(child);
+      if (child != nullptr) stack.emplace_back(child, child->m_treeItemType != 0 ? child->m_treeItemType : type);
     }
   }
-  std::for_each(mirrored.rbegin(), mirrored.rend(), collect);
+  std::for_each(mirrored.rbegin(), mirrored.rend(),
+                [&collect](const Typed& typed) { collect(typed.first, typed.second); });
 }
 
 void CQDTreeItem::SetMeshShowHide(iterator itr, int show) {

@@ -14,6 +14,7 @@
 #include "platform/Types.h"
 #include "platform/tree/RowTree.h"
 #include "qd_wrt/core/PendingUpdates.h"
+#include "qd_wrt/core/PlaceCounts.h"
 
 namespace qd {
 
@@ -303,6 +304,7 @@ class QD_EXPORT CQDTreeItem {
   struct Extras {
     ChildList children;       // owned; null where a child has left
     std::uint32_t holes = 0;  // the nulls among them; closed now and then
+    PlaceCounts counts;       // of the places; only while there are holes and a child was asked for by its index
     std::list<unsigned short> dataTypes;
     std::vector<std::uint16_t> dragTypes;
     PendingUpdates pending;

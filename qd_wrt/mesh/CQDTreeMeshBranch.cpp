@@ -7,6 +7,7 @@
 #include "host/CTransaction.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
+#include "qd_wrt/mesh/MsetSwitch.h"
 
 namespace qd {
 
@@ -130,6 +131,31 @@ void CQDTreeMeshBranch::OnUpdate() {
     if (branch != nullptr) branch->MakeChildItem(change.itr);
   }
   looks.Restore();
+}
+
+// ---- visibility -----------------------------------------------------------------------------------------
+
+void CQDTreeMeshBranch::CheckOnlyInChild(CQDTreeItem* except, int state, int recurse) {
+  if (recurse == 0) return CQDTreeBranch::CheckOnlyInChild(except, state, 0);
+  MsetSwitch others(state);
+  std::vector<CQDTreeItem*> waiting;
+  const auto goBelow = [&waiting](const CQDTreeItem& node) {
+    const std::vector<CQDTreeItem*> below = node.Children();
+    waiting.insert(waiting.end(), below.rbegin(), below.rend());
+  };
+  const CQDTreeListCtrl::Handler handler(*GetControl());  // a host may delete nodes when it hears of a box
+  goBelow(*this);
+  while (!waiting.empty()) {
+    CQDTreeItem* node = waiting.back();
+    waiting.pop_back();
+    if (node->IsDetached()) continue;
+    if (node == except) {
+      node->OnClickCheck(state != kChecked ? kChecked : kUnchecked);
+      continue;
+    }
+    others.Switch(static_cast<CQDTreeItemMeshData&>(*node));
+    if (!node->IsDetached()) goBelow(*node);
+  }
 }
 
 // ---- shared by the commands -----------------------------------------------------------------------------

@@ -21,6 +21,8 @@ class QD_EXPORT CQDTreeMeshBranch : public CQDTreeBranch {
   /// first, then those that came are made: the other way round a set could stand twice or not at all. What is
   /// made anew keeps its place in the selection and whether it was expanded.
   void OnUpdate() override;
+  /// A set takes what is nested in it along, so with `recurse` deep ones are switched once for all above them.
+  void CheckOnlyInChild(CQDTreeItem* except, int state, int recurse) override;
   /// Appends every mesh-set node below this one, each before its own; siblings in order of their records.
   void GetChildItemMset(std::vector<CQDTreeItem*>& nodes) const;
 
