@@ -120,9 +120,9 @@ enum class PeerKind {
 enum class Metric { ScrollBarWidth, ScrollBarHeight, DragWidth, DragHeight };
 enum class SystemColour { Window, WindowText, Highlight, HighlightText, ButtonFace, ButtonText, Shadow };
 
-/// A window system. One exists at a time; it must outlive every window made with it, and all of it is used from the
-/// thread that made it. A second one, or a use without one or from another thread, ends the program with a sentence
-/// on standard error.
+/// A window system. One exists at a time; it must outlive every window made with it, and all of it is used from
+/// the thread that made it. A second one, or a use without one or from another thread, ends the program with a
+/// sentence on standard error.
 class QD_EXPORT IToolkit {
  public:
   IToolkit(const IToolkit&) = delete;
