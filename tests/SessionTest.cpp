@@ -262,6 +262,23 @@ TEST_F(SessionTest, WhatIsGoneIsNotSelectedAnyMore) {
   EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_c});
 }
 
+/// What only stands selected in a closed branch is deselected too, and everybody hears of it.
+TEST_F(SessionTest, AResetReachesRowsInClosedBranches) {
+  Click(L"inner");
+  Node(kMeshRoot)->Expand(0);
+  ASSERT_FALSE(m_doc.GetSelection().IsEmpty());
+  Tree().ResetSelection(1);
+  EXPECT_TRUE(m_doc.GetSelection().IsEmpty());
+  EXPECT_EQ(Tree().GetSelectedRowCount(), 0U);
+  // A node that selects a row itself leaves no moment in which nothing is selected.
+  int empty = 0;
+  const Subscription heard = m_doc.OnSelection([&empty](const Selection& now) { empty += now.IsEmpty() ? 1 : 0; });
+  Node(kMeshRoot)->Expand(1);
+  Click(L"outer");
+  Node(L"outer")->Select(Row(L"inner"));
+  EXPECT_EQ(empty, 0);
+}
+
 /// The row of the set that new parts go to is bold, whatever makes it the current one; the fixture looks at it.
 TEST_F(SessionTest, TheCurrentSetIsMarked) {
   Show(kGeometrySetTree);

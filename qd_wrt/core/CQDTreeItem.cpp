@@ -219,13 +219,15 @@ void CQDTreeItem::UnSelect(int recurse) {
 }
 
 void CQDTreeItem::Select(HTREEITEM row) {
-  m_control->ResetSelection(1);
+  m_control->ClearAllSelected();
   m_control->SetItemState(row, kRowSelected, kRowSelected);
   if (m_control->GetFocusedItem() != row) m_control->SetItemState(row, kRowFocused, kRowFocused);
 }
 
 void CQDTreeItem::ResetSelection(int clearBuffer) {
+  const std::weak_ptr<void> life = m_control->Life();  // whoever hears of this may close the pane
   m_control->ResetSelection(1);
+  if (life.expired()) return;
   CQDDocBase* doc = GetDocument();
   if (doc != nullptr && clearBuffer != 0 && doc->IsSelecting() == 0) doc->ClearSelectBuffer(1);
 }

@@ -96,7 +96,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bool IsAnySelected() const { return GetSelectedCount() != 0; }
   /// Makes the node the only selected one and brings it into sight.
   void SelectCTItem(CQDTreeItem* node);
-  /// Deselects every row, hidden ones too. Whoever follows the selection hears of it, the host does not.
+  /// Deselects every row, hidden ones too. Whoever follows the selection (SetOnSelected) hears of it; the
+  /// document's buffer and the page stay as they are.
   void ResetSelection(int reserved);
   /// Called after the user changed the selection: fills the document's selection buffer and shows the properties.
   void OnSelchangAction();
@@ -239,6 +240,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   bool m_menuArmed = true;
   bool m_selectingRows = false;  // rows follow the host's selection, not the other way round
   bool m_fillingBuffer = false;  // the host's selection follows the rows
+  bool m_switchingBoxes = false;
   std::function<void(const std::vector<CQDTreeItem*>&)> m_onSelected;
 
   bool m_dragging = false;

@@ -33,9 +33,9 @@ void CQDTreeListCtrl::SelectCTItem(CQDTreeItem* node) {
 }
 
 void CQDTreeListCtrl::ResetSelection(int) {
-  if (!IsAnySelected()) return;
+  if (GetSelectedRowCount() == 0) return;
   ClearAllSelected();
-  TellSelected();
+  if (!m_switchingBoxes) TellSelected();
 }
 
 void CQDTreeListCtrl::OnSelchangAction() {
@@ -159,6 +159,7 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
   EndEditors();
   if (clicked->IsDetached()) return;
   {
+    const Raised switching(*this, m_switchingBoxes);  // what is selected is told when all are switched
     const CGeomPrevShowHideStarter batch(m_doc != nullptr ? m_doc->GetCADSession() : nullptr);
     if (!IsSelected(row)) {
       ClearAllSelected();

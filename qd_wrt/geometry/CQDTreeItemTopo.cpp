@@ -112,13 +112,13 @@ bool CQDTreeItemTopo::RunOwn(unsigned command, const std::vector<CQDTreeItem*>& 
   }
 }
 
-/// Without naming a set beside the new one, unlike the command of a set.
 void CQDTreeItemTopo::SetGeomRenderMode(const TArray<iterator>& itrs) {
   for (const iterator itr : itrs) {
     if (CQDTreeItem* part = NodeOfRecord(itr)) part->RefreshImage();
   }
 }
 
+/// Without naming a set beside the new one, unlike the command of a set.
 void CQDTreeItemTopo::NewGeometrySet() {
   tagTGset record;
   record.name = GetDBSession()->GetGsetPool().GetNewCopyName(CMSGFunction::GetValue("IDS_QD_WRT_GEOMSET"));

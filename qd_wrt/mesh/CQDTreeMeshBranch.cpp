@@ -153,7 +153,11 @@ void CQDTreeMeshBranch::CheckOnlyInChild(CQDTreeItem* except, int state, int rec
       node->OnClickCheck(state != kChecked ? kChecked : kUnchecked);
       continue;
     }
-    others.Switch(static_cast<CQDTreeItemMeshData&>(*node));
+    if (auto* set = dynamic_cast<CQDTreeItemMeshData*>(node)) {
+      others.Switch(*set);
+    } else {
+      node->OnClickCheck(state);  // a host's own row
+    }
     if (!node->IsDetached()) goBelow(*node);
   }
 }

@@ -141,6 +141,12 @@ std::array<double, 3> NumberRow::Point() const {
 
 void NumberRow::SetPoint(const std::array<double, 3>& point) {
   for (std::size_t axis = 0; axis < point.size(); ++axis) m_fields[axis]->SetValue(point[axis]);
+  OnEdited();
+}
+
+void NumberRow::SetValue(double value) {
+  m_fields.front()->SetValue(value);
+  OnEdited();
 }
 
 NumberField* NumberRow::Check() {

@@ -75,7 +75,7 @@ class NumberRow final : public QWidget {
   double Value() const { return m_fields.front()->Value(); }
   std::array<double, 3> Point() const;
   void SetPoint(const std::array<double, 3>& point);
-  void SetValue(double value) { m_fields.front()->SetValue(value); }
+  void SetValue(double value);
   /// Tells what is wrong, if anything. The field to go on with, null when all is good.
   NumberField* Check();
   /// Shows numbers, unit and what is told in the language and units of now.

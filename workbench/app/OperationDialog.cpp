@@ -124,7 +124,8 @@ void OperationDialog::ListTargets() {
       if (first ? wanted < 0 && !selected.contains(part) : part == chosen) wanted = m_target->count();
       m_target->addItem(ToQt(pool.GetAtNU(part)->name), QVariant::fromValue(part));
     }
-    m_target->setCurrentIndex(wanted < 0 && m_target->count() > 0 ? m_target->count() - 1 : wanted);
+    // A target that is gone is none; another one was not chosen.
+    m_target->setCurrentIndex(wanted < 0 && first && m_target->count() > 0 ? m_target->count() - 1 : wanted);
   }
   ShowParts();
 }

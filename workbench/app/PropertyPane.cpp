@@ -165,7 +165,7 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
         if (page != Page()) return;
         row.value = FromQt(box->currentText());
         Page()->OnSelChangeComboBox(&row);
-        Tell(row);
+        if (page == Page()) Tell(row);
       });
       return box;
     }

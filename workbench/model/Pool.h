@@ -132,8 +132,15 @@ class Pool : public Interface, public IPoolStore {
   /// The oldest record that is wanted, 0 for none.
   template <typename Wanted>
   iterator FirstThat(const Wanted& wanted) const {
-    for (; m_first < m_places && Live(ItrOf(m_first)) == nullptr; ++m_first) continue;
+    while (m_first < m_places && Live(ItrOf(m_first)) == nullptr) {
+      m_first += m_pages[m_first / kPage] == nullptr ? kPage - m_first % kPage : 1;
+    }
+    m_first = std::min(m_first, m_places);
     for (std::size_t i = m_first; i < m_places; ++i) {
+      if (m_pages[i / kPage] == nullptr) {
+        i += kPage - 1 - i % kPage;  // a document may hold few records with large numbers
+        continue;
+      }
       const iterator itr = ItrOf(i);
       if (Live(itr) != nullptr && wanted(itr)) return itr;
     }

@@ -217,8 +217,9 @@ void PropertyPane::CloseEditor(bool keep) {
   // A text that the box cannot hold as it is has not been changed when it looks the same.
   if (!keep || text == row.value.substr(0, row.value.find(L'\0'))) return;
   row.value = text;
+  const IPropertySet* page = Page();
   if (row.kind == CBCGPProp::Kind::Options) Page()->OnSelChangeComboBox(&row);
-  Tell(row);
+  if (page == Page()) Tell(row);
 }
 
 void PropertyPane::PickColour(CBCGPProp& row) {
