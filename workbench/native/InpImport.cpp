@@ -59,6 +59,8 @@ void InpImport::Read() {
 
 std::optional<InpImport::Result> InpImport::TakeResult() {
   const std::lock_guard lock(m_mutex);
+  // Who cancelled when the file was read to its end, but not stored yet, has cancelled.
+  if (m_result.has_value() && m_cancelled) m_result->model.reset();
   return std::exchange(m_result, std::nullopt);
 }
 
