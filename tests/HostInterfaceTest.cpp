@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <filesystem>
 
 #include "host/CMSGFunction.h"
 #include "platform/ExtensionLibrary.h"
