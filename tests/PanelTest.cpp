@@ -1,5 +1,7 @@
 // The panel: where its parts stand, its scroll bar, columns and tip, what it tells the window around it.
 
+#include <random>
+
 #include "host/CMSGFunction.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "qd_wrt/panel/PaneLayout.h"

@@ -1,6 +1,7 @@
 // What stands behind a window of a document: both trees in step, the window's own commands, what of the display
 // can be undone, and the page of kept decks.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "support/EnglishTexts.h"
