@@ -142,6 +142,7 @@ TEST(StrangeHostDeathTest, IsToldWhatIsWrongWithItsToolkit) {
   EXPECT_EQ(tree.Create(nullptr, 1, {0, 0, 10, 10}), 1);
   EXPECT_DEATH(HeadlessToolkit(), "QD_wrt: there is a toolkit already");
   EXPECT_DEATH(std::thread([] { IToolkit::Instance(); }).join(), "QD_wrt: called from a thread");
+  tree.DestroyWindow();  // before its toolkit goes
 }
 
 /// The buffer is emptied before it is filled; a host that answers with a request must not empty the rows, too.
