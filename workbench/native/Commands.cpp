@@ -93,7 +93,8 @@ HMENU MakeMenuBar(const NativeMessages& messages) {
 void RefreshMenuBar(HMENU bar, const Session& session) {
   constexpr std::size_t kLongestDetail = 60;
   for (const WindowCommand& command : WindowCommands()) {
-    if (!IsHere(command) || command.number == 0) continue;
+    const bool choices = command.number == kLanguageMenu || command.number == kVariantMenu;
+    if (!IsHere(command) || command.number == 0 || choices) continue;
     CString label = LabelOf(command);
     if (command.detail != nullptr) {
       const CString detail = WithoutMark(command.detail(session).substr(0, kLongestDetail));
@@ -104,8 +105,7 @@ void RefreshMenuBar(HMENU bar, const Session& session) {
     item.fMask = MIIM_STRING | MIIM_STATE;
     item.fState = IsPossible(command, session) ? MFS_ENABLED : MFS_GRAYED;
     item.dwTypeData = label.data();
-    if (command.number != kLanguageMenu && command.number != kVariantMenu)
-      SetMenuItemInfoW(bar, command.number, FALSE, &item);
+    SetMenuItemInfoW(bar, command.number, FALSE, &item);
   }
 }
 

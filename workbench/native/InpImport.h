@@ -22,7 +22,6 @@ class InpImport {
 
   const std::filesystem::path& Path() const { return m_path; }
   void Cancel() { m_cancelled = true; }
-  bool IsCancelled() const { return m_cancelled; }
   int Thousandths() const { return m_thousandths; }
 
   /// How it ended: with a model, with an error, or, cancelled, with neither.

@@ -42,7 +42,7 @@ struct CommandKeys {
   int letter = 0;  ///< a capital letter, a digit, or kKeyDelete
 };
 
-/// One command of a window. All tables, menus and keys are made from it.
+/// One command of a window. All menu bars and keys are made from it.
 struct WindowCommand {
   enum class Windows { All, Desktop, Native };
   unsigned number = 0;         ///< 0 divides what is above from what is below
