@@ -79,6 +79,24 @@ TEST_F(TreeList, LosingTheCaptureOrThePressedRowSendsNothing) {
   EXPECT_EQ(Selected(), "a3");
 }
 
+TEST_F(TreeList, ADoubleClickIsOfTheRowThatWasPressedFirst) {
+  for (const wchar_t* title : {L"0", L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"9"}) Add(title);
+  for (const wchar_t* title : {L"8", L"9"}) Add(CString(L"below ") + title, m_rows[title]);
+  m_tree.MoveWindow({0, 20, 300, 190});  // the ninth row is cut in half
+  m_toolkit.Pump();
+  const CPoint cut{At(L"8").x, 165};
+  m_toolkit.DoubleClick(m_tree, cut);
+  m_toolkit.Pump();
+  EXPECT_EQ(Selected(), "8");
+  EXPECT_TRUE(m_tree.IsExpanded(m_rows[L"8"]));
+  EXPECT_FALSE(m_tree.IsExpanded(m_rows[L"9"]));
+  // Presses apart are no double click of the first one's row.
+  m_toolkit.Click(m_tree, At(L"1"));
+  m_toolkit.Enqueue({.kind = MessageKind::LeftDouble, .target = &m_tree, .point = At(L"8")});
+  m_toolkit.Pump();
+  EXPECT_FALSE(m_tree.IsExpanded(m_rows[L"8"]));
+}
+
 TEST_F(TreeList, InputOnAnEmptyTreeDoesNothing) {
   for (int key = kKeyPageUp; key <= kKeyDown; ++key) {
     for (const unsigned flags : {0U, unsigned{kMouseShift}, unsigned{kMouseControl}}) Key(key, flags);

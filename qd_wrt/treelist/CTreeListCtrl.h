@@ -280,6 +280,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void MoveBand(CPoint to, CPoint from, bool keeps);
   void UpdateSelectionForRect();
   void Click(HTREEITEM row, Button button, unsigned flags);
+  CPoint OnPressedRow(CPoint point) const;
   std::intptr_t SendEmulated(Notice& notice);
   int FocusRow(HTREEITEM row, unsigned& state, unsigned& mask);
   void UnfocusCaret(unsigned& state, unsigned& mask);
@@ -315,6 +316,8 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   unsigned m_gridStyle = 2;
   bool m_multiSelect = true;
   bool m_emulated = false;
+  HTREEITEM m_pressedRow;  // by the left button, last
+  CPoint m_pressedAt;
   HTREEITEM m_selectedItem;
   HTREEITEM m_anchor;
   HTREEITEM m_tipRow;

@@ -14,6 +14,8 @@ HTREEITEM CTreeListCtrl::HitTestContent(CPoint point, unsigned& flags) const {
 void CTreeListCtrl::OnLButtonDown(unsigned flags, CPoint point) {
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
+  m_pressedRow = row;
+  m_pressedAt = point;
   if (row && hit == kHitStateIcon) {
     Post(kCheckMessage, row.value);
     return;
@@ -151,9 +153,19 @@ void CTreeListCtrl::OnLButtonUp(unsigned, CPoint point) {
   m_selectedItem = HitTestContent(point, hit);
 }
 
+/// Where a second press is meant. The first one may have brought a row that was cut wholly into sight, and so
+/// moved another one under the pointer.
+CPoint CTreeListCtrl::OnPressedRow(CPoint point) const {
+  const IToolkit& toolkit = IToolkit::Instance();
+  const bool again = std::abs(point.x - m_pressedAt.x) <= toolkit.GetMetric(Metric::DragWidth) &&
+                     std::abs(point.y - m_pressedAt.y) <= toolkit.GetMetric(Metric::DragHeight);
+  CRect line;
+  return again && GetItemRect(m_pressedRow, line, false) ? CPoint{point.x, line.top} : point;
+}
+
 void CTreeListCtrl::OnLButtonDblClk(unsigned, CPoint point) {
   unsigned hit = 0;
-  const HTREEITEM row = HitTestContent(point, hit);
+  const HTREEITEM row = HitTestContent(OnPressedRow(point), hit);
   if (m_columnCount == 0 || point.x - m_offset < GetColumnWidth(0)) {
     if (row && (hit & (kHitIcon | kHitLabel | kHitRight | kHitButton)) != 0) Expand(row, ExpandAction::Toggle);
     ResetVertScrollBar();

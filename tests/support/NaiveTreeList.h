@@ -159,9 +159,10 @@ class NaiveTreeList {
   Hit HitAt(CPoint point) const {
     if (point.y < 0) return {kNone, kHitAbove};
     if (point.y >= kHeight) return {kNone, kHitBelow};
-    const int row = At(TopPosition() + point.y / kLine);
+    return HitOn(At(TopPosition() + point.y / kLine), point.x - offset);
+  }
+  Hit HitOn(int row, int x) const {
     if (row == kNone) return {};
-    const int x = point.x - offset;
     if (x < CheckLeft(row) - kCell) return {row, kHitIndent};
     if (x < CheckLeft(row)) return {row, HasChildren(row) ? kHitButton : kHitIndent};
     if (x < IconLeft(row)) return {row, kHitStateIcon};

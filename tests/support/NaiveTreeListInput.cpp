@@ -43,8 +43,9 @@ void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::ve
 }
 
 void NaiveTreeList::DoubleClick(CPoint point) {
+  const int pressed = HitAt(point).row;
   Press(true, 0, point, {}, End::Release, point);
-  const Hit hit = HitAt(point);
+  const Hit hit = pressed != kNone ? HitOn(pressed, point.x - offset) : HitAt(point);
   const bool opens = hit.flags != kHitIndent && hit.flags != kHitStateIcon;
   if (point.x - offset < width[0] && hit.row != kNone && opens) Toggle(hit.row);
   focused = true;
