@@ -281,6 +281,24 @@ TEST_F(SessionTest, AResetReachesRowsInClosedBranches) {
 }
 
 /// The row of the set that new parts go to is bold, whatever makes it the current one; the fixture looks at it.
+TEST_F(SessionTest, TheSpaceKeyLeavesThePageOfWhatIsSelected) {
+  // What both windows do: nobody edits what is not selected any more.
+  const Subscription onSelection = m_doc.OnSelection([this](const Selection& selection) {
+    if (selection.IsEmpty()) m_properties.SetPropertySet(nullptr);
+  });
+  Click(L"a");
+  for (const bool shown : {false, true}) {
+    Key(kKeySpace);
+    EXPECT_EQ(IsPartShown(m_a), shown);
+    EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_a});
+    const IPropertySet* page = m_properties.GetPropertySet();
+    ASSERT_NE(page, nullptr);
+    EXPECT_EQ(page->GetIterator(), m_a);
+  }
+  ClickCheck(L"a");  // a click ends the selection
+  EXPECT_EQ(m_properties.GetPropertySet(), nullptr);
+}
+
 TEST_F(SessionTest, TheCurrentSetIsMarked) {
   Show(kGeometrySetTree);
   const auto marked = [this] {

@@ -165,6 +165,41 @@ TEST_F(WorksTree, NodesThatFollowThroughABranchHearOfTheirOwnRecordsOnly) {
   EXPECT_EQ(ProbeNode::TakeLog(), "all(2 ) b(2 ) ");
 }
 
+/// Says what concerns nodes that do not stand below it.
+class Relay final : public ProbeNode {
+ public:
+  using ProbeNode::ProbeNode;
+  void AppendConcerned(const tagTRNotify&, std::vector<CQDTreeItem*>& nodes) const override {
+    log += "asked ";
+    nodes.push_back(guest);
+  }
+  CQDTreeItem* guest = nullptr;
+};
+class Guest final : public ProbeNode {
+ public:
+  using ProbeNode::ProbeNode;
+  CQDTreeItem* FollowsThrough(unsigned short) const override { return through; }
+  CQDTreeItem* through = nullptr;
+};
+
+TEST_F(WorksTree, ABranchThatFollowsNothingItselfMayDieBeforeThoseThatFollowThroughIt) {
+  Relay* relay = nullptr;
+  OpenProbes([&](ProbeNode& root) {
+    relay = new Relay(&Tree(), &root, L"relay");
+    relay->MakeItem(kInsertLast);
+    auto* guest = new Guest(&Tree(), &root, L"guest", {7});
+    relay->guest = guest;
+    guest->through = relay;
+    guest->MakeItem(kInsertLast);
+  });
+  Notice({{7, kChangeAdded, 1}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "asked guest(1 ) ");
+  const CQDTreeListCtrl::Handler handler(Tree());  // the memory stays, so that asking it would be seen
+  CQDTreeItem::Destroy(relay);
+  Notice({{7, kChangeAdded, 2}});
+  EXPECT_EQ(ProbeNode::TakeLog(), "");
+}
+
 TEST_F(WorksTree, NodesThatAnEarlierOneDeletesOrLeavesWithoutRowAreNotCalled) {
   OpenProbes([this](ProbeNode& root) {
     ProbeNode* killer = Add(root, L"killer", {9});

@@ -320,6 +320,7 @@ class QD_EXPORT CQDTreeItem {
 
   std::uint16_t m_treeItemType = 0;
   bool m_detached = false;
+  bool m_relays = false;     // others follow data types through this node, or did
   std::uint32_t m_slot = 0;  // place in the parent's children
   HTREEITEM m_row;
   CQDTreeListCtrl* m_control;

@@ -18,6 +18,7 @@
 
 namespace qd {
 
+class CPropertiesWnd;
 class CQDTreeMenu;
 
 /// The works-tree control: owns the tree of nodes, binds nodes to rows, hands changes of the database to the
@@ -187,9 +188,14 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
     std::uint64_t number;            // in the order in which nodes are called
     CQDTreeItem* through = nullptr;  // null when all changes reach the node
   };
+  /// A branch through which others follow. A later one may stand at the address of one that is gone.
+  struct Branch {
+    std::uint64_t since;  // the number of the first registration
+    std::size_t followers = 0;
+  };
   struct Followers {
-    std::map<std::uint64_t, CQDTreeItem*> ofAll;   // by the numbers of their registrations
-    std::map<CQDTreeItem*, std::size_t> branches;  // through which others follow, and how many
+    std::map<std::uint64_t, CQDTreeItem*> ofAll;  // by the numbers of their registrations
+    std::map<CQDTreeItem*, Branch> branches;
   };
   /// What a notice has for one node.
   struct Call {
@@ -214,6 +220,8 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl {
   void SelectFromBuffer(int kind);
   void SelectRows(int kind, const TArray<iterator>& itrs);
   void TellSelected();
+  CPropertiesWnd* PropertyWindow() const;
+  bool HasPropertyPage() const;
   CQDTreeItem* NodeOfRecord(int kind, iterator itr) const;
   template <typename Visit>
   void ForRecordMapsOf(const CQDTreeItem* node, const Visit& visit);

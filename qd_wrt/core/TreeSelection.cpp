@@ -5,6 +5,7 @@
 
 #include "host/CGeomPrevShowHideStarter.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/core/ViewUpdate.h"
 
 namespace qd {
 
@@ -136,12 +137,15 @@ void CQDTreeListCtrl::PressCheckOfSelection() {
   if (!row) return;
   const std::vector<HTREEITEM> selected = GetSelectedItems();
   const std::weak_ptr<void> life = Life();
+  const bool hadPage = HasPropertyPage();
   OnTvCheckbox(row);
   if (life.expired()) return;
   for (const HTREEITEM again : selected) {
     if (IsLive(again)) SetRowState(again, kRowSelected, kRowSelected);
   }
   TellSelected();
+  // Nothing was selected for a moment, and a host may have taken the page away with it.
+  if (!life.expired() && hadPage && !HasPropertyPage()) RefreshProperties();
 }
 
 void CQDTreeListCtrl::OnPosted(unsigned id, std::uint64_t parameter) {
@@ -169,9 +173,10 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
     // Handlers reset the selection in the middle, so the nodes are taken down first.
     std::vector<CQDTreeItem*> nodes;
     GetSelectedTreeItems(nodes, 0);
+    const LastRedraws redraws(nodes);
     for (CQDTreeItem* node : nodes) {
       if (node->IsDetached() || !node->HasCheck()) continue;
-      node->SetViewUpdate(node == nodes.back() ? 1 : 0);
+      redraws.SayTo(*node);
       if (node->OnClickCheck(oldState) == 0) break;
     }
   }

@@ -14,7 +14,8 @@ void CQDTreeListCtrl::AddItemDataTypeMap(unsigned short type, CQDTreeItem* node)
   const Registration registration{type, ++m_lastRegistration, through};
   Followers& followers = m_dataTypeMap[type];
   if (through != nullptr) {
-    ++followers.branches[through];
+    through->m_relays = true;
+    ++followers.branches.try_emplace(through, Branch{registration.number}).first->second.followers;
   } else {
     followers.ofAll.emplace_hint(followers.ofAll.end(), registration.number, node);
   }
@@ -22,17 +23,20 @@ void CQDTreeListCtrl::AddItemDataTypeMap(unsigned short type, CQDTreeItem* node)
 }
 
 void CQDTreeListCtrl::RemoveItemFromDataTypeMap(CQDTreeItem* node) {
+  // Who goes before those that follow through it takes them along, whether it follows anything itself or not.
+  if (node->m_relays && node->IsDetached()) {
+    for (auto& [type, followers] : m_dataTypeMap) followers.branches.erase(node);
+  }
   if (node->GetDataTypeList().empty()) return;
   const auto [first, last] = m_registrations.equal_range(node);
   for (auto at = first; at != last; ++at) {
     Followers& followers = m_dataTypeMap[at->second.type];
     followers.ofAll.erase(at->second.number);
     const auto branch = followers.branches.find(at->second.through);
-    if (branch != followers.branches.end() && --branch->second == 0) followers.branches.erase(branch);
+    if (branch == followers.branches.end() || at->second.number < branch->second.since) continue;
+    if (--branch->second.followers == 0) followers.branches.erase(branch);
   }
   m_registrations.erase(first, last);
-  // Who goes before those that follow through it takes them along.
-  for (auto& [type, followers] : m_dataTypeMap) followers.branches.erase(node);
 }
 
 const CQDTreeListCtrl::Registration* CQDTreeListCtrl::RegistrationOf(const CQDTreeItem* node,
@@ -105,7 +109,7 @@ std::vector<CQDTreeListCtrl::Call> CQDTreeListCtrl::CallsFor(unsigned short type
   std::vector<CQDTreeItem*> concerned;
   for (std::size_t i = 0; i < batch->records.size(); ++i) {
     concerned.clear();
-    for (const auto& [branch, count] : followers->second.branches) {
+    for (const auto& [branch, use] : followers->second.branches) {
       branch->AppendConcerned(batch->records[i], concerned);
     }
     for (CQDTreeItem* node : concerned) {
@@ -140,9 +144,18 @@ void CQDTreeListCtrl::RefreshProperties() {
   }
 }
 
-void CQDTreeListCtrl::ClearPropertyWindow() {
+CPropertiesWnd* CQDTreeListCtrl::PropertyWindow() const {
   CMainFrame* frame = CMainFrame::Get();
-  CPropertiesWnd* window = frame != nullptr && m_doc != nullptr ? frame->GetPropertiesWnd(m_doc) : nullptr;
+  return frame != nullptr && m_doc != nullptr ? frame->GetPropertiesWnd(m_doc) : nullptr;
+}
+
+bool CQDTreeListCtrl::HasPropertyPage() const {
+  const CPropertiesWnd* window = PropertyWindow();
+  return window != nullptr && window->GetPropertySet() != nullptr;
+}
+
+void CQDTreeListCtrl::ClearPropertyWindow() {
+  CPropertiesWnd* window = PropertyWindow();
   if (window == nullptr) return;
   window->SetPropertySet(nullptr);
   window->Refresh();
