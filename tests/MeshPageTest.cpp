@@ -65,12 +65,14 @@ const std::string kButton = "with a button\n";
 TEST_F(MeshPage, ShowsASetOrTheSumsOfSeveral) {
   Make(0);
   EXPECT_EQ(Text(L"D"), Identity("4", "D") + Counts(2, 4) + Mass() + kButton);
+  ChangeMset(Node(L"A")->GetIterator(), [](tagTMset& set) { workbench::PutMesh(set, nullptr); });
+  EXPECT_EQ(Text(L"A"), Identity("1", "A") + Counts(4, 8) + Mass() + kButton) << "with what is nested in it";
   EXPECT_EQ(Text(L"E"), Identity("5", "E (fixed)", "#5ea7eb") + Counts(0, 0) + Mass() + kButton);
   ChangeMset(d, [](tagTMset& set) { workbench::PutMesh(set, Strip(3, 9)); });
   Select({L"A", L"B", L"D"});
   Tree().OnSelchangAction();
   const std::string sums = "DB_DATA_NAME_MESH\n  COUNT: 3 (fixed) -- COUNT_DESC\n";
-  EXPECT_EQ(PageText(Page()), sums + Counts(7, 13));
+  EXPECT_EQ(PageText(Page()), sums + Counts(7, 13)) << "each set once";
   EXPECT_FALSE(m_toolkit.IsWaitCursor());
   Heard();
   m_properties.GetPropertySet()->ApplyProperty();
@@ -98,7 +100,7 @@ TEST_F(MeshPage, NamesPropertyMaterialAndMass) {
     ASSERT_EQ(Pool().Modify(b, record), 1);
   });
   const std::string property = "  MESH_PROPERTY: 2 : Plate (fixed) -- MESH_PROPERTY_DESC\n";
-  EXPECT_EQ(Text(L"B"), Identity("2", "B") + Counts(2, 4) + property + Mass() + kButton);
+  EXPECT_EQ(Text(L"B"), Identity("2", "B") + Counts(4, 8) + property + Mass() + kButton);
   const std::string rows =
       Identity("4", "D") + Counts(2, 4) +
       "  MESH_PROPERTY: 1 : Plate (fixed) -- MESH_PROPERTY_DESC\n  MESH_MATERIAL: 1 : Steel (fixed) -- "
@@ -199,6 +201,34 @@ TEST_F(MeshPage, OnShowIsMadeAnewInOtherUnits) {
   Heard();
   CQDUnitCtrl::SetUnitSystem(L"mm", L"t");
   EXPECT_EQ(Heard(), "");
+}
+
+TEST_F(MeshPage, AListenerOfUnitsMayTakeOthersAlong) {
+  struct Listener final : IUnitListener {
+    explicit Listener(std::function<void()> what) : onChange(std::move(what)) {}
+    CQDDocBase* GetUnitListenerDoc() const override { return nullptr; }
+    void OnUnitChanged() override { onChange(); }
+    std::function<void()> onChange;
+  };
+  std::string told;
+  std::unique_ptr<Listener> before;
+  std::unique_ptr<Listener> behind;
+  before = std::make_unique<Listener>([&] { told += "before "; });
+  const Listener takes([&] {
+    told += "takes ";
+    before.reset();
+    behind.reset();
+    std::make_unique<Listener>([&] { told += "came too late "; }).reset();
+  });
+  behind = std::make_unique<Listener>([&] { told += "behind "; });
+  std::unique_ptr<Listener> itself;
+  itself = std::make_unique<Listener>([&] {
+    told += "itself ";
+    itself.reset();
+  });
+  const Listener last([&] { told += "last "; });
+  CQDUnitCtrl::SetUnitSystem(L"mm", L"t");
+  EXPECT_EQ(told, "before takes itself last ");
 }
 
 struct GenerationCase {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cwchar>
 #include <string>
+#include <unordered_set>
 #include <variant>
 
 #include "host/CMSGFunction.h"
@@ -42,6 +43,29 @@ CString Number(double value) {
   wchar_t text[kRoom];
   std::swprintf(text, kRoom, L"%g", value);
   return text;
+}
+
+/// How much mesh there is in some sets and in all that is nested in them, each set counted once.
+struct Extent {
+  std::uint64_t elements = 0;
+  std::uint64_t nodes = 0;
+};
+
+Extent ExtentOf(const DPoolMset& pool, std::vector<iterator> sets) {
+  Extent extent;
+  std::unordered_set<iterator> counted;
+  while (!sets.empty()) {
+    const iterator itr = sets.back();
+    sets.pop_back();
+    const tagTMset* record = counted.insert(itr).second ? pool.GetAtNU(itr) : nullptr;
+    if (record == nullptr) continue;
+    extent.elements += record->elementCount;
+    extent.nodes += record->nodeCount;
+    TArray<iterator> nested;
+    pool.GetItrListByParentMsetK(record->key & kMsetKeyMask, nested);
+    sets.insert(sets.end(), nested.begin(), nested.end());
+  }
+  return extent;
 }
 
 /// A parameter's value as the page shows it.
@@ -94,8 +118,15 @@ void CPropertySetMesh::AddIdentity(CBCGPProp* title, const tagTMset& record) {
   m_name = AddText(title, Text("IDS_QD_WRT_NAME"), record.name, 0, pool.GetDefaultMset() == GetIterator(),
                    Text("IDS_QD_WRT_NAME_DESC"));
   m_colour = AddColour(title, Text("IDS_QD_WRT_Color"), record.colour, 0, Text("IDS_QD_WRT_COLOR_DESC"));
-  AddNumber(title, "IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_QD_WRT_MESH_ELEM_COUNT_DESC", record.elementCount);
-  AddNumber(title, "IDS_QD_WRT_MESH_NODE_COUNT", "IDS_QD_WRT_MESH_NODE_COUNT_DESC", record.nodeCount);
+  AddExtent(title, {GetIterator()});
+}
+
+/// Who has put sets into a set means them too when he speaks of it.
+void CPropertySetMesh::AddExtent(CBCGPProp* title, const std::vector<iterator>& sets) {
+  CQDDBSession* session = GetDocument()->GetDBSession();
+  const Extent extent = session != nullptr ? ExtentOf(session->GetMsetPool(), sets) : Extent();
+  AddNumber(title, "IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_QD_WRT_MESH_ELEM_COUNT_DESC", extent.elements);
+  AddNumber(title, "IDS_QD_WRT_MESH_NODE_COUNT", "IDS_QD_WRT_MESH_NODE_COUNT_DESC", extent.nodes);
 }
 
 void CPropertySetMesh::AddProperty(CBCGPProp* title, const tagTMset& record) {
@@ -168,21 +199,12 @@ void CPropertySetMesh::ShowMultiProperty(TArray<iterator>& sets) {
   Clear();
   RemoveAllProperties();
   std::uint64_t count = 0;
-  std::uint64_t elements = 0;
-  std::uint64_t nodes = 0;
   if (CQDDBSession* session = GetDocument()->GetDBSession()) {
-    for (const iterator itr : sets) {
-      const tagTMset* record = session->GetMsetPool().GetAtNU(itr);
-      if (record == nullptr) continue;
-      ++count;
-      elements += record->elementCount;
-      nodes += record->nodeCount;
-    }
+    for (const iterator itr : sets) count += session->GetMsetPool().GetAtNU(itr) != nullptr ? 1U : 0U;
   }
   CBCGPProp* title = AddTitle(nullptr, Text("IDS_DB_DATA_NAME_MESH"));
   AddNumber(title, "IDS_QD_WRT_COUNT", "IDS_QD_WRT_COUNT_DESC", count);
-  AddNumber(title, "IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_QD_WRT_MESH_ELEM_COUNT_DESC", elements);
-  AddNumber(title, "IDS_QD_WRT_MESH_NODE_COUNT", "IDS_QD_WRT_MESH_NODE_COUNT_DESC", nodes);
+  AddExtent(title, sets);
   AdjustLayout();
   SetInfo(kMeshInfo);
   ShowApplyBtn(0);  // there is nothing to apply

@@ -9,6 +9,7 @@
 namespace qd {
 
 /// The page of one mesh set, whose name and colour can be changed, or of several, of which it shows the sums.
+/// Elements and nodes are those of a set with all that is nested in it.
 class QD_EXPORT CPropertySetMesh final : public IPropertySet {
  public:
   CPropertySetMesh(CQDDocBase* doc, iterator itr, std::uint16_t dataType) : IPropertySet(doc, itr, dataType) {}
@@ -40,6 +41,7 @@ class QD_EXPORT CPropertySetMesh final : public IPropertySet {
 
  private:
   void AddIdentity(CBCGPProp* title, const tagTMset& record);
+  void AddExtent(CBCGPProp* title, const std::vector<iterator>& sets);
   void AddProperty(CBCGPProp* title, const tagTMset& record);
   void AddMass();
   void AddGeneration(const tagTMset& record);
