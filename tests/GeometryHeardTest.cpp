@@ -284,6 +284,8 @@ std::vector<Act> SetTreeActs() {
       {"root_show_only", root, Do::Run(41009),
        Change(Switch(kAllByKind, 0) + Switch(kAll, 1) + kEnd) + kModelInfo},
       {"root_hides_the_selection", frame, Host(41101), Change(Switch("Bolt Sheet", 0) + kEnd) + kModelInfo},
+      {"root_hides_a_selected_group", solids, Host(41101), Change(Switch("Bolt", 0) + kEnd) + kModelInfo},
+      {"root_colours_a_selected_group", solids, Host(41120), Recolour("Bolt")},
       {"root_mode", root, Do::Run(41107), Look("SetRenderMode", kAll, "2") + kRedraw + kModelInfo},
       {"root_transparency", root, Do::Run(41110), Look("SetTransparency", kAll, "0.1") + kRefresh + kModelInfo},
       {"root_colours", root, Do::Run(41120), Recolour(kAll)},

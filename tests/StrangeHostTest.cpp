@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "qd_wrt/core/CQDTreeMenu.h"
+#include "qd_wrt/geometry/CQDTreeItemGset.h"
 #include "support/Geometry.h"
 #include "support/Probes.h"
 
@@ -180,6 +181,26 @@ TEST(StrangeHost, MayAskForTheSelectionWhileItIsTold) {
 }
 
 /// Only what was chosen goes: sets and groups that are selected beside it keep their parts.
+TEST_F(WorksTree, AGeometrySetMayStandBelowARowOfTheHost) {
+  const iterator a = AddSet(L"A");
+  const iterator b = AddSet(L"B");
+  AddPartTo(a, L"a1");
+  OpenProbes([&](ProbeNode& root) { (new CQDTreeItemGset(&Tree(), &root, a))->MakeItem(kInsertLast); });
+  const iterator stranger = AddPartTo(b, L"b1");
+  EXPECT_EQ(State(), "root [A [IDS_QD_WRT_GEOMSET_SOLID [1] [a1]]]");
+  ChangePart(stranger, [&](tagTGeom& part) { part.gset = a; });
+  EXPECT_EQ(State(), "root [A [IDS_QD_WRT_GEOMSET_SOLID [2] [a1 b1]]]");
+  ChangePart(stranger, [&](tagTGeom& part) { part.gset = b; });
+  EXPECT_EQ(State(), "root [A [IDS_QD_WRT_GEOMSET_SOLID [1] [a1]]]");
+  Select({L"A"});
+  ProbeNode::TakeLog();
+  Command(kCommandShowOnly);
+  EXPECT_EQ(ProbeNode::TakeLog(), "root:41008 ");
+  Select({L"A"});
+  Command(kCommandHide);
+  EXPECT_EQ(State(), "root [*-A [-IDS_QD_WRT_GEOMSET_SOLID [1] [-a1]]]");
+}
+
 TEST_F(GeometryTest, DeleteOfAnEntityLeavesWhatStandsBelowOtherSelectedRows) {
   const iterator first = AddSet(L"first");
   const iterator second = AddSet(L"second");

@@ -4,10 +4,8 @@
 #include <span>
 #include <vector>
 
-#include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
+#include "host/Act.h"
 #include "host/Dialogs.h"
-#include "host/MessageOutput.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/MenuTable.h"
@@ -86,34 +84,24 @@ void CQDTreeItemCordData::DeleteSelectedItems() {
   std::vector<CQDTreeItem*> selected;
   GetControl()->GetSelectedTreeItems(selected, 0);
   DPoolCord& pool = GetDBSession()->GetCordPool();
-  CTransaction transaction(GetDBSession());
-  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Delete_CORD")) == 0) return;
-  for (const CQDTreeItem* node : selected) {
-    const auto* system = dynamic_cast<const CQDTreeItemCordData*>(node);
-    if (system != nullptr && pool.Delete(system->GetRecord()) == 0) return;  // takes everything back
-  }
-  if (pool.UpdateAfterDeletion() != 0) transaction.Commit(1);
+  RunAct(GetDBSession(), "IDS_QD_TRANS_Delete_CORD", [&] {
+    for (const CQDTreeItem* node : selected) {
+      const auto* system = dynamic_cast<const CQDTreeItemCordData*>(node);
+      if (system != nullptr && pool.Delete(system->GetRecord()) == 0) return 0;
+    }
+    return pool.UpdateAfterDeletion();
+  });
 }
 
 void CQDTreeItemCordData::OnEditChange(const wchar_t* text) {
   const tagTCord* old = Record();
-  const CString name = text;
-  if (old == nullptr || name == old->GetName()) return SetTitleIncludeType();
+  if (old == nullptr) return;
   DPoolCord& pool = GetDBSession()->GetCordPool();
-  tagTCord record = *old;
-  record.SetName(name);
-  const CString kept = record.GetName();
-  // A name that only becomes another's by being cut is taken too. Looked for before the name is found empty.
-  if (pool.Exist(name) != 0 || (kept != old->GetName() && pool.Exist(kept) != 0)) {
-    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_EXIST_NEW_DATA_NAME"), {name});
-  } else if (kept.empty()) {
-    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_NAME_EMPTY"));
-  } else if (kept != old->GetName()) {
-    CTransaction transaction(GetDBSession());
-    if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_CORD")) != 0 &&
-        pool.Modify(m_itr, record) != 0) {
-      transaction.Commit(1);
-    }
+  const auto isTaken = [&pool](const CString& name) { return pool.Exist(name) != 0; };
+  if (const auto name = NewName(old->GetName(), text, isTaken)) {
+    tagTCord record = *old;
+    record.SetName(*name);
+    RunAct(GetDBSession(), "IDS_QD_TRANS_Modify_CORD", [&] { return pool.Modify(m_itr, record); });
   }
   // The row has the text as it was typed; it was refused, or cut.
   if (!IsDetached()) SetTitleIncludeType();

@@ -139,12 +139,13 @@ void CQDTreeGeomRoot::ChangeRenderMode() {
   for (CQDTreeItem* part : parts) part->RefreshImage();
 }
 
-/// The parts of the selected nodes, if the first of these stands for a record; else all parts.
+/// The parts of the selected nodes, if the first of these stands for a record or for parts, like a group of them;
+/// else all parts.
 std::vector<CQDTreeItem*> CQDTreeGeomRoot::ActingParts(bool all) const {
   std::vector<CQDTreeItem*> selected;
   if (!all) GetControl()->GetSelectedTreeItems(GetTreeItemHandle(), selected);
   std::vector<CQDTreeItem*> parts;
-  if (!selected.empty() && selected.front()->GetIterator() != 0) {
+  if (!selected.empty() && (selected.front()->GetIterator() != 0 || !PartsOf({selected.front()}).empty())) {
     parts = PartsOf(selected);
     std::erase_if(parts, [](const CQDTreeItem* part) { return part->GetIterator() == 0; });
   } else {
@@ -161,31 +162,10 @@ void CQDTreeGeomRoot::OnMenuEvent(unsigned command) {
   const bool shortcut = command >= kCommandFirstShortcut && command <= kCommandLastShortcut;
   if (shortcut) command -= kCommandFirstShortcut - kCommandEdgeShading;
   const std::vector<CQDTreeItem*> acting = ActingParts(shortcut);
-  if (!RunOwn(command, acting) && !RunVisibility(command, acting)) {
+  if (!RunOwn(command) && !RunVisibility(command, KindOfRow(), *this, this, acting)) {
     PartCommands(*this, acting, Meshes()).Run(command);
   }
   MarkModelInfo(doc, command);
-}
-
-bool CQDTreeGeomRoot::RunVisibility(unsigned command, const std::vector<CQDTreeItem*>& acting) {
-  switch (command) {
-    case kCommandShowAll:
-      ShowPartAll();
-      return true;
-    case kCommandHideAll:
-      HidePartAll();
-      return true;
-    case kCommandReverseAll:
-      ReverseAll();
-      return true;
-    case kCommandPrevious: {
-      const std::vector<iterator> itrs = IteratorsOf(acting);
-      PrevShowHide({itrs.begin(), itrs.end()});
-      return true;
-    }
-    default:
-      return false;
-  }
 }
 
 // ---- materials ------------------------------------------------------------------------------------------

@@ -5,6 +5,7 @@
 
 #include "qd_wrt/core/CQDTreeBranch.h"
 #include "qd_wrt/geometry/PartCommands.h"
+#include "qd_wrt/geometry/PartVisibility.h"
 
 namespace qd {
 
@@ -52,14 +53,13 @@ class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
  protected:
   /// The node of a record below this root, null for none.
   virtual CQDTreeItem* NodeOfRecord(iterator itr) const { return FindChild(itr); }
-  /// Runs a command that the other root does not share; false when it is none. `acting`: the parts of the
-  /// selection, or all.
-  virtual bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) = 0;
+  /// Runs a command that the other root does not share; false when it is none.
+  virtual bool RunOwn(unsigned command) = 0;
+  virtual VisibilityRow KindOfRow() const = 0;
   virtual PartCommands::Meshes Meshes() const = 0;
 
  private:
   std::vector<CQDTreeItem*> ActingParts(bool all) const;
-  bool RunVisibility(unsigned command, const std::vector<CQDTreeItem*>& acting);
   void SwitchAll(int oldState);
   void Switch(const PartSet& itrs, int oldState, bool onlyDifferent);
   void EndVisibility();

@@ -131,7 +131,7 @@ void CQDTreeItemGeom::CreateContextMenu(CPoint& screen) {
 }
 
 /// Materials and meshing are for all parts, whatever is selected.
-bool CQDTreeItemGeom::RunOwn(unsigned command, const std::vector<CQDTreeItem*>&) {
+bool CQDTreeItemGeom::RunOwn(unsigned command) {
   std::vector<CQDTreeItem*> all;
   if (const iterator material = TakeMaterial(command); material != 0) {
     GetGeomItems(all);

@@ -46,7 +46,8 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
  protected:
   std::vector<iterator> Records() const override;
   CQDTreeItem* MakeNode(iterator itr) override;
-  bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) override;
+  bool RunOwn(unsigned command) override;
+  VisibilityRow KindOfRow() const override { return VisibilityRow::GeometryRoot; }
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::Follow; }
 
  private:

@@ -2,7 +2,6 @@
 
 #include <memory>
 
-#include "host/CGeomPrevShowHideStarter.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
@@ -50,37 +49,10 @@ void CQDTreeItemGeomData::OnMenuEvent(unsigned command) {
   const std::vector<CQDTreeItem*> parts = SelectedParts(*GetControl());
   if (const iterator material = Root().TakeMaterial(command); material != 0) {
     ApplyMaterialTo(doc, IteratorsOf(parts), material);
-  } else if (!RunVisibility(command, parts)) {
+  } else if (!RunVisibility(command, VisibilityRow::Part, *this, &Root(), parts)) {
     PartCommands(*this, parts, PartCommands::Meshes::Follow).Run(command);
   }
   MarkModelInfo(doc, command);
-}
-
-bool CQDTreeItemGeomData::RunVisibility(unsigned command, const std::vector<CQDTreeItem*>& parts) {
-  const std::vector<iterator> itrs = IteratorsOf(parts);
-  const CQDTreeGeomRoot::PartSet chosen(itrs.begin(), itrs.end());
-  switch (command) {
-    case kCommandShow:
-      Root().ShowPart(chosen);
-      return true;
-    case kCommandHide:
-      Root().HidePart(chosen);
-      return true;
-    case kCommandShowOnly:
-      Root().ShowPartOnly(chosen);
-      return true;
-    case kCommandHideOnly:
-      Root().HidePartOnly(chosen);
-      return true;
-    case kCommandReverse: {
-      const CGeomPrevShowHideStarter change(GetDocument()->GetCADSession());
-      for (CQDTreeItem* part : parts) part->ChangeGeomShowHide();
-      RedrawView();
-      return true;
-    }
-    default:
-      return false;
-  }
 }
 
 void CQDTreeItemGeomData::OnDrop(std::vector<CQDTreeItem*>& nodes) {

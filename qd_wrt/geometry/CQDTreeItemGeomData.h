@@ -26,7 +26,6 @@ class QD_EXPORT CQDTreeItemGeomData : public CQDTreeItemPart {
 
  private:
   CQDTreeItemGeom& Root() const;
-  bool RunVisibility(unsigned command, const std::vector<CQDTreeItem*>& parts);
 
   int m_titleMode;
 };

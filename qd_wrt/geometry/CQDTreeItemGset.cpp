@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <set>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
 #include "host/CQDCommandObj.h"
-#include "host/CTransaction.h"
-#include "host/Dialogs.h"
-#include "host/MessageOutput.h"
 #include "host/ProductVariant.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
@@ -102,9 +100,19 @@ void CQDTreeItemGset::DropEmptyGroups() {
   }
 }
 
-/// Gets the records that concern this set only: those of its parts before or after the change.
+/// Whether a part is in this set, or still stands below it.
+bool CQDTreeItemGset::Concerns(const tagTRNotify& change) const {
+  const tagTGeom* record = GetDBSession()->GetGeomPool().GetAtNU(change.itr);
+  if (record != nullptr && record->gset == m_itr) return true;
+  const CQDTreeItem* part = GetControl()->FindGeomNode(change.itr);
+  return part != nullptr && part->GetParent() != nullptr && part->GetParent()->GetParent() == this;
+}
+
 void CQDTreeItemGset::OnUpdate() {
-  const std::vector<tagTRNotify> mine = PendingRecords();
+  // The root of the tree of sets hands over what concerns a set; one that a host has put elsewhere hears of every
+  // part of the model and must not keep its groups busy with strangers.
+  std::vector<tagTRNotify> mine = PendingRecords();
+  std::erase_if(mine, [this](const tagTRNotify& change) { return !Concerns(change); });
   const std::array<CQDTreeItemTopoGroup*, 5> before = m_groups;
   DropEmptyGroups();
   int exists[5];
@@ -218,18 +226,12 @@ void CQDTreeItemGset::DeleteSelectedItems() {
 
 void CQDTreeItemGset::OnEditChange(const wchar_t* text) {
   const tagTGset* old = Record();
-  const CString name = text;
-  if (old == nullptr || name == old->name) return;
-  tagTGset record = *old;
-  record.name = CutName(name);
+  if (old == nullptr) return;
   const DPoolGset& sets = GetDBSession()->GetGsetPool();
-  // Sets are found by name, so a name that only becomes another's by being cut is taken too.
-  const bool taken = sets.Exist(name) != 0 || (record.name != old->name && sets.Exist(record.name) != 0);
-  if (taken) {
-    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_EXIST_NEW_DATA_NAME"), {name});
-  } else if (record.name.empty()) {
-    qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_NAME_EMPTY"));
-  } else if (record.name != old->name) {
+  const auto isTaken = [&sets](const CString& name) { return sets.Exist(name) != 0; };
+  if (const auto name = NewName(old->name, text, isTaken)) {
+    tagTGset record = *old;
+    record.name = *name;
     CQDCommandObj(GetDocument(), L"GeomSet")
         .Set(L"Action", 1)
         .Set(L"Itr", std::vector<iterator>{m_itr})
@@ -279,15 +281,16 @@ void CQDTreeItemGset::Merge(std::vector<iterator> sets, std::vector<iterator> pa
   };
   std::erase_if(sets, gone(kDataGset));
   std::erase_if(parts, gone(kDataGeom));
-  CTransaction transaction(session);
-  if (sets.empty() || transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_GeomSet")) == 0) return;
-  if (session->GetGeomPool().Private_ApplyGset(parts, target) == 0) return;
-  const iterator current = session->GetGsetPool().GetCurrentSet();
-  for (const iterator set : sets) {
-    if (set == current && session->GetGsetPool().SetCurrentSet(target) == 0) return;
-    if (session->GetGsetPool().Delete(set) == 0) return;
-  }
-  transaction.Commit(1);
+  if (sets.empty()) return;
+  RunAct(session, "IDS_QD_TRANS_Merge_GeomSet", [&] {
+    if (session->GetGeomPool().Private_ApplyGset(parts, target) == 0) return 0;
+    const iterator current = session->GetGsetPool().GetCurrentSet();
+    for (const iterator set : sets) {
+      if (set == current && session->GetGsetPool().SetCurrentSet(target) == 0) return 0;
+      if (session->GetGsetPool().Delete(set) == 0) return 0;
+    }
+    return 1;
+  });
 }
 
 }  // namespace qd

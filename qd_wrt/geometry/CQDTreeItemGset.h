@@ -55,6 +55,7 @@ class QD_EXPORT CQDTreeItemGset : public CQDTreeItem {
 
  private:
   const tagTGset* Record() const;
+  bool Concerns(const tagTRNotify& change) const;
   CQDTreeItemTopoGroup* MakeGroup(int kind);
   void Merge(std::vector<iterator> sets, std::vector<iterator> parts);
 

@@ -62,7 +62,7 @@ void CQDTreeItemPart::OnEditChange(const wchar_t* text) {
   // The editor began with the whole title.
   const CString suffix = TitleSuffix();
   if (!suffix.empty() && name.ends_with(suffix)) name.resize(name.size() - suffix.size());
-  RenamePart(GetDBSession(), m_itr, std::move(name));
+  RenamePart(GetDBSession(), m_itr, name);
   if (!IsDetached()) SetTitleIncludeType();
 }
 

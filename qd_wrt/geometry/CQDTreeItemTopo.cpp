@@ -88,28 +88,10 @@ void CQDTreeItemTopo::CreateContextMenu(CPoint& screen) {
   GetControl()->TrackMenu(menu.Menu(), screen);
 }
 
-bool CQDTreeItemTopo::RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) {
-  const std::vector<iterator> itrs = IteratorsOf(acting);
-  const PartSet chosen(itrs.begin(), itrs.end());
-  switch (command) {
-    case kCommandNewSet:
-      NewGeometrySet();
-      return true;
-    case kCommandShowOnly:
-      ShowPartOnly(chosen);
-      return true;
-    case kCommandHideOnly:
-      HidePartOnly(chosen);
-      return true;
-    case kCommandShow:
-      ShowPart(chosen);
-      return true;
-    case kCommandHide:
-      HidePart(chosen);
-      return true;
-    default:
-      return false;
-  }
+bool CQDTreeItemTopo::RunOwn(unsigned command) {
+  if (command != kCommandNewSet) return false;
+  NewGeometrySet();
+  return true;
 }
 
 void CQDTreeItemTopo::SetGeomRenderMode(const TArray<iterator>& itrs) {

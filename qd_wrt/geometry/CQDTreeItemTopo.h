@@ -32,7 +32,8 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
   std::vector<iterator> Records() const override;
   CQDTreeItem* MakeNode(iterator itr) override;
   CQDTreeItem* NodeOfRecord(iterator itr) const override;
-  bool RunOwn(unsigned command, const std::vector<CQDTreeItem*>& acting) override;
+  bool RunOwn(unsigned command) override;
+  VisibilityRow KindOfRow() const override { return VisibilityRow::SetRoot; }
   PartCommands::Meshes Meshes() const override { return PartCommands::Meshes::StayAsTheyAre; }
 };
 

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/CMSGFunction.h"
+#include "host/Act.h"
 #include "host/CQDColorGenerator.h"
 #include "host/CQDCommandObj.h"
-#include "host/CTransaction.h"
 #include "host/Dialogs.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/IAppWrt.h"
@@ -216,25 +215,25 @@ void PartCommands::SetRandomColours(unsigned) {
   if (CQDViewBase* view = m_doc->GetActiveView()) view->Redraw(0);
 }
 
-/// One transaction: either all parts and their meshes get new colours or none.
+/// Either all parts and their meshes get new colours or none.
 int PartCommands::Recolour() {
   CQDDBSession* session = m_doc->GetDBSession();
-  CTransaction transaction(session);
-  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Geometry")) == 0) return 0;
   CQDColorGenerator colours;
-  for (const iterator itr : m_itrs) {
-    const tagTGeom* old = session->GetGeomPool().GetAtNU(itr);
-    if (old == nullptr) return 0;
-    tagTGeom record = *old;
-    record.colour = colours.GetNextColor();
-    if (session->GetGeomPool().Private_Modify(itr, record, 0, 1) == 0) return 0;
-    const iterator meshed = session->GetMsetPool().GetItrByGeomItr(itr);
-    if (meshed == 0) continue;
-    tagTMset mesh = *session->GetMsetPool().GetAtNU(meshed);
-    mesh.colour = record.colour;
-    if (session->GetMsetPool().Modify(meshed, mesh) == 0) return 0;
-  }
-  return transaction.Commit(1);
+  return RunAct(session, "IDS_QD_TRANS_Modify_Geometry", [&] {
+    for (const iterator itr : m_itrs) {
+      const tagTGeom* old = session->GetGeomPool().GetAtNU(itr);
+      if (old == nullptr) return 0;
+      tagTGeom record = *old;
+      record.colour = colours.GetNextColor();
+      if (session->GetGeomPool().Private_Modify(itr, record, 0, 1) == 0) return 0;
+      const iterator meshed = session->GetMsetPool().GetItrByGeomItr(itr);
+      if (meshed == 0) continue;
+      tagTMset mesh = *session->GetMsetPool().GetAtNU(meshed);
+      mesh.colour = record.colour;
+      if (session->GetMsetPool().Modify(meshed, mesh) == 0) return 0;
+    }
+    return 1;
+  });
 }
 
 // ---- dialogs --------------------------------------------------------------------------------------------

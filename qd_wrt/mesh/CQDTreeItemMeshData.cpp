@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/mesh/CQDMsetOperation.h"
@@ -140,18 +140,14 @@ void CQDTreeItemMeshData::ToggleMeshAddOn(const std::vector<CQDTreeItem*>& items
 
 void CQDTreeItemMeshData::OnEditChange(const wchar_t* text) {
   const tagTMset* old = Record();
-  if (old == nullptr || old->name == text) return;
+  if (old == nullptr) return;
   CQDDBSession* session = GetDBSession();
-  const std::optional<CString> name = FreeMsetName(*session, m_itr, text);
-  if (!name || *name == old->name || !IsEditable()) return SetTitleIncludeType();
-  {
+  if (const auto name = IsEditable() ? NewMsetName(*session, *old, text) : std::nullopt) {
     tagTMset record = *old;
     record.name = *name;
-    CTransaction transaction(session);
-    if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Modify_Mset")) != 0 &&
-        session->GetMsetPool().Modify(m_itr, record) != 0) {
-      transaction.Commit(0);
-    }
+    constexpr int kNoRedraw = 0;  // views show no names
+    const auto write = [&] { return session->GetMsetPool().Modify(m_itr, record); };
+    RunAct(session, "IDS_QD_TRANS_Modify_Mset", write, kNoRedraw);
   }
   // The row has the text as it was typed; the name may be shorter, or the old one.
   if (!IsDetached()) SetTitleIncludeType();
@@ -179,15 +175,13 @@ std::vector<CQDTreeItem*> CQDTreeItemMeshData::SelectedSets() const {
 int CQDTreeItemMeshData::MergeMeshSet(iterator target, const TArray<iterator>& list) {
   CQDDBSession* session = GetDBSession();
   const tagTMset* record = session->GetMsetPool().GetAtNU(target);
-  CTransaction transaction(session);
-  if (record == nullptr || transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Merge_Mesh_Set")) == 0) {
-    return 0;
-  }
-  // The merged mesh is not any more what was generated.
-  const iterator generation = session->GetMGInfoPool().GetItrByKey(record->mgInfo);
-  if (generation != 0 && session->GetMGInfoPool().Delete(generation) == 0) return 0;
-  if (session->GetMsetPool().Merge(target, list) == 0) return 0;
-  return transaction.Commit(1);
+  if (record == nullptr) return 0;
+  return RunAct(session, "IDS_QD_TRANS_Merge_Mesh_Set", [&] {
+    // The merged mesh is not any more what was generated.
+    const iterator generation = session->GetMGInfoPool().GetItrByKey(record->mgInfo);
+    if (generation != 0 && session->GetMGInfoPool().Delete(generation) == 0) return 0;
+    return session->GetMsetPool().Merge(target, list);
+  });
 }
 
 void CQDTreeItemMeshData::DeleteSelectedItems() {

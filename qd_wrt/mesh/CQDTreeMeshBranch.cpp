@@ -3,8 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
+#include "host/Act.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
 #include "qd_wrt/mesh/MsetSwitch.h"
@@ -172,16 +171,16 @@ void RefreshMeshDisplay(CQDTreeItem& node) {
 int ModifyMsets(CQDDBSession& session, const char* titleKey, const std::vector<iterator>& itrs,
                 const std::function<void(tagTMset&)>& change) {
   DPoolMset& pool = session.GetMsetPool();
-  CTransaction transaction(&session);
-  if (transaction.Begin(CMSGFunction::GetValue(titleKey)) == 0) return 0;
-  for (const iterator itr : itrs) {
-    const tagTMset* old = pool.GetAtNU(itr);
-    if (old == nullptr) return 0;
-    tagTMset record = *old;
-    change(record);
-    if (pool.Modify(itr, record) == 0) return 0;
-  }
-  return transaction.Commit(1);
+  return RunAct(&session, titleKey, [&] {
+    for (const iterator itr : itrs) {
+      const tagTMset* old = pool.GetAtNU(itr);
+      if (old == nullptr) return 0;
+      tagTMset record = *old;
+      change(record);
+      if (pool.Modify(itr, record) == 0) return 0;
+    }
+    return 1;
+  });
 }
 
 std::vector<iterator> MsetsOf(const std::vector<CQDTreeItem*>& nodes) {

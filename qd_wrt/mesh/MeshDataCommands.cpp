@@ -9,6 +9,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/IAppWrt.h"
 #include "qd_wrt/core/MenuTable.h"
+#include "qd_wrt/core/ViewUpdate.h"
 #include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
 #include "qd_wrt/mesh/MeshMenus.h"
@@ -91,13 +92,13 @@ void CQDTreeItemMeshData::Reverse(unsigned) {
   const std::vector<CQDTreeItem*> sets = SelectedSets();
   CQDTreeItemMesh* root = GetMeshTreeItem();
   if (sets.empty() || root == nullptr) return;
-  root->SetViewUpdate(0);
+  const QuietNode quiet(*root);
+  const LastRedraws redraws(sets);
   for (CQDTreeItem* set : sets) {
-    set->SetViewUpdate(set == sets.back() ? 1 : 0);
+    redraws.SayTo(*set);
     set->OnClickCheck(set->GetCheckStatus());
   }
   RefreshMeshDisplay(*this);
-  root->SetViewUpdate(1);
 }
 
 void CQDTreeItemMeshData::ShowHide(unsigned command) {
@@ -116,12 +117,11 @@ void CQDTreeItemMeshData::ShowHideOnly(unsigned command) {
   CQDTreeItemMesh* root = GetMeshTreeItem();
   if (sets.empty() || root == nullptr) return;
   const bool showOnly = command == kCommandShowMeshOnly;
-  root->SetViewUpdate(0);
+  const QuietNode quiet(*root);
   if (showOnly) GetDocument()->OnShowOnly();
   root->HandleFirst(showOnly ? kCommandHideAllMeshes : kCommandShowAllMeshes);
   MsetSwitch(showOnly ? kUnchecked : kChecked).Switch(sets, true);
   root->WriteBox(kChecked);
-  root->SetViewUpdate(1);
 }
 
 // ---- how meshes are drawn -------------------------------------------------------------------------------

@@ -3,13 +3,14 @@
 #include <algorithm>
 #include <map>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
 #include "host/Dialogs.h"
 #include "host/ProductVariant.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/core/MenuTable.h"
+#include "qd_wrt/core/ViewUpdate.h"
 #include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
 #include "qd_wrt/mesh/MeshMenus.h"
@@ -107,9 +108,10 @@ void CQDTreeItemMesh::ShowHideAll(unsigned command, const Targets&) {
 }
 
 void CQDTreeItemMesh::Reverse(unsigned, const Targets& targets) {
+  const LastRedraws redraws(targets);
   for (CQDTreeItem* node : targets) {
     if (!node->IsMesh()) continue;
-    node->SetViewUpdate(node == targets.back() ? 1 : 0);
+    redraws.SayTo(*node);
     static_cast<CQDTreeItemMeshData*>(node)->SetMsetShowHIde(node->GetCheckStatus());
   }
 }
@@ -175,9 +177,7 @@ void CQDTreeItemMesh::NewMeshSet(unsigned, const Targets&) {
   record.name = CMSGFunction::GetValue("IDS_QD_WRT_NEW_MESHSET");
   if (pool.Exist(record.name) != 0) record.name = pool.GetNewCopyName(record.name);
   record.name = CutName(record.name);
-  CTransaction transaction(GetDBSession());
-  if (transaction.Begin(CMSGFunction::GetValue("IDS_QD_TRANS_Add_Mset")) == 0) return;
-  if (pool.AddMset(record) != 0) transaction.Commit(1);
+  RunAct(GetDBSession(), "IDS_QD_TRANS_Add_Mset", [&] { return pool.AddMset(record) != 0 ? 1 : 0; });
 }
 
 void CQDTreeItemMesh::DeleteSets(unsigned command, const Targets&) {

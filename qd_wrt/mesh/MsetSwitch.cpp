@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "qd_wrt/core/ViewUpdate.h"
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
 
 namespace qd {
@@ -57,8 +58,9 @@ void MsetSwitch::Walk(CQDTreeItemMeshData& set, int level, Depth depth) {
   if (nested.empty()) return set.SetMsetShowHIde(m_state);
   set.SetViewUpdate(0);
   set.SetMsetShowHIde(m_state);
+  const LastRedraws redraws(nested.back().set);
   for (const Nested& below : nested) {
-    below.set->SetViewUpdate(below.set == nested.back().set ? 1 : 0);
+    redraws.SayTo(*below.set);
     if (below.level <= kRepeatedLevels) {
       Walk(*below.set, below.level, Depth::RepeatedLevels);
     } else {
@@ -77,9 +79,10 @@ void MsetSwitch::Switch(CQDTreeItemMeshData& set) {
 }
 
 void MsetSwitch::Switch(const std::vector<CQDTreeItem*>& sets, bool redraw) {
+  const LastRedraws redraws(sets, redraw);
   for (CQDTreeItem* node : sets) {
     if (!node->IsMesh() || node->IsDetached()) continue;
-    node->SetViewUpdate(node == sets.back() && redraw ? 1 : 0);
+    redraws.SayTo(*node);
     Switch(static_cast<CQDTreeItemMeshData&>(*node));
   }
 }

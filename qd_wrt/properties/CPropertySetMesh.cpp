@@ -6,9 +6,9 @@
 #include <unordered_set>
 #include <variant>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
 #include "host/CQDUnitCtrl.h"
-#include "host/CTransaction.h"
 #include "host/LongWork.h"
 #include "platform/Toolkit.h"
 #include "qd_wrt/properties/MeshParameters.h"
@@ -247,13 +247,12 @@ void CPropertySetMesh::ApplyProperty() {
   if (m_name != nullptr && m_name->value != old.name && !m_name->readOnly) {
     CString text;
     ExtractString(m_name, text);
-    if (const auto name = FreeMsetName(*session, GetIterator(), text)) record.name = *name;
+    if (const auto name = NewMsetName(*session, old, text)) record.name = *name;
   }
   if (m_colour != nullptr) record.colour = m_colour->colour;
   if (record.name == old.name && record.colour == old.colour) return;
-  CTransaction transaction(session);
-  if (transaction.Begin(Text("IDS_QD_TRANS_Modify_Mset")) == 0) return;
-  if (session->GetMsetPool().Modify(GetIterator(), record) != 0) transaction.Commit(1);
+  RunAct(session, "IDS_QD_TRANS_Modify_Mset",
+         [&] { return session->GetMsetPool().Modify(GetIterator(), record); });
 }
 
 }  // namespace qd

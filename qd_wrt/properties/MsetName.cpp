@@ -2,14 +2,9 @@
 
 namespace qd {
 
-std::optional<CString> FreeMsetName(CQDDBSession& session, iterator mset, const CString& text) {
-  const CString name = CutName(text);
-  if (name.empty()) return std::nullopt;
-  for (const CString* wanted : {&text, &name}) {
-    const iterator known = session.GetMsetPool().GetItr(*wanted);
-    if (known != 0 && known != mset) return std::nullopt;
-  }
-  return name;
+std::optional<CString> NewMsetName(CQDDBSession& session, const tagTMset& old, const CString& text) {
+  const auto isTaken = [&session](const CString& name) { return session.GetMsetPool().GetItr(name) != 0; };
+  return NewName(old.name, text, isTaken, NameRefusal::Silent);
 }
 
 }  // namespace qd

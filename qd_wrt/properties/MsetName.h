@@ -2,13 +2,11 @@
 
 #include <optional>
 
-#include "host/CQDDBSession.h"
-#include "platform/Export.h"
+#include "host/Act.h"
 
 namespace qd {
 
-/// The name that a mesh set gets when it is to be called `text`: cut to what names can hold. Nothing when the
-/// text is empty or another set has the name, as it stands or cut.
-QD_EXPORT std::optional<CString> FreeMsetName(CQDDBSession& session, iterator mset, const CString& text);
+/// The new name of a mesh set, as NewName says, without a word when it is refused.
+QD_EXPORT std::optional<CString> NewMsetName(CQDDBSession& session, const tagTMset& old, const CString& text);
 
 }  // namespace qd

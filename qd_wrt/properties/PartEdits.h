@@ -7,10 +7,10 @@
 
 namespace qd {
 
-/// Changes of parts by the user, each one undoable act. Results are 1, or 0 with nothing changed.
+/// Changes of parts by the user, each one undoable act. Results are 1, or 0 with nothing changed and not as asked.
 
 /// An empty name is refused with a warning; a longer one than names can be is cut.
-QD_EXPORT int RenamePart(CQDDBSession* session, iterator part, CString name);
+QD_EXPORT int RenamePart(CQDDBSession* session, iterator part, const CString& wanted);
 QD_EXPORT int RecolourPart(CQDDBSession* session, iterator part, COLORREF colour);
 /// Makes the solids among the parts flexible (1) or rigid (0) bodies; without solids nothing is done.
 QD_EXPORT int SetPartsBodyType(CQDDBSession* session, const std::vector<iterator>& parts, int flexible);
