@@ -4,8 +4,10 @@ qd_layer_headers(platform platform)
 qd_layer_headers(host host)
 
 qd_module_part(qd_platform platform SEES platform)
-file(GLOB tree_sources CONFIGURE_DEPENDS platform/tree/*.cpp)
-target_sources(qd_platform PRIVATE ${tree_sources})
+file(GLOB tree_sources CONFIGURE_DEPENDS platform/tree/*.cpp platform/text/*.cpp)
+set_source_files_properties("${QD_UNICODE_TABLES}" PROPERTIES GENERATED ON)
+target_sources(qd_platform PRIVATE ${tree_sources} "${QD_UNICODE_TABLES}")
+add_dependencies(qd_platform unicode_tables)
 # The window system of the module's home comes with it; elsewhere the host brings its toolkit.
 if(WIN32)
   qd_module_part(qd_system platform/win32 SEES platform)

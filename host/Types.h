@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/TextCut.h"
 #include "platform/Types.h"
+#include "platform/text/Characters.h"
 
 namespace qd {
 

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "host/Types.h"
-#include "platform/TextCut.h"
+#include "platform/text/Characters.h"
 
 namespace qd::test {
 namespace {

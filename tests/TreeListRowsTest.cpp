@@ -94,26 +94,6 @@ TEST(NameOrder, ComparesPrefixNumberAndText) {
   }
 }
 
-TEST(FoldedCase, GivesOneLetterForBothAndNeverAThird) {
-  for (int code = 1; code < 0x10000; ++code) {
-    const auto letter = static_cast<wchar_t>(code);
-    const wchar_t folded = FoldCase(letter);
-    ASSERT_EQ(FoldCase(folded), folded) << code;
-  }
-  for (const auto& [capital, small] : {std::pair(L'A', L'a'),
-                                       {L'\xC4', L'\xE4'},
-                                       {L'\x139', L'\x13A'},
-                                       {L'\x178', L'\xFF'},
-                                       {L'\x3C2', L'\x3C3'},
-                                       {L'\x401', L'\x451'},
-                                       {L'\xFF21', L'\xFF41'}}) {
-    EXPECT_EQ(FoldCase(capital), small) << static_cast<int>(capital);
-    EXPECT_EQ(CompareFolded(std::wstring(3, capital), std::wstring(3, small)), 0) << static_cast<int>(capital);
-  }
-  for (const wchar_t other : {L'@', L'[', L'\xD7', L'\xF7', L'\xDF', L'\x138', L'\x3042'})
-    EXPECT_EQ(FoldCase(other), other);
-}
-
 TEST_F(TreeList, SortByKeyUsesTheKeyThenTheBracketNumber) {
   for (const wchar_t* name : {L"Set [12]", L"Set [3]", L"x", L"y", L"same as y"}) Add(name);
   m_tree.SetItemText(m_rows[L"same as y"], 1, L"5");

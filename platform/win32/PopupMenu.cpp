@@ -1,8 +1,9 @@
 #include "platform/win32/PopupMenu.h"
 
 #include <algorithm>
-#include <cwctype>
 
+#include "platform/text/Characters.h"
+#include "platform/text/Folding.h"
 #include "platform/win32/Win32Toolkit.h"
 
 namespace qd {
@@ -20,7 +21,7 @@ constexpr int kLeastHeight = kPicture + 2 * 3;
 /// Texts of any length stay within the screen.
 std::wstring_view Shown(const BCMenu::Entry& entry) {
   constexpr std::size_t kLongest = 200;
-  return std::wstring_view(entry.text).substr(0, kLongest);
+  return std::wstring_view(entry.text).substr(0, CutLength(entry.text, kLongest));
 }
 
 }  // namespace
@@ -150,8 +151,7 @@ LRESULT PopupMenu::FindByCharacter(wchar_t character, HMENU menu) const {
     GetMenuItemInfoW(menu, static_cast<UINT>(index), TRUE, &item);
     const BCMenu::Entry* entry = EntryOf(item.dwItemData);
     if (entry == nullptr || entry->text.empty()) continue;
-    const auto upper = [](wchar_t unit) { return std::towupper(static_cast<std::wint_t>(unit)); };
-    if (upper(entry->text.front()) == upper(character)) {
+    if (FoldCase(static_cast<char32_t>(entry->text.front())) == FoldCase(static_cast<char32_t>(character))) {
       ++matches;
       if (first < 0) first = index;
       if (next < 0 && passed) next = index;

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "platform/text/Characters.h"
 #include "platform/win32/ControlWindows.h"
 
 namespace qd {
@@ -43,7 +44,7 @@ class ToolTipWindow final : public NativeWindow {
   /// Names of any length and with any character, as the system's tips show them.
   static CString OneLine(const CString& text) {
     constexpr std::size_t kLongest = 1000;
-    CString line = text.substr(0, kLongest);
+    CString line = text.substr(0, CutLength(text, kLongest));
     std::replace_if(
         line.begin(), line.end(), [](wchar_t character) { return character < L' '; }, L' ');
     return line;

@@ -5,6 +5,7 @@
 
 #include "platform/Export.h"
 #include "platform/Types.h"
+#include "platform/text/Folding.h"
 
 namespace qd {
 
@@ -17,12 +18,6 @@ struct SortParameters {
 /// The leading decimal number of a text: blanks, a sign, digits. 0 when there is none; a number that does not fit
 /// is clamped, so that long runs of digits are equal rather than scattered. Independent of the locale.
 QD_EXPORT std::int32_t DecimalPrefix(std::wstring_view text);
-
-/// Lower case of one element by a fixed table of one-to-one pairs (Latin, Greek, Cyrillic, Armenian, full width),
-/// the same in every locale.
-QD_EXPORT wchar_t FoldCase(wchar_t element);
-/// Compares element by element in lower case: the difference of the first pair that differs, else of the lengths.
-QD_EXPORT int CompareFolded(std::wstring_view a, std::wstring_view b);
 
 /// The number between the last "[" and the last "]" of a text, 0 without both in this order.
 QD_EXPORT std::int32_t BracketNumber(std::wstring_view text);

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "platform/CDC.h"
-#include "platform/TextCut.h"
+#include "platform/text/Characters.h"
 #include "qd_wrt/treelist/CTreeListCtrl.h"
 
 namespace qd {

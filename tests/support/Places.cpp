@@ -13,4 +13,12 @@ std::string Program(const std::string& name) {
   return QD_PROGRAM_FOLDER "/" + name;
 }
 
+std::string UnicodeFolder() {
+  return QD_UNICODE_FOLDER;
+}
+
+std::string UnpackedFolder() {
+  return QD_UNPACKED_FOLDER;
+}
+
 }  // namespace qd::test

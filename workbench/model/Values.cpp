@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/text/Characters.h"
 #include "workbench/mesh/MeshEdit.h"
 #include "workbench/model/Placement.h"
 #include "workbench/model/Pools.h"
@@ -155,7 +156,7 @@ void Fit(double& value) {
   if (!std::isfinite(value)) value = 0;
 }
 void Fit(CString& name) {
-  if (name.size() > kMostName) name.resize(kMostName);
+  name.resize(CutLength(name, kMostName));
 }
 
 void Fit(tagMGInfo& generation) {

@@ -8,6 +8,7 @@
 
 #include "host/CMSGFunction.h"
 #include "platform/Message.h"
+#include "platform/text/Characters.h"
 #include "workbench/native/Texts.h"
 #include "workbench/session/VariantNames.h"
 #include "workbench/text/Utf8.h"
@@ -97,7 +98,8 @@ void RefreshMenuBar(HMENU bar, const Session& session) {
     if (!IsHere(command) || command.number == 0 || choices) continue;
     CString label = LabelOf(command);
     if (command.detail != nullptr) {
-      const CString detail = WithoutMark(command.detail(session).substr(0, kLongestDetail));
+      CString detail = command.detail(session);
+      detail = WithoutMark(detail.substr(0, CutLength(detail, kLongestDetail)));
       if (!detail.empty()) label.insert(std::min(label.find(L'\t'), label.size()), L" – " + detail);
     }
     MENUITEMINFOW item{};

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "host/CMSGFunction.h"
+#include "platform/text/Characters.h"
 
 namespace qd::workbench {
 
@@ -15,7 +16,7 @@ constexpr int kValueColumn = 1;
 constexpr std::size_t kLongestShown = 250;  // characters that a list shows of a text
 
 CString Shown(const CString& text) {
-  CString shown = text.substr(0, kLongestShown);
+  CString shown = text.substr(0, CutLength(text, kLongestShown));
   std::replace(shown.begin(), shown.end(), L'\0', L' ');
   return shown;
 }
