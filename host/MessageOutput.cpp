@@ -14,14 +14,24 @@ IMessageOutput::~IMessageOutput() {
   if (s_output == this) s_output = nullptr;
 }
 
-CString qdFormat(const CString& format, std::initializer_list<CString> arguments) {
+CString qdFormat(const CString& format, std::span<const CString> arguments) {
   CString text;
+  std::size_t next = 0;
   std::size_t from = 0;
-  for (const CString& argument : arguments) {
-    const std::size_t at = format.find(L"%s", from);
-    if (at == CString::npos) break;
-    text += format.substr(from, at - from) + argument;
-    from = at + 2;
+  for (std::size_t at = format.find(L'%'); at != CString::npos && at + 1 < format.size();
+       at = format.find(L'%', at)) {
+    const wchar_t kind = format[at + 1];
+    const bool numbered = kind >= L'1' && kind <= L'9';
+    const std::size_t number = numbered ? static_cast<std::size_t>(kind - L'1') : next;
+    if ((!numbered && kind != L's') || number >= arguments.size()) {
+      ++at;
+      continue;
+    }
+    text.append(format, from, at - from);
+    text += arguments[number];
+    next += numbered ? 0 : 1;
+    at += 2;
+    from = at;
   }
   return text + format.substr(from);
 }

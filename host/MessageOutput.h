@@ -1,6 +1,7 @@
 #pragma once
 
 #include <initializer_list>
+#include <span>
 
 #include "platform/Export.h"
 #include "platform/Types.h"
@@ -18,10 +19,14 @@ class QD_EXPORT IMessageOutput {
   virtual void Warn(const CString& text) = 0;
 };
 
-/// A text with each "%s" replaced by the next argument, which is put in as it is.
-QD_EXPORT CString qdFormat(const CString& format, std::initializer_list<CString> arguments);
+/// A text with its arguments, which are put in as they are: "%s" is the next of them, "%1" to "%9" the one of that
+/// number, so that a language can have them in its own order. Where there is none of that number the place stays.
+QD_EXPORT CString qdFormat(const CString& format, std::span<const CString> arguments);
+inline CString qdFormat(const CString& format, std::initializer_list<CString> arguments) {
+  return qdFormat(format, std::span(arguments.begin(), arguments.size()));
+}
 
-/// Shows a warning. Each "%s" of `format` is replaced by the next argument. Without an output nothing happens.
+/// Shows a warning, a format with its arguments. Without an output nothing happens.
 QD_EXPORT void qdMsgOutFormatWarning(const CString& format, std::initializer_list<CString> arguments = {});
 
 }  // namespace qd

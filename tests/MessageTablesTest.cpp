@@ -8,6 +8,7 @@
 #include <regex>
 #include <set>
 
+#include "host/MessageOutput.h"
 #include "support/Places.h"
 #include "support/ScratchFolder.h"
 #include "workbench/text/MessageFile.h"
@@ -117,16 +118,26 @@ TEST(MessageTables, PlacesForArgumentsAreFound) {
   EXPECT_THAT(PlaceholdersOf(L"%ld : %s"), ElementsAre(L"%ld", L"%s"));
   EXPECT_THAT(PlaceholdersOf(L"100 %, 5%% and %-3d"), ElementsAre(L"%-3d"));
   EXPECT_THAT(PlaceholdersOf(L"%"), IsEmpty());
+  EXPECT_THAT(PlaceholdersOf(L"%2 des %1s, %0"), ElementsAre(L"%2", L"%1"));
   EXPECT_THAT(PlaceholdersOf(L"%%s"), IsEmpty());
 }
 
 TEST(MessageTables, TextsWithOtherPlacesGiveWayToTheUntranslatedOnes) {
-  const MessageTexts english{{"A", L"%s of %ld"}, {"B", L"plain"}, {"C", L"%s"}};
+  const MessageTexts english{
+      {"A", L"%s of %ld"}, {"B", L"plain"}, {"C", L"%s"}, {"E", L"%s of %s"}, {"F", L"%s of %s"}};
   MessageFile table;
-  table.texts = {{"A", L"%ld von %s"}, {"B", L"%s%s%s%n"}, {"C", L"also %s"}, {"D", L"%s"}};
+  table.texts = {{"A", L"%ld von %s"}, {"B", L"%s%s%s%n"}, {"C", L"also %s"},
+                 {"D", L"%s"},         {"E", L"%2, %1"},   {"F", L"%1, %3"}};
   DropMisformatted(table, english);
-  EXPECT_THAT(table.texts, ElementsAre(Pair("C", L"also %s"), Pair("D", L"%s")));
-  EXPECT_EQ(table.faults.size(), 2U);
+  EXPECT_THAT(table.texts, ElementsAre(Pair("C", L"also %s"), Pair("D", L"%s"), Pair("E", L"%2, %1")));
+  EXPECT_EQ(table.faults.size(), 3U);
+}
+
+TEST(MessageTables, TextsPutTheirArgumentsWhereTheirLanguageWantsThem) {
+  EXPECT_EQ(qdFormat(L"%s: %s", {L"a", L"b"}), L"a: b");
+  EXPECT_EQ(qdFormat(L"%2: %1, %2", {L"a", L"b"}), L"b: a, b");
+  EXPECT_EQ(qdFormat(L"%1%2", {L"%2%s", L"b"}), L"%2%sb") << "arguments are put in as they are";
+  EXPECT_EQ(qdFormat(L"%s %s %3 %0 100 % %", {L"a"}), L"a %s %3 %0 100 % %");
 }
 
 TEST(MessageTables, ThePseudoLanguageLengthensAndKeepsThePlaces) {

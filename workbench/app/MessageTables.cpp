@@ -7,7 +7,9 @@
 #include <QLibraryInfo>
 #include <QLocale>
 #include <utility>
+#include <vector>
 
+#include "host/MessageOutput.h"
 #include "platform/qt/QtConvert.h"
 
 namespace qd::workbench {
@@ -91,14 +93,9 @@ bool MessageTables::Find(std::string_view key, CString& text) const {
 }
 
 QString Text(const char* key, const QStringList& arguments) {
-  const QStringList pieces = ToQt(CMSGFunction::GetValue(key)).split("%s");
-  QString text = pieces.first();
-  // Arguments are put in as they are: a name that holds "%s" itself changes nothing.
-  for (qsizetype i = 1; i < pieces.size(); ++i) {
-    text += i <= arguments.size() ? arguments[i - 1] : QString();
-    text += pieces[i];
-  }
-  return text;
+  std::vector<CString> texts;
+  for (const QString& argument : arguments) texts.push_back(FromQt(argument));
+  return ToQt(qdFormat(CMSGFunction::GetValue(key), texts));
 }
 
 }  // namespace qd::workbench

@@ -7,7 +7,7 @@
 
 namespace qd::workbench {
 
-/// The text of a key in the language of now, with each "%s" replaced by the next argument.
+/// The text of a key in the language of now, with its arguments.
 inline CString Text(const char* key, std::initializer_list<CString> arguments = {}) {
   return qdFormat(CMSGFunction::GetValue(key), arguments);
 }

@@ -14,11 +14,28 @@ std::string Trimmed(const std::string& line) {
   return first == std::string::npos ? "" : line.substr(first, line.find_last_not_of(kBlank) - first + 1);
 }
 
+bool IsNumbered(const std::wstring& text, std::size_t at) {
+  return at + 1 < text.size() && text[at + 1] >= L'1' && text[at + 1] <= L'9';
+}
+
 /// The length of a place for an argument that begins with the percent sign at `at`; 0 for none.
 std::size_t PlaceholderLength(const std::wstring& text, std::size_t at) {
+  if (IsNumbered(text, at)) return 2;
   const std::size_t conversion = text.find_first_not_of(L"-+ #0123456789.lh", at + 1);
   if (conversion == std::wstring::npos) return 0;
   return std::wstring(L"sdiufgeExXc").find(text[conversion]) != std::wstring::npos ? conversion - at + 1 : 0;
+}
+
+/// What a text puts where: the kind of each argument by its number.
+std::map<std::size_t, std::wstring> ArgumentsOf(const std::wstring& text) {
+  std::map<std::size_t, std::wstring> arguments;
+  std::size_t next = 0;
+  for (const std::wstring& place : PlaceholdersOf(text)) {
+    const bool numbered = IsNumbered(place, 0);
+    const std::size_t number = numbered ? static_cast<std::size_t>(place[1] - L'0') : ++next;
+    arguments.emplace(number, numbered ? L"%s" : place);
+  }
+  return arguments;
 }
 
 }  // namespace
@@ -64,8 +81,8 @@ std::vector<std::wstring> PlaceholdersOf(const std::wstring& text) {
 void DropMisformatted(MessageFile& file, const MessageTexts& reference) {
   std::erase_if(file.texts, [&](const auto& entry) {
     const auto known = reference.find(entry.first);
-    if (known == reference.end() || PlaceholdersOf(known->second) == PlaceholdersOf(entry.second)) return false;
-    file.faults.push_back(entry.first + ": not the same places for arguments");
+    if (known == reference.end() || ArgumentsOf(known->second) == ArgumentsOf(entry.second)) return false;
+    file.faults.push_back(entry.first + ": not the same arguments");
     return true;
   });
 }

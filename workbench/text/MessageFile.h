@@ -24,11 +24,13 @@ struct MessageFile {
 /// that are no UTF-8 leave the table empty; a line without "=" and a key that comes again are left out.
 MessageFile ParseMessages(const std::string& bytes);
 
-/// The places for arguments in a text, in their order: "%s", "%ld" and the like. "%%" is none.
+/// The places for arguments in a text, in their order: "%s", "%ld" and the like, and with the number of the
+/// argument
+/// "%1" to "%9". "%%" is none.
 std::vector<std::wstring> PlaceholdersOf(const std::wstring& text);
 
-/// Takes out the texts whose places for arguments are not those of the same key in `reference`: they cannot be
-/// formatted with the same arguments. Adds a fault for each.
+/// Takes out the texts whose arguments are not those of the same key in `reference`, in whatever order. Adds a
+/// fault for each.
 void DropMisformatted(MessageFile& file, const MessageTexts& reference);
 
 /// A text as a language of no people would have it: every letter with an accent, longer by half, in brackets. What
