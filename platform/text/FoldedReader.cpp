@@ -1,7 +1,5 @@
 #include "platform/text/FoldedReader.h"
 
-#include <algorithm>
-
 namespace qd {
 
 namespace {
@@ -57,18 +55,15 @@ void FoldedReader::CollectMarks() {
     const CodeData& data = DataOf(code);
     if (data.combining == 0) break;
     if (data.accent && code != kIotaBelow && m_accents == Accents::kLeftOut) continue;
-    m_marks[m_markCount++] = {code, data.combining};
-  }
-  const auto end = m_marks.begin() + static_cast<std::ptrdiff_t>(m_markCount);
-  // Those of a class stay as they are. The runs are short: a sort that asks for memory would cost more.
-  for (auto mark = m_marks.begin(); mark != end; ++mark) {
-    const auto place = std::upper_bound(m_marks.begin(), mark, *mark,
-                                        [](const Mark& a, const Mark& b) { return a.combining < b.combining; });
-    std::rotate(place, mark, mark + 1);
+    // Behind those of its class: the runs are short, and mostly in order.
+    std::size_t place = m_markCount++;
+    for (; place > 0 && m_marks[place - 1].combining > data.combining; --place)
+      m_marks[place] = m_marks[place - 1];
+    m_marks[place] = {code, data.combining};
   }
 }
 
-std::int64_t FoldedReader::Next() {
+std::int64_t FoldedReader::NextOfAll() {
   while (true) {
     if (m_mark < m_markCount) {
       const char32_t code = m_marks[m_mark++].code;

@@ -12,6 +12,16 @@
 
 namespace qd {
 
+inline bool IsAscii(wchar_t element) {
+  return static_cast<char32_t>(element) < 0x80;
+}
+
+/// The small letter of an ASCII element.
+inline char32_t SmallAscii(wchar_t element) {
+  const auto code = static_cast<char32_t>(element);
+  return code - U'A' < 26U ? code + (U'a' - U'A') : code;
+}
+
 /// Reads a text code by code as it is compared: decomposed, folded, with its marks in their canonical order,
 /// without what shows nothing. Takes no memory; of a run of marks longer than any that people write, each part is
 /// put in order on its own.
@@ -24,7 +34,10 @@ class FoldedReader {
   FoldedReader& operator=(const FoldedReader&) = delete;
 
   /// The next code, or kEnd.
-  std::int64_t Next();
+  std::int64_t Next() {
+    const bool simple = m_mark == m_markCount && m_parts.empty() && m_at < m_text.size() && IsAscii(m_text[m_at]);
+    return simple ? SmallAscii(m_text[m_at++]) : NextOfAll();
+  }
 
  private:
   struct Mark {
@@ -33,6 +46,7 @@ class FoldedReader {
   };
   static constexpr std::size_t kLongestRun = 32;
 
+  std::int64_t NextOfAll();
   bool Peek(char32_t& code);
   void Take() { m_parts = m_parts.subspan(1); }
   void CollectMarks();

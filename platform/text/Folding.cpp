@@ -10,18 +10,6 @@ namespace qd {
 
 namespace {
 
-constexpr char32_t kAsciiEnd = 0x80;
-
-bool IsAscii(wchar_t element) {
-  return static_cast<char32_t>(element) < kAsciiEnd;
-}
-
-/// The small letter of an ASCII element.
-char32_t SmallAscii(wchar_t element) {
-  const auto code = static_cast<char32_t>(element);
-  return code - U'A' < 26U ? code + (U'a' - U'A') : code;
-}
-
 /// A code in bytes, the first of which says how many there are; as many as any number needs.
 struct Bytes {
   std::array<char, 7> bytes{};
@@ -30,7 +18,7 @@ struct Bytes {
   explicit Bytes(char32_t code) {
     constexpr unsigned kBitsOfRest = 6;
     unsigned bitsOfFirst = 7;
-    if (code < kAsciiEnd) {
+    if (code < 0x80) {
       bytes[size++] = static_cast<char>(code);
       return;
     }
