@@ -121,6 +121,8 @@ const char* FaultOfEntry(const JournalEntry& entry) {
   if (NumberOf(entry.itr) > kMostRecords) return kPoolFull;
   const char* fault = FaultOf(type, static_cast<std::int32_t>(NumberOf(entry.itr)), *entry.after);
   if (fault != nullptr) return fault;
+  if (entry.before != nullptr && TakesNameAway(type, *entry.before, *entry.after))
+    return "IDS_WB_FAULT_BLANK_NAME";
   const auto isNew = [&entry](const auto& part, const auto& before) {
     return part != nullptr && (entry.before == nullptr || part != before);
   };
