@@ -15,10 +15,8 @@ OpenModel::OpenModel(const Fill& fill, const std::vector<long>& trees, const Fil
     m_screen.Show(bar);
     bars[type] = &bar;
   }
-  workbench::WorksTrees::Window window;
-  window.later = [this](std::function<void()> task) { m_later.push_back(std::move(task)); };
-  window.changed = [](const CQDUpdateRecord&) {};
-  m_trees = std::make_unique<workbench::WorksTrees>(m_doc, bars, std::move(window));
+  m_trees = std::make_unique<workbench::WorksTrees>(
+      m_doc, bars, [this](std::function<void()> task) { m_later.push_back(std::move(task)); });
 }
 
 void OpenModel::Settle() {

@@ -284,7 +284,7 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
       case 4:
         return m_session->SendToMeshes(kCommandMeshColourMode + static_cast<unsigned>(Roll(6)));
       case 5:
-        return m_session->SendToMeshSet(kCommandShrink);
+        return m_session->MeshAgain();
       case 6:
         sets = Data().GetGsetPool().GetItrList();
         return sets.empty() ? void() : Data().GetGsetPool().PutCurrentSet(OneOf(sets));

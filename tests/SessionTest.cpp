@@ -4,9 +4,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "qd_wrt/properties/PartEdits.h"
 #include "support/EnglishTexts.h"
 #include "support/Mesh.h"
 #include "workbench/session/DocumentPage.h"
+#include "workbench/session/WorkedOn.h"
 
 namespace qd::test {
 namespace {
@@ -75,6 +77,71 @@ TEST_F(SessionTest, APickSelectsInBothTreesAndTheBuffer) {
   EXPECT_EQ(pick(m_a, false), Records{m_a});
   EXPECT_EQ(pick(m_a, false), Records{m_a});
   EXPECT_EQ(pick(0, false), Records{});
+}
+
+/// Rows that stand for no record mean what lies below them; only with nothing selected an act takes all.
+TEST_F(SessionTest, ARowWithoutARecordMeansWhatIsBelowIt) {
+  const auto parts = [this](bool elseAll = true) {
+    const WorkedOn worked = SelectedParts(m_doc, Reach::Shown, elseAll);
+    return NamesOf(Data().GetGeomPool(), worked.records) + (worked.all ? L" (all)" : L"");
+  };
+  const auto sets = [this] {
+    const WorkedOn worked = SelectedMeshSets(m_doc);
+    return NamesOf(Data().GetMsetPool(), worked.records) + (worked.all ? L" (all)" : L"");
+  };
+  EXPECT_EQ(parts(), L"a, b, c (all)");
+  EXPECT_EQ(sets(), L"outer, inner (all)");
+  Click(L"IDS_QD_WRT_MESH");
+  EXPECT_EQ(sets(), L"outer, inner");
+  EXPECT_EQ(parts(), L"");
+  Click(L"IDS_QD_WRT_Coordinate_System");
+  EXPECT_EQ(parts(), L"");
+  EXPECT_EQ(sets(), L"");
+  Click(L"IDS_DB_DATA_NAME_GEOM");
+  EXPECT_EQ(parts(false), L"a, b, c");
+  EXPECT_EQ(sets(), L"outer") << "the mesh of a part that is meant";
+  Show(kGeometrySetTree);
+  HTREEITEM group = Tree().GetChildItem(Row(L"first"));
+  Tree().SetSelection(0, {});
+  Tree().SelectCTItem(Tree().NodeOf(group));
+  Settle();
+  EXPECT_GT(m_doc.GetSelection().others, 0);
+  EXPECT_EQ(parts(), L"a, b");
+  Click(L"first");
+  EXPECT_EQ(parts(), L"a, b");
+  EXPECT_EQ(sets(), L"outer");
+  Click(L"second");
+  EXPECT_EQ(sets(), L"");
+}
+
+/// Nothing of such a name could be seen in any row.
+TEST_F(SessionTest, ANameOfBlanksIsRefusedWithASentence) {
+  iterator system = 0;
+  Act([&] {
+    tagTCord record;
+    record.SetName(L"axes");
+    system = Data().GetCordPool().Add(record);
+  });
+  const auto before = Data().Snapshot();
+  Heard();
+  for (const auto& [tree, title] : {std::pair(kModelTree, L"a"),
+                                    {kModelTree, L"outer"},
+                                    {kModelTree, L"axes"},
+                                    {kGeometrySetTree, L"first"},
+                                    {kGeometrySetTree, L"c"}}) {
+    for (const CString& blanks : {CString(L" "), CString(L"\t\x00A0\x3000\x200B")}) {
+      Show(tree);
+      ASSERT_NE(Node(title), nullptr) << title;
+      Node(title)->OnEditChange(blanks.c_str());
+      EXPECT_THAT(Heard(), ::testing::HasSubstr("warning(IDS_WB_ACT_REFUSED)")) << title;
+      Settle();
+      EXPECT_NE(Node(title), nullptr) << title;
+    }
+  }
+  EXPECT_EQ(RenamePart(&Data(), m_a, L"  "), 0) << "as a page does";
+  EXPECT_EQ(Data().Snapshot(), before);
+  EXPECT_EQ(RenamePart(&Data(), m_a, L" x "), 1);
+  Settle();
 }
 
 /// Whoever clicks a row in one tree sees it in the other one too.
@@ -442,19 +509,38 @@ TEST_F(SessionTest, ShowsAndHidesEverythingAsOneActEach) {
   EXPECT_EQ(m_displayActs, 2);
 }
 
-TEST_F(SessionTest, MeshCommandsGoToTheSelectedSetOrToTheFirst) {
-  const auto shrunk = [this](iterator set) {
-    return m_doc.GetDisplay().Meshes().GetLook(Mset(set).key & kMsetKeyMask).shrink;
+TEST_F(SessionTest, MeshingAgainTakesWhatIsMeantAndNothingElse) {
+  const auto said = [this] {
+    Heard();
+    m_session->MeshAgain();
+    const std::string heard = Heard();
+    Settle();
+    return heard;
   };
-  Select({L"inner"});
-  m_session->SendToMeshSet(kCommandShrink);
-  Settle();
-  EXPECT_TRUE(shrunk(m_inner) && !shrunk(m_outer));
-  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_DISPLAY");
+  using ::testing::HasSubstr;
+  Click(L"inner");
+  EXPECT_THAT(said(), HasSubstr("IDS_WB_MESH_BY_HAND"));
+  Act([&] {
+    const iterator generation = Data().GetMGInfoPool().Add(tagMGInfo());
+    tagTMset record = Mset(m_outer);
+    record.mgInfo = MGInfoPool::KeyOf(generation);
+    ASSERT_EQ(Pool().Modify(m_outer, record), 1);
+  });
+  EXPECT_THAT(said(), HasSubstr("IDS_WB_MESH_BY_HAND"));
+  for (const CString& row : {CString(L"outer"), CString(L"a"), CString(L"IDS_QD_WRT_MESH")}) {
+    Click(row);
+    EXPECT_THAT(said(), HasSubstr("DoModeless(CQDMeshGen3DDlg")) << workbench::ToUtf8(row);
+  }
+  for (const CString& row : {CString(L"b"), CString(L"IDS_QD_WRT_Coordinate_System")}) {
+    Click(row);
+    EXPECT_THAT(said(), HasSubstr("IDS_WB_WHY_NO_MESH_SET")) << workbench::ToUtf8(row);
+  }
   Tree().ResetSelection(1);
-  Heard();
-  m_session->SendToMeshSet(kCommandMeshIncludeExclude);
-  EXPECT_THAT(Heard(), ::testing::HasSubstr("DoModeless(CQDMeshIncludeExcludeDlg, outer"));
+  EXPECT_THAT(said(), HasSubstr("IDS_WB_WHY_NO_MESH_SET"));
+  Undo();
+}
+
+TEST_F(SessionTest, ColourModesOfMeshesAreUndone) {
   m_session->SendToMeshes(kCommandLastMeshColourMode);
   Settle();
   EXPECT_EQ(m_doc.GetDisplay().Meshes().GetMeshColorMode(), 4U);
@@ -576,7 +662,7 @@ class DeckPage : public SessionTest {
 TEST_F(DeckPage, StandsWhileThereIsADeckAndRemovesIt) {
   EXPECT_EQ(DocumentPage::For(m_doc), nullptr);
   const iterator deck = AddDeck(2);
-  EXPECT_TRUE(DocumentPage::IsOf(m_notices.back()));
+  EXPECT_TRUE(Concerns(m_notices.back(), kDataDeck));
   const auto page = DocumentPage::For(m_doc);
   ASSERT_NE(page, nullptr);
   page->ShowProperty();
@@ -592,13 +678,13 @@ TEST_F(DeckPage, StandsWhileThereIsADeckAndRemovesIt) {
   page->OnPropertyChanged(&row, row.data);
   Settle();
   EXPECT_EQ(Data().GetDataType(deck), 0);
-  EXPECT_TRUE(DocumentPage::IsOf(m_notices.back()));
+  EXPECT_TRUE(Concerns(m_notices.back(), kDataDeck));
   EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_TRANS_REMOVE_DECK");
   EXPECT_EQ(DocumentPage::For(m_doc), nullptr);
   Undo();
   EXPECT_NE(DocumentPage::For(m_doc), nullptr);
   AddPartTo(m_first, L"other");
-  EXPECT_FALSE(DocumentPage::IsOf(m_notices.back()));
+  EXPECT_FALSE(Concerns(m_notices.back(), kDataDeck));
 }
 
 TEST_F(DeckPage, ListsSoManyKindsAndCountsTheRest) {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/Model.h"
-#include "workbench/session/WorkedOn.h"
+#include "workbench/session/FollowedWork.h"
 
 namespace qd::test {
 namespace {
@@ -55,6 +55,48 @@ INSTANTIATE_TEST_SUITE_P(Selections, WorkedOnParts,
 TEST_F(WorkedOnParts, AreNamedAsFarAsALineGoes) {
   const std::vector<iterator> parts = AddParts({CString(40, L'x'), L"A\nB", L"C", L"D"});
   EXPECT_EQ(NamesOf(Data().GetGeomPool(), parts), CString(30, L'x') + L"…, A\\u000AB, C, …");
+  const std::vector<iterator> accent = AddParts({CString(30, L'x') + L"\x0301yz"});
+  EXPECT_EQ(NamesOf(Data().GetGeomPool(), accent), CString(29, L'x') + L"…") << "an accent stays with its letter";
+}
+
+/// A dialog says anew what it works on when that is something else, and not whenever anything is.
+TEST_F(WorkedOnParts, IsToldOnlyWhenItHasChanged) {
+  const iterator set = AddSet(L"S");
+  const iterator a = AddPartTo(set, L"a");
+  const iterator b = AddPartTo(set, L"b");
+  const iterator other = AddPartTo(AddSet(L"T"), L"c");
+  int told = 0;
+  FollowedWork work(m_doc, {.elseAll = true}, [&told] { ++told; });
+  const auto after = [&](const std::function<void()>& what) {
+    told = 0;
+    what();
+    Settle();
+    return std::to_wstring(told) + L": " + work.Names() + (work.IsAll() ? L" (all)" : L"");
+  };
+  const auto show = [this](iterator part, int shown) {
+    return [this, part, shown] { m_doc.GetDisplay().Parts().SetShowHide(Part(part).cadItem, shown); };
+  };
+  const auto rename = [this](iterator part, const CString& name) {
+    return [this, part, name] { ChangePart(part, [&name](tagTGeom& record) { record.name = name; }); };
+  };
+  EXPECT_EQ(after([] {}), L"0: a, b, c (all)");
+  EXPECT_EQ(after([this] { m_doc.GetDisplay().Labels().SetShowHide(0, kLabelCord, 1); }), L"0: a, b, c (all)");
+  EXPECT_EQ(after([this] { AddMaterial(L"Steel"); }), L"0: a, b, c (all)");
+  EXPECT_EQ(after(show(a, 0)), L"1: b, c (all)");
+  EXPECT_EQ(after(rename(a, L"A")), L"0: b, c (all)");
+  EXPECT_EQ(after(show(a, 1)), L"1: A, b, c (all)");
+  EXPECT_EQ(after([&] { AddPartTo(set, L"d"); }), L"1: A, b, c, … (all)");
+  EXPECT_EQ(after([this] { Undo(); }), L"1: A, b, c (all)");
+  EXPECT_EQ(after([&] { m_doc.Select({{b}}); }), L"1: b");
+  EXPECT_EQ(after(show(a, 0)), L"0: b");
+  EXPECT_EQ(after(rename(other, L"C")), L"0: b");
+  EXPECT_EQ(after(rename(b, L"B")), L"1: B");
+  EXPECT_EQ(after([&] { work.LeaveOut(b); }), L"0: ");
+  EXPECT_EQ(after([&] { work.LeaveOut(0); }), L"0: B");
+  // What a set holds changes with its parts.
+  EXPECT_EQ(after([&] { m_doc.Select({{set}}); }), L"1: B");
+  EXPECT_EQ(after([&] { ChangePart(other, [set](tagTGeom& record) { record.gset = set; }); }), L"1: B, C");
+  EXPECT_EQ(after([this] { Undo(); }), L"1: B");
 }
 
 }  // namespace

@@ -129,10 +129,24 @@ std::unique_ptr<IDialogPeer> MakeQtDialog(CDialog& owner, const DialogTemplate& 
   return std::make_unique<QtDialog>(owner, layout);
 }
 
+namespace {
+
+/// The window that a question is about: the one the user works in, or else any.
+QWidget* AskingWindow() {
+  if (QWidget* active = QApplication::activeWindow()) return active;
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    if (window->isVisible() && !window->windowTitle().isEmpty()) return window;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+/// As on every system, the box bears the title of the window that asks.
 MessageAnswer ShowQtMessage(const CString& text, MessageButtons buttons) {
+  QWidget* above = AskingWindow();
   QMessageBox box(buttons == MessageButtons::Ok ? QMessageBox::Warning : QMessageBox::Question,
-                  QApplication::applicationDisplayName(), ToQt(text), QMessageBox::NoButton,
-                  QApplication::activeWindow());
+                  above != nullptr ? above->windowTitle() : QString(), ToQt(text), QMessageBox::NoButton, above);
   box.setTextFormat(Qt::PlainText);
   switch (buttons) {
     case MessageButtons::Ok:

@@ -28,10 +28,8 @@ ModelTest::ModelTest() {
   m_doc.SetPathName(L"model.step");
   for (CWorksTreeBar* bar : {&m_bar, &m_setBar}) workbench::Session::MakeBar(*bar, m_doc);
   m_session = std::make_unique<workbench::Session>(
-      m_doc, m_bar, m_setBar,
-      workbench::WorksTrees::Window{
-          .later = [this](std::function<void()> what) { m_later.Add(std::move(what)); },
-          .changed = [this](const CQDUpdateRecord& record) { m_notices.push_back(record); }});
+      m_doc, m_bar, m_setBar, [this](std::function<void()> what) { m_later.Add(std::move(what)); });
+  m_onRecords = m_doc.OnRecords([this](const CQDUpdateRecord& record) { m_notices.push_back(record); });
   m_onDisplay = m_doc.GetDisplay().Subscribe([this](const workbench::DisplayNotice& notice) {
     if (notice.acted) ++m_displayActs;
   });

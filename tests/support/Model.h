@@ -117,6 +117,7 @@ class ModelTest : public ::testing::Test, protected CMainFrame {
   std::unique_ptr<workbench::Session> m_session;
   std::vector<CQDUpdateRecord> m_notices;
   int m_displayActs = 0;
+  workbench::Subscription m_onRecords;
   workbench::Subscription m_onDisplay;
   bool m_checked = true;             // false while a test leaves the trees behind on purpose
   bool m_materialsInTitles = false;  // the host has asked for it

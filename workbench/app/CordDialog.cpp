@@ -6,11 +6,13 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <algorithm>
 
 #include "host/CTransaction.h"
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
+#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
@@ -24,7 +26,8 @@ CordDialog::CordDialog(WorkDocument& doc, iterator edited, QWidget* parent)
       m_name(new QLineEdit),
       m_kind(new QComboBox),
       m_parent(new QComboBox),
-      m_outcome(new QLabel) {
+      m_outcome(new QLabel),
+      m_apply(new QPushButton) {
   SetTitle(*this, edited != 0 ? "IDS_WB_CORD_EDIT" : "IDS_WB_CORD_NEW");
   setAttribute(Qt::WA_DeleteOnClose);
   setObjectName("cord");
@@ -45,17 +48,17 @@ CordDialog::CordDialog(WorkDocument& doc, iterator edited, QWidget* parent)
   m_xyPlane = AddNumbers(*layout, "IDS_WB_CORD_XY_PLANE", {0, 0, 0}, kAxis);
   layout->addRow(m_outcome);
   auto* buttons = new QDialogButtonBox;
-  auto* apply = new QPushButton;
   auto* close = new QPushButton;
-  SetText(*apply, "IDS_WB_APPLY");
+  SetText(*m_apply, "IDS_WB_APPLY");
   SetText(*close, "IDS_WB_CLOSE");
-  apply->setObjectName("apply");
-  buttons->addButton(apply, QDialogButtonBox::ApplyRole);
+  m_apply->setObjectName("apply");
+  buttons->addButton(m_apply, QDialogButtonBox::ApplyRole);
   buttons->addButton(close, QDialogButtonBox::RejectRole);
-  connect(apply, &QPushButton::clicked, this, &CordDialog::Apply);
+  connect(m_apply, &QPushButton::clicked, this, &CordDialog::Apply);
   connect(close, &QPushButton::clicked, this, &QDialog::close);
   layout->addRow(buttons);
   m_doc.SetCurrentDialog(this);
+  m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
   const tagTCord* known = Pool().GetAtNU(edited);
   ShowRecord(known != nullptr ? *known : tagTCord());
 }
@@ -70,13 +73,35 @@ void CordDialog::hideEvent(QHideEvent* event) {
 }
 
 void CordDialog::ShowRecord(const tagTCord& record) {
-  m_name->setText(m_edited != 0 ? ToQt(record.GetName())
-                                : ToQt(Pool().GetNewCopyName(FromQt(Text("IDS_WB_CORD_NAME")))));
+  if (m_edited != 0) {
+    m_name->setText(ToQt(record.GetName()));
+  } else {
+    ProposeName();
+  }
   m_kind->setCurrentIndex(static_cast<int>(record.kind));
   ListParents(record.parent);
   m_origin->SetPoint(record.origin);
   m_xAxis->SetPoint(record.xAxis);
   m_xyPlane->SetPoint(record.xyPlane);
+}
+
+void CordDialog::ProposeName() {
+  m_proposed = ToQt(Pool().GetNewCopyName(FromQt(Text("IDS_WB_CORD_NAME"))));
+  m_name->setText(m_proposed);
+}
+
+/// What was said of an act may have been taken back. What somebody has typed stays, unless it was about a record
+/// that is another one now.
+void CordDialog::FollowRecords(const CQDUpdateRecord& record) {
+  if (!Concerns(record, kDataCord)) return;
+  ClearText(*m_outcome);
+  m_apply->setEnabled(!IsGone());
+  if (IsGone()) return SetText(*m_outcome, "IDS_WB_CORD_GONE");
+  const bool edited = std::any_of(record.changes.begin(), record.changes.end(),
+                                  [this](const tagTRNotify& change) { return change.itr == m_edited; });
+  if (edited) return ShowRecord(*Pool().GetAtNU(m_edited));
+  ListParents(m_parent->currentData().value<iterator>());
+  if (m_edited == 0 && m_name->text() == m_proposed) ProposeName();
 }
 
 void CordDialog::ListParents(iterator chosen) {
@@ -105,11 +130,9 @@ tagTCord CordDialog::Entered() const {
 
 const char* CordDialog::FaultOf(const tagTCord& record) const {
   const tagTCord* old = Pool().GetAtNU(m_edited);
-  if (m_edited != 0 && (old == nullptr || m_doc.GetDatabase().GetDataType(m_edited) == 0)) {
-    return "IDS_WB_CORD_GONE";
-  }
+  if (IsGone()) return "IDS_WB_CORD_GONE";
   const CString name = record.GetName();
-  if (name.empty()) return "IDS_QD_DB_NAME_EMPTY";
+  if (IsBlank(name)) return "IDS_QD_DB_NAME_EMPTY";
   if (Pool().Exist(name) != 0 && (old == nullptr || old->GetName() != name))
     return "IDS_QD_DB_EXIST_NEW_DATA_NAME";
   if (!IsPlaceable(record)) return "IDS_WB_CORD_AXES";
@@ -129,7 +152,7 @@ void CordDialog::Apply() {
   if (done) done = transaction.Commit(1) != 0;
   // Why the document does not take it is told by the document.
   SetText(*m_outcome, done ? "IDS_WB_CORD_STORED" : "IDS_WB_NOT_STORED", {ToQt(record.GetName())});
-  if (done) ShowRecord(record);
+  if (done && m_edited == 0) ShowRecord(record);
 }
 
 }  // namespace qd::workbench

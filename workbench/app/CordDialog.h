@@ -8,6 +8,7 @@
 class QComboBox;
 class QLabel;
 class QLineEdit;
+class QPushButton;
 
 namespace qd::workbench {
 
@@ -27,6 +28,10 @@ class CordDialog final : public QDialog, public IQDCurrentDialog {
  private:
   void ShowRecord(const tagTCord& record);
   void ListParents(iterator chosen);
+  /// Proposes a name for the next new system.
+  void ProposeName();
+  void FollowRecords(const CQDUpdateRecord& record);
+  bool IsGone() const { return m_edited != 0 && m_doc.GetDatabase().GetDataType(m_edited) == 0; }
   tagTCord Entered() const;
   /// The key of what is wrong with what was entered, null for nothing.
   const char* FaultOf(const tagTCord& record) const;
@@ -35,6 +40,8 @@ class CordDialog final : public QDialog, public IQDCurrentDialog {
 
   WorkDocument& m_doc;
   iterator m_edited;
+  QString m_proposed;  // name of a new system
+  Subscription m_onRecords;
   QLineEdit* m_name;  // all are owned by this dialog
   QComboBox* m_kind;
   QComboBox* m_parent;
@@ -42,6 +49,7 @@ class CordDialog final : public QDialog, public IQDCurrentDialog {
   NumberRow* m_xAxis;
   NumberRow* m_xyPlane;
   QLabel* m_outcome;
+  QPushButton* m_apply;
 };
 
 }  // namespace qd::workbench

@@ -123,6 +123,12 @@ void DialogHost::CloseDialog(CQDDocBase*, const CString& dialogClass) {
   if (QDialog* open = m_open[dialogClass]) open->close();
 }
 
+void DialogHost::CloseAll() {
+  for (const auto& [dialogClass, dialog] : m_open) {
+    if (dialog != nullptr) dialog->close();
+  }
+}
+
 void DialogHost::CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) {
   CloseDialog(doc, dialogClass);
 }

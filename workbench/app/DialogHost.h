@@ -21,6 +21,8 @@ class DialogHost final : public IAppWrt, public IGeomDialog, public IQDMeshgDial
 
   void OpenDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
   void CloseDialog(CQDDocBase* doc, const CString& dialogClass) override;
+  /// Closes all that are open.
+  void CloseAll();
   void OpenMeshDialog(int flag, CQDDocBase* doc, const CString& dialogClass, void* data) override;
   void CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) override;
   /// There are no contacts yet, and it says so.

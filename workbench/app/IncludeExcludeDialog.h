@@ -1,10 +1,13 @@
 #pragma once
 
 #include <QDialog>
+#include <unordered_map>
 
 #include "workbench/display/WorkDocument.h"
 
 class QListWidget;
+class QListWidgetItem;
+class QPushButton;
 
 namespace qd::workbench {
 
@@ -14,7 +17,9 @@ class IncludeExcludeDialog final : public QDialog {
   IncludeExcludeDialog(WorkDocument& doc, iterator gset, QWidget* parent);
 
  private:
-  void ListParts();
+  void Place(iterator part);
+  void FollowRecords(const CQDUpdateRecord& record);
+  void RefreshButtons();
   void Move(const QListWidget& from, iterator to);
   /// Where parts that are excluded go: the current set, or the first other one; 0 when there is none.
   iterator OtherSet() const;
@@ -23,6 +28,10 @@ class IncludeExcludeDialog final : public QDialog {
   iterator m_gset;
   QListWidget* m_outside;  // owned by this dialog
   QListWidget* m_inside;
+  QPushButton* m_include;
+  QPushButton* m_exclude;
+  std::unordered_map<iterator, QListWidgetItem*> m_items;  // by part; owned by the lists
+  Subscription m_onRecords;
 };
 
 }  // namespace qd::workbench

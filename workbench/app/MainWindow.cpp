@@ -23,7 +23,6 @@
 #include "workbench/app/Translated.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/exchange/formats/Format.h"
-#include "workbench/session/DocumentPage.h"
 #include "workbench/session/SelectionPage.h"
 #include "workbench/view/ModelView.h"
 
@@ -38,20 +37,15 @@ MainWindow::MainWindow(MessageTables& messages)
   resize(1200, 760);
   MakePanes();
   MakeMenus();
-  m_session = std::make_unique<Session>(*m_doc, m_modelPane->Bar(), m_gsetPane->Bar(),
-                                        WorksTrees::Window{
-                                            .later =
-                                                [this](const std::function<void()>& what) {
-                                                  QTimer::singleShot(
-                                                      0, this, [this, what] { QuietTime::WhenOver(this, what); });
-                                                },
-                                            .changed =
-                                                [this](const CQDUpdateRecord& record) {
-                                                  m_view->Apply(record);
-                                                  if (DocumentPage::IsOf(record)) m_properties->Refresh();
-                                                  RefreshActions();
-                                                },
-                                        });
+  m_session = std::make_unique<Session>(
+      *m_doc, m_modelPane->Bar(), m_gsetPane->Bar(), [this](const std::function<void()>& what) {
+        QTimer::singleShot(0, this, [this, what] { QuietTime::WhenOver(this, what); });
+      });
+  m_onRecords = m_doc->OnRecords([this](const CQDUpdateRecord& record) {
+    m_view->Apply(record);
+    if (Concerns(record, kDataDeck)) m_properties->Refresh();
+    RefreshActions();
+  });
   m_onDisplay = m_doc->GetDisplay().Subscribe([this](const DisplayNotice& notice) {
     RefreshActions();
     if (notice.colours) m_properties->Refresh();
@@ -73,6 +67,7 @@ MainWindow::~MainWindow() {
   delete m_imports;
   delete m_exporter;
   m_doc->SetOnImport(nullptr);
+  m_onRecords = {};
   m_onDisplay = {};
   m_onSelection = {};
   m_session.reset();
@@ -133,7 +128,8 @@ void MainWindow::MakePanes() {
     m_operations->WaitLonger();
     m_exporter->WaitLonger();
   });
-  statusBar()->addWidget(m_selectionText);
+  // Messages hide what does not stand there for good.
+  statusBar()->addPermanentWidget(m_selectionText);
   for (QWidget* widget : std::initializer_list<QWidget*>{m_progress, m_wait, m_cancel}) {
     statusBar()->addPermanentWidget(widget);
     widget->hide();
@@ -187,7 +183,7 @@ void MainWindow::showEvent(QShowEvent* event) {
 void MainWindow::OnImport() {
   const QString filter = Text("IDS_WB_IMPORT_FILTER") + " (" + QString::fromStdString(ReadPatterns(" ")) + ");;" +
                          Text("IDS_WB_ALL_FILES") + " (*)";
-  Import(QFileDialog::getOpenFileNames(this, Text("IDS_WB_IMPORT").remove('&'), QString(), filter));
+  Import(QFileDialog::getOpenFileNames(this, TitleText("IDS_WB_IMPORT"), QString(), filter));
 }
 
 CPropertiesWnd* MainWindow::GetPropertiesWnd(CQDDocBase* doc) {

@@ -137,6 +137,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   std::unique_ptr<WorkDocument> m_doc;
   std::unique_ptr<DocumentKeeper> m_keeper;
   std::unique_ptr<Session> m_session;
+  Subscription m_onRecords;
   Subscription m_onDisplay;
   Subscription m_onSelection;
   ModelView* m_view = nullptr;  // these are owned by their Qt parents

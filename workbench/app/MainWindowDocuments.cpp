@@ -22,6 +22,7 @@
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/FileName.h"
 #include "workbench/app/MainWindow.h"
+#include "workbench/app/PropertyPane.h"
 #include "workbench/app/QuietTime.h"
 #include "workbench/app/TreePane.h"
 #include "workbench/store/CheckDocument.h"
@@ -92,7 +93,7 @@ void MainWindow::OnNewWindow() {
 // ---- opening --------------------------------------------------------------------------------------------
 
 void MainWindow::OnOpen() {
-  const QString path = QFileDialog::getOpenFileName(this, Text("IDS_WB_OPEN").remove('&'), QString(), Filter());
+  const QString path = QFileDialog::getOpenFileName(this, TitleText("IDS_WB_OPEN"), QString(), Filter());
   if (!path.isEmpty()) OpenDocument(path);
 }
 
@@ -164,7 +165,7 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error, bo
   const QPushButton* repair = box.addButton(Text("IDS_WB_REPAIR"), QMessageBox::AcceptRole);
   box.exec();
   if (box.clickedButton() != repair) return;
-  QString repaired = QFileDialog::getSaveFileName(this, Text("IDS_WB_SAVE_AS").remove('&'), QString(), Filter());
+  QString repaired = QFileDialog::getSaveFileName(this, TitleText("IDS_WB_SAVE_AS"), QString(), Filter());
   if (repaired.isEmpty()) return;
   if (QFileInfo(repaired).suffix().isEmpty()) repaired += ".qdw";
   std::vector<DocumentError> notes;
@@ -189,6 +190,8 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error, bo
 void MainWindow::ShowLoaded(const QString& name) {
   m_session->TakeUp(FromQt(name));
   m_view->Apply(UpdateRecordFor(m_doc->GetDatabase().AllRecords(), true));
+  m_dialogs->CloseAll();  // they were opened for the empty document
+  m_properties->Refresh();
   RestoreView();
   RefreshActions();
   RefreshTitle();
@@ -248,7 +251,7 @@ void MainWindow::OnSave() {
 }
 
 void MainWindow::OnSaveAs() {
-  QString path = QFileDialog::getSaveFileName(this, Text("IDS_WB_SAVE_AS").remove('&'), QString(), Filter());
+  QString path = QFileDialog::getSaveFileName(this, TitleText("IDS_WB_SAVE_AS"), QString(), Filter());
   if (path.isEmpty()) return;
   if (QFileInfo(path).suffix().isEmpty()) path += ".qdw";
   SaveAs(path);

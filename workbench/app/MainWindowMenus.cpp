@@ -138,7 +138,9 @@ void MainWindow::ListUnits(QMenu& menu) {
     QAction* option = AddOption(menu, *systems, length == CQDUnitCtrl::GetUnitSystemLength(), name);
     connect(option, &QAction::triggered, this, [this, length, mass] {
       CQDUnitCtrl::SetUnitSystem(length, mass);
-      Retranslate(*this);  // units stand behind numbers
+      // Units stand behind numbers, and all windows have the same.
+      for (QWidget* window : QApplication::topLevelWidgets()) Retranslate(*window);
+      m_properties->Refresh();
     });
   }
 }
@@ -179,7 +181,9 @@ void MainWindow::RefreshSelection() {
 void MainWindow::RefreshActions() {
   for (const auto& [number, action] : m_actions) {
     const WindowCommand& command = *FindWindowCommand(number);
-    action->setEnabled(IsPossible(command, *m_session));
+    const char* hindrance = HindranceOf(command, *m_session);
+    action->setEnabled(hindrance == nullptr);
+    action->setStatusTip(hindrance != nullptr ? Text(hindrance) : QString());
     if (command.checked != nullptr) action->setChecked(command.checked(*m_session, number));
     const CString detail = command.detail != nullptr ? command.detail(*m_session) : CString();
     const QString text = Text(command.key);

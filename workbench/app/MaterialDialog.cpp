@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QPushButton>
+#include <algorithm>
 #include <utility>
 
 #include "host/CQDColorGenerator.h"
@@ -14,7 +15,7 @@
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
-#include "workbench/session/WorkedOn.h"
+#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
@@ -30,7 +31,7 @@ constexpr double kDensity = 7.85e-9;
 MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent)
     : QDialog(parent),
       m_doc(doc),
-      m_given(std::move(parts)),
+      m_parts(doc, {.reach = Reach::All, .given = std::move(parts)}, [this] { ShowParts(); }),
       m_named(new QLabel),
       m_list(new QComboBox),
       m_name(new QLineEdit),
@@ -63,20 +64,31 @@ MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, Q
   connect(close, &QPushButton::clicked, this, &QDialog::close);
   layout->addRow(buttons);
   connect(m_list, &QComboBox::activated, this, &MaterialDialog::ShowChosen);
-  m_onSelection = doc.OnSelection([this](const Selection&) {
-    m_given.clear();
-    ShowParts();
-  });
+  m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
   ListMaterials(0);
+  ShowChosen();
   ShowParts();
+}
+
+void MaterialDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) ShowParts();  // numbers are written otherwise
 }
 
 /// Parts that are hidden have materials, too.
 void MaterialDialog::ShowParts() {
-  m_parts = m_given.empty() ? SelectedParts(m_doc, Reach::All).records : PartsToWorkOn(m_doc, m_given, Reach::All);
-  SetText(*m_named, m_parts.empty() ? "IDS_WB_MATERIAL_ALONE" : "IDS_WB_PARTS",
-          {QLocale().toString(static_cast<qulonglong>(m_parts.size())),
-           ToQt(NamesOf(m_doc.GetDatabase().GetGeomPool(), m_parts))});
+  SetText(*m_named, m_parts.Count() == 0 ? "IDS_WB_MATERIAL_ALONE" : "IDS_WB_PARTS",
+          {QLocale().toString(static_cast<qulonglong>(m_parts.Count())), ToQt(m_parts.Names())});
+}
+
+/// What was entered for a material that is still as it was stays.
+void MaterialDialog::FollowRecords(const CQDUpdateRecord& record) {
+  if (!Concerns(record, kDataMaterial)) return;
+  const iterator chosen = Chosen();
+  ListMaterials(chosen);
+  const bool other = std::any_of(record.changes.begin(), record.changes.end(),
+                                 [chosen](const tagTRNotify& change) { return change.itr == chosen; });
+  if (other) ShowChosen();
 }
 
 iterator MaterialDialog::Chosen() const {
@@ -91,7 +103,6 @@ void MaterialDialog::ListMaterials(iterator chosen) {
     m_list->addItem(ToQt(material.label), QVariant::fromValue(material.itr));
     if (material.itr == chosen) m_list->setCurrentIndex(m_list->count() - 1);
   }
-  ShowChosen();
 }
 
 void MaterialDialog::ShowChosen() {
@@ -109,7 +120,6 @@ void MaterialDialog::ShowChosen() {
 
 void MaterialDialog::Apply() {
   Database& database = m_doc.GetDatabase();
-  ShowParts();  // some may be gone meanwhile
   iterator material = Chosen();
   tagTMaterial record;
   if (const tagTMaterial* known = database.GetMaterialPool().GetAtNU(material)) {
@@ -122,11 +132,14 @@ void MaterialDialog::Apply() {
   ClearText(*m_fault);
   if (!CheckNumbers(*this)) return;
   record.name = CutName(FromQt(m_name->text().trimmed()));
-  if (record.name.empty()) return SetText(*m_fault, "IDS_QD_DB_NAME_EMPTY");
+  if (IsBlank(record.name)) return SetText(*m_fault, "IDS_QD_DB_NAME_EMPTY");
   record.youngsModulus = m_young->Value();
   record.poissonsRatio = m_poisson->Value();
   record.density = m_density->Value();
-  if (Store(material, record)) return ListMaterials(material);
+  if (Store(material, record)) {
+    ListMaterials(material);
+    return ShowChosen();
+  }
   // Why the document does not take it is told by the document.
   SetText(*m_fault, "IDS_WB_NOT_STORED", {ToQt(record.name)});
 }
@@ -141,7 +154,7 @@ bool MaterialDialog::Store(iterator& material, const tagTMaterial& record) {
   } else if (database.GetMaterialPool().Change(material, record) == 0) {
     return false;
   }
-  for (const iterator part : m_parts) {
+  for (const iterator part : m_parts.Records()) {
     tagTGeom changed = *database.GetGeomPool().GetAtNU(part);
     changed.material = material;
     if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return false;

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "workbench/app/NumberField.h"
-#include "workbench/display/WorkDocument.h"
+#include "workbench/session/FollowedWork.h"
 
 class QComboBox;
 class QLineEdit;
@@ -18,8 +18,12 @@ class MaterialDialog final : public QDialog {
   /// Works on these parts until something else is selected, then on what is.
   MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void ShowParts();
+  void FollowRecords(const CQDUpdateRecord& record);
   void ListMaterials(iterator chosen);
   void ShowChosen();
   /// Stores what is entered and applies it to the parts, as one act; what was not taken stays as it was entered.
@@ -29,9 +33,8 @@ class MaterialDialog final : public QDialog {
   iterator Chosen() const;
 
   WorkDocument& m_doc;
-  std::vector<iterator> m_given;  ///< empty once something else was selected
-  std::vector<iterator> m_parts;
-  Subscription m_onSelection;
+  FollowedWork m_parts;
+  Subscription m_onRecords;
   QLabel* m_named;  // all are owned by this dialog
   QComboBox* m_list;
   QLineEdit* m_name;

@@ -22,10 +22,20 @@ MeshDialog::MeshDialog(WorkDocument& doc, const char* titleKey, QWidget* parent)
   m_outcome->setObjectName("outcome");
   m_outcome->setWordWrap(true);
   m_doc.SetCurrentDialog(this);
+  m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) {
+    if (!Concerns(record, kDataMset)) return;
+    ClearText(*m_outcome);  // what came of an act may have been taken back
+    Update(0);
+  });
 }
 
 MeshDialog::~MeshDialog() {
   if (m_doc.GetCurrentDialog() == this) m_doc.SetCurrentDialog(nullptr);
+}
+
+void MeshDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) ShowSetsInView();  // numbers are written otherwise
 }
 
 /// A closed dialog goes a little later, but nobody works with it any more.
@@ -66,18 +76,16 @@ void MeshDialog::AddSetsInView() {
   m_named->setObjectName("sets");
   m_named->setWordWrap(true);
   m_layout->addRow(m_named);
-  m_onSelection = m_doc.OnSelection([this](const Selection&) { ShowSetsInView(); });
-  m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice&) { ShowSetsInView(); });
+  m_worked = std::make_unique<FollowedWork>(m_doc, FollowedWork::What{.type = kDataMset, .elseAll = true},
+                                            [this] { ShowSetsInView(); });
 }
 
 void MeshDialog::ShowSetsInView() {
-  if (m_named == nullptr) return;
-  m_worked = SelectedMeshSets(m_doc);
-  const char* some = m_worked.all ? "IDS_WB_ALL_SHOWN" : "IDS_WB_MESH_SETS";
-  SetText(*m_named, m_worked.records.empty() ? "IDS_WB_NO_MESH_SETS" : some,
-          {QLocale().toString(static_cast<qulonglong>(m_worked.records.size())),
-           ToQt(NamesOf(m_doc.GetDatabase().GetMsetPool(), m_worked.records))});
-  for (QWidget* button : m_buttons) button->setEnabled(!m_worked.records.empty());
+  if (m_worked == nullptr) return;
+  const char* some = m_worked->IsAll() ? "IDS_WB_ALL_SHOWN" : "IDS_WB_MESH_SETS";
+  SetText(*m_named, HasWork() ? some : "IDS_WB_NO_MESH_SETS",
+          {QLocale().toString(static_cast<qulonglong>(m_worked->Count())), ToQt(m_worked->Names())});
+  for (QWidget* button : m_buttons) button->setEnabled(HasWork());
 }
 
 void MeshDialog::AddInfo(std::function<void(QLabel&)> info) {
@@ -94,15 +102,13 @@ void MeshDialog::AddAct(const char* key, const char* name, const char* doneKey,
   m_buttons.push_back(button);
   connect(button, &QPushButton::clicked, this, [this, doneKey, act = std::move(act)] {
     ClearText(*m_outcome);
-    ShowSetsInView();  // some may be gone meanwhile
-    if ((m_named != nullptr && m_worked.records.empty()) || !CheckNumbers(*this)) return;
+    if (!HasWork() || !CheckNumbers(*this)) return;
     const ActResult result = act(FromQt(windowTitle()));
     if (result.IsDone()) {
       SetText(*m_outcome, doneKey, {QLocale().toString(static_cast<qulonglong>(result.number))});
     } else {
       SetText(*m_outcome, result.errorKey, {QString::fromStdString(result.detail)});
     }
-    Update(0);
   });
 }
 

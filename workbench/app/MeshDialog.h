@@ -2,12 +2,13 @@
 
 #include <QDialog>
 #include <functional>
+#include <memory>
 #include <vector>
 
 #include "workbench/app/NumberField.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/MeshActs.h"
-#include "workbench/session/WorkedOn.h"
+#include "workbench/session/FollowedWork.h"
 
 class QComboBox;
 class QFormLayout;
@@ -37,7 +38,7 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   /// Acts are done to the mesh sets that are selected, or to all: a line names them, and without any there is
   /// nothing to do.
   void AddSetsInView();
-  const std::vector<iterator>& SetsInView() const { return m_worked.records; }
+  std::vector<iterator> SetsInView() const { return m_worked->Records(); }
   /// A line that is made anew with every update.
   void AddInfo(std::function<void(QLabel&)> info);
   /// A button that runs an act, when all numbers are good; what came of it is shown below. `doneKey` gets the
@@ -48,6 +49,7 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   void Finish();
 
  protected:
+  void changeEvent(QEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:
@@ -57,6 +59,7 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
     iterator without;
   };
   void ShowSetsInView();
+  bool HasWork() const { return m_worked == nullptr || m_worked->Count() != 0; }
 
   WorkDocument& m_doc;
   QFormLayout* m_layout;
@@ -64,10 +67,9 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   std::vector<SetField> m_sets;
   std::vector<std::pair<QLabel*, std::function<void(QLabel&)>>> m_infos;
   std::vector<QWidget*> m_buttons;
-  QLabel* m_named = nullptr;  // where acts are done to sets
-  WorkedOn m_worked;
-  Subscription m_onSelection;
-  Subscription m_onDisplay;
+  QLabel* m_named = nullptr;               // where acts are done to sets
+  std::unique_ptr<FollowedWork> m_worked;  // likewise
+  Subscription m_onRecords;
 };
 
 /// The mesh set chosen in a field, 0 for the default one.

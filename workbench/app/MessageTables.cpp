@@ -6,6 +6,7 @@
 #include <QFileInfo>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QRegularExpression>
 #include <utility>
 #include <vector>
 
@@ -96,6 +97,11 @@ QString Text(const char* key, const QStringList& arguments) {
   std::vector<CString> texts;
   for (const QString& argument : arguments) texts.push_back(FromQt(argument));
   return ToQt(qdFormat(CMSGFunction::GetValue(key), texts));
+}
+
+QString TitleText(const char* key) {
+  static const QRegularExpression kMarks(QStringLiteral("\\(&.\\)|&|\u2026"));
+  return Text(key).remove(kMarks);
 }
 
 }  // namespace qd::workbench

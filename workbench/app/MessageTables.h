@@ -49,5 +49,7 @@ class MessageTables final : public CMSGFunction::ITable {
 
 /// The text of a key for Qt, with each "%s" replaced by the next argument.
 QString Text(const char* key, const QStringList& arguments = {});
+/// The text of a menu's entry as the title of what it opens: without the key that chooses it, and without dots.
+QString TitleText(const char* key);
 
 }  // namespace qd::workbench

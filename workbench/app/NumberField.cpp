@@ -1,6 +1,7 @@
 #include "workbench/app/NumberField.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QFocusEvent>
 #include <QFormLayout>
 #include <QLabel>
@@ -55,6 +56,7 @@ NumberField::NumberField(double value, const NumberLimits& limits)
     : m_limits(limits), m_value(value), m_decimalSign(DecimalSign()) {
   setText(Shown(value));
   setAlignment(Qt::AlignRight);
+  connect(this, &QLineEdit::textEdited, this, [this] { m_decimalSign = DecimalSign(); });
   connect(this, &QLineEdit::editingFinished, this, [this] {
     if (isModified() && Reading().IsGood()) SetValue(Value());
   });
@@ -76,8 +78,9 @@ double NumberField::Value() const {
 
 void NumberField::ShowInLanguage() {
   const NumberReading reading = Reading();
+  if (!reading.IsGood()) return;
   m_decimalSign = DecimalSign();
-  if (reading.IsGood()) SetValue(reading.value);
+  SetValue(reading.value);
 }
 
 void NumberField::Mark(bool faulty) {
@@ -101,6 +104,8 @@ void NumberField::Mark(bool faulty) {
 void NumberField::focusInEvent(QFocusEvent* event) {
   QLineEdit::focusInEvent(event);
   if (event->reason() == Qt::PopupFocusReason) return;  // back from its own menu
+  const bool back = std::exchange(m_visited, true) && event->reason() == Qt::ActiveWindowFocusReason;
+  if (back) return;  // from another window, to go on
   selectAll();
   m_selectsAll = event->reason() == Qt::MouseFocusReason;
 }
@@ -123,7 +128,7 @@ NumberRow::NumberRow(const char* key, const std::vector<double>& values, const N
     row->addWidget(field);
     m_fields.push_back(field);
     connect(field, &QLineEdit::textEdited, this, &NumberRow::OnEdited);
-    connect(field, &QLineEdit::editingFinished, this, &NumberRow::Check);
+    connect(field, &QLineEdit::editingFinished, this, &NumberRow::OnFinished);
   }
   setFocusProxy(m_fields.front());
   m_fault->setObjectName("fault");
@@ -187,9 +192,22 @@ void NumberRow::resizeEvent(QResizeEvent* event) {
   FitFault();
 }
 
+/// Whoever goes on to another number of the line has not said yet what it is to be; so has who looks at another
+/// window.
+void NumberRow::OnFinished() {
+  QWidget* now = QApplication::focusWidget();
+  const bool here = std::find(m_fields.begin(), m_fields.end(), now) != m_fields.end();
+  if (now != nullptr && now->window() == window() && !here) Check();
+}
+
 /// What is not finished yet is told only to who was told already.
 void NumberRow::OnEdited() {
   if (!m_fault->isHidden()) Check();
+}
+
+void NumberRow::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) ShowInLanguage();
 }
 
 void NumberRow::ShowInLanguage() {
@@ -208,7 +226,9 @@ void NumberRow::ShowInLanguage() {
 NumberRow* AddNumbers(QFormLayout& layout, const char* key, const std::vector<double>& values,
                       const NumberKind& kind) {
   auto* row = new NumberRow(key, values, kind);
-  layout.addRow(NewLabel(key), row);
+  QLabel* label = NewLabel(key);
+  label->setBuddy(row);
+  layout.addRow(label, row);
   return row;
 }
 

@@ -25,7 +25,8 @@ class NumberField final : public QLineEdit {
   double Value() const;
   NumberReading Reading() const;
   const NumberLimits& Limits() const { return m_limits; }
-  /// Shows the number in the format of the language of now.
+  /// Shows the number in the format of the language of now. A text that is none stays one of the language in which
+  /// it was typed, until it is edited.
   void ShowInLanguage();
   /// Marks the field as one whose text is no number, or takes the mark away.
   void Mark(bool faulty);
@@ -40,6 +41,7 @@ class NumberField final : public QLineEdit {
   char m_decimalSign;
   QAction* m_mark = nullptr;  // owned by this field
   bool m_selectsAll = false;  // at the end of the press that brought the focus
+  bool m_visited = false;     // it has had the focus
 };
 
 /// What a number measures: tells the unit behind it.
@@ -78,14 +80,16 @@ class NumberRow final : public QWidget {
   void SetValue(double value);
   /// Tells what is wrong, if anything. The field to go on with, null when all is good.
   NumberField* Check();
-  /// Shows numbers, unit and what is told in the language and units of now.
-  void ShowInLanguage();
 
  protected:
+  void changeEvent(QEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
+  /// Shows numbers, unit and what is told in the language and units of now.
+  void ShowInLanguage();
   void OnEdited();
+  void OnFinished();
   void FitFault();
 
   const char* m_key;

@@ -10,7 +10,6 @@
 #include <QSignalBlocker>
 #include <algorithm>
 #include <limits>
-#include <set>
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
@@ -41,6 +40,13 @@ Box BoxOf(WorkDocument& doc, const std::vector<iterator>& parts) {
   return box;
 }
 
+FollowedWork::What WorkOf(const OperationForm& form, OperationParts parts) {
+  return {.reach = form.solidsOnly ? Reach::ShownSolids : Reach::Shown,
+          .given = std::move(parts.given),
+          .follows = parts.follows,
+          .elseAll = parts.elseAll};
+}
+
 }  // namespace
 
 OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form,
@@ -49,7 +55,7 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
       m_doc(doc),
       m_runner(runner),
       m_form(form),
-      m_source(std::move(parts)),
+      m_parts(doc, WorkOf(form, std::move(parts)), [this] { ShowParts(); }),
       m_named(new QLabel) {
   SetTitle(*this, form.titleKey);
   setAttribute(Qt::WA_DeleteOnClose);
@@ -64,7 +70,7 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
   if (form.target) {
     m_target = new QComboBox;
     m_target->setObjectName("target");
-    connect(m_target, &QComboBox::currentIndexChanged, this, &OperationDialog::ShowParts);
+    connect(m_target, &QComboBox::currentIndexChanged, this, &OperationDialog::TakeTarget);
     layout->addRow(NewLabel("IDS_WB_TARGET"), m_target);
   }
   if (form.alignment) {
@@ -93,12 +99,17 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
   connect(&runner, &OperationRunner::Started, this, &OperationDialog::ShowParts);
   connect(&runner, &OperationRunner::Ended, this, &OperationDialog::ShowParts);
   layout->addRow(buttons);
-  m_onSelection = doc.OnSelection([this](const Selection&) {
-    if (m_source.follows) m_source.given.clear();
-    ShowParts();
-  });
-  m_onDisplay = doc.GetDisplay().Subscribe([this](const DisplayNotice&) { ShowParts(); });
+  if (m_target != nullptr) {
+    m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) {
+      if (Concerns(record, kDataGeom)) ListTargets();
+    });
+  }
   ListTargets();
+}
+
+void OperationDialog::changeEvent(QEvent* event) {
+  QDialog::changeEvent(event);
+  if (event->type() == QEvent::LanguageChange) ShowParts();  // numbers are written otherwise
 }
 
 iterator OperationDialog::Target() const {
@@ -113,40 +124,36 @@ void OperationDialog::ListTargets() {
     const QSignalBlocker quiet(m_target);
     const bool first = m_target->count() == 0;
     const iterator chosen = Target();
-    const std::vector<iterator> worked =
-        m_source.given.empty() ? SelectedParts(m_doc, Reach::Shown).records : m_source.given;
-    const std::set<iterator> selected(worked.begin(), worked.end());
     const GeomPool& pool = m_doc.GetDatabase().GetGeomPool();
     int wanted = -1;
     m_target->clear();
     for (const iterator part : pool.GetItrList()) {
       if (m_target->count() == kMostListed) break;
-      if (first ? wanted < 0 && !selected.contains(part) : part == chosen) wanted = m_target->count();
+      if (first ? wanted < 0 && !m_parts.Contains(part) : part == chosen) wanted = m_target->count();
       m_target->addItem(ToQt(pool.GetAtNU(part)->name), QVariant::fromValue(part));
     }
     // A target that is gone is none; another one was not chosen.
     m_target->setCurrentIndex(wanted < 0 && first && m_target->count() > 0 ? m_target->count() - 1 : wanted);
   }
+  TakeTarget();
+}
+
+void OperationDialog::TakeTarget() {
+  m_parts.LeaveOut(Target());
   ShowParts();
 }
 
 void OperationDialog::ShowParts() {
-  const Reach reach = m_form.solidsOnly ? Reach::ShownSolids : Reach::Shown;
-  const bool given = !m_source.given.empty() || !m_source.follows;
-  m_parts = given ? WorkedOn{PartsToWorkOn(m_doc, m_source.given, reach)}
-                  : SelectedParts(m_doc, reach, m_source.elseAll);
-  std::erase(m_parts.records, Target());
   const char* none = m_form.solidsOnly ? "IDS_WB_NO_SOLIDS" : "IDS_WB_NO_PARTS";
-  const char* some = m_parts.all ? "IDS_WB_ALL_SHOWN" : "IDS_WB_PARTS";
-  SetText(*m_named, m_parts.records.empty() ? none : some,
-          {QLocale().toString(static_cast<qulonglong>(m_parts.records.size())),
-           ToQt(NamesOf(m_doc.GetDatabase().GetGeomPool(), m_parts.records))});
-  m_apply->setEnabled(!m_runner.IsRunning() && !m_parts.records.empty() && (m_target == nullptr || Target() != 0));
+  const char* some = m_parts.IsAll() ? "IDS_WB_ALL_SHOWN" : "IDS_WB_PARTS";
+  SetText(*m_named, m_parts.Count() == 0 ? none : some,
+          {QLocale().toString(static_cast<qulonglong>(m_parts.Count())), ToQt(m_parts.Names())});
+  m_apply->setEnabled(!m_runner.IsRunning() && m_parts.Count() != 0 && (m_target == nullptr || Target() != 0));
 }
 
 std::array<double, 3> OperationDialog::AlignmentWay() const {
   enum Alignment { kCentres, kOnTop, kLeastCorners };
-  const Box moved = BoxOf(m_doc, m_parts.records);
+  const Box moved = BoxOf(m_doc, m_parts.Records());
   const Box target = BoxOf(m_doc, {Target()});
   std::array<double, 3> way{};
   for (std::size_t axis = 0; axis < way.size(); ++axis) {
@@ -159,7 +166,6 @@ std::array<double, 3> OperationDialog::AlignmentWay() const {
 }
 
 void OperationDialog::Apply() {
-  ListTargets();  // records may have changed meanwhile
   if (!m_apply->isEnabled() || !CheckNumbers(*this)) return;
   ShapeOperation operation;
   operation.kind = m_form.kind;
@@ -178,7 +184,7 @@ void OperationDialog::Apply() {
     const tagTGeom* target = m_doc.GetDatabase().GetGeomPool().GetAtNU(Target());
     if (target != nullptr && target->shape != nullptr) operation.target = target->shape->brep;
   }
-  m_runner.Start(std::move(operation), m_parts.records, windowTitle());
+  m_runner.Start(std::move(operation), m_parts.Records(), windowTitle());
 }
 
 }  // namespace qd::workbench

@@ -6,7 +6,7 @@
 
 #include "workbench/app/NumberField.h"
 #include "workbench/app/OperationRunner.h"
-#include "workbench/session/WorkedOn.h"
+#include "workbench/session/FollowedWork.h"
 
 class QCheckBox;
 class QComboBox;
@@ -47,11 +47,16 @@ class OperationDialog final : public QDialog {
   OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form, OperationParts parts,
                   QWidget* parent);
 
+ protected:
+  void changeEvent(QEvent* event) override;
+
  private:
   void Apply();
   void ListTargets();
   iterator Target() const;
-  /// Finds out what there is to work on now, and says it.
+  /// Leaves the chosen target out of what is worked on.
+  void TakeTarget();
+  /// Says what there is to work on now.
   void ShowParts();
   /// The way that brings the parts to the target as chosen.
   std::array<double, 3> AlignmentWay() const;
@@ -59,10 +64,8 @@ class OperationDialog final : public QDialog {
   WorkDocument& m_doc;
   OperationRunner& m_runner;
   OperationForm m_form;
-  OperationParts m_source;
-  WorkedOn m_parts;
-  Subscription m_onSelection;
-  Subscription m_onDisplay;
+  FollowedWork m_parts;
+  Subscription m_onRecords;
   NumberRow* m_point = nullptr;  // all are owned by this dialog
   NumberRow* m_vector = nullptr;
   NumberRow* m_amount = nullptr;

@@ -1,12 +1,13 @@
 #include "workbench/app/Translated.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QVariant>
 #include <QWidget>
 
 #include "workbench/app/MessageTables.h"
-#include "workbench/app/NumberField.h"
 
 namespace qd::workbench {
 
@@ -36,7 +37,6 @@ void RetranslateOne(QObject& object) {
     if (key.isEmpty()) continue;
     object.setProperty(property.text, Text(key.constData(), object.property(property.arguments).toStringList()));
   }
-  if (auto* numbers = qobject_cast<NumberRow*>(&object)) numbers->ShowInLanguage();
   auto* box = qobject_cast<QComboBox*>(&object);
   for (int i = 0; box != nullptr && i < box->count(); ++i) {
     const QByteArray key = box->itemData(i, kKeyRole).toByteArray();
@@ -77,6 +77,9 @@ QLabel* NewLabel(const char* key, const QStringList& arguments) {
 void Retranslate(QWidget& root) {
   RetranslateOne(root);
   for (QObject* object : root.findChildren<QObject*>()) RetranslateOne(*object);
+  // What has texts that are not from a table alone, numbers and units, is told, down to the last child.
+  QEvent change(QEvent::LanguageChange);
+  QCoreApplication::sendEvent(&root, &change);
 }
 
 }  // namespace qd::workbench

@@ -1,15 +1,29 @@
 #include "workbench/display/WorkDocument.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "workbench/display/HostCommands.h"
 
 namespace qd::workbench {
 
+bool Concerns(const CQDUpdateRecord& record, std::uint16_t dataType) {
+  return std::any_of(record.changes.begin(), record.changes.end(),
+                     [dataType](const tagTRNotify& change) { return change.dataType == dataType; });
+}
+
 void WorkDocument::Select(Selection selection) {
   if (std::exchange(m_selectionTold, true) && selection == m_selection) return;
   m_selection = std::move(selection);
   m_selectionNotice.Tell(m_selection);
+}
+
+std::vector<iterator> WorkDocument::Meant() const {
+  std::vector<iterator> meant = m_selection.records;
+  if (m_selection.others == 0 || !m_belowRows) return meant;
+  const std::vector<iterator> below = m_belowRows();
+  meant.insert(meant.end(), below.begin(), below.end());
+  return meant;
 }
 
 /// A tree that is about to say what is selected in it asks for no notice.

@@ -11,9 +11,14 @@
 
 namespace qd::workbench {
 
+/// Whether records of a type are among those of a change.
+bool Concerns(const CQDUpdateRecord& record, std::uint16_t dataType);
+
 /// An open document: its database, what is shown of it and what is selected in it.
-class WorkDocument : public CQDDocBase {
+class WorkDocument : public CQDDocBase, private IDatabaseListener {
  public:
+  WorkDocument() { m_database.SetListener(this); }
+
   Database& GetDatabase() { return m_database; }
   const Database& GetDatabase() const { return m_database; }
   Display& GetDisplay() { return m_display; }
@@ -26,6 +31,21 @@ class WorkDocument : public CQDDocBase {
   void Select(Selection selection);
   [[nodiscard]] Subscription OnSelection(Notice<Selection>::Call call) {
     return m_selectionNotice.Subscribe(std::move(call));
+  }
+  /// How it is found out what lies below the selected rows that stand for no record; null for nobody who knows.
+  void SetBelowRows(std::function<std::vector<iterator>()> below) { m_belowRows = std::move(below); }
+  /// What an act on the selection means: the selected records and those below the other selected rows, some
+  /// perhaps twice.
+  std::vector<iterator> Meant() const;
+
+  /// Follows what becomes of records by acts, undo and redo. Those that are gone can still be read meanwhile. The
+  /// works trees are told first.
+  [[nodiscard]] Subscription OnRecords(Notice<CQDUpdateRecord>::Call call) {
+    return m_recordNotice.Subscribe(std::move(call));
+  }
+  /// Follows settings that are stored without an act.
+  [[nodiscard]] Subscription OnSetting(Notice<WorkDocument>::Call call) {
+    return m_settingNotice.Subscribe(std::move(call));
   }
 
   CString GetPathName() const override { return m_path; }
@@ -66,12 +86,18 @@ class WorkDocument : public CQDDocBase {
   void AddCheckedBoundary(iterator itr) override { m_checked.push_back(itr); }
 
  private:
+  void OnDatabaseChanged(const CQDUpdateRecord& record) override { m_recordNotice.Tell(record); }
+  void OnSettingChanged() override { m_settingNotice.Tell(*this); }
+
   Database m_database;
   Display m_display{m_database};
   CString m_path;
   CQDViewBase* m_view = nullptr;
   Selection m_selection;
   Notice<Selection> m_selectionNotice;
+  Notice<CQDUpdateRecord> m_recordNotice;
+  Notice<WorkDocument> m_settingNotice;
+  std::function<std::vector<iterator>()> m_belowRows;
   bool m_selectionTold = true;  // false while a tree says what is selected
   std::vector<iterator> m_checked;
   std::function<void()> m_onImport;

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "host/CMSGFunction.h"
+#include "host/Types.h"
 #include "platform/Message.h"
 #include "platform/text/Characters.h"
 #include "workbench/native/Texts.h"

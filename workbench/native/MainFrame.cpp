@@ -39,9 +39,11 @@ MainFrame::MainFrame(NativeToolkit& toolkit, NativeMessages& messages) : m_toolk
                   CW_USEDEFAULT, MulDiv(900, dpi, 96), MulDiv(640, dpi, 96), nullptr, nullptr,
                   GetModuleHandleW(nullptr), this);
   MakePanes();
-  m_session = std::make_unique<Session>(
-      m_doc, m_modelBar, m_gsetBar,
-      WorksTrees::Window{.later = [this](std::function<void()> what) { Later(std::move(what)); }});
+  m_session = std::make_unique<Session>(m_doc, m_modelBar, m_gsetBar,
+                                        [this](std::function<void()> what) { Later(std::move(what)); });
+  m_onRecords = m_doc.OnRecords([this](const CQDUpdateRecord& record) {
+    if (Concerns(record, kDataDeck)) m_properties->Refresh();
+  });
   m_doc.SetOnImport([this] { OnImport(); });
   m_accelerators = MakeAccelerators();
   RefreshTexts();

@@ -88,6 +88,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   bool m_named = false;  // by the first file
   std::unique_ptr<PropertyPane> m_properties;
   std::unique_ptr<Session> m_session;
+  Subscription m_onRecords;
   Subscription m_onSelection;
   Subscription m_onDisplay;
   std::unique_ptr<InpImport> m_import;

@@ -44,11 +44,6 @@ std::unique_ptr<DocumentPage> DocumentPage::For(WorkDocument& doc) {
   return std::unique_ptr<DocumentPage>(new DocumentPage(doc));  // the constructor is private
 }
 
-bool DocumentPage::IsOf(const CQDUpdateRecord& record) {
-  return std::any_of(record.changes.begin(), record.changes.end(),
-                     [](const tagTRNotify& change) { return change.dataType == kDataDeck; });
-}
-
 void DocumentPage::ShowProperty() {
   RemoveAllProperties();
   const DeckPool& decks = m_document.GetDatabase().GetDeckPool();

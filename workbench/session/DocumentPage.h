@@ -19,8 +19,6 @@ class DocumentPage final : public IPropertySet {
  public:
   /// Null for a document of which there is nothing to show.
   static std::unique_ptr<DocumentPage> For(WorkDocument& doc);
-  /// Whether a change is one of what the page shows.
-  static bool IsOf(const CQDUpdateRecord& record);
 
   void ShowProperty() override;
   /// The row by which a deck is given up.

@@ -9,6 +9,7 @@
 #include "host/MessageOutput.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/session/WorkedOn.h"
 
 namespace qd::workbench {
 
@@ -17,8 +18,8 @@ void Session::MakeBar(CWorksTreeBar& bar, CQDDocBase& doc) {
   bar.Create(nullptr, 0, {0, 0, 360, 400});
 }
 
-Session::Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Window window)
-    : m_doc(doc), m_trees(doc, {{kModelTree, &model}, {kGeometrySetTree, &sets}}, std::move(window)) {}
+Session::Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Later later)
+    : m_doc(doc), m_trees(doc, {{kModelTree, &model}, {kGeometrySetTree, &sets}}, std::move(later)) {}
 
 // ---- the document ---------------------------------------------------------------------------------------
 
@@ -95,22 +96,24 @@ void Session::SendToMeshes(unsigned command) {
   m_trees.Bar(kModelTree).OnMenuEventMeshRoot(&m_doc, command);
 }
 
-void Session::SendToMeshSet(unsigned command) {
-  std::vector<CQDTreeItem*> selected;
-  ModelTree().GetSelectedTreeItems(selected, 0);
-  const auto set =
-      std::find_if(selected.begin(), selected.end(), [](const CQDTreeItem* node) { return node->IsMesh(); });
-  const std::vector<iterator> all = m_doc.GetDatabase().GetMsetPool().GetItrList();
-  CQDTreeItem* first = all.empty() ? nullptr : ModelTree().FindMeshNode(all.front());
-  CQDTreeItem* node = set != selected.end() ? *set : first;
-  if (node == nullptr) return;
-  const tagTMset* record = m_doc.GetDatabase().GetMsetPool().GetAtNU(node->GetIterator());
-  const bool byHand = record != nullptr && m_doc.GetDatabase().GetMGInfoPool().GetItrByKey(record->mgInfo) == 0;
-  if (command == kCommandRemesh && byHand) {
-    // The node has nothing to hand to the dialog and is silent about it.
-    return qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_MESH_BY_HAND"), {record->name});
+void Session::MeshAgain() {
+  Database& database = m_doc.GetDatabase();
+  const std::vector<iterator> meant = MeantMeshSets(m_doc);
+  if (meant.empty()) return qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_WHY_NO_MESH_SET"));
+  const auto made = std::find_if(meant.begin(), meant.end(), [&database](iterator itr) {
+    return database.GetMGInfoPool().GetItrByKey(database.GetMsetPool().GetAtNU(itr)->mgInfo) != 0;
+  });
+  if (made == meant.end()) {
+    // A node has nothing to hand to the dialog and is silent about it.
+    return qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_MESH_BY_HAND"),
+                                 {database.GetMsetPool().GetAtNU(meant.front())->name});
   }
-  node->OnMenuEvent(command);
+  if (CQDTreeItem* node = ModelTree().FindMeshNode(*made)) node->OnMenuEvent(kCommandRemesh);
+}
+
+void Session::OpenMeshDialog(unsigned command) {
+  const std::vector<iterator> all = m_doc.GetDatabase().GetMsetPool().GetItrList();
+  if (CQDTreeItem* any = all.empty() ? nullptr : ModelTree().FindMeshNode(all.front())) any->OnMenuEvent(command);
 }
 
 void Session::ChangeVariant(ProductVariant variant) {

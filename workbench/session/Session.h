@@ -13,7 +13,7 @@ class Session final {
   static void MakeBar(CWorksTreeBar& bar, CQDDocBase& doc);
 
   /// Makes the rows. The bars have their windows already; like the document they outlive this.
-  Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Window window);
+  Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Later later);
 
   const WorkDocument& Document() const { return m_doc; }
   WorksTrees& Trees() { return m_trees; }
@@ -38,8 +38,11 @@ class Session final {
   void LeaveIsolation() { m_doc.GetDisplay().LeaveIsolation(); }
   /// A command for the mesh branch.
   void SendToMeshes(unsigned command);
-  /// A command for the first selected mesh set, or else for the first of all.
-  void SendToMeshSet(unsigned command);
+  /// Meshes again as the first of the mesh sets that are meant was made; says so when there is none of them that a
+  /// generator made.
+  void MeshAgain();
+  /// Opens a dialog on mesh sets, which finds out itself what it works on.
+  void OpenMeshDialog(unsigned command);
   void ChangeVariant(ProductVariant variant);
 
  private:

@@ -27,11 +27,22 @@ constexpr CommandKeys ControlShift(char letter) {
 const Database& DataOf(const Session& session) {
   return session.Document().GetDatabase();
 }
-bool HasRecords(const Session& session) {
-  return !session.IsEmpty() || DataOf(session).GetCordPool().Count() > 1;
+
+// Why there is nothing to do.
+const char* WithoutRecords(const Session& session) {
+  const bool any = !session.IsEmpty() || DataOf(session).GetCordPool().Count() > 1;
+  return any ? nullptr : "IDS_WB_WHY_EMPTY";
 }
-bool HasMeshSets(const Session& session) {
-  return DataOf(session).GetMsetPool().Count() != 0;
+const char* WithoutMeshSets(const Session& session) {
+  return DataOf(session).GetMsetPool().Count() != 0 ? nullptr : "IDS_WB_WHY_NO_MESH_SETS";
+}
+const char* WithoutMeantSets(const Session& session) {
+  if (const char* none = WithoutMeshSets(session)) return none;
+  return session.Document().GetSelection().IsEmpty() ? "IDS_WB_WHY_NO_MESH_SET" : nullptr;
+}
+const char* WithoutSelection(const Session& session) {
+  if (session.CanDelete()) return nullptr;
+  return session.Document().GetSelection().IsEmpty() ? "IDS_WB_WHY_NOTHING_SELECTED" : "IDS_WB_WHY_ROWS";
 }
 
 /// The window's own work.
@@ -50,14 +61,14 @@ constexpr WindowCommand Maker(unsigned number, const char* key) {
           .windows = Windows::Desktop,
           .run = [](Session& session, unsigned command) { session.SendToMeshes(command); }};
 }
-/// A command of mesh sets that their menus do not list: for the selected one, or the first of all.
-constexpr WindowCommand ToSet(unsigned number, const char* key) {
+/// A dialog on mesh sets, which their menus do not list.
+constexpr WindowCommand OnSets(unsigned number, const char* key) {
   return {.number = number,
           .key = key,
           .menu = kMesh,
           .windows = Windows::Desktop,
-          .run = [](Session& session, unsigned command) { session.SendToMeshSet(command); },
-          .possible = HasMeshSets};
+          .run = [](Session& session, unsigned command) { session.OpenMeshDialog(command); },
+          .hindrance = WithoutMeshSets};
 }
 /// A way to colour all meshes.
 constexpr WindowCommand Colours(unsigned mode, const char* key) {
@@ -66,7 +77,7 @@ constexpr WindowCommand Colours(unsigned mode, const char* key) {
           .menu = kMesh,
           .windows = Windows::Desktop,
           .run = [](Session& session, unsigned command) { session.SendToMeshes(command); },
-          .possible = HasMeshSets,
+          .hindrance = WithoutMeshSets,
           .checked =
               [](const Session& session, unsigned command) {
                 const MeshDisplay& meshes = session.Document().GetDisplay().Meshes();
@@ -92,14 +103,16 @@ constexpr WindowCommand kCommands[] = {
      .menu = kEdit,
      .keys = {Control('Z')},
      .run = [](Session& session, unsigned) { session.Undo(); },
-     .possible = [](const Session& session) { return DataOf(session).CanUndo(); },
+     .hindrance =
+         [](const Session& session) { return DataOf(session).CanUndo() ? nullptr : "IDS_WB_WHY_NO_UNDO"; },
      .detail = [](const Session& session) { return DataOf(session).UndoTitle(); }},
     {.number = kRedo,
      .key = "IDS_WB_REDO",
      .menu = kEdit,
      .keys = {ControlShift('Z'), Control('Y')},
      .run = [](Session& session, unsigned) { session.Redo(); },
-     .possible = [](const Session& session) { return DataOf(session).CanRedo(); },
+     .hindrance =
+         [](const Session& session) { return DataOf(session).CanRedo() ? nullptr : "IDS_WB_WHY_NO_REDO"; },
      .detail = [](const Session& session) { return DataOf(session).RedoTitle(); }},
     Line(kEdit),
     {.number = kDelete,
@@ -107,24 +120,28 @@ constexpr WindowCommand kCommands[] = {
      .menu = kEdit,
      .keys = {CommandKeys{.letter = kKeyDelete}},
      .run = [](Session& session, unsigned) { session.Delete(); },
-     .possible = [](const Session& session) { return session.CanDelete(); }},
+     .hindrance = WithoutSelection},
 
     Own(kFit, "IDS_WB_FIT", kView, Windows::Desktop, Control('0')),
     {.number = kShowAll,
      .key = "IDS_QD_WRT_SHOW_ALL",
      .menu = kView,
      .run = [](Session& session, unsigned) { session.ShowAll(); },
-     .possible = HasRecords},
+     .hindrance = WithoutRecords},
     {.number = kHideAll,
      .key = "IDS_QD_WRT_HIDE_ALL",
      .menu = kView,
      .run = [](Session& session, unsigned) { session.HideAll(); },
-     .possible = HasRecords},
+     .hindrance = WithoutRecords},
     {.number = kLeaveIsolation,
      .key = "IDS_WB_LEAVE_ISOLATION",
      .menu = kView,
      .run = [](Session& session, unsigned) { session.LeaveIsolation(); },
-     .possible = [](const Session& session) { return session.Document().GetDisplay().Isolation() != nullptr; }},
+     .hindrance =
+         [](const Session& session) {
+           const bool isolated = session.Document().GetDisplay().Isolation() != nullptr;
+           return isolated ? nullptr : "IDS_WB_WHY_NO_ISOLATION";
+         }},
     Line(kView),
     Own(kLanguageMenu, "IDS_WB_MENU_LANGUAGE", kView, Windows::All),
     Own(kUnitMenu, "IDS_WB_MENU_UNITS", kView, Windows::Desktop),
@@ -136,13 +153,18 @@ constexpr WindowCommand kCommands[] = {
     Maker(kCommandMeshMap2D, "IDS_MENU_WRT_MESH_ADD_2D_MAP"),
     Maker(kCommandMeshAuto3D, "IDS_MENU_WRT_MESH_ADD_3D_AUTO"),
     Maker(kCommandMeshMap3D, "IDS_MENU_WRT_MESH_ADD_3D_MAP"),
-    ToSet(kCommandRemesh, "IDS_WB_MESH_AGAIN"),
+    {.number = kCommandRemesh,
+     .key = "IDS_WB_MESH_AGAIN",
+     .menu = kMesh,
+     .windows = Windows::Desktop,
+     .run = [](Session& session, unsigned) { session.MeshAgain(); },
+     .hindrance = WithoutMeantSets},
     Line(kMesh, Windows::Desktop),
-    ToSet(kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"),
-    ToSet(kCommandMeshRotate, "IDS_QD_WRT_TRANSFORM_ROTATE"),
-    ToSet(kCommandMeshMirror, "IDS_QD_WRT_TRANSFORM_MIRROR"),
-    ToSet(kCommandMeshScale, "IDS_QD_WRT_TRANSFORM_SCALE"),
-    ToSet(kCommandMeshSweep, "IDS_QDMESH_TAB_GENERATE_2D_TO_3D"),
+    OnSets(kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"),
+    OnSets(kCommandMeshRotate, "IDS_QD_WRT_TRANSFORM_ROTATE"),
+    OnSets(kCommandMeshMirror, "IDS_QD_WRT_TRANSFORM_MIRROR"),
+    OnSets(kCommandMeshScale, "IDS_QD_WRT_TRANSFORM_SCALE"),
+    OnSets(kCommandMeshSweep, "IDS_QDMESH_TAB_GENERATE_2D_TO_3D"),
     Line(kMesh, Windows::Desktop),
     Colours(0, "IDS_WB_COLOUR_BY_SET"),
     Colours(1, "IDS_WB_COLOUR_BY_PROPERTY"),
@@ -154,7 +176,7 @@ constexpr WindowCommand kCommands[] = {
      .menu = kMesh,
      .windows = Windows::Desktop,
      .run = [](Session& session, unsigned command) { session.SendToMeshes(command); },
-     .possible = HasMeshSets},
+     .hindrance = WithoutMeshSets},
 };
 
 }  // namespace
@@ -170,8 +192,8 @@ const WindowCommand* FindWindowCommand(unsigned number) {
   return found != std::end(kCommands) ? found : nullptr;
 }
 
-bool IsPossible(const WindowCommand& command, const Session& session) {
-  return command.possible == nullptr || command.possible(session);
+const char* HindranceOf(const WindowCommand& command, const Session& session) {
+  return command.hindrance != nullptr ? command.hindrance(session) : nullptr;
 }
 
 bool RunWindowCommand(Session& session, unsigned number) {

@@ -52,8 +52,8 @@ struct WindowCommand {
   std::array<CommandKeys, 2> keys{};  ///< the menu shows the first one
   /// What the session does; null for what is the window's own work, or a menu of choices.
   void (*run)(Session& session, unsigned number) = nullptr;
-  /// Whether there is anything to do now; null: always.
-  bool (*possible)(const Session& session) = nullptr;
+  /// Key of the sentence that says why there is nothing to do now; no key when there is. Null: there always is.
+  const char* (*hindrance)(const Session& session) = nullptr;
   /// Whether it is what holds now, for one of several that exclude each other; null: it is no such choice.
   bool (*checked)(const Session& session, unsigned number) = nullptr;
   /// What stands behind the text, as the title of the act to undo; null: nothing.
@@ -64,7 +64,11 @@ struct WindowCommand {
 std::span<const WindowCommand> WindowCommands();
 /// Null for an unknown number.
 const WindowCommand* FindWindowCommand(unsigned number);
-bool IsPossible(const WindowCommand& command, const Session& session);
+/// Key of the sentence that says why there is nothing to do now, null when there is.
+const char* HindranceOf(const WindowCommand& command, const Session& session);
+inline bool IsPossible(const WindowCommand& command, const Session& session) {
+  return HindranceOf(command, session) == nullptr;
+}
 /// Runs what the session does, if it is possible now. False for what is left to the window.
 bool RunWindowCommand(Session& session, unsigned number);
 

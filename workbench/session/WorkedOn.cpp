@@ -1,60 +1,90 @@
 #include "workbench/session/WorkedOn.h"
 
 #include <algorithm>
-#include <set>
+#include <unordered_set>
+#include <utility>
 
 #include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
-std::vector<iterator> PartsToWorkOn(WorkDocument& doc, const std::vector<iterator>& parts, Reach reach) {
+namespace {
+
+/// Keeps the first of each.
+class EachOnce {
+ public:
+  void Add(iterator itr) {
+    if (m_seen.insert(itr).second) m_records.push_back(itr);
+  }
+  std::vector<iterator> Take() { return std::move(m_records); }
+
+ private:
+  std::unordered_set<iterator> m_seen;
+  std::vector<iterator> m_records;
+};
+
+WorkedOn Taken(const WorkDocument& doc, std::uint16_t type, WorkedOn worked, Reach reach) {
+  std::erase_if(worked.records, [&](iterator itr) { return !IsTaken(doc, type, itr, reach); });
+  return worked;
+}
+
+}  // namespace
+
+bool IsTaken(const WorkDocument& doc, std::uint16_t type, iterator itr, Reach reach) {
   const Database& database = doc.GetDatabase();
+  if (database.GetDataType(itr) != type) return false;
+  if (reach == Reach::All) return true;
+  if (type == kDataMset) return doc.GetDisplay().Meshes().IsMsetShown(itr) != 0;
   const GeomPool& pool = database.GetGeomPool();
-  std::vector<iterator> some = parts;
-  std::erase_if(some, [&](iterator part) {
-    return database.GetDataType(part) != kDataGeom || (reach == Reach::ShownSolids && pool.IsSolid(part) == 0) ||
-           (reach != Reach::All && !doc.GetDisplay().Parts().GetLook(pool.GetAtNU(part)->cadItem).shown);
-  });
-  return some;
+  if (reach == Reach::ShownSolids && pool.IsSolid(itr) == 0) return false;
+  return doc.GetDisplay().Parts().GetLook(pool.GetAtNU(itr)->cadItem).shown;
 }
 
-WorkedOn SelectedParts(WorkDocument& doc, Reach reach, bool elseAll) {
+std::vector<iterator> MeantParts(const WorkDocument& doc) {
   const Database& database = doc.GetDatabase();
-  const std::vector<iterator>& selected = doc.GetSelectBuffer();
-  if (selected.empty() && elseAll) {
-    return {PartsToWorkOn(doc, database.GetGeomPool().GetItrList(), reach), true};
-  }
-  std::vector<iterator> parts;
-  std::set<iterator> seen;
-  const auto add = [&](iterator part) {
-    if (seen.insert(part).second) parts.push_back(part);
-  };
-  for (const iterator itr : selected) {
-    if (database.GetDataType(itr) == kDataGeom) add(itr);
+  EachOnce parts;
+  for (const iterator itr : doc.Meant()) {
+    if (database.GetDataType(itr) == kDataGeom) parts.Add(itr);
     if (database.GetDataType(itr) != kDataGset) continue;
-    for (const iterator part : database.GetGeomPool().PartsOf(itr)) add(part);
+    for (const iterator part : database.GetGeomPool().PartsOf(itr)) parts.Add(part);
   }
-  return {PartsToWorkOn(doc, parts, reach)};
+  return parts.Take();
 }
 
-WorkedOn SelectedMeshSets(WorkDocument& doc) {
-  const bool all = doc.GetSelectBuffer().empty();
-  WorkedOn sets{all ? doc.GetDatabase().GetMsetPool().GetItrList() : doc.GetSelectBuffer(), all};
-  std::erase_if(sets.records, [&doc](iterator itr) {
-    return doc.GetDatabase().GetDataType(itr) != kDataMset || doc.GetDisplay().Meshes().IsMsetShown(itr) == 0;
-  });
-  return sets;
+std::vector<iterator> MeantMeshSets(const WorkDocument& doc) {
+  const Database& database = doc.GetDatabase();
+  EachOnce sets;
+  for (const iterator itr : doc.Meant()) {
+    if (database.GetDataType(itr) == kDataMset) sets.Add(itr);
+  }
+  for (const iterator part : MeantParts(doc)) {
+    if (const iterator mesh = database.GetMsetPool().GetItrByGeomItr(part); mesh != 0) sets.Add(mesh);
+  }
+  return sets.Take();
+}
+
+WorkedOn SelectedParts(const WorkDocument& doc, Reach reach, bool elseAll) {
+  const bool all = elseAll && doc.GetSelection().IsEmpty();
+  return Taken(doc, kDataGeom, {all ? doc.GetDatabase().GetGeomPool().GetItrList() : MeantParts(doc), all}, reach);
+}
+
+WorkedOn SelectedMeshSets(const WorkDocument& doc) {
+  const bool all = doc.GetSelection().IsEmpty();
+  return Taken(doc, kDataMset, {all ? doc.GetDatabase().GetMsetPool().GetItrList() : MeantMeshSets(doc), all},
+               Reach::Shown);
 }
 
 template <typename Pool>
 CString NamesOf(const Pool& pool, const std::vector<iterator>& records) {
-  constexpr std::size_t kMostNames = 3;
   constexpr std::size_t kMostLetters = 30;
   CString names;
   for (std::size_t i = 0; i < std::min(records.size(), kMostNames); ++i) {
     if (i > 0) names += L", ";
-    names += FromUtf8(ShownText(ToUtf8(pool.GetAtNU(records[i])->name), kMostLetters));
+    const CString& name = pool.GetAtNU(records[i])->name;
+    const CString shown = name.substr(0, CutLength(name, kMostLetters));
+    names += FromUtf8(ShownText(ToUtf8(shown)));
+    if (shown.size() < name.size()) names += L'…';
   }
   return records.size() > kMostNames ? names + L", …" : names;
 }

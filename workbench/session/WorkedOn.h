@@ -12,22 +12,29 @@ struct WorkedOn {
   bool all = false;  ///< nothing is selected, so it is all that can be taken
 };
 
-/// Which parts an act takes.
+/// Which records an act takes.
 enum class Reach { All, Shown, ShownSolids };
 
-/// Those of some parts that there are and that an act takes.
-std::vector<iterator> PartsToWorkOn(WorkDocument& doc, const std::vector<iterator>& parts, Reach reach);
+/// Whether an act takes a part or mesh set; it does not when there is none.
+bool IsTaken(const WorkDocument& doc, std::uint16_t type, iterator itr, Reach reach);
 
-/// The selected parts and those of selected geometry sets. Where no record is selected and `elseAll` is set, all
-/// parts; with records of other kinds selected there is nothing to work on.
-WorkedOn SelectedParts(WorkDocument& doc, Reach reach, bool elseAll = false);
+/// The parts that the selection means: selected ones, those of selected geometry sets, and those below selected
+/// rows that stand for no record. Each once.
+std::vector<iterator> MeantParts(const WorkDocument& doc);
+/// Likewise the mesh sets, and those that were made of parts that are meant.
+std::vector<iterator> MeantMeshSets(const WorkDocument& doc);
 
-/// Likewise the selected mesh sets that are shown, or all that are.
-WorkedOn SelectedMeshSets(WorkDocument& doc);
+/// What is meant and taken. Where nothing at all is selected and `elseAll` is set, all that can be taken; with
+/// anything else selected there is nothing to work on.
+WorkedOn SelectedParts(const WorkDocument& doc, Reach reach, bool elseAll = false);
+WorkedOn SelectedMeshSets(const WorkDocument& doc);
 
 /// The first names of some records of a pool, cut to fit a line.
 template <typename Pool>
 CString NamesOf(const Pool& pool, const std::vector<iterator>& records);
+
+/// So many names a line has room for.
+inline constexpr std::size_t kMostNames = 3;
 
 extern template CString NamesOf(const GeomPool& pool, const std::vector<iterator>& records);
 extern template CString NamesOf(const MsetPool& pool, const std::vector<iterator>& records);

@@ -5,8 +5,7 @@
 
 namespace qd::workbench {
 
-WorksTrees::WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& bars, Window window)
-    : m_doc(doc), m_window(std::move(window)) {
+WorksTrees::WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& bars, Later later) : m_doc(doc) {
   std::map<long, CSwitchDockablePane*> panes;
   for (const auto& [type, bar] : bars) {
     panes[type] = &m_panes.try_emplace(type, *bar).first->second;
@@ -15,15 +14,19 @@ WorksTrees::WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& 
   }
   m_manager = std::make_unique<CWorksTreeManager>(std::move(panes), &m_factory);
   MakeAnew();
-  m_doc.GetDatabase().SetListener(this);
-  m_doc.GetDisplay().SetLater(m_window.later);
+  m_onRecords = m_doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
+  m_onSetting = m_doc.OnSetting([this](const WorkDocument&) { MarkCurrentSet(); });
+  m_doc.GetDisplay().SetLater(std::move(later));
+  m_doc.SetBelowRows([this] { return BelowSelectedRows(); });
   m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice& notice) { FollowDisplay(notice); });
   m_onSelection = m_doc.OnSelection([this](const Selection& selection) { FollowSelection(selection); });
 }
 
 WorksTrees::~WorksTrees() {
+  m_doc.SetBelowRows(nullptr);
   m_doc.GetDisplay().SetLater(nullptr);
-  m_doc.GetDatabase().SetListener(nullptr);
+  m_onRecords = {};
+  m_onSetting = {};
   for (auto& [type, pane] : m_panes) pane.Tree().SetOnSelected(nullptr);
   m_manager->DestroyTreeItems(&m_doc);
 }
@@ -42,7 +45,7 @@ void WorksTrees::OpenBranches() {
 
 // ---- records --------------------------------------------------------------------------------------------
 
-void WorksTrees::OnDatabaseChanged(const CQDUpdateRecord& record) {
+void WorksTrees::FollowRecords(const CQDUpdateRecord& record) {
   // Records that are gone cannot stay selected.
   const bool anyGone = std::any_of(record.changes.begin(), record.changes.end(),
                                    [](const tagTRNotify& change) { return change.kind == kChangeDeleted; });
@@ -55,7 +58,6 @@ void WorksTrees::OnDatabaseChanged(const CQDUpdateRecord& record) {
   KeepSelected();
   RefreshMeshedParts(record);
   MarkCurrentSet();
-  if (m_window.changed) m_window.changed(record);
 }
 
 /// The icon of a part tells whether it is meshed, but the tree of sets leaves changes of meshes alone.
@@ -142,6 +144,19 @@ void WorksTrees::KeepSelected() {
       Follow(tree, selection);
     }
   }
+}
+
+std::vector<iterator> WorksTrees::BelowSelectedRows() {
+  std::vector<CQDTreeItem*> selected;
+  SelectedTree().GetSelectedTreeItems(selected, 0);
+  std::vector<iterator> records;
+  for (const CQDTreeItem* node : selected) {
+    if (node->GetRecord() != 0) continue;
+    node->ForEachBelow([&records](const CQDTreeItem* below) {
+      if (const iterator itr = below->GetRecord(); itr != 0) records.push_back(itr);
+    });
+  }
+  return records;
 }
 
 // ---- display --------------------------------------------------------------------------------------------

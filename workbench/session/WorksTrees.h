@@ -15,18 +15,13 @@ namespace qd::workbench {
 
 /// The works trees of an open document, in step with its database, its display, its selection and each other,
 /// whatever window they are in.
-class WorksTrees final : private IDatabaseListener {
+class WorksTrees final {
  public:
-  /// What the window does for the trees; each may be empty where there is nothing to do.
-  struct Window {
-    /// Runs something once the current message is handled.
-    std::function<void(std::function<void()>)> later{};
-    /// The database has changed, and the trees know.
-    std::function<void(const CQDUpdateRecord&)> changed{};
-  };
+  /// Runs something once the current message is handled.
+  using Later = std::function<void(std::function<void()>)>;
 
   /// The bars, by tree type, and the document outlive this. Makes the rows.
-  WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& bars, Window window);
+  WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& bars, Later later);
   ~WorksTrees();
   WorksTrees(const WorksTrees&) = delete;
   WorksTrees& operator=(const WorksTrees&) = delete;
@@ -57,22 +52,23 @@ class WorksTrees final : private IDatabaseListener {
     CWorksTreeBar& m_bar;
   };
 
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override;
-  void OnSettingChanged() override { MarkCurrentSet(); }
+  void FollowRecords(const CQDUpdateRecord& record);
   void MarkCurrentSet();
   void RefreshMeshedParts(const CQDUpdateRecord& record);
   void OnTouched(long type, const std::vector<CQDTreeItem*>& selected);
   void FollowSelection(const Selection& selection);
   static void Follow(CQDTreeListCtrl& tree, const Selection& selection);
   void KeepSelected();
+  std::vector<iterator> BelowSelectedRows();
   void FollowDisplay(const DisplayNotice& notice);
 
   WorkDocument& m_doc;
-  Window m_window;
   TreeFactory m_factory;
   std::map<long, Pane> m_panes;
   std::unique_ptr<CWorksTreeManager> m_manager;
   iterator m_currentSet = 0;  // as the rows show it
+  Subscription m_onRecords;
+  Subscription m_onSetting;
   Subscription m_onDisplay;
   Subscription m_onSelection;
 };
