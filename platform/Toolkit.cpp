@@ -1,8 +1,8 @@
 #include "platform/Toolkit.h"
 
-#include <cstdio>
-#include <cstdlib>
 #include <thread>
+
+#include "platform/Misuse.h"
 
 namespace qd {
 
@@ -10,12 +10,6 @@ namespace {
 
 IToolkit* theToolkit = nullptr;
 std::thread::id theThread;
-
-/// A program that is put together wrongly is told so at once, rather than failing somewhere else later.
-[[noreturn]] void Misused(const char* how) {
-  std::fprintf(stderr, "QD_wrt: %s\n", how);
-  std::abort();
-}
 
 }  // namespace
 
