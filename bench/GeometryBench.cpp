@@ -10,6 +10,7 @@
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/geometry/CQDTreeItemTopo.h"
+#include "workbench/session/FollowedWork.h"
 
 namespace qd::workbench {
 namespace {
@@ -99,6 +100,28 @@ BENCHMARK(BM_Visibility)
     ->Args({1, kCommandHideAll, kCommandShowAll})
     ->Args({1, kCommandReverseAll, kCommandReverseAll})
     ->Unit(benchmark::kMillisecond);
+
+/// A part hidden and shown while a dialog on all parts stands open.
+void BM_HideAPartBesideADialog(benchmark::State& state) {
+  Model& model = TheModel();
+  model.Command(0, kCommandShowAll);
+  model.Tree().ResetSelection(1);
+  std::size_t told = 0;
+  FollowedWork work(model.Doc(), {.elseAll = true}, [&] {
+    ++told;
+    benchmark::DoNotOptimize(work.Names());
+  });
+  const int part = model.Data().GetGeomPool().GetAtNU(model.Parts().back())->cadItem;
+  int shown = 1;
+  for (auto _ : state) {
+    model.Display().Parts().SetShowHide(part, shown = 1 - shown);
+    model.Settle();
+  }
+  Prove(state, told == bench::Rounds(state) && work.Count() == model.Parts().size() - (shown == 0 ? 1 : 0),
+        "the dialog was not told of each change");
+  model.Command(0, kCommandShowAll);
+}
+BENCHMARK(BM_HideAPartBesideADialog)->Unit(benchmark::kMicrosecond);
 
 void BM_ShowOnlyOnePart(benchmark::State& state) {
   Model& model = TheModel();

@@ -1,6 +1,7 @@
 #include "workbench/app/MeshDialog.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QFormLayout>
 #include <QLabel>
 #include <QLineEdit>

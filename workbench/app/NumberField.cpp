@@ -2,6 +2,7 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QEvent>
 #include <QFocusEvent>
 #include <QFormLayout>
 #include <QLabel>
