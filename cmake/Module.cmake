@@ -19,6 +19,7 @@ else()
   target_sources(qd_system PRIVATE "${QD_ARTWORK}")
 endif()
 qd_module_part(qd_host host SEES platform)
+qd_module_part(qd_find qd_wrt/find SEES platform)
 qd_module_part(qd_treelist qd_wrt/treelist SEES platform)
 qd_module_part(qd_core qd_wrt/core SEES qd_treelist host platform)
 qd_module_part(qd_panel qd_wrt/panel SEES qd_core qd_treelist host platform)
@@ -27,7 +28,7 @@ qd_module_part(qd_geometry qd_wrt/geometry SEES qd_properties qd_core qd_treelis
 qd_module_part(qd_mesh qd_wrt/mesh SEES qd_properties qd_core qd_treelist host platform)
 qd_module_part(qd_coords qd_wrt/coords SEES qd_core qd_treelist host platform)
 
-set(QD_MODULE_PARTS qd_platform qd_system qd_host qd_treelist qd_core qd_panel qd_properties qd_geometry
+set(QD_MODULE_PARTS qd_platform qd_system qd_host qd_find qd_treelist qd_core qd_panel qd_properties qd_geometry
                     qd_mesh qd_coords)
 add_library(QD_wrt SHARED)
 set_target_properties(QD_wrt PROPERTIES CXX_VISIBILITY_PRESET hidden SOVERSION ${PROJECT_VERSION_MAJOR}

@@ -27,6 +27,7 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"platform/win32", {"platform"}},
       {"platform/qt", {"platform"}},
       {"host", {"platform"}},
+      {"qd_wrt/find", {"platform"}},
       {"qd_wrt/treelist", {"platform"}},
       {"qd_wrt/core", {"platform", "host", "qd_wrt/treelist"}},
       {"qd_wrt/panel", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
