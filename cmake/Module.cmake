@@ -24,12 +24,15 @@ qd_module_part(qd_treelist qd_wrt/treelist SEES platform)
 qd_module_part(qd_core qd_wrt/core SEES qd_treelist host platform)
 qd_module_part(qd_panel qd_wrt/panel SEES qd_core qd_treelist host platform)
 qd_module_part(qd_properties qd_wrt/properties SEES host platform)
-qd_module_part(qd_geometry qd_wrt/geometry SEES qd_properties qd_core qd_treelist host platform)
-qd_module_part(qd_mesh qd_wrt/mesh SEES qd_properties qd_core qd_treelist host platform)
-qd_module_part(qd_coords qd_wrt/coords SEES qd_core qd_treelist host platform)
-
-set(QD_MODULE_PARTS qd_platform qd_system qd_host qd_find qd_treelist qd_core qd_panel qd_properties qd_geometry
-                    qd_mesh qd_coords)
+set(QD_MODULE_PARTS qd_platform qd_system qd_host qd_find qd_treelist qd_core qd_panel qd_properties)
+# Every other folder is a branch.
+file(GLOB branches RELATIVE "${CMAKE_SOURCE_DIR}/qd_wrt" CONFIGURE_DEPENDS LIST_DIRECTORIES true qd_wrt/*)
+foreach(branch IN LISTS branches)
+  if(NOT "qd_${branch}" IN_LIST QD_MODULE_PARTS)
+    qd_module_part(qd_${branch} qd_wrt/${branch} SEES qd_properties qd_core qd_treelist host platform)
+    list(APPEND QD_MODULE_PARTS qd_${branch})
+  endif()
+endforeach()
 add_library(QD_wrt SHARED)
 set_target_properties(QD_wrt PROPERTIES CXX_VISIBILITY_PRESET hidden SOVERSION ${PROJECT_VERSION_MAJOR}
                                         VERSION ${PROJECT_VERSION})

@@ -16,10 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The layer that a path from the top belongs to: the longest of these that it begins with.
-const std::map<std::string, std::set<std::string>>& Rules() {
+const std::string kBranch = "qd_wrt/(branch)";
+
+using LayerRules = std::map<std::string, std::set<std::string>>;
+const LayerRules& WrittenRules() {
   static const std::set<std::string> kModuleBase{"platform", "host"};
-  static const std::map<std::string, std::set<std::string>> kRules{
+  static const LayerRules kRules{
       {"platform", {"platform/text"}},
       {"platform/text", {"platform"}},
       {"platform/headless", {"platform"}},
@@ -32,9 +34,7 @@ const std::map<std::string, std::set<std::string>>& Rules() {
       {"qd_wrt/core", {"platform", "host", "qd_wrt/treelist"}},
       {"qd_wrt/panel", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
       {"qd_wrt/properties", {"platform", "host"}},
-      {"qd_wrt/geometry", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
-      {"qd_wrt/mesh", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
-      {"qd_wrt/coords", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
+      {kBranch, {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
       {"workbench/text", {}},
       {"workbench/files", {}},
       {"workbench/mesh", {"platform", "host"}},
@@ -66,6 +66,19 @@ const std::map<std::string, std::set<std::string>>& Rules() {
         "workbench/exchange/formats", "workbench/exchange/store", "workbench/tree", "workbench/session"}},
       {"workbench/view",
        {"platform", "platform/qt", "host", "workbench/mesh", "workbench/model", "workbench/display"}}};
+  return kRules;
+}
+
+/// The layer that a path from the top belongs to: the longest of these that it begins with. Folders of the module
+/// without a rule of their own are branches.
+const LayerRules& Rules() {
+  static const LayerRules kRules = [] {
+    LayerRules rules = WrittenRules();
+    for (const auto& entry : fs::directory_iterator(fs::path(SourceFolder()) / "qd_wrt")) {
+      rules.try_emplace("qd_wrt/" + entry.path().filename().string(), rules.at(kBranch));
+    }
+    return rules;
+  }();
   return kRules;
 }
 
@@ -130,6 +143,17 @@ TEST(Includes, FollowTheArchitecture) {
     }
   }
   EXPECT_GT(seen, 100);
+}
+
+/// What the core had to know of a kind of records a new branch would have to tell it.
+TEST(Includes, TheCoreNamesNoBranch) {
+  const std::regex named(R"(\b(kData|kLabel)[A-Z]\w*|Get(Geom|Gset|Mset|Cord|Material)Pool)");
+  for (const auto& entry : fs::directory_iterator(fs::path(SourceFolder()) / "qd_wrt/core")) {
+    std::ifstream in(entry.path());
+    for (std::string line; std::getline(in, line);) {
+      EXPECT_FALSE(std::regex_search(line, named)) << entry.path().filename() << ": " << line;
+    }
+  }
 }
 
 }  // namespace

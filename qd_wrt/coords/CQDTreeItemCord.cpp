@@ -1,33 +1,33 @@
 #include "qd_wrt/coords/CQDTreeItemCord.h"
 
-#include <array>
 #include <string_view>
 
-#include "host/CMSGFunction.h"
 #include "host/Dialogs.h"
 #include "qd_wrt/coords/CQDTreeItemCordData.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
-#include "qd_wrt/core/MenuTable.h"
 
 namespace qd {
 
 namespace {
 
-constexpr const char* kTitleKey = "IDS_QD_WRT_Coordinate_System";
-constexpr unsigned kIcon = 161;
-constexpr std::array<MenuEntry, 1> kMenu{{{kCommandAddCord, "IDS_QD_WRT_ADD"}}};
+constexpr unsigned short kDataTypes[] = {kDataCord};
+std::vector<MenuEntry> Menu() {
+  return {{.command = kCommandAddCord, .key = "IDS_QD_WRT_ADD"}};
+}
+constexpr BranchKind kKind{
+    .titleKey = "IDS_QD_WRT_Coordinate_System", .icon = 161, .dataTypes = kDataTypes, .menu = Menu};
 
 }  // namespace
 
 CQDTreeItemCord::CQDTreeItemCord(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 0) {}
+    : CQDTreeBranch(control, parent, kKind) {}
+
+const BranchKind* CQDTreeItemCord::GetBranchKind() const {
+  return &kKind;
+}
 
 // ---- following the database -----------------------------------------------------------------------------
-
-void CQDTreeItemCord::RegisterReceiveDataType() {
-  FollowDataType(kDataCord);
-}
 
 std::vector<iterator> CQDTreeItemCord::Records() const {
   return GetDBSession()->GetCordPool().GetItrList();
@@ -53,11 +53,6 @@ int CQDTreeItemCord::ModifyChildItem(iterator itr) {
 
 void CQDTreeItemCord::OnUpdate() {
   for (const tagTRNotify& change : PendingRecords()) ApplyChange(change);
-}
-
-void CQDTreeItemCord::OnChangeLanguage() {
-  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
-  CQDTreeBranch::OnChangeLanguage();
 }
 
 // ---- visibility -----------------------------------------------------------------------------------------
@@ -87,12 +82,6 @@ void CQDTreeItemCord::RereadBoxes(iterator itr) {
 }
 
 // ---- commands -------------------------------------------------------------------------------------------
-
-void CQDTreeItemCord::CreateContextMenu(CPoint& screen) {
-  if (GetControl()->GetSelectedCount() != 1) return;
-  TableMenu menu(kMenu);
-  GetControl()->TrackMenu(menu.Menu(), screen);
-}
 
 void CQDTreeItemCord::OnMenuEvent(unsigned command) {
   switch (command) {

@@ -11,12 +11,9 @@ class QD_EXPORT CQDTreeItemCord : public CQDTreeBranch {
 
   /// Adds a system, or shows or hides all.
   void OnMenuEvent(unsigned command) override;
-  void CreateContextMenu(CPoint& screen) override;
-  void RegisterReceiveDataType() override;
   /// Shows (1) or hides (3) every system.
   int OnClickCheck(int oldState) override;
   int GetItemType() const override { return kLabelCord; }
-  void OnChangeLanguage() override;
   /// Shows or hides the systems of these records; `kind` and `flags` are not used. Their view-update flags are off
   /// from then on.
   void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
@@ -29,6 +26,7 @@ class QD_EXPORT CQDTreeItemCord : public CQDTreeBranch {
   void RereadBoxes(iterator itr) override;
 
  protected:
+  const BranchKind* GetBranchKind() const override;
   std::vector<iterator> Records() const override;
   CQDTreeItem* MakeNode(iterator itr) override;
 };

@@ -2,9 +2,32 @@
 
 #include <algorithm>
 
+#include "host/CMSGFunction.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 
 namespace qd {
+
+CQDTreeBranch::CQDTreeBranch(CQDTreeListCtrl* control, CQDTreeItem* parent, const BranchKind& kind)
+    : CQDTreeItem(control, parent, CMSGFunction::GetValue(kind.titleKey), kind.icon, kind.hasCheck ? 1 : 0) {
+  SetTreeItemType(kind.treeItemType);
+}
+
+void CQDTreeBranch::RegisterReceiveDataType() {
+  if (GetBranchKind() == nullptr) return;
+  for (const unsigned short type : GetBranchKind()->dataTypes) FollowDataType(type);
+}
+
+void CQDTreeBranch::SetTitleIncludeType() {
+  if (GetBranchKind() != nullptr) ChangeTitle(CMSGFunction::GetValue(GetBranchKind()->titleKey));
+}
+
+void CQDTreeBranch::CreateContextMenu(CPoint& screen) {
+  const BranchKind* kind = GetBranchKind();
+  if (kind == nullptr || kind->menu == nullptr) return;
+  if (kind->menuOfOneRow && GetControl()->GetSelectedCount() != 1) return;
+  TableMenu menu(kind->menu(), FillMenu());
+  GetControl()->TrackMenu(menu.Menu(), screen);
+}
 
 CQDTreeItem* CQDTreeBranch::FindChild(iterator itr) const {
   return GetControl()->FindNodeBelow(this, itr);

@@ -242,7 +242,7 @@ void CQDTreeListCtrl::RereadBoxes(int itemType, iterator itr) {
 void CQDTreeListCtrl::RestoreLabel() {
   if (m_root == nullptr) return;
   m_root->SetRestoreLabel();
-  RereadBoxes(kLabelCord, 0);
+  for (CQDTreeItem* below : m_root->Children()) below->RereadBoxes(0);
 }
 
 void CQDTreeListCtrl::ShowHideLabel(int itemType, iterator itr, int show) {

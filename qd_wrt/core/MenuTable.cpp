@@ -20,8 +20,8 @@ CQDTreeMenu& TableMenu::Build(std::span<const MenuEntry> table) {
   CQDTreeMenu& menu = *m_menus.emplace_back(std::make_unique<CQDTreeMenu>());
   for (const MenuEntry& entry : table) {
     if (entry.when != nullptr && !entry.when()) continue;
-    if (entry.materials) {
-      if (m_fill.materials) m_fill.materials(menu);
+    if (entry.list) {
+      if (m_fill.list) m_fill.list(menu);
       continue;
     }
     if (entry.key.empty()) {

@@ -13,7 +13,7 @@
 
 namespace qd {
 
-/// One line of a menu table. An entry without text is a separator, or the place of the list of materials.
+/// One line of a menu table. An entry without text is a separator, or the place of a list.
 struct MenuEntry {
   unsigned command = 0;
   std::string_view key{};  ///< message key of the text
@@ -22,7 +22,7 @@ struct MenuEntry {
   bool (*when)() = nullptr;              ///< left out unless this is null or answers true
   std::span<const MenuEntry> submenu{};  ///< makes it a submenu
   bool literal = false;                  ///< the key is the text itself
-  bool materials = false;                ///< the materials stand here
+  bool list = false;                     ///< what the branch lists at the time stands here
   bool checkable = false;                ///< may have a check mark
   std::string_view suffix{};             ///< behind the text
 };
@@ -44,7 +44,7 @@ QD_EXPORT std::vector<MenuEntry> JoinMenus(std::initializer_list<std::span<const
 
 /// What a table leaves open.
 struct MenuFill {
-  std::function<void(CQDTreeMenu&)> materials{};      ///< the list of materials; without it the place stays empty
+  std::function<void(CQDTreeMenu&)> list{};           ///< fills the place of a list; without it that stays empty
   std::function<bool(unsigned command)> isChecked{};  ///< asked for checkable entries
 };
 

@@ -4,30 +4,11 @@
 #include <utility>
 
 #include "host/CGeomPrevShowHideStarter.h"
-#include "host/CMSGFunction.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/GeomMenus.h"
 
 namespace qd {
-
-namespace {
-
-constexpr const char* kTitleKey = "IDS_DB_DATA_NAME_GEOM";
-constexpr unsigned kIcon = 21;
-constexpr std::uint16_t kTreeItemTypeGeom = 9;
-
-}  // namespace
-
-CQDTreeGeomRoot::CQDTreeGeomRoot(CQDTreeListCtrl* control, CQDTreeItem* parent, int hasCheck)
-    : CQDTreeBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, hasCheck) {
-  SetTreeItemType(kTreeItemTypeGeom);
-}
-
-void CQDTreeGeomRoot::OnChangeLanguage() {
-  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
-  CQDTreeBranch::OnChangeLanguage();
-}
 
 // ---- visibility -----------------------------------------------------------------------------------------
 

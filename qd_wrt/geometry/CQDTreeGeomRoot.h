@@ -11,11 +11,17 @@ namespace qd {
 
 class CQDTreeMenu;
 
+/// What both roots are; they follow other data types and have other menus, and one has a box.
+constexpr BranchKind GeometryRoot(bool hasCheck, std::span<const unsigned short> dataTypes,
+                                  std::vector<MenuEntry> (*menu)()) {
+  return {"IDS_DB_DATA_NAME_GEOM", 21, hasCheck, 9, dataTypes, menu};
+}
+
 /// What the root of the geometry branch and the root of the geometry-set tree have in common: showing and hiding
 /// parts, commands on the selection or on everything, and the list of materials of a menu.
 class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
  public:
-  CQDTreeGeomRoot(CQDTreeListCtrl* control, CQDTreeItem* parent, int hasCheck);
+  using CQDTreeBranch::CQDTreeBranch;
   /// Records of parts or, in the geometry-set tree, of sets too.
   using PartSet = std::set<iterator>;
 
@@ -41,7 +47,6 @@ class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
   void OnMenuEvent(unsigned command) override;
   /// Applies a single dropped material to all parts.
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
-  void OnChangeLanguage() override;
   /// Shows or hides by record; kind and flags have no effect.
   void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags) override;
 

@@ -3,19 +3,24 @@
 #include <iterator>
 #include <set>
 
+#include "host/ShowPage.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/geometry/CQDTreeItemGeomData.h"
 #include "qd_wrt/geometry/GeomMenus.h"
 #include "qd_wrt/properties/CPropertySetGeomMain.h"
-#include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
 
-CQDTreeItemGeom::CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeGeomRoot(control, parent, 0) {}
+namespace {
+constexpr unsigned short kDataTypes[] = {kDataGeom, kDataMset, kDataMaterial, kDataMaterialTitle};
+constexpr BranchKind kKind = GeometryRoot(false, kDataTypes, GeometryRootMenu);
+}  // namespace
 
-void CQDTreeItemGeom::RegisterReceiveDataType() {
-  for (const unsigned short type : {kDataGeom, kDataMset, kDataMaterial, kDataMaterialTitle}) FollowDataType(type);
+CQDTreeItemGeom::CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent)
+    : CQDTreeGeomRoot(control, parent, kKind) {}
+
+const BranchKind* CQDTreeItemGeom::GetBranchKind() const {
+  return &kKind;
 }
 
 // ---- children -------------------------------------------------------------------------------------------
@@ -124,10 +129,8 @@ void CQDTreeItemGeom::SetPropertyView() {
 
 // ---- menu, commands, drop -------------------------------------------------------------------------------
 
-void CQDTreeItemGeom::CreateContextMenu(CPoint& screen) {
-  if (GetControl()->GetSelectedCount() != 1) return;
-  TableMenu menu(GeometryRootMenu(), {.materials = [this](CQDTreeMenu& list) { ListMaterials(list); }});
-  GetControl()->TrackMenu(menu.Menu(), screen);
+MenuFill CQDTreeItemGeom::FillMenu() {
+  return {.list = [this](CQDTreeMenu& list) { ListMaterials(list); }};
 }
 
 /// Materials and meshing are for all parts, whatever is selected.

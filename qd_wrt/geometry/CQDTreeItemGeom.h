@@ -10,8 +10,6 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
  public:
   CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
-  void CreateContextMenu(CPoint& screen) override;
-  void RegisterReceiveDataType() override;
   /// Titles may name the dropped material.
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
   void SetPropertyView() override;
@@ -44,6 +42,8 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
   std::weak_ptr<void> GetLife() const override { return m_life; }
 
  protected:
+  const BranchKind* GetBranchKind() const override;
+  MenuFill FillMenu() override;
   std::vector<iterator> Records() const override;
   CQDTreeItem* MakeNode(iterator itr) override;
   bool RunOwn(unsigned command) override;

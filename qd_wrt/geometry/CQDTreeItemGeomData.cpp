@@ -36,7 +36,7 @@ void CQDTreeItemGeomData::SetTitleMode(int mode) {
 
 void CQDTreeItemGeomData::CreateContextMenu(CPoint& screen) {
   const bool hidden = IsAnySelectedHidden(*GetControl());
-  TableMenu menu(PartMenu(hidden), {.materials = [this](CQDTreeMenu& list) { Root().ListMaterials(list); }});
+  TableMenu menu(PartMenu(hidden), {.list = [this](CQDTreeMenu& list) { Root().ListMaterials(list); }});
   if (!hidden && GetControl()->GetSelectedCount() == 1) {
     const bool flexible = GetDBSession()->GetAppDB().IsFlexibleBody(GetIterator()) != 0;
     menu.Menu().CheckMenu(flexible ? kCommandFlexible : kCommandRigid, 1);

@@ -1,10 +1,10 @@
 #include "qd_wrt/geometry/CQDTreeItemPart.h"
 
+#include "host/ShowPage.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/properties/CPropertySetGeom.h"
 #include "qd_wrt/properties/PartEdits.h"
-#include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
 

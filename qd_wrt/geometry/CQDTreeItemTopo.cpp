@@ -10,11 +10,16 @@
 
 namespace qd {
 
-CQDTreeItemTopo::CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeGeomRoot(control, parent, 1) {}
+namespace {
+constexpr unsigned short kDataTypes[] = {kDataGset, kDataMset, kDataMaterial, kDataMaterialTitle};
+constexpr BranchKind kKind = GeometryRoot(true, kDataTypes, TopologyRootMenu);
+}  // namespace
 
-void CQDTreeItemTopo::RegisterReceiveDataType() {
-  for (const unsigned short type : {kDataGset, kDataMset, kDataMaterial, kDataMaterialTitle}) FollowDataType(type);
+CQDTreeItemTopo::CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent)
+    : CQDTreeGeomRoot(control, parent, kKind) {}
+
+const BranchKind* CQDTreeItemTopo::GetBranchKind() const {
+  return &kKind;
 }
 
 // ---- children -------------------------------------------------------------------------------------------
@@ -81,12 +86,6 @@ void CQDTreeItemTopo::RereadBox(const RowBox& box) {
 }
 
 // ---- menu and commands -----------------------------------------------------------------------------------
-
-void CQDTreeItemTopo::CreateContextMenu(CPoint& screen) {
-  if (GetControl()->GetSelectedCount() != 1) return;
-  TableMenu menu(TopologyRootMenu());
-  GetControl()->TrackMenu(menu.Menu(), screen);
-}
 
 bool CQDTreeItemTopo::RunOwn(unsigned command) {
   if (command != kCommandNewSet) return false;

@@ -9,8 +9,6 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
  public:
   CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
-  void CreateContextMenu(CPoint& screen) override;
-  void RegisterReceiveDataType() override;
   /// Switches the root's box and all sets.
   int OnClickCheck(int oldState) override;
   /// Acts on sets; changes of meshes and materials reach the root too but are none of its business.
@@ -29,6 +27,7 @@ class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
   void AppendConcerned(const tagTRNotify& change, std::vector<CQDTreeItem*>& nodes) const override;
 
  protected:
+  const BranchKind* GetBranchKind() const override;
   std::vector<iterator> Records() const override;
   CQDTreeItem* MakeNode(iterator itr) override;
   CQDTreeItem* NodeOfRecord(iterator itr) const override;

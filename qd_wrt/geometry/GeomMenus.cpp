@@ -29,7 +29,7 @@ constexpr std::array<MenuEntry, 11> kTransparencies = TransparencyEntries(kComma
 constexpr std::array<MenuEntry, 2> kDisplay{
     {Submenu("IDS_QD_WRT_DISPLAY_MODE", kDisplayModes), Submenu("IDS_QD_WRT_TRANSPARENT", kTransparencies)}};
 constexpr std::array<MenuEntry, 2> kMaterials{
-    {{.materials = true}, Dialog(kCommandMaterialDialog, "IDS_QD_WRT_ISO_MATERIAL_APPLY")}};
+    {{.list = true}, Dialog(kCommandMaterialDialog, "IDS_QD_WRT_ISO_MATERIAL_APPLY")}};
 constexpr std::array<MenuEntry, 1> kMeshing{{Dialog(kCommandGenerateMesh, "IDS_QD_WRT_MESH_TETRA_GENERATE")}};
 constexpr std::array<MenuEntry, 1> kCreateMesh{{Submenu("IDS_QD_WRT_MODEL_CREATE_MESH", kMeshing)}};
 constexpr std::array<MenuEntry, 2> kMaterialAndMesh{

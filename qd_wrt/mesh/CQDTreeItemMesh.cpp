@@ -2,30 +2,34 @@
 
 #include <algorithm>
 
-#include "host/CMSGFunction.h"
 #include "host/CQDColorGenerator.h"
 #include "platform/Toolkit.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "qd_wrt/mesh/CQDTreeItemMeshData.h"
+#include "qd_wrt/mesh/MeshMenus.h"
 #include "qd_wrt/mesh/MsetSwitch.h"
 
 namespace qd {
 
 namespace {
 
-constexpr const char* kTitleKey = "IDS_QD_WRT_MESH";
-constexpr unsigned kIcon = 1;
+constexpr unsigned short kDataTypes[] = {kDataMset};
+constexpr BranchKind kKind{.titleKey = "IDS_QD_WRT_MESH",
+                           .icon = 1,
+                           .hasCheck = true,
+                           .treeItemType = kTreeItemTypeMesh,
+                           .dataTypes = kDataTypes,
+                           .menu = MeshRootMenu,
+                           .menuOfOneRow = false};
 
 }  // namespace
 
 CQDTreeItemMesh::CQDTreeItemMesh(CQDTreeListCtrl* control, CQDTreeItem* parent)
-    : CQDTreeMeshBranch(control, parent, CMSGFunction::GetValue(kTitleKey), kIcon, 1) {
-  SetTreeItemType(kTreeItemTypeMesh);
-}
+    : CQDTreeMeshBranch(control, parent, kKind) {}
 
-void CQDTreeItemMesh::RegisterReceiveDataType() {
-  FollowDataType(kDataMset);
+const BranchKind* CQDTreeItemMesh::GetBranchKind() const {
+  return &kKind;
 }
 
 CQDTreeMeshBranch* CQDTreeItemMesh::BranchOf(std::uint32_t parentKey) {
@@ -35,11 +39,6 @@ CQDTreeMeshBranch* CQDTreeItemMesh::BranchOf(std::uint32_t parentKey) {
 
 CQDTreeItem* CQDTreeItemMesh::FindMset(iterator itr) const {
   return itr != 0 ? GetControl()->FindMeshNode(itr) : nullptr;
-}
-
-void CQDTreeItemMesh::OnChangeLanguage() {
-  ChangeTitle(CMSGFunction::GetValue(kTitleKey));
-  CQDTreeMeshBranch::OnChangeLanguage();
 }
 
 // ---- visibility -----------------------------------------------------------------------------------------

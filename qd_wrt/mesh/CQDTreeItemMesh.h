@@ -17,13 +17,10 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   CQDTreeItemMesh(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
   void OnMenuEvent(unsigned command) override;
-  void CreateContextMenu(CPoint& screen) override;
-  void RegisterReceiveDataType() override;
   /// Shows (1) or hides (3) every mesh set, with one redraw at the end.
   int OnClickCheck(int oldState) override;
   /// Moves the selected mesh sets to the top level, all or none; the default set stays where it is.
   void OnDrop(std::vector<CQDTreeItem*>& nodes) override;
-  void OnChangeLanguage() override;
   std::optional<RowBox> GetRowBox() const override { return RowBox{kDataMset}; }
   void RereadBox(const RowBox& box) override;
 
@@ -48,6 +45,8 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   void SetMeshTransparancy(const std::vector<CQDTreeItem*>& items, unsigned char value);
 
  protected:
+  const BranchKind* GetBranchKind() const override;
+  MenuFill FillMenu() override;
   std::uint32_t ParentKey() const override { return 0; }
   CQDTreeMeshBranch* BranchOf(std::uint32_t parentKey) override;
   CQDTreeItem* FindMset(iterator itr) const override;

@@ -5,6 +5,7 @@
 
 #include "host/Act.h"
 #include "host/CMSGFunction.h"
+#include "host/ShowPage.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/mesh/CQDMsetOperation.h"
@@ -12,7 +13,6 @@
 #include "qd_wrt/mesh/MsetSwitch.h"
 #include "qd_wrt/properties/CPropertySetMesh.h"
 #include "qd_wrt/properties/MsetName.h"
-#include "qd_wrt/properties/ShowPage.h"
 
 namespace qd {
 

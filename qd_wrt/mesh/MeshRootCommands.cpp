@@ -63,17 +63,16 @@ unsigned CommandOfShortcut(unsigned command) {
 
 }  // namespace
 
-void CQDTreeItemMesh::CreateContextMenu(CPoint& screen) {
+MenuFill CQDTreeItemMesh::FillMenu() {
   if (IsKSL() == 0) {
     // The dialogs for both kinds of mesh tell by these which one they are opened for.
     IQueryMenuID2Idx::Instance().SetMenuID(kCommandMeshMap2D, 2);
     IQueryMenuID2Idx::Instance().SetMenuID(kCommandMeshMap3D, 1);
   }
   const CMPUData* display = GetDocument()->GetMPUData();
-  TableMenu menu(MeshRootMenu(), {.isChecked = [display](unsigned command) {
-                   return display != nullptr && display->HasAddOnInfoAll(AddOnOf(command)) != 0;
-                 }});
-  GetControl()->TrackMenu(menu.Menu(), screen);
+  return {.isChecked = [display](unsigned command) {
+    return display != nullptr && display->HasAddOnInfoAll(AddOnOf(command)) != 0;
+  }};
 }
 
 CQDTreeItemMesh::Targets CQDTreeItemMesh::TargetsOf(bool all) const {

@@ -55,9 +55,7 @@ void DocumentNode::RegisterReceiveDataType() {
 
 void DocumentNode::OnUpdate() {
   if (m_materials == nullptr) return MakeMaterials();
-  for (const tagTRNotify& change : PendingRecords()) m_materials->PushUpdateInfo(change);
-  m_materials->Update();
-  if (m_materials->GetChildCount() == 0) DeleteChild(std::exchange(m_materials, nullptr));
+  if (GetDBSession()->GetMaterialPool().GetItrList().empty()) DeleteChild(std::exchange(m_materials, nullptr));
 }
 
 void DocumentNode::MakeMaterials() {

@@ -1,4 +1,4 @@
-#include "qd_wrt/properties/ShowPage.h"
+#include "host/ShowPage.h"
 
 #include <utility>
 

@@ -3,10 +3,11 @@
 #include <memory>
 
 #include "host/IPropertySet.h"
+#include "platform/Export.h"
 
 namespace qd {
 
 /// Gives a document's property window a page. Nothing without a window.
-void ShowPropertyPage(CQDDocBase* doc, std::unique_ptr<IPropertySet> page);
+QD_EXPORT void ShowPropertyPage(CQDDocBase* doc, std::unique_ptr<IPropertySet> page);
 
 }  // namespace qd
