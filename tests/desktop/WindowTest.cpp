@@ -105,11 +105,6 @@ TEST_F(Window, ThePageIsOfWhatIsSelectedLast) {
   Wait(100);
   EXPECT_EQ(Data().GetGeomPool().GetAtNU(part)->name, L"edited");
   EXPECT_TRUE(lines().join(' ').contains("edited"));
-  const QStringList shown = lines();
-  ClickRow(0, 10);
-  Display({"key", "space"});
-  EXPECT_EQ(Tree().WhichCheck(Part(0)), kUnchecked);
-  EXPECT_EQ(lines(), shown) << "the box is switched, the page stays";
   Tree().SetItemState(Part(1), kRowSelected, kRowSelected);
   Tree().OnSelchangAction();
   EXPECT_EQ(lines(), (QStringList{"Selected: ", "Parts: 2"}));
