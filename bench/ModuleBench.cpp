@@ -221,7 +221,7 @@ void BM_MoveARubberBand(benchmark::State& state) {
   const auto all = static_cast<std::size_t>(kRows);
   for (std::size_t i = 0; i < all; ++i) rows.Insert({}, kInsertLast, 0, 0, 0);
   for (std::size_t i = 0; i < all; i += 2) rows.SelectVisible(i, i, true);
-  BandSelection band(rows.Selected(true), true);
+  BandSelection band(rows, true, true);
   const auto jump = static_cast<std::size_t>(state.range(0));
   band.Update(rows, 1, {{100, 200}});
   std::size_t end = 200;

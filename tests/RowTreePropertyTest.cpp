@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
+#include <map>
 #include <random>
 #include <sstream>
 #include <vector>
@@ -20,6 +22,7 @@ struct NaiveTree {
     int key = 0;
     bool expanded = false;
     bool selected = false;
+    bool marked = false;
     int parent = -1;
     std::vector<int> children;
   };
@@ -39,13 +42,15 @@ struct NaiveTree {
     Walk(0, true, [&](int row, bool) { all.push_back(row); });
     return all;
   }
-  std::vector<int> Visible() const {
-    std::vector<int> visible;
-    Walk(0, true, [&](int row, bool shown) {
-      if (shown) visible.push_back(row);
+  /// The rows below one that show when its children do.
+  std::vector<int> ShownBelow(int at) const {
+    std::vector<int> shown;
+    Walk(at, true, [&](int row, bool shows) {
+      if (shows) shown.push_back(row);
     });
-    return visible;
+    return shown;
   }
+  std::vector<int> Visible() const { return ShownBelow(0); }
 };
 
 int SequenceCount() {
@@ -59,7 +64,7 @@ class Player {
 
   void Step() {
     const std::vector<int> all = m_naive.All();
-    switch (Roll(all.size() < 3 ? 3 : 14)) {
+    switch (Roll(all.size() < 3 ? 3 : 18)) {
       case 0:
       case 1:
       case 2:
@@ -76,11 +81,18 @@ class Player {
       case 9:
         return Select(all);
       case 10:
+      case 13:
         return SelectRange();
       case 11:
         return ClearSelection();
       case 12:
         return Move(all);
+      case 14:
+        return SelectBelow(Pick(all));
+      case 15:
+        return SelectSiblings(all);
+      case 16:
+        return ClearBranch(Pick(all));
       default:
         return CollapseChain(all);
     }
@@ -105,6 +117,11 @@ class Player {
       const NaiveTree::Row& naive = m_naive.rows[row];
       EXPECT_EQ(m_tree.IsVisible(naive.handle), shown);
       EXPECT_EQ(m_tree.IsSelected(naive.handle), naive.selected);
+      int nearest = row;
+      for (int at = row; at != 0; at = m_naive.rows[at].parent) {
+        if (!m_naive.rows[m_naive.rows[at].parent].expanded) nearest = m_naive.rows[at].parent;
+      }
+      EXPECT_EQ(m_tree.NearestVisible(naive.handle), m_naive.rows[nearest].handle);
       EXPECT_EQ(m_tree.IsExpanded(naive.handle), naive.expanded);
       EXPECT_EQ(m_tree.ChildCount(naive.handle), naive.children.size());
       EXPECT_EQ(m_tree.Parent(naive.handle), m_naive.rows[naive.parent].handle);
@@ -120,12 +137,28 @@ class Player {
       next = m_tree.NextSelectedVisible(m_tree.Position(row) + 1);
     }
     ASSERT_FALSE(next);
+    CheckBelow();
     for (const HTREEITEM dead : m_dead) ASSERT_FALSE(m_tree.Contains(dead));
   }
 
  private:
   int Roll(std::size_t sides) { return static_cast<int>(m_random() % sides); }
   int Pick(const std::vector<int>& rows) { return rows[static_cast<std::size_t>(Roll(rows.size()))]; }
+
+  /// Who stands below a row, asked of one row.
+  void CheckBelow() const {
+    const std::vector<int> all = m_naive.All();
+    if (all.empty()) return;
+    const int above = all[all.size() / 3];
+    const HTREEITEM handle = m_naive.rows[above].handle;
+    std::map<int, bool> below;
+    m_naive.Walk(above, true, [&](int row, bool shows) { below[row] = shows; });
+    for (const int row : all) {
+      const auto found = below.find(row);
+      ASSERT_EQ(m_tree.IsBelow(m_naive.rows[row].handle, handle), found != below.end());
+      ASSERT_EQ(m_tree.ShowsBelow(m_naive.rows[row].handle, handle), found != below.end() && found->second);
+    }
+  }
 
   int PickParent(const std::vector<int>& all) {
     if (all.empty() || Roll(4) == 0) return 0;
@@ -216,9 +249,39 @@ class Player {
     auto first = static_cast<std::size_t>(Roll(visible.size()));
     auto last = static_cast<std::size_t>(Roll(visible.size()));
     if (first > last) std::swap(first, last);
+    constexpr std::array kWays{RowTree::Selecting::Off, RowTree::Selecting::On, RowTree::Selecting::Invert,
+                               RowTree::Selecting::Marked, RowTree::Selecting::NotMarked};
+    if (Roll(4) == 0) {
+      for (const int row : m_naive.All()) m_naive.rows[row].marked = false;
+      for (const int row : visible) m_naive.rows[row].marked = m_naive.rows[row].selected;
+      m_tree.MarkSelected();
+    }
+    const int way = Roll(kWays.size());
+    for (std::size_t i = first; i <= last; ++i) {
+      NaiveTree::Row& row = m_naive.rows[visible[i]];
+      row.selected =
+          std::array{false, true, !row.selected, row.marked, !row.marked}[static_cast<std::size_t>(way)];
+    }
+    m_tree.SelectVisible(first, last, kWays[static_cast<std::size_t>(way)]);
+  }
+  void SelectBelow(int row) {
+    const bool on = Roll(2) != 0;
+    for (const int below : m_naive.ShownBelow(row)) m_naive.rows[below].selected = on;
+    m_tree.SelectBelow(m_naive.rows[row].handle, on);
+  }
+  void SelectSiblings(const std::vector<int>& all) {
+    const std::vector<int>& siblings = m_naive.rows[m_naive.rows[Pick(all)].parent].children;
+    auto first = static_cast<std::size_t>(Roll(siblings.size()));
+    auto last = static_cast<std::size_t>(Roll(siblings.size()));
+    if (first > last) std::swap(first, last);
     const bool on = Roll(3) != 0;
-    for (std::size_t i = first; i <= last; ++i) m_naive.rows[visible[i]].selected = on;
-    m_tree.SelectVisible(first, last, on);
+    for (std::size_t i = first; i <= last; ++i) m_naive.rows[siblings[i]].selected = on;
+    m_tree.SelectSiblings(m_naive.rows[siblings[first]].handle, m_naive.rows[siblings[last]].handle, on);
+  }
+  void ClearBranch(int row) {
+    m_naive.rows[row].selected = false;
+    m_naive.Walk(row, true, [&](int below, bool) { m_naive.rows[below].selected = false; });
+    m_tree.ClearBranch(m_naive.rows[row].handle);
   }
   void ClearSelection() {
     if (Roll(4) != 0) return;

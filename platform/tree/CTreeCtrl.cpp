@@ -78,8 +78,8 @@ int CTreeCtrl::Expand(HTREEITEM row, ExpandAction action) {
   notice.row = row;
   notice.action = expand ? ExpandAction::Expand : ExpandAction::Collapse;
   if (Notify(notice) != 0 || !m_rows.Contains(row) || !m_rows.SetExpanded(row, expand)) return 0;
-  if (m_caret && !m_rows.IsVisible(m_caret)) m_caret = row;
-  if (m_top && !m_rows.IsVisible(m_top)) m_top = m_rows.NearestVisible(m_top);
+  if (!expand && m_caret && !m_rows.IsVisible(m_caret)) m_caret = row;
+  if (!expand && m_top) m_top = m_rows.NearestVisible(m_top);
   ScheduleLayout();
   OnViewMoved();
   notice.code = kNoticeItemExpanded;
@@ -89,10 +89,16 @@ int CTreeCtrl::Expand(HTREEITEM row, ExpandAction action) {
 
 void CTreeCtrl::EnsureVisible(HTREEITEM row) {
   if (!m_rows.Contains(row)) return;
-  for (HTREEITEM hidden = row; hidden && !m_rows.IsVisible(row);) {
-    hidden = m_rows.Parent(hidden);
-    if (hidden && !m_rows.IsExpanded(hidden) && Expand(hidden, ExpandAction::Expand) == 0) return;
+  // Handlers may close and open what they like meanwhile, so the count is asked again when it has come to nothing.
+  HTREEITEM hidden = row;
+  for (int closed = 0; m_rows.Contains(row) && (closed > 0 || (closed = m_rows.CollapsedAbove(row)) > 0);) {
+    hidden = m_rows.Contains(hidden) ? m_rows.Parent(hidden) : HTREEITEM{};
+    if (!hidden) return;
+    if (m_rows.IsExpanded(hidden)) continue;
+    if (Expand(hidden, ExpandAction::Expand) == 0) return;
+    --closed;
   }
+  if (!m_rows.Contains(row)) return;
   const std::size_t position = m_rows.Position(row);
   const std::size_t top = TopPosition();
   const auto page = static_cast<std::size_t>(GetPageSize());

@@ -20,8 +20,22 @@ namespace qd {
 /// among the entries with count 0.
 ///
 /// The sequence is cut into blocks of up to 64 entries; the blocks are the nodes of a randomised balanced tree
-/// whose nodes carry sums over their subtree (entries, smallest count, rows that have it, selected rows).
-/// Questions and changes stand in OrderIndex.cpp, the blocks and their tree in OrderIndexBlocks.cpp.
+/// whose nodes carry sums over their subtree (entries, smallest count, rows that have it, flags of those).
+///
+/// A change of a range is not carried to each entry: it waits at the highest subtrees and blocks that lie in the
+/// range as a whole, where the sums are brought up to date at once. There is one kind of change (`Change`): counts
+/// raised by a number, and what becomes of the flags of the rows at the smallest count and of all others. That is
+/// enough, for what shows in a range are always its rows at the smallest count: the visible rows of all, or what
+/// shows below a branch when it is seen. Changes that wait at one place become one (`After`): as they go to all of
+/// a subtree, none alters which of its rows are at the smallest count. Therefore nothing may be changed inside a
+/// subtree before what waits above it was handed on (`Push`, `PushAbove`). Reading hands nothing on: it takes what
+/// waits into account on its way.
+///
+/// A further flag of a row is a mask in `Content`, a number in `Sum`, and a source in `Turn` when ranges change
+/// it.
+///
+/// Order and positions stand in OrderIndex.cpp, flags of rows in OrderIndexFlags.cpp, the blocks and their tree in
+/// OrderIndexBlocks.cpp.
 class QD_EXPORT OrderIndex {
  public:
   /// Number of a row, given by the owner; 0 is no row. Small numbers, they index arrays.
@@ -40,26 +54,43 @@ class QD_EXPORT OrderIndex {
   /// O(entries moved) or O(children * log n), whichever is less.
   void Reorder(std::span<const Row> children);
 
-  /// Adds `delta` (1 or -1) to the count of collapsed rows above everything below `row`. O(log n).
-  void AddCollapsed(Row row, int delta);
+  /// Closes or opens the branch of `row`, which counts for everything below it. Nothing without children. O(log
+  /// n).
+  void Open(Row row, bool on);
   /// How many collapsed rows stand above `row`. O(log n).
   int CollapsedAbove(Row row) const;
   bool IsVisible(Row row) const { return CollapsedAbove(row) == 0; }
 
   std::size_t VisibleCount() const;
-  /// Rank of a visible row among the visible rows, from 0. O(log n).
+  /// Rank of a visible row among the visible rows, from 0; of another one, how many of them stand before it.
+  /// O(log n).
   std::size_t Position(Row row) const;
   /// The visible row at a rank, 0 past the end. O(log n).
   Row RowAt(std::size_t position) const;
 
+  /// The last visible row up to `row`: the row itself, or the nearest one above it that shows. O(log n).
+  Row NearestVisible(Row row) const { return IsVisible(row) ? row : RowAt(Position(row) - 1); }
+  /// Whether `row` stands below `above`. O(log n).
+  bool IsBelow(Row row, Row above) const;
+
+  /// What is to become of a row's selection. Marked rows are those that were selected at the last MarkSelected.
+  enum class Selecting { Off, On, Invert, Marked, NotMarked };
   bool IsSelected(Row row) const;
   void Select(Row row, bool on);
-  /// Selects or clears the visible rows with ranks from `first` to `last`, both included. O(rows / 64).
-  void SelectVisible(std::size_t first, std::size_t last, bool on);
-  /// Turns the selection of those rows round.
-  void InvertVisible(std::size_t first, std::size_t last);
-  /// Clears every row, hidden ones too. O(selected * log n) at most.
+  /// Changes the visible rows with ranks from `first` to `last`, both included. O(log n).
+  void SelectVisible(std::size_t first, std::size_t last, Selecting to);
+  /// Changes what shows below `row` when it is seen: its children, and those of open branches among them. O(log
+  /// n).
+  void SelectBelow(Row row, Selecting to);
+  /// Changes the rows from `first` to `last`, children of one row, without what stands below them.
+  /// O(log n) for each open branch among them.
+  void SelectSiblings(Row first, Row last, Selecting to);
+  /// Clears every row, hidden ones too. O(1).
   void ClearSelection();
+  /// Clears `row` and everything below it, hidden rows too. O(log n).
+  void ClearBranch(Row row);
+  /// Marks the visible rows that are selected and no others. O(1).
+  void MarkSelected();
   std::size_t SelectedCount() const;
   std::size_t VisibleSelectedCount() const;
   /// First selected visible row at or behind a rank, 0 if none. O(log n).
@@ -80,65 +111,98 @@ class QD_EXPORT OrderIndex {
   static constexpr int kCapacity = 64;
   static constexpr int kNever = std::numeric_limits<int>::max() / 2;
 
-  // Sums over a set of entries; counts of collapsed rows are relative to what stands above in the tree.
+  // What a flag of a row becomes: off, on, or what a flag was before, as it was or turned round (odd numbers).
+  enum class Source : std::uint8_t { Off, On, Selected, NotSelected, Marked, NotMarked };
+  // What becomes of all flags of a row.
+  struct Turn {
+    Source selected = Source::Selected;
+    Source marked = Source::Marked;
+    Turn After(const Turn& first) const;
+    void Do(std::uint64_t rows, std::uint64_t& selectedRows, std::uint64_t& markedRows) const;
+    bool operator==(const Turn&) const = default;
+  };
+  // A change of all entries of a subtree or a block.
+  struct Change {
+    int raise = 0;  // added to each count of collapsed rows
+    Turn least;     // of the rows at the smallest count
+    Turn others;    // of the others; only ever switches off, for nobody counts what they are
+    bool Turns() const { return least != Turn{} || others != Turn{}; }
+    /// This change behind an earlier one.
+    Change After(const Change& first) const;
+    /// What it is for a part: one that has rows at the smallest count of the whole, or none.
+    Change For(bool atLeast) const { return {raise, atLeast ? least : others, others}; }
+  };
+  // Sums over a set of entries.
   struct Sum {
     std::uint32_t entries = 0;
     std::uint32_t selected = 0;
-    int least = kNever;                 // smallest collapsed count of an opening entry
-    std::uint32_t atLeast = 0;          // opening entries that have it
-    std::uint32_t selectedAtLeast = 0;  // those of them that are selected
+    int least = kNever;         // smallest collapsed count of an opening entry
+    std::uint32_t atLeast = 0;  // opening entries that have it; those of them that are …
+    std::uint32_t selectedAtLeast = 0;
+    std::uint32_t markedAtLeast = 0;
+    std::uint32_t openAtLeast = 0;  // … branches that are open
     void Add(const Sum& other);
-    void Raise(int delta) {
-      if (atLeast != 0) least += delta;
-    }
-    std::uint32_t Visible(int above) const { return atLeast != 0 && least + above == 0 ? atLeast : 0; }
-    std::uint32_t SelectedVisible(int above) const {
-      return atLeast != 0 && least + above == 0 ? selectedAtLeast : 0;
-    }
+    void Do(const Change& change);
+    std::uint32_t Visible(int above) const { return least + above == 0 ? atLeast : 0; }
     bool operator==(const Sum&) const = default;
+  };
+  // Entries, the change that waits to be handed on to them, and their sums with it.
+  struct Part {
+    Sum sum;
+    Change change;
+    void Do(const Change& next);
+    /// The smallest count before the change.
+    int LeastBefore() const { return sum.least - change.raise; }
   };
   struct Node {
     Block left = 0, right = 0, parent = 0;
     std::uint32_t priority = 0;
-    int raise = 0;  // added to the collapsed count of every entry of this subtree
-    Sum own;        // of the block's entries, without `raise`
-    Sum total;      // of the subtree, with `raise`
+    Part own;  // the block's entries
+    Part all;  // the subtree
   };
   struct Content {
     std::array<Entry, kCapacity> entry;
-    std::array<int, kCapacity> collapsed;
-    std::uint64_t selected = 0;
+    std::array<int, kCapacity> collapsed;  // without the raise that waits at the block
+    std::uint64_t selected = 0, marked = 0;
+    std::uint64_t open = 0;  // branches that are open: children follow with the same count
     int count = 0;
   };
   struct Place {
     Block block = 0;
     int index = 0;
   };
+  // An entry that moves, with what was known of it.
+  struct Copied {
+    Entry entry = 0;
+    int collapsed = 0;
+    bool selected = false, marked = false, open = false;
+  };
   struct Cut {
     Block left = 0, right = 0;
   };
 
-  static Entry Open(Row row) { return row * 2; }
-  static Entry Close(Row row) { return row * 2 + 1; }
+  static Entry OpeningOf(Row row) { return row * 2; }
+  static Entry ClosingOf(Row row) { return row * 2 + 1; }
   /// The bits of the entries in front of an index.
   static std::uint64_t MaskBelow(int index) { return index >= kCapacity ? ~0ULL : (1ULL << index) - 1; }
-  static bool IsOpen(Entry entry) { return (entry & 1U) == 0; }
+  static bool IsOpening(Entry entry) { return (entry & 1U) == 0; }
 
   void Reserve(Row row);
-  Block& HomeOf(Entry entry) { return IsOpen(entry) ? m_openHome[entry / 2] : m_closeHome[entry / 2]; }
-  Block HomeOf(Entry entry) const { return IsOpen(entry) ? m_openHome[entry / 2] : m_closeHome[entry / 2]; }
+  Block& HomeOf(Entry entry) { return IsOpening(entry) ? m_openHome[entry / 2] : m_closeHome[entry / 2]; }
+  Block HomeOf(Entry entry) const { return IsOpening(entry) ? m_openHome[entry / 2] : m_closeHome[entry / 2]; }
   Place Find(Entry entry) const;
-  Entry LastEntryOf(Row row) const { return m_closeHome[row] != 0 ? Close(row) : Open(row); }
+  Entry LastEntryOf(Row row) const { return m_closeHome[row] != 0 ? ClosingOf(row) : OpeningOf(row); }
 
   Block NewBlock();
   void FreeBlock(Block block);
-  int RaiseAbove(Block block) const;  // of the block and everything above it
+  int RaiseAbove(Block block) const;  // that waits at the subtrees that hold the block's entries
   std::size_t RankOf(Entry entry) const;
   Block NextBlock(Block block) const;
 
   void InsertEntry(Entry entry, Place before, int collapsed);
   void InsertBehind(Entry entry, Entry at, int collapsed);
   void EraseEntry(Entry entry);
+  void EraseClosing(Entry follower);
   void SplitBlock(Place at);
   void MoveTail(Block from, int index, Block to);
   void RotateUp(Block block);
@@ -147,22 +211,28 @@ class QD_EXPORT OrderIndex {
   void Pull(Block block);
   void PullUp(Block block);
   void Push(Block block);
+  void PushAbove(Block block);
+  void Settle(Block block);
+  void CountFlag(Place place, std::uint32_t Sum::*all, std::uint32_t Sum::*atLeast, bool on);
+  void MarkOpen(Row row, bool on);
   Block Merge(Block left, Block right);
   Cut CutAt(Block root, std::size_t rank);
   Block Join(Block left, Block right);
   Cut CutTree(Block root, std::size_t rank);
   void FreeTree(Block root);
-  Block BuildTree(std::span<const Entry> entries, std::span<const int> collapsed, std::span<const char> selected);
+  Block BuildTree(std::span<const Copied> entries);
   void ReorderByCopy(std::span<const Row> children, std::size_t first, std::size_t last);
   void ReorderByCut(std::span<const Row> children, std::size_t first, std::size_t last);
 
-  void RaiseRange(Block block, long first, long last, int delta);
-  enum class Change { Clear, Set, Invert };
-  void ChangeVisibleIn(Block block, long first, long last, Change change, int above);
-  void ClearSelectionIn(Block block);
-  void CollectSelected(Block block, long first, long last, bool visibleOnly, int above,
+  void ChangeRange(Block block, long first, long last, const Change& change, int count);
+  void ChangeOwn(Block block, long first, long last, const Change& change, int count);
+  static Change SelectionOf(Selecting to);
+  Row FirstOpen(Block block, long first, long last, int count) const;
+  Row NextSelected(Block block, std::size_t position, const Change& above) const;
+  void CollectSelected(Block block, long first, long last, bool visibleOnly, const Change& above,
                        std::vector<Row>& out) const;
-  std::uint64_t VisibleMask(Block block, int above) const;
+  std::uint64_t SelectedMask(Block block, const Change& above) const;
+  std::uint64_t MaskAt(Block block, int count) const;
   bool CheckNode(Block block) const;
 
   std::vector<Node> m_nodes;        // index 0 is the empty tree

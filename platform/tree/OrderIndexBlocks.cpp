@@ -58,8 +58,9 @@ OrderIndex::Block OrderIndex::NewBlock() {
     block = m_free.back();
     m_free.pop_back();
     m_nodes[block] = Node{};
-    m_contents[block].selected = 0;
-    m_contents[block].count = 0;
+    Content& content = m_contents[block];
+    content.selected = content.marked = content.open = 0;
+    content.count = 0;
   }
   m_random ^= m_random << 13U;
   m_random ^= m_random >> 17U;
@@ -75,17 +76,17 @@ void OrderIndex::FreeBlock(Block block) {
 
 int OrderIndex::RaiseAbove(Block block) const {
   int raise = 0;
-  for (; block != 0; block = m_nodes[block].parent) raise += m_nodes[block].raise;
+  for (; block != 0; block = m_nodes[block].parent) raise += m_nodes[block].all.change.raise;
   return raise;
 }
 
 std::size_t OrderIndex::RankOf(Entry entry) const {
   const Place place = Find(entry);
-  std::size_t rank = static_cast<std::size_t>(place.index) + m_nodes[m_nodes[place.block].left].total.entries;
+  std::size_t rank = static_cast<std::size_t>(place.index) + m_nodes[m_nodes[place.block].left].all.sum.entries;
   for (Block child = place.block, parent = m_nodes[child].parent; parent != 0;
        child = parent, parent = m_nodes[child].parent) {
     const Node& node = m_nodes[parent];
-    if (node.right == child) rank += node.own.entries + m_nodes[node.left].total.entries;
+    if (node.right == child) rank += node.own.sum.entries + m_nodes[node.left].all.sum.entries;
   }
   return rank;
 }
@@ -110,6 +111,8 @@ void OrderIndex::InsertBehind(Entry entry, Entry at, int collapsed) {
 }
 
 void OrderIndex::InsertEntry(Entry entry, Place before, int collapsed) {
+  PushAbove(before.block);
+  Settle(before.block);
   if (m_contents[before.block].count == kCapacity) {
     const int cut = before.index >= kAppendSplit ? before.index : kHalf;
     SplitBlock({before.block, cut});
@@ -125,33 +128,36 @@ void OrderIndex::InsertEntry(Entry entry, Place before, int collapsed) {
                      &content.entry[before.index] + tail + 1);
   std::copy_backward(&content.collapsed[before.index], &content.collapsed[before.index] + tail,
                      &content.collapsed[before.index] + tail + 1);
-  content.selected = WithGap(content.selected, before.index);
+  for (std::uint64_t* flags : {&content.selected, &content.marked, &content.open}) {
+    *flags = WithGap(*flags, before.index);
+  }
   ++content.count;
   content.entry[before.index] = entry;
-  content.collapsed[before.index] = collapsed - RaiseAbove(before.block);
+  content.collapsed[before.index] = collapsed - m_nodes[before.block].own.change.raise;
   HomeOf(entry) = before.block;
 
   // The sums only grow: add the one entry on the way up instead of adding up each node anew.
   Sum single;
   single.entries = 1;
-  if (IsOpen(entry)) {
-    single.least = content.collapsed[before.index];
+  if (IsOpening(entry)) {
+    single.least = collapsed;
     single.atLeast = 1;
   }
-  m_nodes[before.block].own.Add(single);
-  for (Block block = before.block; block != 0; block = m_nodes[block].parent) {
-    single.Raise(m_nodes[block].raise);
-    m_nodes[block].total.Add(single);
-  }
+  m_nodes[before.block].own.sum.Add(single);
+  for (Block block = before.block; block != 0; block = m_nodes[block].parent) m_nodes[block].all.sum.Add(single);
 }
 
 void OrderIndex::EraseEntry(Entry entry) {
   const Place place = Find(entry);
+  PushAbove(place.block);
+  Settle(place.block);
   Content& content = m_contents[place.block];
   std::copy(&content.entry[place.index] + 1, content.entry.data() + content.count, &content.entry[place.index]);
   std::copy(&content.collapsed[place.index] + 1, content.collapsed.data() + content.count,
             &content.collapsed[place.index]);
-  content.selected = WithoutBit(content.selected, place.index);
+  for (std::uint64_t* flags : {&content.selected, &content.marked, &content.open}) {
+    *flags = WithoutBit(*flags, place.index);
+  }
   --content.count;
   HomeOf(entry) = 0;
   if (content.count == 0) {
@@ -163,6 +169,7 @@ void OrderIndex::EraseEntry(Entry entry) {
   if (content.count >= kMergeBelow) return;
   const Block next = NextBlock(place.block);
   if (next != 0 && content.count + m_contents[next].count <= kMergedLimit) {
+    PushAbove(next);
     MoveTail(next, 0, place.block);
     Summarise(place.block);
     PullUp(place.block);
@@ -170,19 +177,27 @@ void OrderIndex::EraseEntry(Entry entry) {
   }
 }
 
-/// Moves the entries of `from` from `index` on to the end of `to`; the caller brings the sums up to date.
+/// Moves the entries of `from` from `index` on to the end of `to`; the caller brings the sums up to date. Nothing
+/// may wait above the two.
 void OrderIndex::MoveTail(Block from, int index, Block to) {
+  Settle(from);
+  Settle(to);
   Content& source = m_contents[from];
   Content& target = m_contents[to];
-  const int shift = RaiseAbove(from) - RaiseAbove(to);
+  const int shift = m_nodes[from].own.change.raise - m_nodes[to].own.change.raise;
+  const int end = target.count;
   for (int i = index; i < source.count; ++i, ++target.count) {
     target.entry[target.count] = source.entry[i];
     target.collapsed[target.count] = source.collapsed[i] + shift;
-    if ((source.selected >> i & 1U) != 0) target.selected |= 1ULL << target.count;
     HomeOf(source.entry[i]) = to;
   }
+  if (index < source.count) {
+    target.selected |= source.selected >> index << end;
+    target.marked |= source.marked >> index << end;
+    target.open |= source.open >> index << end;
+  }
   source.count = index;
-  source.selected &= MaskBelow(index);
+  for (std::uint64_t* flags : {&source.selected, &source.marked, &source.open}) *flags &= MaskBelow(index);
 }
 
 /// Moves the entries of the block from `at.index` on to a fresh block behind it.
@@ -190,12 +205,11 @@ void OrderIndex::SplitBlock(Place at) {
   const Block fresh = NewBlock();
   // As a leaf first: to the right of `at`, or leftmost below its right neighbour.
   Block parent = at.block;
-  if (m_nodes[parent].right == 0) {
-    m_nodes[parent].right = fresh;
-  } else {
+  if (m_nodes[parent].right != 0) {
     for (parent = m_nodes[parent].right; m_nodes[parent].left != 0;) parent = m_nodes[parent].left;
-    m_nodes[parent].left = fresh;
   }
+  PushAbove(parent);
+  (parent == at.block ? m_nodes[parent].right : m_nodes[parent].left) = fresh;
   m_nodes[fresh].parent = parent;
   MoveTail(at.block, at.index, fresh);
   Summarise(at.block);
@@ -240,57 +254,37 @@ void OrderIndex::RemoveBlock(Block block) {
   FreeBlock(block);
 }
 
-std::uint64_t OrderIndex::VisibleMask(Block block, int above) const {
-  const Content& content = m_contents[block];
-  std::uint64_t mask = 0;
-  for (int i = 0; i < content.count; ++i) {
-    const bool visible = content.collapsed[i] + above == 0 && IsOpen(content.entry[i]);
-    mask |= static_cast<std::uint64_t>(visible) << i;
-  }
-  return mask;
-}
-
+/// Adds a block's entries up anew. No change of flags may wait at it.
 void OrderIndex::Summarise(Block block) {
   const Content& content = m_contents[block];
+  const int raise = m_nodes[block].own.change.raise;
   Sum sum;
   sum.entries = static_cast<std::uint32_t>(content.count);
   sum.selected = static_cast<std::uint32_t>(std::popcount(content.selected));
   for (int i = 0; i < content.count; ++i) {
-    if (IsOpen(content.entry[i])) sum.least = std::min(sum.least, content.collapsed[i]);
+    if (IsOpening(content.entry[i])) sum.least = std::min(sum.least, content.collapsed[i] + raise);
   }
-  const std::uint64_t least = VisibleMask(block, -sum.least);
+  const std::uint64_t least = sum.least != kNever ? MaskAt(block, sum.least) : 0;
   sum.atLeast = static_cast<std::uint32_t>(std::popcount(least));
   sum.selectedAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.selected));
-  m_nodes[block].own = sum;
+  sum.markedAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.marked));
+  sum.openAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.open));
+  m_nodes[block].own.sum = sum;
 }
 
 void OrderIndex::Pull(Block block) {
   Node& node = m_nodes[block];
-  Sum sum = m_nodes[node.left].total;
-  sum.Add(node.own);
-  sum.Add(m_nodes[node.right].total);
-  sum.Raise(node.raise);
-  node.total = sum;
+  Sum sum = m_nodes[node.left].all.sum;
+  sum.Add(node.own.sum);
+  sum.Add(m_nodes[node.right].all.sum);
+  sum.Do(node.all.change);
+  node.all.sum = sum;
   if (node.left != 0) m_nodes[node.left].parent = block;
   if (node.right != 0) m_nodes[node.right].parent = block;
 }
 
 void OrderIndex::PullUp(Block block) {
   for (; block != 0; block = m_nodes[block].parent) Pull(block);
-}
-
-void OrderIndex::Push(Block block) {
-  Node& node = m_nodes[block];
-  if (node.raise == 0) return;
-  Content& content = m_contents[block];
-  for (int i = 0; i < content.count; ++i) content.collapsed[i] += node.raise;
-  node.own.Raise(node.raise);
-  for (const Block child : {node.left, node.right}) {
-    if (child == 0) continue;
-    m_nodes[child].raise += node.raise;
-    m_nodes[child].total.Raise(node.raise);
-  }
-  node.raise = 0;
 }
 
 // ---- whole trees ----------------------------------------------------------------------------------------
@@ -321,6 +315,8 @@ OrderIndex::Block OrderIndex::Join(Block left, Block right) {
   Block root = Merge(left, right);
   m_nodes[root].parent = 0;
   if (m_contents[last].count + m_contents[first].count > kMergedLimit) return root;
+  PushAbove(last);
+  PushAbove(first);
   MoveTail(first, 0, last);
   Summarise(last);
   PullUp(last);
@@ -336,14 +332,14 @@ OrderIndex::Block OrderIndex::Join(Block left, Block right) {
 OrderIndex::Cut OrderIndex::CutAt(Block root, std::size_t rank) {
   if (root == 0) return {};
   Push(root);
-  const std::size_t left = m_nodes[m_nodes[root].left].total.entries;
+  const std::size_t left = m_nodes[m_nodes[root].left].all.sum.entries;
   Cut cut;
   if (rank <= left) {
     cut = CutAt(m_nodes[root].left, rank);
     m_nodes[root].left = cut.right;
     cut.right = root;
   } else {
-    cut = CutAt(m_nodes[root].right, rank - left - m_nodes[root].own.entries);
+    cut = CutAt(m_nodes[root].right, rank - left - m_nodes[root].own.sum.entries);
     m_nodes[root].right = cut.left;
     cut.left = root;
   }
@@ -354,19 +350,19 @@ OrderIndex::Cut OrderIndex::CutAt(Block root, std::size_t rank) {
 }
 
 OrderIndex::Cut OrderIndex::CutTree(Block root, std::size_t rank) {
-  if (rank >= m_nodes[root].total.entries) return {root, 0};
+  if (rank >= m_nodes[root].all.sum.entries) return {root, 0};
   std::size_t rest = rank;
   Block block = root;
   for (;;) {
     const Node& node = m_nodes[block];
-    const std::size_t left = m_nodes[node.left].total.entries;
+    const std::size_t left = m_nodes[node.left].all.sum.entries;
     if (rest < left) {
       block = node.left;
-    } else if (rest < left + node.own.entries) {
+    } else if (rest < left + node.own.sum.entries) {
       rest -= left;
       break;
     } else {
-      rest -= left + node.own.entries;
+      rest -= left + node.own.sum.entries;
       block = node.right;
     }
   }
@@ -394,8 +390,7 @@ void OrderIndex::FreeTree(Block root) {
   }
 }
 
-OrderIndex::Block OrderIndex::BuildTree(std::span<const Entry> entries, std::span<const int> collapsed,
-                                        std::span<const char> selected) {
+OrderIndex::Block OrderIndex::BuildTree(std::span<const Copied> entries) {
   Block root = 0;
   for (std::size_t from = 0; from < entries.size();) {
     const std::size_t count = std::min<std::size_t>(kAppendSplit, entries.size() - from);
@@ -403,10 +398,13 @@ OrderIndex::Block OrderIndex::BuildTree(std::span<const Entry> entries, std::spa
     Content& content = m_contents[block];
     content.count = static_cast<int>(count);
     for (std::size_t i = 0; i < count; ++i) {
-      content.entry[i] = entries[from + i];
-      content.collapsed[i] = collapsed[from + i];
-      content.selected |= static_cast<std::uint64_t>(selected[from + i]) << i;
-      HomeOf(entries[from + i]) = block;
+      const Copied& copied = entries[from + i];
+      content.entry[i] = copied.entry;
+      content.collapsed[i] = copied.collapsed;
+      content.selected |= static_cast<std::uint64_t>(copied.selected) << i;
+      content.marked |= static_cast<std::uint64_t>(copied.marked) << i;
+      content.open |= static_cast<std::uint64_t>(copied.open) << i;
+      HomeOf(copied.entry) = block;
     }
     Summarise(block);
     Pull(block);
@@ -415,29 +413,6 @@ OrderIndex::Block OrderIndex::BuildTree(std::span<const Entry> entries, std::spa
   }
   m_nodes[root].parent = 0;
   return root;
-}
-
-void OrderIndex::RaiseRange(Block block, long first, long last, int delta) {
-  const long entries = m_nodes[block].total.entries;
-  if (block == 0 || first >= last || last <= 0 || first >= entries) return;
-  if (first <= 0 && last >= entries) {
-    m_nodes[block].raise += delta;
-    m_nodes[block].total.Raise(delta);
-    return;
-  }
-  const long left = m_nodes[m_nodes[block].left].total.entries;
-  RaiseRange(m_nodes[block].left, first, last, delta);
-  first -= left;
-  last -= left;
-  const long own = m_nodes[block].own.entries;
-  const long from = std::max(first, 0L);
-  const long to = std::min(last, own);
-  if (from < to) {
-    for (long i = from; i < to; ++i) m_contents[block].collapsed[static_cast<std::size_t>(i)] += delta;
-    Summarise(block);
-  }
-  RaiseRange(m_nodes[block].right, first - own, last - own, delta);
-  Pull(block);
 }
 
 // ---- checks ---------------------------------------------------------------------------------------------
@@ -449,7 +424,7 @@ std::size_t OrderIndex::MemoryUsed() const {
 
 bool OrderIndex::IsConsistent() const {
   if (m_root != 0 && m_nodes[m_root].parent != 0) return false;
-  return m_nodes[0].total == Sum{} && CheckNode(m_root);
+  return m_nodes[0].all.sum == Sum{} && CheckNode(m_root);
 }
 
 bool OrderIndex::CheckNode(Block block) const {
@@ -460,29 +435,33 @@ bool OrderIndex::CheckNode(Block block) const {
     if (!CheckNode(child)) return false;
   }
   const Content& content = m_contents[block];
-  if (content.count == 0 || (content.selected & ~MaskBelow(content.count)) != 0) return false;
+  if (content.count == 0) return false;
   Sum own;
   for (int i = 0; i < content.count; ++i) {
+    const auto has = [i](std::uint64_t mask) { return static_cast<std::uint32_t>(mask >> i & 1U); };
     Sum single;
     single.entries = 1;
-    const bool selected = (content.selected >> i & 1U) != 0;
-    if (selected) single.selected = 1;
-    if (IsOpen(content.entry[i])) {
+    single.selected = has(content.selected);
+    if (IsOpening(content.entry[i])) {
       single.least = content.collapsed[i];
       single.atLeast = 1;
-      single.selectedAtLeast = selected ? 1 : 0;
-    } else if (selected) {
+      single.selectedAtLeast = single.selected;
+      single.markedAtLeast = has(content.marked);
+      single.openAtLeast = has(content.open);
+    } else if (has(content.selected | content.marked | content.open) != 0) {
       return false;
     }
     if (HomeOf(content.entry[i]) != block) return false;
     own.Add(single);
   }
-  if (own != node.own) return false;
-  Sum total = m_nodes[node.left].total;
-  total.Add(own);
-  total.Add(m_nodes[node.right].total);
-  total.Raise(node.raise);
-  return total == node.total;
+  if (((content.selected | content.marked | content.open) & ~MaskBelow(content.count)) != 0) return false;
+  own.Do(node.own.change);
+  if (own != node.own.sum) return false;
+  Sum all = m_nodes[node.left].all.sum;
+  all.Add(own);
+  all.Add(m_nodes[node.right].all.sum);
+  all.Do(node.all.change);
+  return all == node.all.sum;
 }
 
 }  // namespace qd

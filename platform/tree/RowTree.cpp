@@ -121,13 +121,12 @@ void RowTree::Clear(const std::function<void(std::uint64_t)>& onRow) {
 
 bool RowTree::IsBelow(HTREEITEM row, HTREEITEM ancestor) const {
   const Index top = Slot(ancestor);
-  Index at = Slot(row);
-  if (top == 0 || at == 0) return false;
-  while (m_rows[at].level > m_rows[top].level) {
-    at = m_rows[at].parent;
-    if (at == top) return true;
-  }
-  return false;
+  const Index at = Slot(row);
+  return top != 0 && at != 0 && m_rows[at].level > m_rows[top].level && m_order.IsBelow(at, top);
+}
+
+bool RowTree::ShowsBelow(HTREEITEM row, HTREEITEM ancestor) const {
+  return IsBelow(row, ancestor) && m_order.CollapsedAbove(Slot(row)) == m_order.CollapsedAbove(At(ancestor).first);
 }
 
 void RowTree::SetImages(HTREEITEM row, int image, int selectedImage) {
@@ -153,23 +152,13 @@ bool RowTree::SetExpanded(HTREEITEM row, bool expanded) {
   Row& at = At(row);
   if (expanded == ((at.state & kRowExpanded) != 0) || (expanded && at.children == 0)) return false;
   at.state = static_cast<std::uint16_t>(at.state ^ kRowExpanded);
-  m_order.AddCollapsed(Slot(row), expanded ? -1 : 1);
+  m_order.Open(Slot(row), expanded);
   return true;
 }
 
 HTREEITEM RowTree::PreviousVisible(HTREEITEM row) const {
   const std::size_t position = Position(row);
   return position == 0 ? HTREEITEM{} : RowAt(position - 1);
-}
-
-HTREEITEM RowTree::NearestVisible(HTREEITEM row) const {
-  Index at = Slot(row);
-  // Each step up leaves at most one collapsed row above behind it.
-  for (int collapsed = m_order.CollapsedAbove(at); collapsed > 0;) {
-    at = m_rows[at].parent;
-    if ((m_rows[at].state & kRowExpanded) == 0) --collapsed;
-  }
-  return Handle(at);
 }
 
 std::vector<HTREEITEM> RowTree::Selected(bool visibleOnly) const {

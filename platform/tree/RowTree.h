@@ -61,6 +61,8 @@ class QD_EXPORT RowTree {
   /// 0 for a top-level row.
   int Level(HTREEITEM row) const { return static_cast<int>(At(row).level); }
   bool IsBelow(HTREEITEM row, HTREEITEM ancestor) const;
+  /// Whether `row` stands below `ancestor` and shows when the children of `ancestor` do.
+  bool ShowsBelow(HTREEITEM row, HTREEITEM ancestor) const;
 
   int Image(HTREEITEM row) const { return At(row).image; }
   int SelectedImage(HTREEITEM row) const { return At(row).selectedImage; }
@@ -80,6 +82,8 @@ class QD_EXPORT RowTree {
   std::size_t VisibleCount() const { return m_order.VisibleCount(); }
   /// Whether all ancestors are expanded.
   bool IsVisible(HTREEITEM row) const { return m_order.IsVisible(Slot(row)); }
+  /// How many ancestors are not expanded.
+  int CollapsedAbove(HTREEITEM row) const { return m_order.CollapsedAbove(Slot(row)); }
   /// Rank of a visible row among the visible rows.
   std::size_t Position(HTREEITEM row) const { return m_order.Position(Slot(row)); }
   HTREEITEM RowAt(std::size_t position) const { return Handle(m_order.RowAt(position)); }
@@ -87,11 +91,24 @@ class QD_EXPORT RowTree {
   HTREEITEM PreviousVisible(HTREEITEM row) const;
   HTREEITEM LastVisible() const { return VisibleCount() == 0 ? HTREEITEM{} : RowAt(VisibleCount() - 1); }
   /// The row itself, or its nearest ancestor that is visible.
-  HTREEITEM NearestVisible(HTREEITEM row) const;
+  HTREEITEM NearestVisible(HTREEITEM row) const { return Handle(m_order.NearestVisible(Slot(row))); }
 
   bool IsSelected(HTREEITEM row) const { return m_order.IsSelected(Slot(row)); }
-  void SelectVisible(std::size_t first, std::size_t last, bool on) { m_order.SelectVisible(first, last, on); }
-  void InvertVisible(std::size_t first, std::size_t last) { m_order.InvertVisible(first, last); }
+  /// Changes what is selected among the visible rows from position `first` to `last`, both included. Marked rows
+  /// are the visible ones that were selected at the last MarkSelected.
+  using Selecting = OrderIndex::Selecting;
+  void SelectVisible(std::size_t first, std::size_t last, Selecting to) { m_order.SelectVisible(first, last, to); }
+  void SelectVisible(std::size_t first, std::size_t last, bool on) { SelectVisible(first, last, OnOrOff(on)); }
+  void InvertVisible(std::size_t first, std::size_t last) { SelectVisible(first, last, Selecting::Invert); }
+  void MarkSelected() { m_order.MarkSelected(); }
+  /// Selects or clears the children of `row`, and with them those of open branches among them, and so on.
+  void SelectBelow(HTREEITEM row, bool on) { m_order.SelectBelow(Slot(row), OnOrOff(on)); }
+  /// Selects or clears the rows from `first` to `last`, children of one row, without what stands below them.
+  void SelectSiblings(HTREEITEM first, HTREEITEM last, bool on) {
+    m_order.SelectSiblings(Slot(first), Slot(last), OnOrOff(on));
+  }
+  /// Clears `row` and everything below it.
+  void ClearBranch(HTREEITEM row) { m_order.ClearBranch(Slot(row)); }
   void ClearSelection() { m_order.ClearSelection(); }
   std::size_t SelectedCount() const { return m_order.SelectedCount(); }
   std::size_t VisibleSelectedCount() const { return m_order.VisibleSelectedCount(); }
@@ -124,6 +141,7 @@ class QD_EXPORT RowTree {
     std::uint64_t word = 0;
   };
 
+  static Selecting OnOrOff(bool on) { return on ? Selecting::On : Selecting::Off; }
   static bool IsPlace(HTREEITEM row) { return row.value >= kTreeRoot.value; }
   Index Slot(HTREEITEM row) const;
   Row& At(HTREEITEM row);

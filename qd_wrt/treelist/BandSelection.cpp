@@ -5,13 +5,16 @@
 
 namespace qd {
 
-BandSelection::BandSelection(std::vector<HTREEITEM> start, bool clearsStart)
-    : m_start(std::move(start)), m_clearsStart(clearsStart) {}
+BandSelection::BandSelection(RowTree& rows, bool keeps, bool clearsStart)
+    : m_outside(keeps ? RowTree::Selecting::Marked : RowTree::Selecting::Off),
+      m_inside(clearsStart ? RowTree::Selecting::NotMarked : RowTree::Selecting::On) {
+  if (keeps) rows.MarkSelected();
+}
 
 void BandSelection::Update(RowTree& rows, std::uint64_t revision, std::vector<Range> met) {
   if (!std::exchange(m_began, true) || std::exchange(m_revision, revision) != revision) {
-    m_revision = revision;
-    Restart(rows);
+    m_met.clear();
+    Leave(rows, {0, rows.VisibleCount()});
   }
   if (m_met.size() == 1 && met.size() == 1) {
     const Range before = m_met.front();
@@ -27,43 +30,12 @@ void BandSelection::Update(RowTree& rows, std::uint64_t revision, std::vector<Ra
   m_met = std::move(met);
 }
 
-/// Finds the start rows where they stand now and selects nothing else.
-void BandSelection::Restart(RowTree& rows) {
-  m_met.clear();
-  m_startRuns.clear();
-  std::vector<std::size_t> positions;
-  for (const HTREEITEM row : m_start) {
-    if (rows.Contains(row) && rows.IsVisible(row)) positions.push_back(rows.Position(row));
-  }
-  std::sort(positions.begin(), positions.end());
-  for (const std::size_t position : positions) {
-    if (!m_startRuns.empty() && m_startRuns.back().end == position) {
-      ++m_startRuns.back().end;
-    } else {
-      m_startRuns.push_back({position, position + 1});
-    }
-  }
-  Leave(rows, {0, rows.VisibleCount()});
-}
-
-void BandSelection::SelectStart(RowTree& rows, Range range, bool on) const {
-  auto run = std::partition_point(m_startRuns.begin(), m_startRuns.end(),
-                                  [&range](const Range& candidate) { return candidate.end <= range.first; });
-  for (; run != m_startRuns.end() && run->first < range.end; ++run) {
-    rows.SelectVisible(std::max(run->first, range.first), std::min(run->end, range.end) - 1, on);
-  }
-}
-
 void BandSelection::Leave(RowTree& rows, Range range) const {
-  if (range.first >= range.end) return;
-  rows.SelectVisible(range.first, range.end - 1, false);
-  SelectStart(rows, range, true);
+  if (range.first < range.end) rows.SelectVisible(range.first, range.end - 1, m_outside);
 }
 
 void BandSelection::Enter(RowTree& rows, Range range) const {
-  if (range.first >= range.end) return;
-  rows.SelectVisible(range.first, range.end - 1, true);
-  if (m_clearsStart) SelectStart(rows, range, false);
+  if (range.first < range.end) rows.SelectVisible(range.first, range.end - 1, m_inside);
 }
 
 }  // namespace qd

@@ -35,6 +35,7 @@ CTreeListCtrl::~CTreeListCtrl() {
 void CTreeListCtrl::OnDestroy() {
   DeleteBoxes();
   m_band.reset();
+  m_search.reset();
   EraseAllRows(FreeRecord);
 }
 

@@ -262,8 +262,20 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
     bool started = false;
     BandSelection selection;
   };
+  /// The search for the title that is being typed, in the rows from the caret on. Any key ends it, so does another
+  /// caret; when rows come, go or move it begins anew, a few times.
+  struct TitleSearch {
+    CString beginning;
+    bool behind = false;  // the caret itself comes last
+    HTREEITEM caret;
+    HTREEITEM next;        // row to look at
+    std::size_t left = 0;  // rows not looked at yet
+    std::uint64_t revision = 0;
+    int restarts = 0;
+  };
   static constexpr unsigned kFreeBoxesMessage = 0x7F02;
   static constexpr unsigned kTypingTimer = 2;
+  static constexpr unsigned kSearchTimer = 3;
 
   CTLItem* Record(HTREEITEM row);
   HTREEITEM Insert(const CTLItem& record, int image, int selectedImage, HTREEITEM parent, HTREEITEM insertAfter);
@@ -284,9 +296,12 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   std::intptr_t SendEmulated(Notice& notice);
   int FocusRow(HTREEITEM row, unsigned& state, unsigned& mask);
   void UnfocusCaret(unsigned& state, unsigned& mask);
-  void SelectSiblingsInRange(HTREEITEM from, std::size_t first, std::size_t last);
+  HTREEITEM SiblingTowards(HTREEITEM from, HTREEITEM to, bool down) const;
 
-  HTREEITEM FindTitle(std::wstring_view beginning, bool behind) const;
+  void BeginSearch();
+  void SearchOn();
+  void EndSearch();
+  HTREEITEM RowBehind(HTREEITEM row) const;
 
   void OpenEdit(HTREEITEM row);
   bool GetEditorPlace(HTREEITEM row, CRect& place) const;
@@ -324,6 +339,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   bool m_bandingHit = false;
   std::optional<Band> m_band;
   CString m_typed;  // type-ahead so far
+  std::optional<TitleSearch> m_search;
   AccessibleTreeList m_accessible{*this};
   std::unique_ptr<CTreeListEditBox> m_edit;
   std::unique_ptr<CTreeListComboBox> m_combo;

@@ -21,9 +21,8 @@ void CTreeListCtrl::DoBanding(Button button, unsigned flags, CPoint point) {
   const std::weak_ptr<void> life = Life();
   SetFocus();
   if (life.expired() || GetPeer() == nullptr) return;
-  m_band.emplace(
-      Band{ContentPoint(point), point, false,
-           BandSelection(keeps ? GetSelectedItems() : std::vector<HTREEITEM>(), (flags & kMouseControl) != 0)});
+  const bool clearsStart = (flags & kMouseControl) != 0;
+  m_band.emplace(Band{ContentPoint(point), point, false, BandSelection(Rows(), keeps, clearsStart)});
   GetPeer()->SetTimer(kBandTimer, kBandPeriod);
   Message last;  // what ended the band
   toolkit.RunCapture(*this, [&](const Message& message) {

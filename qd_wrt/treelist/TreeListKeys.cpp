@@ -11,6 +11,7 @@ bool CTreeListCtrl::IsSelectionKey(int key, unsigned flags) {
 }
 
 void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
+  EndSearch();
   if (!IsSelectionKey(key, flags) || key == kKeyA || key == kKeyI) {
     if (!m_multiSelect) return;
     ResetVertScrollBar();
@@ -53,39 +54,70 @@ void CTreeListCtrl::OnChar(int character) {
   m_typed += static_cast<wchar_t>(character);
   // The same letter again and again walks through the rows that begin with it.
   const bool repeats = m_typed.find_first_not_of(m_typed.front()) == CString::npos;
-  const HTREEITEM found = FindTitle(repeats ? m_typed.substr(0, 1) : m_typed, repeats);
-  if (found) SelectAlone(found);
+  TitleSearch& search = m_search.emplace();
+  search.beginning = repeats ? m_typed.substr(0, 1) : m_typed;
+  search.behind = repeats;
+  BeginSearch();
+  SearchOn();
 }
 
-/// A pause ends the title that is being typed.
 void CTreeListCtrl::OnTimer(unsigned id) {
+  if (id == kSearchTimer) return SearchOn();
   if (id != kTypingTimer) return CTreeCtrl::OnTimer(id);
+  // A pause ends the title that is being typed.
   GetPeer()->KillTimer(kTypingTimer);
   m_typed.clear();
 }
 
-/// The next visible row, from the caret on and round the end, whose title begins with `beginning`; `behind` leaves
-/// the caret itself for last.
-HTREEITEM CTreeListCtrl::FindTitle(std::wstring_view beginning, bool behind) const {
+/// Begins with the caret, or with the row behind it.
+void CTreeListCtrl::BeginSearch() {
   const RowTree& rows = Rows();
-  const auto matches = [&](HTREEITEM row) {
-    const CTLItem* record = GetRecord(row);
-    return record != nullptr && CompareFolded(record->View(0).substr(0, beginning.size()), beginning) == 0;
-  };
-  // Along the links between rows: a step by position would cost more than the comparison.
-  const auto next = [&](HTREEITEM row) {
-    if (rows.IsExpanded(row) && rows.FirstChild(row)) return rows.FirstChild(row);
-    while (row && !rows.NextSibling(row)) row = rows.Parent(row);
-    return row ? rows.NextSibling(row) : rows.First();
-  };
-  if (!rows.First()) return {};
   const HTREEITEM caret = GetCaret() ? rows.NearestVisible(GetCaret()) : HTREEITEM{};
-  HTREEITEM row = caret ? caret : rows.First();
-  if (behind && caret) row = next(row);
-  for (std::size_t left = rows.VisibleCount(); left > 0; --left, row = next(row)) {
-    if (matches(row)) return row;
+  m_search->caret = GetCaret();
+  m_search->revision = Revision();
+  m_search->left = rows.VisibleCount();
+  m_search->next = caret ? caret : rows.First();
+  if (m_search->behind && caret) m_search->next = RowBehind(caret);
+}
+
+/// Looks at as many rows as the window can wait for, and goes on after what the user does meanwhile: a timer lets
+/// input pass, a posted message would not.
+void CTreeListCtrl::SearchOn() {
+  constexpr std::size_t kRowsAtATime = 1U << 16U;
+  constexpr int kMostRestarts = 8;
+  if (!m_search.has_value() || GetCaret() != m_search->caret) return EndSearch();
+  if (Revision() != m_search->revision) {
+    if (++m_search->restarts > kMostRestarts) return EndSearch();
+    BeginSearch();
   }
-  return {};
+  TitleSearch& search = *m_search;
+  for (std::size_t i = 0; i < kRowsAtATime && search.left > 0; ++i, --search.left) {
+    const HTREEITEM row = search.next;
+    const CTLItem* record = GetRecord(row);
+    if (record != nullptr &&
+        CompareFolded(record->View(0).substr(0, search.beginning.size()), search.beginning) == 0) {
+      EndSearch();
+      return SelectAlone(row);
+    }
+    search.next = RowBehind(row);
+  }
+  if (search.left == 0) return EndSearch();
+  GetPeer()->SetTimer(kSearchTimer, 1);
+}
+
+void CTreeListCtrl::EndSearch() {
+  if (!m_search.has_value()) return;
+  m_search.reset();
+  if (GetPeer() != nullptr) GetPeer()->KillTimer(kSearchTimer);
+}
+
+/// The next visible row, round the end. Along the links between rows: a step by position would cost more than
+/// looking at its title.
+HTREEITEM CTreeListCtrl::RowBehind(HTREEITEM row) const {
+  const RowTree& rows = Rows();
+  if (rows.IsExpanded(row) && rows.FirstChild(row)) return rows.FirstChild(row);
+  while (row && !rows.NextSibling(row)) row = rows.Parent(row);
+  return row ? rows.NextSibling(row) : rows.First();
 }
 
 }  // namespace qd

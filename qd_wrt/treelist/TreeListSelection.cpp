@@ -98,41 +98,29 @@ void CTreeListCtrl::SelectAll(int select) {
 void CTreeListCtrl::SelectRange(HTREEITEM from, HTREEITEM to, int only) {
   if (!IsLive(from) || !IsLive(to)) return;
   from = Rows().NearestVisible(from);
+  to = Rows().NearestVisible(to);
   std::size_t first = Rows().Position(from);
-  std::size_t last = Rows().Position(Rows().NearestVisible(to));
-  if (first > last) std::swap(first, last);
+  std::size_t last = Rows().Position(to);
+  const bool down = first <= last;
+  if (!down) std::swap(first, last);
   if (only != 0) {
     if (first > 0) Rows().SelectVisible(0, first - 1, false);
     if (last + 1 < VisibleRowCount()) Rows().SelectVisible(last + 1, VisibleRowCount() - 1, false);
   }
-  SelectSiblingsInRange(from, first, last);
+  const HTREEITEM end = SiblingTowards(from, to, down);
+  Rows().SelectSiblings(down ? from : end, down ? end : from, true);
   Invalidate();
 }
 
-/// Selects the siblings of `from` between two visible positions, whole runs of closed siblings at a time.
-void CTreeListCtrl::SelectSiblingsInRange(HTREEITEM from, std::size_t first, std::size_t last) {
+/// The farthest sibling of `from` that stands between it and `to`, a visible row below or above it.
+HTREEITEM CTreeListCtrl::SiblingTowards(HTREEITEM from, HTREEITEM to, bool down) const {
   const RowTree& rows = Rows();
-  HTREEITEM sibling = from;
-  if (rows.Position(from) == last) {
-    // Walk up to the first sibling inside; an open sibling's branch is stepped over.
-    for (HTREEITEM before = rows.PreviousSibling(sibling); before && rows.Position(before) >= first;
-         before = rows.PreviousSibling(sibling)) {
-      sibling = before;
-    }
-  }
-  std::size_t runStart = rows.Position(sibling);
-  std::size_t position = runStart;
-  while (sibling && position <= last) {
-    const bool open = rows.IsExpanded(sibling) && rows.ChildCount(sibling) != 0;
-    sibling = rows.NextSibling(sibling);
-    if (!open && sibling && position < last) {
-      ++position;
-      continue;
-    }
-    Rows().SelectVisible(runStart, position, true);
-    if (!sibling) return;
-    runStart = position = open ? rows.Position(sibling) : position + 1;
-  }
+  const HTREEITEM parent = rows.Parent(from);
+  if (parent && !rows.IsBelow(to, parent)) return down ? rows.LastChild(parent) : rows.FirstChild(parent);
+  HTREEITEM sibling = to;
+  while (rows.Level(sibling) > rows.Level(from)) sibling = rows.Parent(sibling);
+  // A branch that `to` stands in begins above `to`.
+  return down || sibling == to ? sibling : rows.NextSibling(sibling);
 }
 
 void CTreeListCtrl::InvertSelection() {
@@ -143,31 +131,16 @@ void CTreeListCtrl::InvertSelection() {
 
 int CTreeListCtrl::SelectChildren(HTREEITEM parent, int select, int recurse) {
   if (!IsLive(parent)) return 0;
-  // Whether a walk over the children, and below the expanded ones with `recurse`, comes by a row.
-  const auto visits = [&](HTREEITEM row) {
-    if (!recurse) return GetParentItem(row) == parent;
-    for (HTREEITEM above = GetParentItem(row); above; above = GetParentItem(above)) {
-      if (above == parent) return true;
-      if (!IsExpanded(above)) return false;
-    }
-    return false;
-  };
-  if (select == 0) {
-    for (const HTREEITEM row : Rows().SelectedBelow(parent)) {
-      if (visits(row)) SetRowState(row, 0, kRowSelected);
-    }
-  } else {
-    std::vector<HTREEITEM> branches{parent};
-    while (!branches.empty()) {
-      const HTREEITEM branch = branches.back();
-      branches.pop_back();
-      for (HTREEITEM child = GetChildItem(branch); child; child = GetNextSiblingItem(child)) {
-        SetRowState(child, kRowSelected, kRowSelected);
-        if (recurse != 0 && IsExpanded(child)) branches.push_back(child);
-      }
-    }
+  const std::size_t before = Rows().SelectedCount();
+  if (recurse != 0) {
+    Rows().SelectBelow(parent, select != 0);
+  } else if (ItemHasChildren(parent)) {
+    Rows().SelectSiblings(Rows().FirstChild(parent), Rows().LastChild(parent), select != 0);
   }
-  return GetCaret() && visits(GetCaret()) ? 1 : 0;
+  if (Rows().SelectedCount() != before) Invalidate();
+  if (!GetCaret()) return 0;
+  const bool met = recurse != 0 ? Rows().ShowsBelow(GetCaret(), parent) : GetParentItem(GetCaret()) == parent;
+  return met ? 1 : 0;
 }
 
 int CTreeListCtrl::OnItemExpanding(HTREEITEM row, ExpandAction action) {
@@ -188,18 +161,10 @@ void CTreeListCtrl::InvalidateSelectedRows() {
 void CTreeListCtrl::SelectAllIgnore(int select, HTREEITEM except) {
   const HTREEITEM top = GetRootItem();
   if (select != 0 || !top || Rows().SelectedCount() == 0) return;
-  if (!GetNextSiblingItem(top)) {
-    const bool keep = IsSelected(except);
-    Rows().ClearSelection();
-    if (keep) Rows().SetState(except, kRowSelected, kRowSelected);
-    Invalidate();
-    return;
-  }
-  std::vector<HTREEITEM> selected = Rows().SelectedBelow(top);
-  if (Rows().IsSelected(top)) selected.push_back(top);
-  for (const HTREEITEM row : selected) {
-    if (row != except) SetRowState(row, 0, kRowSelected);
-  }
+  InvalidateSelectedRows();
+  const bool keep = IsSelected(except);
+  Rows().ClearBranch(top);
+  if (keep) Rows().SetState(except, kRowSelected, kRowSelected);
 }
 
 void CTreeListCtrl::SelectAlone(HTREEITEM row) {

@@ -243,7 +243,7 @@ class NaiveTreeList {
     }
     if (vetoes) return false;
     rows[row].expanded = on;
-    if (caret != kNone && !IsVisible(caret)) caret = row;
+    if (!on && caret != kNone && !IsVisible(caret)) caret = row;
     top = Shown(top);
     ViewMoved();
     heard += (on ? "opened(" : "closed(") + Name(row) + ") ";
