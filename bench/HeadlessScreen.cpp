@@ -32,6 +32,11 @@ void Screen::Settle() {
   m_parts->toolkit->Pump();
 }
 
+void Screen::Wait() {
+  m_parts->toolkit->Advance(1);
+  Settle();
+}
+
 bool Screen::Paint(CWnd& window) {
   const std::vector<std::string> calls = m_parts->toolkit->Paint(window);
   return std::any_of(calls.begin(), calls.end(), [](const std::string& call) { return call.starts_with("text"); });

@@ -237,20 +237,50 @@ void BM_MoveARubberBand(benchmark::State& state) {
 }
 BENCHMARK(BM_MoveARubberBand)->ArgName("rows")->Arg(1)->Arg(50)->Arg(1000)->Unit(benchmark::kMicrosecond);
 
-/// Type-ahead looks at every row until it finds the last one.
+/// Type-ahead looks at every row until it finds the last one, some at a time: until then, or the key alone, which
+/// is as long as the window is held up.
 void BM_TypeTheTitleOfTheLastRow(benchmark::State& state) {
   BigModel& big = Model();
+  const bool wholeSearch = state.range(0) != 0;
+  const HTREEITEM wanted = big.RowOf(big.parts.back());
   big.Tree().SortItems(0, 0, big.Geometry());
+  const auto wait = [&] {
+    for (int i = 0; i < 1000 && big.Tree().GetFocusedItem() != wanted; ++i) big.model.GetScreen().Wait();
+  };
   for (auto _ : state) {
     state.PauseTiming();
     big.Tree().SelectAlone(big.RowOf(big.parts.front()));
     state.ResumeTiming();
     big.model.GetScreen().Type(big.Tree(), L"z");
+    if (wholeSearch) wait();
   }
-  Prove(state, big.Tree().GetFocusedItem() == big.RowOf(big.parts.back()), "the row was not found");
+  wait();
+  Prove(state, big.Tree().GetFocusedItem() == wanted, "the row was not found");
   big.Tree().ResetSelection(1);
 }
-BENCHMARK(BM_TypeTheTitleOfTheLastRow)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(BM_TypeTheTitleOfTheLastRow)
+    ->ArgName("whole")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+
+/// The first and second move of a rubber band with all rows selected before, which it takes away from them.
+void BM_BeginARubberBandWithAllSelected(benchmark::State& state) {
+  RowTree rows;
+  const auto all = static_cast<std::size_t>(kRows);
+  for (std::size_t i = 0; i < all; ++i) rows.Insert({}, kInsertLast, 0, 0, 0);
+  std::size_t selected = 0;
+  for (auto _ : state) {
+    rows.SelectVisible(0, all - 1, true);
+    BandSelection band(rows, true, true);
+    band.Update(rows, 1, {{100, 200}});
+    band.Update(rows, 1, {{100, 300}});
+    selected += rows.SelectedCount();
+  }
+  Prove(state, selected == bench::Rounds(state) * (all - 200), "the rows outside the band are not selected");
+}
+BENCHMARK(BM_BeginARubberBandWithAllSelected)->Unit(benchmark::kMicrosecond);
 
 void BM_SortAllByName(benchmark::State& state) {
   BigModel& big = Model();

@@ -51,6 +51,11 @@ void Screen::Settle() {
   }
 }
 
+void Screen::Wait() {
+  Sleep(1);
+  Settle();
+}
+
 bool Screen::Paint(CWnd& window) {
   const auto handle = static_cast<HWND>(m_parts->toolkit->HandleOf(window));
   window.Invalidate();

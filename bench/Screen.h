@@ -19,6 +19,8 @@ class Screen {
   void Show(CWnd& pane);
   /// Handles everything that is queued.
   void Settle();
+  /// Lets a little time pass and handles what is due then.
+  void Wait();
   /// Paints a whole window now. Returns whether it drew texts, as far as that can be told.
   bool Paint(CWnd& window);
   /// Types characters into a window and handles them.

@@ -64,7 +64,7 @@ class Player {
 
   void Step() {
     const std::vector<int> all = m_naive.All();
-    switch (Roll(all.size() < 3 ? 3 : 18)) {
+    switch (Roll(all.size() < 3 ? 3 : 20)) {
       case 0:
       case 1:
       case 2:
@@ -93,9 +93,21 @@ class Player {
         return SelectSiblings(all);
       case 16:
         return ClearBranch(Pick(all));
+      case 17:
+        return ExpandAbove(Pick(all));
       default:
         return CollapseChain(all);
     }
+  }
+
+  /// Opens everything and makes the marked rows the selected ones.
+  void ShowMarked() {
+    for (const int row : m_naive.All()) {
+      NaiveTree::Row& naive = m_naive.rows[row];
+      if (m_tree.SetExpanded(naive.handle, true)) naive.expanded = true;
+      naive.selected = naive.marked;
+    }
+    if (m_tree.Count() != 0) m_tree.SelectVisible(0, m_tree.Count() - 1, RowTree::Selecting::Marked);
   }
 
   void Check() const {
@@ -264,6 +276,15 @@ class Player {
     }
     m_tree.SelectVisible(first, last, kWays[static_cast<std::size_t>(way)]);
   }
+  void ExpandAbove(int row) {
+    std::vector<HTREEITEM> closed;
+    for (int at = m_naive.rows[row].parent; at != 0; at = m_naive.rows[at].parent) {
+      if (m_naive.rows[at].expanded || Roll(5) == 0) continue;
+      m_naive.rows[at].expanded = true;
+      closed.push_back(m_naive.rows[at].handle);
+    }
+    m_tree.ExpandAll(closed);
+  }
   void SelectBelow(int row) {
     const bool on = Roll(2) != 0;
     for (const int below : m_naive.ShownBelow(row)) m_naive.rows[below].selected = on;
@@ -306,6 +327,8 @@ TEST_P(RowTreeProperty, RandomSequencesAgreeWithTheNaiveTree) {
     Player player(seed, GetParam());
     const int steps = sequence % 100 == 0 ? 120 : 25;
     for (int step = 0; step < steps; ++step) player.Step();
+    player.Check();
+    player.ShowMarked();
     player.Check();
     ASSERT_FALSE(HasFailure()) << "shape " << GetParam() << ", seed " << seed;
   }

@@ -112,5 +112,56 @@ TEST_F(TreeList, InputOnAnEmptyTreeDoesNothing) {
   EXPECT_EQ(Selected() + Caret(), "none");
 }
 
+/// Among so many rows that the window would be held up, type-ahead looks at some at a time.
+TEST_F(TreeList, ALongSearchForATitleLetsInputPass) {
+  const HTREEITEM first = Add(L"first");
+  for (int i = 0; i < 150'000; ++i) m_tree.InsertItem(L"p", 0, 0, {}, kInsertLast);
+  Add(L"zone");
+  const auto pass = [this] {
+    m_toolkit.Advance(1);
+    m_toolkit.Pump();
+  };
+  struct Meanwhile {
+    const char* what;
+    std::function<void()> act;
+    const char* caret;
+  };
+  const std::vector<Meanwhile> cases{
+      {"nothing", [] {}, "zone"},
+      {"a row comes", [&] { m_tree.InsertItem(L"p", 0, 0, {}, kInsertFirst); }, "zone"},
+      {"rows come again and again", [&] { m_tree.InsertItem(L"p", 0, 0, {}, kInsertLast), pass(); }, "zone"},
+      {"a key", [&] { m_toolkit.Key(m_tree, kKeyF2, 0); }, "first"},
+      {"another row is reached", [&] { m_tree.SelectItem(m_rows[L"other"]); }, "other"},
+      {"the row goes", [&] { m_tree.DeleteItem(m_rows[L"zone"]); }, "first"},
+      {"all rows go", [&] { m_tree.DeleteAllItems(); }, "none"},
+  };
+  Add(L"other");
+  for (const Meanwhile& meanwhile : cases) {
+    SCOPED_TRACE(meanwhile.what);
+    m_tree.SelectAlone(first);
+    m_toolkit.Advance(1000);  // ends what was typed before
+    m_toolkit.Type(m_tree, L"z");
+    m_toolkit.Pump();
+    EXPECT_EQ(Caret(), "first");
+    meanwhile.act();
+    for (int i = 0; i < 10; ++i) pass();
+    EXPECT_EQ(Caret(), meanwhile.caret);
+    EXPECT_FALSE(m_toolkit.TimersOf(m_tree).contains(3)) << "the search goes on";
+  }
+}
+
+/// A tree in which rows keep coming and going is not searched for ever.
+TEST_F(TreeList, ASearchForATitleThatBeginsAnewTooOftenIsGivenUp) {
+  Add(L"first");
+  for (int i = 0; i < 70'000; ++i) m_tree.InsertItem(L"p", 0, 0, {}, kInsertLast);
+  m_toolkit.Type(m_tree, L"z");
+  for (int i = 0; i < 50; ++i) {
+    m_tree.DeleteItem(m_tree.InsertItem(L"p", 0, 0, {}, kInsertFirst));
+    m_toolkit.Advance(1);
+    m_toolkit.Pump();
+  }
+  EXPECT_FALSE(m_toolkit.TimersOf(m_tree).contains(3));
+}
+
 }  // namespace
 }  // namespace qd::test

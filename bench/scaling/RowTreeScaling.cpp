@@ -242,17 +242,17 @@ class Rows final : public World {
                        return m_tree.SelectedCount() == m_rows.size() - m_some.size();
                      },
                      kSome});
-    cases.push_back({"select_all", Growth::Linear, [this, visible](Meter& meter) {
+    cases.push_back({"select_all", Growth::Constant, [this, visible](Meter& meter) {
                        m_tree.ClearSelection();
                        meter([&] { m_tree.SelectVisible(0, visible() - 1, true); });
                        return m_tree.VisibleSelectedCount() == m_rows.size();
                      }});
-    cases.push_back({"invert", Growth::Linear, [this, visible](Meter& meter) {
+    cases.push_back({"invert", Growth::Constant, [this, visible](Meter& meter) {
                        m_tree.SelectVisible(0, visible() - 1, true);
                        meter([&] { m_tree.InvertVisible(0, visible() - 1); });
                        return m_tree.SelectedCount() == 0;
                      }});
-    cases.push_back({"clear_selection", Growth::Linear, [this, visible](Meter& meter) {
+    cases.push_back({"clear_selection", Growth::Constant, [this, visible](Meter& meter) {
                        m_tree.SelectVisible(0, visible() - 1, true);
                        meter([&] { m_tree.ClearSelection(); });
                        return m_tree.SelectedCount() == 0;

@@ -88,17 +88,8 @@ int CTreeCtrl::Expand(HTREEITEM row, ExpandAction action) {
 }
 
 void CTreeCtrl::EnsureVisible(HTREEITEM row) {
-  if (!m_rows.Contains(row)) return;
-  // Handlers may close and open what they like meanwhile, so the count is asked again when it has come to nothing.
-  HTREEITEM hidden = row;
-  for (int closed = 0; m_rows.Contains(row) && (closed > 0 || (closed = m_rows.CollapsedAbove(row)) > 0);) {
-    hidden = m_rows.Contains(hidden) ? m_rows.Parent(hidden) : HTREEITEM{};
-    if (!hidden) return;
-    if (m_rows.IsExpanded(hidden)) continue;
-    if (Expand(hidden, ExpandAction::Expand) == 0) return;
-    --closed;
-  }
-  if (!m_rows.Contains(row)) return;
+  if (!m_rows.Contains(row) || !ExpandAbove(row) || !m_rows.Contains(row)) return;
+  if (!m_rows.IsVisible(row)) return;
   const std::size_t position = m_rows.Position(row);
   const std::size_t top = TopPosition();
   const auto page = static_cast<std::size_t>(GetPageSize());
@@ -107,6 +98,43 @@ void CTreeCtrl::EnsureVisible(HTREEITEM row) {
   } else if (position >= top + page) {
     ScrollTo(position - page + 1);
   }
+}
+
+/// Expands what is closed above a row, in one step: first each is asked, from the row up, then each is told.
+/// Returns whether nobody forbade it.
+bool CTreeCtrl::ExpandAbove(HTREEITEM row) {
+  std::vector<HTREEITEM> closed;
+  const auto count = static_cast<std::size_t>(m_rows.CollapsedAbove(row));
+  for (HTREEITEM above = m_rows.Parent(row); closed.size() < count; above = m_rows.Parent(above)) {
+    if (!m_rows.IsExpanded(above)) closed.push_back(above);
+  }
+  const auto tell = [this](HTREEITEM branch, Code code) {
+    TreeNotice notice;
+    notice.code = code;
+    notice.row = branch;
+    notice.action = ExpandAction::Expand;
+    return Notify(notice) == 0;
+  };
+  // Handlers may change the tree as they like.
+  bool allowed = true;
+  std::vector<HTREEITEM> opened;
+  for (const HTREEITEM branch : closed) {
+    if (!m_rows.Contains(branch)) continue;
+    allowed = tell(branch, kNoticeItemExpanding);
+    if (!allowed) break;
+    opened.push_back(branch);
+  }
+  std::erase_if(opened, [this](HTREEITEM branch) {
+    return !m_rows.Contains(branch) || m_rows.IsExpanded(branch) || !ItemHasChildren(branch);
+  });
+  if (opened.empty()) return allowed;
+  m_rows.ExpandAll(opened);
+  ScheduleLayout();
+  OnViewMoved();
+  for (const HTREEITEM branch : opened) {
+    if (m_rows.Contains(branch)) tell(branch, kNoticeItemExpanded);
+  }
+  return allowed;
 }
 
 void CTreeCtrl::SetRowState(HTREEITEM row, unsigned state, unsigned mask) {

@@ -138,6 +138,7 @@ class QD_EXPORT CTreeCtrl : public CWnd {
  private:
   static constexpr unsigned kLayoutMessage = 0x7F00;
 
+  bool ExpandAbove(HTREEITEM row);
   void UpdateScroll();
   void PaintLines(CDC& dc, HTREEITEM row, const CRect& line) const;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <bit>
 #include <cassert>
+#include <utility>
 
 namespace qd {
 
@@ -131,6 +132,60 @@ void OrderIndex::Open(Row row, bool on) {
   const Change change{on ? -1 : 1, {}, {}};
   ChangeRange(m_root, first, static_cast<long>(RankOf(ClosingOf(row))), change, 0);
   MarkOpen(row, on);
+}
+
+void OrderIndex::OpenAll(std::span<const Row> innermostFirst) {
+  std::vector<Step> steps;
+  Block block = 0;  // many neighbours lie in one block, whose rank is asked for once
+  std::size_t firstRank = 0;
+  const auto rankOf = [&](Entry entry) {
+    const Place place = Find(entry);
+    if (std::exchange(block, place.block) != place.block) firstRank = FirstRankOf(block);
+    return firstRank + static_cast<std::size_t>(place.index);
+  };
+  steps.push_back({0, 0});
+  for (auto row = innermostFirst.rbegin(); row != innermostFirst.rend(); ++row) {
+    if (m_closeHome[*row] == 0) continue;
+    MarkOpen(*row, true);
+    steps.push_back({rankOf(OpeningOf(*row)) + 1, steps.back().raise - 1});
+  }
+  for (const Row row : innermostFirst) {
+    if (m_closeHome[row] != 0) steps.push_back({rankOf(ClosingOf(row)), steps.back().raise + 1});
+  }
+  RaiseSteps(m_root, 0, steps);
+}
+
+/// Raises the counts of a subtree whose first entry has the rank `first`. The first of the steps is the one that
+/// has begun there.
+void OrderIndex::RaiseSteps(Block block, std::size_t first, std::span<const Step> steps) {
+  Node& node = m_nodes[block];
+  const auto from = [&steps](std::size_t rank) {
+    const auto behind = std::upper_bound(steps.begin(), steps.end(), rank,
+                                         [](std::size_t at, const Step& step) { return at < step.rank; });
+    return steps.subspan(static_cast<std::size_t>(behind - steps.begin()) - 1);
+  };
+  const auto wholly = [](std::span<const Step> rest, std::size_t end) {
+    return rest.size() == 1 || rest[1].rank >= end;
+  };
+  if (wholly(steps, first + node.all.sum.entries)) return node.all.Do({steps.front().raise, {}, {}});
+  Push(block);
+  if (node.left != 0) RaiseSteps(node.left, first, steps);
+  first += m_nodes[node.left].all.sum.entries;
+  std::span<const Step> rest = from(first);
+  if (wholly(rest, first + node.own.sum.entries)) {
+    node.own.Do({rest.front().raise, {}, {}});
+  } else {
+    Settle(block);
+    Content& content = m_contents[block];
+    for (int i = 0; i < content.count; ++i) {
+      while (rest.size() > 1 && rest[1].rank <= first + static_cast<std::size_t>(i)) rest = rest.subspan(1);
+      content.collapsed[i] += rest.front().raise;
+    }
+    Summarise(block);
+  }
+  first += node.own.sum.entries;
+  if (node.right != 0) RaiseSteps(node.right, first, from(first));
+  Recount(node);
 }
 
 int OrderIndex::CollapsedAbove(Row row) const {

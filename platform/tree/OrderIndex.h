@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -57,6 +58,9 @@ class QD_EXPORT OrderIndex {
   /// Closes or opens the branch of `row`, which counts for everything below it. Nothing without children. O(log
   /// n).
   void Open(Row row, bool on);
+  /// Opens closed branches of which each stands somewhere below the next. O(rows) in a chain, O(log n) each at
+  /// most.
+  void OpenAll(std::span<const Row> innermostFirst);
   /// How many collapsed rows stand above `row`. O(log n).
   int CollapsedAbove(Row row) const;
   bool IsVisible(Row row) const { return CollapsedAbove(row) == 0; }
@@ -121,12 +125,17 @@ class QD_EXPORT OrderIndex {
     void Do(std::uint64_t rows, std::uint64_t& selectedRows, std::uint64_t& markedRows) const;
     bool operator==(const Turn&) const = default;
   };
-  // A change of all entries of a subtree or a block.
+  // A change of all entries of a subtree or a block. It is looked at on every step, hence as few numbers.
+  struct Packed {
+    int raise;
+    std::uint32_t turns;
+  };
   struct Change {
     int raise = 0;  // added to each count of collapsed rows
     Turn least;     // of the rows at the smallest count
     Turn others;    // of the others; only ever switches off, for nobody counts what they are
-    bool Turns() const { return least != Turn{} || others != Turn{}; }
+    bool Turns() const { return std::bit_cast<Packed>(*this).turns != std::bit_cast<Packed>(Change{}).turns; }
+    bool Waits() const { return std::bit_cast<std::uint64_t>(*this) != std::bit_cast<std::uint64_t>(Change{}); }
     /// This change behind an earlier one.
     Change After(const Change& first) const;
     /// What it is for a part: one that has rows at the smallest count of the whole, or none.
@@ -177,6 +186,11 @@ class QD_EXPORT OrderIndex {
     int collapsed = 0;
     bool selected = false, marked = false, open = false;
   };
+  // From a rank on all counts are raised by so much, until the next.
+  struct Step {
+    std::size_t rank = 0;
+    int raise = 0;
+  };
   struct Cut {
     Block left = 0, right = 0;
   };
@@ -197,6 +211,7 @@ class QD_EXPORT OrderIndex {
   void FreeBlock(Block block);
   int RaiseAbove(Block block) const;  // that waits at the subtrees that hold the block's entries
   std::size_t RankOf(Entry entry) const;
+  std::size_t FirstRankOf(Block block) const;
   Block NextBlock(Block block) const;
 
   void InsertEntry(Entry entry, Place before, int collapsed);
@@ -209,9 +224,11 @@ class QD_EXPORT OrderIndex {
   void RemoveBlock(Block block);
   void Summarise(Block block);
   void Pull(Block block);
+  void Recount(Node& node);
   void PullUp(Block block);
   void Push(Block block);
   void PushAbove(Block block);
+  void PushPath(Block from, Block to);
   void Settle(Block block);
   void CountFlag(Place place, std::uint32_t Sum::*all, std::uint32_t Sum::*atLeast, bool on);
   void MarkOpen(Row row, bool on);
@@ -225,6 +242,7 @@ class QD_EXPORT OrderIndex {
   void ReorderByCut(std::span<const Row> children, std::size_t first, std::size_t last);
 
   void ChangeRange(Block block, long first, long last, const Change& change, int count);
+  void RaiseSteps(Block block, std::size_t first, std::span<const Step> steps);
   void ChangeOwn(Block block, long first, long last, const Change& change, int count);
   static Change SelectionOf(Selecting to);
   Row FirstOpen(Block block, long first, long last, int count) const;

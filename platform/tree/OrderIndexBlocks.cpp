@@ -82,8 +82,13 @@ int OrderIndex::RaiseAbove(Block block) const {
 
 std::size_t OrderIndex::RankOf(Entry entry) const {
   const Place place = Find(entry);
-  std::size_t rank = static_cast<std::size_t>(place.index) + m_nodes[m_nodes[place.block].left].all.sum.entries;
-  for (Block child = place.block, parent = m_nodes[child].parent; parent != 0;
+  return FirstRankOf(place.block) + static_cast<std::size_t>(place.index);
+}
+
+/// The rank of a block's first entry.
+std::size_t OrderIndex::FirstRankOf(Block block) const {
+  std::size_t rank = m_nodes[m_nodes[block].left].all.sum.entries;
+  for (Block child = block, parent = m_nodes[child].parent; parent != 0;
        child = parent, parent = m_nodes[child].parent) {
     const Node& node = m_nodes[parent];
     if (node.right == child) rank += node.own.sum.entries + m_nodes[node.left].all.sum.entries;
@@ -274,13 +279,18 @@ void OrderIndex::Summarise(Block block) {
 
 void OrderIndex::Pull(Block block) {
   Node& node = m_nodes[block];
+  Recount(node);
+  if (node.left != 0) m_nodes[node.left].parent = block;
+  if (node.right != 0) m_nodes[node.right].parent = block;
+}
+
+/// Adds up a subtree from its parts.
+void OrderIndex::Recount(Node& node) {
   Sum sum = m_nodes[node.left].all.sum;
   sum.Add(node.own.sum);
   sum.Add(m_nodes[node.right].all.sum);
   sum.Do(node.all.change);
   node.all.sum = sum;
-  if (node.left != 0) m_nodes[node.left].parent = block;
-  if (node.right != 0) m_nodes[node.right].parent = block;
 }
 
 void OrderIndex::PullUp(Block block) {

@@ -11,11 +11,10 @@ namespace qd {
 // ---- changes --------------------------------------------------------------------------------------------
 
 OrderIndex::Turn OrderIndex::Turn::After(const Turn& first) const {
-  const auto of = [&first](Source then) {
-    if (then == Source::Off || then == Source::On) return then;
-    const bool fromSelected = then == Source::Selected || then == Source::NotSelected;
-    const auto before = static_cast<std::uint8_t>(fromSelected ? first.selected : first.marked);
-    return static_cast<Source>(before ^ (static_cast<std::uint8_t>(then) & 1U));
+  // Off is no source, and on is off turned round.
+  const auto of = [before = std::array{Source::Off, first.selected, first.marked}](Source then) {
+    const auto number = static_cast<unsigned>(then);
+    return static_cast<Source>(static_cast<unsigned>(before[number / 2]) ^ number % 2);
   };
   return {of(selected), of(marked)};
 }
@@ -24,7 +23,7 @@ OrderIndex::Turn OrderIndex::Turn::After(const Turn& first) const {
 void OrderIndex::Turn::Do(std::uint64_t rows, std::uint64_t& selectedRows, std::uint64_t& markedRows) const {
   const auto of = [before = std::array{std::uint64_t{0}, selectedRows, markedRows}](Source source) {
     const auto number = static_cast<std::size_t>(source);
-    return number % 2 == 0 ? before[number / 2] : ~before[number / 2];
+    return before[number / 2] ^ (std::uint64_t{0} - number % 2);
   };
   selectedRows = (selectedRows & ~rows) | (of(selected) & rows);
   markedRows = (markedRows & ~rows) | (of(marked) & rows);
@@ -35,28 +34,29 @@ OrderIndex::Change OrderIndex::Change::After(const Change& first) const {
   return {first.raise + raise, least.After(first.least), others.After(first.others)};
 }
 
+// The sums are added on every step of every change: without branches, which nobody could foretell.
 void OrderIndex::Sum::Add(const Sum& other) {
   entries += other.entries;
   selected += other.selected;
-  if (other.least > least) return;
-  if (other.least < least) {
-    least = other.least;
-    atLeast = selectedAtLeast = markedAtLeast = openAtLeast = 0;
-  }
-  atLeast += other.atLeast;
-  selectedAtLeast += other.selectedAtLeast;
-  markedAtLeast += other.markedAtLeast;
-  openAtLeast += other.openAtLeast;
+  const std::uint32_t mine = least <= other.least ? ~0U : 0;
+  const std::uint32_t theirs = other.least <= least ? ~0U : 0;
+  atLeast = (atLeast & mine) + (other.atLeast & theirs);
+  selectedAtLeast = (selectedAtLeast & mine) + (other.selectedAtLeast & theirs);
+  markedAtLeast = (markedAtLeast & mine) + (other.markedAtLeast & theirs);
+  openAtLeast = (openAtLeast & mine) + (other.openAtLeast & theirs);
+  least = std::min(least, other.least);
 }
 
 void OrderIndex::Sum::Do(const Change& change) {
-  if (atLeast != 0) least += change.raise;
+  least += change.raise * static_cast<int>(atLeast != 0);
   if (!change.Turns()) return;
   const auto of = [this, before = std::array{0U, selectedAtLeast, markedAtLeast}](Source source) {
-    const auto number = static_cast<std::size_t>(source);
-    return number % 2 == 0 ? before[number / 2] : atLeast - before[number / 2];
+    const auto number = static_cast<std::uint32_t>(source);
+    const std::uint32_t round = number % 2;
+    return (before[number / 2] ^ (0U - round)) + round * (atLeast + 1);  // or all without those
   };
-  const std::uint32_t others = change.others.selected == Source::Off ? 0 : selected - selectedAtLeast;
+  const auto stay = static_cast<std::uint32_t>(change.others.selected != Source::Off);
+  const std::uint32_t others = (selected - selectedAtLeast) * stay;
   selectedAtLeast = of(change.least.selected);
   markedAtLeast = of(change.least.marked);
   selected = others + selectedAtLeast;
@@ -70,12 +70,13 @@ void OrderIndex::Part::Do(const Change& next) {
 /// Hands what waits at a subtree on to its parts.
 void OrderIndex::Push(Block block) {
   Node& node = m_nodes[block];
-  const Change& change = node.all.change;
-  if (change.raise == 0 && !change.Turns()) return;
+  if (!node.all.change.Waits()) return;
   const int least = node.all.LeastBefore();
-  for (Part* part : {&node.own, &m_nodes[node.left].all, &m_nodes[node.right].all}) {
-    if (part != &m_nodes[0].all) part->Do(change.For(part->sum.least == least));
-  }
+  const Change change = node.all.change;
+  const auto hand = [&](Part& part) { part.Do(change.For(part.sum.least == least)); };
+  hand(node.own);
+  if (node.left != 0) hand(m_nodes[node.left].all);
+  if (node.right != 0) hand(m_nodes[node.right].all);
   node.all.change = {};
 }
 
@@ -83,12 +84,14 @@ void OrderIndex::Push(Block block) {
 void OrderIndex::PushAbove(Block block) {
   Block highest = 0;
   for (Block at = block; at != 0; at = m_nodes[at].parent) {
-    const Change& change = m_nodes[at].all.change;
-    if (change.raise != 0 || change.Turns()) highest = at;
+    if (m_nodes[at].all.change.Waits()) highest = at;
   }
-  if (highest == 0) return;
-  if (highest != block) PushAbove(m_nodes[block].parent);
-  Push(block);
+  if (highest != 0) PushPath(highest, block);
+}
+
+void OrderIndex::PushPath(Block from, Block to) {
+  if (to != from) PushPath(from, m_nodes[to].parent);
+  Push(to);
 }
 
 /// Hands what waits at a block on to its entries, but for the raise: the counts of a block are without it.
@@ -114,25 +117,25 @@ std::uint64_t OrderIndex::MaskAt(Block block, int count) const {
   return mask;
 }
 
-/// Changes the entries of a subtree from rank `first` up to `last`, which is not one of them. `count` is the
-/// smallest count in the whole range. Nothing may wait above.
+/// Changes the entries of a subtree from rank `first` up to `last`, which is not one of them; there must be some.
+/// `count` is the smallest count in the whole range. Nothing may wait above.
 void OrderIndex::ChangeRange(Block block, long first, long last, const Change& change, int count) {
-  if (block == 0 || last <= 0) return;
   Node& node = m_nodes[block];
-  const long entries = node.all.sum.entries;
-  if (first >= entries) return;
-  if (first <= 0 && last >= entries) return node.all.Do(change.For(node.all.sum.least == count));
+  if (first == 0 && last == static_cast<long>(node.all.sum.entries)) {
+    return node.all.Do(change.For(node.all.sum.least == count));
+  }
   Push(block);
   const long left = m_nodes[node.left].all.sum.entries;
-  const long own = node.own.sum.entries;
-  ChangeRange(node.left, first, last, change, count);
-  ChangeOwn(block, std::max(first - left, 0L), std::min(last - left, own), change, count);
-  ChangeRange(node.right, first - left - own, last - left - own, change, count);
-  Pull(block);
+  const long behind = left + static_cast<long>(node.own.sum.entries);
+  if (first < left) ChangeRange(node.left, first, std::min(last, left), change, count);
+  if (first < behind && last > left) {
+    ChangeOwn(block, std::max(first, left) - left, std::min(last, behind) - left, change, count);
+  }
+  if (last > behind) ChangeRange(node.right, std::max(first, behind) - behind, last - behind, change, count);
+  Recount(node);
 }
 
 void OrderIndex::ChangeOwn(Block block, long first, long last, const Change& change, int count) {
-  if (first >= last) return;
   Part& own = m_nodes[block].own;
   Content& content = m_contents[block];
   if (first == 0 && last == content.count) return own.Do(change.For(own.sum.least == count));
@@ -362,24 +365,29 @@ void OrderIndex::AppendSelectedBelow(Row row, std::vector<Row>& out) const {
 void OrderIndex::CollectSelected(Block block, long first, long last, bool visibleOnly, const Change& above,
                                  std::vector<Row>& out) const {
   const Node& node = m_nodes[block];
-  if (block == 0 || last <= 0 || first >= static_cast<long>(node.all.sum.entries)) return;
   Sum sum = node.all.sum;
+  if (last <= 0 || first >= static_cast<long>(sum.entries)) return;
   sum.Do(above);
   if (visibleOnly ? sum.least != 0 || sum.selectedAtLeast == 0 : sum.selected == 0) return;
   const Change whole = above.After(node.all.change);
   const int least = node.all.LeastBefore();
-  CollectSelected(node.left, first, last, visibleOnly, whole.For(m_nodes[node.left].all.sum.least == least), out);
+  const auto part = [&](Block child, long before) {
+    if (child == 0 || (m_nodes[child].all.sum.selected == 0 && !whole.Turns())) return;
+    const Change forPart = whole.For(m_nodes[child].all.sum.least == least);
+    CollectSelected(child, first - before, last - before, visibleOnly, forPart, out);
+  };
   const long left = m_nodes[node.left].all.sum.entries;
   const long own = node.own.sum.entries;
-  first -= left;
-  last -= left;
-  std::uint64_t mask = SelectedMask(block, whole.For(node.own.sum.least == least));
+  part(node.left, 0);
+  std::uint64_t mask = 0;
+  if (whole.Turns() || node.own.sum.selected != 0) {
+    mask = SelectedMask(block, whole.For(node.own.sum.least == least));
+  }
   if (visibleOnly && mask != 0) mask &= MaskAt(block, -whole.raise);
-  mask &= ~MaskBelow(static_cast<int>(std::clamp(first, 0L, own)));
-  mask &= MaskBelow(static_cast<int>(std::clamp(last, 0L, own)));
+  if (first > left) mask &= ~MaskBelow(static_cast<int>(std::min(first - left, own)));
+  if (last < left + own) mask &= MaskBelow(static_cast<int>(std::max(last - left, 0L)));
   for (; mask != 0; mask &= mask - 1) out.push_back(m_contents[block].entry[std::countr_zero(mask)] / 2);
-  CollectSelected(node.right, first - own, last - own, visibleOnly,
-                  whole.For(m_nodes[node.right].all.sum.least == least), out);
+  part(node.right, left + own);
 }
 
 }  // namespace qd

@@ -156,6 +156,14 @@ bool RowTree::SetExpanded(HTREEITEM row, bool expanded) {
   return true;
 }
 
+void RowTree::ExpandAll(std::span<const HTREEITEM> innermostFirst) {
+  std::vector<OrderIndex::Row> rows(innermostFirst.size());
+  std::transform(innermostFirst.begin(), innermostFirst.end(), rows.begin(),
+                 [this](HTREEITEM row) { return Slot(row); });
+  for (const Index row : rows) m_rows[row].state |= kRowExpanded;
+  m_order.OpenAll(rows);
+}
+
 HTREEITEM RowTree::PreviousVisible(HTREEITEM row) const {
   const std::size_t position = Position(row);
   return position == 0 ? HTREEITEM{} : RowAt(position - 1);

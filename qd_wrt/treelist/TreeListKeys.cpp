@@ -54,7 +54,7 @@ void CTreeListCtrl::OnChar(int character) {
   m_typed += static_cast<wchar_t>(character);
   // The same letter again and again walks through the rows that begin with it.
   const bool repeats = m_typed.find_first_not_of(m_typed.front()) == CString::npos;
-  TitleSearch& search = m_search.emplace();
+  TitleSearch& search = m_search.emplace(TitleSearch{});
   search.beginning = repeats ? m_typed.substr(0, 1) : m_typed;
   search.behind = repeats;
   BeginSearch();

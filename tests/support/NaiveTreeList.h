@@ -259,11 +259,17 @@ class NaiveTreeList {
     ViewMoved();
   }
   void EnsureVisible(int row) {
-    while (!IsVisible(row)) {
-      int above = rows[row].parent;
-      while (rows[above].expanded) above = rows[above].parent;
-      if (!Expand(above, true)) return;
+    std::vector<int> closed;
+    for (int above = rows[row].parent; above != kNone; above = rows[above].parent) {
+      if (!rows[above].expanded) closed.push_back(above);
     }
+    for (const int above : closed) {
+      heard += "opening(" + Name(above) + ") ";
+      if (vetoes) return;
+    }
+    for (const int above : closed) rows[above].expanded = true;
+    if (!closed.empty()) ViewMoved();
+    for (const int above : closed) heard += "opened(" + Name(above) + ") ";
     const int position = Position(row);
     if (position < TopPosition()) ScrollTo(position);
     if (position >= TopPosition() + kPage) ScrollTo(position - kPage + 1);
