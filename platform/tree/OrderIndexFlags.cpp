@@ -232,10 +232,12 @@ OrderIndex::Change OrderIndex::SelectionOf(Selecting to) {
 
 void OrderIndex::SelectVisible(std::size_t first, std::size_t last, Selecting to) {
   if (first > last || first >= VisibleCount()) return;
-  const bool all = first == 0 && last + 1 >= VisibleCount();
+  last = std::min(last, VisibleCount() - 1);
   const auto rank = [this](std::size_t at) { return static_cast<long>(RankOf(OpeningOf(RowAt(at)))); };
-  const long end = last + 1 < VisibleCount() ? rank(last) + 1 : m_nodes[m_root].all.sum.entries;
-  ChangeRange(m_root, all ? 0 : rank(first), end, SelectionOf(to), 0);
+  const long all = m_nodes[m_root].all.sum.entries;
+  const long from = first == 0 ? 0 : rank(first);
+  const long end = last == VisibleCount() - 1 ? all : first == last && first != 0 ? from + 1 : rank(last) + 1;
+  ChangeRange(m_root, from, end, SelectionOf(to), 0);
 }
 
 void OrderIndex::SelectBelow(Row row, Selecting to) {
