@@ -21,7 +21,7 @@ void CDC::HatchRect(const CRect& area, COLORREF colour) {
 }
 
 void CDC::DrawFocusRect(const CRect& area) {
-  if (!area.IsEmpty()) m_painter.FocusRect(area);
+  if (!area.IsEmpty()) m_painter.FocusRect(area, m_textColour);
 }
 
 void CDC::Text(const CRect& area, std::wstring_view text, TextAlign align, bool ellipsis) {

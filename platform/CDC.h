@@ -23,6 +23,7 @@ class QD_EXPORT CDC {
   void FillSolidRect(const CRect& area, COLORREF colour);
   void FrameRect(const CRect& area, COLORREF colour);
   void HatchRect(const CRect& area, COLORREF colour);
+  /// In the text colour.
   void DrawFocusRect(const CRect& area);
   void Polygon(std::span<const CPoint> points, COLORREF colour) { m_painter.Polygon(points, colour); }
   /// One line, vertically centred, in the selected font and text colour.

@@ -117,10 +117,14 @@ void CWnd::Dispatch(const Message& message) {
       return OnMouseLeave();
     case MessageKind::Wheel:
       return OnMouseWheel(message.amount);
+    case MessageKind::WheelAcross:
+      return OnMouseWheelAcross(message.amount);
     case MessageKind::KeyDown:
       return OnKeyDown(message.key, message.flags);
     case MessageKind::Char:
       return OnChar(message.key);
+    case MessageKind::TextChanged:
+      return OnTextChanged();
     case MessageKind::Timer:
       return OnTimer(message.id);
     case MessageKind::Posted:
@@ -133,10 +137,12 @@ void CWnd::Dispatch(const Message& message) {
       return OnSetFocus();
     case MessageKind::FocusLost:
       return OnKillFocus();
+    case MessageKind::LookChanged:
+      return OnLookChanged();
     case MessageKind::CaptureLost:
       return;
     case MessageKind::ContextMenu:
-      return OnContextMenu(message.point);
+      return OnContextMenu(message.amount == 0 ? message.point : ClientToScreen(KeyboardMenuPlace()));
   }
 }
 
@@ -148,11 +154,17 @@ void CWnd::OnRButtonDown(unsigned, CPoint) {}
 void CWnd::OnRButtonUp(unsigned, CPoint) {}
 void CWnd::OnMouseMove(unsigned, CPoint) {}
 void CWnd::OnMouseWheel(int) {}
+void CWnd::OnMouseWheelAcross(int) {}
 void CWnd::OnKeyDown(int, unsigned) {}
 void CWnd::OnChar(int) {}
 void CWnd::OnTimer(unsigned) {}
 void CWnd::OnPosted(unsigned, std::uint64_t) {}
 void CWnd::OnScroll(int) {}
+
+CPoint CWnd::KeyboardMenuPlace() {
+  const CRect client = GetClientRect();
+  return {client.Width() / 2, client.Height() / 2};
+}
 
 void CWnd::OnContextMenu(CPoint screen) {
   if (m_parent != nullptr) m_parent->OnContextMenu(screen);

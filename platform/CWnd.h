@@ -72,6 +72,8 @@ class QD_EXPORT CWnd {
   virtual bool PreTranslateMessage(const Message&) { return false; }
   /// How a screen reader sees the window, null when it is not a tree of rows. Owned by the window.
   virtual const IAccessibleRows* GetAccessibleRows() const { return nullptr; }
+  /// Width and height at which the window is of use, for layouts of the host; 0, 0 when it does not mind.
+  virtual CPoint GetPreferredSize() const { return {}; }
   /// Paints the window. Called by the toolkit, never outside a paint request.
   virtual void OnPaint(CDC& dc);
 
@@ -92,15 +94,20 @@ class QD_EXPORT CWnd {
   virtual void OnMouseMove(unsigned flags, CPoint point);
   virtual void OnMouseLeave() {}
   virtual void OnMouseWheel(int lines);
+  virtual void OnMouseWheelAcross(int steps);
   virtual void OnKeyDown(int key, unsigned flags);
   virtual void OnChar(int character);
+  virtual void OnTextChanged() {}
   virtual void OnTimer(unsigned id);
   virtual void OnPosted(unsigned id, std::uint64_t parameter);
   virtual void OnScroll(int position);
   virtual void OnSetFocus() {}
   virtual void OnKillFocus() {}
+  virtual void OnLookChanged() {}
   /// Unhandled requests for a context menu go up to the parent.
   virtual void OnContextMenu(CPoint screen);
+  /// Where a menu opens that the keyboard asks for, in client coordinates.
+  virtual CPoint KeyboardMenuPlace();
   /// Called for notices of children; the default reflects them to their sender. Returns the sender's answer.
   virtual std::intptr_t OnNotify(Notice& notice);
   /// Called when a child passes on a notice of its own children.

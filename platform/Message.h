@@ -17,21 +17,25 @@ enum class MessageKind {
   RightUp,
   MouseMove,
   MouseLeave,
-  Wheel,    ///< `amount`: lines, positive towards the user's back
-  KeyDown,  ///< `key`
-  Char,     ///< `key`: a typed character; an edit box has taken it in already
-  Timer,    ///< `id`
-  Posted,   ///< `id`, `parameter`
-  Scroll,   ///< `amount`: the position that the user asks for
+  Wheel,        ///< `amount`: lines, positive towards the user's back
+  WheelAcross,  ///< `amount`: steps to the right, of a wheel that turns or tilts sideways or is turned with Shift
+  KeyDown,      ///< `key`
+  Char,         ///< `key`: a typed character; an edit box has taken it in already
+  TextChanged,  ///< of an edit box, by the user: typed, pasted, taken back
+  Timer,        ///< `id`
+  Posted,       ///< `id`, `parameter`
+  Scroll,       ///< `amount`: the position that the user asks for
   Size,
   FocusGained,
   FocusLost,
+  LookChanged,  ///< the user has chosen other colours or fonts
   CaptureLost,
-  ContextMenu,  ///< `point` in screen coordinates; posted on release of the right button or by the keyboard
+  ContextMenu,  ///< posted on release of the right button, `point` in screen coordinates; or by the keyboard,
+                ///< with `amount` 1 and without a place: the window knows it
 };
 
 /// Keys held while a mouse button or the mouse acts.
-enum MouseFlags : unsigned { kMouseShift = 4, kMouseControl = 8 };
+enum MouseFlags : unsigned { kMouseShift = 4, kMouseControl = 8, kMouseAlt = 32 };
 
 /// Keys that the controls act on; other keys have their character code.
 enum Key : int {
@@ -49,7 +53,11 @@ enum Key : int {
   kKeyDown = 40,
   kKeyDelete = 46,
   kKeyA = 65,
+  kKeyC = 67,
   kKeyI = 73,
+  kKeyMultiply = 106,  ///< this and the next two stand on the keypad
+  kKeyAdd = 107,
+  kKeySubtract = 109,
   kKeyF2 = 113
 };
 

@@ -41,7 +41,8 @@ class IPainter {
   virtual void Frame(const CRect& area, COLORREF colour) = 0;
   /// Every second pixel of the cross hatch, anchored to the client area; gaps are left as they are.
   virtual void Hatch(const CRect& area, COLORREF colour) = 0;
-  virtual void FocusRect(const CRect& area) = 0;
+  /// A dotted border inside `area`, in a colour that stands out from what it lies on.
+  virtual void FocusRect(const CRect& area, COLORREF colour) = 0;
   virtual void Polygon(std::span<const CPoint> points, COLORREF colour) = 0;
   /// One line, vertically centred, no prefix character; `ellipsis` cuts at the end with "...".
   virtual void Text(const CRect& area, std::wstring_view text, const Font& font, COLORREF colour, TextAlign align,
@@ -141,6 +142,8 @@ class QD_EXPORT IToolkit {
   virtual void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const = 0;
   virtual CPoint CursorPosition() const = 0;
   virtual void SetWaitCursor(bool on) = 0;
+  /// Puts a text onto the system's clipboard.
+  virtual void SetClipboardText(const CString& text) = 0;
   /// Holds the mouse for `owner` and hands every message of the program to `decide` until it stops or the
   /// capture is taken away. Messages may destroy windows, `owner` too: the capture is lost then.
   virtual CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) = 0;

@@ -195,6 +195,29 @@ TEST_F(Panel, ItsBarMovesTheColumnsBeforeTheRows) {
   Check();
 }
 
+TEST_F(Panel, AWheelThatTurnsSidewaysMovesTheColumns) {
+  DragEdge(0, 300);
+  m_users = true;
+  m_toolkit.Enqueue({.kind = MessageKind::WheelAcross, .target = &Tree(), .amount = 3});
+  m_toolkit.Pump();
+  EXPECT_EQ(Tree().GetHorizontalOffset(), -3 * 20);
+  m_toolkit.Enqueue({.kind = MessageKind::WheelAcross, .target = &Tree(), .amount = -9});
+  m_toolkit.Pump();
+  EXPECT_EQ(Tree().GetHorizontalOffset(), 0);
+  Check();
+}
+
+TEST_F(Panel, ItsBackgroundIsTheSystemsUntilTheHostGivesOne) {
+  EXPECT_EQ(Tree().GetBkColor(), m_toolkit.GetColour(SystemColour::Window));
+  m_toolkit.SetColour(SystemColour::Window, Rgb(30, 31, 32));
+  m_toolkit.Pump();
+  EXPECT_EQ(Tree().GetBkColor(), Rgb(30, 31, 32));
+  m_pane.SetBkColor(Rgb(1, 2, 3));
+  m_toolkit.SetColour(SystemColour::Window, Rgb(40, 41, 42));
+  m_toolkit.Pump();
+  EXPECT_EQ(Tree().GetBkColor(), Rgb(1, 2, 3));
+}
+
 TEST_F(Panel, ADoubleClickOnAnEdgeFitsThatColumn) {
   const HTREEITEM row = Add(CString(5, L'x'));
   Tree().SetItemText(row, 1, CString(12, L'4'));

@@ -62,6 +62,8 @@ TEST_F(Editing, TheBoxWidensToTheWindowsEdgeAndNoFarther) {
   EXPECT_EQ(Box()->GetPlace().Width(), before);
   Type(L"2345678");
   EXPECT_EQ(Box()->GetPlace().Width(), std::max(before, 8 * HeadlessToolkit::kCharacterWidth + 5));
+  m_toolkit.Paste(*Box(), CString(14, L'w'));
+  EXPECT_EQ(Box()->GetPlace().Width(), 22 * HeadlessToolkit::kCharacterWidth + 5);
   Type(CString(100, L'w'));
   EXPECT_EQ(Box()->GetPlace().right, m_tree.GetClientRect().right);
 }

@@ -97,6 +97,47 @@ TEST_F(TreeList, ADoubleClickIsOfTheRowThatWasPressedFirst) {
   EXPECT_FALSE(m_tree.IsExpanded(m_rows[L"8"]));
 }
 
+TEST_F(TreeList, AMenuOfTheKeyboardOpensBelowTheSelectedRow) {
+  const auto ask = [this] {
+    m_parent.menus.clear();
+    m_toolkit.Enqueue({.kind = MessageKind::ContextMenu, .target = &m_tree, .amount = 1});
+    m_toolkit.Pump();
+    return m_parent.menus.empty() ? CPoint{-1, -1} : m_tree.ScreenToClient(m_parent.menus.front());
+  };
+  const auto below = [this](const CString& title) {
+    CRect text;
+    EXPECT_TRUE(m_tree.GetItemRect(m_rows[title], text, true));
+    return CPoint{text.left, text.bottom};
+  };
+  EXPECT_EQ(ask(), CPoint{});
+  for (int i = 0; i < 30; ++i) Add(L"row" + std::to_wstring(i));
+  m_tree.SelectAlone(m_rows[L"row3"]);
+  EXPECT_EQ(ask(), below(L"row3"));
+  m_tree.ScrollTo(20);
+  const CPoint again = ask();
+  EXPECT_EQ(again, below(L"row3"));
+  EXPECT_EQ(m_tree.TopPosition(), 3U) << "what the menu is about is in sight";
+  m_tree.FocusItem(m_rows[L"row5"]);  // the keys have walked on
+  EXPECT_EQ(ask(), below(L"row3"));
+  m_tree.SelectAlone(m_rows[L"row29"]);
+  EXPECT_EQ(ask().y, m_tree.GetClientRect().bottom - 1);
+}
+
+TEST_F(TreeList, CopiesTheSelectedRowsAsLinesWithTabs) {
+  Key(kKeyC, kMouseControl);
+  EXPECT_EQ(m_toolkit.ClipboardText(), L"");
+  AddFamilies();
+  m_tree.SetItemText(m_rows[L"a1"], 1, L"7  ");
+  m_tree.SetItemColor(m_rows[L"a1"], Rgb(255, 128, 1), 0);
+  m_tree.SetItemColor(m_rows[L"b"], Rgb(255, 128, 1), 0);  // without a key no swatch is shown
+  m_tree.SetItemText(m_rows[L"b"], 0, L"two\tcells\r\n");
+  for (const wchar_t* title : {L"b", L"a1"}) m_tree.SetItemState(m_rows[title], kRowSelected, kRowSelected);
+  Key(kKeyC);
+  EXPECT_EQ(m_toolkit.ClipboardText(), L"");
+  Key(kKeyC, kMouseControl);
+  EXPECT_EQ(m_toolkit.ClipboardText(), L"a1\t7\t#FF8001\ntwo cells\t\t\n");
+}
+
 TEST_F(TreeList, InputOnAnEmptyTreeDoesNothing) {
   for (int key = kKeyPageUp; key <= kKeyDown; ++key) {
     for (const unsigned flags : {0U, unsigned{kMouseShift}, unsigned{kMouseControl}}) Key(key, flags);

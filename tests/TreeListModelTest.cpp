@@ -37,6 +37,8 @@ class TreeListModel : public ::testing::TestWithParam<int> {
     m_tree.routed = m_naive.routed = GetParam() % 2 == 0;
     m_naive.grid = GetParam() % 3 == 0;
     m_tree.SetGridLines(m_naive.grid ? 1 : 0);
+    m_naive.gridStyle = static_cast<unsigned>(GetParam() / 3 % 4);
+    m_tree.SetGridStyle(m_naive.gridStyle);
     m_toolkit.Pump();
   }
 
@@ -231,9 +233,10 @@ class TreeListModel : public ::testing::TestWithParam<int> {
         return;
       case 5: {
         const std::size_t column = static_cast<std::size_t>(Roll(3));
-        m_naive.width[column] = OneOf<int>({8, 60, 120, 300});
-        m_did << ", column " << column << " " << m_naive.width[column] << " wide";
-        m_tree.GetHeader().SetItemWidth(static_cast<int>(column), m_naive.width[column]);
+        const int width = OneOf<int>({8, 60, 120, 300});
+        if (std::exchange(m_naive.width[column], width) != width) m_naive.MouseLeave();  // a tip may be of no use
+        m_did << ", column " << column << " " << width << " wide";
+        m_tree.GetHeader().SetItemWidth(static_cast<int>(column), width);
         return m_tree.Invalidate();
       }
       default:
@@ -423,7 +426,9 @@ class TreeListModel : public ::testing::TestWithParam<int> {
       m_toolkit.Type(m_tree, CString(1, letter));
       return m_naive.Type(letter);
     }
-    const int key = OneIn(8) ? OneOf<int>({kKeyA, kKeyI, kKeyEscape, kKeyF2}) : kKeyPageUp + Roll(8);
+    const int key =
+        OneIn(4) ? OneOf<int>({kKeyA, kKeyI, kKeyEscape, kKeyF2, kKeySpace, kKeyAdd, kKeySubtract, kKeyMultiply})
+                 : kKeyPageUp + Roll(8);
     const unsigned flags = AnyKeys();
     m_did << "key " << key << " with " << flags;
     m_toolkit.Key(m_tree, key, flags);

@@ -35,8 +35,8 @@ void HeadlessPainter::Add(const char* what, const CRect& area, COLORREF colour) 
   m_calls.push_back(std::string(what) + " " + Place(area) + " " + Hex(colour));
 }
 
-void HeadlessPainter::FocusRect(const CRect& area) {
-  m_calls.push_back("focus " + Place(area));
+void HeadlessPainter::FocusRect(const CRect& area, COLORREF colour) {
+  Add("focus", area, colour);
 }
 
 void HeadlessPainter::Polygon(std::span<const CPoint> points, COLORREF colour) {

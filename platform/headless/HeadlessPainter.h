@@ -22,7 +22,7 @@ class HeadlessPainter final : public IPainter {
   void Fill(const CRect& area, COLORREF colour) override { Add("fill", area, colour); }
   void Frame(const CRect& area, COLORREF colour) override { Add("frame", area, colour); }
   void Hatch(const CRect& area, COLORREF colour) override { Add("hatch", area, colour); }
-  void FocusRect(const CRect& area) override;
+  void FocusRect(const CRect& area, COLORREF colour) override;
   void Polygon(std::span<const CPoint> points, COLORREF colour) override;
   void Text(const CRect& area, std::wstring_view text, const Font& font, COLORREF colour, TextAlign align,
             bool ellipsis) override;

@@ -97,6 +97,12 @@ class HeadlessPeer final : public IPeer, private ITextBox {
     if (!deletes && !types) return;
     if (std::exchange(m_allSelected, false)) m_text.clear();
     if (types) m_text += static_cast<wchar_t>(key->key);
+    m_owner.Dispatch({.kind = MessageKind::TextChanged, .target = &m_owner});
+  }
+  void Insert(const CString& text) {
+    if (std::exchange(m_allSelected, false)) m_text.clear();
+    m_text += text;
+    m_owner.Dispatch({.kind = MessageKind::TextChanged, .target = &m_owner});
   }
 
  private:
@@ -156,6 +162,15 @@ void HeadlessToolkit::Type(CWnd& window, const CString& text) {
   for (const wchar_t character : text) {
     Enqueue({.kind = MessageKind::Char, .target = &window, .key = static_cast<int>(character)});
   }
+}
+
+void HeadlessToolkit::Paste(CWnd& window, const CString& text) {
+  if (IsAlive(&window)) static_cast<HeadlessPeer*>(window.GetPeer())->Insert(text);
+}
+
+void HeadlessToolkit::SetColour(SystemColour which, COLORREF colour) {
+  m_colours[which] = colour;
+  for (CWnd* window : m_windows) Enqueue({.kind = MessageKind::LookChanged, .target = window});
 }
 
 CWnd* HeadlessToolkit::FindChild(const CWnd& parent, int id) const {
@@ -281,6 +296,7 @@ int HeadlessToolkit::GetMetric(Metric metric) const {
 }
 
 COLORREF HeadlessToolkit::GetColour(SystemColour colour) const {
+  if (const auto chosen = m_colours.find(colour); chosen != m_colours.end()) return chosen->second;
   switch (colour) {
     case SystemColour::Window:
       return Rgb(255, 255, 255);

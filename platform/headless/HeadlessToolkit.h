@@ -35,6 +35,10 @@ class HeadlessToolkit final : public IToolkit {
   void Key(CWnd& window, int key, unsigned flags = 0);
   /// Types characters: an edit box takes them in, other windows get them as messages.
   void Type(CWnd& window, const CString& text);
+  /// Pastes a text into an edit box.
+  void Paste(CWnd& window, const CString& text);
+  /// The user chooses another colour; every window hears of it.
+  void SetColour(SystemColour which, COLORREF colour);
   /// Puts the pointer somewhere without telling anybody.
   void SetCursorPosition(CPoint screen) { m_cursor = screen; }
   /// The window of a child id below `parent`, null when there is none.
@@ -92,6 +96,7 @@ class HeadlessToolkit final : public IToolkit {
   /// The pointer over a window: "arrow", "resize" or "picture".
   std::string PointerOf(const CWnd& window) const;
   bool IsWaitCursor() const { return m_waits > 0; }
+  const CString& ClipboardText() const { return m_clipboard; }
   /// The rows that windows announced to screen readers since the last call.
   std::vector<std::uint64_t> TakeAnnounced() { return std::exchange(m_announced, {}); }
 
@@ -103,6 +108,7 @@ class HeadlessToolkit final : public IToolkit {
   void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const override;
   CPoint CursorPosition() const override { return m_cursor; }
   void SetWaitCursor(bool on) override { m_waits += on ? 1 : -1; }
+  void SetClipboardText(const CString& text) override { m_clipboard = text; }
   CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
   unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
   std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) override;
@@ -142,6 +148,8 @@ class HeadlessToolkit final : public IToolkit {
   int m_waits = 0;
   std::vector<std::uint64_t> m_announced;
   CPoint m_cursor;
+  CString m_clipboard;
+  std::map<SystemColour, COLORREF> m_colours;  // those that the user has chosen
   CWnd* m_focus = nullptr;
   TipLook m_tip;
 };

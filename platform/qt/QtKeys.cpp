@@ -33,12 +33,25 @@ constexpr std::array<std::pair<int, int>, 17> kKeys{{{Qt::Key_Up, kKeyUp},
 
 unsigned FlagsOf(Qt::KeyboardModifiers modifiers) {
   return (modifiers.testFlag(Qt::ShiftModifier) ? kMouseShift : 0U) |
-         (modifiers.testFlag(Qt::ControlModifier) ? kMouseControl : 0U);
+         (modifiers.testFlag(Qt::ControlModifier) ? kMouseControl : 0U) |
+         (modifiers.testFlag(Qt::AltModifier) ? kMouseAlt : 0U);
 }
 
 int KeyOf(const QKeyEvent& event) {
   const int key = event.key();
   if (key >= Qt::Key_A && key <= Qt::Key_Z && event.modifiers().testFlag(Qt::ControlModifier)) return key;
+  if (event.modifiers().testFlag(Qt::KeypadModifier)) {
+    switch (key) {
+      case Qt::Key_Plus:
+        return kKeyAdd;
+      case Qt::Key_Minus:
+        return kKeySubtract;
+      case Qt::Key_Asterisk:
+        return kKeyMultiply;
+      default:
+        break;
+    }
+  }
   const auto* known =
       std::find_if(kKeys.begin(), kKeys.end(), [key](const auto& pair) { return pair.first == key; });
   return known != kKeys.end() ? known->second : 0;

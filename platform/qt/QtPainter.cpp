@@ -33,8 +33,11 @@ void QtPainter::Hatch(const CRect& area, COLORREF colour) {
   m_painter.fillRect(ToQt(area.Moved(m_origin, 0)), QBrush(ToQt(colour), Qt::Dense4Pattern));
 }
 
-void QtPainter::FocusRect(const CRect& area) {
-  QPen pen(QColor(255, 255, 255, 160));
+void QtPainter::FocusRect(const CRect& area, COLORREF colour) {
+  constexpr int kFaint = 160;
+  QColor ink = ToQt(colour);
+  ink.setAlpha(kFaint);
+  QPen pen(ink);
   pen.setStyle(Qt::DotLine);
   m_painter.setPen(pen);
   m_painter.setBrush(Qt::NoBrush);

@@ -74,6 +74,11 @@ const IAccessibleRows* SurfaceWidget::AccessibleRows() const {
   return m_owner != nullptr ? m_owner->GetAccessibleRows() : nullptr;
 }
 
+QSize SurfaceWidget::sizeHint() const {
+  const CPoint size = m_owner != nullptr ? m_owner->GetPreferredSize() : CPoint{};
+  return size.x > 0 && size.y > 0 ? QSize(size.x, size.y) : QWidget::sizeHint();
+}
+
 QRect SurfaceWidget::ClientArea() const {
   QRect area = rect();
   if (m_scroll != nullptr && !m_scroll->isHidden()) area.setWidth(std::max(area.width() - m_scroll->width(), 0));
@@ -105,7 +110,10 @@ void SurfaceWidget::Post(unsigned id, std::uint64_t parameter) {
 bool SurfaceWidget::event(QEvent* event) {
   if (event->type() == QEvent::Leave) Deliver({.kind = MessageKind::MouseLeave});
   if (event->type() == QEvent::WindowDeactivate) m_toolkit.LoseCapture();
-  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) update();
+  if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
+    Deliver({.kind = MessageKind::LookChanged});
+    update();
+  }
   return QWidget::event(event);
 }
 
@@ -136,14 +144,14 @@ void SurfaceWidget::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) DeliverMouse(MessageKind::LeftUp, *event);
   if (event->button() != Qt::RightButton) return;
   DeliverMouse(MessageKind::RightUp, *event);
-  if (alive != nullptr) RequestMenu(event->globalPosition().toPoint());
+  if (alive == nullptr) return;
+  RequestMenu({.kind = MessageKind::ContextMenu, .point = FromQt(event->globalPosition().toPoint())});
 }
 
 /// Posted, so that everything that the release brings about is done before the menu opens.
-void SurfaceWidget::RequestMenu(const QPoint& at) {
+void SurfaceWidget::RequestMenu(const Message& request) {
   QMetaObject::invokeMethod(
-      this, [this, at] { Deliver({.kind = MessageKind::ContextMenu, .point = FromQt(at)}); },
-      Qt::QueuedConnection);
+      this, [this, request] { Deliver(request); }, Qt::QueuedConnection);
 }
 
 void SurfaceWidget::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -158,28 +166,36 @@ void SurfaceWidget::mouseMoveEvent(QMouseEvent* event) {
 
 void SurfaceWidget::wheelEvent(QWheelEvent* event) {
   constexpr int kNotch = 120;
-  m_wheelRest += event->angleDelta().y() * QApplication::wheelScrollLines();
-  const int lines = m_wheelRest / kNotch;
-  m_wheelRest -= lines * kNotch;
+  const auto steps = [](int& rest, int turned) {
+    rest += turned * QApplication::wheelScrollLines();
+    const int whole = rest / kNotch;
+    rest -= whole * kNotch;
+    return whole;
+  };
+  // Alt swaps the directions before this hears of them; Shift does so here. To the right counts as negative.
+  const bool swapped = event->modifiers().testFlag(Qt::ShiftModifier);
+  const QPoint turned = event->angleDelta();
+  const int across = steps(m_wheelRestAcross, swapped ? turned.x() + turned.y() : turned.x());
+  const int lines = steps(m_wheelRest, swapped ? 0 : turned.y());
+  const QPointer<SurfaceWidget> alive(this);
   if (lines != 0) Deliver({.kind = MessageKind::Wheel, .amount = lines});
+  if (alive != nullptr && across != 0) Deliver({.kind = MessageKind::WheelAcross, .amount = -across});
   event->accept();
 }
 
 void SurfaceWidget::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Menu) {
-    RequestMenu(mapToGlobal(ClientArea().center()));
-    return;
-  }
+  const bool menu =
+      event->key() == Qt::Key_Menu || (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier);
+  if (menu) return RequestMenu({.kind = MessageKind::ContextMenu, .amount = 1});
   const int key = KeyOf(*event);
   const bool program = key == kKeyDelete || key == kKeyEnter;  // what they do is the program's business
-  if (key != 0 && !program) {
-    Deliver({.kind = MessageKind::KeyDown, .flags = FlagsOf(event->modifiers()), .key = key});
-  } else if (IsTyping(*event)) {
-    for (const wchar_t character : FromQt(event->text())) {
-      Deliver({.kind = MessageKind::Char, .key = static_cast<int>(character)});
-    }
-  } else {
-    QWidget::keyPressEvent(event);
+  const bool types = IsTyping(*event) && (key == 0 || key == kKeySpace);
+  if ((key == 0 || program) && !types) return QWidget::keyPressEvent(event);
+  const QPointer<SurfaceWidget> alive(this);
+  if (key != 0) Deliver({.kind = MessageKind::KeyDown, .flags = FlagsOf(event->modifiers()), .key = key});
+  if (!types) return;
+  for (const wchar_t character : FromQt(event->text())) {
+    if (alive != nullptr) Deliver({.kind = MessageKind::Char, .key = static_cast<int>(character)});
   }
 }
 

@@ -23,6 +23,7 @@ class SurfaceWidget final : public QWidget {
   /// The rows for screen readers, null when there are none (any more).
   const IAccessibleRows* AccessibleRows() const;
   QRect ClientArea() const;
+  QSize sizeHint() const override;
   void SetScroll(const ScrollState& state);
   void Post(unsigned id, std::uint64_t parameter);
 
@@ -42,13 +43,14 @@ class SurfaceWidget final : public QWidget {
  private:
   void Deliver(Message message);
   void DeliverMouse(MessageKind kind, const QMouseEvent& event);
-  void RequestMenu(const QPoint& at);
+  void RequestMenu(const Message& request);
   void PlaceScrollBar();
 
   QtToolkit& m_toolkit;
   CWnd* m_owner;
   QScrollBar* m_scroll = nullptr;
   int m_wheelRest = 0;
+  int m_wheelRestAcross = 0;
 };
 
 /// The window system's side of a CWnd, over any of the widgets above and Qt's own.

@@ -45,10 +45,15 @@ void TextBoxEvents::FocusLost(const QFocusEvent& event) {
   m_toolkit.Deliver({.kind = MessageKind::FocusLost, .target = m_owner});
 }
 
+void TextBoxEvents::TextChanged() {
+  if (m_owner != nullptr) m_toolkit.Deliver({.kind = MessageKind::TextChanged, .target = m_owner});
+}
+
 // ---- edit box -------------------------------------------------------------------------------------------
 
 EditWidget::EditWidget(QtToolkit& toolkit, CWnd& owner, QWidget* parent) : TextBoxWidget(toolkit, owner, parent) {
   setTextMargins(0, 0, 0, 0);
+  connect(this, &QLineEdit::textEdited, this, [this] { Events().TextChanged(); });
 }
 
 void EditWidget::SetText(const CString& text) {

@@ -24,6 +24,7 @@ class TextBoxEvents {
   void Press(QKeyEvent& event, const std::function<void(QKeyEvent&)>& byDefault);
   void HandleKey();
   void FocusLost(const QFocusEvent& event);
+  void TextChanged();
   static bool IsForBox(const QKeyEvent& event);
 
  private:

@@ -1,6 +1,7 @@
 #include "platform/qt/QtToolkit.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCursor>
 #include <QEventLoop>
 #include <QFontDatabase>
@@ -128,6 +129,10 @@ void QtToolkit::SetWaitCursor(bool on) {
   } else {
     QApplication::restoreOverrideCursor();
   }
+}
+
+void QtToolkit::SetClipboardText(const CString& text) {
+  QApplication::clipboard()->setText(ToQt(text));
 }
 
 // ---- messages and capture -------------------------------------------------------------------------------

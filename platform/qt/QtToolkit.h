@@ -38,6 +38,7 @@ class QtToolkit final : public IToolkit {
   void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const override;
   CPoint CursorPosition() const override;
   void SetWaitCursor(bool on) override;
+  void SetClipboardText(const CString& text) override;
   CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
   unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
   std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) override;

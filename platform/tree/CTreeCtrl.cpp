@@ -87,6 +87,24 @@ int CTreeCtrl::Expand(HTREEITEM row, ExpandAction action) {
   return 1;
 }
 
+void CTreeCtrl::ExpandBelow(HTREEITEM row, ExpandAction action) {
+  if (!m_rows.Contains(row)) return;
+  if (action == ExpandAction::Toggle) action = IsExpanded(row) ? ExpandAction::Collapse : ExpandAction::Expand;
+  const std::weak_ptr<void> life = Life();
+  // Whoever hears of a branch may delete rows and add some to the branch.
+  std::vector<HTREEITEM> branches{row};
+  while (!branches.empty()) {
+    const HTREEITEM branch = branches.back();
+    branches.pop_back();
+    Expand(branch, action);
+    if (life.expired()) return;
+    if (!m_rows.Contains(branch)) continue;
+    for (HTREEITEM child = m_rows.LastChild(branch); child; child = m_rows.PreviousSibling(child)) {
+      if (ItemHasChildren(child)) branches.push_back(child);
+    }
+  }
+}
+
 void CTreeCtrl::EnsureVisible(HTREEITEM row) {
   if (!m_rows.Contains(row) || !ExpandAbove(row) || !m_rows.Contains(row)) return;
   if (!m_rows.IsVisible(row)) return;
@@ -175,6 +193,19 @@ void CTreeCtrl::ClearCaret() {
 bool CTreeCtrl::MoveCaretByKey(int key) {
   if (key < kKeyPageUp || key > kKeyDown) return false;
   if (const HTREEITEM target = TargetOfKey(key)) SetCaret(target);
+  return true;
+}
+
+bool CTreeCtrl::ExpandByKey(int key) {
+  const bool all = key == kKeyMultiply;
+  if (key != kKeyAdd && key != kKeySubtract && !all) return false;
+  if (!m_caret) return true;
+  const HTREEITEM caret = m_rows.NearestVisible(m_caret);
+  if (all) {
+    ExpandBelow(caret, ExpandAction::Expand);
+  } else {
+    Expand(caret, key == kKeyAdd ? ExpandAction::Expand : ExpandAction::Collapse);
+  }
   return true;
 }
 

@@ -56,6 +56,8 @@ class QD_EXPORT CTreeCtrl : public CWnd {
 
   /// Expands or collapses a branch after asking the parent. Returns 1 when something changed.
   int Expand(HTREEITEM row, ExpandAction action);
+  /// Expands or collapses a row and every branch below it.
+  void ExpandBelow(HTREEITEM row, ExpandAction action);
   /// Expands the ancestors of `row` and scrolls it into sight.
   void EnsureVisible(HTREEITEM row);
 
@@ -118,7 +120,9 @@ class QD_EXPORT CTreeCtrl : public CWnd {
   /// Where such a key leads from the caret, which may be where it is; Left and Right first close and open
   /// branches.
   HTREEITEM TargetOfKey(int key);
-  /// The first row on screen and its position, for painting a screen.
+  /// Add and Subtract of the keypad open and close the caret's branch, Multiply opens everything below it.
+  /// Returns whether the key was one of them.
+  bool ExpandByKey(int key);
 
   /// The vertical scroll bar is brought up to date soon after anything changed.
   void ScheduleLayout();

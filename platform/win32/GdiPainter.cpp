@@ -65,7 +65,8 @@ void GdiPainter::Hatch(const CRect& area, COLORREF colour) {
   PatBlt(m_dc, r.left, r.top, r.right - r.left, r.bottom - r.top, kOr);
 }
 
-void GdiPainter::FocusRect(const CRect& area) {
+/// The system turns what it lies on round, which stands out from everything.
+void GdiPainter::FocusRect(const CRect& area, COLORREF) {
   const RECT r = Pixels(area);
   SetTextColor(m_dc, 0);
   SetBkColor(m_dc, Rgb(255, 255, 255));

@@ -18,7 +18,7 @@ class GdiPainter final : public IPainter {
   void Fill(const CRect& area, COLORREF colour) override;
   void Frame(const CRect& area, COLORREF colour) override;
   void Hatch(const CRect& area, COLORREF colour) override;
-  void FocusRect(const CRect& area) override;
+  void FocusRect(const CRect& area, COLORREF colour) override;
   void Polygon(std::span<const CPoint> points, COLORREF colour) override;
   void Text(const CRect& area, std::wstring_view text, const Font& font, COLORREF colour, TextAlign align,
             bool ellipsis) override;

@@ -18,7 +18,8 @@ constinit NativeWindow* theFirst = nullptr;
 }  // namespace
 
 unsigned KeyFlags() {
-  return (GetKeyState(VK_SHIFT) < 0 ? kMouseShift : 0U) | (GetKeyState(VK_CONTROL) < 0 ? kMouseControl : 0U);
+  return (GetKeyState(VK_SHIFT) < 0 ? kMouseShift : 0U) | (GetKeyState(VK_CONTROL) < 0 ? kMouseControl : 0U) |
+         (GetKeyState(VK_MENU) < 0 ? kMouseAlt : 0U);
 }
 
 // ---- life -----------------------------------------------------------------------------------------------
@@ -71,7 +72,11 @@ void NativeWindow::Refresh() {
 }
 
 void NativeWindow::RefreshAll() {
-  for (NativeWindow* peer = theFirst; peer != nullptr; peer = peer->m_next) peer->Refresh();
+  for (NativeWindow* peer = theFirst; peer != nullptr; peer = peer->m_next) {
+    peer->Refresh();
+    // Posted: who hears of it may take windows down.
+    PostMessageW(peer->m_window, kLookChanged, 0, 0);
+  }
 }
 
 void NativeWindow::NoteSize() {
@@ -169,6 +174,9 @@ LRESULT NativeWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
       Deliver({.kind = MessageKind::Posted,
                .id = static_cast<unsigned>(w),
                .parameter = static_cast<std::uint64_t>(l)});
+      return 0;
+    case kLookChanged:
+      Deliver({.kind = MessageKind::LookChanged});
       return 0;
     case WM_SETCURSOR:
       if (LOWORD(l) != HTCLIENT || (m_cursor == nullptr && !m_toolkit.IsWaiting())) break;

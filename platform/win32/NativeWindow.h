@@ -7,6 +7,11 @@
 
 namespace qd {
 
+/// Sent on to an edit box by its parent, which the system tells of changes.
+inline constexpr UINT kTextChanged = WM_APP + 2;
+/// The user has chosen other colours or fonts.
+inline constexpr UINT kLookChanged = WM_APP + 3;
+
 class Win32Toolkit;
 
 /// The system's window behind a CWnd, of any kind. The system may destroy it earlier, with its parent; then

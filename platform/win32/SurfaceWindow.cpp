@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
@@ -14,7 +15,8 @@ namespace qd {
 
 namespace {
 
-constexpr UINT kMenuRequest = WM_APP + 1;  // lParam: the place
+constexpr UINT kMenuRequest = WM_APP + 1;  // lParam: the place; or wParam:
+constexpr WPARAM kByKeyboard = 1;
 
 POINT PointOf(LPARAM place) {
   return {static_cast<short>(LOWORD(place)), static_cast<short>(HIWORD(place))};
@@ -23,8 +25,9 @@ POINT PointOf(LPARAM place) {
 /// The number that the controls know a key by; letters only while Ctrl is held. 0 for a key that no control acts
 /// on. What Delete and Enter do is the program's business.
 int KeyOf(WPARAM key) {
-  constexpr std::array kKnown{kKeyTab,  kKeyEscape, kKeySpace, kKeyPageUp, kKeyPageDown, kKeyEnd,
-                              kKeyHome, kKeyLeft,   kKeyUp,    kKeyRight,  kKeyDown,     kKeyF2};
+  constexpr std::array kKnown{kKeyTab,  kKeyEscape,   kKeySpace, kKeyPageUp,   kKeyPageDown,
+                              kKeyEnd,  kKeyHome,     kKeyLeft,  kKeyUp,       kKeyRight,
+                              kKeyDown, kKeyMultiply, kKeyAdd,   kKeySubtract, kKeyF2};
   const int number = static_cast<int>(key);
   // Characters of a third keyboard level come with Ctrl and Alt both.
   const bool command = (KeyFlags() & kMouseControl) != 0 && GetKeyState(VK_MENU) >= 0;
@@ -91,18 +94,25 @@ void SurfaceWindow::OnMouseMove(LPARAM place) {
   DeliverMouse(MessageKind::MouseMove, place);
 }
 
-void SurfaceWindow::OnWheel(WPARAM w) {
+/// `across`: of a wheel that tilts sideways; to the right is positive there.
+void SurfaceWindow::OnWheel(WPARAM w, bool across) {
   UINT linesPerNotch = 3;
   SystemParametersInfoW(SPI_GETWHEELSCROLLLINES, 0, &linesPerNotch, 0);
   constexpr UINT kMostLines = 100;  // "a screen at a time" is a number beyond it
-  m_wheelRest += GET_WHEEL_DELTA_WPARAM(w) * static_cast<int>(std::min(linesPerNotch, kMostLines));
-  const int lines = m_wheelRest / WHEEL_DELTA;
-  m_wheelRest -= lines * WHEEL_DELTA;
-  if (lines != 0) Deliver({.kind = MessageKind::Wheel, .amount = lines});
+  const int turned = GET_WHEEL_DELTA_WPARAM(w) * static_cast<int>(std::min(linesPerNotch, kMostLines));
+  const bool swapped = !across && (KeyFlags() & kMouseShift) != 0;
+  int& rest = across || swapped ? m_wheelRestAcross : m_wheelRest;
+  rest += swapped ? -turned : turned;
+  const int steps = rest / WHEEL_DELTA;
+  rest -= steps * WHEEL_DELTA;
+  if (steps == 0) return;
+  Deliver({.kind = across || swapped ? MessageKind::WheelAcross : MessageKind::Wheel, .amount = steps});
 }
 
 bool SurfaceWindow::OnKey(WPARAM key) {
   const int known = KeyOf(key);
+  // What a key of the keypad types is not for a title that is being typed.
+  m_typesNothing = known == kKeyAdd || known == kKeySubtract || known == kKeyMultiply;
   if (known == 0) return false;
   Deliver({.kind = MessageKind::KeyDown, .flags = KeyFlags(), .key = known});
   return true;
@@ -179,14 +189,18 @@ LRESULT SurfaceWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
       Deliver({.kind = MessageKind::Size});
       return 0;
     case WM_MOUSEWHEEL:
-      OnWheel(w);
+      OnWheel(w, false);
       return 0;
+    case WM_MOUSEHWHEEL:
+      OnWheel(w, true);
+      return 1;  // so the documentation of mouse drivers wants it
     case WM_KEYDOWN:
       if (OnKey(w)) return 0;
       break;
     case WM_CHAR:
-      // The controls know the space bar as a key.
-      if (w > kKeySpace) Deliver({.kind = MessageKind::Char, .key = static_cast<int>(w)});
+      if (w >= kKeySpace && !std::exchange(m_typesNothing, false)) {
+        Deliver({.kind = MessageKind::Char, .key = static_cast<int>(w)});
+      }
       return 0;
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS | DLGC_WANTCHARS;
@@ -201,7 +215,11 @@ LRESULT SurfaceWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
       if (Toolkit().IsCaptureOf(Owner())) Toolkit().LoseCapture();
       return 0;
     case kMenuRequest:
-      OnContextMenu(l);
+      if (w == kByKeyboard) {
+        Deliver({.kind = MessageKind::ContextMenu, .amount = 1});
+      } else {
+        OnContextMenu(l);
+      }
       return 0;
     case WM_CONTEXTMENU: {
       // Our own request comes with the release of the button; this one is the keyboard's, or another program's.
@@ -209,13 +227,12 @@ LRESULT SurfaceWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
         OnContextMenu(l);
         return 0;
       }
-      RECT client{};
-      GetClientRect(Handle(), &client);
-      POINT middle{client.right / 2, client.bottom / 2};
-      ClientToScreen(Handle(), &middle);
-      PostMessageW(Handle(), kMenuRequest, 0, MAKELPARAM(middle.x, middle.y));
+      PostMessageW(Handle(), kMenuRequest, kByKeyboard, 0);
       return 0;
     }
+    case WM_COMMAND:
+      if (HIWORD(w) == EN_CHANGE) SendMessageW(reinterpret_cast<HWND>(l), kTextChanged, 0, 0);
+      return 0;
     case WM_VSCROLL:
     case WM_HSCROLL: {
       const auto bar = reinterpret_cast<HWND>(l);  // null for the window's own

@@ -21,7 +21,7 @@ class SurfaceWindow final : public NativeWindow {
   void Paint();
   void DeliverMouse(MessageKind kind, LPARAM place);
   void OnMouseMove(LPARAM place);
-  void OnWheel(WPARAM w);
+  void OnWheel(WPARAM w, bool across);
   bool OnKey(WPARAM key);
   void OnContextMenu(LPARAM place);
   bool IsMouseMessage(UINT message, LPARAM place);
@@ -31,6 +31,8 @@ class SurfaceWindow final : public NativeWindow {
   bool m_leaveAsked = false;
   std::optional<LPARAM> m_lastMove;  // where the pointer was reported last
   int m_wheelRest = 0;
+  int m_wheelRestAcross = 0;
+  bool m_typesNothing = false;  // the key that is down
 };
 
 }  // namespace qd

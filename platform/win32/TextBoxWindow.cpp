@@ -42,10 +42,15 @@ class TextBoxWindow : public NativeWindow, public ITextBox {
         Deliver({.kind = MessageKind::FocusLost});
         return 0;
       }
+      case kTextChanged:
+        if (!m_setting) Deliver({.kind = MessageKind::TextChanged});
+        return 0;
       default:
         return NativeWindow::OnMessage(message, w, l);
     }
   }
+
+  bool m_setting = false;  // the owner changes the text, not the user
 
   CString WindowText() const {
     CString text(static_cast<std::size_t>(GetWindowTextLengthW(Handle())) + 1, L'\0');
@@ -86,7 +91,9 @@ class EditWindow final : public TextBoxWindow {
     m_given = text;
     CString shown = text;
     std::replace(shown.begin(), shown.end(), L'\0', kShownForZero);
+    m_setting = true;
     SetWindowTextW(Handle(), shown.c_str());
+    m_setting = false;
     m_shown = WindowText();
   }
   CString GetText() const override {

@@ -1,6 +1,7 @@
 #include "platform/win32/Win32Toolkit.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "platform/CWnd.h"
@@ -136,6 +137,19 @@ CPoint Win32Toolkit::CursorPosition() const {
 void Win32Toolkit::SetWaitCursor(bool on) {
   m_waits = std::max(0, m_waits + (on ? 1 : -1));
   ::SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IsWaiting() ? IDC_WAIT : IDC_ARROW)));
+}
+
+/// The clipboard ends a text at its first character of code 0.
+void Win32Toolkit::SetClipboardText(const CString& text) {
+  if (OpenClipboard(nullptr) == 0) return;  // another program holds it
+  EmptyClipboard();
+  const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
+  if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes)) {
+    std::memcpy(GlobalLock(memory), text.c_str(), bytes);
+    GlobalUnlock(memory);
+    if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);  // else the system owns it
+  }
+  CloseClipboard();
 }
 
 // ---- loops of their own ---------------------------------------------------------------------------------

@@ -47,6 +47,7 @@ class Win32Toolkit final : public NativeToolkit {
   }
   CPoint CursorPosition() const override;
   void SetWaitCursor(bool on) override;
+  void SetClipboardText(const CString& text) override;
   CaptureEnd RunCapture(CWnd& owner, const std::function<CaptureVerdict(const Message&)>& decide) override;
   unsigned TrackMenu(CWnd& owner, const BCMenu& menu, CPoint screen) override;
   std::unique_ptr<IDialogPeer> MakeDialog(CDialog& owner, const DialogTemplate& layout) override;

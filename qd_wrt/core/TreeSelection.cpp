@@ -124,7 +124,8 @@ void CQDTreeListCtrl::OnKeyDown(int key, unsigned flags) {
   CTreeListCtrl::OnKeyDown(key, flags);
   if (life.expired()) return;
   if (key == kKeyF2) return OnChangeTitle();
-  if (key == kKeySpace && !IsTypingTitle()) return PressCheckOfSelection();
+  const bool control = (flags & kMouseControl) != 0;
+  if (key == kKeySpace && !control && !IsTypingTitle()) return PressCheckOfSelection();
   if (IsSelectionKey(key, flags)) OnSelchangAction();
 }
 

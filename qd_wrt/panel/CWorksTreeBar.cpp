@@ -41,6 +41,7 @@ int CWorksTreeBar::OnCreate() {
   for (std::size_t i = 0; i < kColumns.size(); ++i) {
     m_tree.InsertColumn(static_cast<int>(i), CMSGFunction::GetValue(kColumns[i].key), 0, kColumns[i].width, 0);
   }
+  OnLookChanged();
   m_tip.Create(this);
   m_tip.AddTool(m_tree, L"whatever");
   LayOut();
@@ -76,6 +77,24 @@ void CWorksTreeBar::OnPosted(unsigned id, std::uint64_t) {
 void CWorksTreeBar::OnSize() {
   StretchWidth();
   LayOut();
+}
+
+void CWorksTreeBar::SetBkColor(COLORREF colour) {
+  m_ownBackground = true;
+  m_tree.SetBackgroundColor(colour);
+}
+
+void CWorksTreeBar::OnLookChanged() {
+  if (!m_ownBackground) m_tree.SetBackgroundColor(IToolkit::Instance().GetColour(SystemColour::Window));
+}
+
+CPoint CWorksTreeBar::GetPreferredSize() const {
+  constexpr int kTitleWidth = 220;
+  constexpr int kRows = 20;
+  const IToolkit& toolkit = IToolkit::Instance();
+  const int others = m_tree.GetColumnsWidth() - m_tree.GetColumnWidth(0);
+  return {kTitleWidth + others + toolkit.GetMetric(Metric::ScrollBarWidth),
+          toolkit.FontHeight({}) + kHeaderMargin + kRows * m_tree.GetItemHeight()};
 }
 
 /// The title column takes what the others leave, until the user sets widths.

@@ -38,7 +38,8 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   void CreateTreeItems(int treeType, IQDTreeGroupFactory* factory, int active) override;
   void DestroyTreeItems() override { m_tree.DestroyTreeItems(); }
   void UpdateDB(CQDDocBase* doc, std::uint64_t hint) override { m_tree.UpdateDB(doc, hint); }
-  void SetBkColor(COLORREF colour) override { m_tree.SetBackgroundColor(colour); }
+  /// Until a host calls this, the tree has the system's colour for windows.
+  void SetBkColor(COLORREF colour) override;
   void ResetSelection(CQDDocBase*, int flag) override { m_tree.ResetSelection(flag); }
   void ResetFilePath() override;
   void RestoreLabel(CQDDocBase*) override { m_tree.RestoreLabel(); }
@@ -74,10 +75,13 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   void DisplayToolTip(CPoint point, const CRect& row, bool caret, const CString& text) override;
 
   void OnPaint(CDC& dc) override;
+  /// As wide as titles of the usual length with the other columns beside them.
+  CPoint GetPreferredSize() const override;
 
  protected:
   int OnCreate() override;
   void OnSize() override;
+  void OnLookChanged() override;
   void OnContextMenu(CPoint screen) override { m_tree.ShowContextMenu(screen); }
   void OnSetFocus() override { m_tree.SetFocus(); }
   void OnPosted(unsigned id, std::uint64_t parameter) override;
@@ -101,6 +105,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   bool m_layoutPending = false;
   bool m_columnsAreUsers = false;  // widths were dragged: stretch no more
   bool m_stretching = false;
+  bool m_ownBackground = false;  // the host has given one
 };
 
 }  // namespace qd

@@ -80,6 +80,7 @@ int CTreeListCtrl::GetColumnAlign(int column) const {
 void CTreeListCtrl::RecalcColumnsWidth() {
   m_columnsWidth = 0;
   for (int column = 0; column < m_columnCount; ++column) m_columnsWidth += GetColumnWidth(column);
+  HideTip();  // what it shows may fit now
 }
 
 void CTreeListCtrl::FitColumn(int column) {
@@ -286,6 +287,11 @@ void CTreeListCtrl::CloseEditorsOfDeadRows() {
   if (m_tipRow && !IsLive(m_tipRow)) HideTip();
 }
 
+/// The tip is in the way of what is done now. It comes again when the pointer has been elsewhere.
+void CTreeListCtrl::DismissTip() {
+  if (m_pane != nullptr) m_pane->HideToolTip();
+}
+
 void CTreeListCtrl::HideTip() {
   m_tipRow = {};
   if (m_pane != nullptr) m_pane->HideToolTip();
@@ -412,6 +418,10 @@ void CTreeListCtrl::OnScroll(int position) {
 void CTreeListCtrl::OnMouseWheel(int lines) {
   EndEditors();
   CTreeCtrl::OnMouseWheel(lines);
+}
+
+void CTreeListCtrl::OnMouseWheelAcross(int steps) {
+  if (m_pane != nullptr) m_pane->ScrollColumns(steps);
 }
 
 void CTreeListCtrl::OnViewMoved() {

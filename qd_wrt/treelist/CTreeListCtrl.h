@@ -139,6 +139,9 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   int HasGridLines() const { return m_gridLines ? 1 : 0; }
   void SetGridColor(COLORREF colour) { m_gridColour = colour; }
   COLORREF GetGridColor() const { return m_gridColour; }
+  /// How grid lines are filled: solid, not at all, or hatched as they are without a call. Other numbers count as
+  /// hatched.
+  enum GridStyle : unsigned { kGridSolid = 0, kGridNone = 1, kGridHatched = 2 };
   void SetGridStyle(unsigned style) { m_gridStyle = style; }
   /// Returns the characters before the first carriage return and removes them with it and the character behind
   /// it from `text`; without one returns nothing and leaves `text`.
@@ -182,6 +185,9 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void SelectAllIgnore(int select, HTREEITEM except);
   /// Clears every selected row, hidden ones too.
   void ClearAllSelected();
+  /// The selected rows as the clipboard gets them: a line a row, top to bottom, with a tab between columns; a
+  /// colour as #RRGGBB.
+  CString GetSelectedText() const;
 
   /// The row last hit by a button or reached by a key; none when it is gone.
   HTREEITEM GetSelectedItemField() const { return IsLive(m_selectedItem) ? m_selectedItem : HTREEITEM{}; }
@@ -232,6 +238,10 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
 
   void OnScroll(int position) override;
   void OnMouseWheel(int lines) override;
+  void OnMouseWheelAcross(int steps) override;
+  void OnSetFocus() override;
+  void OnKillFocus() override;
+  CPoint KeyboardMenuPlace() override;
 
   /// Called when an edit box has ended: `escape` 1 by Escape or loss of the focus, while the box still stands,
   /// else 0. The row may be gone.
@@ -298,6 +308,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void UnfocusCaret(unsigned& state, unsigned& mask);
   HTREEITEM SiblingTowards(HTREEITEM from, HTREEITEM to, bool down) const;
 
+  void OnKeyBesideMoves(int key, unsigned flags);
   void BeginSearch();
   void SearchOn();
   void EndSearch();
@@ -308,6 +319,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void PlaceEditors();
   void CloseEditorsOfDeadRows();
   void HideTip();
+  void DismissTip();
   void CloseBox(std::unique_ptr<CWnd> box);
   void OnEndlabeledit(const EditNotice& notice, std::intptr_t& result);
   void OnEndComboedit(const EditNotice& notice, std::intptr_t& result);
@@ -317,6 +329,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void PaintGridStrips(CDC& dc, const CRect& clip);
   void PaintRow(CDC& dc, HTREEITEM row, const CTLItem& record);
   void PaintSwatch(CDC& dc, const CTLItem& record, const CRect& cell);
+  void FillGridStrip(CDC& dc, const CRect& strip);
   void DrawItemText(CDC& dc, std::wstring_view text, CRect area, int width, int align);
 
   int m_columnCount = 0;
@@ -328,7 +341,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   ITreeListPane* m_pane = nullptr;
   bool m_gridLines = false;
   COLORREF m_gridColour = 0;
-  unsigned m_gridStyle = 2;
+  unsigned m_gridStyle = kGridHatched;
   bool m_multiSelect = true;
   bool m_emulated = false;
   HTREEITEM m_pressedRow;  // by the left button, last

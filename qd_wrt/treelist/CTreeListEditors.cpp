@@ -48,7 +48,8 @@ bool CTreeListEditBox::PreTranslateMessage(const Message& message) {
   return true;
 }
 
-void CTreeListEditBox::OnChar(int) {
+/// Pasted texts want room as typed ones do.
+void CTreeListEditBox::OnTextChanged() {
   Widen(*this, GetText(), m_tree.GetClientRect().right);
 }
 

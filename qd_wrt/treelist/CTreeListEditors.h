@@ -37,7 +37,7 @@ class QD_EXPORT CTreeListEditBox final : public CEdit {
 
  protected:
   int OnCreate() override;
-  void OnChar(int character) override;
+  void OnTextChanged() override;
   void OnKillFocus() override { LoseFocus(); }
 
  private:

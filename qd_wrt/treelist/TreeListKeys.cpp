@@ -1,24 +1,34 @@
 // Keyboard of the tree-list control.
 
+#include <algorithm>
+
 #include "qd_wrt/treelist/CTreeListCtrl.h"
 #include "qd_wrt/treelist/RowOrder.h"
 
 namespace qd {
 
+namespace {
+
+CString ColourText(COLORREF colour) {
+  CString text = L"#";
+  for (const unsigned part : {colour & 0xFFU, colour >> 8U & 0xFFU, colour >> 16U & 0xFFU}) {
+    text += L"0123456789ABCDEF"[part >> 4U];
+    text += L"0123456789ABCDEF"[part & 0xFU];
+  }
+  return text;
+}
+
+}  // namespace
+
 bool CTreeListCtrl::IsSelectionKey(int key, unsigned flags) {
   const bool control = (flags & kMouseControl) != 0;
-  return (key >= kKeyPageUp && key <= kKeyDown) || (control && (key == kKeyA || key == kKeyI));
+  return (key >= kKeyPageUp && key <= kKeyDown) || (control && (key == kKeyA || key == kKeyI || key == kKeySpace));
 }
 
 void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
   EndSearch();
-  if (!IsSelectionKey(key, flags) || key == kKeyA || key == kKeyI) {
-    if (!m_multiSelect) return;
-    ResetVertScrollBar();
-    m_selectedItem = GetCaret();
-    if (!IsSelectionKey(key, flags)) return;
-    return key == kKeyA ? SelectAll(1) : InvertSelection();
-  }
+  DismissTip();
+  if (key < kKeyPageUp || key > kKeyDown) return OnKeyBesideMoves(key, flags);
   const bool shift = m_multiSelect && (flags & kMouseShift) != 0;
   const bool control = m_multiSelect && (flags & kMouseControl) != 0;
   const HTREEITEM before = GetCaret();
@@ -41,6 +51,60 @@ void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
   ResetVertScrollBar();
   m_selectedItem = GetCaret();
   if (shift && m_anchor && GetCaret()) SelectRange(m_anchor, GetCaret(), 1);
+}
+
+/// Keys that do not move the caret.
+void CTreeListCtrl::OnKeyBesideMoves(int key, unsigned flags) {
+  const std::weak_ptr<void> life = Life();
+  if (ExpandByKey(key) && life.expired()) return;
+  if (key == kKeyC && (flags & kMouseControl) != 0 && Rows().VisibleSelectedCount() != 0) {
+    IToolkit::Instance().SetClipboardText(GetSelectedText());
+  }
+  if (!m_multiSelect) return;
+  ResetVertScrollBar();
+  m_selectedItem = GetCaret();
+  if (!IsSelectionKey(key, flags)) return;
+  if (key == kKeyA) return SelectAll(1);
+  if (key == kKeyI) return InvertSelection();
+  if (GetCaret()) SetRowState(GetCaret(), IsSelected(GetCaret()) ? 0U : kRowSelected, kRowSelected);
+}
+
+CPoint CTreeListCtrl::KeyboardMenuPlace() {
+  DismissTip();
+  const HTREEITEM row = IsSelected(GetCaret()) ? GetCaret() : GetFirstSelectedItem();
+  if (!row) return {};
+  EnsureVisible(row);
+  CRect text;
+  if (!GetItemRect(row, text, true)) return {};
+  const CRect client = GetClientRect();
+  return {std::clamp(text.left + m_offset, 0, std::max(client.right - 1, 0)),
+          std::min(text.bottom, std::max(client.bottom - 1, 0))};
+}
+
+// ---- the clipboard --------------------------------------------------------------------------------------
+
+CString CTreeListCtrl::GetSelectedText() const {
+  constexpr int kColourColumn = 2;
+  const auto append = [](CString& line, std::wstring_view text) {
+    // What ends a cell or a line cannot stand in one.
+    for (const wchar_t element : text) line += element < L' ' ? L' ' : element;
+    while (!line.empty() && line.back() == L' ') line.pop_back();
+  };
+  CString all;
+  for (const HTREEITEM row : Rows().Selected(true)) {
+    const CTLItem* record = GetRecord(row);
+    if (record == nullptr) continue;
+    for (int column = 0; column < m_columnCount; ++column) {
+      if (column > 0) all += L'\t';
+      if (column == kColourColumn && record->HasColor() && !record->View(1).empty()) {
+        all += ColourText(record->GetColor());
+      } else {
+        append(all, record->View(column));
+      }
+    }
+    all += L'\n';
+  }
+  return all;
 }
 
 // ---- type-ahead -----------------------------------------------------------------------------------------

@@ -12,6 +12,7 @@ HTREEITEM CTreeListCtrl::HitTestContent(CPoint point, unsigned& flags) const {
 }
 
 void CTreeListCtrl::OnLButtonDown(unsigned flags, CPoint point) {
+  DismissTip();
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
   m_pressedRow = row;
@@ -28,6 +29,7 @@ void CTreeListCtrl::OnLButtonDown(unsigned flags, CPoint point) {
 }
 
 void CTreeListCtrl::OnRButtonDown(unsigned flags, CPoint point) {
+  DismissTip();
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
   m_selectedItem = row;
@@ -38,7 +40,8 @@ void CTreeListCtrl::OnButtonDown(Button button, unsigned flags, CPoint point) {
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
   if (row && hit == kHitButton) {
-    Expand(row, ExpandAction::Toggle);
+    const bool all = (flags & (kMouseShift | kMouseAlt)) != 0;
+    all ? ExpandBelow(row, ExpandAction::Toggle) : static_cast<void>(Expand(row, ExpandAction::Toggle));
     ResetVertScrollBar();
     return;
   }

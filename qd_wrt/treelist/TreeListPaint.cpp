@@ -83,7 +83,15 @@ void CTreeListCtrl::PaintGridStrips(CDC& dc, const CRect& clip) {
   // The line above a row stands on the last pixels of the row before it.
   for (int top = firstLine * height; row && top <= clip.bottom; top += height, row = Rows().NextVisible(row)) {
     dc.FillSolidRect(BandOf(row), GetBkColor());
-    if (m_gridLines) dc.HatchRect({0, top - 1, m_columnsWidth, top}, m_gridColour);
+    if (m_gridLines) FillGridStrip(dc, {0, top - 1, m_columnsWidth, top});
+  }
+}
+
+void CTreeListCtrl::FillGridStrip(CDC& dc, const CRect& strip) {
+  if (m_gridStyle == kGridSolid) {
+    dc.FillSolidRect(strip, m_gridColour);
+  } else if (m_gridStyle != kGridNone) {
+    dc.HatchRect(strip, m_gridColour);
   }
 }
 
@@ -91,11 +99,10 @@ void CTreeListCtrl::PaintRow(CDC& dc, HTREEITEM row, const CTLItem& record) {
   const IToolkit& toolkit = IToolkit::Instance();
   const CRect band = BandOf(row);
   const bool highlighted = Rows().State(row, kRowSelected | kRowDropHighlight) != 0;
-  if (highlighted) {
-    dc.FillSolidRect(band, toolkit.GetColour(SystemColour::Highlight));
-    dc.DrawFocusRect(band);
-  }
   dc.SetTextColor(toolkit.GetColour(highlighted ? SystemColour::HighlightText : SystemColour::WindowText));
+  if (highlighted) dc.FillSolidRect(band, toolkit.GetColour(SystemColour::Highlight));
+  // The caret shows where the keys walk without selecting.
+  if (highlighted || (row == GetCaret() && HasFocus())) dc.DrawFocusRect(band);
   const Font normal = dc.GetFont();
   if (record.IsBold()) dc.SelectFont({normal.face, normal.height, true});
 
@@ -118,7 +125,7 @@ void CTreeListCtrl::PaintRow(CDC& dc, HTREEITEM row, const CTLItem& record) {
   if (!m_gridLines || highlighted) return;
   for (int column = 0, edge = 0; column < m_columnCount; ++column) {
     edge += GetColumnWidth(column);
-    dc.HatchRect({edge - 1, band.top, edge, band.bottom}, m_gridColour);
+    FillGridStrip(dc, {edge - 1, band.top, edge, band.bottom});
   }
 }
 

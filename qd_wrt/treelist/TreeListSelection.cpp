@@ -151,6 +151,14 @@ int CTreeListCtrl::OnItemExpanding(HTREEITEM row, ExpandAction action) {
   return 0;
 }
 
+void CTreeListCtrl::OnSetFocus() {
+  if (GetCaret()) InvalidateRow(GetCaret());
+}
+
+void CTreeListCtrl::OnKillFocus() {
+  if (GetCaret()) InvalidateRow(GetCaret());
+}
+
 void CTreeListCtrl::InvalidateSelectedRows() {
   HTREEITEM row = GetFirstVisibleItem();
   for (int i = GetVisibleCount(); i > 0 && row; --i, row = Rows().NextVisible(row)) {

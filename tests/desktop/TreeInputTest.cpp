@@ -1,12 +1,14 @@
 // A works tree in a window of its own under the display's real mouse and keyboard.
 
 #include <QAccessible>
+#include <QClipboard>
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
 
 #include <array>
+#include <random>
 
 #include "Display.h"
 #include "platform/qt/QtToolkit.h"
@@ -22,7 +24,6 @@ class TreeInput : public ::testing::Test {
  protected:
   TreeInput() {
     if (qEnvironmentVariableIsSet("QD_DARK")) QGuiApplication::setPalette(QPalette(QColor(45, 45, 48)));
-    m_bar.SetBkColor(m_toolkit.GetColour(SystemColour::Window));
     m_bar.SetDocument(&m_doc);
     m_bar.Create(nullptr, 0, {0, 0, 400, 500});
     QtToolkit::WidgetOf(m_bar)->setParent(&m_window);
@@ -99,6 +100,61 @@ TEST_F(TreeInput, TitlesAreEditedInPlace) {
   EXPECT_EQ(InputRow::renamed, "clicked away");
 }
 
+/// What stands on the screen is what painting everything anew shows.
+TEST_F(TreeInput, NothingStaleStandsOnTheScreen) {
+  std::mt19937 random(7);
+  const auto roll = [&random](int sides) { return static_cast<int>(random() % static_cast<unsigned>(sides)); };
+  QWidget* widget = QtToolkit::WidgetOf(Tree());
+  const auto compare = [&](const std::string& act) {
+    Wait(40);
+    const QPoint at = widget->mapToGlobal(QPoint(0, 0));
+    const QImage shown = QGuiApplication::primaryScreen()
+                             ->grabWindow(0, at.x(), at.y(), widget->width(), widget->height())
+                             .toImage()
+                             .convertToFormat(QImage::Format_RGB32);
+    const QImage whole = widget->grab().toImage().convertToFormat(QImage::Format_RGB32);
+    if (shown == whole) return;
+    Picture("stale");
+    FAIL() << "after " << act;
+  };
+  CQDTreeItem* deep = Tree().GetQDRootItem();
+  for (int level = 0; level < 25; ++level) {
+    auto* row = new InputRow(&Tree(), deep->GetChild(0) != nullptr ? deep->GetChild(0) : deep, L"Deep row");
+    row->MakeItem(kInsertFirst);  // it belongs to the row above
+    deep = row;
+  }
+  Tree().ExpandBelow(Tree().GetRootItem(), ExpandAction::Expand);
+  compare("at first");
+  for (int step = 0; step < 60 && !HasFailure(); ++step) {
+    const int act = roll(7);
+    const auto row = Tree().GetFirstVisibleItem();
+    std::string did = std::to_string(act);
+    switch (act) {
+      case 0:
+        Tree().GetHeader().SetItemWidth(0, std::array{60, 200, 390, 700}[static_cast<std::size_t>(roll(4))]);
+        break;
+      case 1:
+      case 2:
+        m_toolkit.Deliver({.kind = MessageKind::WheelAcross, .target = &Tree(), .amount = roll(30) - 10});
+        break;
+      case 3:
+        Tree().ScrollTo(static_cast<std::size_t>(roll(40)));
+        break;
+      case 4:
+        Tree().Expand(row, ExpandAction::Toggle);
+        break;
+      case 5:
+        m_window.resize(std::array{150, 300, 400}[static_cast<std::size_t>(roll(3))], 500);
+        QtToolkit::WidgetOf(m_bar)->setGeometry(m_window.rect());
+        break;
+      default:
+        Tree().SelectAlone(row);
+        break;
+    }
+    compare("act " + did + " of step " + std::to_string(step));
+  }
+}
+
 TEST_F(TreeInput, KeysWalkTypeAndCheck) {
   Display(QStringList{"mousemove"} << At(Line(1)) << QStringList{"click", "1"});
   Display({"key", "shift+Down"});
@@ -109,8 +165,22 @@ TEST_F(TreeInput, KeysWalkTypeAndCheck) {
   EXPECT_EQ(Tree().GetSelectedCount(), 3);
   Display({"key", "ctrl+a"});
   EXPECT_EQ(Tree().GetSelectedCount(), 41);
-  Display({"type", "--delay", "5", "item 3"});
-  EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 3");
+  Display({"type", "--delay", "5", "item 17"});
+  EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 17") << "the blank belongs to the title";
+  Display({"key", "ctrl+Down"});
+  Display({"key", "ctrl+Down"});
+  Display({"key", "ctrl+space"});
+  EXPECT_EQ(Tree().GetSelectedCount(), 2);
+  Picture("walked");
+  Display({"key", "ctrl+c"});
+  EXPECT_TRUE(QGuiApplication::clipboard()->text().startsWith("Item 17\t")) << "as lines with tabs";
+  EXPECT_EQ(QGuiApplication::clipboard()->text().count('\n'), 2);
+  EXPECT_TRUE(Tree().IsExpanded(Tree().GetRootItem()));
+  Display({"key", "ctrl+Home"});
+  Display({"key", "KP_Subtract"});
+  EXPECT_FALSE(Tree().IsExpanded(Tree().GetRootItem()));
+  Display({"key", "KP_Multiply"});
+  EXPECT_TRUE(Tree().IsExpanded(Tree().GetRootItem()));
   Display({"key", "End"});
   EXPECT_EQ(Tree().GetItemText(Tree().GetFirstSelectedItem(), 0), L"Item 39");
 }

@@ -18,7 +18,6 @@ class TreeInput : public NativeTest {
     InputRow::dropped.clear();
     InputRow::renamed.clear();
     m_bar = std::make_unique<CWorksTreeBar>();
-    m_bar->SetBkColor(m_toolkit->GetColour(SystemColour::Window));
     m_bar->Create(nullptr, 0, {0, 0, 400, 500});
     m_toolkit->Embed(*m_bar, m_window.Handle());
     RECT client{};

@@ -68,6 +68,7 @@ class NaiveTreeList {
   bool focused = false;
   bool textHit = false;
   bool grid = false;
+  unsigned gridStyle = CTreeListCtrl::kGridHatched;
   bool routed = false;  // closing a branch takes the selection out of it
   bool vetoes = false;  // the parent forbids to open and close
   int edited = kNone;
@@ -250,6 +251,12 @@ class NaiveTreeList {
     return true;
   }
   void Toggle(int row) { Expand(row, !rows[row].expanded); }
+  void ExpandBelow(int row, bool on) {
+    Expand(row, on);
+    for (const int child : rows[row].children) {
+      if (HasChildren(child)) ExpandBelow(child, on);
+    }
+  }
 
   // ---- scrolling ------------------------------------------------------------------------------------------
   void ScrollTo(int position) {
@@ -411,6 +418,7 @@ class NaiveTreeList {
 
  private:
   std::string Name(int row) const { return std::to_string(row); }
+  void Strip(ScreenPainter& paint, const CRect& strip) const;
 
   void Deselect(int row, std::vector<int>& seen) {
     for (const int child : rows[row].children) {

@@ -7,6 +7,7 @@ namespace qd::test {
 // ---- mouse
 void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::vector<MoveTo>& moves, End end,
                           CPoint last) {
+  tip.clear();  // until the pointer comes to another row
   const Hit hit = HitAt(point);
   const bool onRow = hit.row != kNone && (hit.flags & (kHitNowhere | kHitIndent)) == 0;
   std::size_t next = 0;  // of the moves that nobody has taken yet
@@ -17,7 +18,11 @@ void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::ve
     if (left && hit.row != kNone) Toggle(hit.row);
   } else if (hit.flags == kHitButton) {
     if (!left) selectedItem = hit.row;
-    if (left) Toggle(hit.row);
+    if (left && (flags & kMouseShift) != 0) {
+      ExpandBelow(hit.row, !rows[hit.row].expanded);
+    } else if (left) {
+      Toggle(hit.row);
+    }
   } else {
     if (!left) selectedItem = hit.row;
     if (!onRow) return Band(left, flags, point, moves, end, last);
@@ -32,7 +37,7 @@ void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::ve
       return Release(left, end, last);
     }
     if (end == End::LoseCapture) return;
-    if (end == End::Escape) selectedItem = caret;  // as after any key
+    if (end == End::Escape) selectedItem = caret, tip.clear();  // as after any key
     if (left) selectedItem = HitAt(last).row;
     Click(left, flags, hit.row);
     if (!left) heard += "menu ";
@@ -126,6 +131,7 @@ void NaiveTreeList::Click(bool left, unsigned flags, int row) {
 
 void NaiveTreeList::Release(bool left, End end, CPoint last) {
   if (end == End::LoseCapture) return;
+  if (end == End::Escape) tip.clear();
   if (end == End::Escape && multi) selectedItem = caret;
   if (left) selectedItem = HitAt(last).row;
   if (!left) heard += "menu ";
@@ -170,7 +176,11 @@ void NaiveTreeList::Band(bool left, unsigned flags, CPoint from, const std::vect
 void NaiveTreeList::Key(int key, unsigned flags) {
   const bool control = multi && (flags & kMouseControl) != 0;
   const bool shift = multi && (flags & kMouseShift) != 0;
+  tip.clear();
+  if (caret != kNone && (key == kKeyAdd || key == kKeySubtract)) Expand(Shown(caret), key == kKeyAdd);
+  if (caret != kNone && key == kKeyMultiply) ExpandBelow(Shown(caret), true);
   if (multi) selectedItem = caret;
+  if (control && key == kKeySpace && caret != kNone) rows[caret].selected = !rows[caret].selected;
   if (control && key == kKeyA) return SelectVisible(true);
   if (control && key == kKeyI) return Invert();
   if (key < kKeyPageUp || key > kKeyDown) return;

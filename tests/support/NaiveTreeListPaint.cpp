@@ -23,12 +23,17 @@ void NaiveTreeList::Paint(Screen& screen) const {
   }
   for (int line = 0; line <= kPage && At(first + line) != kNone; ++line) {
     // The line above a row is drawn on the row above it, below whatever that shows.
-    if (grid) paint.Hatch({0, line * kLine - 1, ColumnsWidth(), line * kLine}, 0);
+    Strip(paint, {0, line * kLine - 1, ColumnsWidth(), line * kLine});
   }
   for (int line = 0; line <= kPage && At(first + line) != kNone; ++line) {
     if (rows[At(first + line)].record) PaintTexts(paint, At(first + line), line * kLine);
   }
   paint.SetOrigin(0);
+}
+
+void NaiveTreeList::Strip(ScreenPainter& paint, const CRect& strip) const {
+  if (!grid || gridStyle == CTreeListCtrl::kGridNone) return;
+  gridStyle == CTreeListCtrl::kGridSolid ? paint.Fill(strip, 0) : paint.Hatch(strip, 0);
 }
 
 void NaiveTreeList::PaintTreePart(ScreenPainter& paint, int row, int y, COLORREF shadow) const {
@@ -61,11 +66,9 @@ void NaiveTreeList::PaintTexts(ScreenPainter& paint, int at, int y) const {
   const Row& row = rows[at];
   const IToolkit& colours = IToolkit::Instance();
   const CRect band{std::min(TextLeft(at), width[0]), y, ColumnsWidth(), y + kLine};
-  if (row.selected) {
-    paint.Fill(band, colours.GetColour(SystemColour::Highlight));
-    paint.FocusRect(band);
-  }
   const COLORREF colour = colours.GetColour(row.selected ? SystemColour::HighlightText : SystemColour::WindowText);
+  if (row.selected) paint.Fill(band, colours.GetColour(SystemColour::Highlight));
+  if (row.selected || (at == caret && focused)) paint.FocusRect(band, colour);
   const auto text = [&](int column, int left, int room) {
     if (row.text[column].empty() || room <= 0) return;
     const CString shown = Fit(row.text[column], row.bold, room - 8);
@@ -78,9 +81,9 @@ void NaiveTreeList::PaintTexts(ScreenPainter& paint, int at, int y) const {
     paint.Fill(swatch, *row.colour & 0xFFFFFFU);
     paint.Frame(swatch, 0);
   }
-  for (int column = 0, edge = 0; grid && !row.selected && column < 3; ++column) {
+  for (int column = 0, edge = 0; !row.selected && column < 3; ++column) {
     edge += width[column];
-    paint.Hatch({edge - 1, y, edge, y + kLine}, 0);
+    Strip(paint, {edge - 1, y, edge, y + kLine});
   }
 }
 

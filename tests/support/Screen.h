@@ -83,7 +83,7 @@ class ScreenPainter final : public IPainter {
       if ((x + y) % 2 == 0) pixel = colour;
     });
   }
-  void FocusRect(const CRect& area) override {
+  void FocusRect(const CRect& area, COLORREF) override {
     ChangeBorder(area, [](std::uint32_t& pixel, int x, int y) {
       if ((x + y) % 2 == 0) pixel = ~pixel;
     });

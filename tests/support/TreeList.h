@@ -19,8 +19,10 @@ class Parent final : public CWnd {
   std::string log;
   std::function<void(Notice&)> onNotice;
   std::function<void()> onPosted;
+  std::vector<CPoint> menus;  // where they were asked for, on the screen
 
  protected:
+  void OnContextMenu(CPoint screen) override { menus.push_back(screen); }
   std::intptr_t OnNotify(Notice& notice) override {
     if (notice.code == CTreeListCtrl::kNoticeBeginDrag) log += "drag ";
     if (notice.code == CTreeListCtrl::kNoticeBeginRightDrag) log += "rdrag ";

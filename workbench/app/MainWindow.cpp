@@ -54,7 +54,6 @@ MainWindow::MainWindow(MessageTables& messages)
   m_doc->SetOnImport([this] { OnImport(); });
   MakeJobs();
   m_dialogs = std::make_unique<DialogHost>(*m_doc, *m_operations, this);
-  ApplyPalette();
   RefreshActions();
   RefreshTitle();
   SayTableFaults();
@@ -137,16 +136,6 @@ void MainWindow::MakePanes() {
 }
 
 // ---- looks ----------------------------------------------------------------------------------------------
-
-/// The trees draw their texts in the system's colours, so their background has to follow the palette.
-void MainWindow::ApplyPalette() {
-  m_session->Manager().SetBkColor(FromQt(QApplication::palette().color(QPalette::Base)));
-}
-
-void MainWindow::changeEvent(QEvent* event) {
-  if (event->type() == QEvent::PaletteChange && m_session != nullptr) ApplyPalette();
-  QMainWindow::changeEvent(event);
-}
 
 void MainWindow::SaveLayout() const {
   QSettings settings;

@@ -85,7 +85,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   }
 
  protected:
-  void changeEvent(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
@@ -105,7 +104,6 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void SayTableFaults();
   void RefreshActions();
   void RefreshSelection();
-  void ApplyPalette();
 
   void OnImport();
   void OnExport();

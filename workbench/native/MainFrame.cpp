@@ -95,7 +95,6 @@ void MainFrame::MakePanes() {
   for (CWorksTreeBar* bar : {&m_modelBar, &m_gsetBar}) {
     Session::MakeBar(*bar, m_doc);
     m_toolkit.Embed(*bar, m_frame);
-    bar->SetBkColor(m_toolkit.GetColour(SystemColour::Window));
   }
   MakeFont();
 }
@@ -246,7 +245,6 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
     case WM_SYSCOLORCHANGE:
     case WM_SETTINGCHANGE:
       if (m_session == nullptr) return 0;
-      m_session->Manager().SetBkColor(m_toolkit.GetColour(SystemColour::Window));
       SendMessageW(static_cast<HWND>(m_toolkit.HandleOf(m_modelBar)), message, w, l);
       MakeFont();
       Layout();
