@@ -123,6 +123,25 @@ TEST_F(TreeList, AMenuOfTheKeyboardOpensBelowTheSelectedRow) {
   EXPECT_EQ(ask().y, m_tree.GetClientRect().bottom - 1);
 }
 
+TEST_F(TreeList, TypingFindsTitlesHoweverTheirAccentsAreWritten) {
+  for (const wchar_t* title : {L"x", L"E\x301tage", L"etage",
+                               L"Stra\xDF"
+                               L"e"})
+    Add(title);
+  const auto typed = [this](const CString& beginning) {
+    m_toolkit.Advance(2000);
+    m_tree.SelectAlone(m_rows[L"x"]);
+    m_toolkit.Type(m_tree, beginning);
+    m_toolkit.Pump();
+    return m_tree.GetItemText(m_tree.GetFirstSelectedItem(), 0);
+  };
+  EXPECT_EQ(typed(L"\xE9"), L"E\x301tage");
+  EXPECT_EQ(typed(L"et"), L"E\x301tage") << "accents that are not typed do not count";
+  EXPECT_EQ(typed(L"strass"),
+            L"Stra\xDF"
+            L"e");
+}
+
 TEST_F(TreeList, CopiesTheSelectedRowsAsLinesWithTabs) {
   Key(kKeyC, kMouseControl);
   EXPECT_EQ(m_toolkit.ClipboardText(), L"");

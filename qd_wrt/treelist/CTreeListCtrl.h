@@ -4,9 +4,11 @@
 #include <list>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/text/Folding.h"
 #include "platform/tree/CTreeCtrl.h"
 #include "qd_wrt/treelist/AccessibleTreeList.h"
 #include "qd_wrt/treelist/BandSelection.h"
@@ -275,7 +277,8 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   /// The search for the title that is being typed, in the rows from the caret on. Any key ends it, so does another
   /// caret; when rows come, go or move it begins anew, a few times.
   struct TitleSearch {
-    CString beginning;
+    std::string key;  // of the beginning that is looked for
+    Accents accents = Accents::kLeftOut;
     bool behind = false;  // the caret itself comes last
     HTREEITEM caret;
     HTREEITEM next;        // row to look at

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/text/Folding.h"
 #include "qd_wrt/treelist/CTreeListCtrl.h"
-#include "qd_wrt/treelist/RowOrder.h"
 
 namespace qd {
 
@@ -119,7 +119,10 @@ void CTreeListCtrl::OnChar(int character) {
   // The same letter again and again walks through the rows that begin with it.
   const bool repeats = m_typed.find_first_not_of(m_typed.front()) == CString::npos;
   TitleSearch& search = m_search.emplace(TitleSearch{});
-  search.beginning = repeats ? m_typed.substr(0, 1) : m_typed;
+  const CString beginning = repeats ? m_typed.substr(0, 1) : m_typed;
+  // Who types accents means them.
+  search.accents = HasAccents(beginning) ? Accents::kCount : Accents::kLeftOut;
+  search.key = FoldedKey(beginning, search.accents);
   search.behind = repeats;
   BeginSearch();
   SearchOn();
@@ -158,8 +161,7 @@ void CTreeListCtrl::SearchOn() {
   for (std::size_t i = 0; i < kRowsAtATime && search.left > 0; ++i, --search.left) {
     const HTREEITEM row = search.next;
     const CTLItem* record = GetRecord(row);
-    if (record != nullptr &&
-        CompareFolded(record->View(0).substr(0, search.beginning.size()), search.beginning) == 0) {
+    if (record != nullptr && StartsWithFolded(record->View(0), search.key, search.accents)) {
       EndSearch();
       return SelectAlone(row);
     }
