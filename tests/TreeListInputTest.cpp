@@ -142,6 +142,33 @@ TEST_F(TreeList, TypingFindsTitlesHoweverTheirAccentsAreWritten) {
             L"e");
 }
 
+TEST(TreeListTaken, MayBeTakenDownByWhoHearsOfABranch) {
+  HeadlessToolkit toolkit;
+  for (const int code : {CTreeCtrl::kNoticeItemExpanding, CTreeCtrl::kNoticeItemExpanded}) {
+    for (int act = 0; act < 4; ++act) {
+      Parent parent;
+      parent.Create(nullptr, 0, {0, 0, 300, 200});
+      auto tree = std::make_unique<CTreeListCtrl>();
+      tree->Create(&parent, 2, {0, 0, 300, 200});
+      tree->InsertColumn(0, L"Name", 0, 180, 0);
+      const HTREEITEM top = tree->InsertItem(L"top", 0, 0, {}, kInsertLast);
+      const HTREEITEM middle = tree->InsertItem(L"middle", 0, 0, top, kInsertLast);
+      const HTREEITEM below = tree->InsertItem(L"below", 0, 0, middle, kInsertLast);
+      tree->SelectAlone(top);
+      toolkit.Pump();
+      parent.onNotice = [&](Notice& notice) {
+        if (notice.code == code) tree.reset();
+      };
+      if (act == 0) toolkit.Click(*tree, {9, 9}, kMouseShift);
+      if (act == 1) toolkit.Key(*tree, kKeyMultiply);
+      if (act == 2) toolkit.Key(*tree, kKeyRight);
+      if (act == 3) tree->EnsureVisible(below);
+      toolkit.Pump();
+      EXPECT_EQ(tree, nullptr) << code << " by act " << act;
+    }
+  }
+}
+
 TEST_F(TreeList, CopiesTheSelectedRowsAsLinesWithTabs) {
   Key(kKeyC, kMouseControl);
   EXPECT_EQ(m_toolkit.ClipboardText(), L"");

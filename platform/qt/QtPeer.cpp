@@ -111,7 +111,9 @@ bool SurfaceWidget::event(QEvent* event) {
   if (event->type() == QEvent::Leave) Deliver({.kind = MessageKind::MouseLeave});
   if (event->type() == QEvent::WindowDeactivate) m_toolkit.LoseCapture();
   if (event->type() == QEvent::PaletteChange || event->type() == QEvent::FontChange) {
-    Deliver({.kind = MessageKind::LookChanged});
+    // Posted: who hears of it may take windows down.
+    QMetaObject::invokeMethod(
+        this, [this] { Deliver({.kind = MessageKind::LookChanged}); }, Qt::QueuedConnection);
     update();
   }
   return QWidget::event(event);

@@ -13,7 +13,7 @@ namespace qd {
 QD_EXPORT bool IsCharacterEnd(std::wstring_view text, std::size_t at);
 
 /// The greatest length, not above `length`, at which a text can be cut without breaking a character. A run of
-/// marks that does not end is cut all the same.
+/// more than 32 marks is cut all the same.
 QD_EXPORT std::size_t CutLength(std::wstring_view text, std::size_t length);
 
 }  // namespace qd

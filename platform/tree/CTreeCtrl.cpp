@@ -77,7 +77,9 @@ int CTreeCtrl::Expand(HTREEITEM row, ExpandAction action) {
   notice.code = kNoticeItemExpanding;
   notice.row = row;
   notice.action = expand ? ExpandAction::Expand : ExpandAction::Collapse;
-  if (Notify(notice) != 0 || !m_rows.Contains(row) || !m_rows.SetExpanded(row, expand)) return 0;
+  const std::weak_ptr<void> life = Life();  // whoever hears of it may take the tree down
+  if (Notify(notice) != 0 || life.expired()) return 0;
+  if (!m_rows.Contains(row) || !m_rows.SetExpanded(row, expand)) return 0;
   if (!expand && m_caret && !m_rows.IsVisible(m_caret)) m_caret = row;
   if (!expand && m_top) m_top = m_rows.NearestVisible(m_top);
   ScheduleLayout();
@@ -106,8 +108,8 @@ void CTreeCtrl::ExpandBelow(HTREEITEM row, ExpandAction action) {
 }
 
 void CTreeCtrl::EnsureVisible(HTREEITEM row) {
-  if (!m_rows.Contains(row) || !ExpandAbove(row) || !m_rows.Contains(row)) return;
-  if (!m_rows.IsVisible(row)) return;
+  if (!m_rows.Contains(row) || !ExpandAbove(row)) return;
+  if (!m_rows.Contains(row) || !m_rows.IsVisible(row)) return;
   const std::size_t position = m_rows.Position(row);
   const std::size_t top = TopPosition();
   const auto page = static_cast<std::size_t>(GetPageSize());
@@ -119,7 +121,7 @@ void CTreeCtrl::EnsureVisible(HTREEITEM row) {
 }
 
 /// Expands what is closed above a row, in one step: first each is asked, from the row up, then each is told.
-/// Returns whether nobody forbade it.
+/// Returns whether nobody forbade it and the tree still stands.
 bool CTreeCtrl::ExpandAbove(HTREEITEM row) {
   std::vector<HTREEITEM> closed;
   const auto count = static_cast<std::size_t>(m_rows.CollapsedAbove(row));
@@ -133,12 +135,14 @@ bool CTreeCtrl::ExpandAbove(HTREEITEM row) {
     notice.action = ExpandAction::Expand;
     return Notify(notice) == 0;
   };
-  // Handlers may change the tree as they like.
+  // Handlers may change the tree as they like, or take it down.
+  const std::weak_ptr<void> life = Life();
   bool allowed = true;
   std::vector<HTREEITEM> opened;
   for (const HTREEITEM branch : closed) {
     if (!m_rows.Contains(branch)) continue;
     allowed = tell(branch, kNoticeItemExpanding);
+    if (life.expired()) return false;
     if (!allowed) break;
     opened.push_back(branch);
   }
@@ -151,6 +155,7 @@ bool CTreeCtrl::ExpandAbove(HTREEITEM row) {
   OnViewMoved();
   for (const HTREEITEM branch : opened) {
     if (m_rows.Contains(branch)) tell(branch, kNoticeItemExpanded);
+    if (life.expired()) return false;
   }
   return allowed;
 }
@@ -180,7 +185,9 @@ int CTreeCtrl::SetCaret(HTREEITEM row) {
   const bool moved = m_caret != row;
   m_caret = row;
   SetRowState(row, kRowSelected, kRowSelected);
+  const std::weak_ptr<void> life = Life();
   EnsureVisible(row);
+  if (life.expired()) return 0;
   if (moved && GetPeer() != nullptr) GetPeer()->AnnounceFocus(row.value);
   return 1;
 }
@@ -216,6 +223,7 @@ HTREEITEM CTreeCtrl::TargetOfKey(int key) {
   const HTREEITEM caret = m_rows.NearestVisible(m_caret);
   const std::size_t position = m_rows.Position(caret);
   const auto page = static_cast<std::size_t>(std::max(GetPageSize() - 1, 1));
+  const std::weak_ptr<void> life = Life();
   switch (key) {
     case kKeyUp:
       return m_rows.RowAt(position == 0 ? 0 : position - 1);
@@ -244,6 +252,7 @@ HTREEITEM CTreeCtrl::TargetOfKey(int key) {
       }
       break;
   }
+  if (life.expired()) return {};
   return m_rows.Contains(caret) ? caret : HTREEITEM{};
 }
 

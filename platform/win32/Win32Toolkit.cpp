@@ -139,17 +139,26 @@ void Win32Toolkit::SetWaitCursor(bool on) {
   ::SetCursor(LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IsWaiting() ? IDC_WAIT : IDC_ARROW)));
 }
 
-/// The clipboard ends a text at its first character of code 0.
+/// The clipboard ends a text at its first character of code 0, and its lines with two characters. What it held
+/// goes only when there is something to put in its place.
 void Win32Toolkit::SetClipboardText(const CString& text) {
-  if (OpenClipboard(nullptr) == 0) return;  // another program holds it
-  EmptyClipboard();
-  const std::size_t bytes = (text.size() + 1) * sizeof(wchar_t);
-  if (const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes)) {
-    std::memcpy(GlobalLock(memory), text.c_str(), bytes);
-    GlobalUnlock(memory);
-    if (SetClipboardData(CF_UNICODETEXT, memory) == nullptr) GlobalFree(memory);  // else the system owns it
+  CString given;
+  given.reserve(text.size() + text.size() / 16);
+  for (const wchar_t element : text) given += element == L'\n' ? CString(L"\r\n") : CString(1, element);
+  const std::size_t bytes = (given.size() + 1) * sizeof(wchar_t);
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, bytes);
+  if (memory == nullptr) return;
+  std::memcpy(GlobalLock(memory), given.c_str(), bytes);
+  GlobalUnlock(memory);
+  // It takes nothing from a program that opens it without a window. Another one may hold it.
+  const HWND owner = GetFocus();
+  bool taken = false;
+  if (owner != nullptr && OpenClipboard(owner) != 0) {
+    EmptyClipboard();
+    taken = SetClipboardData(CF_UNICODETEXT, memory) != nullptr;
+    CloseClipboard();
   }
-  CloseClipboard();
+  if (!taken) GlobalFree(memory);  // else it is the system's
 }
 
 // ---- loops of their own ---------------------------------------------------------------------------------

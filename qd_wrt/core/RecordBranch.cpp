@@ -52,8 +52,8 @@ class RecordItem final : public CQDTreeItem {
     if (!row) return;
     if (row->title != GetTitle()) ChangeTitle(row->title);
     if (row->number != GetID() && row->number != 0) ChangeID(row->number);
-    if (!row->colour || *row->colour == GetColor()) return;
-    SetColor(*row->colour);
+    if (!m_showColour || row->colour.value_or(0) == GetColor()) return;
+    SetColor(row->colour.value_or(0));
     GetControl()->SetItemColor(GetTreeItemHandle(), GetColor(), 1);
   }
 

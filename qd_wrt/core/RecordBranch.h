@@ -14,8 +14,11 @@ namespace qd {
 /// What a row shows of its record.
 struct RecordRow {
   CString title;
-  std::int32_t number = 0;           ///< in column 1; 0 for none
-  std::optional<COLORREF> colour{};  ///< in column 2
+  /// In column 1; 0 for none. A number that was shown stays until there is another one.
+  std::int32_t number = 0;
+  /// In column 2, for rows that show a number. Whether there is one is decided when the row is made; none later is
+  /// black.
+  std::optional<COLORREF> colour{};
 };
 
 /// A branch with a row for each record of one kind, wherever the records are kept: all that the module has to know

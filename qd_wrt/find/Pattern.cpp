@@ -222,6 +222,9 @@ class Reader {
       default:
         return std::nullopt;
     }
+    // In both cases before it is turned round: what is no word is not one in the other case, either.
+    set.Tidy();
+    set.AddOtherCases();
     if (letter < 'a') set.Invert();
     return set;
   }

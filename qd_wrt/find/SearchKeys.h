@@ -48,7 +48,7 @@ class QD_EXPORT SearchKeys {
   std::size_t m_lost = 0;  ///< bytes without an owner
 };
 
-/// Looks through all keys for the rows that a query may match, a slice at a time. Keys and query must outlive it;
+/// Looks through all keys for the rows that a query may match, a slice at a time. The keys must outlive it;
 /// the owner begins anew when keys change between slices.
 class QD_EXPORT Search {
  public:

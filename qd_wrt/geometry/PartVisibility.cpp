@@ -60,7 +60,9 @@ void SwitchRows(const Given& given) {
     if (above != nullptr) quiet.emplace(*above);
     if (given.command == kCommandShowOnly) row.GetDocument()->OnShowOnly();
     if (only && above != nullptr) above->OnMenuEvent(show ? kCommandHideAll : kCommandShowAll);
-    for (CQDTreeItem* item : chosen) item->OnClickCheck(show ? kUnchecked : kChecked);
+    for (CQDTreeItem* item : chosen) {
+      if (!item->IsDetached()) item->OnClickCheck(show ? kUnchecked : kChecked);  // hosts may have deleted some
+    }
     if (only) row.ResetSelection(1);
   }
   if (only) {

@@ -92,18 +92,21 @@ CPoint CWorksTreeBar::GetPreferredSize() const {
   constexpr int kTitleWidth = 220;
   constexpr int kRows = 20;
   const IToolkit& toolkit = IToolkit::Instance();
-  const int others = m_tree.GetColumnsWidth() - m_tree.GetColumnWidth(0);
-  return {kTitleWidth + others + toolkit.GetMetric(Metric::ScrollBarWidth),
+  return {kTitleWidth + OtherColumnsWidth() + toolkit.GetMetric(Metric::ScrollBarWidth),
           toolkit.FontHeight({}) + kHeaderMargin + kRows * m_tree.GetItemHeight()};
+}
+
+int CWorksTreeBar::OtherColumnsWidth() const {
+  return m_tree.GetColumnsWidth() - m_tree.GetColumnWidth(0);
 }
 
 /// The title column takes what the others leave, until the user sets widths.
 void CWorksTreeBar::StretchWidth() {
   if (m_columnsAreUsers || m_tree.GetColumnsNum() == 0) return;
-  const int others = m_tree.GetColumnsWidth() - m_tree.GetColumnWidth(0);
   const int bar = IToolkit::Instance().GetMetric(Metric::ScrollBarWidth);
   m_stretching = true;
-  m_tree.GetHeader().SetItemWidth(0, std::max(GetClientRect().Width() - others - bar, kLeastTitleWidth));
+  m_tree.GetHeader().SetItemWidth(0,
+                                  std::max(GetClientRect().Width() - OtherColumnsWidth() - bar, kLeastTitleWidth));
   m_stretching = false;
 }
 

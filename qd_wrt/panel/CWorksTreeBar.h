@@ -95,6 +95,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
 
   void Initialize();
   void LayOut();
+  int OtherColumnsWidth() const;
   void StretchWidth();
   void OnHeaderChanged();
 

@@ -315,6 +315,7 @@ class QD_EXPORT CTreeListCtrl : public CTreeCtrl {
   void BeginSearch();
   void SearchOn();
   void EndSearch();
+  void EndTyping();
   HTREEITEM RowBehind(HTREEITEM row) const;
 
   void OpenEdit(HTREEITEM row);

@@ -26,6 +26,8 @@ bool CTreeListCtrl::IsSelectionKey(int key, unsigned flags) {
 }
 
 void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
+  // A blank may belong to the title that is being typed; any other key is about something else.
+  if (key != kKeySpace) EndTyping();
   EndSearch();
   DismissTip();
   if (key < kKeyPageUp || key > kKeyDown) return OnKeyBesideMoves(key, flags);
@@ -47,7 +49,9 @@ void CTreeListCtrl::OnKeyDown(int key, unsigned flags) {
     if (const HTREEITEM target = TargetOfKey(key)) SetItemState(target, kRowFocused, kRowFocused);
     return;
   }
+  const std::weak_ptr<void> life = Life();
   MoveCaretByKey(key);
+  if (life.expired()) return;
   ResetVertScrollBar();
   m_selectedItem = GetCaret();
   if (shift && m_anchor && GetCaret()) SelectRange(m_anchor, GetCaret(), 1);
@@ -66,16 +70,19 @@ void CTreeListCtrl::OnKeyBesideMoves(int key, unsigned flags) {
   if (!IsSelectionKey(key, flags)) return;
   if (key == kKeyA) return SelectAll(1);
   if (key == kKeyI) return InvertSelection();
-  if (GetCaret()) SetRowState(GetCaret(), IsSelected(GetCaret()) ? 0U : kRowSelected, kRowSelected);
+  if (!GetCaret()) return;
+  m_anchor = GetCaret();  // ranges begin with what was chosen last
+  SetRowState(m_anchor, IsSelected(m_anchor) ? 0U : kRowSelected, kRowSelected);
 }
 
 CPoint CTreeListCtrl::KeyboardMenuPlace() {
   DismissTip();
   const HTREEITEM row = IsSelected(GetCaret()) ? GetCaret() : GetFirstSelectedItem();
   if (!row) return {};
+  const std::weak_ptr<void> life = Life();
   EnsureVisible(row);
   CRect text;
-  if (!GetItemRect(row, text, true)) return {};
+  if (life.expired() || !GetItemRect(row, text, true)) return {};
   const CRect client = GetClientRect();
   return {std::clamp(text.left + m_offset, 0, std::max(client.right - 1, 0)),
           std::min(text.bottom, std::max(client.bottom - 1, 0))};
@@ -131,9 +138,13 @@ void CTreeListCtrl::OnChar(int character) {
 void CTreeListCtrl::OnTimer(unsigned id) {
   if (id == kSearchTimer) return SearchOn();
   if (id != kTypingTimer) return CTreeCtrl::OnTimer(id);
-  // A pause ends the title that is being typed.
-  GetPeer()->KillTimer(kTypingTimer);
+  EndTyping();  // a pause does so
+}
+
+void CTreeListCtrl::EndTyping() {
+  if (m_typed.empty()) return;
   m_typed.clear();
+  if (GetPeer() != nullptr) GetPeer()->KillTimer(kTypingTimer);
 }
 
 /// Begins with the caret, or with the row behind it.

@@ -13,6 +13,7 @@ HTREEITEM CTreeListCtrl::HitTestContent(CPoint point, unsigned& flags) const {
 
 void CTreeListCtrl::OnLButtonDown(unsigned flags, CPoint point) {
   DismissTip();
+  EndTyping();
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
   m_pressedRow = row;
@@ -30,6 +31,7 @@ void CTreeListCtrl::OnLButtonDown(unsigned flags, CPoint point) {
 
 void CTreeListCtrl::OnRButtonDown(unsigned flags, CPoint point) {
   DismissTip();
+  EndTyping();
   unsigned hit = 0;
   const HTREEITEM row = HitTestContent(point, hit);
   m_selectedItem = row;
@@ -41,8 +43,9 @@ void CTreeListCtrl::OnButtonDown(Button button, unsigned flags, CPoint point) {
   const HTREEITEM row = HitTestContent(point, hit);
   if (row && hit == kHitButton) {
     const bool all = (flags & (kMouseShift | kMouseAlt)) != 0;
+    const std::weak_ptr<void> life = Life();
     all ? ExpandBelow(row, ExpandAction::Toggle) : static_cast<void>(Expand(row, ExpandAction::Toggle));
-    ResetVertScrollBar();
+    if (!life.expired()) ResetVertScrollBar();
     return;
   }
   if (!row || (hit & (kHitNowhere | kHitIndent)) != 0) return DoBanding(button, flags, point);

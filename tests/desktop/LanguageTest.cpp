@@ -263,7 +263,7 @@ TEST(Tables, APipeAFolderOrAHugeFileIsNoTable) {
 TEST(Tables, ArgumentsArePutInAsTheyAre) {
   const MessageTables tables;
   EXPECT_EQ(Text("IDS_WB_IMPORT_FAILED", {"%s", "why"}), "%s: why");
-  EXPECT_EQ(Text("IDS_WB_IMPORT_FAILED", {"only one"}), "only one: ");
+  EXPECT_EQ(Text("IDS_WB_IMPORT_FAILED", {"only one"}), "only one: %s") << "whoever wrote it sees what is missing";
 }
 
 // ---- variants -----------------------------------------------------------------------------------------------

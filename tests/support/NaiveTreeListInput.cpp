@@ -8,6 +8,7 @@ namespace qd::test {
 void NaiveTreeList::Press(bool left, unsigned flags, CPoint point, const std::vector<MoveTo>& moves, End end,
                           CPoint last) {
   tip.clear();  // until the pointer comes to another row
+  typed.clear();
   const Hit hit = HitAt(point);
   const bool onRow = hit.row != kNone && (hit.flags & (kHitNowhere | kHitIndent)) == 0;
   std::size_t next = 0;  // of the moves that nobody has taken yet
@@ -177,10 +178,14 @@ void NaiveTreeList::Key(int key, unsigned flags) {
   const bool control = multi && (flags & kMouseControl) != 0;
   const bool shift = multi && (flags & kMouseShift) != 0;
   tip.clear();
+  if (key != kKeySpace) typed.clear();
   if (caret != kNone && (key == kKeyAdd || key == kKeySubtract)) Expand(Shown(caret), key == kKeyAdd);
   if (caret != kNone && key == kKeyMultiply) ExpandBelow(Shown(caret), true);
   if (multi) selectedItem = caret;
-  if (control && key == kKeySpace && caret != kNone) rows[caret].selected = !rows[caret].selected;
+  if (control && key == kKeySpace && caret != kNone) {
+    rows[caret].selected = !rows[caret].selected;
+    anchor = caret;
+  }
   if (control && key == kKeyA) return SelectVisible(true);
   if (control && key == kKeyI) return Invert();
   if (key < kKeyPageUp || key > kKeyDown) return;

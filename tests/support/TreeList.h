@@ -31,8 +31,9 @@ class Parent final : public CWnd {
     if (notice.code == kNoticeClick) {
       EXPECT_TRUE(static_cast<CTreeListCtrl*>(notice.from)->IsEmulatedNotify());
     }
+    const std::weak_ptr<void> sender = notice.from->Life();
     if (onNotice) onNotice(notice);
-    return CWnd::OnNotify(notice);
+    return sender.expired() ? 0 : CWnd::OnNotify(notice);
   }
   void OnPosted(unsigned, std::uint64_t) override {
     if (onPosted) onPosted();

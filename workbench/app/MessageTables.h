@@ -47,7 +47,7 @@ class MessageTables final : public CMSGFunction::ITable {
   QTranslator m_qtTexts;
 };
 
-/// The text of a key for Qt, with each "%s" replaced by the next argument.
+/// The text of a key for Qt, with its arguments in the places that the language has for them.
 QString Text(const char* key, const QStringList& arguments = {});
 /// The text of a menu's entry as the title of what it opens: without the key that chooses it, and without dots.
 QString TitleText(const char* key);

@@ -1,5 +1,6 @@
 #include "workbench/tree/DocumentNode.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -55,6 +56,12 @@ void DocumentNode::RegisterReceiveDataType() {
 
 void DocumentNode::OnUpdate() {
   if (m_materials == nullptr) return MakeMaterials();
+  const std::vector<tagTRNotify> changes = PendingRecords();
+  const auto gone = std::count_if(changes.begin(), changes.end(),
+                                  [](const tagTRNotify& change) { return change.kind == kChangeDeleted; });
+  // The branch may hear of it before or behind this node; the pool is asked only when the last row may be among
+  // them.
+  if (gone == 0 || m_materials->GetChildCount() > gone) return;
   if (GetDBSession()->GetMaterialPool().GetItrList().empty()) DeleteChild(std::exchange(m_materials, nullptr));
 }
 
