@@ -10,6 +10,7 @@
 #include "InWindow.h"
 #include "host/CTransaction.h"
 #include "host/LongWork.h"
+#include "workbench/app/DocumentQuestions.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/tree/TreePrinter.h"
 
@@ -159,6 +160,23 @@ TEST_F(Trouble, RecoveryNamesTheDocumentAndDoesNotMixItWithAnother) {
 }
 
 /// What cannot be recovered as it is was somebody's work too: it is told, and what is sound of it can be had.
+TEST_F(Trouble, ASecondClickDoesNotDiscardTheNextDocument) {
+  bool early = true;
+  QTimer::singleShot(100, m_window.get(), [&] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    for (QAbstractButton* button : box->buttons()) {
+      if (box->buttonRole(button) != QMessageBox::DestructiveRole) continue;
+      early = button->isEnabled();
+      if (WaitUntil([button] { return button->isEnabled(); }, 5)) return button->click();
+    }
+    box->close();
+  });
+  const workbench::DocumentQuestions questions(m_window.get());
+  EXPECT_EQ(questions.AskRecovery({}), workbench::DocumentQuestions::Recovery::Discard);
+  EXPECT_FALSE(early) << "a click that comes at once is of the question before";
+}
+
 TEST_F(Trouble, ADamagedRecoveryFileIsToldAndOfferedForRepair) {
   RestartWithState(Path("state"));
   Open(m_files.Make({"pump"}, "pump.step"));

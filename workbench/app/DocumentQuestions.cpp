@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 #include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
@@ -27,7 +28,12 @@ DocumentQuestions::Recovery DocumentQuestions::AskRecovery(const RecoverableDocu
   box.setObjectName("recovery");
   box.setTextFormat(Qt::PlainText);
   const QPushButton* recover = box.addButton(Text("IDS_WB_RECOVER"), QMessageBox::AcceptRole);
-  const QPushButton* discard = box.addButton(Text("IDS_WB_DISCARD"), QMessageBox::DestructiveRole);
+  QPushButton* discard = box.addButton(Text("IDS_WB_DISCARD"), QMessageBox::DestructiveRole);
+  // One question follows the other at the same place: a second click on the former one must not throw away a
+  // document that nobody has read of.
+  constexpr int kMoment = 700;  // milliseconds
+  discard->setEnabled(false);
+  QTimer::singleShot(kMoment, discard, [discard] { discard->setEnabled(true); });
   box.setEscapeButton(box.addButton(Text("IDS_WB_LATER"), QMessageBox::RejectRole));
   box.exec();
   if (box.clickedButton() == recover) return Recovery::Recover;
