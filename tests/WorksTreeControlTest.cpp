@@ -194,10 +194,11 @@ TEST_F(WorksTree, ABranchThatFollowsNothingItselfMayDieBeforeThoseThatFollowThro
   });
   Notice({{7, kChangeAdded, 1}});
   EXPECT_EQ(ProbeNode::TakeLog(), "asked guest(1 ) ");
-  const CQDTreeListCtrl::Handler handler(Tree());  // the memory stays, so that asking it would be seen
-  CQDTreeItem::Destroy(relay);
-  Notice({{7, kChangeAdded, 2}});
-  EXPECT_EQ(ProbeNode::TakeLog(), "");
+  Tree().RunDeep(Tree().GetQDRootItem(), [&] {  // the memory stays meanwhile, so that asking it would be seen
+    CQDTreeItem::Destroy(relay);
+    Notice({{7, kChangeAdded, 2}});
+  });
+  EXPECT_EQ(ProbeNode::TakeLog(), "~relay ");
 }
 
 TEST_F(WorksTree, NodesThatAnEarlierOneDeletesOrLeavesWithoutRowAreNotCalled) {
