@@ -8,7 +8,7 @@
 #include "support/EnglishTexts.h"
 #include "support/Mesh.h"
 #include "workbench/session/DocumentPage.h"
-#include "workbench/session/WorkedOn.h"
+#include "workbench/session/FollowedWork.h"
 
 namespace qd::test {
 namespace {
@@ -82,12 +82,12 @@ TEST_F(SessionTest, APickSelectsInBothTreesAndTheBuffer) {
 /// Rows that stand for no record mean what lies below them; only with nothing selected an act takes all.
 TEST_F(SessionTest, ARowWithoutARecordMeansWhatIsBelowIt) {
   const auto parts = [this](bool elseAll = true) {
-    const WorkedOn worked = SelectedParts(m_doc, Reach::Shown, elseAll);
-    return NamesOf(Data().GetGeomPool(), worked.records) + (worked.all ? L" (all)" : L"");
+    const FollowedWork worked(m_doc, {.elseAll = elseAll}, [] {});
+    return worked.Names() + (worked.IsAll() ? L" (all)" : L"");
   };
   const auto sets = [this] {
-    const WorkedOn worked = SelectedMeshSets(m_doc);
-    return NamesOf(Data().GetMsetPool(), worked.records) + (worked.all ? L" (all)" : L"");
+    const FollowedWork worked(m_doc, {.type = kDataMset, .elseAll = true}, [] {});
+    return worked.Names() + (worked.IsAll() ? L" (all)" : L"");
   };
   EXPECT_EQ(parts(), L"a, b, c (all)");
   EXPECT_EQ(sets(), L"outer, inner (all)");

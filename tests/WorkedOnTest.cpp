@@ -35,9 +35,9 @@ TEST_P(WorkedOnParts, AreTheSelectedOnesAndThoseOfSelectedSets) {
     selection.records.push_back(records.at(name));
   }
   m_doc.Select(selection);
-  const WorkedOn worked = SelectedParts(m_doc, given.reach, given.elseAll);
-  EXPECT_EQ(NamesOf(Data().GetGeomPool(), worked.records), given.parts);
-  EXPECT_EQ(worked.all, given.all);
+  const FollowedWork worked(m_doc, {.reach = given.reach, .elseAll = given.elseAll}, [] {});
+  EXPECT_EQ(worked.Names(), given.parts);
+  EXPECT_EQ(worked.IsAll(), given.all);
 }
 INSTANTIATE_TEST_SUITE_P(Selections, WorkedOnParts,
                          ::testing::Values(SelectedCase{"part", L"B", Reach::Shown, true, L"B"},

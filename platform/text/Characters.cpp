@@ -7,10 +7,6 @@ namespace qd {
 
 namespace {
 
-bool IsAscii(wchar_t element) {
-  return static_cast<char32_t>(element) < 0x80;
-}
-
 bool IsControlKind(BreakKind kind) {
   return kind == BreakKind::kControl || kind == BreakKind::kCarriageReturn || kind == BreakKind::kLineFeed;
 }

@@ -5,6 +5,10 @@
 
 namespace qd {
 
+inline constexpr bool IsAscii(wchar_t element) {
+  return static_cast<char32_t>(element) < 0x80;
+}
+
 /// A code of a text, and how many elements it takes.
 struct CodePoint {
   char32_t code = 0;

@@ -12,10 +12,6 @@
 
 namespace qd {
 
-inline bool IsAscii(wchar_t element) {
-  return static_cast<char32_t>(element) < 0x80;
-}
-
 /// The small letter of an ASCII element.
 inline char32_t SmallAscii(wchar_t element) {
   const auto code = static_cast<char32_t>(element);

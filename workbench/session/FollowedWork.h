@@ -9,7 +9,8 @@
 namespace qd::workbench {
 
 /// What an open dialog works on: kept as the selection, the records and the display change, and told only when it
-/// is something else than before. What becomes of one record is looked at for that record alone.
+/// is something else than before. While records of the type themselves are selected, what becomes of one is looked
+/// at for that record alone; what a selected set or row without a record holds is gathered anew.
 class FollowedWork final {
  public:
   struct What {

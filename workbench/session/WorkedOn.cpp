@@ -24,11 +24,6 @@ class EachOnce {
   std::vector<iterator> m_records;
 };
 
-WorkedOn Taken(const WorkDocument& doc, std::uint16_t type, WorkedOn worked, Reach reach) {
-  std::erase_if(worked.records, [&](iterator itr) { return !IsTaken(doc, type, itr, reach); });
-  return worked;
-}
-
 }  // namespace
 
 bool IsTaken(const WorkDocument& doc, std::uint16_t type, iterator itr, Reach reach) {
@@ -62,17 +57,6 @@ std::vector<iterator> MeantMeshSets(const WorkDocument& doc) {
     if (const iterator mesh = database.GetMsetPool().GetItrByGeomItr(part); mesh != 0) sets.Add(mesh);
   }
   return sets.Take();
-}
-
-WorkedOn SelectedParts(const WorkDocument& doc, Reach reach, bool elseAll) {
-  const bool all = elseAll && doc.GetSelection().IsEmpty();
-  return Taken(doc, kDataGeom, {all ? doc.GetDatabase().GetGeomPool().GetItrList() : MeantParts(doc), all}, reach);
-}
-
-WorkedOn SelectedMeshSets(const WorkDocument& doc) {
-  const bool all = doc.GetSelection().IsEmpty();
-  return Taken(doc, kDataMset, {all ? doc.GetDatabase().GetMsetPool().GetItrList() : MeantMeshSets(doc), all},
-               Reach::Shown);
 }
 
 template <typename Pool>

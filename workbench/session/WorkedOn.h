@@ -6,12 +6,6 @@
 
 namespace qd::workbench {
 
-/// What an act of a dialog is done to.
-struct WorkedOn {
-  std::vector<iterator> records;
-  bool all = false;  ///< nothing is selected, so it is all that can be taken
-};
-
 /// Which records an act takes.
 enum class Reach { All, Shown, ShownSolids };
 
@@ -23,11 +17,6 @@ bool IsTaken(const WorkDocument& doc, std::uint16_t type, iterator itr, Reach re
 std::vector<iterator> MeantParts(const WorkDocument& doc);
 /// Likewise the mesh sets, and those that were made of parts that are meant.
 std::vector<iterator> MeantMeshSets(const WorkDocument& doc);
-
-/// What is meant and taken. Where nothing at all is selected and `elseAll` is set, all that can be taken; with
-/// anything else selected there is nothing to work on.
-WorkedOn SelectedParts(const WorkDocument& doc, Reach reach, bool elseAll = false);
-WorkedOn SelectedMeshSets(const WorkDocument& doc);
 
 /// The first names of some records of a pool, cut to fit a line.
 template <typename Pool>
