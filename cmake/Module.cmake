@@ -1,13 +1,16 @@
 # The module: one shared library made of parts, each of which sees only what it may know.
 
-qd_layer_headers(platform platform)
+# What stands in folders of `platform`, but the texts, is layers of its own.
+qd_layer_headers(platform platform/*.h platform/text)
+add_library(qd_platform_headers ALIAS platform_headers)
 qd_layer_headers(host host)
 
 qd_module_part(qd_platform platform SEES platform)
-file(GLOB tree_sources CONFIGURE_DEPENDS platform/tree/*.cpp platform/text/*.cpp)
+file(GLOB text_sources CONFIGURE_DEPENDS platform/text/*.cpp)
 set_source_files_properties("${QD_UNICODE_TABLES}" PROPERTIES GENERATED ON)
-target_sources(qd_platform PRIVATE ${tree_sources} "${QD_UNICODE_TABLES}")
+target_sources(qd_platform PRIVATE ${text_sources} "${QD_UNICODE_TABLES}")
 add_dependencies(qd_platform unicode_tables)
+qd_module_part(qd_tree platform/tree SEES platform)
 # The window system of the module's home comes with it; elsewhere the host brings its toolkit.
 if(WIN32)
   qd_module_part(qd_system platform/win32 SEES platform)
@@ -19,22 +22,36 @@ else()
   target_sources(qd_system PRIVATE "${QD_ARTWORK}")
 endif()
 qd_module_part(qd_host host SEES platform)
+set_source_files_properties("${QD_BUILT_IN_TEXTS}" PROPERTIES GENERATED ON)
+target_sources(qd_host PRIVATE "${QD_BUILT_IN_TEXTS}")
+add_dependencies(qd_host built_in_texts)
 qd_module_part(qd_find qd_wrt/find SEES platform)
-qd_module_part(qd_treelist qd_wrt/treelist SEES platform)
-qd_module_part(qd_core qd_wrt/core SEES qd_treelist host platform)
-qd_module_part(qd_panel qd_wrt/panel SEES qd_core qd_treelist host platform)
+qd_module_part(qd_treelist qd_wrt/treelist SEES qd_find qd_tree platform)
+qd_module_part(qd_core qd_wrt/core SEES qd_treelist qd_find qd_tree host platform)
+qd_module_part(qd_panel qd_wrt/panel SEES qd_core qd_treelist qd_find qd_tree host platform)
 qd_module_part(qd_properties qd_wrt/properties SEES host platform)
-set(QD_MODULE_PARTS qd_platform qd_system qd_host qd_find qd_treelist qd_core qd_panel qd_properties)
+set(QD_MODULE_PARTS qd_platform qd_tree qd_system qd_host qd_find qd_treelist qd_core qd_panel qd_properties)
+# The interface for C stands over all of it.
+set(QD_C_SEES qd_nodes qd_panel qd_core qd_treelist qd_find qd_tree host platform)
 # Every other folder is a branch.
-file(GLOB branches RELATIVE "${CMAKE_SOURCE_DIR}/qd_wrt" CONFIGURE_DEPENDS LIST_DIRECTORIES true qd_wrt/*)
+file(GLOB branches RELATIVE "${PROJECT_SOURCE_DIR}/qd_wrt" CONFIGURE_DEPENDS LIST_DIRECTORIES true qd_wrt/*)
 foreach(branch IN LISTS branches)
-  if(NOT "qd_${branch}" IN_LIST QD_MODULE_PARTS)
-    qd_module_part(qd_${branch} qd_wrt/${branch} SEES qd_properties qd_core qd_treelist host platform)
+  if(NOT "qd_${branch}" IN_LIST QD_MODULE_PARTS AND NOT branch STREQUAL "c")
+    qd_module_part(qd_${branch} qd_wrt/${branch} SEES qd_properties qd_core qd_treelist qd_find qd_tree host platform)
     list(APPEND QD_MODULE_PARTS qd_${branch})
   endif()
 endforeach()
+qd_module_part(qd_c qd_wrt/c SEES ${QD_C_SEES})
+list(APPEND QD_MODULE_PARTS qd_c)
+if(WIN32)
+  qd_module_part(qd_c_native qd_wrt/c/win32 SEES qd_c qd_system ${QD_C_SEES})
+  list(APPEND QD_MODULE_PARTS qd_c_native)
+endif()
 add_library(QD_wrt SHARED)
-set_target_properties(QD_wrt PROPERTIES CXX_VISIBILITY_PRESET hidden SOVERSION ${PROJECT_VERSION_MAJOR}
+# Before 1.0 each minor version is another library: programs are built again for it. What has the same number works
+# with programs that were built against any of its patches.
+set(QD_SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+set_target_properties(QD_wrt PROPERTIES CXX_VISIBILITY_PRESET hidden SOVERSION ${QD_SOVERSION}
                                         VERSION ${PROJECT_VERSION})
 foreach(part IN LISTS QD_MODULE_PARTS)
   target_sources(QD_wrt PRIVATE $<TARGET_OBJECTS:${part}>)
@@ -44,7 +61,7 @@ target_link_libraries(QD_wrt PRIVATE ${QD_SYSTEM_LIBRARIES})
 if(WIN32)
   # Under the name that hosts load it by.
   set_target_properties(QD_wrt PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
-  set(QD_SCRIPT "${CMAKE_SOURCE_DIR}/resources/windows/QD_wrt.rc")
+  set(QD_SCRIPT "${PROJECT_SOURCE_DIR}/resources/windows/QD_wrt.rc")
   set_source_files_properties("${QD_SCRIPT}" PROPERTIES OBJECT_DEPENDS "${QD_ARTWORK}"
                               INCLUDE_DIRECTORIES "${QD_ARTWORK_FOLDER}"
                               COMPILE_DEFINITIONS "QD_VERSION_NUMBERS=${PROJECT_VERSION_MAJOR},${PROJECT_VERSION_MINOR},${PROJECT_VERSION_PATCH},0;QD_VERSION_TEXT=\\\"${PROJECT_VERSION}\\\"")

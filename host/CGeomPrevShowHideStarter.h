@@ -8,6 +8,7 @@ namespace qd {
 /// before it, so that the user can go back.
 class CGeomPrevShowHideStarter {
  public:
+  /// Null for a host without parts: nothing happens then.
   explicit CGeomPrevShowHideStarter(CCADSession* session) : m_session(session) {
     if (m_session != nullptr) m_session->GetRenderObjects().BeginShowHide();
   }

@@ -1,5 +1,9 @@
 #include "host/CMSGFunction.h"
 
+#include <algorithm>
+
+#include "host/BuiltInTexts.h"
+
 namespace qd {
 
 namespace {
@@ -17,6 +21,9 @@ CMSGFunction::ITable::~ITable() {
 CString CMSGFunction::GetValue(std::string_view key) {
   CString text;
   if (theTable != nullptr && theTable->Find(key, text)) return text;
+  const std::span<const BuiltInText> texts = BuiltInTexts();
+  const auto found = std::ranges::lower_bound(texts, key, {}, &BuiltInText::key);
+  if (found != texts.end() && found->key == key) return CString(found->text);
   return CString(key.begin(), key.end());
 }
 

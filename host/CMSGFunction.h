@@ -7,7 +7,8 @@
 
 namespace qd {
 
-/// The host's message table: display texts by key in the current language.
+/// Display texts by key, from the host's message table in the current language. Hosts that bring no table have the
+/// module's own texts in English.
 class QD_EXPORT CMSGFunction {
  public:
   /// The host's side. The object registers itself and must outlive every look-up.
@@ -21,7 +22,7 @@ class QD_EXPORT CMSGFunction {
     virtual bool Find(std::string_view key, CString& text) const = 0;
   };
 
-  /// The text of a key in the current language; the key itself when it has none.
+  /// The text of a key in the current language; without one the module's own in English, else the key itself.
   static CString GetValue(std::string_view key);
 };
 

@@ -15,7 +15,7 @@ class CPropertiesWnd {
  public:
   /// Shows a page, made by its ShowProperty, or nothing for null. The window owns the page until the next one.
   virtual void SetPropertySet(std::unique_ptr<IPropertySet> page) = 0;
-  virtual void Refresh() = 0;
+  virtual void Refresh() = 0;  ///< shows the page as it is now
   /// The page on show, null for none.
   virtual IPropertySet* GetPropertySet() const = 0;
 
@@ -36,7 +36,7 @@ class QD_EXPORT CMainFrame {
 
   /// Null when the document shows no property window.
   virtual CPropertiesWnd* GetPropertiesWnd(CQDDocBase* doc) = 0;
-  virtual IWorksTreeManager* GetWorksTreeManager() = 0;
+  virtual IWorksTreeManager* GetWorksTreeManager() = 0;  ///< null before the trees are made
 };
 
 }  // namespace qd

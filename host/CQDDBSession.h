@@ -11,6 +11,8 @@ namespace qd {
 /// The database of one open document.
 class CQDDBSession {
  public:
+  /// @{
+  /// A pool, or what is known beyond them; lives as long as the session.
   virtual DPoolGeom& GetGeomPool() = 0;
   virtual DPoolMset& GetMsetPool() = 0;
   virtual DPoolMGInfo& GetMGInfoPool() = 0;
@@ -19,6 +21,7 @@ class CQDDBSession {
   virtual DPoolCord& GetCordPool() = 0;
   virtual DPoolGKey& GetGKeyPool() = 0;
   virtual IAppDB& GetAppDB() = 0;
+  /// @}
 
   /// The pool that an iterator belongs to, 0 when it names no living record. Iterators are unique over all pools.
   virtual std::uint16_t GetDataType(iterator itr) const = 0;

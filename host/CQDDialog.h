@@ -11,8 +11,9 @@ namespace qd {
 /// A modal dialog of a document.
 class QD_EXPORT CQDDialog : public CDialog {
  public:
+  /// `layout` is not copied; `doc` may be null. Neither is owned.
   CQDDialog(const DialogTemplate& layout, CQDDocBase* doc) : CDialog(layout), m_doc(doc) {}
-  CQDDocBase* GetDocument() const { return m_doc; }
+  CQDDocBase* GetDocument() const { return m_doc; }  ///< what the dialog works on, may be null
 
  private:
   CQDDocBase* m_doc;

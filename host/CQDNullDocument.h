@@ -11,7 +11,7 @@ namespace qd {
 /// beyond. Trees of host-made nodes need no more; others override what they have.
 class CQDNullDocument : public CQDDocBase {
  public:
-  explicit CQDNullDocument(CString name = {}) : m_name(std::move(name)) {}
+  explicit CQDNullDocument(CString name = {}) : m_name(std::move(name)) {}  ///< `name` is what GetPathName says
 
   CString GetPathName() const override { return m_name; }
   CQDViewBase* GetActiveView() override { return nullptr; }

@@ -27,8 +27,11 @@ class QD_EXPORT IUnitListener {
 /// changes what they mean.
 class QD_EXPORT CQDUnitCtrl {
  public:
+  /// @{
+  /// The name of the unit, as fields show it.
   static const CString& GetUnitSystemMass();
   static const CString& GetUnitSystemLength();
+  /// @}
   /// Tells every listener.
   static void SetUnitSystem(CString length, CString mass);
 };

@@ -24,6 +24,7 @@ class DPool {
   ~DPool() = default;
 };
 
+/// Geometry parts.
 class DPoolGeom : public DPool<tagTGeom> {
  public:
   /// Stores a changed record inside the open transaction. The two flags are the host's: write through (0) and
@@ -55,11 +56,11 @@ class DPoolMset : public DPool<tagTMset> {
   virtual iterator GetItrByGeomItr(iterator geom) const = 0;
   /// A mesh set of this name, 0 when there is none.
   virtual iterator GetItr(const CString& name) const = 0;
-  virtual int Exist(const CString& name) const = 0;
+  virtual int Exist(const CString& name) const = 0;  ///< 1 when a set has this name
   /// A name that no set has: `text` with the first free number behind it.
   virtual CString GetNewCopyName(const CString& text) const = 0;
-  virtual COLORREF GetNewColor() = 0;
-  virtual std::uint32_t GetNewKey() const = 0;
+  virtual COLORREF GetNewColor() = 0;           ///< a colour for another set, easy to tell from those given before
+  virtual std::uint32_t GetNewKey() const = 0;  ///< a key that no set has
   /// The set that takes what belongs to no other, 0 when there is none. It cannot be deleted or merged away.
   virtual iterator GetDefaultMset() const = 0;
   /// Returns the new record's iterator, 0 on failure.
@@ -69,10 +70,12 @@ class DPoolMset : public DPool<tagTMset> {
   /// Moves the nodes and elements of sets into another and deletes the sets; sets nested in them move up under
   /// the target.
   virtual int Merge(iterator target, const TArray<iterator>& itrs) = 0;
+  /// @{
   /// Each one undoable act of its own: deletes all sets but the default one, which is emptied; deletes all sets
   /// without nodes. Sets nested in deleted ones move to the nearest set above that stays.
   virtual int TR_Del_All() = 0;
   virtual int TR_Del_EmptyMset() = 0;
+  /// @}
 
  protected:
   ~DPoolMset() = default;
@@ -92,6 +95,7 @@ class DPoolMGInfo {
   ~DPoolMGInfo() = default;
 };
 
+/// Sets of geometry parts.
 class DPoolGset : public DPool<tagTGset> {
  public:
   /// A name that no set has: `text` with the first free number behind it.
@@ -129,6 +133,7 @@ class DPoolCord : public DPool<tagTCord> {
   virtual int Exist(const CString& name) const = 0;
   /// 1 for a system that belongs to the model from its beginning and cannot be changed or deleted.
   virtual int IsDefaultCord(iterator itr) const = 0;
+  /// Stores a changed record; one of those from the beginning is refused.
   virtual int Modify(iterator itr, const tagTCord& record) = 0;
   /// Deletes one system. After the last one of an act UpdateAfterDeletion is due.
   virtual int Delete(iterator itr) = 0;
@@ -139,6 +144,7 @@ class DPoolCord : public DPool<tagTCord> {
   ~DPoolCord() = default;
 };
 
+/// Materials; what the module reads of them goes through IAppDB.
 class DPoolMaterial : public DPool<tagTMaterial> {
  protected:
   ~DPoolMaterial() = default;

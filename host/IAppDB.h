@@ -13,17 +13,20 @@ using ProgressCall = std::function<bool(double done)>;
 /// What the application's own database knows beyond the pools.
 class IAppDB {
  public:
+  /// A line of a menu of materials.
   struct Material {
-    CString label;
-    iterator itr = 0;
+    CString label;     ///< what the menu shows
+    iterator itr = 0;  ///< the record
   };
+  /// What rows and pages show of a property of elements.
   struct Property {
-    std::int32_t number = 0;
-    CString name;
-    bool hasMaterial = false;
-    std::int32_t materialNumber = 0;
-    CString materialName;
+    std::int32_t number = 0;          ///< shown to the user, 0 none
+    CString name;                     ///< may be empty
+    bool hasMaterial = false;         ///< whether the next two say anything
+    std::int32_t materialNumber = 0;  ///< shown to the user, 0 none
+    CString materialName;             ///< may be empty
   };
+  /// What GetMassCentre finds.
   struct MassCentre {
     double mass = 0;         ///< model units
     double centre[3] = {0};  ///< likewise; the origin for a set without mass

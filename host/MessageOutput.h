@@ -16,12 +16,13 @@ class QD_EXPORT IMessageOutput {
   virtual ~IMessageOutput();
   IMessageOutput(const IMessageOutput&) = delete;
   IMessageOutput& operator=(const IMessageOutput&) = delete;
-  virtual void Warn(const CString& text) = 0;
+  virtual void Warn(const CString& text) = 0;  ///< shows a text to the user and goes on
 };
 
 /// A text with its arguments, which are put in as they are: "%s" is the next of them, "%1" to "%9" the one of that
 /// number, so that a language can have them in its own order. Where there is none of that number the place stays.
 QD_EXPORT CString qdFormat(const CString& format, std::span<const CString> arguments);
+/// Likewise, with arguments that are written out.
 inline CString qdFormat(const CString& format, std::initializer_list<CString> arguments) {
   return qdFormat(format, std::span(arguments.begin(), arguments.size()));
 }

@@ -27,22 +27,23 @@ enum ChangeKind : std::uint16_t { kChangeAdded = 100, kChangeDeleted = 101, kCha
 
 /// One change of one record. A deleted record stays readable until the notice that says so has been handled.
 struct tagTRNotify {
-  std::uint16_t dataType = 0;
-  std::uint16_t kind = 0;
-  iterator itr = 0;
-  bool operator==(const tagTRNotify&) const = default;
+  std::uint16_t dataType = 0;                           ///< the pool, as DataType has them
+  std::uint16_t kind = 0;                               ///< what happened, as ChangeKind has it
+  iterator itr = 0;                                     ///< the record
+  bool operator==(const tagTRNotify&) const = default;  ///< member by member
 };
 
 /// The host's update record: the net changes of one commit, undo or redo, in the order in which the records were
 /// first touched.
 struct CQDUpdateRecord {
-  std::vector<tagTRNotify> changes;
+  std::vector<tagTRNotify> changes;  ///< each record once
 };
 
 /// The hint of UpdateDB designates an update record.
 inline std::uint64_t HintOf(const CQDUpdateRecord& record) {
   return reinterpret_cast<std::uint64_t>(&record);
 }
+/// The record that a hint designates, null for 0. It is good during the call of UpdateDB only.
 inline const CQDUpdateRecord* UpdateRecordOf(std::uint64_t hint) {
   return reinterpret_cast<const CQDUpdateRecord*>(hint);
 }

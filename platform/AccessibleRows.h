@@ -1,7 +1,7 @@
 #pragma once
 
+#include "platform/RowHandle.h"
 #include "platform/Types.h"
-#include "platform/tree/RowTree.h"
 
 namespace qd {
 
@@ -9,9 +9,12 @@ namespace qd {
 /// itself.
 class IAccessibleRows {
  public:
-  virtual bool IsLive(HTREEITEM row) const = 0;
+  virtual bool IsLive(HTREEITEM row) const = 0;  ///< whether the row still stands
+  /// @{
+  /// The rows below a row, by their place from 0; none outside.
   virtual int ChildCount(HTREEITEM row) const = 0;
   virtual HTREEITEM Child(HTREEITEM row, int index) const = 0;
+  /// @}
   /// None for a row at top level.
   virtual HTREEITEM Parent(HTREEITEM row) const = 0;
   /// Position among the rows with the same parent, from 0.
@@ -20,7 +23,9 @@ class IAccessibleRows {
   virtual CString Name(HTREEITEM row) const = 0;
   /// Place on the screen, empty for a hidden row or one out of sight.
   virtual CRect ScreenPlace(HTREEITEM row) const = 0;
-  virtual HTREEITEM RowAtScreen(CPoint screen) const = 0;
+  virtual HTREEITEM RowAtScreen(CPoint screen) const = 0;  ///< the row at a place of the screen, none for none
+  /// @{
+  /// What a screen reader says of the row.
   virtual bool IsExpandable(HTREEITEM row) const = 0;
   virtual bool IsExpanded(HTREEITEM row) const = 0;
   virtual bool IsShown(HTREEITEM row) const = 0;  ///< all ancestors are expanded
@@ -28,10 +33,13 @@ class IAccessibleRows {
   virtual bool IsFocused(HTREEITEM row) const = 0;
   virtual bool IsCheckable(HTREEITEM row) const = 0;
   virtual bool IsChecked(HTREEITEM row) const = 0;
+  /// @}
+  /// @{
   /// What a screen reader's user may do: toggle the branch, press the check box, select the row.
   virtual void Toggle(HTREEITEM row) const = 0;
   virtual void PressCheck(HTREEITEM row) const = 0;
   virtual void Select(HTREEITEM row) const = 0;
+  /// @}
 
  protected:
   ~IAccessibleRows() = default;

@@ -13,12 +13,14 @@ namespace qd {
 /// A pop-up menu whose entries may carry pictures. A plain value: the toolkit draws it while it is open.
 class QD_EXPORT BCMenu {
  public:
+  /// A line of a menu.
   struct Entry {
-    enum class Kind { Command, Separator, SubMenu } kind = Kind::Command;
-    unsigned id = 0;
-    CString text;
-    const Picture* picture = nullptr;  ///< not owned; null for none
-    bool checked = false;
+    /// What choosing the line does.
+    enum class Kind { Command, Separator, SubMenu } kind = Kind::Command;  ///< what the line is
+    unsigned id = 0;                    ///< number of the command, 0 for a line that is none
+    CString text;                       ///< what the line says
+    const Picture* picture = nullptr;   ///< not owned; null for none
+    bool checked = false;               ///< whether a mark stands before it
     std::shared_ptr<BCMenu> subMenu{};  ///< null for none
   };
 
@@ -32,7 +34,7 @@ class QD_EXPORT BCMenu {
   int AppendSubMenu(BCMenu& subMenu, CString text);
   /// Marks the entry `id`, also one in a submenu, as checked or not. Returns 1, or 0 when there is none.
   int CheckMenu(unsigned id, int check);
-  const std::vector<Entry>& Entries() const { return *m_entries; }
+  const std::vector<Entry>& Entries() const { return *m_entries; }  ///< from top to bottom
   /// Shows the menu at a screen position and returns the chosen command, 0 for none. Messages are handled
   /// meanwhile, so anything may have changed when it returns.
   unsigned Track(CPoint screen, CWnd& owner) const;

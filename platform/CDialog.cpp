@@ -22,6 +22,18 @@ void CDialog::SetItemText(int id, const CString& text) {
   if (m_peer != nullptr) m_peer->SetText(id, text);
 }
 
+CString CDialog::GetItemText(int id) const {
+  return m_peer != nullptr ? m_peer->GetText(id) : CString();
+}
+
+void CDialog::EnableItem(int id, bool enable) {
+  if (m_peer != nullptr) m_peer->Enable(id, enable);
+}
+
+void CDialog::ShowLines(int id, std::size_t count) {
+  if (m_peer != nullptr) m_peer->ShowLines(id, count);
+}
+
 void CDialog::CheckDlgButton(int id, bool checked) {
   if (m_peer != nullptr) m_peer->SetChecked(id, checked);
 }

@@ -14,9 +14,33 @@ constexpr int kEdgeReach = 4;
 int CHeaderBase::InsertItem(int index, Item item) {
   if (!item.text.empty()) item.format |= kFormatString;
   index = std::clamp(index, 0, GetItemCount());
+  item.hidden = false;
   m_items.insert(m_items.begin() + index, std::move(item));
+  // It stands in front of the one that had its index.
+  const auto at = std::find(m_order.begin(), m_order.end(), index) - m_order.begin();
+  for (int& shown : m_order) shown += shown >= index ? 1 : 0;
+  m_order.insert(m_order.begin() + at, index);
   Invalidate();
   return index;
+}
+
+void CHeaderBase::RemoveLastItem() {
+  if (m_items.empty()) return;
+  m_items.pop_back();
+  std::erase(m_order, GetItemCount());
+  Invalidate();
+}
+
+int CHeaderBase::SetOrder(const std::vector<int>& items) {
+  std::vector<bool> shown(m_items.size());
+  for (const int item : items) {
+    if (GetItem(item) == nullptr || shown[static_cast<std::size_t>(item)]) return 0;
+    shown[static_cast<std::size_t>(item)] = true;
+  }
+  for (std::size_t item = 0; item < m_items.size(); ++item) m_items[item].hidden = !shown[item];
+  m_order = items;
+  Invalidate();
+  return 1;
 }
 
 const CHeaderBase::Item* CHeaderBase::GetItem(int index) const {
@@ -59,20 +83,23 @@ void CHeaderBase::SetOffset(int x) {
 
 CRect CHeaderBase::ItemRect(int index) const {
   int left = m_offset;
-  for (int i = 0; i < index; ++i) left += m_items[static_cast<std::size_t>(i)].width;
+  for (const int item : m_order) {
+    if (item == index) break;
+    left += m_items[static_cast<std::size_t>(item)].width;
+  }
   return {left, 0, left + m_items[static_cast<std::size_t>(index)].width, GetClientRect().Height()};
 }
 
 int CHeaderBase::EdgeAt(CPoint point) const {
-  for (int i = GetItemCount() - 1; i >= 0; --i) {
-    if (std::abs(ItemRect(i).right - point.x) <= kEdgeReach) return i;
+  for (auto item = m_order.rbegin(); item != m_order.rend(); ++item) {
+    if (std::abs(ItemRect(*item).right - point.x) <= kEdgeReach) return *item;
   }
   return -1;
 }
 
 int CHeaderBase::ItemAt(CPoint point) const {
-  for (int i = 0; i < GetItemCount(); ++i) {
-    if (ItemRect(i).Contains(point)) return i;
+  for (const int item : m_order) {
+    if (ItemRect(item).Contains(point)) return item;
   }
   return -1;
 }
@@ -87,7 +114,7 @@ void CHeaderBase::NotifyItem(int code, int item) {
 void CHeaderBase::OnPaint(CDC& dc) {
   const CRect client = GetClientRect();
   dc.FillSolidRect(client, IToolkit::Instance().GetColour(SystemColour::ButtonFace));
-  for (int i = 0; i < GetItemCount(); ++i) {
+  for (const int i : m_order) {
     const CRect area = ItemRect(i);
     if (area.right <= client.left || area.left >= client.right) continue;
     dc.SetClip(area);
@@ -112,6 +139,16 @@ void CHeaderBase::OnLButtonDblClk(unsigned flags, CPoint point) {
 void CHeaderBase::OnMouseMove(unsigned, CPoint point) {
   if (GetPeer() == nullptr) return;
   GetPeer()->SetCursor(EdgeAt(point) >= 0 ? CursorShape::ResizeColumn : CursorShape::Arrow);
+}
+
+void CHeaderBase::OnContextMenu(CPoint screen) {
+  HeaderNotice notice;
+  notice.code = kNoticeMenu;
+  notice.item = ItemAt(ScreenToClient(screen));
+  notice.screen = screen;
+  const std::weak_ptr<void> life = Life();
+  const bool shown = Notify(notice) != 0;
+  if (!life.expired() && !shown) CWnd::OnContextMenu(screen);
 }
 
 void CHeaderBase::DragEdge(int item, CPoint from) {

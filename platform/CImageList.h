@@ -16,7 +16,7 @@ class QD_EXPORT CImageList {
   int AddStrip(int count) { return std::exchange(m_count, m_count + count); }
   /// Sets the picture at an index below the count.
   void SetPicture(int index, std::shared_ptr<const Picture> picture) { m_pictures[index] = std::move(picture); }
-  int GetImageCount() const { return m_count; }
+  int GetImageCount() const { return m_count; }  ///< how many there are
   /// Null for an empty image or an index outside the list.
   const Picture* GetPicture(int index) const {
     const auto found = m_pictures.find(index);

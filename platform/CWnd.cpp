@@ -3,8 +3,28 @@
 #include <algorithm>
 
 #include "platform/CDC.h"
+#include "platform/OpenWindows.h"
 
 namespace qd {
+
+namespace {
+
+/// Those without parent; the last one was made last. Windows may live until everything else of the program is
+/// gone.
+std::vector<CWnd*>& OpenWindows() {
+  static auto* const windows = std::make_unique<std::vector<CWnd*>>().release();
+  return *windows;
+}
+
+}  // namespace
+
+void CloseAllWindows() {
+  while (IsAnyWindowOpen()) OpenWindows().back()->DestroyWindow();
+}
+
+bool IsAnyWindowOpen() {
+  return !OpenWindows().empty();
+}
 
 CWnd::CWnd() = default;
 
@@ -14,6 +34,7 @@ CWnd::~CWnd() {
   // they have something to do then.
   for (CWnd* child : std::vector<CWnd*>(m_children)) child->DestroyWindow();
   if (m_parent != nullptr) std::erase(m_parent->m_children, this);
+  if (m_peer != nullptr) std::erase(OpenWindows(), this);
   m_peer.reset();  // while the rest of this still stands
 }
 
@@ -24,7 +45,7 @@ int CWnd::Create(CWnd* parent, int id, const CRect& area, PeerKind kind) {
   m_place = area;
   m_peer = IToolkit::Instance().MakePeer(*this, kind, parent != nullptr ? parent->m_peer.get() : nullptr, area);
   if (m_peer == nullptr) return 0;
-  if (parent != nullptr) parent->m_children.push_back(this);
+  (parent != nullptr ? parent->m_children : OpenWindows()).push_back(this);
   if (OnCreate() != 0) {
     DestroyWindow();
     return 0;
@@ -34,10 +55,11 @@ int CWnd::Create(CWnd* parent, int id, const CRect& area, PeerKind kind) {
 
 void CWnd::DestroyWindow() {
   if (m_peer == nullptr) return;
+  IToolkit::NeedThread();
   OnDestroy();
   for (CWnd* child : std::vector<CWnd*>(m_children)) child->DestroyWindow();
   m_peer.reset();
-  if (m_parent != nullptr) std::erase(m_parent->m_children, this);
+  std::erase(m_parent != nullptr ? m_parent->m_children : OpenWindows(), this);
   m_parent = nullptr;
 }
 
@@ -93,6 +115,14 @@ std::intptr_t CWnd::Notify(Notice& notice) {
   notice.from = this;
   notice.id = m_id;
   return m_parent != nullptr ? m_parent->OnNotify(notice) : 0;
+}
+
+void CWnd::SetAccessible(const Accessible& what) {
+  if (m_peer != nullptr) m_peer->SetAccessible(what);
+}
+
+void CWnd::PassKeyUp(int key, unsigned flags) {
+  if (m_parent != nullptr) m_parent->OnKeyDown(key, flags);
 }
 
 void CWnd::TellParent(const Notice& notice) {

@@ -14,7 +14,7 @@ class QD_EXPORT IExtensionLibrary {
   virtual int InitExtensionModule() = 0;
   /// Puts the module on the program's list of places where resources are looked for.
   virtual void AttachToModuleList() = 0;
-  virtual void TermExtensionModule() = 0;
+  virtual void TermExtensionModule() = 0;  ///< ends the module's own state, before it is unloaded
 
  protected:
   ~IExtensionLibrary() = default;

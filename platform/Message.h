@@ -37,6 +37,11 @@ enum class MessageKind {
 /// Keys held while a mouse button or the mouse acts.
 enum MouseFlags : unsigned { kMouseShift = 4, kMouseControl = 8, kMouseAlt = 32 };
 
+/// Whether Ctrl is held for a command: with Alt it is AltGr, which types signs.
+inline constexpr bool HoldsControl(unsigned flags) {
+  return (flags & (kMouseControl | kMouseAlt)) == kMouseControl;
+}
+
 /// Keys that the controls act on; other keys have their character code.
 enum Key : int {
   kKeyTab = 9,
@@ -54,22 +59,29 @@ enum Key : int {
   kKeyDelete = 46,
   kKeyA = 65,
   kKeyC = 67,
+  kKeyF = 70,
   kKeyI = 73,
   kKeyMultiply = 106,  ///< this and the next two stand on the keypad
   kKeyAdd = 107,
   kKeySubtract = 109,
-  kKeyF2 = 113
+  kKeyF1 = 112,
+  kKeyF2 = 113,
+  kKeyF3 = 114
 };
 
+/// A report, with what MessageKind says that it carries.
 struct Message {
-  MessageKind kind = MessageKind::Posted;
-  CWnd* target = nullptr;
-  CPoint point{};      ///< client coordinates, but see ContextMenu
-  unsigned flags = 0;  ///< MouseFlags, for keys too
+  MessageKind kind = MessageKind::Posted;  ///< what happened
+  CWnd* target = nullptr;                  ///< the window that it is for
+  CPoint point{};                          ///< client coordinates, but see ContextMenu
+  unsigned flags = 0;                      ///< MouseFlags, for keys too
+  /// @{
+  /// See MessageKind.
   int key = 0;
   int amount = 0;
   unsigned id = 0;
   std::uint64_t parameter = 0;
+  /// @}
 };
 
 /// What a holder of the mouse capture decides about a message.

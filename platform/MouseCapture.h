@@ -17,6 +17,7 @@ class QD_EXPORT MouseCapture {
   void Lose();
   /// A window is being destroyed, perhaps the one that holds the capture.
   void WindowGone(const CWnd& window);
+  /// Whether this window holds the mouse, innermost.
   bool IsHeldBy(const CWnd& window) const { return m_holding != nullptr && m_holding->owner == &window; }
 
   /// Holds the mouse for `owner` while `loop` handles messages; `quit` makes the loop return soon.

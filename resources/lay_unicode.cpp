@@ -28,6 +28,8 @@ using Line = std::vector<std::string>;
 constexpr int kSpellingMarks[] = {0, 8, 9, 84, 91, 103, 118, 129, 130, 132};
 /// Comes behind all other marks before it is folded, into a letter.
 constexpr char32_t kIotaBelow = 0x345;
+/// The pattern without a dot: a symbol to the data files, and nothing to see.
+constexpr char32_t kBrailleBlank = 0x2800;
 
 const std::map<std::string, BreakKind>& BreakNames() {
   static const std::map<std::string, BreakKind> kNames{{"CR", BreakKind::kCarriageReturn},
@@ -91,6 +93,13 @@ struct Unicode {
   std::map<char32_t, Text> folded;          ///< case only
 };
 
+/// How far the code in a field is from the one that the line is about; 0 for an empty field. The last fields of a
+/// line are missing where they are empty.
+std::int32_t DistanceTo(const Line& line, std::size_t field, char32_t code) {
+  if (field >= line.size() || line[field].empty()) return 0;
+  return static_cast<std::int32_t>(CodeOf(line[field])) - static_cast<std::int32_t>(code);
+}
+
 Unicode ReadAll(const fs::path& folder) {
   Unicode unicode;
   for (const Line& line : Read(folder / "UnicodeData.txt")) {
@@ -99,8 +108,12 @@ Unicode ReadAll(const fs::path& folder) {
     data.combining = static_cast<std::uint8_t>(std::stoi(line.at(3)));
     data.accent = std::find(std::begin(kSpellingMarks), std::end(kSpellingMarks), data.combining) ==
                   std::end(kSpellingMarks);
+    const std::string& kind = line.at(2);
+    data.blank = kind.front() == 'Z' || kind == "Cc" || kind == "Cf" || code == kBrailleBlank;
     const std::string& parts = line.at(5);
     if (!parts.empty() && parts.front() != '<') unicode.decompositions[code] = TextOf(parts);
+    data.toCapital = DistanceTo(line, 12, code);
+    data.toLower = DistanceTo(line, 13, code);
   }
   for (const Line& line : Read(folder / "CaseFolding.txt")) {
     const char32_t code = CodeOf(line.at(0));
@@ -123,7 +136,7 @@ Unicode ReadAll(const fs::path& folder) {
   }
   for (const Line& line : Read(folder / "DerivedCoreProperties.txt")) {
     if (line.at(1) != "Default_Ignorable_Code_Point") continue;
-    ForCodes(line.at(0), [&](char32_t code) { unicode.data[code].ignorable = true; });
+    ForCodes(line.at(0), [&](char32_t code) { unicode.data[code].ignorable = unicode.data[code].blank = true; });
   }
   return unicode;
 }
@@ -205,13 +218,21 @@ std::string Tables(const Unicode& unicode) {
   const auto writeData = [](const DataKey& key) {
     return "{static_cast<BreakKind>(" + std::to_string(key[0]) + ")," + std::to_string(key[1]) + "," +
            (key[2] != 0 ? "true" : "false") + "," + (key[3] != 0 ? "true" : "false") + "," +
-           std::to_string(key[4]) + "},\n";
+           (key[4] != 0 ? "true" : "false") + "," + std::to_string(key[5]) + "," + std::to_string(key[6]) + "," +
+           std::to_string(key[7]) + "},\n";
   };
   const auto writeText = [](const Text& text) { return std::to_string(text.size()) + "," + Joined(text); };
   texts.PlaceOf({}, 1, writeText);
   for (char32_t code = 0; code < qd::kUnicodeEnd; ++code) {
     const CodeData& of = unicode.data[code];
-    const DataKey key{static_cast<int>(of.breaks), of.combining, of.ignorable, of.accent, of.toSmall};
+    const DataKey key{static_cast<int>(of.breaks),
+                      of.combining,
+                      of.ignorable,
+                      of.accent,
+                      of.blank,
+                      of.toSmall,
+                      of.toCapital,
+                      of.toLower};
     dataEntries.push_back(data.PlaceOf(key, 1, writeData));
     Text text = Folded(unicode, code);
     if (text == Text{code}) text.clear();

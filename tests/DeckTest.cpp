@@ -84,6 +84,23 @@ TEST_F(Deck, WhatWasNotChangedComesBackWordForWord) {
   EXPECT_EQ(Said(), "");
 }
 
+/// Old decks are not in UTF-8: what they hold is shown as it was meant, their names go back as they came, and
+/// nothing else is said.
+TEST_F(Deck, NamesInOtherEncodingsComeBackByteForByte) {
+  const std::string rest =
+      "*MATERIAL,NAME=STAHL\xC4\n*ELASTIC\n210000.,0.3\n*SOLIDSECTION,ELSET=T\xDCR,"
+      "MATERIAL=STAHL\xC4\n";
+  Import("*NODE\n1,0,0,0\n2,1,0,0\n3,0,1,0\n4,0,0,1\n*ELEMENT,TYPE=C3D4,ELSET=T\xDCR\n1,1,2,3,4\n" + rest);
+  const iterator door = Set(L"T\u00DCR");
+  EXPECT_NE(door, 0) << "shown as what people see who write so";
+  EXPECT_EQ(Data().GetMaterialPool().GetAtNU(Data().GetMaterialPool().GetItrList().front())->name, L"STAHL\u00C4");
+  EXPECT_TRUE(Holds(Export(), rest));
+  // Documents of older versions have them so.
+  ChangeMset(door, [](tagTMset& set) { set.name = L"T\uFFFDR"; });
+  EXPECT_TRUE(Holds(Export(), rest));
+  EXPECT_EQ(Said(), "");
+}
+
 TEST_F(Deck, NamesFollowWhatTheTreeCallsThem) {
   Import(kMesh + kModel + kSteps);
   ChangeMset(Set(L"UPPER"), [](tagTMset& set) { set.name = L"Upper half"; });

@@ -149,5 +149,36 @@ TEST_F(GeometryRows, AnEmptyBranchHasNothingToTellTheHost) {
   EXPECT_EQ(Heard(), "doc.SetModelInfoChangedFlag(1)\n");
 }
 
+/// A group that comes back with its parts stands open or closed as it did, and so does its set.
+TEST_F(GeometryRows, GroupsThatComeBackAreAsOpenAsTheyWere) {
+  const iterator set = AddSet(L"S");
+  const iterator solid = AddPartTo(set, L"a");
+  const iterator face = AddPartTo(set, L"b", TopologyKind::Surface);
+  Show(workbench::kGeometrySetTree);
+  Open();
+  const auto isOpen = [this](const CString& title) {
+    CQDTreeItem* group = Node(title)->GetParent();
+    return std::to_string(Tree().IsExpanded(group->GetTreeItemHandle())) +
+           std::to_string(Tree().IsExpanded(group->GetParent()->GetTreeItemHandle()));
+  };
+  Node(L"S")->Expand(1);
+  Node(L"a")->GetParent()->Expand(1);
+  Act([&] { Data().GetGeomPool().TR_Del({solid, face}); });
+  Undo();
+  EXPECT_EQ(isOpen(L"a"), "11");
+  EXPECT_EQ(isOpen(L"b"), "01");
+  AddSet(L"T");  // the last one stays
+  Act([&] { EXPECT_EQ(Data().GetGsetPool().TR_Del({set}), 1); });
+  ASSERT_EQ(Tree().FindNode(set), nullptr);
+  Undo();
+  EXPECT_EQ(isOpen(L"a"), "11") << "so does the set, and what gathers its parts";
+  EXPECT_EQ(isOpen(L"b"), "01");
+  Node(L"S")->Expand(0);
+  Node(L"a")->GetParent()->Expand(0);
+  Act([&] { Data().GetGeomPool().TR_Del({solid, face}); });
+  Undo();
+  EXPECT_EQ(isOpen(L"a"), "00");
+}
+
 }  // namespace
 }  // namespace qd::test

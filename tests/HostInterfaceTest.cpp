@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <filesystem>
 
@@ -179,7 +180,11 @@ TEST(Menu, ATableBecomesAMenu) {
 
 TEST(Icons, StandAtTheirIndexesInBothResolutions) {
   const CQDTreeIcon& icons = CQDTreeIcon::Instance();
-  EXPECT_EQ(icons.GetRowImageList().GetImageCount(), 379);
+  constexpr int kOfTheModule = 379;  // behind them stand those that hosts have added
+  ASSERT_GE(icons.GetRowImageList().GetImageCount(), kOfTheModule);
+  for (int index = kOfTheModule; index < icons.GetRowImageList().GetImageCount(); ++index) {
+    EXPECT_NE(icons.GetRowImageList().GetPicture(index), nullptr) << index;
+  }
   EXPECT_EQ(icons.GetMenuImageList().GetImageCount(), 128);
   EXPECT_EQ(icons.GetStateImageList().GetImageCount(), 4);
   const struct {
@@ -201,7 +206,7 @@ TEST(Icons, StandAtTheirIndexesInBothResolutions) {
     }
   }
   for (const auto& [list, places] : expected) {
-    for (int index = 0; index < list->GetImageCount(); ++index) {
+    for (int index = 0; index < std::min(list->GetImageCount(), kOfTheModule); ++index) {
       const Picture* picture = list->GetPicture(index);
       ASSERT_EQ(picture != nullptr, places.contains(index)) << index;
       if (picture == nullptr) continue;

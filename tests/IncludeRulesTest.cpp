@@ -24,17 +24,27 @@ const LayerRules& WrittenRules() {
   static const LayerRules kRules{
       {"platform", {"platform/text"}},
       {"platform/text", {"platform"}},
+      {"platform/tree", {"platform"}},
       {"platform/headless", {"platform"}},
       {"platform/generic", {"platform"}},
       {"platform/win32", {"platform"}},
       {"platform/qt", {"platform"}},
       {"host", {"platform"}},
       {"qd_wrt/find", {"platform"}},
-      {"qd_wrt/treelist", {"platform"}},
-      {"qd_wrt/core", {"platform", "host", "qd_wrt/treelist"}},
-      {"qd_wrt/panel", {"platform", "host", "qd_wrt/treelist", "qd_wrt/core"}},
+      {"qd_wrt/treelist", {"platform", "platform/tree", "qd_wrt/find"}},
+      {"qd_wrt/core", {"platform", "host", "qd_wrt/find", "qd_wrt/treelist"}},
+      {"qd_wrt/panel", {"platform", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core"}},
       {"qd_wrt/properties", {"platform", "host"}},
-      {kBranch, {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
+      {kBranch, {"platform", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/properties"}},
+      {"qd_wrt/c",
+       {"platform", "platform/tree", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel",
+        "qd_wrt/nodes"}},
+      {"qd_wrt/c/headless", {"platform", "platform/headless", "platform/tree", "qd_wrt/c"}},
+      {"qd_wrt/c/qt", {"platform", "platform/qt", "qd_wrt/c", "widgets"}},
+      {"qd_wrt/c/win32", {"platform", "platform/win32", "qd_wrt/c"}},
+      {"widgets",
+       {"platform", "platform/qt", "platform/tree", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core",
+        "qd_wrt/panel", "qd_wrt/nodes"}},
       {"workbench/text", {}},
       {"workbench/files", {}},
       {"workbench/mesh", {"platform", "host"}},
@@ -55,14 +65,19 @@ const LayerRules& WrittenRules() {
       {"workbench/store",
        {"platform", "host", "workbench/mesh", "workbench/model", "workbench/text", "workbench/files"}},
       {"workbench/tree",
-       {"platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry", "qd_wrt/mesh", "qd_wrt/coords",
-        "workbench/text"}},
+       {"platform", "platform/tree", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/geometry",
+        "qd_wrt/mesh", "qd_wrt/coords", "workbench/text"}},
       {"workbench/session",
-       {"workbench/text", "platform", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/model",
-        "workbench/display", "workbench/tree"}},
+       {"workbench/text", "platform", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel",
+        "workbench/mesh", "workbench/model", "workbench/display", "workbench/tree"}},
+      {"workbench/batch",
+       {"platform", "platform/headless", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel",
+        "qd_wrt/properties", "workbench/text", "workbench/mesh", "workbench/model", "workbench/display",
+        "workbench/store", "workbench/exchange/pipe", "workbench/exchange/formats", "workbench/exchange/store",
+        "workbench/exchange/watch", "workbench/tree", "workbench/session"}},
       {"workbench/native",
-       {"platform", "platform/win32", "host", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel", "workbench/text",
-        "workbench/mesh", "workbench/model", "workbench/display", "workbench/exchange/pipe",
+       {"platform", "platform/win32", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel",
+        "workbench/text", "workbench/mesh", "workbench/model", "workbench/display", "workbench/exchange/pipe",
         "workbench/exchange/formats", "workbench/exchange/store", "workbench/tree", "workbench/session"}},
       {"workbench/view",
        {"platform", "platform/qt", "host", "workbench/mesh", "workbench/model", "workbench/display"}}};
@@ -103,7 +118,7 @@ struct Library {
 };
 const std::vector<Library>& Libraries() {
   static const std::vector<Library> kLibraries{
-      {"^Q[A-Z].*", {"platform/qt", "workbench/view"}},
+      {"^Q[A-Z].*", {"platform/qt", "qd_wrt/c/qt", "widgets", "workbench/view"}},
       {"^vtk.*", {"workbench/view"}},
       {"^gmsh.*", {"workbench/exchange/child"}},
       {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange/child"}},
@@ -116,7 +131,7 @@ TEST(Includes, FollowTheArchitecture) {
   const fs::path top = SourceFolder();
   const std::regex include(R"(^\s*#include\s*([<"])([^>"]+)[>"])");
   int seen = 0;
-  for (const char* folder : {"platform", "host", "qd_wrt", "workbench"}) {
+  for (const char* folder : {"platform", "host", "qd_wrt", "widgets", "workbench"}) {
     for (const auto& entry : fs::recursive_directory_iterator(top / folder)) {
       const std::string extension = entry.path().extension().string();
       if (extension != ".h" && extension != ".cpp") continue;

@@ -209,6 +209,18 @@ TEST_F(InpFile, CirclesOfIncludesAndOfSetsEnd) {
   EXPECT_EQ(ErrorOf(kNodes + "*ELSET,ELSET=A\nB\n*ELSET,ELSET=B\nA\n"), "none");
 }
 
+/// However many sets are named before they are defined, each by the one before it.
+TEST_F(InpFile, SetsThatNameLaterSetsMayDoSoInLongChains) {
+  constexpr int kSets = 50'000;
+  std::string deck = kNodes + "*ELEMENT, TYPE=S3\n1,1,2,3\n2,2,3,4\n";
+  for (int i = 0; i < kSets; ++i) {
+    deck += "*ELSET,ELSET=S" + std::to_string(i) + "\nS" + std::to_string(i + 1) + "\n";
+  }
+  deck += "*ELSET,ELSET=S" + std::to_string(kSets) + "\n2\n";
+  EXPECT_EQ(ErrorOf(deck), "none");
+  EXPECT_EQ(ErrorOf(deck + "NONE\n"), "IDS_WB_IMPORT_INP_SET NONE");
+}
+
 TEST_F(InpFile, OuterFilesAreIncludedOnlyFromFoldersThatTheUserAllows) {
   const std::string part = kNodes + "*ELEMENT, TYPE=S3\n1,1,2,3\n";
   fs::create_directories(m_folder / "deck");

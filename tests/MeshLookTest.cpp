@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <cmath>
+#include <limits>
+
 #include "support/Mesh.h"
 #include "workbench/display/MeshLook.h"
 
@@ -152,6 +156,40 @@ TEST_F(MeshLookTest, HiddenAndTransparentSetsAreDrawnSo) {
   Command(kCommandMeshTransparent);
   EXPECT_EQ(Look(m_low).opacity, 0);
   EXPECT_EQ(Look(m_top).opacity, 255);
+}
+
+TEST(MeshQualityColours, GoFromGoodToBad) {
+  const COLORREF good = QualityColours::OfBadness(0);
+  const COLORREF bad = QualityColours::OfBadness(1);
+  EXPECT_NE(good, bad);
+  const QualityColours low{QualityMeasure::ScaledJacobian, 0.2, 1};
+  EXPECT_EQ(low.Of(1), good);
+  EXPECT_EQ(low.Of(-1), bad) << "beyond the range";
+  const QualityColours high{QualityMeasure::AspectRatio, 1, 5};
+  EXPECT_EQ(high.Of(1), good);
+  EXPECT_EQ(high.Of(std::numeric_limits<double>::infinity()), bad);
+  EXPECT_DOUBLE_EQ(high.BadnessOf(2), 0.25);
+  EXPECT_NE(high.Of(std::nan("")), good) << "no measure, no judgement";
+  EXPECT_EQ((QualityColours{QualityMeasure::ScaledJacobian, 1, 1}.Of(1)), good) << "all alike";
+}
+
+TEST(MeshQualityColours, SkinsKnowTheQualityOfTheirElementsWhereItIsAskedFor) {
+  // A square, a triangle with a right angle beside it, and a line.
+  MeshData mesh;
+  mesh.nodeIds = {1, 2, 3, 4, 5};
+  mesh.coordinates = {0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0, 2, 0, 0};
+  mesh.blocks = {{3, 4, {7}, {1, 2, 3, 4}}, {2, 3, {8}, {2, 5, 3}}, {1, 2, {9}, {1, 5}}};
+  const std::atomic<bool> stop = false;
+  SkinRequest request;
+  EXPECT_TRUE(MakeSkin(mesh, request, stop).pieces[0].quality.empty());
+  request.quality = QualityMeasure::LeastAngle;
+  const MeshSkin skin = MakeSkin(mesh, request, stop);
+  EXPECT_EQ(skin.pieces[0].quality, (std::vector<float>{90, 90})) << "of both triangles";
+  ASSERT_EQ(skin.pieces[1].quality.size(), 1U);
+  EXPECT_NEAR(skin.pieces[1].quality[0], 45, 1e-4);
+  EXPECT_TRUE(skin.pieces[2].quality.empty());
+  EXPECT_NEAR(skin.leastQuality, 45, 1e-4);
+  EXPECT_EQ(skin.greatestQuality, 90);
 }
 
 }  // namespace

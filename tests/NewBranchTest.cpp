@@ -13,7 +13,6 @@ namespace {
 
 constexpr unsigned short kDataNote = 900;
 constexpr unsigned short kDataTypes[] = {kDataNote};
-constexpr std::uint16_t kTreeItemTypeGeom = 9;
 enum NoteCommand : unsigned { kAddNote = 60001, kTearOff };
 
 std::vector<MenuEntry> BoardMenu() {
@@ -81,7 +80,7 @@ class NewBranch : public ModelTest, private IQDTreeGroupFactory {
                            return RecordRow{note->second, static_cast<std::int32_t>(itr - 500), Rgb(200, 200, 0)};
                          },
                          .icon = 4,
-                         .dropsOn = kTreeItemTypeGeom,
+                         .dropsOn = kDataGeom,
                          .menu = NoteMenu,
                          .run =
                              [this](CQDTreeItem& node, unsigned command) {
@@ -127,7 +126,7 @@ TEST_F(NewBranch, IsSaidInOnePlaceAndLivesInTheTree) {
   EXPECT_EQ(Node(L"Notes")->GetIconIndex(), 3U);
   EXPECT_EQ(Node(L"first")->GetIconIndex(), 4U);
   EXPECT_EQ(Node(L"first")->GetColor(), Rgb(200, 200, 0));
-  EXPECT_EQ(Node(L"first")->IsEnableDragType(kTreeItemTypeGeom), 1);
+  EXPECT_EQ(Node(L"first")->IsEnableDragType(kDataGeom), 1);
   // Its menus and commands.
   Click(L"Notes");
   m_toolkit.AnswerMenu(kAddNote);

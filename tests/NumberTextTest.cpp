@@ -3,9 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <filesystem>
 #include <limits>
 
+#include "support/Places.h"
+#include "support/ScratchFolder.h"
+#include "workbench/text/MaterialLibrary.h"
 #include "workbench/text/NumberText.h"
+#include "workbench/text/Units.h"
 
 namespace qd::test {
 namespace {
@@ -100,6 +105,74 @@ TEST(NumberTexts, AreShortAndReadBackAsTheSameNumber) {
     EXPECT_EQ(ReadNumber(ShowNumber(given.value, '.'), '.').value, given.value);
   }
   EXPECT_EQ(ShowNumber(std::nan(""), '.'), "");
+}
+
+struct UnitCase {
+  Quantity quantity;
+  double value;
+  std::vector<double> shown;  ///< in each system
+  std::vector<std::wstring> units;
+};
+TEST(Units, ShowTheSameInEachSystem) {
+  const std::span<const UnitSystem> systems = UnitSystems();
+  for (const UnitCase& given :
+       {UnitCase{Quantity::Plain, 0.3, {0.3, 0.3, 0.3}, {L"", L"", L""}},
+        UnitCase{Quantity::Angle, 90, {90, 90, 90}, {L"°", L"°", L"°"}},
+        UnitCase{Quantity::Length, 25.4, {25.4, 0.0254, 1}, {L"mm", L"m", L"in"}},
+        UnitCase{Quantity::Area, 645.16, {645.16, 0.00064516, 1}, {L"mm²", L"m²", L"in²"}},
+        UnitCase{Quantity::Stress, 210000, {210000, 2.1e11, 2.1e11 * 0.0254 / 0.45359237}, {L"MPa", L"Pa", L""}},
+        UnitCase{Quantity::Density,
+                 7.85e-9,
+                 {7.85e-9, 7850, 7850 * 0.0254 * 0.0254 * 0.0254 / 0.45359237},
+                 {L"t/mm³", L"kg/m³", L"lb/in³"}}}) {
+    for (std::size_t i = 0; i < systems.size(); ++i) {
+      const double shown = Converted(given.value, given.quantity, systems[0], systems[i]);
+      EXPECT_NEAR(shown, given.shown[i], std::fabs(given.shown[i]) * 1e-14);
+      EXPECT_EQ(UnitOf(given.quantity, systems[i]), given.units[i]);
+    }
+  }
+  EXPECT_EQ(Converted(7.85e-9, Quantity::Density, systems[0], systems[1]), 7850);
+  EXPECT_EQ(&FindUnitSystem(L"in"), &systems[2]);
+  EXPECT_EQ(&FindUnitSystem(L"furlong"), &systems[0]);
+}
+
+struct TypedCase {
+  const char* text;
+  Quantity quantity;
+  double value;  ///< in millimetres and tonnes
+  NumberFault fault = NumberFault::None;
+};
+TEST(Units, AreReadBehindNumbers) {
+  for (const TypedCase& given :
+       {TypedCase{"2 in", Quantity::Length, 50.8}, TypedCase{"3*1.5", Quantity::Length, 4.5},
+        TypedCase{"(1+1)cm", Quantity::Length, 20}, TypedCase{" 1e3 m ", Quantity::Length, 1e6},
+        TypedCase{"5 mm2", Quantity::Area, 5}, TypedCase{"210 GPa", Quantity::Stress, 210000},
+        TypedCase{"7850 kg/m³", Quantity::Density, 7.85e-9}, TypedCase{"90°", Quantity::Angle, 90},
+        TypedCase{"2 in", Quantity::Plain, 0, NumberFault::NotANumber},
+        TypedCase{"2 kg", Quantity::Length, 0, NumberFault::NotANumber},
+        TypedCase{"mm", Quantity::Length, 0, NumberFault::Empty},
+        TypedCase{"-1 m", Quantity::Length, -1000, NumberFault::BelowLeast},
+        TypedCase{"1e308 m", Quantity::Length, 0, NumberFault::TooLarge}}) {
+    const NumberReading reading =
+        ReadQuantity(given.text, '.', given.quantity, UnitSystems().front(), {.least = -500});
+    EXPECT_EQ(reading.fault, given.fault) << given.text;
+    EXPECT_EQ(reading.value, given.value) << given.text;
+  }
+}
+
+TEST(Materials, OfTheLibraryHaveValuesThatPassChecks) {
+  std::vector<std::string> faults;
+  const std::string text =
+      ScratchFolder::ReadAt(std::filesystem::path(SourceFolder()) / "resources/materials/materials.txt");
+  const std::vector<CommonMaterial> materials = ReadMaterials(text, UnitSystems().front(), faults);
+  EXPECT_TRUE(faults.empty()) << faults.front();
+  ASSERT_GT(materials.size(), 10U);
+  EXPECT_EQ(materials.front().youngsModulus, 210000);
+  EXPECT_EQ(materials.front().density, 7.85e-9);
+  ReadMaterials(
+      "gold | 1 | 0.3 | 1\nsteel | 1 kg | 0.3 | 1\nsteel | 1 | 0.6 | 1\nsteel | 1 | 0.3\nsteel|1|0.3|1|2\n",
+      UnitSystems().front(), faults);
+  EXPECT_EQ(faults.size(), 5U);
 }
 
 }  // namespace

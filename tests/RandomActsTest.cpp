@@ -289,7 +289,8 @@ class RandomActs : public MeshTest, public ::testing::WithParamInterface<int> {
         sets = Data().GetGsetPool().GetItrList();
         return sets.empty() ? void() : Data().GetGsetPool().PutCurrentSet(OneOf(sets));
       default:
-        return m_session->Trees().Pick(OneOf(all), Roll(2) == 0);
+        return m_session->Trees().Pick({OneOf(all)},
+                                       Roll(2) == 0 ? workbench::PickMode::Toggle : workbench::PickMode::Replace);
     }
   }
   CString AnyName() {

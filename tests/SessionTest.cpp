@@ -1,68 +1,26 @@
-// What stands behind a window of a document: both trees in step, the window's own commands, what of the display
-// can be undone, and the page of kept decks.
+// What stands behind a window of a document: both trees in step with what is selected, shown and stored.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "host/Act.h"
 #include "qd_wrt/properties/PartEdits.h"
 #include "support/EnglishTexts.h"
-#include "support/Mesh.h"
-#include "workbench/session/DocumentPage.h"
+#include "support/SessionModel.h"
 #include "workbench/session/FollowedWork.h"
 
 namespace qd::test {
 namespace {
 
 using namespace workbench;
+using Records = std::vector<iterator>;
 
-class SessionTest : public MeshTest {
- protected:
-  SessionTest() {
-    m_first = AddSet(L"first");
-    m_second = AddSet(L"second");
-    m_a = AddPartTo(m_first, L"a");
-    m_b = AddPartTo(m_first, L"b");
-    m_c = AddPartTo(m_second, L"c");
-    m_outer = AddMset(L"outer", 0, 2, m_a);
-    m_inner = AddMset(L"inner", m_outer);
-    Open();
-    // What is selected in a closed branch is asked for only once it is open.
-    for (CWorksTreeBar* bar : {&m_bar, &m_setBar}) {
-      bar->GetTreeCtrl().GetQDRootItem()->ForEachBelow([](CQDTreeItem* node) { node->Expand(1); });
-    }
-  }
-  bool IsPartShown(iterator part) {
-    return m_doc.GetDisplay().Parts().GetShowHide(Data().GetGeomPool().GetAtNU(part)->cadItem) != 0;
-  }
-  /// The parts and mesh sets that are shown.
-  std::string Shown() {
-    std::string shown;
-    for (const auto& [name, part] : {std::pair("a", m_a), std::pair("b", m_b), std::pair("c", m_c)}) {
-      if (IsPartShown(part)) shown += name;
-    }
-    if (IsShown(m_outer)) shown += " outer";
-    if (IsShown(m_inner)) shown += " inner";
-    return shown;
-  }
-  std::vector<iterator> SelectedIn(CWorksTreeBar& bar) {
-    std::vector<iterator> records;
-    for (const HTREEITEM row : bar.GetTreeCtrl().GetSelectedItems()) {
-      records.push_back(bar.GetTreeCtrl().NodeOf(row)->GetIterator());
-    }
-    return records;
-  }
-  void Run(void (Session::*act)()) {
-    (m_session.get()->*act)();
-    Settle();
-  }
-
-  iterator m_first = 0, m_second = 0, m_a = 0, m_b = 0, m_c = 0, m_outer = 0, m_inner = 0;
-};
 using Records = std::vector<iterator>;
 
 TEST_F(SessionTest, APickSelectsInBothTreesAndTheBuffer) {
   const auto pick = [this](iterator itr, bool add) {
-    m_session->Trees().Pick(itr, add);
+    m_session->Trees().Pick(itr != 0 ? Records{itr} : Records{},
+                            add ? workbench::PickMode::Toggle : workbench::PickMode::Replace);
     Settle();
     EXPECT_EQ(SelectedIn(m_setBar).size(), SelectedIn(m_bar).size());
     EXPECT_EQ(SelectedIn(m_bar).size(), m_doc.GetSelectBuffer().size());
@@ -129,7 +87,8 @@ TEST_F(SessionTest, ANameOfBlanksIsRefusedWithASentence) {
                                     {kModelTree, L"axes"},
                                     {kGeometrySetTree, L"first"},
                                     {kGeometrySetTree, L"c"}}) {
-    for (const CString& blanks : {CString(L" "), CString(L"\t\x00A0\x3000\x200B")}) {
+    for (const CString& blanks :
+         {CString(L" "), CString(L"\t\x00A0\x3000\x200B"), CString(L"\x2800\U000E0020\U0001D173")}) {
       Show(tree);
       ASSERT_NE(Node(title), nullptr) << title;
       Node(title)->OnEditChange(blanks.c_str());
@@ -139,6 +98,7 @@ TEST_F(SessionTest, ANameOfBlanksIsRefusedWithASentence) {
     }
   }
   EXPECT_EQ(RenamePart(&Data(), m_a, L"  "), 0) << "as a page does";
+  EXPECT_EQ(RunAct(&Data(), L"new", [this] { return AddPart(L"\x3000") != 0 ? 1 : 0; }), 0) << "nor a new one";
   EXPECT_EQ(Data().Snapshot(), before);
   EXPECT_EQ(RenamePart(&Data(), m_a, L" x "), 1);
   Settle();
@@ -274,7 +234,7 @@ TEST_F(SessionTest, TheSelectionOutlivesTheRows) {
   const auto move = [this](iterator part, iterator set) {
     ChangePart(part, [set](tagTGeom& record) { record.gset = set; });
   };
-  m_session->Trees().Pick(m_a, false);
+  m_session->Trees().Pick({m_a}, workbench::PickMode::Replace);
   move(m_a, m_second);
   EXPECT_EQ(SelectedIn(m_setBar), Records{m_a});
   EXPECT_EQ(SelectedIn(m_bar), Records{m_a});
@@ -321,8 +281,8 @@ TEST_F(SessionTest, UndoReachesWhatHasNotBeenToldYet) {
 }
 
 TEST_F(SessionTest, WhatIsGoneIsNotSelectedAnyMore) {
-  m_session->Trees().Pick(m_a, false);
-  m_session->Trees().Pick(m_c, true);
+  m_session->Trees().Pick({m_a}, workbench::PickMode::Replace);
+  m_session->Trees().Pick({m_c}, workbench::PickMode::Toggle);
   Data().Delete({m_a});
   Settle();
   EXPECT_EQ(m_doc.GetSelectBuffer(), Records{m_c});
@@ -447,257 +407,6 @@ TEST_F(SessionTest, TheFirstFileFindsAnEmptyDocument) {
   EXPECT_TRUE(m_session->IsEmpty());
   AddMset(L"alone");
   EXPECT_FALSE(m_session->IsEmpty());
-}
-
-/// Whatever is selected, in whichever tree.
-TEST_F(SessionTest, DeletesWhatIsSelectedAndAsksForNestedMeshSets) {
-  EXPECT_FALSE(m_session->CanDelete());
-  m_session->Trees().Pick(m_a, false);
-  m_session->Trees().Pick(m_outer, true);
-  m_toolkit.AnswerMessage(MessageAnswer::No);
-  Run(&Session::Delete);
-  EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_DELETE_SUB_MESHSET"});
-  EXPECT_EQ(Data().GetDataType(m_a) + Data().GetDataType(m_outer), 0) << "both kinds in one act";
-  EXPECT_NE(Data().GetDataType(m_inner), 0) << "a nested set was not chosen";
-  Undo();
-  // A part that was selected in the other tree before is not meant any more.
-  Click(L"a");
-  Show(kGeometrySetTree);
-  Click(L"second");
-  EXPECT_EQ(SelectedIn(m_bar), Records{}) << "the model tree has no row for a set";
-  Run(&Session::Delete);
-  EXPECT_EQ(Data().GetDataType(m_second), 0);
-  EXPECT_NE(Data().GetDataType(m_a), 0);
-  EXPECT_NE(Data().GetDataType(m_outer), 0);
-  Undo();
-  Show(kModelTree);
-  Click(L"a");
-  Key(kKeyA, kMouseControl);
-  m_toolkit.AnswerMessage(MessageAnswer::Yes);  // the row of the nested set was made anew in a closed one
-  Run(&Session::Delete);
-  EXPECT_EQ(m_toolkit.TakeMessages().size(), 1U);
-  EXPECT_EQ(Data().GetGeomPool().Count() + Data().GetMsetPool().Count(), 0U);
-  EXPECT_EQ(Data().GetCordPool().Count(), 1U) << "the global system stays";
-  Undo();
-  Click(L"IDS_DB_DATA_NAME_GEOM");
-  EXPECT_FALSE(m_session->CanDelete()) << "a root stands for nothing that could go";
-  Run(&Session::Delete);
-  EXPECT_EQ(Data().GetMsetPool().Count(), 2U);
-  const std::pair<MessageAnswer, Records> cases[] = {
-      {MessageAnswer::Cancel, {m_outer, m_inner}}, {MessageAnswer::No, {m_inner}}, {MessageAnswer::Yes, {}}};
-  for (const auto& [answer, left] : cases) {
-    Click(L"outer");
-    m_toolkit.AnswerMessage(answer);
-    Run(&Session::Delete);
-    EXPECT_EQ(m_toolkit.TakeMessages(), std::vector<CString>{L"IDS_QD_WRT_DELETE_SUB_MESHSET"});
-    EXPECT_EQ(Data().GetMsetPool().GetItrList(), left);
-    if (answer != MessageAnswer::Cancel) Undo();
-  }
-}
-
-TEST_F(SessionTest, ShowsAndHidesEverythingAsOneActEach) {
-  Run(&Session::HideAll);
-  EXPECT_EQ(Shown(), "");
-  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_VISIBILITY");
-  EXPECT_EQ(m_displayActs, 1);
-  Run(&Session::ShowAll);
-  EXPECT_EQ(Shown(), "abc outer inner");
-  Undo();
-  EXPECT_EQ(Shown(), "");
-  Undo();
-  EXPECT_EQ(Shown(), "abc outer inner");
-  EXPECT_EQ(m_displayActs, 2);
-}
-
-TEST_F(SessionTest, MeshingAgainTakesWhatIsMeantAndNothingElse) {
-  const auto said = [this] {
-    Heard();
-    m_session->MeshAgain();
-    const std::string heard = Heard();
-    Settle();
-    return heard;
-  };
-  using ::testing::HasSubstr;
-  Click(L"inner");
-  EXPECT_THAT(said(), HasSubstr("IDS_WB_MESH_BY_HAND"));
-  Act([&] {
-    const iterator generation = Data().GetMGInfoPool().Add(tagMGInfo());
-    tagTMset record = Mset(m_outer);
-    record.mgInfo = MGInfoPool::KeyOf(generation);
-    ASSERT_EQ(Pool().Modify(m_outer, record), 1);
-  });
-  EXPECT_THAT(said(), HasSubstr("IDS_WB_MESH_BY_HAND"));
-  for (const CString& row : {CString(L"outer"), CString(L"a"), CString(L"IDS_QD_WRT_MESH")}) {
-    Click(row);
-    EXPECT_THAT(said(), HasSubstr("DoModeless(CQDMeshGen3DDlg")) << workbench::ToUtf8(row);
-  }
-  for (const CString& row : {CString(L"b"), CString(L"IDS_QD_WRT_Coordinate_System")}) {
-    Click(row);
-    EXPECT_THAT(said(), HasSubstr("IDS_WB_WHY_NO_MESH_SET")) << workbench::ToUtf8(row);
-  }
-  Tree().ResetSelection(1);
-  EXPECT_THAT(said(), HasSubstr("IDS_WB_WHY_NO_MESH_SET"));
-  Undo();
-}
-
-TEST_F(SessionTest, ColourModesOfMeshesAreUndone) {
-  m_session->SendToMeshes(kCommandLastMeshColourMode);
-  Settle();
-  EXPECT_EQ(m_doc.GetDisplay().Meshes().GetMeshColorMode(), 4U);
-  Undo();
-  EXPECT_EQ(m_doc.GetDisplay().Meshes().GetMeshColorMode(), 0U);
-}
-
-TEST_F(SessionTest, ShowingOnlyOneSetCanBeLeftAlthoughHiddenOnesWereDeleted) {
-  const iterator gone = AddMset(L"gone");
-  Settle();
-  m_doc.GetDisplay().Meshes().ShowHideMset(gone, 0);
-  Settle();
-  Data().Delete({gone});
-  Settle();
-  Select({L"inner"});
-  Command(kCommandShowMeshOnly);
-  EXPECT_EQ(Shown(), "abc inner");
-  EXPECT_NE(m_doc.GetDisplay().Isolation(), nullptr);
-  Undo();
-  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
-  m_session->SendToMeshes(kCommandHideAllMeshes);
-  Settle();
-  EXPECT_EQ(Shown(), "abc");
-  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr) << "hiding all is no showing of some";
-}
-
-TEST_F(SessionTest, HidingIsAnActOfItsOwnUnlessItComesWithAnother) {
-  AddPartTo(m_first, L"later");
-  ClickCheck(L"b");
-  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_ACT_VISIBILITY");
-  Undo();
-  EXPECT_EQ(Data().UndoTitle(), L"act");
-  EXPECT_EQ(Shown(), "abc outer inner");
-  // Both in one go, as a command does that deletes and hides.
-  m_doc.GetDisplay().Meshes().ShowHideMset(m_inner, 0);
-  AddPartTo(m_first, L"together");
-  EXPECT_EQ(Data().UndoTitle(), L"act");
-  Undo();
-  EXPECT_TRUE(IsShown(m_inner));
-}
-
-struct Isolating {
-  const char* name;
-  const wchar_t* row;
-  unsigned command;
-  const char* shown;
-};
-class Isolation : public SessionTest, public ::testing::WithParamInterface<Isolating> {};
-TEST_P(Isolation, IsLeftWithWhatWasShownBefore) {
-  ClickCheck(L"c");
-  const std::string before = Shown();
-  Select({GetParam().row});
-  Command(GetParam().command);
-  EXPECT_EQ(Shown(), GetParam().shown);
-  ASSERT_NE(m_doc.GetDisplay().Isolation(), nullptr);
-  // Another one inside it, and something else hidden: the former visibility stays the first one.
-  Select({L"b"});
-  Command(kCommandShowOnly);
-  m_doc.GetDisplay().Meshes().ShowHideMset(m_outer, IsShown(m_outer) ? 0 : 1);
-  Settle();
-  Run(&Session::LeaveIsolation);
-  EXPECT_EQ(Shown(), before);
-  EXPECT_TRUE(m_doc.GetDisplay().Boxes().States().empty()) << "boxes of sets and groups come back, too";
-  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
-  // Taken back to inside of it and to before it, and done again.
-  Undo();
-  EXPECT_NE(m_doc.GetDisplay().Isolation(), nullptr);
-  for (int acts = 3; acts > 0; --acts) Undo();
-  EXPECT_EQ(Shown(), before);
-  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
-  Redo();
-  EXPECT_EQ(Shown(), GetParam().shown);
-  Run(&Session::LeaveIsolation);
-  EXPECT_EQ(Shown(), before);
-  // What is hidden afterwards isolates nothing.
-  ClickCheck(L"a");
-  EXPECT_EQ(m_doc.GetDisplay().Isolation(), nullptr);
-}
-INSTANTIATE_TEST_SUITE_P(Commands, Isolation,
-                         ::testing::Values(Isolating{"part", L"a", kCommandShowOnly, "a outer inner"},
-                                           Isolating{"mesh_set", L"inner", kCommandShowMeshOnly, "ab inner"}),
-                         [](const auto& param) { return std::string(param.param.name); });
-
-TEST_F(SessionTest, TheDocumentGoesOnWithoutItsTrees) {
-  m_session.reset();
-  m_checked = false;
-  Data().Delete({m_a});
-  m_doc.GetDisplay().Meshes().ShowHideMset(m_inner, 0);
-  m_toolkit.Pump();
-  EXPECT_EQ(Data().Undo(), 1);
-  EXPECT_EQ(m_bar.GetTreeCtrl().RowCount(), 0U);
-}
-
-// ---- the page of kept decks -------------------------------------------------------------------------------
-
-TEST(Keywords, AreCountedAsSolversReadThem) {
-  const auto counts = CountKeywords(
-      "** a comment\n*Step\nno card\n *NOT ONE\n*STEP, NLGEOM=YES\r\n*End Step  \n*step\n*\n**\n*NODE,NSET=A");
-  EXPECT_EQ(counts, (std::map<std::string, std::size_t>{{"*STEP", 3}, {"*END STEP", 1}, {"*", 1}, {"*NODE", 1}}));
-  EXPECT_TRUE(CountKeywords("").empty());
-}
-
-class DeckPage : public SessionTest {
- protected:
-  iterator AddDeck(int kinds) {
-    std::string text = "** comment\n";
-    for (int kind = 0; kind < kinds; ++kind) text += "*CARD " + std::to_string(kind) + ", A=1\n1, 2\n";
-    iterator itr = 0;
-    Act([&] {
-      tagTDeck deck;
-      deck.name = L"beam.inp";
-      deck.text = std::make_shared<const std::string>(text + "*CARD 0\n");
-      itr = Data().GetDeckPool().Add(deck);
-    });
-    return itr;
-  }
-};
-
-TEST_F(DeckPage, StandsWhileThereIsADeckAndRemovesIt) {
-  EXPECT_EQ(DocumentPage::For(m_doc), nullptr);
-  const iterator deck = AddDeck(2);
-  EXPECT_TRUE(Concerns(m_notices.back(), kDataDeck));
-  const auto page = DocumentPage::For(m_doc);
-  ASSERT_NE(page, nullptr);
-  page->ShowProperty();
-  EXPECT_FALSE(page->HasApplyButton());
-  std::vector<CString> texts;
-  for (const auto& row : page->GetRows()) texts.push_back(row->name + L"=" + row->value);
-  EXPECT_EQ(texts, (std::vector<CString>{L"beam.inp=", L"IDS_WB_DECK_KEPT=IDS_QD_WRT_YES", L"IDS_WB_DECK_CARDS=3",
-                                         L"IDS_WB_DECK_KEYWORDS=", L"*CARD 0=2", L"*CARD 1=1"}));
-  CBCGPProp row = *page->GetRows()[1];
-  page->OnPropertyChanged(&row, row.data);
-  EXPECT_NE(Data().GetDataType(deck), 0) << "yes keeps it";
-  row.value = L"IDS_QD_WRT_NO";
-  page->OnPropertyChanged(&row, row.data);
-  Settle();
-  EXPECT_EQ(Data().GetDataType(deck), 0);
-  EXPECT_TRUE(Concerns(m_notices.back(), kDataDeck));
-  EXPECT_EQ(Data().UndoTitle(), L"IDS_WB_TRANS_REMOVE_DECK");
-  EXPECT_EQ(DocumentPage::For(m_doc), nullptr);
-  Undo();
-  EXPECT_NE(DocumentPage::For(m_doc), nullptr);
-  AddPartTo(m_first, L"other");
-  EXPECT_FALSE(Concerns(m_notices.back(), kDataDeck));
-}
-
-TEST_F(DeckPage, ListsSoManyKindsAndCountsTheRest) {
-  for (const auto& [kinds, rows, last] :
-       {std::tuple(199, 199U, L"1"), std::tuple(200, 200U, L"1"), std::tuple(203, 201U, L"3")}) {
-    const iterator deck = AddDeck(kinds);
-    const auto page = DocumentPage::For(m_doc);
-    page->ShowProperty();
-    EXPECT_EQ(page->GetRows().size(), 4U + rows) << kinds;
-    EXPECT_EQ(page->GetRows().back()->value, last) << kinds;
-    EXPECT_EQ(page->GetRows().back()->name == L"…", kinds > 200);
-    Act([&] { Data().GetDeckPool().TR_Del({deck}); });
-  }
 }
 
 }  // namespace

@@ -309,5 +309,15 @@ TEST_F(StoredResults, NumbersStayWhereNoneIsTaken) {
   }
 }
 
+/// Files may name things by what cannot be seen.
+TEST_F(StoredResults, BlankNamesOfFilesAreNamedByRule) {
+  ImportedModel model;
+  model.parts.emplace_back().name = "\xC2\xA0\xE3\x80\x80";
+  model.meshSets.emplace_back().name = "\xF3\xA0\x80\xA0";
+  ASSERT_EQ(StoreImport(Data(), std::move(model), L"import"), 1);
+  EXPECT_EQ(Part(Data().GetGeomPool().GetItrList().back()).name, L"IDS_WB_UNNAMED");
+  EXPECT_EQ(Data().GetMsetPool().GetAtNU(Data().GetMsetPool().GetItrList().back())->name, L"IDS_WB_UNNAMED");
+}
+
 }  // namespace
 }  // namespace qd::test

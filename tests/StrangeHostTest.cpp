@@ -3,8 +3,11 @@
 #include <stdexcept>
 #include <thread>
 
+#include "host/CMSGFunction.h"
+#include "host/MessageOutput.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 #include "qd_wrt/geometry/CQDTreeItemGset.h"
+#include "qd_wrt/mesh/CQDTreeItemMesh.h"
 #include "support/Geometry.h"
 #include "support/Probes.h"
 
@@ -176,6 +179,72 @@ TEST(StrangeHost, MayAskForTheSelectionWhileItIsTold) {
   tree.SelectCTItem(tree.GetQDRootItem()->Children().front());
   EXPECT_EQ(tree.GetSelectedCount(), 1);
   doc.bar = nullptr;
+  bar.DestroyTreeItems();
+  ProbeNode::TakeLog();
+}
+
+/// Its own database may hold what ours refuses: sets that stand below themselves.
+TEST(StrangeHost, IsToldOnceOfMeshSetsThatHaveNoPlace) {
+  struct Texts final : CMSGFunction::ITable {
+    bool Find(std::string_view, CString& text) const override { return text = L"%s", true; }
+  };
+  struct Output final : IMessageOutput {
+    void Warn(const CString& text) override { said += text + L";"; }
+    CString said;
+  };
+  const Texts texts;
+  Output output;
+  HeadlessToolkit toolkit;
+  WorkDocument doc;
+  Database& data = doc.GetDatabase();
+  const auto put = [&](iterator itr, iterator parent) {
+    data.BeginTransaction(L"act");
+    tagTMset record = *data.GetMsetPool().GetAtNU(itr);
+    record.parent = parent != 0 ? data.GetMsetPool().GetAtNU(parent)->key : 0;
+    static_cast<Pool<tagTMset, DPoolMset>&>(data.GetMsetPool()).Change(itr, record);
+    data.CommitTransaction(0);
+  };
+  const auto add = [&](const wchar_t* name, std::uint32_t parent) {
+    tagTMset record;
+    record.name = name;
+    record.parent = parent;
+    return data.GetMsetPool().Add(record);
+  };
+  data.BeginTransaction(L"act");
+  const iterator a = add(L"A", 0);
+  const iterator b = add(L"B", data.GetMsetPool().GetAtNU(a)->key);
+  add(L"D", 0);
+  data.CommitTransaction(0);
+  ProbeFactory probes;
+  CQDTreeItem* branch = nullptr;
+  probes.make = [&branch](CQDTreeListCtrl* control) {
+    auto* root = new ProbeNode(control, nullptr, L"root");
+    root->makeChildren = [control, &branch](ProbeNode& self) {
+      (branch = new CQDTreeItemMesh(control, &self))->MakeItem(kInsertLast);
+    };
+    return root;
+  };
+  CWorksTreeBar bar;
+  bar.SetDocument(&doc);
+  bar.Create(nullptr, 0, {0, 0, 300, 300});
+  bar.CreateTreeItems(1, &probes, 1);
+  const auto notice = [&](iterator itr) {
+    CQDUpdateRecord record;
+    record.changes.push_back({kDataMset, kChangeModified, itr});
+    bar.UpdateDB(&doc, HintOf(record));
+  };
+  EXPECT_EQ(output.said, L"");
+  put(a, b);
+  notice(a);
+  EXPECT_EQ(branch->GetAllChildCount(), 1);
+  EXPECT_EQ(output.said, L"A, B;");
+  notice(b);
+  EXPECT_EQ(output.said, L"A, B;") << "once";
+  bar.CreateTreeItems(1, &probes, 1);
+  EXPECT_EQ(output.said, L"A, B;A, B;") << "in each tree";
+  put(a, 0);
+  notice(a);
+  EXPECT_EQ(branch->GetAllChildCount(), 3);
   bar.DestroyTreeItems();
   ProbeNode::TakeLog();
 }

@@ -1,6 +1,13 @@
 // The general tree-list control: records, order, rows and columns.
 
+#include <algorithm>
+#include <numeric>
+#include <random>
+
+#include "platform/tree/StableMerge.h"
+#include "qd_wrt/treelist/NameSort.h"
 #include "support/TreeList.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::test {
 namespace {
@@ -91,6 +98,45 @@ TEST(NameOrder, ComparesPrefixNumberAndText) {
                                                  {L"Part99999999999", L"Part99999999998", 1}}) {
     EXPECT_EQ(compare(first, second), sign) << CString(first);
     EXPECT_EQ(compare(second, first), -sign) << CString(first);
+  }
+}
+
+/// However many are sorted at once, and by whatever short cut: as a merge that asks about two at a time. Names
+/// whose prefixes differ in case only have no one order, so the way counts there.
+TEST_F(TreeList, SortByNameStandsAsComparingSays) {
+  const std::vector<std::vector<CString>> alphabets{
+      {L"a", L"B", L"\u00E9", L"e", L"E\u0301", L"\u00DF", L"ss", L"\u0436", L" "},
+      {L"part ", L"part", L"0", L"1", L"72", L" x", L"\u00E9", L"e", L"", L"-"},
+      {L"p", L"P", L"1", L"0", L"31", L" "},
+      {L"Part 1-one of many ", L"Part 1-one of many", L"a", L"A", L"\u00E4", L"9"},
+      {L"b2147483647", L"b2147483648", L"b", L"0", L"99999999999", L"a"},
+      {L"same"}};
+  std::mt19937 random(8);
+  for (const std::vector<CString>& alphabet : alphabets) {
+    for (const std::size_t count : {20U, 33U, 300U, 1000U}) {
+      m_tree.DeleteAllItems();
+      std::vector<CString> names(count);
+      std::vector<HTREEITEM> rows;
+      for (CString& name : names) {
+        for (std::size_t left = 1 + random() % 4; left > 0; --left) name += alphabet[random() % alphabet.size()];
+        rows.push_back(Add(name.c_str()));
+      }
+      const std::vector<NameKey> keys(names.begin(), names.end());
+      for (const int direction : {-1, 1}) {
+        std::vector<std::uint32_t> places(count);
+        std::iota(places.begin(), places.end(), 0U);
+        StableMerge(places, [&](std::uint32_t left, std::uint32_t right) {
+          return direction * CompareNames(keys[left], keys[right], 1);
+        });
+        ASSERT_EQ(OrderOfNames(keys, direction), places) << workbench::ToUtf8(alphabet[0]) << ", " << count;
+      }
+      m_tree.SortItems(0, 1, kTreeRoot);
+      HTREEITEM row = m_tree.GetRootItem();
+      for (const std::uint32_t place : OrderOfNames(keys, 1)) {
+        ASSERT_EQ(row, rows[place]) << workbench::ToUtf8(m_tree.GetItemText(row, 0));
+        row = m_tree.GetNextSiblingItem(row);
+      }
+    }
   }
 }
 

@@ -55,6 +55,30 @@ TEST(WindowCommandTable, HasEachNumberAndEachKeyOnce) {
   EXPECT_EQ(FindWindowCommand(99), nullptr);
 }
 
+TEST_F(WindowCommandsTest, FindOpensTheBarOfTheTreeThatWasTouchedLast) {
+  AddParts({L"plate"});
+  const auto isIn = [this](const CWnd& bar) {
+    const CWnd* at = m_toolkit.FocusWindow();
+    while (at != nullptr && at != &bar) at = at->GetParent();
+    return at != nullptr;
+  };
+  Run(kFindRows);
+  EXPECT_TRUE(isIn(m_bar));
+  Show(kGeometrySetTree);
+  Tree().SetFocus();
+  Run(kFindRows);
+  EXPECT_TRUE(isIn(m_setBar));
+  Show(kModelTree);
+  SelectRows(L"plate");
+  m_later.SetFocus();  // elsewhere, but this tree has the selection
+  Run(kFindRows);
+  EXPECT_TRUE(isIn(m_bar));
+  m_later.SetFocus();
+  m_bar.ShowWindow(false);  // behind the other one's tab
+  Run(kFindRows);
+  EXPECT_TRUE(isIn(m_setBar));
+}
+
 TEST_F(WindowCommandsTest, ArePossibleWhenThereIsSomethingToDo) {
   EXPECT_EQ(Possible(), "");
   const iterator outer = AddMset(L"outer");
@@ -96,7 +120,9 @@ TEST_F(WindowCommandsTest, TheColourModeThatHoldsIsChecked) {
   const auto checked = [this] {
     std::vector<unsigned> all;
     for (const WindowCommand& command : WindowCommands()) {
-      if (command.checked != nullptr && command.checked(*m_session, command.number)) all.push_back(command.number);
+      const bool mesh = command.menu == std::string_view("IDS_WB_MENU_MESH");
+      if (mesh && command.checked != nullptr && command.checked(*m_session, command.number))
+        all.push_back(command.number);
     }
     return all;
   };
@@ -105,6 +131,28 @@ TEST_F(WindowCommandsTest, TheColourModeThatHoldsIsChecked) {
   EXPECT_EQ(checked(), std::vector<unsigned>{kCommandLastMeshColourMode});
   Undo();
   EXPECT_EQ(checked(), std::vector<unsigned>{kCommandMeshColourMode});
+}
+
+/// Several rows are shown in the view from their menu, where there is a view.
+TEST_F(WindowCommandsTest, RowsAreShownInTheViewFromTheirMenu) {
+  for (const wchar_t* name : {L"A", L"B"}) AddMset(name);
+  Tree().Expand(Row(kMeshRoot), ExpandAction::Expand);
+  const auto offers = [this] {
+    Click(L"A");
+    Click(L"B", kMouseControl);
+    Menu();
+    return m_toolkit.LastMenuWithCommands().find("IDS_WB_SHOW_IN_VIEW") != std::string::npos;
+  };
+  EXPECT_FALSE(offers());
+  Looking& looking = m_doc.GetLooking();
+  looking.SetPicture([] {
+    Looking::Picture picture;
+    picture.shown = picture.selected = [] { return ViewBox{{7, 8, 9}, {8, 9, 10}}; };
+    return picture;
+  });
+  EXPECT_TRUE(offers());
+  Run(kFitSelection);
+  EXPECT_EQ(looking.Camera().Focus(), (Vector3{7.5, 8.5, 9.5}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "qd_wrt/core/CommandNumbers.h"
 #include "support/Model.h"
 #include "workbench/session/FollowedWork.h"
 
@@ -97,6 +98,92 @@ TEST_F(WorkedOnParts, IsToldOnlyWhenItHasChanged) {
   EXPECT_EQ(after([&] { m_doc.Select({{set}}); }), L"1: B");
   EXPECT_EQ(after([&] { ChangePart(other, [set](tagTGeom& record) { record.gset = set; }); }), L"1: B, C");
   EXPECT_EQ(after([this] { Undo(); }), L"1: B");
+  EXPECT_EQ(after(rename(other, L"c")), L"0: B") << "not in the set";
+  EXPECT_EQ(after(rename(b, L"b")), L"1: b");
+  EXPECT_EQ(after([&] { ChangePart(b, [other, this](tagTGeom& record) { record.gset = Part(other).gset; }); }),
+            L"1: ");
+  EXPECT_EQ(after([this] { Undo(); }), L"1: b");
+  // So does what stands below a row without a record.
+  Open();
+  EXPECT_EQ(after([this] { Click(Node(L"b")->GetParent()->GetTitle()); }), L"1: b, c");
+  EXPECT_EQ(after(rename(other, L"C")), L"1: b, C");
+  EXPECT_EQ(after([&] { AddPartTo(set, L"e"); }), L"1: b, C, e");
+  EXPECT_EQ(after([this] { Undo(); }), L"1: b, C");
+}
+
+/// Meshes of the parts of a selected set come and go with these.
+TEST_F(WorkedOnParts, MeshesAreWorkedOnWithTheirParts) {
+  const iterator set = AddSet(L"S");
+  const iterator part = AddPartTo(set, L"a");
+  const iterator elsewhere = AddSet(L"T");
+  Act([&] {
+    tagTMset mesh;
+    mesh.name = L"mesh";
+    mesh.geom = part;
+    Data().GetMsetPool().Add(mesh);
+  });
+  m_doc.Select({{set}});
+  int told = 0;
+  const FollowedWork work(m_doc, {.type = kDataMset, .reach = Reach::All}, [&told] { ++told; });
+  EXPECT_EQ(work.Names(), L"mesh");
+  ChangePart(part, [elsewhere](tagTGeom& record) { record.gset = elsewhere; });
+  EXPECT_EQ(work.Names(), L"");
+  Undo();
+  EXPECT_EQ(work.Names(), L"mesh");
+  EXPECT_EQ(told, 2);
+}
+
+/// What was selected and is gone leaves nothing to work on: everything else is not what was meant.
+TEST_F(WorkedOnParts, AreNoneWhenWhatWasSelectedIsGone) {
+  const iterator set = AddSet(L"S");
+  const iterator a = AddPartTo(set, L"a");
+  const iterator b = AddPartTo(set, L"b");
+  AddPartTo(AddSet(L"T"), L"c");
+  Open();
+  for (const long tree : {kGeometrySetTree, kModelTree}) {
+    Show(tree);
+    Tree().GetQDRootItem()->ForEachBelow([](CQDTreeItem* node) { node->Expand(1); });
+  }
+  const FollowedWork work(m_doc, {.elseAll = true}, [] {});
+  const auto now = [this, &work] {
+    Settle();
+    return work.Names() + (work.IsAll() ? L" (all)" : L"");
+  };
+  // By the key, by the row's own command, by a program, by undo of what made it.
+  Click(L"a");
+  EXPECT_EQ(now(), L"a");
+  m_session->Delete();
+  EXPECT_EQ(now(), L"");
+  Undo();
+  EXPECT_EQ(now(), L"");
+  m_toolkit.Click(Tree(), {50, 390});
+  EXPECT_EQ(now(), L"a, b, c (all)") << "who selects nothing means all";
+  Click(L"b");
+  Command(kCommandDelete);
+  EXPECT_EQ(now(), L"");
+  Undo();
+  Click(L"a");
+  Click(L"b", kMouseControl);
+  EXPECT_EQ(now(), L"a, b");
+  Act([&] { Data().GetGeomPool().TR_Del({a, b}); });
+  EXPECT_EQ(now(), L"");
+  Undo();
+  Show(kGeometrySetTree);
+  Click(L"T");
+  EXPECT_EQ(now(), L"c");
+  m_session->Delete();
+  EXPECT_EQ(now(), L"");
+  Undo();
+  Node(L"T")->Expand(1);
+  Click(Node(L"T")->GetChild(0)->GetTitle());  // a group, which goes with its last part
+  EXPECT_EQ(now(), L"c");
+  Act([&] { Data().GetGeomPool().TR_Del(Data().GetGeomPool().GetItrList()); });
+  EXPECT_EQ(now(), L"");
+  Undo();
+  m_session->Trees().Pick({a}, workbench::PickMode::Replace);
+  EXPECT_EQ(now(), L"a");
+  while (Data().GetDataType(a) != 0) Undo();
+  EXPECT_EQ(now(), L"");
 }
 
 }  // namespace

@@ -35,13 +35,18 @@ TEST_F(WorksTree, NullRootAndNullDocumentLeaveAnEmptyTreeThatAnswersEverything) 
 }
 
 TEST_F(WorksTree, ANewTreeReplacesTheOldOneLastNodeFirst) {
-  OpenProbes([this](ProbeNode& root) {
+  m_bar.CreateTreeItems(1, nullptr, 0);
+  bool inUse = true;
+  OpenProbes([this, &inUse](ProbeNode& root) {
+    inUse = Tree().IsActiveTree();
     Add(*Add(root, L"a"), L"a1");
     Add(root, L"b");
   });
   EXPECT_EQ(State(), "root [a [a1] b]");
   EXPECT_TRUE(Tree().IsExpanded(Row(L"root")));
+  EXPECT_TRUE(!inUse && Tree().IsActiveTree()) << "it is in use when it stands, not before";
   m_bar.CreateTreeItems(1, &m_probes, 0);
+  EXPECT_TRUE(inUse);
   EXPECT_EQ(ProbeNode::TakeLog(), "~b ~a1 ~a ~root ");
   EXPECT_FALSE(Tree().IsActiveTree());
   EXPECT_EQ(Tree().GetRowCount(), 4);

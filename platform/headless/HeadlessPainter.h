@@ -11,7 +11,7 @@ class BCMenu;
 
 /// Records what is drawn, one call a line: "fill l,t,r,b #RRGGBB", "text l,t,r,b 'text'", "image x,y" …
 /// Coordinates are client coordinates with the origin added.
-class HeadlessPainter final : public IPainter {
+class QD_HEADLESS_EXPORT HeadlessPainter final : public IPainter {
  public:
   explicit HeadlessPainter(const CRect& client) : m_client(client) {}
   std::vector<std::string> TakeCalls() { return std::move(m_calls); }
@@ -39,6 +39,6 @@ class HeadlessPainter final : public IPainter {
 
 /// A menu as text: entries divided by "|", "[x] " before checked ones, "-" for a separator, submenus in braces.
 /// With commands, the number of each stands before its text.
-std::string DescribeMenu(const BCMenu& menu, bool withCommands = false);
+QD_HEADLESS_EXPORT std::string DescribeMenu(const BCMenu& menu, bool withCommands = false);
 
 }  // namespace qd

@@ -7,14 +7,15 @@
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
 #include "platform/headless/HeadlessPainter.h"
+#include "platform/headless/HeadlessTextBox.h"
 
 namespace qd {
 
 /// A rectangle with a parent.
-class HeadlessPeer final : public IPeer, private ITextBox {
+class HeadlessPeer final : public IPeer {
  public:
   HeadlessPeer(HeadlessToolkit& toolkit, CWnd& owner, PeerKind kind, HeadlessPeer* parent, const CRect& area)
-      : m_toolkit(toolkit), m_owner(owner), m_kind(kind), m_parent(parent), m_area(area) {
+      : m_toolkit(toolkit), m_owner(owner), m_kind(kind), m_parent(parent), m_area(area), m_box(owner, kind) {
     toolkit.m_windows.push_back(&owner);
   }
   ~HeadlessPeer() override { m_toolkit.Forget(&m_owner); }
@@ -33,6 +34,7 @@ class HeadlessPeer final : public IPeer, private ITextBox {
     return {0, 0, std::max(width, 0), std::max(m_area.Height(), 0)};
   }
   void Show(bool) override {}
+  bool IsSeen() const override { return m_owner.IsShown() && (m_parent == nullptr || m_parent->IsSeen()); }
   void Enable(bool) override {}
   void Invalidate(const CRect& area) override {
     auto& dirty = m_toolkit.m_dirty;
@@ -78,7 +80,10 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   void SetCursor(CursorShape shape) override { m_pointer = shape == CursorShape::Arrow ? "arrow" : "resize"; }
   void SetCursor(const Picture&) override { m_pointer = "picture"; }
   void AnnounceFocus(std::uint64_t row) override { m_toolkit.m_announced.push_back(row); }
-  ITextBox* TextBox() override { return IsText() ? this : nullptr; }
+  void SetAccessible(const Accessible& what) override { m_accessible = what; }
+  void Announce() override { m_toolkit.m_spoken.push_back(m_accessible.name); }
+  void Raise() override {}
+  ITextBox* TextBox() override { return IsText() ? &m_box : nullptr; }
   void ShowTip(CPoint screen, const CString& text, COLORREF background, COLORREF colour) override {
     m_toolkit.m_tip = {text, screen, background, colour, &m_owner};
   }
@@ -86,39 +91,11 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   const ScrollState& Scroll() const { return m_scroll; }
   const std::string& Pointer() const { return m_pointer; }
   bool IsText() const { return m_kind == PeerKind::Edit || m_kind == PeerKind::DropDownList; }
-  /// The key that is on its way to the box; it is handled at most once.
-  void BeginKey(const Message& key) { m_key = &key; }
-  void EndKey() { m_key = nullptr; }
-  void HandleKey() override {
-    const Message* key = std::exchange(m_key, nullptr);
-    if (key == nullptr || m_kind != PeerKind::Edit) return;
-    const bool deletes = key->kind == MessageKind::KeyDown && key->key == kKeyDelete;
-    const bool types = key->kind == MessageKind::Char;
-    if (!deletes && !types) return;
-    if (std::exchange(m_allSelected, false)) m_text.clear();
-    if (types) m_text += static_cast<wchar_t>(key->key);
-    m_owner.Dispatch({.kind = MessageKind::TextChanged, .target = &m_owner});
-  }
-  void Insert(const CString& text) {
-    if (std::exchange(m_allSelected, false)) m_text.clear();
-    m_text += text;
-    m_owner.Dispatch({.kind = MessageKind::TextChanged, .target = &m_owner});
-  }
+  HeadlessTextBox& Box() { return m_box; }
+  const HeadlessTextBox& Box() const { return m_box; }
+  const Accessible& GetAccessible() const { return m_accessible; }
 
  private:
-  void SetText(const CString& text) override {
-    m_text = text;
-    m_allSelected = false;
-  }
-  CString GetText() const override { return m_text; }
-  void SelectAll() override { m_allSelected = true; }
-  void AddChoice(const CString& text) override {
-    if (m_text.empty()) m_text = text;
-  }
-
-  CString m_text;
-  bool m_allSelected = false;
-  const Message* m_key = nullptr;
   HeadlessToolkit& m_toolkit;
   CWnd& m_owner;
   PeerKind m_kind;
@@ -126,7 +103,13 @@ class HeadlessPeer final : public IPeer, private ITextBox {
   CRect m_area;
   ScrollState m_scroll;
   std::string m_pointer = "arrow";
+  HeadlessTextBox m_box;
+  Accessible m_accessible;
 };
+
+HeadlessToolkit::~HeadlessToolkit() {
+  CloseWindows();
+}
 
 std::unique_ptr<IPeer> HeadlessToolkit::MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) {
   return std::make_unique<HeadlessPeer>(*this, owner, kind, static_cast<HeadlessPeer*>(parent), area);
@@ -165,7 +148,7 @@ void HeadlessToolkit::Type(CWnd& window, const CString& text) {
 }
 
 void HeadlessToolkit::Paste(CWnd& window, const CString& text) {
-  if (IsAlive(&window)) static_cast<HeadlessPeer*>(window.GetPeer())->Insert(text);
+  if (IsAlive(&window)) static_cast<HeadlessPeer*>(window.GetPeer())->Box().Insert(text);
 }
 
 void HeadlessToolkit::SetColour(SystemColour which, COLORREF colour) {
@@ -199,6 +182,15 @@ void HeadlessToolkit::Advance(unsigned milliseconds) {
   }
 }
 
+void HeadlessToolkit::FinishSlices() {
+  constexpr unsigned kAtOnce = 1;
+  const auto goesOn = [](const Timer& timer) { return timer.period <= kAtOnce; };
+  while (std::any_of(m_timers.begin(), m_timers.end(), goesOn)) {
+    Advance(kAtOnce);
+    Pump();
+  }
+}
+
 /// What the window system itself makes of a message, whoever handles it.
 void HeadlessToolkit::Note(const Message& message) {
   if (!IsAlive(message.target)) return;
@@ -220,11 +212,14 @@ void HeadlessToolkit::DispatchNow(const Message& message) {
 /// A key on its way into an edit box or a list.
 void HeadlessToolkit::TypeInto(CWnd& window, const Message& message) {
   auto* peer = static_cast<HeadlessPeer*>(window.GetPeer());
-  peer->BeginKey(message);
+  peer->Box().BeginKey(message);
   const bool handled = message.kind == MessageKind::KeyDown && window.PreTranslateMessage(message);
-  if (!IsAlive(&window)) return;
-  if (!handled) peer->HandleKey();
-  peer->EndKey();
+  // Whoever hears of the key, or of what it types, may take the box down.
+  const auto stands = [&] { return IsAlive(&window) && window.GetPeer() == peer; };
+  if (!stands()) return;
+  if (!handled) peer->Box().HandleKey();
+  if (!stands()) return;
+  peer->Box().EndKey();
   if (!handled) window.Dispatch(message);
 }
 
@@ -265,6 +260,18 @@ ScrollState HeadlessToolkit::ScrollOf(const CWnd& window) const {
 
 std::string HeadlessToolkit::PointerOf(const CWnd& window) const {
   return IsAlive(&window) ? static_cast<const HeadlessPeer*>(window.GetPeer())->Pointer() : "";
+}
+
+Accessible HeadlessToolkit::AccessibleOf(const CWnd& window) const {
+  return IsAlive(&window) ? static_cast<const HeadlessPeer*>(window.GetPeer())->GetAccessible() : Accessible{};
+}
+
+std::optional<ITextBox::Colours> HeadlessToolkit::BoxColoursOf(const CWnd& window) const {
+  return IsAlive(&window) ? static_cast<const HeadlessPeer*>(window.GetPeer())->Box().GetColours() : std::nullopt;
+}
+
+CString HeadlessToolkit::HintOf(const CWnd& window) const {
+  return IsAlive(&window) ? static_cast<const HeadlessPeer*>(window.GetPeer())->Box().GetHint() : CString();
 }
 
 bool HeadlessToolkit::IsAlive(const CWnd* window) const {

@@ -3,6 +3,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,21 +18,29 @@ class HeadlessPeer;
 /// recorded as text, text metrics are fixed, and time stands still until it is moved by hand.
 ///
 /// Input is queued and handled by Pump. Messages that windows post are handled after what was queued before.
-class HeadlessToolkit final : public IToolkit {
+class QD_HEADLESS_EXPORT HeadlessToolkit final : public IToolkit {
  public:
+  /// @{
+  /// Of the fixed font, in pixels.
   static constexpr int kCharacterWidth = 7;
   static constexpr int kBoldWidth = 8;
   static constexpr int kFontHeight = 16;
+  /// @}
 
-  HeadlessToolkit() = default;
-  ~HeadlessToolkit() override = default;
+  /// A program need not say what it was built against.
+  explicit HeadlessToolkit(const char* builtAgainst = QD_WRT_VERSION) : IToolkit(builtAgainst) {}
+  ~HeadlessToolkit() override;
 
   // ---- script -------------------------------------------------------------------------------------------
-  void Enqueue(Message message);
+  void Enqueue(Message message);  ///< queues a message as the window system would
   /// Press and release; flags are MouseFlags.
   void Click(CWnd& window, CPoint point, unsigned flags = 0);
+  /// @{
+  /// Likewise with the right button, or twice.
   void RightClick(CWnd& window, CPoint point, unsigned flags = 0);
   void DoubleClick(CWnd& window, CPoint point);
+  /// @}
+  /// A key, with `flags` of MouseFlags; it goes to the window whatever has the focus.
   void Key(CWnd& window, int key, unsigned flags = 0);
   /// Types characters: an edit box takes them in, other windows get them as messages.
   void Type(CWnd& window, const CString& text);
@@ -45,6 +54,8 @@ class HeadlessToolkit final : public IToolkit {
   CWnd* FindChild(const CWnd& parent, int id) const;
   /// Handles everything queued, and what comes of it.
   void Pump();
+  /// Lets time pass while anything goes on in slices.
+  void FinishSlices();
   /// Moves the clock; timers that fall due are queued.
   void Advance(unsigned milliseconds);
   /// What the next pop-up menus answer, in order; 0 closes the menu. Without an answer a menu answers 0.
@@ -55,6 +66,8 @@ class HeadlessToolkit final : public IToolkit {
   const std::string& LastMenuWithCommands() const { return m_lastMenu; }
   /// What the next message boxes answer, in order; without an answer a box is closed.
   void AnswerMessage(MessageAnswer answer) { m_messageAnswers.push_back(answer); }
+  /// What happens while the next message box stands open, before it is answered.
+  void WhileMessage(std::function<void()> meanwhile) { m_whileMessage = std::move(meanwhile); }
   /// Whether something was answered that nobody has asked yet.
   bool HasAnswersLeft() const {
     return !m_menuAnswers.empty() || !m_messageAnswers.empty() || !m_dialogAnswers.empty();
@@ -69,8 +82,22 @@ class HeadlessToolkit final : public IToolkit {
   std::vector<CString> TakeMessages() { return std::exchange(m_messages, {}); }
   /// What the user does in the next dialogs: presses controls, in order. A dialog that is still open then is
   /// closed.
-  void AnswerDialog(std::vector<int> presses) { m_dialogAnswers.push_back(std::move(presses)); }
-  /// The dialogs shown since the last call: caption, then texts of the controls, "(x)" before checked ones.
+  void AnswerDialog(std::vector<int> presses) {
+    m_dialogAnswers.emplace_back();
+    for (const int id : presses) m_dialogAnswers.back().push_back({id});
+  }
+  /// Likewise, with texts that he leaves in fields, in place of those that are there, and with what else happens
+  /// meanwhile.
+  struct DialogStep {
+    int id = 0;                         ///< the control to press; 0 presses none
+    std::optional<CString> text{};      ///< what the field of that id says first
+    std::function<void()> meanwhile{};  ///< what happens first
+  };
+  /// For the next dialog.
+  void WorkDialog(std::vector<DialogStep> steps) { m_dialogAnswers.push_back(std::move(steps)); }
+  /// The dialogs shown since the last call, as they were when they were shown and, when they were worked with,
+  /// when they ended: caption, then texts of the controls, "(x)" before checked ones, "(-)" before those out of
+  /// use, the first lines of lists in brackets.
   std::vector<std::string> TakeDialogs() { return std::exchange(m_dialogs, {}); }
   /// Paints the whole window now and returns what was drawn, one call a line.
   std::vector<std::string> Paint(CWnd& window);
@@ -80,23 +107,34 @@ class HeadlessToolkit final : public IToolkit {
   void SetScreen(std::function<void(CWnd&, const CRect&)> screen) { m_screen = std::move(screen); }
   /// The tool tip on show, empty when there is none, and how it looks.
   const CString& Tip() const { return m_tip.text; }
+  /// What a tip looks like.
   struct TipLook {
-    CString text;
-    CPoint screen;
+    CString text;   ///< empty for none
+    CPoint screen;  ///< its top left corner
+    /// @{
+    /// As it was given them.
     COLORREF background = 0;
     COLORREF colour = 0;
+    /// @}
     CWnd* owner = nullptr;  ///< the tip
   };
-  const TipLook& GetTipLook() const { return m_tip; }
-  CWnd* FocusWindow() const { return m_focus; }
+  const TipLook& GetTipLook() const { return m_tip; }  ///< of the last tip
+  CWnd* FocusWindow() const { return m_focus; }        ///< null for none
   /// The timers of a window that run: number and period.
   std::map<unsigned, unsigned> TimersOf(const CWnd& window) const;
   /// What the window's scroll bar, or the bar that it is, shows.
   ScrollState ScrollOf(const CWnd& window) const;
   /// The pointer over a window: "arrow", "resize" or "picture".
   std::string PointerOf(const CWnd& window) const;
-  bool IsWaitCursor() const { return m_waits > 0; }
-  const CString& ClipboardText() const { return m_clipboard; }
+  bool IsWaitCursor() const { return m_waits > 0; }             ///< whether the program shows that it is busy
+  const CString& ClipboardText() const { return m_clipboard; }  ///< what was copied last
+  /// What screen readers know of a window.
+  Accessible AccessibleOf(const CWnd& window) const;
+  /// The names that screen readers were to say since the last call.
+  std::vector<CString> TakeSpoken() { return std::exchange(m_spoken, {}); }
+  /// The colours that an edit box was given, and what it shows while it is empty.
+  std::optional<ITextBox::Colours> BoxColoursOf(const CWnd& window) const;
+  CString HintOf(const CWnd& window) const;  ///< what it shows while it is empty
   /// The rows that windows announced to screen readers since the last call.
   std::vector<std::uint64_t> TakeAnnounced() { return std::exchange(m_announced, {}); }
 
@@ -141,12 +179,14 @@ class HeadlessToolkit final : public IToolkit {
   std::string m_lastMenu;
   std::vector<MessageAnswer> m_messageAnswers;
   std::vector<CString> m_messages;
-  std::vector<std::vector<int>> m_dialogAnswers;
+  std::function<void()> m_whileMessage;
+  std::vector<std::vector<DialogStep>> m_dialogAnswers;
   std::vector<std::string> m_dialogs;
   unsigned long m_now = 0;
   int m_paints = 0;
   int m_waits = 0;
   std::vector<std::uint64_t> m_announced;
+  std::vector<CString> m_spoken;
   CPoint m_cursor;
   CString m_clipboard;
   std::map<SystemColour, COLORREF> m_colours;  // those that the user has chosen

@@ -7,7 +7,7 @@
 
 #include "platform/AccessibleRows.h"
 #include "platform/qt/QtConvert.h"
-#include "platform/qt/QtPeer.h"
+#include "platform/qt/QtSurface.h"
 
 namespace qd {
 
@@ -169,9 +169,53 @@ void RowForReaders::doAction(const QString& name) {
   if (name == kExpandAction) m_tree.Rows()->Toggle(m_row);
 }
 
+/// A surface that is a button, a choice or a line of news.
+class ControlForReaders final : public QAccessibleWidget {
+ public:
+  explicit ControlForReaders(SurfaceWidget* surface) : QAccessibleWidget(surface), m_surface(surface) {}
+
+  QAccessible::Role role() const override {
+    switch (What().role) {
+      case Accessible::Role::Button:
+        return QAccessible::Button;
+      case Accessible::Role::Choice:
+        return QAccessible::RadioButton;
+      case Accessible::Role::Status:
+        return QAccessible::StatusBar;
+      case Accessible::Role::Plain:
+        break;
+    }
+    return QAccessibleWidget::role();
+  }
+  QAccessible::State state() const override {
+    QAccessible::State state = QAccessibleWidget::state();
+    state.checkable = What().role == Accessible::Role::Choice;
+    state.checked = state.checkable && What().chosen;
+    return state;
+  }
+  QStringList actionNames() const override {
+    QStringList names = QAccessibleWidget::actionNames();
+    if (IsPressed()) names.prepend(pressAction());
+    return names;
+  }
+  void doAction(const QString& name) override {
+    if (name != pressAction()) return QAccessibleWidget::doAction(name);
+    if (m_surface != nullptr && IsPressed()) m_surface->PressByReader();
+  }
+
+ private:
+  Accessible What() const { return m_surface != nullptr ? m_surface->GetAccessible() : Accessible{}; }
+  bool IsPressed() const {
+    return What().role == Accessible::Role::Button || What().role == Accessible::Role::Choice;
+  }
+  QPointer<SurfaceWidget> m_surface;
+};
+
 QAccessibleInterface* MakeInterface(const QString&, QObject* object) {
   auto* surface = dynamic_cast<SurfaceWidget*>(object);
-  return surface != nullptr && surface->AccessibleRows() != nullptr ? new TreeForReaders(surface) : nullptr;
+  if (surface == nullptr) return nullptr;
+  if (surface->AccessibleRows() != nullptr) return new TreeForReaders(surface);
+  return new ControlForReaders(surface);
 }
 
 }  // namespace
@@ -187,6 +231,14 @@ void AnnounceFocusedRow(SurfaceWidget& surface, HTREEITEM row) {
   if (object == nullptr) return;
   QAccessibleEvent event(object, QAccessible::Focus);
   QAccessible::updateAccessibility(&event);
+}
+
+void AnnounceName(QWidget& widget) {
+  if (!QAccessible::isActive()) return;
+  for (const QAccessible::Event kind : {QAccessible::NameChanged, QAccessible::Alert}) {
+    QAccessibleEvent event(&widget, kind);
+    QAccessible::updateAccessibility(&event);
+  }
 }
 
 }  // namespace qd

@@ -1,6 +1,8 @@
 #pragma once
 
-#include "platform/tree/RowTree.h"
+#include "platform/RowHandle.h"
+
+class QWidget;
 
 namespace qd {
 
@@ -10,5 +12,7 @@ class SurfaceWidget;
 void InstallAccessibility();
 /// Tells screen readers, if any listen, that a row has the focus now.
 void AnnounceFocusedRow(SurfaceWidget& surface, HTREEITEM row);
+/// Lets screen readers, if any listen, say the name of a widget.
+void AnnounceName(QWidget& widget);
 
 }  // namespace qd

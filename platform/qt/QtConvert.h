@@ -10,6 +10,8 @@
 
 namespace qd {
 
+/// @{
+/// The same for Qt, or as the module has it.
 inline QRect ToQt(const CRect& r) {
   return {r.left, r.top, r.Width(), r.Height()};
 }
@@ -34,5 +36,6 @@ inline QString ToQt(std::wstring_view text) {
 inline CString FromQt(const QString& text) {
   return text.toStdWString();
 }
+/// @}
 
 }  // namespace qd

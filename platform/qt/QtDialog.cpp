@@ -1,9 +1,13 @@
 #include "platform/qt/QtDialog.h"
 
+#include <QAbstractListModel>
 #include <QApplication>
 #include <QDialog>
 #include <QFontMetrics>
 #include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
@@ -32,10 +36,36 @@ Units UnitsOf(const QFont& font) {
   return {x, std::max(metrics.height() / 8.0, sample.sizeHint().height() / double(kRowUnits))};
 }
 
+/// Asks the dialog for the lines of a list.
+class Lines final : public QAbstractListModel {
+ public:
+  Lines(CDialog& owner, int id) : m_owner(owner), m_id(id) {}
+  int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : m_count; }
+  QVariant data(const QModelIndex& index, int role) const override {
+    if (role != Qt::DisplayRole) return {};
+    return ToQt(m_owner.LineOf(m_id, static_cast<std::size_t>(index.row())));
+  }
+  void Show(std::size_t count) {
+    const int wanted = static_cast<int>(count);
+    if (wanted != m_count) {
+      beginResetModel();
+      m_count = wanted;
+      endResetModel();
+    } else if (wanted != 0) {
+      emit dataChanged(index(0), index(wanted - 1));
+    }
+  }
+
+ private:
+  CDialog& m_owner;
+  int m_id;
+  int m_count = 0;
+};
+
 class QtDialog final : public IDialogPeer {
  public:
   QtDialog(CDialog& owner, const DialogTemplate& layout)
-      : m_dialog(QApplication::activeWindow()), m_layout(layout) {
+      : m_owner(owner), m_dialog(QApplication::activeWindow()), m_layout(layout) {
     m_dialog.setObjectName(QStringLiteral("dialog%1").arg(layout.id));
     SetCaption(CString(layout.caption));
     for (const DialogControl& control : layout.controls) {
@@ -56,6 +86,18 @@ class QtDialog final : public IDialogPeer {
     shown.replace('&', "&&");
     if (auto* button = Find<QAbstractButton>(id)) button->setText(shown);
     if (auto* group = Find<QGroupBox>(id)) group->setTitle(shown);
+    if (auto* label = Find<QLabel>(id)) label->setText(ToQt(text));
+    if (auto* field = Find<QLineEdit>(id)) field->setText(ToQt(text));
+  }
+  CString GetText(int id) const override {
+    const auto* field = Find<QLineEdit>(id);
+    return field != nullptr ? FromQt(field->text()) : CString();
+  }
+  void Enable(int id, bool enable) override {
+    if (auto* widget = Find<QWidget>(id)) widget->setEnabled(enable);
+  }
+  void ShowLines(int id, std::size_t count) override {
+    if (auto* list = Find<QListView>(id)) static_cast<Lines*>(list->model())->Show(count);
   }
   void SetChecked(int id, bool checked) override {
     if (auto* button = Find<QAbstractButton>(id)) button->setChecked(checked);
@@ -89,15 +131,39 @@ class QtDialog final : public IDialogPeer {
         button->setDefault(control.id == kDialogOk);
         return button;
       }
+      case DialogControl::Kind::Label: {
+        auto* label = new QLabel(ToQt(control.text), &m_dialog);
+        label->setTextFormat(Qt::PlainText);
+        label->setWordWrap(true);
+        return label;
+      }
+      case DialogControl::Kind::TextField: {
+        auto* field = new QLineEdit(&m_dialog);
+        QObject::connect(field, &QLineEdit::textEdited, &m_dialog, [this, id = control.id] { m_owner.Press(id); });
+        return field;
+      }
+      case DialogControl::Kind::Lines: {
+        auto* list = new QListView(&m_dialog);
+        auto* lines = new Lines(m_owner, control.id);
+        lines->setParent(list);
+        list->setModel(lines);
+        list->setUniformItemSizes(true);
+        list->setEditTriggers(QAbstractItemView::NoEditTriggers);
+        return list;
+      }
     }
     return nullptr;
+  }
+
+  static bool GrowsWithText(const DialogControl& control) {
+    return control.kind == DialogControl::Kind::RadioButton || control.kind == DialogControl::Kind::PushButton;
   }
 
   /// Texts of other languages are wider than the template was laid out for: everything grows alike.
   void Arrange() {
     Units units = UnitsOf(m_dialog.font());
     for (const DialogControl& control : m_layout.controls) {
-      if (control.kind == DialogControl::Kind::GroupBox) continue;
+      if (!GrowsWithText(control)) continue;
       const QSize wanted = m_controls[control.id]->sizeHint();
       units.x = std::max(units.x, wanted.width() / double(control.width));
       units.y = std::max(units.y, wanted.height() / double(control.height));
@@ -118,6 +184,7 @@ class QtDialog final : public IDialogPeer {
     m_dialog.setFixedSize(int(m_layout.width * units.x), int(m_layout.height * units.y) + below);
   }
 
+  CDialog& m_owner;
   QDialog m_dialog;
   const DialogTemplate& m_layout;
   std::map<int, QWidget*> m_controls;  // owned by the dialog

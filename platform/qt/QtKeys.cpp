@@ -11,7 +11,7 @@ namespace qd {
 
 namespace {
 
-constexpr std::array<std::pair<int, int>, 17> kKeys{{{Qt::Key_Up, kKeyUp},
+constexpr std::array<std::pair<int, int>, 18> kKeys{{{Qt::Key_Up, kKeyUp},
                                                      {Qt::Key_Down, kKeyDown},
                                                      {Qt::Key_Left, kKeyLeft},
                                                      {Qt::Key_Right, kKeyRight},
@@ -27,6 +27,7 @@ constexpr std::array<std::pair<int, int>, 17> kKeys{{{Qt::Key_Up, kKeyUp},
                                                      {Qt::Key_Delete, kKeyDelete},
                                                      {Qt::Key_Space, kKeySpace},
                                                      {Qt::Key_F2, kKeyF2},
+                                                     {Qt::Key_F3, kKeyF3},
                                                      {Qt::Key_Select, kKeySpace}}};
 
 }  // namespace

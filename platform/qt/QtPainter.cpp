@@ -4,8 +4,10 @@
 #include <QImage>
 #include <QPainter>
 #include <QPainterPath>
+#include <cmath>
 
 #include "platform/qt/QtConvert.h"
+#include "platform/qt/QtTexts.h"
 #include "platform/qt/QtToolkit.h"
 
 namespace qd {
@@ -58,9 +60,23 @@ void QtPainter::Polygon(std::span<const CPoint> points, COLORREF colour) {
 void QtPainter::Text(const CRect& area, std::wstring_view text, const Font& font, COLORREF colour, TextAlign align,
                      bool ellipsis) {
   const QRect rect = ToQt(area.Moved(m_origin, 0));
+  auto& toolkit = static_cast<QtToolkit&>(IToolkit::Instance());
+  if (const QtTexts::Shaped* shaped = toolkit.Texts().Of(font, text);
+      shaped != nullptr && shaped->width <= rect.width() && shaped->height <= rect.height()) {
+    const double free = rect.width() - shaped->width;
+    const double left = align == TextAlign::Right ? free : align == TextAlign::Centre ? free / 2 : 0;
+    m_painter.setPen(ToQt(colour));
+    const double above =
+        std::ceil((rect.height() - shaped->height) / 2);  // as it is rounded where Qt places the text
+    shaped->layout.draw(&m_painter, {rect.x() + left, rect.y() + above});
+    return;
+  }
   const QFont qfont = QtToolkit::FontOf(font);
   QString shown = ToQt(text);
   if (ellipsis) shown = QFontMetrics(qfont).elidedText(shown, Qt::ElideRight, rect.width());
+  // A name that is too wide loses its end, which is at the left when it is read from right to left.
+  const bool fromRight = shown.isRightToLeft();
+  if (fromRight && QFontMetrics(qfont).horizontalAdvance(shown) > rect.width()) align = TextAlign::Right;
   const Qt::Alignment horizontal = align == TextAlign::Right    ? Qt::AlignRight
                                    : align == TextAlign::Centre ? Qt::AlignHCenter
                                                                 : Qt::AlignLeft;
@@ -68,6 +84,9 @@ void QtPainter::Text(const CRect& area, std::wstring_view text, const Font& font
   m_painter.setClipRect(rect, Qt::IntersectClip);
   m_painter.setFont(qfont);
   m_painter.setPen(ToQt(colour));
+  // A name goes the way of its own letters, whatever the program's language: its end, cut or not, is where they
+  // end.
+  m_painter.setLayoutDirection(fromRight ? Qt::RightToLeft : Qt::LeftToRight);
   // Left means left for names in any script: the absolute flag keeps right-to-left text from changing sides.
   m_painter.drawText(
       rect, static_cast<int>(horizontal | Qt::AlignAbsolute | Qt::AlignVCenter) | Qt::TextSingleLine, shown);

@@ -69,6 +69,14 @@ class EditWidget final : public TextBoxWidget<QLineEdit> {
   CString GetText() const override;
   void SelectAll() override { selectAll(); }
   void AddChoice(const CString&) override {}
+  std::size_t GetCaret() const override;
+  void Select(std::size_t from, std::size_t to) override;
+  void ReplaceSelection(const CString& text) override;
+  void SetHint(const CString& text) override { setPlaceholderText(QString::fromStdWString(text)); }
+  void SetColours(const std::optional<Colours>& colours) override;
+
+ private:
+  bool m_setting = false;  // the owner changes the text, not the user
 };
 
 class ListWidget final : public TextBoxWidget<QComboBox> {

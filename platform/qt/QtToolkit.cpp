@@ -19,24 +19,44 @@
 #include "platform/BCMenu.h"
 #include "platform/CWnd.h"
 #include "platform/qt/QtAccessible.h"
+#include "platform/qt/QtControls.h"
 #include "platform/qt/QtConvert.h"
 #include "platform/qt/QtDialog.h"
-#include "platform/qt/QtPeer.h"
+#include "platform/qt/QtSurface.h"
+#include "platform/qt/QtTexts.h"
+#include "platform/qt/QtWindow.h"
 
 namespace qd {
 
-QtToolkit::QtToolkit() {
+QtToolkit::QtToolkit(const char* builtAgainst) : IToolkit(builtAgainst), m_texts(std::make_unique<QtTexts>()) {
   InstallAccessibility();
 }
 
+QtToolkit::~QtToolkit() {
+  CloseWindows();
+}
+
 QWidget* QtToolkit::WidgetOf(const CWnd& window) {
-  const auto* peer = static_cast<const QtPeer*>(window.GetPeer());
+  const auto* peer = static_cast<const QtWindow*>(window.GetPeer());
   return peer != nullptr ? peer->Widget() : nullptr;
 }
 
 std::unique_ptr<IPeer> QtToolkit::MakePeer(CWnd& owner, PeerKind kind, IPeer* parent, const CRect& area) {
-  QWidget* above = parent != nullptr ? static_cast<QtPeer*>(parent)->Widget() : nullptr;
-  return std::make_unique<QtPeer>(*this, owner, kind, above, area);
+  QWidget* above = parent != nullptr ? static_cast<QtWindow*>(parent)->Widget() : nullptr;
+  switch (kind) {
+    case PeerKind::Surface:
+    case PeerKind::SurfaceVScroll:
+      return MakeSurface(*this, owner, kind == PeerKind::SurfaceVScroll, above, area);
+    case PeerKind::HorizontalScroll:
+      return MakeScrollBar(*this, owner, above, area);
+    case PeerKind::Edit:
+      return MakeEditBox(*this, owner, above, area);
+    case PeerKind::DropDownList:
+      return MakeDropDownList(*this, owner, above, area);
+    case PeerKind::ToolTip:
+      return MakeToolTip(*this, owner, above);
+  }
+  return nullptr;
 }
 
 // ---- metrics, colours, text -----------------------------------------------------------------------------
@@ -84,6 +104,11 @@ QFont QtToolkit::FontOf(const Font& font) {
 
 int QtToolkit::FontHeight(const Font& font) const {
   return QFontMetrics(FontOf(font)).height();
+}
+
+int QtToolkit::TextWidth(const Font& font, std::wstring_view text) const {
+  if (const QtTexts::Shaped* shaped = m_texts->Of(font, text)) return static_cast<int>(std::ceil(shaped->width));
+  return IToolkit::TextWidth(font, text);
 }
 
 void QtToolkit::PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 
 #include "platform/MouseCapture.h"
 #include "platform/Toolkit.h"
@@ -11,18 +12,21 @@ class QWidget;
 
 namespace qd {
 
+class QtTexts;
+
 /// The Qt 6 Widgets toolkit. A QApplication must exist before it and until after it.
-class QtToolkit final : public IToolkit {
+class QD_QT_EXPORT QtToolkit final : public IToolkit {
  public:
-  QtToolkit();
-  ~QtToolkit() override = default;
+  /// A program need not say what it was built against.
+  explicit QtToolkit(const char* builtAgainst = QD_WRT_VERSION);
+  ~QtToolkit() override;
 
   /// The widget of a window, for a host that puts it into its own; null while the window does not exist. The
   /// window keeps owning it.
   static QWidget* WidgetOf(const CWnd& window);
   /// A picture at the resolution that suits a screen of this scale.
   static QImage ImageOf(const Picture& picture, double scale);
-  static QFont FontOf(const Font& font);
+  static QFont FontOf(const Font& font);  ///< as Qt names it
 
   /// Hands a message to its window, or to the holder of the capture first. For peers.
   void Deliver(const Message& message) { m_capture.Deliver(message); }
@@ -36,6 +40,9 @@ class QtToolkit final : public IToolkit {
   COLORREF GetColour(SystemColour colour) const override;
   int FontHeight(const Font& font) const override;
   void PrefixWidths(const Font& font, std::wstring_view text, std::vector<int>& widths) const override;
+  int TextWidth(const Font& font, std::wstring_view text) const override;
+  /// Texts as they are drawn. For painters.
+  QtTexts& Texts() const { return *m_texts; }
   CPoint CursorPosition() const override;
   void SetWaitCursor(bool on) override;
   void SetClipboardText(const CString& text) override;
@@ -46,6 +53,7 @@ class QtToolkit final : public IToolkit {
 
  private:
   MouseCapture m_capture;
+  std::unique_ptr<QtTexts> m_texts;
 };
 
 }  // namespace qd

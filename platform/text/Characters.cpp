@@ -68,6 +68,15 @@ bool IsCharacterEnd(std::wstring_view text, std::size_t at) {
   return true;
 }
 
+bool IsBlank(std::wstring_view text) {
+  for (std::size_t at = 0; at < text.size();) {
+    const CodePoint point = CodePointAt(text, at);
+    if (!DataOf(point.code).blank) return false;
+    at += point.length;
+  }
+  return true;
+}
+
 std::size_t CutLength(std::wstring_view text, std::size_t length) {
   if (length >= text.size()) return text.size();
   constexpr std::size_t kLongestCharacter = 32;

@@ -16,4 +16,8 @@ QD_EXPORT bool IsCharacterEnd(std::wstring_view text, std::size_t at);
 /// more than 32 marks is cut all the same.
 QD_EXPORT std::size_t CutLength(std::wstring_view text, std::size_t length);
 
+/// Whether nothing can be seen of a text: it is empty, or holds only blanks of all widths, controls, and what
+/// tells how others stand or join.
+QD_EXPORT bool IsBlank(std::wstring_view text);
+
 }  // namespace qd

@@ -23,8 +23,9 @@ inline char32_t SmallAscii(wchar_t element) {
 /// put in order on its own.
 class FoldedReader {
  public:
-  static constexpr std::int64_t kEnd = -1;
+  static constexpr std::int64_t kEnd = -1;  ///< what Next answers behind the last code
 
+  /// The text must outlive this.
   FoldedReader(std::wstring_view text, Accents accents) : m_text(text), m_accents(accents) {}
   FoldedReader(const FoldedReader&) = delete;
   FoldedReader& operator=(const FoldedReader&) = delete;

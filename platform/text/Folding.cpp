@@ -66,10 +66,31 @@ std::size_t WithoutMarksBefore(std::wstring_view text, std::size_t at) {
   return at;
 }
 
+/// A text whose codes stand so far away as the tables say.
+std::wstring Moved(std::wstring_view text, std::int32_t CodeData::*distance) {
+  std::wstring moved;
+  moved.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const CodePoint point = CodePointAt(text, at);
+    const std::int64_t code = std::int64_t{point.code} + DataOf(point.code).*distance;
+    AppendCodePoint(moved, static_cast<char32_t>(code));
+    at += point.length;
+  }
+  return moved;
+}
+
 }  // namespace
 
 char32_t FoldCase(char32_t code) {
   return static_cast<char32_t>(static_cast<std::int64_t>(code) + DataOf(code).toSmall);
+}
+
+std::wstring InCapitals(std::wstring_view text) {
+  return Moved(text, &CodeData::toCapital);
+}
+
+std::wstring InSmallLetters(std::wstring_view text) {
+  return Moved(text, &CodeData::toLower);
 }
 
 bool IsIgnorable(char32_t code) {

@@ -14,6 +14,13 @@ enum class Accents { kCount, kLeftOut };
 /// The code that stands for a letter in both cases, one for one, the same in every locale.
 QD_EXPORT char32_t FoldCase(char32_t code);
 
+/// @{
+/// A text in capitals, or without any: letter for letter, the same in every locale. A letter that has no other
+/// form of its own, as "ß", stays.
+QD_EXPORT std::wstring InCapitals(std::wstring_view text);
+QD_EXPORT std::wstring InSmallLetters(std::wstring_view text);
+/// @}
+
 /// Codes that show nothing: joiners, variation selectors, soft hyphens. They count nowhere here.
 QD_EXPORT bool IsIgnorable(char32_t code);
 

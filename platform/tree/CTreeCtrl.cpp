@@ -1,32 +1,8 @@
 #include "platform/tree/CTreeCtrl.h"
 
 #include <algorithm>
-#include <limits>
-
-#include "platform/CDC.h"
 
 namespace qd {
-
-namespace {
-
-constexpr int kIndent = 19;
-constexpr int kImageCell = 19;  // a 16-pixel picture and its gap
-constexpr int kPicture = 16;
-constexpr int kButton = 9;
-constexpr int kLabelWidth = 6;  // of a row whose own text is empty
-constexpr int kMaximumLineLevels = 256;
-
-/// Left edge of the state image or icon of a row, behind the column of its expand button.
-int ContentLeft(int level) {
-  const auto left = (static_cast<std::int64_t>(level) + 1) * kIndent;
-  return static_cast<int>(std::min<std::int64_t>(left, std::numeric_limits<int>::max() / 4));
-}
-
-int StateImageOf(const RowTree& rows, HTREEITEM row) {
-  return static_cast<int>(rows.State(row, kRowStateImage) >> 12U);
-}
-
-}  // namespace
 
 int CTreeCtrl::OnCreate() {
   ScheduleLayout();
@@ -43,17 +19,26 @@ HTREEITEM CTreeCtrl::InsertRow(HTREEITEM parent, HTREEITEM after, int image, int
   return row;
 }
 
-void CTreeCtrl::EraseRow(HTREEITEM row, const std::function<void(HTREEITEM, std::uint64_t)>& onRow) {
-  if (!m_rows.Contains(row)) return;
-  const bool visible = m_rows.IsVisible(row);
-  const std::size_t position = visible ? m_rows.Position(row) : 0;
-  m_rows.Erase(row, onRow);
+HTREEITEM CTreeCtrl::InsertRows(HTREEITEM parent, HTREEITEM after, std::size_t count, std::uint64_t word) {
+  const HTREEITEM first = m_rows.InsertMany(parent, after, count, word);
+  if (!m_top) m_top = m_rows.First();
+  ScheduleLayout();
+  return first;
+}
+
+void CTreeCtrl::EraseRows(HTREEITEM first, HTREEITEM last,
+                          const std::function<void(HTREEITEM, std::uint64_t)>& onRow) {
+  if (!m_rows.Contains(first)) return;
+  const bool visible = m_rows.IsVisible(first);
+  const std::size_t position = visible ? m_rows.Position(first) : 0;
+  m_rows.EraseSiblings(first, last, onRow);
   const auto neighbour = [&]() -> HTREEITEM {
     if (!visible || m_rows.VisibleCount() == 0) return {};
     return m_rows.RowAt(std::min(position, m_rows.VisibleCount() - 1));
   };
   if (m_caret && !m_rows.Contains(m_caret)) m_caret = neighbour();
   if (m_top && !m_rows.Contains(m_top)) m_top = visible ? neighbour() : m_rows.First();
+  if (m_rows.IsFiltered()) LeaveHiddenRows();
   ScheduleLayout();
 }
 
@@ -69,15 +54,91 @@ void CTreeCtrl::SortRows(HTREEITEM parent, const std::function<int(std::uint64_t
   ScheduleLayout();
 }
 
+void CTreeCtrl::ShowSearch(RowSearch search) {
+  if (!m_viewBefore.has_value()) m_viewBefore = View{m_caret, GetFirstVisibleItem(), TopPosition()};
+  m_rows.ShowSearch(std::move(search));
+  LeaveHiddenRows();
+  OnViewMoved();
+}
+
+void CTreeCtrl::ShowFilteredOut(HTREEITEM row) {
+  if (!m_rows.IsFilteredOut(row)) return;
+  m_rows.Pin(row);
+  ScheduleLayout();
+}
+
+void CTreeCtrl::SetFound(HTREEITEM row, bool on) {
+  const auto positionOf = [this](HTREEITEM of) { return of && m_rows.IsVisible(of) ? m_rows.Position(of) : 0; };
+  const std::size_t caret = positionOf(m_caret);
+  const std::size_t top = positionOf(m_top);
+  m_rows.SetFound(row, on);
+  // As when rows are deleted, the next one takes the place of one that goes.
+  const auto replace = [this](HTREEITEM& of, std::size_t position) {
+    if (!of || m_rows.IsVisible(of) || m_rows.VisibleCount() == 0) return;
+    of = m_rows.RowAt(std::min(position, m_rows.VisibleCount() - 1));
+  };
+  if (m_rows.IsFilteredOut(m_caret)) replace(m_caret, caret);
+  replace(m_top, top);
+  LeaveHiddenRows();
+}
+
+/// Brings the caret and the first row on screen to rows that are not hidden.
+void CTreeCtrl::LeaveHiddenRows() {
+  if (m_caret) m_caret = m_rows.NearestVisible(m_caret);
+  if (m_top) m_top = m_rows.NearestVisible(m_top);
+  ScheduleLayout();
+}
+
+void CTreeCtrl::EndSearch() {
+  m_rows.EndSearch();
+  if (!m_viewBefore.has_value()) return;
+  if (m_rows.Contains(m_viewBefore->caret) || !m_viewBefore->caret) m_caret = m_viewBefore->caret;
+  if (m_rows.Contains(m_viewBefore->top)) m_top = m_viewBefore->top;
+  m_viewBefore.reset();
+  LeaveHiddenRows();
+  OnViewMoved();
+}
+
+void CTreeCtrl::ExpandForGood(HTREEITEM row) {
+  const std::weak_ptr<void> life = Life();
+  Expand(row, ExpandAction::Expand);
+  if (!life.expired() && m_rows.IsExpanded(row)) m_rows.OpenBefore(row);
+}
+
+void CTreeCtrl::SetPromised(HTREEITEM row, bool promised) {
+  if (!m_rows.Contains(row)) return;
+  m_rows.SetPromised(row, promised);
+  InvalidateRow(row);
+}
+
+/// Returns whether the row still stands, with children.
+bool CTreeCtrl::KeepPromise(HTREEITEM row) {
+  if (!m_rows.IsPromised(row)) return ItemHasChildren(row);
+  m_rows.SetPromised(row, false);
+  const std::weak_ptr<void> life = Life();
+  try {
+    OnMakeChildren(row);
+  } catch (...) {  // they can be asked for again
+    if (!life.expired()) SetPromised(row, !ItemHasChildren(row));
+    throw;
+  }
+  if (life.expired() || !m_rows.Contains(row)) return false;
+  InvalidateRow(row);
+  return ItemHasChildren(row);
+}
+
 int CTreeCtrl::Expand(HTREEITEM row, ExpandAction action) {
   if (!m_rows.Contains(row)) return 0;
   const bool expand = action == ExpandAction::Toggle ? !m_rows.IsExpanded(row) : action == ExpandAction::Expand;
-  if (expand == m_rows.IsExpanded(row) || (expand && !ItemHasChildren(row))) return 0;
+  if (expand == m_rows.IsExpanded(row)) return 0;
+  const std::weak_ptr<void> life = Life();  // whoever hears of it may take the tree down
+  if (expand) OnBeforeOpen(row);
+  if (life.expired() || !m_rows.Contains(row)) return 0;
+  if (expand && !KeepPromise(row)) return 0;
   TreeNotice notice;
   notice.code = kNoticeItemExpanding;
   notice.row = row;
   notice.action = expand ? ExpandAction::Expand : ExpandAction::Collapse;
-  const std::weak_ptr<void> life = Life();  // whoever hears of it may take the tree down
   if (Notify(notice) != 0 || life.expired()) return 0;
   if (!m_rows.Contains(row) || !m_rows.SetExpanded(row, expand)) return 0;
   if (!expand && m_caret && !m_rows.IsVisible(m_caret)) m_caret = row;
@@ -108,7 +169,9 @@ void CTreeCtrl::ExpandBelow(HTREEITEM row, ExpandAction action) {
 }
 
 void CTreeCtrl::EnsureVisible(HTREEITEM row) {
-  if (!m_rows.Contains(row) || !ExpandAbove(row)) return;
+  if (!m_rows.Contains(row)) return;
+  ShowFilteredOut(row);
+  if (!ExpandAbove(row)) return;
   if (!m_rows.Contains(row) || !m_rows.IsVisible(row)) return;
   const std::size_t position = m_rows.Position(row);
   const std::size_t top = TopPosition();
@@ -171,16 +234,14 @@ void CTreeCtrl::InvalidateRow(HTREEITEM row) {
   if (m_changedLines > kMostSingleLines) return;
   if (++m_changedLines > kMostSingleLines) return Invalidate();
   CRect area;
-  if (!IsCreated() || !GetItemRect(row, area, false)) return;
-  area.left = 0;
-  area.right = GetClientRect().right;
-  InvalidateRect(area);
+  if (IsCreated() && GetItemRect(row, area, false)) InvalidateRect(area);
 }
 
 // ---- caret ----------------------------------------------------------------------------------------------
 
 int CTreeCtrl::SetCaret(HTREEITEM row) {
   if (!m_rows.Contains(row)) return 0;
+  ShowFilteredOut(row);
   if (m_caret && m_caret != row) SetRowState(m_caret, 0, kRowSelected);
   const bool moved = m_caret != row;
   m_caret = row;
@@ -208,6 +269,7 @@ bool CTreeCtrl::ExpandByKey(int key) {
   if (key != kKeyAdd && key != kKeySubtract && !all) return false;
   if (!m_caret) return true;
   const HTREEITEM caret = m_rows.NearestVisible(m_caret);
+  if (!caret) return true;
   if (all) {
     ExpandBelow(caret, ExpandAction::Expand);
   } else {
@@ -219,8 +281,8 @@ bool CTreeCtrl::ExpandByKey(int key) {
 HTREEITEM CTreeCtrl::TargetOfKey(int key) {
   const std::size_t count = m_rows.VisibleCount();
   if (count == 0) return {};
-  if (!m_caret) return key == kKeyEnd ? m_rows.LastVisible() : m_rows.First();
-  const HTREEITEM caret = m_rows.NearestVisible(m_caret);
+  const HTREEITEM caret = m_caret ? m_rows.NearestVisible(m_caret) : HTREEITEM{};
+  if (!caret) return key == kKeyEnd ? m_rows.LastVisible() : m_rows.RowAt(0);
   const std::size_t position = m_rows.Position(caret);
   const auto page = static_cast<std::size_t>(std::max(GetPageSize() - 1, 1));
   const std::weak_ptr<void> life = Life();
@@ -230,7 +292,7 @@ HTREEITEM CTreeCtrl::TargetOfKey(int key) {
     case kKeyDown:
       return m_rows.RowAt(std::min(position + 1, count - 1));
     case kKeyHome:
-      return m_rows.First();
+      return m_rows.RowAt(0);
     case kKeyEnd:
       return m_rows.LastVisible();
     case kKeyPageUp:
@@ -238,17 +300,17 @@ HTREEITEM CTreeCtrl::TargetOfKey(int key) {
     case kKeyPageDown:
       return m_rows.RowAt(std::min(position + page, count - 1));
     case kKeyLeft:
-      if (m_rows.IsExpanded(caret) && ItemHasChildren(caret)) {
+      if (m_rows.IsExpanded(caret) && HasShownChildren(caret)) {
         Expand(caret, ExpandAction::Collapse);
       } else if (m_rows.Parent(caret)) {
         return m_rows.Parent(caret);
       }
       break;
     default:  // right
-      if (ItemHasChildren(caret) && !m_rows.IsExpanded(caret)) {
+      if (CanOpen(caret) && !m_rows.IsExpanded(caret)) {
         Expand(caret, ExpandAction::Expand);
-      } else if (ItemHasChildren(caret)) {
-        return m_rows.FirstChild(caret);
+      } else if (HasShownChildren(caret)) {
+        return m_rows.RowAt(position + 1);
       }
       break;
   }
@@ -256,19 +318,34 @@ HTREEITEM CTreeCtrl::TargetOfKey(int key) {
   return m_rows.Contains(caret) ? caret : HTREEITEM{};
 }
 
+HTREEITEM CTreeCtrl::GetFirstShownChild(HTREEITEM row) const {
+  const HTREEITEM child = GetChildItem(row);
+  if (!child || !m_rows.IsFilteredOut(child)) return child;
+  if (!row) return m_rows.RowAt(0);
+  if (!HasShownChildren(row)) return {};
+  // In a branch that is seen it is the row behind; in others siblings are looked through.
+  if (m_rows.IsVisible(row) && m_rows.IsExpanded(row)) return m_rows.RowAt(m_rows.Position(row) + 1);
+  return m_rows.NextShown(child);
+}
+
 // ---- scrolling and geometry -----------------------------------------------------------------------------
 
 int CTreeCtrl::GetItemHeight() const {
-  return std::max(IToolkit::Instance().FontHeight({}) + 4, kPicture + 2);
+  return std::max(IToolkit::Instance().FontHeight({}) + 4, RowGeometry::kPicture + 2);
+}
+
+RowGeometry CTreeCtrl::GetGeometry() const {
+  return {
+      m_rows,
+      {GetClientRect(), TopPosition(), GetItemHeight(), m_look.stateImages != nullptr, m_look.icons != nullptr}};
 }
 
 int CTreeCtrl::GetVisibleCount() const {
-  const int height = GetItemHeight();
-  return std::max((GetClientRect().Height() + height - 1) / height, 0);
+  return GetGeometry().LineCount();
 }
 
 int CTreeCtrl::GetPageSize() const {
-  return std::max(GetClientRect().Height() / GetItemHeight(), 1);
+  return GetGeometry().PageSize();
 }
 
 std::size_t CTreeCtrl::TopPosition() const {
@@ -291,49 +368,12 @@ void CTreeCtrl::ScrollTo(std::size_t position) {
 }
 
 bool CTreeCtrl::GetItemRect(HTREEITEM row, CRect& area, bool textOnly) const {
+  // Of most rows that change nothing is seen: they need not know where the tree stands.
   if (!m_rows.Contains(row) || !m_rows.IsVisible(row)) return false;
-  constexpr std::int64_t kFar = 1'000'000;
-  const int height = GetItemHeight();
-  const auto rank = static_cast<std::int64_t>(m_rows.Position(row)) - static_cast<std::int64_t>(TopPosition());
-  area.top = static_cast<int>(std::clamp(rank, -kFar, kFar)) * height;
-  area.bottom = area.top + height;
-  area.left = 0;
-  area.right = GetClientRect().right;
-  if (textOnly) {
-    const bool hasState = m_stateImages != nullptr && StateImageOf(m_rows, row) != 0;
-    area.left =
-        ContentLeft(m_rows.Level(row)) + (hasState ? kImageCell : 0) + (m_images != nullptr ? kImageCell : 0);
-    area.right = area.left + kLabelWidth;
-  }
+  const RowGeometry geometry = GetGeometry();
+  if (!geometry.FindLine(row, area)) return false;
+  if (textOnly) area = geometry.TextOf({row, area});
   return true;
-}
-
-HTREEITEM CTreeCtrl::HitTest(CPoint point, unsigned& flags) const {
-  const CRect client = GetClientRect();
-  flags = kHitNowhere;
-  if (point.y < 0) flags = kHitAbove;
-  if (point.y >= client.bottom) flags = kHitBelow;
-  if (flags != kHitNowhere) return {};
-  const HTREEITEM row = m_rows.RowAt(TopPosition() + static_cast<std::size_t>(point.y / GetItemHeight()));
-  if (!row) return {};
-  int right = ContentLeft(m_rows.Level(row));
-  if (point.x < right - kIndent) {
-    flags = kHitIndent;
-  } else if (point.x < right) {
-    flags = ItemHasChildren(row) ? kHitButton : kHitIndent;
-  } else {
-    flags = kHitRight;
-    if (m_stateImages != nullptr && StateImageOf(m_rows, row) != 0) {
-      right += kImageCell;
-      if (point.x < right) flags = kHitStateIcon;
-    }
-    if (flags == kHitRight && m_images != nullptr) {
-      right += kImageCell;
-      if (point.x < right) flags = kHitIcon;
-    }
-    if (flags == kHitRight && point.x < right + kLabelWidth) flags = kHitLabel;
-  }
-  return row;
 }
 
 void CTreeCtrl::ScheduleLayout() {
@@ -380,8 +420,8 @@ void CTreeCtrl::ScrollBy(int rows) {
 // ---- images and painting --------------------------------------------------------------------------------
 
 void CTreeCtrl::SetImageList(const CImageList* normal, const CImageList* state) {
-  m_images = normal;
-  m_stateImages = state;
+  m_look.icons = normal;
+  m_look.stateImages = state;
   Invalidate();
 }
 
@@ -393,57 +433,14 @@ int CTreeCtrl::SetItemImage(HTREEITEM row, int image, int selectedImage) {
 }
 
 void CTreeCtrl::SetBkColor(COLORREF colour) {
-  m_background = colour;
+  m_look.background = colour;
   Invalidate();
 }
 
-void CTreeCtrl::PaintTree(CDC& dc, int right) {
+void CTreeCtrl::PaintTree(CDC& dc, const std::vector<RowLine>& lines, int right) {
   m_changedLines = 0;
-  const CRect clip = dc.GetClipBox();
-  const int height = GetItemHeight();
-  const int firstLine = std::max(clip.top, 0) / height;
-  HTREEITEM row = m_rows.RowAt(TopPosition() + static_cast<std::size_t>(firstLine));
-  for (int top = firstLine * height; row && top < clip.bottom; top += height, row = m_rows.NextVisible(row)) {
-    PaintLines(dc, row, {0, top, right, top + height});
-    int left = ContentLeft(m_rows.Level(row));
-    const int pictureTop = top + (height - kPicture) / 2;
-    const auto place = [&](const CImageList* list, int index) {
-      if (list == nullptr) return;
-      if (const Picture* picture = list->GetPicture(index)) dc.DrawPicture({left, pictureTop}, *picture);
-      left += kImageCell;
-    };
-    if (const int state = StateImageOf(m_rows, row); state != 0) place(m_stateImages, state);
-    const bool selected = row == m_caret;
-    place(m_images, selected ? m_rows.SelectedImage(row) : m_rows.Image(row));
-  }
-}
-
-void CTreeCtrl::PaintLines(CDC& dc, HTREEITEM row, const CRect& line) const {
-  const COLORREF lineColour = IToolkit::Instance().GetColour(SystemColour::Shadow);
-  const COLORREF signColour = IToolkit::Instance().GetColour(SystemColour::WindowText);
-  const int middle = line.top + line.Height() / 2;
-  const int level = m_rows.Level(row);
-  const int centre = ContentLeft(level) - kIndent + kIndent / 2;
-  if (centre < line.right) {
-    if (m_rows.PreviousSibling(row) || m_rows.Parent(row))
-      dc.FillSolidRect({centre, line.top, centre + 1, middle}, lineColour);
-    if (m_rows.NextSibling(row)) dc.FillSolidRect({centre, middle, centre + 1, line.bottom}, lineColour);
-    dc.FillSolidRect({centre, middle, ContentLeft(level) - 2, middle + 1}, lineColour);
-  }
-  // Lines of ancestors that have later siblings; in a very deep branch only the nearest ones.
-  int levels = 0;
-  for (HTREEITEM above = m_rows.Parent(row); above && levels < kMaximumLineLevels; above = m_rows.Parent(above)) {
-    const int x = ContentLeft(m_rows.Level(above)) - kIndent + kIndent / 2;
-    if (x < line.right && m_rows.NextSibling(above))
-      dc.FillSolidRect({x, line.top, x + 1, line.bottom}, lineColour);
-    ++levels;
-  }
-  if (!ItemHasChildren(row) || centre >= line.right) return;
-  const CRect box{centre - kButton / 2, middle - kButton / 2, centre + kButton / 2 + 1, middle + kButton / 2 + 1};
-  dc.FillSolidRect(box, m_background);
-  dc.FrameRect(box, lineColour);
-  dc.FillSolidRect({box.left + 2, middle, box.right - 2, middle + 1}, signColour);
-  if (!m_rows.IsExpanded(row)) dc.FillSolidRect({centre, box.top + 2, centre + 1, box.bottom - 2}, signColour);
+  const RowGeometry geometry = GetGeometry();
+  TreePainter(m_rows, geometry, m_look, m_caret).Paint(dc, lines, right);
 }
 
 }  // namespace qd

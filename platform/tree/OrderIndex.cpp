@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <cassert>
 #include <utility>
 
 namespace qd {
@@ -11,8 +10,9 @@ OrderIndex::OrderIndex() : m_nodes(1), m_contents(1) {}
 
 // ---- changing the order ---------------------------------------------------------------------------------
 
-void OrderIndex::InsertFirst(Row row, Row parent, int collapsedAbove) {
+void OrderIndex::InsertFirst(Row row, Row parent, Fresh fresh, bool parentIsOpen) {
   Reserve(row);
+  const int count = fresh.collapsedAbove + (fresh.hidden ? 1 : 0);
   if (parent == 0) {
     Block first = m_root;
     while (first != 0 && m_nodes[first].left != 0) first = m_nodes[first].left;
@@ -20,23 +20,52 @@ void OrderIndex::InsertFirst(Row row, Row parent, int collapsedAbove) {
       m_root = NewBlock();
       first = m_root;
     }
-    InsertEntry(OpeningOf(row), {first, 0}, collapsedAbove);
+    InsertEntry(OpeningOf(row), {first, 0}, count);
     return;
   }
-  const bool first = m_closeHome[parent] == 0;
-  const int above = first ? CollapsedAbove(parent) : 0;
-  if (first) InsertBehind(ClosingOf(parent), OpeningOf(parent), above);
-  InsertBehind(OpeningOf(row), OpeningOf(parent), collapsedAbove);
-  if (first && collapsedAbove == above) MarkOpen(parent, true);
+  NeedClosing(parent, fresh, parentIsOpen);
+  InsertBehind(OpeningOf(row), OpeningOf(parent), count);
 }
 
-void OrderIndex::InsertAfter(Row row, Row sibling, int collapsedAbove) {
+/// Gives a row its closing entry before its first child comes.
+void OrderIndex::NeedClosing(Row parent, const Fresh& fresh, bool parentIsOpen) {
+  if (HasClosing(parent)) return;
+  InsertBehind(ClosingOf(parent), OpeningOf(parent), fresh.collapsedAbove - (parentIsOpen ? 0 : 1));
+  MarkBranch(parent, true);
+  if (parentIsOpen) MarkOpen(parent, true);
+}
+
+void OrderIndex::InsertAfter(Row row, Row sibling, Fresh fresh) {
   Reserve(row);
-  InsertBehind(OpeningOf(row), LastEntryOf(sibling), collapsedAbove);
+  InsertBehind(OpeningOf(row), LastEntryOf(sibling), fresh.collapsedAbove + (fresh.hidden ? 1 : 0));
 }
 
-void OrderIndex::Remove(Row row) {
-  if (m_closeHome[row] == 0) {
+void OrderIndex::InsertMany(std::span<const Row> rows, Row sibling, Row parent, Fresh fresh, bool parentIsOpen) {
+  if (rows.empty()) return;
+  constexpr std::size_t kFew = 4;
+  if (rows.size() < kFew) {
+    for (const Row row : rows) {
+      sibling == 0 ? InsertFirst(row, parent, fresh, parentIsOpen) : InsertAfter(row, sibling, fresh);
+      sibling = row;
+    }
+    return;
+  }
+  Reserve(*std::max_element(rows.begin(), rows.end()));
+  if (sibling == 0 && parent != 0) NeedClosing(parent, fresh, parentIsOpen);
+  std::size_t rank = 0;
+  if (sibling != 0) {
+    rank = RankOf(LastEntryOf(sibling)) + 1;
+  } else if (parent != 0) {
+    rank = RankOf(OpeningOf(parent)) + 1;
+  }
+  const Cut cut = CutTree(m_root, rank);
+  const Block built = BuildLeaves(rows, fresh.collapsedAbove + (fresh.hidden ? 1 : 0));
+  m_root = Join(Join(cut.left, built), cut.right);
+}
+
+void OrderIndex::RemoveRange(Row from, Row to) {
+  if (from == to && !HasClosing(from)) {
+    const Row row = from;
     const Place place = Find(OpeningOf(row));
     Entry follower = 0;
     if (place.index + 1 < m_contents[place.block].count) {
@@ -47,8 +76,8 @@ void OrderIndex::Remove(Row row) {
     EraseEntry(OpeningOf(row));
     return EraseClosing(follower);
   }
-  const std::size_t first = RankOf(OpeningOf(row));
-  const std::size_t last = RankOf(ClosingOf(row));
+  const std::size_t first = RankOf(OpeningOf(from));
+  const std::size_t last = RankOf(LastEntryOf(to));
   Cut tail = CutTree(m_root, last + 1);
   Cut head = CutTree(tail.left, first);
   FreeTree(head.right);
@@ -64,55 +93,44 @@ void OrderIndex::EraseClosing(Entry follower) {
   if (follower == 0 || IsOpening(follower) || RankOf(follower) != RankOf(follower - 1) + 1) return;
   EraseEntry(follower);
   MarkOpen(follower / 2, false);
+  MarkBranch(follower / 2, false);
 }
 
-void OrderIndex::Reorder(std::span<const Row> children) {
+void OrderIndex::Reorder(Row parent, std::span<const Row> children) {
   if (children.size() < 2) return;
-  std::size_t first = std::numeric_limits<std::size_t>::max();
-  std::size_t last = 0;
-  for (const Row child : children) {
-    first = std::min(first, RankOf(OpeningOf(child)));
-    last = std::max(last, RankOf(LastEntryOf(child)));
-  }
+  const std::size_t first = parent != 0 ? RankOf(OpeningOf(parent)) + 1 : 0;
+  const std::size_t behind = parent != 0 ? RankOf(ClosingOf(parent)) : m_nodes[m_root].all.sum.entries;
+  const Cut tail = CutTree(m_root, behind);
+  const Cut head = CutTree(tail.left, first);
   constexpr std::size_t kEntriesWorthOneCut = 200;
-  if (last - first < children.size() * kEntriesWorthOneCut) {
-    ReorderByCopy(children, first, last);
-  } else {
-    ReorderByCut(children, first, last);
-  }
+  const bool copies = behind - first < children.size() * kEntriesWorthOneCut;
+  const Block ordered = copies ? ReorderByCopy(head.right, children) : ReorderByCut(head.right, children);
+  m_root = Join(Join(head.left, ordered), tail.right);
 }
 
-void OrderIndex::ReorderByCopy(std::span<const Row> children, std::size_t first, std::size_t last) {
+/// Reads the entries one behind the other and lays them anew, child by child.
+OrderIndex::Block OrderIndex::ReorderByCopy(Block block, std::span<const Row> children) {
   std::vector<Copied> entries;
-  entries.reserve(last - first + 1);
+  entries.reserve(m_nodes[block].all.sum.entries);
+  CopyTree(block, entries);
+  FreeTree(block);
+  // They have no blocks now; until they are built anew, their homes hold the places at which they were read.
+  for (std::uint32_t at = 0; at < entries.size(); ++at) HomeOf(entries[at].entry) = at;
+  std::vector<Copied> ordered;
+  ordered.reserve(entries.size());
   for (const Row child : children) {
-    const Entry end = LastEntryOf(child);
-    Place at = Find(OpeningOf(child));
-    for (PushAbove(at.block), Settle(at.block);;) {
-      const Content& content = m_contents[at.block];
-      const auto has = [&at](std::uint64_t mask) { return (mask >> at.index & 1U) != 0; };
-      const Entry entry = content.entry[at.index];
-      entries.push_back({entry, content.collapsed[at.index] + m_nodes[at.block].own.change.raise,
-                         has(content.selected), has(content.marked), has(content.open)});
-      if (entry == end) break;
-      if (++at.index == content.count) {
-        at = {NextBlock(at.block), 0};
-        PushAbove(at.block);
-        Settle(at.block);
-      }
+    const auto first = entries.begin() + HomeOf(OpeningOf(child));
+    if (first->branch) {
+      ordered.insert(ordered.end(), first, entries.begin() + HomeOf(ClosingOf(child)) + 1);
+    } else {
+      ordered.push_back(*first);
     }
   }
-  const Cut tail = CutTree(m_root, last + 1);
-  const Cut head = CutTree(tail.left, first);
-  FreeTree(head.right);
-  m_root = Join(Join(head.left, BuildTree(entries)), tail.right);
+  return BuildTree(ordered);
 }
 
-void OrderIndex::ReorderByCut(std::span<const Row> children, std::size_t first, std::size_t last) {
-  const Cut tail = CutTree(m_root, last + 1);
-  const Cut head = CutTree(tail.left, first);
-  Block rest = head.right;
-  Block ordered = head.left;
+OrderIndex::Block OrderIndex::ReorderByCut(Block rest, std::span<const Row> children) {
+  Block ordered = 0;
   for (const Row child : children) {
     const std::size_t from = RankOf(OpeningOf(child));
     const std::size_t to = RankOf(LastEntryOf(child));
@@ -121,13 +139,13 @@ void OrderIndex::ReorderByCut(std::span<const Row> children, std::size_t first, 
     rest = Join(before.left, behind.right);
     ordered = Join(ordered, before.right);
   }
-  m_root = Join(ordered, tail.right);
+  return ordered;
 }
 
 // ---- visibility and positions ---------------------------------------------------------------------------
 
 void OrderIndex::Open(Row row, bool on) {
-  if (m_closeHome[row] == 0) return;
+  if (!HasClosing(row)) return;
   const auto first = static_cast<long>(RankOf(OpeningOf(row))) + 1;
   const Change change{on ? -1 : 1, {}, {}};
   ChangeRange(m_root, first, static_cast<long>(RankOf(ClosingOf(row))), change, 0);
@@ -145,12 +163,12 @@ void OrderIndex::OpenAll(std::span<const Row> innermostFirst) {
   };
   steps.push_back({0, 0});
   for (auto row = innermostFirst.rbegin(); row != innermostFirst.rend(); ++row) {
-    if (m_closeHome[*row] == 0) continue;
+    if (!HasClosing(*row)) continue;
     MarkOpen(*row, true);
     steps.push_back({rankOf(OpeningOf(*row)) + 1, steps.back().raise - 1});
   }
   for (const Row row : innermostFirst) {
-    if (m_closeHome[row] != 0) steps.push_back({rankOf(ClosingOf(row)), steps.back().raise + 1});
+    if (HasClosing(row)) steps.push_back({rankOf(ClosingOf(row)), steps.back().raise + 1});
   }
   RaiseSteps(m_root, 0, steps);
 }
@@ -188,14 +206,14 @@ void OrderIndex::RaiseSteps(Block block, std::size_t first, std::span<const Step
   Recount(node);
 }
 
-int OrderIndex::CollapsedAbove(Row row) const {
-  const Place place = Find(OpeningOf(row));
+int OrderIndex::CountAt(Entry entry) const {
+  const Place place = Find(entry);
   return m_contents[place.block].collapsed[place.index] + m_nodes[place.block].own.change.raise +
          RaiseAbove(place.block);
 }
 
 bool OrderIndex::IsBelow(Row row, Row above) const {
-  if (row == above || m_closeHome[above] == 0) return false;
+  if (row == above || !HasClosing(above)) return false;
   const std::size_t rank = RankOf(OpeningOf(row));
   return rank > RankOf(OpeningOf(above)) && rank < RankOf(ClosingOf(above));
 }
@@ -204,8 +222,14 @@ std::size_t OrderIndex::VisibleCount() const {
   return m_nodes[m_root].all.sum.Visible(0);
 }
 
-std::size_t OrderIndex::Position(Row row) const {
-  const Place place = Find(OpeningOf(row));
+std::size_t OrderIndex::PositionBehind(Row row) const {
+  if (HasClosing(row)) return PositionOf(ClosingOf(row));
+  return Position(row) + (IsVisible(row) ? 1 : 0);
+}
+
+/// How many visible rows stand before an entry.
+std::size_t OrderIndex::PositionOf(Entry entry) const {
+  const Place place = Find(entry);
   int above = RaiseAbove(place.block);
   std::size_t position = std::popcount(MaskAt(place.block, -above) & MaskBelow(place.index));
   position += m_nodes[m_nodes[place.block].left].all.sum.Visible(above);

@@ -18,7 +18,7 @@ namespace qd {
 /// also a closing entry behind its last descendant. Each entry knows how many collapsed rows stand above it; a
 /// row is visible when that count is 0. Collapsing a branch therefore adds 1 to the range between the branch's
 /// two entries, which takes O(log n) whatever the branch holds, at any depth, and a visible position is a rank
-/// among the entries with count 0.
+/// among the entries with count 0. A row that a filter hides counts 1 more for itself alone.
 ///
 /// The sequence is cut into blocks of up to 64 entries; the blocks are the nodes of a randomised balanced tree
 /// whose nodes carry sums over their subtree (entries, smallest count, rows that have it, flags of those).
@@ -32,10 +32,15 @@ namespace qd {
 /// subtree before what waits above it was handed on (`Push`, `PushAbove`). Reading hands nothing on: it takes what
 /// waits into account on its way.
 ///
+/// Which child of its parent a row is follows from how deep the entries stand below one another: a subtree knows
+/// how far it leads down or up, and how many rows stand at its smallest depth (`Shape`), which is counted when it
+/// is asked for.
+///
 /// A further flag of a row is a mask in `Content`, a number in `Sum`, and a source in `Turn` when ranges change
 /// it.
 ///
-/// Order and positions stand in OrderIndex.cpp, flags of rows in OrderIndexFlags.cpp, the blocks and their tree in
+/// Order and positions stand in OrderIndex.cpp, places among siblings in OrderIndexPlaces.cpp, flags of rows in
+/// OrderIndexFlags.cpp, what a search has found in OrderIndexFound.cpp, the blocks and their tree in
 /// OrderIndexBlocks.cpp.
 class QD_EXPORT OrderIndex {
  public:
@@ -44,16 +49,25 @@ class QD_EXPORT OrderIndex {
 
   OrderIndex();
 
-  /// Puts `row` at the front of the rows below `parent` (0: of all rows). `collapsedAbove` counts the collapsed
-  /// rows above the new one. O(log n).
-  void InsertFirst(Row row, Row parent, int collapsedAbove);
+  /// What is known of a row that comes: the collapsed rows above it, and whether a filter hides it.
+  struct Fresh {
+    int collapsedAbove = 0;  ///< how many there are
+    bool hidden = false;     ///< counts 1 more for the row itself
+  };
+  /// Puts `row` at the front of the rows below `parent` (0: of all rows), which is open or not. O(log n).
+  void InsertFirst(Row row, Row parent, Fresh fresh, bool parentIsOpen);
   /// Puts `row` behind `sibling` and all that stands below `sibling`. O(log n).
-  void InsertAfter(Row row, Row sibling, int collapsedAbove);
+  void InsertAfter(Row row, Row sibling, Fresh fresh);
+  /// Puts new rows without children one behind the other behind `sibling`, 0: at the front of those below
+  /// `parent`, as InsertFirst does. O(rows + log n).
+  void InsertMany(std::span<const Row> rows, Row sibling, Row parent, Fresh fresh, bool parentIsOpen);
   /// Takes `row` and everything below it out. The caller knows which rows these are. O(rows removed + log n).
-  void Remove(Row row);
-  /// Puts the branches of `children`, all the children of one row, in this new order.
-  /// O(entries moved) or O(children * log n), whichever is less.
-  void Reorder(std::span<const Row> children);
+  void Remove(Row row) { RemoveRange(row, row); }
+  /// Likewise the children of one row from `first` to `last`.
+  void RemoveRange(Row first, Row last);
+  /// Puts the branches of `children`, all the children of `parent` (0: all rows of the top level), in this new
+  /// order. O(entries moved) or O(children * log n), whichever is less.
+  void Reorder(Row parent, std::span<const Row> children);
 
   /// Closes or opens the branch of `row`, which counts for everything below it. Nothing without children. O(log
   /// n).
@@ -61,14 +75,16 @@ class QD_EXPORT OrderIndex {
   /// Opens closed branches of which each stands somewhere below the next. O(rows) in a chain, O(log n) each at
   /// most.
   void OpenAll(std::span<const Row> innermostFirst);
-  /// How many collapsed rows stand above `row`. O(log n).
-  int CollapsedAbove(Row row) const;
-  bool IsVisible(Row row) const { return CollapsedAbove(row) == 0; }
+  /// How many collapsed rows stand above `row`, and 1 more when a filter hides it. O(log n).
+  int HiddenBy(Row row) const { return CountAt(OpeningOf(row)); }
+  bool IsVisible(Row row) const { return HiddenBy(row) == 0; }  ///< whether nothing hides it
 
-  std::size_t VisibleCount() const;
+  std::size_t VisibleCount() const;  ///< how many show
   /// Rank of a visible row among the visible rows, from 0; of another one, how many of them stand before it.
   /// O(log n).
-  std::size_t Position(Row row) const;
+  std::size_t Position(Row row) const { return PositionOf(OpeningOf(row)); }
+  /// How many visible rows stand before the end of what stands below `row`. O(log n).
+  std::size_t PositionBehind(Row row) const;
   /// The visible row at a rank, 0 past the end. O(log n).
   Row RowAt(std::size_t position) const;
 
@@ -76,33 +92,77 @@ class QD_EXPORT OrderIndex {
   Row NearestVisible(Row row) const { return IsVisible(row) ? row : RowAt(Position(row) - 1); }
   /// Whether `row` stands below `above`. O(log n).
   bool IsBelow(Row row, Row above) const;
+  /// Which child of `parent` (0: of all rows) a row is, from 0. O(log n).
+  std::size_t PlaceBelow(Row row, Row parent) const;
+  /// The child of `parent` at a place, 0 past the last one. O(log n).
+  Row ChildAt(Row parent, std::size_t place) const;
 
   /// What is to become of a row's selection. Marked rows are those that were selected at the last MarkSelected.
   enum class Selecting { Off, On, Invert, Marked, NotMarked };
+  /// @{
+  /// Whether the row is selected. O(log n).
   bool IsSelected(Row row) const;
   void Select(Row row, bool on);
+  /// @}
   /// Changes the visible rows with ranks from `first` to `last`, both included. O(log n).
   void SelectVisible(std::size_t first, std::size_t last, Selecting to);
   /// Changes what shows below `row` when it is seen: its children, and those of open branches among them. O(log
   /// n).
   void SelectBelow(Row row, Selecting to);
-  /// Changes the rows from `first` to `last`, children of one row, without what stands below them.
-  /// O(log n) for each open branch among them.
-  void SelectSiblings(Row first, Row last, Selecting to);
+  /// Changes the rows from `first` to `last`, children of one row below `count` collapsed ones, without those that
+  /// a filter hides and what stands below them. O(log n) for each open branch among them.
+  void SelectSiblings(Row first, Row last, int count, Selecting to);
   /// Clears every row, hidden ones too. O(1).
   void ClearSelection();
   /// Clears `row` and everything below it, hidden rows too. O(log n).
   void ClearBranch(Row row);
   /// Marks the visible rows that are selected and no others. O(1).
   void MarkSelected();
+  /// @{
+  /// How many are selected: all, or those that show. O(1).
   std::size_t SelectedCount() const;
   std::size_t VisibleSelectedCount() const;
+  /// @}
   /// First selected visible row at or behind a rank, 0 if none. O(log n).
   Row NextSelectedVisible(std::size_t position) const;
   /// Appends the selected rows in display order: all of them, or the visible ones. O(selected * log n) at most.
   void AppendSelected(bool visibleOnly, std::vector<Row>& out) const;
   /// Appends the selected rows strictly below `row` in display order, hidden ones too.
   void AppendSelectedBelow(Row row, std::vector<Row>& out) const;
+
+  // ---- what a search has found ----
+
+  /// Which rows are open, shown by a filter (empty: all) and found, as bits by row. Rows beyond their end are not.
+  struct Outcome {
+    /// @{
+    /// A bit a row, from row 0.
+    std::span<const std::uint64_t> open;
+    std::span<const std::uint64_t> shown;
+    std::span<const std::uint64_t> found;
+    /// @}
+  };
+  /// Brings all rows to this state in one pass. Rows that are not shown leave the selection. O(rows).
+  void Show(const Outcome& outcome);
+  /// Hides a row for itself alone, which takes it out of the selection, or shows it again; the caller knows which.
+  /// O(log n).
+  void Hide(Row row, bool on);
+  /// @{
+  /// Whether the row is found. O(log n).
+  void SetFound(Row row, bool on);
+  bool IsFound(Row row) const;
+  /// @}
+  std::size_t FoundCount() const { return m_nodes[m_root].all.sum.found; }  ///< o(1)
+  /// How many of the found rows, visible or not, stand before `row`. O(log n).
+  std::size_t FoundBefore(Row row) const;
+  /// The found row at a place among all found rows, 0 past the end. O(log n).
+  Row FoundAt(std::size_t place) const;
+  /// @{
+  /// Selects the found rows and no others, or clears what is not found. O(rows / 64).
+  void SelectFound();
+  void KeepFoundSelected();
+  /// Selects the rows with these bits, visible or not, beside those that are. O(rows).
+  void SelectAlso(std::span<const std::uint64_t> rows);
+  /// @}
 
   /// Bytes held, for measurements.
   std::size_t MemoryUsed() const;
@@ -145,6 +205,7 @@ class QD_EXPORT OrderIndex {
   struct Sum {
     std::uint32_t entries = 0;
     std::uint32_t selected = 0;
+    std::uint32_t found = 0;
     int least = kNever;         // smallest collapsed count of an opening entry
     std::uint32_t atLeast = 0;  // opening entries that have it; those of them that are …
     std::uint32_t selectedAtLeast = 0;
@@ -163,9 +224,21 @@ class QD_EXPORT OrderIndex {
     /// The smallest count before the change.
     int LeastBefore() const { return sum.least - change.raise; }
   };
+  // How entries stand below one another, as seen from in front of the first: the depth behind the last, the
+  // smallest depth of a row, and how many rows stand there.
+  struct Shape {
+    int end = 0;
+    int least = kNever;
+    std::uint32_t atLeast = 0;
+    void Add(const Shape& behind);
+    bool operator==(const Shape&) const = default;
+  };
   struct Node {
     Block left = 0, right = 0, parent = 0;
     std::uint32_t priority = 0;
+    // Shapes of the block's entries and of the subtree, while they are known. Above what is not known nothing is.
+    mutable Shape ownShape, shape;
+    mutable bool knowsOwnShape = false, knowsShape = false;
     Part own;  // the block's entries
     Part all;  // the subtree
   };
@@ -174,6 +247,10 @@ class QD_EXPORT OrderIndex {
     std::array<int, kCapacity> collapsed;  // without the raise that waits at the block
     std::uint64_t selected = 0, marked = 0;
     std::uint64_t open = 0;  // branches that are open: children follow with the same count
+    std::uint64_t found = 0;
+    std::uint64_t branch = 0;  // openings that have a closing entry
+    /// The masks of all flags, for what is done to each alike.
+    std::array<std::uint64_t*, 5> Flags() { return {&selected, &marked, &open, &found, &branch}; }
     int count = 0;
   };
   struct Place {
@@ -184,7 +261,7 @@ class QD_EXPORT OrderIndex {
   struct Copied {
     Entry entry = 0;
     int collapsed = 0;
-    bool selected = false, marked = false, open = false;
+    bool selected = false, marked = false, open = false, found = false, branch = false;
   };
   // From a rank on all counts are raised by so much, until the next.
   struct Step {
@@ -205,11 +282,15 @@ class QD_EXPORT OrderIndex {
   Block& HomeOf(Entry entry) { return IsOpening(entry) ? m_openHome[entry / 2] : m_closeHome[entry / 2]; }
   Block HomeOf(Entry entry) const { return IsOpening(entry) ? m_openHome[entry / 2] : m_closeHome[entry / 2]; }
   Place Find(Entry entry) const;
-  Entry LastEntryOf(Row row) const { return m_closeHome[row] != 0 ? ClosingOf(row) : OpeningOf(row); }
+  bool HasClosing(Row row) const { return row < m_closeHome.size() && m_closeHome[row] != 0; }
+  Entry LastEntryOf(Row row) const { return HasClosing(row) ? ClosingOf(row) : OpeningOf(row); }
 
   Block NewBlock();
   void FreeBlock(Block block);
+  /// The count of an entry. That of a closing entry is the row's own without what hides it alone.
+  int CountAt(Entry entry) const;
   int RaiseAbove(Block block) const;  // that waits at the subtrees that hold the block's entries
+  std::size_t PositionOf(Entry entry) const;
   std::size_t RankOf(Entry entry) const;
   std::size_t FirstRankOf(Block block) const;
   Block NextBlock(Block block) const;
@@ -223,6 +304,7 @@ class QD_EXPORT OrderIndex {
   void RotateUp(Block block);
   void RemoveBlock(Block block);
   void Summarise(Block block);
+  static Sum SumOf(const Content& content, int least, std::uint64_t atLeast);
   void Pull(Block block);
   void Recount(Node& node);
   void PullUp(Block block);
@@ -237,10 +319,25 @@ class QD_EXPORT OrderIndex {
   Block Join(Block left, Block right);
   Cut CutTree(Block root, std::size_t rank);
   void FreeTree(Block root);
+  void CopyTree(Block block, std::vector<Copied>& entries);
   Block BuildTree(std::span<const Copied> entries);
-  void ReorderByCopy(std::span<const Row> children, std::size_t first, std::size_t last);
-  void ReorderByCut(std::span<const Row> children, std::size_t first, std::size_t last);
+  Block BuildLeaves(std::span<const Row> rows, int collapsed);
+  void NeedClosing(Row parent, const Fresh& fresh, bool parentIsOpen);
+  void MarkBranch(Row row, bool on);
+  void ForgetShapes(Block block);
+  static void AddEntry(const Content& content, int index, Shape& shape);
+  const Shape& OwnShapeOf(Block block) const;
+  const Shape& ShapeOf(Block block) const;
+  void AddShape(Block block, long first, long last, Shape& shape) const;
+  bool HasRightShape(Block block) const;
+  Row RowAtDepth(Block block, long first, long last, int& depth, std::size_t& place) const;
+  Block ReorderByCopy(Block block, std::span<const Row> children);
+  Block ReorderByCut(Block rest, std::span<const Row> children);
 
+  void ShowTree(Block block, const Outcome& outcome, int& collapsed);
+  void ShowBlock(Block block, const Outcome& outcome, int& collapsed);
+  template <typename Which>
+  void SelectEach(Block block, const Which& which);
   void ChangeRange(Block block, long first, long last, const Change& change, int count);
   void RaiseSteps(Block block, std::size_t first, std::span<const Step> steps);
   void ChangeOwn(Block block, long first, long last, const Change& change, int count);

@@ -5,6 +5,7 @@
 #include <cassert>
 
 #include "platform/tree/OrderIndex.h"
+#include "platform/tree/Room.h"
 
 namespace qd {
 
@@ -34,9 +35,10 @@ std::uint64_t WithGap(std::uint64_t bits, int index) {
 
 void OrderIndex::Reserve(Row row) {
   if (row < m_openHome.size()) return;
-  const std::size_t size = std::max<std::size_t>(row + 1UL, m_openHome.size() * 2);
-  m_openHome.resize(size);
-  m_closeHome.resize(size);
+  MakeRoom(m_openHome, row + 1UL);
+  m_closeHome.reserve(m_openHome.capacity());
+  m_openHome.resize(m_openHome.capacity());
+  m_closeHome.resize(m_openHome.size());
 }
 
 OrderIndex::Place OrderIndex::Find(Entry entry) const {
@@ -52,6 +54,8 @@ OrderIndex::Block OrderIndex::NewBlock() {
   Block block = 0;
   if (m_free.empty()) {
     block = static_cast<Block>(m_nodes.size());
+    MakeRoom(m_nodes, block + 1UL);
+    MakeRoom(m_contents, block + 1UL);
     m_nodes.emplace_back();
     m_contents.emplace_back();
   } else {
@@ -59,7 +63,7 @@ OrderIndex::Block OrderIndex::NewBlock() {
     m_free.pop_back();
     m_nodes[block] = Node{};
     Content& content = m_contents[block];
-    content.selected = content.marked = content.open = 0;
+    for (std::uint64_t* flags : content.Flags()) *flags = 0;
     content.count = 0;
   }
   m_random ^= m_random << 13U;
@@ -110,9 +114,11 @@ OrderIndex::Block OrderIndex::NextBlock(Block block) const {
 }
 
 void OrderIndex::InsertBehind(Entry entry, Entry at, int collapsed) {
-  Place place = Find(at);
-  ++place.index;
-  InsertEntry(entry, place, collapsed);
+  // Most rows come behind the last one: looked for from the end.
+  const Block block = HomeOf(at);
+  int index = m_contents[block].count;
+  while (m_contents[block].entry[index - 1] != at) --index;
+  InsertEntry(entry, {block, index}, collapsed);
 }
 
 void OrderIndex::InsertEntry(Entry entry, Place before, int collapsed) {
@@ -133,7 +139,7 @@ void OrderIndex::InsertEntry(Entry entry, Place before, int collapsed) {
                      &content.entry[before.index] + tail + 1);
   std::copy_backward(&content.collapsed[before.index], &content.collapsed[before.index] + tail,
                      &content.collapsed[before.index] + tail + 1);
-  for (std::uint64_t* flags : {&content.selected, &content.marked, &content.open}) {
+  for (std::uint64_t* flags : content.Flags()) {
     *flags = WithGap(*flags, before.index);
   }
   ++content.count;
@@ -149,7 +155,11 @@ void OrderIndex::InsertEntry(Entry entry, Place before, int collapsed) {
     single.atLeast = 1;
   }
   m_nodes[before.block].own.sum.Add(single);
-  for (Block block = before.block; block != 0; block = m_nodes[block].parent) m_nodes[block].all.sum.Add(single);
+  m_nodes[before.block].knowsOwnShape = false;
+  for (Block block = before.block; block != 0; block = m_nodes[block].parent) {
+    m_nodes[block].all.sum.Add(single);
+    m_nodes[block].knowsShape = false;
+  }
 }
 
 void OrderIndex::EraseEntry(Entry entry) {
@@ -160,10 +170,11 @@ void OrderIndex::EraseEntry(Entry entry) {
   std::copy(&content.entry[place.index] + 1, content.entry.data() + content.count, &content.entry[place.index]);
   std::copy(&content.collapsed[place.index] + 1, content.collapsed.data() + content.count,
             &content.collapsed[place.index]);
-  for (std::uint64_t* flags : {&content.selected, &content.marked, &content.open}) {
+  for (std::uint64_t* flags : content.Flags()) {
     *flags = WithoutBit(*flags, place.index);
   }
   --content.count;
+  m_nodes[place.block].knowsOwnShape = false;
   HomeOf(entry) = 0;
   if (content.count == 0) {
     RemoveBlock(place.block);
@@ -200,9 +211,12 @@ void OrderIndex::MoveTail(Block from, int index, Block to) {
     target.selected |= source.selected >> index << end;
     target.marked |= source.marked >> index << end;
     target.open |= source.open >> index << end;
+    target.found |= source.found >> index << end;
+    target.branch |= source.branch >> index << end;
   }
   source.count = index;
-  for (std::uint64_t* flags : {&source.selected, &source.marked, &source.open}) *flags &= MaskBelow(index);
+  m_nodes[from].knowsOwnShape = m_nodes[to].knowsOwnShape = false;
+  for (std::uint64_t* flags : source.Flags()) *flags &= MaskBelow(index);
 }
 
 /// Moves the entries of the block from `at.index` on to a fresh block behind it.
@@ -263,23 +277,30 @@ void OrderIndex::RemoveBlock(Block block) {
 void OrderIndex::Summarise(Block block) {
   const Content& content = m_contents[block];
   const int raise = m_nodes[block].own.change.raise;
-  Sum sum;
-  sum.entries = static_cast<std::uint32_t>(content.count);
-  sum.selected = static_cast<std::uint32_t>(std::popcount(content.selected));
+  int least = kNever;
   for (int i = 0; i < content.count; ++i) {
-    if (IsOpening(content.entry[i])) sum.least = std::min(sum.least, content.collapsed[i] + raise);
+    if (IsOpening(content.entry[i])) least = std::min(least, content.collapsed[i] + raise);
   }
-  const std::uint64_t least = sum.least != kNever ? MaskAt(block, sum.least) : 0;
-  sum.atLeast = static_cast<std::uint32_t>(std::popcount(least));
-  sum.selectedAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.selected));
-  sum.markedAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.marked));
-  sum.openAtLeast = static_cast<std::uint32_t>(std::popcount(least & content.open));
-  m_nodes[block].own.sum = sum;
+  m_nodes[block].own.sum = SumOf(content, least, least != kNever ? MaskAt(block, least) : 0);
+}
+
+/// The sums of entries of which those in a mask have the smallest count.
+OrderIndex::Sum OrderIndex::SumOf(const Content& content, int least, std::uint64_t atLeast) {
+  const auto count = [](std::uint64_t mask) { return static_cast<std::uint32_t>(std::popcount(mask)); };
+  return {.entries = static_cast<std::uint32_t>(content.count),
+          .selected = count(content.selected),
+          .found = count(content.found),
+          .least = least,
+          .atLeast = count(atLeast),
+          .selectedAtLeast = count(atLeast & content.selected),
+          .markedAtLeast = count(atLeast & content.marked),
+          .openAtLeast = count(atLeast & content.open)};
 }
 
 void OrderIndex::Pull(Block block) {
   Node& node = m_nodes[block];
   Recount(node);
+  node.knowsShape = false;
   if (node.left != 0) m_nodes[node.left].parent = block;
   if (node.right != 0) m_nodes[node.right].parent = block;
 }
@@ -400,6 +421,22 @@ void OrderIndex::FreeTree(Block root) {
   }
 }
 
+/// Adds the entries of a tree in their order; what waits above them is handed on.
+void OrderIndex::CopyTree(Block block, std::vector<Copied>& entries) {
+  if (block == 0) return;
+  Push(block);
+  Settle(block);
+  CopyTree(m_nodes[block].left, entries);
+  const Content& content = m_contents[block];
+  const int raise = m_nodes[block].own.change.raise;
+  for (int i = 0; i < content.count; ++i) {
+    const auto has = [i](std::uint64_t mask) { return (mask >> static_cast<unsigned>(i) & 1U) != 0; };
+    entries.push_back({content.entry[i], content.collapsed[i] + raise, has(content.selected), has(content.marked),
+                       has(content.open), has(content.found), has(content.branch)});
+  }
+  CopyTree(m_nodes[block].right, entries);
+}
+
 OrderIndex::Block OrderIndex::BuildTree(std::span<const Copied> entries) {
   Block root = 0;
   for (std::size_t from = 0; from < entries.size();) {
@@ -414,12 +451,40 @@ OrderIndex::Block OrderIndex::BuildTree(std::span<const Copied> entries) {
       content.selected |= static_cast<std::uint64_t>(copied.selected) << i;
       content.marked |= static_cast<std::uint64_t>(copied.marked) << i;
       content.open |= static_cast<std::uint64_t>(copied.open) << i;
+      content.found |= static_cast<std::uint64_t>(copied.found) << i;
+      content.branch |= static_cast<std::uint64_t>(copied.branch) << i;
       HomeOf(copied.entry) = block;
     }
     Summarise(block);
     Pull(block);
     root = Merge(root, block);
     from += count;
+  }
+  m_nodes[root].parent = 0;
+  return root;
+}
+
+/// Rows without children and flags, all with the same count.
+OrderIndex::Block OrderIndex::BuildLeaves(std::span<const Row> rows, int collapsed) {
+  constexpr std::size_t kAtOnce = 60;  // nearly full: most of so many rows stay as they came
+  MakeRoom(m_nodes, m_nodes.size() + rows.size() / kAtOnce + 1);
+  MakeRoom(m_contents, m_contents.size() + rows.size() / kAtOnce + 1);
+  Block root = 0;
+  for (std::size_t from = 0; from < rows.size(); from += kAtOnce) {
+    const auto count = static_cast<std::uint32_t>(std::min(kAtOnce, rows.size() - from));
+    const Block block = NewBlock();
+    Content& content = m_contents[block];
+    content.count = static_cast<int>(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      content.entry[i] = OpeningOf(rows[from + i]);
+      content.collapsed[i] = collapsed;
+      m_openHome[rows[from + i]] = block;
+    }
+    m_nodes[block].own.sum = {.entries = count, .least = collapsed, .atLeast = count};
+    m_nodes[block].ownShape = {.end = 0, .least = 0, .atLeast = count};
+    m_nodes[block].knowsOwnShape = true;
+    Pull(block);
+    root = Merge(root, block);
   }
   m_nodes[root].parent = 0;
   return root;
@@ -452,21 +517,26 @@ bool OrderIndex::CheckNode(Block block) const {
     Sum single;
     single.entries = 1;
     single.selected = has(content.selected);
+    single.found = has(content.found);
     if (IsOpening(content.entry[i])) {
       single.least = content.collapsed[i];
       single.atLeast = 1;
       single.selectedAtLeast = single.selected;
       single.markedAtLeast = has(content.marked);
       single.openAtLeast = has(content.open);
-    } else if (has(content.selected | content.marked | content.open) != 0) {
+    } else if (has(content.selected | content.marked | content.open | content.found | content.branch) != 0) {
       return false;
     }
+    const bool isBranch = IsOpening(content.entry[i]) && HasClosing(content.entry[i] / 2);
+    if (isBranch != (has(content.branch) != 0)) return false;
     if (HomeOf(content.entry[i]) != block) return false;
     own.Add(single);
   }
-  if (((content.selected | content.marked | content.open) & ~MaskBelow(content.count)) != 0) return false;
+  const std::uint64_t flags = content.selected | content.marked | content.open | content.found | content.branch;
+  if ((flags & ~MaskBelow(content.count)) != 0) return false;
   own.Do(node.own.change);
   if (own != node.own.sum) return false;
+  if (node.knowsShape && !HasRightShape(block)) return false;
   Sum all = m_nodes[node.left].all.sum;
   all.Add(own);
   all.Add(m_nodes[node.right].all.sum);

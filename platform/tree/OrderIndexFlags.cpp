@@ -38,6 +38,7 @@ OrderIndex::Change OrderIndex::Change::After(const Change& first) const {
 void OrderIndex::Sum::Add(const Sum& other) {
   entries += other.entries;
   selected += other.selected;
+  found += other.found;
   const std::uint32_t mine = least <= other.least ? ~0U : 0;
   const std::uint32_t theirs = other.least <= least ? ~0U : 0;
   atLeast = (atLeast & mine) + (other.atLeast & theirs);
@@ -241,20 +242,20 @@ void OrderIndex::SelectVisible(std::size_t first, std::size_t last, Selecting to
 }
 
 void OrderIndex::SelectBelow(Row row, Selecting to) {
-  if (m_closeHome[row] == 0) return;
+  if (!HasClosing(row)) return;
   const auto first = static_cast<long>(RankOf(OpeningOf(row))) + 1;
   const auto last = static_cast<long>(RankOf(ClosingOf(row)));
   const Place place = Find(OpeningOf(row));
   const bool open = (m_contents[place.block].open >> place.index & 1U) != 0;
-  ChangeRange(m_root, first, last, SelectionOf(to), CollapsedAbove(row) + (open ? 0 : 1));
+  ChangeRange(m_root, first, last, SelectionOf(to), CountAt(ClosingOf(row)) + (open ? 0 : 1));
 }
 
-void OrderIndex::SelectSiblings(Row first, Row last, Selecting to) {
-  const int count = CollapsedAbove(first);
+void OrderIndex::SelectSiblings(Row first, Row last, int count, Selecting to) {
   const Change change = SelectionOf(to);
   const auto end = static_cast<long>(RankOf(OpeningOf(last))) + 1;
   for (auto from = static_cast<long>(RankOf(OpeningOf(first))); from < end;) {
-    // Up to the next open branch all that has the count are siblings; behind its end they go on.
+    // Up to the next open branch all that has the count are siblings; behind its end they go on. Siblings that a
+    // filter hides stand with what is nested in closed branches, and nothing open is nested in one of them.
     const Row open = FirstOpen(m_root, from, end, count);
     ChangeRange(m_root, from, open != 0 ? static_cast<long>(RankOf(OpeningOf(open))) + 1 : end, change, count);
     from = open != 0 ? static_cast<long>(RankOf(ClosingOf(open))) + 1 : end;
@@ -295,10 +296,11 @@ void OrderIndex::ClearBranch(Row row) {
 }
 
 void OrderIndex::MarkSelected() {
-  // The rows at the smallest count of all are the visible ones.
+  // The rows at the smallest count of all are the visible ones, unless a filter hides all.
   const Turn mark{Source::Selected, Source::Selected};
   const Turn forget{Source::Selected, Source::Off};
-  if (m_root != 0) m_nodes[m_root].all.Do({0, mark, forget});
+  Part& all = m_nodes[m_root].all;
+  if (m_root != 0) all.Do(Change{0, mark, forget}.For(all.sum.least == 0));
 }
 
 // ---- what is selected -----------------------------------------------------------------------------------
@@ -359,7 +361,7 @@ void OrderIndex::AppendSelected(bool visibleOnly, std::vector<Row>& out) const {
 }
 
 void OrderIndex::AppendSelectedBelow(Row row, std::vector<Row>& out) const {
-  if (m_closeHome[row] == 0) return;
+  if (!HasClosing(row)) return;
   const auto first = static_cast<long>(RankOf(OpeningOf(row))) + 1;
   CollectSelected(m_root, first, static_cast<long>(RankOf(ClosingOf(row))), false, {}, out);
 }

@@ -13,6 +13,17 @@ void FillPixels(HDC dc, const RECT& area, COLORREF colour) {
   FillRect(dc, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
 }
 
+/// Whether the first letter that has a direction goes from right to left: then all of the text does, and what it
+/// is cut with stands at its left.
+bool ReadsFromRight(std::wstring_view text) {
+  for (const wchar_t element : text) {
+    WORD type = C2_NOTAPPLICABLE;
+    GetStringTypeW(CT_CTYPE2, &element, 1, &type);
+    if (type == C2_LEFTTORIGHT || type == C2_RIGHTTOLEFT) return type == C2_RIGHTTOLEFT;
+  }
+  return false;
+}
+
 }  // namespace
 
 GdiPainter::GdiPainter(HDC dc, Fonts& fonts, Images& images, Scale scale, const RECT& dirty)
@@ -92,9 +103,17 @@ void GdiPainter::Text(const CRect& area, std::wstring_view text, const Font& fon
   RECT r = Pixels(area);
   const Selected selected(m_dc, m_fonts.Get(font, m_scale));
   SetTextColor(m_dc, colour);
-  const UINT side = align == TextAlign::Right ? DT_RIGHT : align == TextAlign::Centre ? DT_CENTER : DT_LEFT;
-  DrawTextW(m_dc, text.data(), static_cast<int>(text.size()), &r,
-            side | DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | (ellipsis ? DT_END_ELLIPSIS : 0U));
+  const auto length = static_cast<int>(text.size());
+  UINT style = DT_SINGLELINE | DT_NOPREFIX;
+  if (ReadsFromRight(text)) {
+    style |= DT_RTLREADING;
+    // A name that is too wide loses its end, which is at the left here.
+    RECT wanted{};
+    DrawTextW(m_dc, text.data(), length, &wanted, style | DT_CALCRECT);
+    if (!ellipsis && wanted.right - wanted.left > r.right - r.left) align = TextAlign::Right;
+  }
+  style |= align == TextAlign::Right ? DT_RIGHT : align == TextAlign::Centre ? DT_CENTER : DT_LEFT;
+  DrawTextW(m_dc, text.data(), length, &r, style | DT_VCENTER | (ellipsis ? DT_END_ELLIPSIS : 0U));
 }
 
 void GdiPainter::Image(CPoint at, const Picture& picture) {

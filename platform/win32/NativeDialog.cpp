@@ -2,11 +2,13 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "platform/win32/Handles.h"
 #include "platform/win32/ModuleInstance.h"
 #include "platform/win32/Scale.h"
+#include "platform/win32/System.h"
 
 namespace qd {
 
@@ -26,18 +28,20 @@ class TemplateBytes {
     constexpr std::size_t kPoints = 8;
     Put16(kPoints);
     PutText(L"MS Shell Dlg");
-    bool first = true;
+    bool inGroup = false;
     for (const DialogControl& control : layout.controls) {
       if (m_words.size() % 2 != 0) Put16(0);  // each begins at a whole double word
       const bool radio = control.kind == DialogControl::Kind::RadioButton;
-      Put32(WS_CHILD | WS_VISIBLE | StyleOf(control) | (radio && first ? WS_GROUP : 0));
-      if (radio) first = false;
-      Put32(0);
+      // The first of the radio buttons, and what stands behind the last.
+      const bool group = std::exchange(inGroup, radio) != radio;
+      Put32(WS_CHILD | WS_VISIBLE | StyleOf(control) | (group ? WS_GROUP : 0));
+      Put32(control.kind == DialogControl::Kind::TextField || control.kind == DialogControl::Kind::Lines
+                ? WS_EX_CLIENTEDGE
+                : 0);
       for (const int number : {control.x, control.y, control.width, control.height, control.id}) {
         Put16(static_cast<std::size_t>(number));
       }
-      Put16(0xFFFF);
-      Put16(0x0080);  // a button
+      PutClass(control.kind);
       PutText(control.text);
       Put16(0);
     }
@@ -53,8 +57,22 @@ class TemplateBytes {
         return BS_AUTORADIOBUTTON | WS_TABSTOP;
       case DialogControl::Kind::PushButton:
         return (control.id == kDialogOk ? BS_DEFPUSHBUTTON : BS_PUSHBUTTON) | WS_TABSTOP;
+      case DialogControl::Kind::Label:
+        return SS_LEFT | SS_NOPREFIX;
+      case DialogControl::Kind::TextField:
+        return ES_AUTOHSCROLL | WS_TABSTOP;
+      case DialogControl::Kind::Lines:
+        return LVS_REPORT | LVS_OWNERDATA | LVS_NOCOLUMNHEADER | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_TABSTOP;
     }
     return 0;
+  }
+  void PutClass(DialogControl::Kind kind) {
+    if (kind == DialogControl::Kind::Lines) return PutText(WC_LISTVIEWW);
+    constexpr std::size_t kButton = 0x0080;
+    constexpr std::size_t kEdit = 0x0081;
+    constexpr std::size_t kStatic = 0x0082;
+    Put16(0xFFFF);
+    Put16(kind == DialogControl::Kind::TextField ? kEdit : kind == DialogControl::Kind::Label ? kStatic : kButton);
   }
   void Put16(std::size_t value) { m_words.push_back(static_cast<WORD>(value)); }
   void Put32(DWORD value) {
@@ -82,6 +100,8 @@ class NativeDialog final : public IDialogPeer {
   NativeDialog(CDialog& owner, const DialogTemplate& layout)
       : m_owner(owner), m_layout(layout), m_above(GetActiveWindow()) {
     const auto self = reinterpret_cast<LPARAM>(this);
+    const INITCOMMONCONTROLSEX lists{sizeof(lists), ICC_LISTVIEW_CLASSES};
+    InitCommonControlsEx(&lists);
     const auto* name = MAKEINTRESOURCEW(layout.id);
     if (FindResourceW(ModuleInstance(), name, RT_DIALOG) != nullptr) {
       m_window = CreateDialogParamW(ModuleInstance(), name, m_above, Procedure, self);
@@ -102,7 +122,28 @@ class NativeDialog final : public IDialogPeer {
     if (m_window != nullptr) SetWindowTextW(m_window, text.c_str());  // up to its first zero
   }
   void SetText(int id, const CString& text) override {
-    if (m_window != nullptr) SetDlgItemTextW(m_window, id, WithoutPrefixes(text).c_str());
+    const DialogControl* control = Find(id);
+    if (m_window == nullptr || control == nullptr) return;
+    const bool isPlain =
+        control->kind == DialogControl::Kind::TextField || control->kind == DialogControl::Kind::Label;
+    m_isWriting = true;  // a field would tell it as typed
+    SetDlgItemTextW(m_window, id, isPlain ? text.c_str() : WithoutPrefixes(text).c_str());
+    m_isWriting = false;
+  }
+  CString GetText(int id) const override {
+    const DialogControl* control = Find(id);
+    if (m_window == nullptr || control == nullptr || control->kind != DialogControl::Kind::TextField) return {};
+    return TextOf(GetDlgItem(m_window, id));
+  }
+  void Enable(int id, bool enable) override {
+    if (m_window != nullptr && Find(id) != nullptr) EnableWindow(GetDlgItem(m_window, id), enable ? TRUE : FALSE);
+  }
+  void ShowLines(int id, std::size_t count) override {
+    const DialogControl* control = Find(id);
+    if (m_window == nullptr || control == nullptr || control->kind != DialogControl::Kind::Lines) return;
+    const HWND list = GetDlgItem(m_window, id);
+    SendMessageW(list, LVM_SETITEMCOUNT, static_cast<WPARAM>(count), LVSICF_NOSCROLL);
+    InvalidateRect(list, nullptr, FALSE);
   }
   void SetChecked(int id, bool checked) override {
     if (m_window != nullptr) CheckDlgButton(m_window, id, checked ? BST_CHECKED : BST_UNCHECKED);
@@ -142,19 +183,67 @@ class NativeDialog final : public IDialogPeer {
     auto* dialog = reinterpret_cast<NativeDialog*>(GetWindowLongPtrW(window, DWLP_USER));
     if (dialog == nullptr) return FALSE;
     if (message == WM_DESTROY) dialog->m_window = nullptr;  // by the window that it belongs to
-    if (message == WM_COMMAND && HIWORD(w) == BN_CLICKED) dialog->m_owner.Press(LOWORD(w));
+    if (message == WM_COMMAND) dialog->OnCommand(LOWORD(w), HIWORD(w));
+    if (message == WM_NOTIFY) dialog->OnNotify(*reinterpret_cast<NMHDR*>(l));
     if (message == WM_CLOSE) dialog->m_owner.EndDialog(kDialogCancel);
     return message == WM_COMMAND || message == WM_CLOSE ? TRUE : FALSE;
+  }
+
+  const DialogControl* Find(int id) const {
+    const auto found = std::find_if(m_layout.controls.begin(), m_layout.controls.end(),
+                                    [id](const DialogControl& control) { return control.id == id; });
+    return found != m_layout.controls.end() ? &*found : nullptr;
+  }
+
+  /// What a number means depends on the control, whose kinds have different notices under one.
+  void OnCommand(int id, unsigned notice) {
+    const DialogControl* control = Find(id);
+    const bool isField = control != nullptr && control->kind == DialogControl::Kind::TextField;
+    if (isField ? notice == EN_CHANGE && !m_isWriting : notice == BN_CLICKED) m_owner.Press(id);
+  }
+
+  void OnNotify(NMHDR& notice) {
+    if (notice.code != LVN_GETDISPINFOW) return;
+    LVITEMW& item = reinterpret_cast<NMLVDISPINFOW&>(notice).item;
+    if ((item.mask & LVIF_TEXT) == 0 || item.iItem < 0 || item.cchTextMax <= 0) return;
+    const CString line = m_owner.LineOf(static_cast<int>(notice.idFrom), static_cast<std::size_t>(item.iItem));
+    const std::size_t length = std::min(line.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
+    std::copy_n(line.begin(), length, item.pszText);
+    item.pszText[length] = L'\0';
+  }
+
+  static CString TextOf(HWND window) {
+    CString text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+    return text;
+  }
+
+  /// A list has one column, as wide as it.
+  void FitColumns() const {
+    for (const DialogControl& control : m_layout.controls) {
+      if (control.kind != DialogControl::Kind::Lines) continue;
+      const HWND list = GetDlgItem(m_window, control.id);
+      RECT area{};
+      GetClientRect(list, &area);
+      LVCOLUMNW column{};
+      column.mask = LVCF_WIDTH;
+      column.cx = area.right - GetSystemMetrics(SM_CXVSCROLL);
+      SendMessageW(list, LVM_INSERTCOLUMNW, 0, reinterpret_cast<LPARAM>(&column));
+    }
   }
 
   int NeededWidth(HDC dc, const DialogControl& control) const {
     constexpr int kBeside = 24;  // the circle of a radio button, the edges of a push button
     const HWND window = GetDlgItem(m_window, control.id);
-    CString text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    const int length = GetWindowTextW(window, text.data(), static_cast<int>(text.size()));
+    const CString text = TextOf(window);
     SIZE size{};
-    GetTextExtentPoint32W(dc, text.c_str(), length, &size);
+    GetTextExtentPoint32W(dc, text.c_str(), static_cast<int>(text.size()), &size);
     return static_cast<int>(size.cx) + Scale::Of(m_window).ToPixels(kBeside);
+  }
+
+  static bool GrowsWithText(const DialogControl& control) {
+    return control.kind != DialogControl::Kind::Label && control.kind != DialogControl::Kind::TextField &&
+           control.kind != DialogControl::Kind::Lines;
   }
 
   /// Texts of other languages are wider than the template was laid out for: everything grows alike.
@@ -164,6 +253,7 @@ class NativeDialog final : public IDialogPeer {
     {
       const Selected font(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(m_window, WM_GETFONT, 0, 0)));
       for (const DialogControl& control : m_layout.controls) {
+        if (!GrowsWithText(control)) continue;
         RECT area{0, 0, control.width, control.height};
         MapDialogRect(m_window, &area);
         if (area.right > 0) growth = std::max(growth, double(NeededWidth(dc, control)) / double(area.right));
@@ -176,6 +266,7 @@ class NativeDialog final : public IDialogPeer {
       MoveWindow(GetDlgItem(m_window, control.id), int(area.left * growth), area.top,
                  int((area.right - area.left) * growth), area.bottom - area.top, TRUE);
     }
+    FitColumns();
     RECT whole{0, 0, m_layout.width, m_layout.height};
     MapDialogRect(m_window, &whole);
     whole.right = static_cast<LONG>(whole.right * growth);
@@ -204,6 +295,7 @@ class NativeDialog final : public IDialogPeer {
   const DialogTemplate& m_layout;
   HWND m_above;
   HWND m_window = nullptr;
+  bool m_isWriting = false;
   std::optional<int> m_result;
 };
 

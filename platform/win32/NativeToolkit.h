@@ -26,8 +26,12 @@ class QD_EXPORT NativeToolkit : public IToolkit {
   /// Puts a window without parent into one of the program's windows (HWND). From then on the program sizes and
   /// places it, by its handle.
   virtual void Embed(const CWnd& window, void* parent) = 0;
+  /// Whether a message (MSG*) types or edits: what a text box wants for itself. The other keys with Ctrl, and
+  /// those with numbers, are the program's, in its text boxes too.
+  static bool IsTyping(const void* message);
   /// To be asked about each message (MSG*) before accelerators are: true when it is for one of the module's edit
-  /// boxes or lists and has been handled.
+  /// boxes or lists and has been handled. What a call of the program has thrown since it was asked last comes out
+  /// here.
   virtual bool PreTranslateMessage(const void* message) = 0;
 
  protected:

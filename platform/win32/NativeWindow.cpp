@@ -4,6 +4,7 @@
 
 #include "platform/CWnd.h"
 #include "platform/win32/ModuleInstance.h"
+#include "platform/win32/NamedAccessible.h"
 #include "platform/win32/Win32Toolkit.h"
 
 namespace qd {
@@ -159,7 +160,13 @@ LRESULT CALLBACK NativeWindow::Procedure(HWND window, UINT message, WPARAM w, LP
                                 : DefWindowProcW(window, message, w, l);
   }
   if (message == WM_SIZE) peer->NoteSize();
-  return peer->OnMessage(message, w, l);
+  Win32Toolkit& toolkit = peer->m_toolkit;
+  try {
+    return peer->OnMessage(message, w, l);
+  } catch (...) {
+    toolkit.KeepThrown();
+    return 0;
+  }
 }
 
 LRESULT NativeWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
@@ -182,6 +189,10 @@ LRESULT NativeWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
       if (LOWORD(l) != HTCLIENT || (m_cursor == nullptr && !m_toolkit.IsWaiting())) break;
       ::SetCursor(m_toolkit.IsWaiting() ? LoadCursorW(nullptr, reinterpret_cast<LPCWSTR>(IDC_WAIT)) : m_cursor);
       return TRUE;
+    case WM_GETOBJECT:
+      if (m_accessible.name.empty() || static_cast<LONG>(l) != OBJID_CLIENT) break;
+      if (const LRESULT answer = AnswerWithName(m_window, w); answer != 0) return answer;
+      break;
     case WM_DPICHANGED_AFTERPARENT:
       OnDpiChanged();
       return 0;
@@ -256,6 +267,20 @@ void NativeWindow::TakeFocus() {
 
 bool NativeWindow::HasFocus() const {
   return m_window != nullptr && GetFocus() == m_window;
+}
+
+void NativeWindow::SetAccessible(const Accessible& what) {
+  if (m_accessible == what) return;
+  m_accessible = what;
+  if (m_window != nullptr) NotifyWinEvent(EVENT_OBJECT_NAMECHANGE, m_window, OBJID_CLIENT, CHILDID_SELF);
+}
+
+void NativeWindow::Announce() {
+  if (m_window != nullptr) NotifyWinEvent(EVENT_SYSTEM_ALERT, m_window, OBJID_CLIENT, CHILDID_SELF);
+}
+
+void NativeWindow::Raise() {
+  if (m_window != nullptr) SetWindowPos(m_window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void NativeWindow::SetTimer(unsigned id, unsigned milliseconds) {

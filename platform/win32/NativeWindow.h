@@ -41,6 +41,7 @@ class NativeWindow : public IPeer {
   void Move(const CRect& area) override;
   CRect ClientRect() const override;
   void Show(bool show) override;
+  bool IsSeen() const override { return m_window != nullptr && IsWindowVisible(m_window) != 0; }
   void Enable(bool enable) override;
   void Invalidate(const CRect& area) override;
   void PaintNow() override;
@@ -56,6 +57,12 @@ class NativeWindow : public IPeer {
   void SetCursor(CursorShape shape) override;
   void SetCursor(const Picture& picture) override;
   void AnnounceFocus(std::uint64_t) override {}
+  void SetAccessible(const Accessible& what) override;
+  void Announce() override;
+  void Raise() override;
+  const Accessible& GetAccessible() const { return m_accessible; }
+  /// What the system paints the window of one of its classes with, null for what it takes by itself.
+  virtual HBRUSH OnColour(HDC) { return nullptr; }
   void ShowTip(CPoint, const CString&, COLORREF, COLORREF) override {}
 
  protected:
@@ -96,6 +103,7 @@ class NativeWindow : public IPeer {
   bool m_embedded = false;
   int m_line = 1;
   HCURSOR m_cursor = nullptr;
+  Accessible m_accessible;
   std::set<unsigned> m_timers;
   // Kept here, for asking the system takes longer than painting a row.
   Scale m_scale;

@@ -1,21 +1,12 @@
 #include "platform/win32/RowsAccessible.h"
 
-// After what they build on.
-#include <oleauto.h>
-//
-#include <oleacc.h>
-
 #include <array>
-#include <atomic>
 #include <string>
 
 #include "platform/AccessibleRows.h"
 #include "platform/CWnd.h"
-#include "platform/win32/ModuleInstance.h"
+#include "platform/win32/AccessibleObject.h"
 #include "platform/win32/NativeWindow.h"
-
-// Objects of this kind delete themselves, so their interfaces have no destructors.
-#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
 
 namespace qd {
 
@@ -42,33 +33,9 @@ class AnnouncedRows {
 AnnouncedRows theAnnounced;
 
 /// The tree of a window, or one of its rows. It may outlive both: then it answers that it is not connected.
-class RowObject final : public IAccessible {
+class RowObject final : public AccessibleObject {
  public:
   RowObject(HWND window, HTREEITEM row) : m_window(window), m_row(row) {}
-
-  // ---- the object ---------------------------------------------------------------------------------------
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-    const bool known =
-        IsEqualIID(id, IID_IUnknown) || IsEqualIID(id, IID_IDispatch) || IsEqualIID(id, IID_IAccessible);
-    *object = known ? static_cast<IAccessible*>(this) : nullptr;
-    if (known) AddRef();
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++m_references; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --m_references;
-    if (left == 0) delete this;
-    return left;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override {
-    *count = 0;
-    return S_OK;
-  }
-  HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return E_NOTIMPL;
-  }
 
   // ---- the rows -----------------------------------------------------------------------------------------
   HRESULT STDMETHODCALLTYPE get_accParent(IDispatch** parent) override {
@@ -224,12 +191,9 @@ class RowObject final : public IAccessible {
     rows->vt = VT_EMPTY;  // rows say themselves whether they are selected
     return S_FALSE;
   }
-  HRESULT STDMETHODCALLTYPE put_accName(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
   HRESULT STDMETHODCALLTYPE put_accValue(VARIANT, BSTR) override { return DISP_E_MEMBERNOTFOUND; }
 
  private:
-  ~RowObject() = default;
-
   static HRESULT Nothing(BSTR* text) {
     *text = nullptr;
     return S_FALSE;
@@ -274,7 +238,6 @@ class RowObject final : public IAccessible {
 
   HWND m_window;
   HTREEITEM m_row;  // none: the tree itself
-  std::atomic<ULONG> m_references = 1;
 };
 
 }  // namespace
@@ -283,14 +246,7 @@ LRESULT AnswerScreenReader(HWND window, WPARAM w, LPARAM l) {
   const NativeWindow* peer = NativeWindow::Of(window);
   const bool asked = static_cast<LONG>(l) == OBJID_CLIENT;
   if (!asked || peer == nullptr || peer->Owner().GetAccessibleRows() == nullptr) return 0;
-  // Readers hold on to objects as long as they like, so their code has to stay.
-  HMODULE module = nullptr;
-  GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
-                     reinterpret_cast<LPCWSTR>(&AnswerScreenReader), &module);
-  auto* tree = new RowObject(window, {});
-  const LRESULT answer = LresultFromObject(IID_IAccessible, w, tree);
-  tree->Release();
-  return answer;
+  return AccessibleObject::Give(new RowObject(window, {}), w);
 }
 
 void AnnounceRow(HWND window, HTREEITEM row) {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/tree/RowTree.h"
+#include "platform/RowHandle.h"
 #include "platform/win32/System.h"
 
 namespace qd {

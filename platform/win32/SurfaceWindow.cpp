@@ -25,9 +25,9 @@ POINT PointOf(LPARAM place) {
 /// The number that the controls know a key by; letters only while Ctrl is held. 0 for a key that no control acts
 /// on. What Delete and Enter do is the program's business.
 int KeyOf(WPARAM key) {
-  constexpr std::array kKnown{kKeyTab,  kKeyEscape,   kKeySpace, kKeyPageUp,   kKeyPageDown,
-                              kKeyEnd,  kKeyHome,     kKeyLeft,  kKeyUp,       kKeyRight,
-                              kKeyDown, kKeyMultiply, kKeyAdd,   kKeySubtract, kKeyF2};
+  constexpr std::array kKnown{kKeyTab,  kKeyEscape,   kKeySpace, kKeyPageUp, kKeyPageDown, kKeyEnd,
+                              kKeyHome, kKeyLeft,     kKeyUp,    kKeyRight,  kKeyDown,     kKeyMultiply,
+                              kKeyAdd,  kKeySubtract, kKeyF2,    kKeyF3};
   const int number = static_cast<int>(key);
   // Characters of a third keyboard level come with Ctrl and Alt both.
   const bool command = (KeyFlags() & kMouseControl) != 0 && GetKeyState(VK_MENU) >= 0;
@@ -130,7 +130,7 @@ bool SurfaceWindow::IsMouseMessage(UINT message, LPARAM place) {
     case WM_RBUTTONDBLCLK:  // a fast second right press is a press like any other
     {
       const HWND window = Handle();
-      if (GetFocus() != window) SetFocus(window);
+      if (GetFocus() != window && GetAccessible().role != Accessible::Role::Status) SetFocus(window);
       if (NativeWindow::Of(window) != this) return true;  // whoever lost the focus has destroyed us
       DeliverMouse(message == WM_LBUTTONDOWN ? MessageKind::LeftDown : MessageKind::RightDown, place);
       return true;
@@ -229,6 +229,12 @@ LRESULT SurfaceWindow::OnMessage(UINT message, WPARAM w, LPARAM l) {
       }
       PostMessageW(Handle(), kMenuRequest, kByKeyboard, 0);
       return 0;
+    }
+    case WM_CTLCOLOREDIT: {
+      NativeWindow* box = NativeWindow::Of(reinterpret_cast<HWND>(l));
+      const HBRUSH brush = box != nullptr ? box->OnColour(reinterpret_cast<HDC>(w)) : nullptr;
+      if (brush != nullptr) return reinterpret_cast<LRESULT>(brush);
+      break;
     }
     case WM_COMMAND:
       if (HIWORD(w) == EN_CHANGE) SendMessageW(reinterpret_cast<HWND>(l), kTextChanged, 0, 0);

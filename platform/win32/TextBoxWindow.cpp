@@ -4,6 +4,7 @@
 
 #include "platform/CWnd.h"
 #include "platform/win32/ControlWindows.h"
+#include "platform/win32/Handles.h"
 #include "platform/win32/Win32Toolkit.h"
 
 namespace qd {
@@ -103,11 +104,42 @@ class EditWindow final : public TextBoxWindow {
   }
   void SelectAll() override { SendMessageW(Handle(), EM_SETSEL, 0, -1); }
   void AddChoice(const CString&) override {}
+  /// The box tells the ends of the selection, and with nothing selected the caret.
+  std::size_t GetCaret() const override {
+    DWORD end = 0;
+    SendMessageW(Handle(), EM_GETSEL, 0, reinterpret_cast<LPARAM>(&end));
+    return end;
+  }
+  void Select(std::size_t from, std::size_t to) override {
+    SendMessageW(Handle(), EM_SETSEL, from, static_cast<LPARAM>(to));
+    SendMessageW(Handle(), EM_SCROLLCARET, 0, 0);
+  }
+  void ReplaceSelection(const CString& text) override {
+    m_setting = true;
+    SendMessageW(Handle(), EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(text.c_str()));
+    m_setting = false;
+  }
+  void SetHint(const CString& text) override {
+    SendMessageW(Handle(), EM_SETCUEBANNER, FALSE, reinterpret_cast<LPARAM>(text.c_str()));
+  }
+  void SetColours(const std::optional<Colours>& colours) override {
+    m_colours = colours;
+    m_brush = GdiObject<HBRUSH>(colours ? CreateSolidBrush(colours->background) : nullptr);
+    InvalidateRect(Handle(), nullptr, TRUE);
+  }
+  HBRUSH OnColour(HDC dc) override {
+    if (!m_colours) return nullptr;
+    SetTextColor(dc, m_colours->text);
+    SetBkColor(dc, m_colours->background);
+    return m_brush.Get();
+  }
 
  private:
   static constexpr wchar_t kShownForZero = 0x2400;
   CString m_given;
   CString m_shown;
+  std::optional<Colours> m_colours;
+  GdiObject<HBRUSH> m_brush;
 };
 
 class ListWindow final : public TextBoxWindow {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "platform/CWnd.h"
 #include "platform/win32/ControlWindows.h"
@@ -17,7 +18,7 @@ const char* QD_wrt_GetVersion() {
 }
 
 std::unique_ptr<NativeToolkit> NativeToolkit::Make(const char* builtAgainst) {
-  if (Exists() || builtAgainst == nullptr || std::string_view(builtAgainst) != QD_WRT_VERSION) return nullptr;
+  if (Exists() || !Suits(builtAgainst)) return nullptr;
   return std::make_unique<Win32Toolkit>();
 }
 
@@ -29,6 +30,7 @@ Win32Toolkit::Win32Toolkit() : m_scale(GetDpiForSystem()) {
 }
 
 Win32Toolkit::~Win32Toolkit() {
+  CloseWindows();
   SelectObject(m_buffer.Get(), m_noBitmap);
   NativeWindow::UnregisterClasses();
 }
@@ -79,9 +81,23 @@ HDC Win32Toolkit::BeginBuffer(int width, int height) {
   return m_buffer.Get();
 }
 
-bool Win32Toolkit::PreTranslateMessage(const void* message) {
+bool NativeToolkit::IsTyping(const void* message) {
   const MSG& sent = *static_cast<const MSG*>(message);
-  if (sent.message != WM_KEYDOWN && sent.message != WM_CHAR) return false;
+  if (sent.message != WM_KEYDOWN) return sent.message == WM_CHAR;
+  const auto isDown = [](int key) { return GetKeyState(key) < 0; };
+  const WPARAM key = sent.wParam;
+  if (key >= VK_F1 && key <= VK_F24) return false;
+  // With both of them held some keyboards type.
+  if (!isDown(VK_CONTROL) || isDown(VK_MENU)) return true;
+  constexpr std::wstring_view kEditing = L"ACVXYZ";
+  const bool isSign = (key >= L'A' && key <= L'Z') || (key >= L'0' && key <= L'9');
+  return !isSign || kEditing.find(static_cast<wchar_t>(key)) != std::wstring_view::npos;
+}
+
+bool Win32Toolkit::PreTranslateMessage(const void* message) {
+  if (m_thrown != nullptr) std::rethrow_exception(std::exchange(m_thrown, nullptr));
+  const MSG& sent = *static_cast<const MSG*>(message);
+  if (!IsTyping(message)) return false;
   NativeWindow* window = NativeWindow::Of(sent.hwnd);
   if (window == nullptr || window->TextBox() == nullptr) return false;
   TranslateMessage(&sent);
@@ -182,6 +198,7 @@ CaptureEnd Win32Toolkit::RunCapture(CWnd& owner, const std::function<CaptureVerd
       }
       TranslateMessage(&message);
       DispatchMessageW(&message);
+      if (m_thrown != nullptr) return;
     }
   };
   const auto quit = [&] {

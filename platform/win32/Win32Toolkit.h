@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+
 #include "platform/MouseCapture.h"
 #include "platform/win32/Fonts.h"
 #include "platform/win32/Images.h"
@@ -31,6 +33,10 @@ class Win32Toolkit final : public NativeToolkit {
   Scale GetScale() const { return m_scale; }
   void SetScale(Scale scale) { m_scale = scale; }
   void SettingsChanged();
+  /// Keeps what a call of the program throws: it cannot go through the system's frames.
+  void KeepThrown() {
+    if (m_thrown == nullptr) m_thrown = std::current_exception();
+  }
   /// What the system asks the owner of the open menu.
   LRESULT OnMenuMessage(HWND window, UINT message, WPARAM w, LPARAM l);
 
@@ -64,6 +70,7 @@ class Win32Toolkit final : public NativeToolkit {
   SIZE m_bufferSize{};
   PopupMenu* m_menu = nullptr;  // while it is open
   int m_waits = 0;
+  std::exception_ptr m_thrown;
 };
 
 }  // namespace qd

@@ -89,6 +89,7 @@ void CQDTreeItemCord::OnMenuEvent(unsigned command) {
       return IQDCmdDialog::DoModeless(GetDocument(), L"CQDCmdCordDlg", nullptr, nullptr);
     case kCommandShowAll:
     case kCommandHideAll:
+      SayThatAllAreMeant();
       for (CQDTreeItem* child : ChildrenByRecord()) {
         child->OnClickCheck(command == kCommandShowAll ? kUnchecked : kChecked);
       }

@@ -7,6 +7,7 @@ namespace qd {
 /// The root of the coordinate-system branch, with an entry for each record of the pool.
 class QD_EXPORT CQDTreeItemCord : public CQDTreeBranch {
  public:
+  /// Appends the branch to the children of `parent`, without a row yet.
   CQDTreeItemCord(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
   /// Adds a system, or shows or hides all.

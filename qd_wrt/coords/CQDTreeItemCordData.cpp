@@ -93,11 +93,15 @@ void CQDTreeItemCordData::DeleteSelectedItems() {
   });
 }
 
+bool CQDTreeItemCordData::IsNameTaken(const CString& name) const {
+  return GetDBSession()->GetCordPool().Exist(name) != 0;
+}
+
 void CQDTreeItemCordData::OnEditChange(const wchar_t* text) {
   const tagTCord* old = Record();
   if (old == nullptr) return;
   DPoolCord& pool = GetDBSession()->GetCordPool();
-  const auto isTaken = [&pool](const CString& name) { return pool.Exist(name) != 0; };
+  const auto isTaken = [this](const CString& name) { return IsNameTaken(name); };
   if (const auto name = NewName(old->GetName(), text, isTaken)) {
     tagTCord record = *old;
     record.SetName(*name);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "qd_wrt/core/CQDTreeItem.h"
+#include "qd_wrt/find/IRow.h"
 
 namespace qd {
 
@@ -23,6 +24,9 @@ class QD_EXPORT CQDTreeItemCordData : public CQDTreeItem {
   void SetTitleIncludeType() override;
 
   iterator GetRecord() const override { return m_itr; }
+  NameScope GetNameScope() const override { return {kDataCord, true}; }
+  bool IsNameTaken(const CString& name) const override;
+  std::uint32_t GetRowKinds() const override { return kRowCoordinate; }
   /// As it was when the node was made.
   bool IsDefault() const { return m_isDefault != 0; }
 

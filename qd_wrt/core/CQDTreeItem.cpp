@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "host/CMSGFunction.h"
 #include "host/CMainFrame.h"
+#include "host/MessageOutput.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 
 namespace qd {
@@ -119,6 +121,7 @@ void CQDTreeItem::Destroy(CQDTreeItem* node) {
   if (node == nullptr || node->m_detached) return;
   std::vector<CQDTreeItem*> branch{node};
   node->ForEachBelow([&branch](CQDTreeItem* below) { branch.push_back(below); });
+  for (const CQDTreeItem* leaving : branch) leaving->m_control->KeepWhetherOpen(*leaving);
   // From the end: every node goes after all below it and after its later siblings.
   for (auto at = branch.rbegin(); at != branch.rend(); ++at) {
     CQDTreeListCtrl* control = (*at)->m_control;
@@ -140,10 +143,22 @@ void CQDTreeItem::Detach() {
 // ---- the row and the subtree ----------------------------------------------------------------------------
 
 void CQDTreeItem::MakeItem(HTREEITEM where) {
-  if (m_control->IsLive(m_row) || (m_parent != nullptr && !m_parent->m_row)) return;
-  m_row = m_control->InsertItem(this, where);
-  if (!m_row) return;
-  m_ownTitle.reset();  // the row has it now
+  if (m_control->IsLive(m_row) || (m_parent != nullptr && m_parent->HasOwnRow() && !m_parent->m_row)) return;
+  if (HasOwnRow()) {
+    m_row = m_control->InsertItem(this, where);
+    if (!m_row) return;
+  }
+  StandInRow();
+}
+
+/// Takes a row that stands already.
+void CQDTreeItem::TakeRow(HTREEITEM row) {
+  m_row = row;
+  StandInRow();
+}
+
+void CQDTreeItem::StandInRow() {
+  if (m_row) m_ownTitle.reset();  // the row has it now
   if (m_extras != nullptr) m_extras->dataTypes.clear();
   RegisterReceiveDataType();
   for (const unsigned short type : GetDataTypeList()) m_control->AddItemDataTypeMap(type, this);
@@ -155,6 +170,7 @@ void CQDTreeItem::MakeSubtree() {
   const auto editable = [](const CQDTreeItem* child) { return child != nullptr && child->m_editable; };
   const ChildList& children = ChildPlaces();
   if (std::any_of(children.begin(), children.end(), editable)) SortBranchesFromHere(0);
+  if (GetRecord() != 0) m_control->OpenAsBefore(*this);
   OnInitialize();
 }
 
@@ -172,6 +188,26 @@ void CQDTreeItem::SortBranchesFromHere(int byName, FlatMap* walked) {
 
 int CQDTreeItem::MoveItem(CQDTreeItem* newParent) {
   return m_control->MoveItem(this, newParent);
+}
+
+int CQDTreeItem::MoveBranch(CQDTreeItem* newParent) {
+  return m_control->MoveBranch(this, newParent);
+}
+
+void CQDTreeItem::PromiseChildren(int promise) {
+  m_control->SetPromised(m_row, promise != 0);
+}
+
+void CQDTreeItem::SupplyRows(std::size_t place, std::size_t count) {
+  m_control->SupplyRows(*this, place, count);
+}
+
+void CQDTreeItem::TakeSupplied(std::size_t place, std::size_t count) {
+  m_control->TakeSupplied(*this, place, count);
+}
+
+int CQDTreeItem::MoveSupplied(std::size_t place, std::size_t count, CQDTreeItem& target, std::size_t before) {
+  return m_control->MoveSupplied(*this, {place, count}, target, before);
 }
 
 CString CQDTreeItem::GetTitle() const {
@@ -510,6 +546,13 @@ void CQDTreeItem::ChangeGeomShowHide() {
 }
 
 // ---- hooks that do nothing here -------------------------------------------------------------------------
+
+void CQDTreeItem::SayThatAllAreMeant() const {
+  if (!m_control->GetFinder().IsFiltering()) return;
+  bool hides = false;
+  ForEachBelow([&](const CQDTreeItem* node) { hides = hides || m_control->IsFilteredOut(node->m_row); });
+  if (hides) qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_WRT_FIND_ALL_MEANT"));
+}
 
 void CQDTreeItem::OnMenuEvent(unsigned) {}
 void CQDTreeItem::CreateContextMenu(CPoint&) {}

@@ -11,14 +11,19 @@
 #include "host/Types.h"
 #include "platform/Export.h"
 #include "platform/FlatMap.h"
+#include "platform/RowHandle.h"
 #include "platform/Types.h"
-#include "platform/tree/RowTree.h"
+#include "qd_wrt/core/NameScope.h"
 #include "qd_wrt/core/PendingUpdates.h"
 #include "qd_wrt/core/PlaceCounts.h"
 
 namespace qd {
 
+class CDC;
 class CQDTreeListCtrl;
+struct CRect;
+struct LaterRow;
+struct TreeCell;
 
 /// Role of a node in a contact pair.
 enum PAIR_TYPE : std::uint32_t { kPairNone = 0, kPairMember = 1, kPairMaster = 2, kPairSlave = 3 };
@@ -74,20 +79,23 @@ class QD_EXPORT CQDTreeItem {
   virtual void OnDrop(std::vector<CQDTreeItem*>& nodes);
   /// 12: likewise for the right button.
   virtual void OnRDrop(std::vector<CQDTreeItem*>& nodes, CQDTreeItem* target);
-  virtual void Slot13();
+  virtual void Slot13();  ///< 13: never called
   /// 14: called when the node is the only selected one; the default clears the property window.
   virtual void SetPropertyView();
   /// 15: called on the first of several selected nodes.
   virtual void SetMultiPropertyView();
-  virtual void Slot16();
+  virtual void Slot16();  ///< 16: never called
   /// 17: called by Show with (show, 0, 1).
   virtual void OnShowItem(int show, int, int);
+  /// @{
+  /// 18 to 20: never called.
   virtual void Slot18();
   virtual void Slot19();
   virtual void Slot20();
+  /// @}
   /// 21: the branch's own item-type code, -1 for none.
   virtual int GetItemType() const;
-  virtual int Slot22();
+  virtual int Slot22();  ///< 22: never called; 0
   /// 23: gives `except` the opposite of what `state` gives every other child; with `recurse` goes on below those.
   virtual void CheckOnlyInChild(CQDTreeItem* except, int state, int recurse);
   /// 24: brings the icon up to date with how the record is drawn; geometry parts override it.
@@ -96,18 +104,22 @@ class QD_EXPORT CQDTreeItem {
   virtual void SetTitleIncludeType();
   /// 26: called when the language changed; passes it on to the children.
   virtual void OnChangeLanguage();
+  /// @{
+  /// 27 to 31: never called.
   virtual void Slot27();
   virtual void Slot28();
   virtual void Slot29();
   virtual void Slot30();
   virtual void Slot31();
+  /// @}
   /// 32: the bound record, 0 for none.
   virtual iterator GetIterator() const;
   /// 33: shows or hides the children bound to the given records.
   virtual void SetShowHideItem(int kind, TArray<iterator>& itrs, int show, unsigned flags);
   /// 34: gives the labels below this node the state that their check boxes show.
   virtual void SetRestoreLabel();
-  virtual void Slot35();
+  virtual void Slot35();  ///< 35: never called
+  /// @{
   /// 36, 38 to 41: commands that the host sends to a branch root; the control passes them to its own root.
   virtual void OnMenuEventGeomRoot(unsigned command);
   /// 37: called on the first dragged node when a left drag ends over the 3-D view.
@@ -116,21 +128,24 @@ class QD_EXPORT CQDTreeItem {
   virtual void OnMenuEventSLoadRoot(unsigned command);
   virtual void OnMenuEventBCRoot(unsigned command);
   virtual void OnMenuEventDLoadRoot(unsigned command);
-  virtual void Slot42();
+  /// @}
+  virtual void Slot42();  ///< 42: never called
   /// 43: sets how titles of parts are made.
   virtual void ChangeGeomTitle(CQDDocBase* doc, int mode);
-  virtual void Slot44();
+  virtual void Slot44();  ///< 44: never called
   /// 45: how titles and colours of parts are made.
   virtual void GetGeomTitleAndColor(int& title, int& colour);
   /// 46: sets how parts are coloured.
   virtual void ChangeGeomColor(int mode);
   /// 47: inverts the visibility of what this branch shows.
   virtual void ChangeGeomShowHide();
+  /// @{
   /// 48 to 50: show or hide the parts of nodes.
   virtual void ShowHideGeom(std::vector<CQDTreeItem*> nodes);
   virtual void ShowHideGeom(std::vector<CQDTreeItem*> nodes, int show);
   virtual void ShowHideGeom(std::vector<CQDTreeItem*> nodes, int show, int recurse);
-  virtual void Slot51();
+  /// @}
+  virtual void Slot51();  ///< 51: never called
   /// 52: called with the pending updates waiting (PendingRecords); they are dropped afterwards.
   virtual void OnUpdate();
 
@@ -155,18 +170,58 @@ class QD_EXPORT CQDTreeItem {
   /// Called before any node handles the notice; no node may come or go.
   virtual void AppendConcerned(const tagTRNotify&, std::vector<CQDTreeItem*>&) const {}
 
+  /// Whether the node has a row of its own. The rows below a root that has none stand at the top level.
+  virtual bool HasOwnRow() const { return true; }
+  /// Called when a row is opened whose children were promised (PromiseChildren): makes them.
+  virtual void OnMakeChildren() {}
+  /// Called when one of the rows below this node is looked at that SupplyRows has made: makes its node, a child of
+  /// this one without a row, and returns it; null leaves the row empty. `place` counts the rows below this node.
+  virtual CQDTreeItem* MakeSupplied(std::size_t) { return nullptr; }
+  /// What that row would show, for who looks at very many rows; false for nothing.
+  virtual bool DescribeSupplied(std::size_t, LaterRow&) const { return false; }
+
+  // ---- what columns ask that a host has added (CTreeListCtrl::AddColumn) -------------------------------------
+  /// What the row shows in such a column. Asked when the row is painted, read out, copied or sorted.
+  virtual void DescribeCell(int, TreeCell&) const {}
+  /// Likewise of a row below this node that SupplyRows has made, by its place.
+  virtual void DescribeSuppliedCell(std::size_t, int, TreeCell&) const {}
+  /// Paints a cell that was described as one that paints itself, over the background of its row.
+  virtual void PaintCell(int, CDC&, const CRect&) {}
+
+  /// Whether the row shows a typed title before OnEditChange hears of it; false for nodes that write it
+  /// themselves.
+  virtual bool ShowsTypedTitle() const { return true; }
+
+  // ---- what renaming many rows asks -------------------------------------------------------------------------
+  /// The name in the title. OnEditChange takes the title, which is the name and what is shown behind it.
+  virtual CString GetName() const { return GetTitle(); }
+  /// Among what the name is unique, or at least better so. Rows that nobody names are in none.
+  virtual NameScope GetNameScope() const { return {}; }
+  /// Whether anything in the scope has a name; asked where names are unique.
+  virtual bool IsNameTaken(const CString&) const { return false; }
+
+  // ---- what a search asks -----------------------------------------------------------------------------------
+  /// What queries call this row: bits of RowKind.
+  virtual std::uint32_t GetRowKinds() const { return 0; }
+  /// Appends the names of the materials that this row's record is made of.
+  virtual void AppendMaterials(TArray<CString>&) const {}
+  /// Appends the names of the sets that this row's record belongs to, beside those that the row stands below.
+  virtual void AppendSets(TArray<CString>&) const {}
+  /// Says that a command means all of this branch, where a filter hides some of it and nobody has chosen rows.
+  void SayThatAllAreMeant() const;
+
   // ---- structure ------------------------------------------------------------------------------------------
-  CQDTreeListCtrl* GetControl() const { return m_control; }
-  CQDTreeItem* GetParent() const { return m_parent; }
+  CQDTreeListCtrl* GetControl() const { return m_control; }  ///< the control that the node was made for
+  CQDTreeItem* GetParent() const { return m_parent; }        ///< null for a root
   /// Names another parent. The former one gives the node up; the new one has it when it was registered there.
   void SetParent(CQDTreeItem* parent);
-  bool IsRoot() const { return m_parent == nullptr; }
+  bool IsRoot() const { return m_parent == nullptr; }  ///< whether it stands below no other
   /// The child at an index in order of creation, null outside.
   CQDTreeItem* GetChild(int index);
-  int GetChildCount() const;
+  int GetChildCount() const;  ///< of its own children
   /// The children in order of creation; a copy, so that children may come and go meanwhile.
   std::vector<CQDTreeItem*> Children() const;
-  int GetAllChildCount() const;
+  int GetAllChildCount() const;  ///< of all nodes below it
   /// Visits all descendants, each before its own children, without recursion. No node may come or go meanwhile.
   template <typename Visit>
   void ForEachBelow(const Visit& visit) const;
@@ -179,48 +234,77 @@ class QD_EXPORT CQDTreeItem {
   /// Re-parents a childless node and its row. Returns 1; 0 with nothing changed for a node with children, without
   /// row, marked as not to be moved, or a parent that does not stand in the tree.
   int MoveItem(CQDTreeItem* newParent);
-  HTREEITEM GetTreeItemHandle() const { return m_row; }
-  void SetTreeItemHandel(HTREEITEM row) { m_row = row; }
+  /// Re-parents a node and its row with all that is below them, which stay as they are: open, selected, in order.
+  /// Returns 1; 0 with nothing changed where MoveItem refuses, but for children, and for a parent that stands
+  /// below the node. Rows get new handles.
+  int MoveBranch(CQDTreeItem* newParent);
+  /// Says that the row has children, which OnMakeChildren makes when the row is opened for the first time: until
+  /// then it has a button, and what looks at all rows (searching, sorting, selecting) knows of none below it.
+  /// Opening everything below a row above it leaves it closed.
+  void PromiseChildren(int promise);
+  /// Makes rows below this one, in front of the one at a place, whose nodes are made one by one when they are
+  /// looked at: shown, selected alone, named by NodeOf. 64 bytes a row until then. All rows below this node must
+  /// be supplied; they keep their order, and what walks over nodes knows of those that were made.
+  void SupplyRows(std::size_t place, std::size_t count);
+  /// Takes rows that SupplyRows has made out again, with their nodes as far as there are any.
+  void TakeSupplied(std::size_t place, std::size_t count);
+  /// Moves such rows with all below them in front of the one at a place below another node of the tree that
+  /// supplies its rows, or, counted before they move, below this one. Returns 1; 0 with nothing changed for what
+  /// cannot be, such as below themselves.
+  int MoveSupplied(std::size_t place, std::size_t count, CQDTreeItem& target, std::size_t before);
+  /// Whether the rows below this node are supplied.
+  bool SuppliesRows() const { return m_supplies; }
+  HTREEITEM GetTreeItemHandle() const { return m_row; }   ///< none for a node without a row
+  void SetTreeItemHandel(HTREEITEM row) { m_row = row; }  ///< for the control: binds the node to a row
   /// True once the node has left the tree for good.
   bool IsDetached() const { return m_detached; }
   /// Deletes a node as described for the class. Null is allowed.
   static void Destroy(CQDTreeItem* node);
 
   // ---- changes of the database ----------------------------------------------------------------------------
+  /// The data types that it follows, in the order in which it named them.
   const std::list<unsigned short>& GetDataTypeList() const;
+  /// @{
+  /// For the control: change records that wait for Update.
   void PushUpdateInfo(const tagTRNotify& record);
   void PushUpdateInfo(std::shared_ptr<const UpdateBatch> batch);
+  /// @}
   /// The change records that wait for this node.
   std::vector<tagTRNotify> PendingRecords() const;
   /// Calls OnUpdate, drops the pending updates and repaints the control.
   void Update();
 
   // ---- row ------------------------------------------------------------------------------------------------
-  CString GetTitle() const;
+  CString GetTitle() const;  ///< of the row, or as it was stored without being shown
   /// Stores the title only; the row keeps its text.
   void SetTitle(CString title);
   /// Stores the title and writes it into the row.
   void ChangeTitle(CString title);
-  void ChangeID(long id);
-  long GetID() const { return m_id; }
+  void ChangeID(long id);              ///< writes the number into the second column; 0 or less shows none
+  long GetID() const { return m_id; }  ///< the number, 0 none
   /// 0 for a node without row, else 1 or the control's result.
   int ChangeImage(int icon);
-  unsigned GetIconIndex() const { return m_icon; }
-  void Expand(int expand);
+  unsigned GetIconIndex() const { return m_icon; }  ///< index into the module's icons (CQDTreeIcon)
+  void Expand(int expand);                          ///< opens (other than 0) or closes the row
+  /// @{
+  /// Selects the row, or takes it out; with `recurse` all below it, too. Nobody is told.
   void Select(int recurse);
   void UnSelect(int recurse);
+  /// @}
   /// Makes `row` the only selected one, and the caret.
   void Select(HTREEITEM row);
+  /// Deselects all rows; other than 0 empties the document's selection buffer, too.
   void ResetSelection(int clearBuffer);
-  bool HasCheck() const { return m_hasCheck; }
+  bool HasCheck() const { return m_hasCheck; }  ///< whether the row has a box
   /// The state image of the row, 0 without row.
   int GetCheckStatus() const;
-  void SetCheck(int state, int recurse);
+  void SetCheck(int state, int recurse);  ///< sets the box to a CheckState; with `recurse` those below it, too
   /// Writes the box of this row, and what the host keeps of it. Nothing for a row without a box.
   void WriteBox(int state);
-  void Show(int show, int recurse);
+  void Show(int show, int recurse);  ///< calls OnShowItem, with `recurse` on all below, too
   /// Hands the records of all checked nodes of this branch to the document, by tree-item type.
   void GetChecked();
+  /// Shows or hides a mesh set; nothing for 0 or a host without meshes.
   void SetMeshShowHide(iterator itr, int show);
   /// Redraws the active view if this node's view-update flag is set.
   void RedrawView();
@@ -228,25 +312,43 @@ class QD_EXPORT CQDTreeItem {
   // ---- flags ----------------------------------------------------------------------------------------------
   /// Effective tree-item type: 0 for the control's root, else the first non-zero own type from here upwards.
   std::uint16_t GetTreeItemType() const;
-  void SetTreeItemType(std::uint16_t type) { m_treeItemType = type; }
+  void SetTreeItemType(std::uint16_t type) { m_treeItemType = type; }  ///< 0 for that of the node above
   /// Names a tree-item type of nodes onto which this one may be dropped with the left button; 0 is ignored.
   void RegsiterDragEnableType(std::uint16_t type);
-  int IsEnableDragType(std::uint16_t type) const;
-  void SetMove(int move);
+  /// 1 when it may be dropped onto nodes of this tree-item type.
+  virtual int IsEnableDragType(std::uint16_t type) const;
+  void SetMove(int move);  ///< 0 keeps this node and all below it from being moved
+  /// @{
+  /// A flag of this node and all below it, for hosts.
   void SetShowHide(int show);
   bool IsShowHide() const { return m_showHide; }
+  /// @}
+  /// @{
+  /// Whether RedrawView redraws.
   void SetViewUpdate(int update) { m_viewUpdate = update != 0; }
   bool IsViewUpdate() const { return m_viewUpdate; }
+  /// @}
+  /// @{
+  /// The colour of the swatch. Stored only; CQDTreeListCtrl::ChangeItemColor writes it into the row.
   COLORREF GetColor() const { return m_colour; }
   void SetColor(COLORREF colour) { m_colour = colour; }
+  /// @}
+  /// @{
+  /// Whether the row has a number, and a swatch.
   bool IsShowID() const { return m_showID; }
   bool IsShowColor() const { return m_showColour; }
-  bool IsEditable() const { return m_editable; }
+  /// @}
+  bool IsEditable() const { return m_editable; }  ///< whether its title can be edited
+  /// @{
+  /// Whether it can be dragged: alone, among several, to the 3-D view.
   bool IsEnableLeftDrag() const { return m_leftDrag; }
   bool IsEnableRightDrag() const { return m_rightDrag; }
   bool IsEnableMultiLeftDrag() const { return m_multiLeftDrag; }
   bool IsEnableMultiRightDrag() const { return m_multiRightDrag; }
   bool IsEnableDragToView() const { return m_dragToView; }
+  /// @}
+  /// @{
+  /// What the node stands for; flags that its class sets.
   bool IsGeom() const { return m_isGeom; }
   bool IsMesh() const { return m_isMesh; }
   bool IsDatum() const { return m_isDatum; }
@@ -254,12 +356,16 @@ class QD_EXPORT CQDTreeItem {
   bool IsLabel() const { return m_isLabel; }
   bool IsSection() const { return m_isSection; }
   bool IsJoint() const { return m_isJoint; }
+  /// @}
+  /// @{
+  /// Its part in a contact pair.
   PAIR_TYPE GetPairType() const { return m_pairType; }
   bool IsPair() const { return static_cast<std::int32_t>(m_pairType) > 0; }
   bool IsPairM() const { return m_pairType == kPairMaster; }
   bool IsPairS() const { return m_pairType == kPairSlave; }
+  /// @}
 
-  CQDDocBase* GetDocument() const;
+  CQDDocBase* GetDocument() const;  ///< null when the control shows no document
   /// Null without a document.
   CQDDBSession* GetDBSession() const;
 
@@ -271,6 +377,8 @@ class QD_EXPORT CQDTreeItem {
   void SortBranchesFromHere(int byName, FlatMap* walked = nullptr);
   /// Deletes all children, last first.
   void RemoveAllChildItems();
+  /// @{
+  /// See the operation of this name; derived classes set it.
   bool m_hasCheck : 1;
   bool m_leftDrag : 1 = false;
   bool m_rightDrag : 1 = false;
@@ -291,10 +399,11 @@ class QD_EXPORT CQDTreeItem {
   bool m_isLabel : 1 = false;
   bool m_isSection : 1 = false;
   bool m_isJoint : 1 = false;
-  PAIR_TYPE m_pairType = kPairNone;
-  std::int32_t m_id = 0;
-  COLORREF m_colour = 0;
-  unsigned m_icon;
+  /// @}
+  PAIR_TYPE m_pairType = kPairNone;  ///< see GetPairType
+  std::int32_t m_id = 0;             ///< see GetID
+  COLORREF m_colour = 0;             ///< see GetColor
+  unsigned m_icon;                   ///< see GetIconIndex
 
  private:
   friend class CQDTreeListCtrl;
@@ -310,6 +419,9 @@ class QD_EXPORT CQDTreeItem {
     PendingUpdates pending;
   };
 
+  void TakeRow(HTREEITEM row);
+  void StandInRow();
+
   Extras& NeedExtras();
   const ChildList& ChildPlaces() const;
   void MakeSubtree();
@@ -320,6 +432,7 @@ class QD_EXPORT CQDTreeItem {
 
   std::uint16_t m_treeItemType = 0;
   bool m_detached = false;
+  bool m_supplies = false;
   bool m_relays = false;     // others follow data types through this node, or did
   std::uint32_t m_slot = 0;  // place in the parent's children
   HTREEITEM m_row;

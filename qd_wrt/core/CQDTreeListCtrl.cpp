@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "host/CMSGFunction.h"
 #include "host/Dialogs.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 
@@ -20,8 +21,13 @@ CQDTreeListCtrl::Deeper::~Deeper() {
   if (!m_life.expired() && --m_control.m_depth == 0) m_control.m_deferred.clear();
 }
 
+CQDTreeListCtrl::CQDTreeListCtrl() {
+  GetFinder().SetFacts(this);
+}
+
 CQDTreeListCtrl::~CQDTreeListCtrl() {
   DestroyTreeItems();
+  SetDocument(nullptr);
 }
 
 void CQDTreeListCtrl::OnDestroy() {
@@ -32,22 +38,63 @@ void CQDTreeListCtrl::OnDestroy() {
 // ---- building and taking down ---------------------------------------------------------------------------
 
 void CQDTreeListCtrl::CreateTreeItems(int treeType, CQDDocBase* doc, IQDTreeGroupFactory* factory, int active) {
+  IToolkit::NeedThread();
   m_treeType = treeType;
-  m_doc = doc;
+  SetDocument(doc);
   m_groupFactory = factory;
   DestroyTreeItems();
+  ResetWords();
   const Handler handler(*this);
   if (factory != nullptr && doc != nullptr) m_root = factory->CreateRootItem(treeType, this);
   if (m_root != nullptr) {
     m_root->MakeItem(kInsertLast);
     Expand(m_root->GetTreeItemHandle(), ExpandAction::Expand);
   }
+  SetOneTree(m_root != nullptr && !m_root->HasOwnRow());
   m_active = active != 0;  // who asks meanwhile is told of the tree before
+}
+
+void CQDTreeListCtrl::SetDocument(CQDDocBase* doc) {
+  if (m_doc != nullptr) m_doc->Unfollow(*this);
+  m_doc = doc;
+  if (m_doc != nullptr) m_doc->Follow(*this);
+}
+
+void CQDTreeListCtrl::OnDocumentGone() {
+  m_doc = nullptr;
+  DestroyTreeItems();
 }
 
 void CQDTreeListCtrl::DestroyTreeItems() {
   DeleteBoxes();
   CQDTreeItem::Destroy(std::exchange(m_root, nullptr));
+  m_leftOpen.clear();
+}
+
+/// The record, or for a row that gathers some of a record's below it, that record and which row it is.
+std::optional<std::pair<iterator, unsigned>> CQDTreeListCtrl::PlaceOf(const CQDTreeItem& node) const {
+  if (const iterator itr = node.GetRecord(); itr != 0) return std::pair{itr, 0U};
+  const iterator above = node.GetParent() != nullptr ? node.GetParent()->GetRecord() : 0;
+  return above != 0 ? std::optional(std::pair{above, GetItemData(node.GetTreeItemHandle()) + 1U}) : std::nullopt;
+}
+
+void CQDTreeListCtrl::KeepWhetherOpen(const CQDTreeItem& node) {
+  const HTREEITEM row = node.GetTreeItemHandle();
+  const bool open = IsLive(row) && WasExpanded(row);
+  if (!open && m_leftOpen.empty()) return;  // as of most rows
+  const auto place = PlaceOf(node);
+  if (!place) return;
+  if (open) {
+    m_leftOpen.insert(*place);
+  } else {
+    m_leftOpen.erase(*place);
+  }
+}
+
+void CQDTreeListCtrl::OpenAsBefore(const CQDTreeItem& node) {
+  if (m_leftOpen.empty() || !ItemHasChildren(node.GetTreeItemHandle())) return;
+  const auto place = PlaceOf(node);
+  if (place && m_leftOpen.erase(*place) != 0) ExpandForGood(node.GetTreeItemHandle());
 }
 
 void CQDTreeListCtrl::Bury(std::unique_ptr<CQDTreeItem> node) {
@@ -84,13 +131,19 @@ void CQDTreeListCtrl::ForRecordMapsOf(const CQDTreeItem* node, const Visit& visi
 }
 
 HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) {
+  IToolkit::NeedThread();
   const CQDTreeItem* parent = node->GetParent();
   const HTREEITEM above = parent != nullptr ? parent->GetTreeItemHandle() : HTREEITEM{};
-  if (parent != nullptr && !IsLive(above)) return {};
+  if (parent != nullptr && parent->HasOwnRow() && !IsLive(above)) return {};
   const int icon = static_cast<int>(node->GetIconIndex());
   const HTREEITEM row =
       InsertItem(node->GetTitle(), icon, icon, node->IsEditable() ? 1 : 0, 0, above, insertAfter);
-  if (!row) return {};
+  if (row) ShowNode(node, row);
+  return row;
+}
+
+/// A row shows a node from now on.
+void CQDTreeListCtrl::ShowNode(CQDTreeItem* node, HTREEITEM row) {
   ++m_rowCount;
   m_rowMap.set(row, node);
   if (const iterator itr = node->GetRecord(); itr != 0) {
@@ -105,10 +158,10 @@ HTREEITEM CQDTreeListCtrl::InsertItem(CQDTreeItem* node, HTREEITEM insertAfter) 
     SetItemText(row, 1, text);
   }
   if (node->IsShowColor()) SetItemColor(row, node->GetColor(), 0);
-  return row;
 }
 
 void CQDTreeListCtrl::DeleteItem(CQDTreeItem* node) {
+  IToolkit::NeedThread();
   const HTREEITEM row = node->GetTreeItemHandle();
   if (!node->IsDetached()) {
     EraseHTREEITEM(node, 0);  // the node stays
@@ -116,6 +169,7 @@ void CQDTreeListCtrl::DeleteItem(CQDTreeItem* node) {
     --m_rowCount;
     CTreeListCtrl::DeleteItem(row);
   }
+  if (node->m_supplies && node->m_parent == nullptr && !row) DeleteTopRows();
   m_rowMap.remove(node);
   ForRecordMapsOf(node, [node](bothitrmap& map) { map.remove(node); });
 }
@@ -139,20 +193,51 @@ void CQDTreeListCtrl::EraseHTREEITEM(CQDTreeItem* node, int) {
 }
 
 int CQDTreeListCtrl::MoveItem(CQDTreeItem* node, CQDTreeItem* newParent) {
-  const HTREEITEM row = node->m_row;
-  CQDTreeItem* parent = node->m_parent;
-  const bool refused = newParent == nullptr || parent == nullptr || newParent == node || !node->m_move ||
-                       node->GetChildCount() != 0 || !IsLive(row) || !IsLive(newParent->m_row);
-  if (refused) return 0;
-  const HTREEITEM moved = CTreeListCtrl::MoveItem(row, newParent->m_row, kInsertLast);
+  if (!MayMove(node, newParent) || node->GetChildCount() != 0) return 0;
+  const HTREEITEM moved = CTreeListCtrl::MoveItem(node->m_row, newParent->m_row, kInsertLast);
   if (!moved) return 0;
+  Rebind(node, moved);
+  Reparent(node, newParent);
+  return 1;
+}
+
+int CQDTreeListCtrl::MoveBranch(CQDTreeItem* node, CQDTreeItem* newParent, HTREEITEM after) {
+  if (!MayMove(node, newParent)) return 0;
+  const Handler handler(*this);
+  const auto rebind = [this](HTREEITEM from, HTREEITEM to) {
+    if (CQDTreeItem* moved = NodeOf(from)) Rebind(moved, to);
+  };
+  if (!CTreeListCtrl::MoveBranch(node->m_row, newParent->m_row, after, rebind)) return 0;
+  Reparent(node, newParent);
+  return 1;
+}
+
+bool CQDTreeListCtrl::MayMove(const CQDTreeItem* node, const CQDTreeItem* newParent) const {
+  return newParent != nullptr && newParent->GetControl() == this && !newParent->IsDetached() &&
+         node->m_parent != nullptr && newParent != node && node->m_move && IsLive(node->m_row) &&
+         (IsLive(newParent->m_row) || !newParent->HasOwnRow()) && !newParent->m_supplies &&
+         !node->m_parent->m_supplies;
+}
+
+void CQDTreeListCtrl::Rebind(CQDTreeItem* node, HTREEITEM row) {
   m_rowMap.remove(node);  // before the new pair: an old one would win
-  node->m_row = moved;
-  m_rowMap.set(moved, node);
-  parent->RegistToChild(node, 0);
+  node->m_row = row;
+  m_rowMap.set(row, node);
+}
+
+void CQDTreeListCtrl::Reparent(CQDTreeItem* node, CQDTreeItem* newParent) {
+  node->m_parent->RegistToChild(node, 0);
   newParent->RegistToChild(node, 1);
   node->SetParent(newParent);
-  return 1;
+}
+
+void CQDTreeListCtrl::OnMakeChildren(HTREEITEM row) {
+  CQDTreeItem* node = NodeOf(row);
+  if (node == nullptr) return;
+  const Handler handler(*this);
+  const std::weak_ptr<void> life = Life();
+  node->OnMakeChildren();
+  if (!life.expired() && m_sortedBy.direction != 0 && !node->IsDetached()) SortBelow(node->m_row);
 }
 
 CQDTreeItem* CQDTreeListCtrl::FindGeomNode(iterator itr) const {
@@ -200,7 +285,7 @@ void CQDTreeListCtrl::SetTextOf(HTREEITEM row, int column, const CString& text) 
 }
 
 void CQDTreeListCtrl::SortByData(HTREEITEM parent) {
-  if (!IsLive(parent)) return;
+  if (!IsLive(parent) || KeepsOrder(parent)) return;
   SortRows(parent, [](std::uint64_t a, std::uint64_t b) {
     const auto data = [](std::uint64_t word) {
       const auto* record = reinterpret_cast<const CTLItem*>(word);
@@ -220,6 +305,7 @@ void CQDTreeListCtrl::OnChangeLanguage() {
   if (m_root == nullptr) return;
   const Handler handler(*this);
   m_root->OnChangeLanguage();
+  ResetWords();
   Invalidate();
 }
 
@@ -379,8 +465,19 @@ void CQDTreeListCtrl::ShowContextMenu(CPoint screen) {
 void CQDTreeListCtrl::TrackMenu(const CQDTreeMenu& menu, CPoint screen) {
   // Anything may happen while the menu is open, so the command looks for its node anew.
   const std::weak_ptr<void> life = Life();
-  const unsigned command = menu.Track(screen, *this);
-  if (!life.expired() && command != 0) OnMenuEvent(command);
+  std::vector<MenuEntry> more;
+  if (GetSelectedCount() > 1 && m_moreForSeveral.list) more = m_moreForSeveral.list();
+  CQDTreeMenu whole = menu;
+  if (!more.empty() && !menu.Entries().empty()) whole.AddSeparator();
+  for (const MenuEntry& entry : more) {
+    whole.AddMenu(entry.command, (CMSGFunction::GetValue(entry.key) + (entry.opensDialog ? L"..." : L"")).c_str(),
+                  entry.icon);
+  }
+  const unsigned command = whole.Track(screen, *this);
+  if (life.expired() || command == 0) return;
+  const bool isMore = std::any_of(more.begin(), more.end(),
+                                  [command](const MenuEntry& entry) { return entry.command == command; });
+  isMore ? m_moreForSeveral.run(command) : OnMenuEvent(command);
 }
 
 }  // namespace qd

@@ -15,7 +15,7 @@ class QD_EXPORT CQDTreeMenu : public BCMenu {
   int AddMenu(unsigned id, const wchar_t* text, int icon);
   /// Likewise, checked from the start.
   int AddCheckMenu(unsigned id, const wchar_t* text, int icon);
-  int AddSeparator();
+  int AddSeparator();  ///< returns 1
   /// Appends a submenu; the object may go before this menu.
   int AddSubMenu(CQDTreeMenu& sub, const wchar_t* text);
 

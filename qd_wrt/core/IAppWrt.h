@@ -29,12 +29,14 @@ class QD_EXPORT IAppWrt {
   virtual void CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) = 0;
   /// 5: shows the contacts of parts.
   virtual void SetSelectAssignedContact(CQDDocBase*, std::list<iterator>&) {}
+  /// @{
   /// 6 to 9: the command by which the dialog of the mesh generator knows its mode, by method: automatic solid,
   /// mapped solid, 2-D to 3-D, layered automatic solid.
   virtual int GetMenuIndexOfAutoSolid() const = 0;
   virtual int GetMenuIndexOfMapSolid() const = 0;
   virtual int GetMenuIndexOf2D3D() const = 0;
   virtual int GetMenuIndexOfAutoLayer() const = 0;
+  /// @}
 
  protected:
   IAppWrt();

@@ -11,7 +11,8 @@ CQDTreeItem* Node(std::uint64_t word) {
   return reinterpret_cast<CQDTreeItem*>(word);
 }
 
-/// Takes the key out of `from`; a partner that is bound
+/// Takes the key out of `from`, and its partner out of `back` unless that is bound to another key by now. 1 when
+/// both were there.
 int RemoveBound(FlatMap& from, FlatMap& back, std::uint64_t key) {
   const std::uint64_t* found = from.Find(key);
   if (found == nullptr) return 0;
@@ -26,7 +27,7 @@ int RemoveBound(FlatMap& from, FlatMap& back, std::uint64_t key) {
 }  // namespace
 
 bothmap::RowEntry* bothmap::PlaceOf(HTREEITEM row) {
-  constexpr std::size_t kFarthest = 4096;
+  constexpr std::size_t kFarthest = 256;
   const auto place = static_cast<std::uint32_t>(row.value);
   if (!row || place > m_nodeOfRow.size() + kFarthest) return nullptr;
   if (place >= m_nodeOfRow.size()) m_nodeOfRow.resize(place + 1UL);

@@ -15,9 +15,9 @@ namespace qd {
 
 /// One line of a menu table. An entry without text is a separator, or the place of a list.
 struct MenuEntry {
-  unsigned command = 0;
-  std::string_view key{};  ///< message key of the text
-  int icon = -1;
+  unsigned command = 0;                  ///< above 0 for an entry that can be chosen
+  std::string_view key{};                ///< message key of the text
+  int icon = -1;                         ///< of the menu images, -1 for none
   bool opensDialog = false;              ///< adds "..." to the text
   bool (*when)() = nullptr;              ///< left out unless this is null or answers true
   std::span<const MenuEntry> submenu{};  ///< makes it a submenu
@@ -51,8 +51,9 @@ struct MenuFill {
 /// A menu built from a table, with its submenus.
 class QD_EXPORT TableMenu {
  public:
+  /// `fill` adds what no table can know; both are used here only.
   explicit TableMenu(std::span<const MenuEntry> table, MenuFill fill = {});
-  CQDTreeMenu& Menu() { return *m_menus.front(); }
+  CQDTreeMenu& Menu() { return *m_menus.front(); }  ///< the menu, which goes with this
 
  private:
   CQDTreeMenu& Build(std::span<const MenuEntry> table);

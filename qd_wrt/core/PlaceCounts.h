@@ -4,15 +4,17 @@
 #include <cstdint>
 #include <vector>
 
+#include "platform/Export.h"
+
 namespace qd {
 
 /// Which of the places of a list are filled, counted so that the n-th filled one is found in O(log n) while places
 /// are emptied and appended.
-class PlaceCounts {
+class QD_EXPORT PlaceCounts {
  public:
   /// Nothing is counted, and nothing follows the list until Count.
   bool IsOff() const { return m_sums.empty(); }
-  void Clear() { m_sums.clear(); }
+  void Clear() { m_sums.clear(); }  ///< counts nothing any more
   /// Counts the places of a list, of which those that hold null are empty. O(n).
   template <typename List>
   void Count(const List& places) {
@@ -22,9 +24,9 @@ class PlaceCounts {
   }
 
   // Each follows a change of the list; nothing while counting is off.
-  void Append(bool filled);
-  void PopBack();
-  void Empty(std::size_t place);
+  void Append(bool filled);       ///< a place came at the end
+  void PopBack();                 ///< the last one went
+  void Empty(std::size_t place);  ///< what stood at this place is gone
 
   /// The place of the filled one at an index, which must be less than how many there are.
   std::size_t PlaceOf(std::size_t index) const;

@@ -26,6 +26,8 @@ class RecordItem final : public CQDTreeItem {
 
   int MakeChildItems() override { return 1; }
   iterator GetIterator() const override { return m_itr; }
+  std::uint32_t GetRowKinds() const override { return Kind().rowKinds; }
+  NameScope GetNameScope() const override { return {reinterpret_cast<std::uintptr_t>(&Kind()), false}; }
   void SetTitleIncludeType() override {
     if (const auto row = Read()) ChangeTitle(row->title);
   }

@@ -99,8 +99,8 @@ void CQDTreeListCtrl::DragTo(CPoint point) {
   };
   run(kScrollUpTimer, point.y < client.top + edge, kScrollPeriod);
   run(kScrollDownTimer, point.y >= client.bottom - edge, kScrollPeriod);
-  const bool opens = target != nullptr && ItemHasChildren(target->GetTreeItemHandle()) &&
-                     !IsExpanded(target->GetTreeItemHandle());
+  const bool opens =
+      target != nullptr && CanOpen(target->GetTreeItemHandle()) && !IsExpanded(target->GetTreeItemHandle());
   if (target != before) run(kExpandTimer, opens, kExpandDelay);
 }
 

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/CGeomPrevShowHideStarter.h"
+#include "host/Dialogs.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/ViewUpdate.h"
 
@@ -43,20 +44,36 @@ void CQDTreeListCtrl::OnSelchangAction() {
   if (m_selectingRows) return;
   const Handler handler(*this);
   const std::weak_ptr<void> life = Life();  // the host may close the pane when it hears of this
-  std::vector<CQDTreeItem*> nodes;
-  GetSelectedTreeItems(nodes, 0);
+  std::vector<CQDTreeItem*> nodes = NodesToTell();
   ApplyChangedSelection(nodes);
   if (life.expired()) return;
   std::erase_if(nodes, [](const CQDTreeItem* node) { return node->IsDetached(); });
-  if (nodes.size() == 1) {
+  const bool several = nodes.size() > 1 || (m_onSelectionChanged && GetSelectedCount() > 1);
+  if (nodes.size() == 1 && !several) {
     nodes.front()->SetPropertyView();
-  } else if (nodes.size() > 1) {
+  } else if (!nodes.empty()) {
     nodes.front()->SetMultiPropertyView();
   }
+  if (life.expired()) return;
+  if (m_onSelectionChanged) m_onSelectionChanged();
   if (!life.expired() && m_onSelected) m_onSelected(nodes);
 }
 
+/// The nodes of what is selected, or only the first where nobody wants more of them.
+std::vector<CQDTreeItem*> CQDTreeListCtrl::NodesToTell() const {
+  std::vector<CQDTreeItem*> nodes;
+  if (!m_onSelectionChanged || m_onSelected) {
+    GetSelectedTreeItems(nodes, 0);
+  } else if (CQDTreeItem* first = NodeOf(GetFirstSelectedItem())) {
+    nodes.push_back(first);
+  }
+  return nodes;
+}
+
 void CQDTreeListCtrl::TellSelected() {
+  const std::weak_ptr<void> life = Life();
+  if (m_onSelectionChanged) m_onSelectionChanged();
+  if (life.expired()) return;
   if (!m_onSelected) return;
   std::vector<CQDTreeItem*> nodes;
   GetSelectedTreeItems(nodes, 0);
@@ -76,31 +93,43 @@ void CQDTreeListCtrl::ApplyChangedSelection(std::vector<CQDTreeItem*>& nodes) {
 }
 
 void CQDTreeListCtrl::SetSelection(int kind, const TArray<iterator>& itrs) {
-  SelectRows(kind, itrs);
+  SelectRows(kind, itrs, true);
   if (m_doc != nullptr) RefreshProperties();
 }
 
-void CQDTreeListCtrl::ShowSelection(const TArray<iterator>& itrs) {
+void CQDTreeListCtrl::ShowSelection(const TArray<iterator>& itrs, bool inSight) {
   constexpr int kAnyKind = 0;
-  SelectRows(kAnyKind, itrs);
+  SelectRows(kAnyKind, itrs, inSight);
 }
 
-void CQDTreeListCtrl::SelectRows(int kind, const TArray<iterator>& itrs) {
+void CQDTreeListCtrl::SelectRows(int kind, const TArray<iterator>& itrs, bool inSight) {
+  // A filter shows what is picked; of very many rows nothing would be left of it.
+  constexpr std::size_t kMostShown = 100;
   const Raised selecting(*this, m_selectingRows);
   ClearAllSelected();
   HTREEITEM first;
   for (const iterator itr : itrs) {
     const CQDTreeItem* node = NodeOfRecord(kind, itr);
     if (node == nullptr || !IsLive(node->GetTreeItemHandle())) continue;
+    if (Rows().IsFilteredOut(node->GetTreeItemHandle())) {
+      if (itrs.size() > kMostShown) continue;
+      ShowFilteredOut(node->GetTreeItemHandle());
+    }
     SetRowState(node->GetTreeItemHandle(), kRowSelected, kRowSelected);
     if (!first) first = node->GetTreeItemHandle();
   }
-  if (first) EnsureVisible(first);
+  if (first && inSight) EnsureVisible(first);
 }
 
 /// A host that answers the emptying of its buffer with this must not empty the selection that fills it.
 void CQDTreeListCtrl::SelectFromBuffer(int kind) {
   if (m_doc != nullptr && !m_fillingBuffer) SetSelection(kind, m_doc->GetSelectBuffer());
+}
+
+void CQDTreeListCtrl::OnSwatchClick(HTREEITEM row) {
+  const CQDTreeItem* node = NodeOf(row);
+  const iterator itr = node != nullptr ? node->GetIterator() : 0;
+  if (itr != 0) IQDCmdDialog::DoModeless(m_doc, L"CQDCmdColorDlg", &itr, nullptr);
 }
 
 // ---- clicks and keys ------------------------------------------------------------------------------------
@@ -123,7 +152,7 @@ void CQDTreeListCtrl::OnKeyDown(int key, unsigned flags) {
   const std::weak_ptr<void> life = Life();
   CTreeListCtrl::OnKeyDown(key, flags);
   if (life.expired()) return;
-  if (key == kKeyF2) return OnChangeTitle();
+  if (key == kKeyF2) return RenameSelected();
   const bool control = (flags & kMouseControl) != 0;
   if (key == kKeySpace && !control && !IsTypingTitle()) return PressCheckOfSelection();
   if (IsSelectionKey(key, flags)) OnSelchangAction();
@@ -161,8 +190,9 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
   CQDTreeItem* clicked = NodeOf(row);
   if (clicked == nullptr) return;
   const Handler handler(*this);
+  const std::weak_ptr<void> life = Life();  // a box may close the pane
   EndEditors();
-  if (clicked->IsDetached()) return;
+  if (life.expired() || clicked->IsDetached()) return;
   {
     const Raised switching(*this, m_switchingBoxes);  // what is selected is told when all are switched
     const CGeomPrevShowHideStarter batch(m_doc != nullptr ? m_doc->GetCADSession() : nullptr);
@@ -178,7 +208,9 @@ void CQDTreeListCtrl::OnTvCheckbox(HTREEITEM row) {
     for (CQDTreeItem* node : nodes) {
       if (node->IsDetached() || !node->HasCheck()) continue;
       redraws.SayTo(*node);
-      if (node->OnClickCheck(oldState) == 0) break;
+      const int goesOn = node->OnClickCheck(oldState);
+      if (life.expired()) return;
+      if (goesOn == 0) break;
     }
   }
   ClearAllSelected();

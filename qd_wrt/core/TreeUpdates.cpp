@@ -47,6 +47,7 @@ const CQDTreeListCtrl::Registration* CQDTreeListCtrl::RegistrationOf(const CQDTr
 }
 
 void CQDTreeListCtrl::UpdateDB(CQDDocBase* doc, std::uint64_t hint) {
+  IToolkit::NeedThread();
   if (doc == nullptr || m_doc == nullptr) return;
   const CQDUpdateRecord* record = UpdateRecordOf(hint);
   const std::vector<tagTRNotify> none;
@@ -63,6 +64,9 @@ void CQDTreeListCtrl::UpdateDB(CQDDocBase* doc, std::uint64_t hint) {
       DispatchChanges(next);
     }
   }
+  if (life.expired()) return;
+  GetFinder().OnFields();
+  GetFinder().FollowChanges();
   if (!life.expired()) RefreshProperties();
 }
 

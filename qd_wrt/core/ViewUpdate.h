@@ -13,7 +13,7 @@ class LastRedraws {
   /// `redraw` false: none of them does, for something greater is going on that redraws at its end.
   explicit LastRedraws(const std::vector<CQDTreeItem*>& nodes, bool redraw = true)
       : m_last(redraw && !nodes.empty() ? nodes.back() : nullptr) {}
-  explicit LastRedraws(const CQDTreeItem* last) : m_last(last) {}
+  explicit LastRedraws(const CQDTreeItem* last) : m_last(last) {}  ///< null when none of them redraws
   /// To be said to each node before it acts.
   void SayTo(CQDTreeItem& node) const { node.SetViewUpdate(&node == m_last ? 1 : 0); }
 
@@ -24,6 +24,7 @@ class LastRedraws {
 /// Keeps a node from redrawing the view while this lives; behind it the node redraws, whatever it did before.
 class QuietNode {
  public:
+  /// The node may go while this lives.
   explicit QuietNode(CQDTreeItem& node)
       : m_handler(*node.GetControl()), m_life(node.GetControl()->Life()), m_node(node) {
     node.SetViewUpdate(0);

@@ -15,26 +15,29 @@ namespace qd::find {
 /// A pattern as a machine with many states at once, which never goes back in the text. Made once, then only read.
 class QD_EXPORT Automaton {
  public:
+  /// What a state does: takes a character, goes two ways, asks for the place, or has found.
   enum class Kind : std::uint8_t { Set, Fork, Start, End, WordEdge, NoWordEdge, Found };
+  /// A state, by its index.
   struct State {
-    Kind kind = Kind::Fork;
-    std::uint32_t set = 0;
-    std::uint32_t next = kNone;
+    Kind kind = Kind::Fork;       ///< see Kind
+    std::uint32_t set = 0;        ///< of Set: which one
+    std::uint32_t next = kNone;   ///< where it leads
     std::uint32_t other = kNone;  ///< of Fork: the second way
   };
-  static constexpr std::uint32_t kNone = UINT32_MAX;
+  static constexpr std::uint32_t kNone = UINT32_MAX;  ///< no state
 
-  explicit Automaton(const Pattern& pattern);
+  explicit Automaton(const Pattern& pattern);  ///< the pattern is not needed afterwards
 
-  const std::vector<State>& States() const { return m_states; }
-  std::uint32_t First() const { return m_first; }
+  const std::vector<State>& States() const { return m_states; }  ///< all of them
+  std::uint32_t First() const { return m_first; }                ///< the one to begin with
   /// Characters that no set of the pattern tells apart are of one class.
   std::uint32_t ClassOf(char32_t character) const {
     return character < m_ascii.size() ? m_ascii[character] : ClassOfOther(character);
   }
-  std::uint32_t ClassCount() const { return m_classCount; }
+  std::uint32_t ClassCount() const { return m_classCount; }  ///< classes count from 0 to below this
+  /// Whether a set holds the characters of a class.
   bool IsIn(std::uint32_t set, std::uint32_t characterClass) const { return m_members[characterClass][set]; }
-  bool KnowsWords() const { return m_knowsWords; }
+  bool KnowsWords() const { return m_knowsWords; }  ///< whether the pattern asks for edges of words
   /// Whether the characters of a class belong to words; only where the pattern asks for edges of words.
   bool IsWord(std::uint32_t characterClass) const { return m_members[characterClass].back(); }
 
@@ -57,7 +60,7 @@ class QD_EXPORT Automaton {
 /// it is found out anew, in time that grows with the text and the pattern only. One thread at a time.
 class QD_EXPORT AutomatonRun {
  public:
-  explicit AutomatonRun(const Automaton& automaton);
+  explicit AutomatonRun(const Automaton& automaton);  ///< the automaton must outlive this
 
   /// Text: wide, UTF-8 or characters.
   template <typename Text>

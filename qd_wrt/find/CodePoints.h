@@ -26,6 +26,7 @@ inline char32_t NextCharacter(std::string_view key, std::size_t& at) {
   return code;
 }
 
+/// Likewise of a text in characters.
 inline char32_t NextCharacter(std::u32string_view text, std::size_t& at) {
   return text[at++];
 }

@@ -10,9 +10,10 @@ namespace qd::find {
 
 /// A colour that has a name; `message`: the key of its name in the language on show.
 struct ColourName {
-  const wchar_t* english;
-  const char* message;
+  const wchar_t* english;  ///< in small letters
+  const char* message;     ///< key of the text
 };
+/// All of them, in the order in which they are offered.
 inline constexpr std::array<ColourName, 13> kColourNames{{{L"black", "IDS_QD_WRT_FIND_BLACK"},
                                                           {L"white", "IDS_QD_WRT_FIND_WHITE"},
                                                           {L"grey", "IDS_QD_WRT_FIND_GREY"},
@@ -39,11 +40,11 @@ std::size_t NameOf(COLORREF colour);
 
 /// Colours that a query asks for: those that have one of the names, and those near to one of some others.
 struct WantedColours {
-  std::uint32_t names = 0;  ///< bit i: kColourNames[i]
-  std::vector<COLORREF> others;
-  bool operator==(const WantedColours&) const = default;
+  std::uint32_t names = 0;                                ///< bit i: kColourNames[i]
+  std::vector<COLORREF> others;                           ///< those without a name
+  bool operator==(const WantedColours&) const = default;  ///< member by member
 
-  bool Have(COLORREF colour) const;
+  bool Have(COLORREF colour) const;  ///< whether it asks for a colour
 };
 
 }  // namespace qd::find

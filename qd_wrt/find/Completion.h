@@ -12,9 +12,12 @@ namespace qd {
 /// What could stand at the caret of a query's field: each of `candidates` in place of the elements from `from` to
 /// `to`.
 struct Completion {
+  /// @{
+  /// Places in the text, in elements.
   std::size_t from = 0;
   std::size_t to = 0;
-  TArray<CString> candidates;
+  /// @}
+  TArray<CString> candidates;  ///< the best first; none when nothing can be completed
 };
 
 /// Completes the name of a field, a type or a colour that begins before `caret` (0 to the length of `text`): names

@@ -16,9 +16,10 @@ class CQDTreeItem;
 /// condition. They are not told about the ends of nodes: a node is good during the call only.
 class QD_EXPORT IRowFields {
  public:
+  /// What can be asked for.
   struct Field {
-    CString name;  ///< letters, digits and underscores, a letter first; case does not count
-    bool isNumber = false;
+    CString name;           ///< letters, digits and underscores, a letter first; case does not count
+    bool isNumber = false;  ///< whether it holds numbers, else texts
   };
 
   virtual ~IRowFields() = default;

@@ -28,21 +28,25 @@ enum class Step : std::uint8_t {
 };
 
 /// A regular expression taken apart. Repetitions with counts are written out.
-struct Pattern {
+struct QD_EXPORT Pattern {
+  /// A step and what it works on.
   struct Token {
-    Step step = Step::Nothing;
-    std::uint32_t set = 0;  ///< of Set: its index
+    Step step = Step::Nothing;  ///< see Step
+    std::uint32_t set = 0;      ///< of Set: its index
   };
-  std::vector<Token> steps;
+  std::vector<Token> steps;        ///< all of them, operands first
   std::vector<CharacterSet> sets;  ///< each once
 
+  /// The place of a set among `sets`, where it is put when it is not there.
   std::uint32_t IndexOf(const CharacterSet& set);
 };
 
+/// @{
 /// Nothing may be repeated more often than this, and no pattern may have more steps when it is written out.
 inline constexpr unsigned kMostRepetitions = 1000;
 inline constexpr std::size_t kMostSteps = 4000;
 inline constexpr std::size_t kDeepestGroups = 100;
+/// @}
 
 /// Takes a regular expression apart, without recursion; case is ignored. Understood are characters, `.`, `[…]` and
 /// `[^…]`, `\d \w \s` and their opposites, `\t`, `\n`, `\r`, `\xHH`, `\x{H…}`, `^`, `$`, `\b`, `\B`, `(…)`,

@@ -124,30 +124,58 @@ bool Query::IsEmpty() const {
   return m_tree->nodes.empty();
 }
 
-const std::vector<std::string>& Query::Needles() const {
+const std::vector<std::vector<std::string>>& Query::Needles() const {
   return m_tree->needles;
 }
 
 bool Query::IsNeedlesOnly() const {
-  // One word, or words of which one must hold.
-  const auto isWord = [](const Condition& condition) {
+  // Words that must all hold, each perhaps one of several, and each of them looked for.
+  using find::QueryNode;
+  const auto& nodes = m_tree->nodes;
+  if (nodes.empty()) return false;
+  const auto isWord = [&](const QueryNode& node) {
+    if (node.isNegated || node.kind != QueryNode::Kind::Condition) return false;
+    const Condition& condition = m_tree->conditions[node.condition];
     return condition.about == Value::Title && condition.text.kind == find::TextPattern::Kind::Word;
   };
-  const auto isPlain = [](const find::QueryNode& node) {
-    return !node.isNegated && node.kind != find::QueryNode::Kind::All;
+  const auto isOneOfWords = [&](const QueryNode& node) {
+    return isWord(node) || (!node.isNegated && node.kind == QueryNode::Kind::OneOf &&
+                            std::all_of(node.parts.begin(), node.parts.end(),
+                                        [&](std::size_t part) { return isWord(nodes[part]); }));
   };
-  return !m_tree->needles.empty() && std::all_of(m_tree->nodes.begin(), m_tree->nodes.end(), isPlain) &&
-         std::all_of(m_tree->conditions.begin(), m_tree->conditions.end(), isWord);
+  const QueryNode& whole = nodes.back();
+  if (whole.kind != QueryNode::Kind::All) return m_tree->needles.size() == 1 && isOneOfWords(whole);
+  return !whole.isNegated && m_tree->needles.size() == whole.parts.size() &&
+         std::all_of(whole.parts.begin(), whole.parts.end(),
+                     [&](std::size_t part) { return isOneOfWords(nodes[part]); });
 }
 
 bool Query::AsksForAncestors() const {
   return !m_tree->insides.empty();
 }
 
+namespace {
+
+template <typename... Values>
+bool HasConditionOn(const QueryTree& tree, Values... about) {
+  return std::any_of(tree.conditions.begin(), tree.conditions.end(),
+                     [&](const Condition& condition) { return ((condition.about == about) || ...); });
+}
+
+}  // namespace
+
 bool Query::AsksForFacts() const {
   return std::any_of(m_tree->conditions.begin(), m_tree->conditions.end(), [](const Condition& condition) {
     return condition.about != Value::Title && condition.about != Value::In;
   });
+}
+
+bool Query::AsksForSelection() const {
+  return HasConditionOn(*m_tree, Value::Selected);
+}
+
+bool Query::AsksForFields() const {
+  return HasConditionOn(*m_tree, Value::Number, Value::Text);
 }
 
 Matcher::Matcher(const Query& query)

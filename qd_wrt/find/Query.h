@@ -25,20 +25,24 @@ class QD_EXPORT Query {
  public:
   /// The query that every row matches.
   Query();
-  /// None when something is wrong, which `fault` says then. What may stand in a query: docs/find.md.
+  /// None when something is wrong, which `fault` says then. What may stand in a query: docs/manual/find.md.
   static std::optional<Query> Parse(std::wstring_view text, const QueryWords& words, QueryFault& fault);
 
   /// Every row matches.
   bool IsEmpty() const;
-  /// The key of the title of each row that matches holds one of these; nothing is known when there are none.
-  /// Search looks for them in all keys at once.
-  const std::vector<std::string>& Needles() const;
-  /// A row matches as soon as it holds one of the needles; nothing else needs to be asked.
+  /// The key of the title of each row that matches holds one of each of these; nothing is known when there are
+  /// none. Search looks for them in all keys at once.
+  const std::vector<std::vector<std::string>>& Needles() const;
+  /// A row matches as soon as its key holds those; nothing else needs to be asked.
   bool IsNeedlesOnly() const;
   /// Whether it depends on the titles of ancestors (`in:`), so that Matcher::InsideOf must go down the tree.
   bool AsksForAncestors() const;
   /// Whether it depends on more than titles: on what rows may change without being renamed.
   bool AsksForFacts() const;
+  /// Whether it depends on what is selected.
+  bool AsksForSelection() const;
+  /// Whether it depends on numbers and texts that others know, as material and set.
+  bool AsksForFields() const;
 
  private:
   friend class Matcher;
@@ -54,7 +58,7 @@ QD_EXPORT bool Narrows(const Query& former, const Query& next);
 /// its own has a matcher of its own.
 class QD_EXPORT Matcher {
  public:
-  explicit Matcher(const Query& query);
+  explicit Matcher(const Query& query);  ///< the query is copied
   ~Matcher();
   Matcher(const Matcher&) = delete;
   Matcher& operator=(const Matcher&) = delete;

@@ -9,12 +9,16 @@
 
 namespace qd::find {
 
+/// @{
 /// Longer queries are refused, and groups that lie deeper in one another.
 inline constexpr std::size_t kLongestQuery = 1000;
 inline constexpr std::size_t kDeepestQuery = 50;
+/// @}
+/// @{
 /// Conditions about ancestors, and such as need a machine of states, that one query may have.
 inline constexpr std::size_t kMostInsides = 64;
 inline constexpr std::size_t kMostAutomata = 32;
+/// @}
 
 /// Understands a query; null, with the fault, when there is something wrong with it. Conditions that stand side by
 /// side must all hold, `|` divides such rows of conditions, of which one must hold, and parentheses group. Quotes

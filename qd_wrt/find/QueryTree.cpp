@@ -26,6 +26,7 @@ int CostOf(const Condition& condition) {
 
 /// More of them cost more to look for than they save.
 constexpr std::size_t kMostNeedles = 4;
+constexpr std::size_t kMostSets = 3;
 
 /// What is known of the needles of a node: nothing when it is empty.
 using Needles = std::vector<std::string>;
@@ -83,7 +84,16 @@ void QueryTree::Finish() {
                      [&](std::size_t a, std::size_t b) { return costs[a] < costs[b]; });
     needlesOf[i] = NeedlesOf(*this, node, needlesOf);
   }
-  needles = needlesOf.back();
+  const QueryNode& whole = nodes.back();
+  if (whole.kind == QueryNode::Kind::All && !whole.isNegated) {
+    for (const std::size_t part : whole.parts) {
+      if (!needlesOf[part].empty()) needles.push_back(needlesOf[part]);
+    }
+    std::stable_sort(needles.begin(), needles.end(), AreBetter);
+    needles.resize(std::min(needles.size(), kMostSets));
+  } else if (!needlesOf.back().empty()) {
+    needles = {needlesOf.back()};
+  }
 
   // Written from the last test to the first, so that each knows where those behind it begin.
   struct Open {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "platform/text/Folding.h"
 #include "qd_wrt/find/ColourNames.h"
 #include "qd_wrt/find/IRow.h"
 #include "qd_wrt/find/TitleKey.h"
@@ -41,7 +42,9 @@ constexpr FieldName kFields[]{{L"id", QueryWords::Value::Ids, 0},
                               {L"selected", QueryWords::Value::Selected, 0},
                               {L"in", QueryWords::Value::In, 0}};
 
-QueryWords::Name NameOf(const wchar_t* english, CString shown, std::uint32_t bit) {
+/// Some names are also titles, which begin with a capital; a query has them all alike.
+QueryWords::Name NameOf(const wchar_t* english, const CString& text, std::uint32_t bit) {
+  CString shown = InSmallLetters(text);
   std::string shownKey = KeyOf(shown);
   return {english, std::move(shown), KeyOf(english), std::move(shownKey), bit};
 }

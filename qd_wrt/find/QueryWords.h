@@ -16,17 +16,22 @@ class QD_EXPORT QueryWords {
  public:
   /// What stands behind a field's colon.
   enum class Value : std::uint8_t { Title, In, Ids, Type, Colour, Shown, Hidden, Selected, Number, Text };
+  /// What can stand before a colon.
   struct Field {
-    CString name;
-    std::string key;  ///< what it is compared by
-    Value value = Value::Text;
-    std::size_t number = 0;  ///< of Number and Text: as IRow calls it
+    CString name;               ///< without the colon
+    std::string key;            ///< what it is compared by
+    Value value = Value::Text;  ///< what may stand behind it
+    std::size_t number = 0;     ///< of Number and Text: as IRow calls it
   };
+  /// A type or a colour.
   struct Name {
-    CString english;
-    CString shown;  ///< in the language on show
+    CString english;  ///< in small letters
+    CString shown;    ///< in the language on show
+    /// @{
+    /// What it is compared by.
     std::string englishKey;
     std::string shownKey;
+    /// @}
     std::uint32_t bit = 0;  ///< of a type: its RowKind; of a colour: its place in the table of colours
   };
   /// The text of a message key in the language on show: CMSGFunction::GetValue.
@@ -35,9 +40,12 @@ class QD_EXPORT QueryWords {
   /// `fields`: the host's, null for none; read here only.
   explicit QueryWords(TextOf textOf, const IRowFields* fields = nullptr);
 
+  /// @{
+  /// All that there are, in the order in which they are offered.
   const TArray<Field>& Fields() const { return m_fields; }
   const TArray<Name>& Types() const { return m_types; }
   const TArray<Name>& Colours() const { return m_colours; }
+  /// @}
   /// Null when there is none. `color` is a `colour`, too.
   const Field* FindField(std::wstring_view name) const;
   /// The bits of the names that are written so, or of those that begin so; 0 for none.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <numeric>
 #include <utility>
 
 #if defined(__SSE2__)
@@ -16,35 +17,60 @@ namespace qd {
 namespace find {
 namespace {
 
-bool IsAt(std::string_view text, std::string_view needle, std::size_t at) {
-  return std::memcmp(text.data() + at, needle.data(), needle.size()) == 0;
+/// Whether a needle stands in a text where its first and its last byte do.
+bool IsAt(const char* place, std::string_view needle) {
+  for (std::size_t i = 1; i + 1 < needle.size(); ++i) {
+    if (place[i] != needle[i]) return false;
+  }
+  return true;
 }
 
-}  // namespace
-
-std::size_t FindBytes(std::string_view text, std::string_view needle, std::size_t at) {
-  if (text.size() < needle.size()) return std::string_view::npos;
+/// Visits the places of a needle from `at` on; `visit` says for each from where to go on, which is behind it.
+template <typename Visit>
+void ForEachPlace(std::string_view text, std::string_view needle, std::size_t at, const Visit& visit) {
+  if (text.size() < needle.size()) return;
   const std::size_t last = text.size() - needle.size();
 #if defined(__SSE2__)
   // Sixteen places at once: where the needle's first byte stands and its last one at the right distance.
   const __m128i first = _mm_set1_epi8(needle.front());
   const __m128i final = _mm_set1_epi8(needle.back());
-  for (; at + 15 <= last; at += 16) {
+  while (at + 15 <= last) {
     const char* place = text.data() + at;
     const __m128i starts = _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(place)), first);
     const __m128i ends =
         _mm_cmpeq_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(place + needle.size() - 1)), final);
     auto both = static_cast<unsigned>(_mm_movemask_epi8(_mm_and_si128(starts, ends)));
-    for (; both != 0; both &= both - 1) {
+    std::size_t next = at + 16;
+    while (both != 0) {
       const std::size_t candidate = at + static_cast<std::size_t>(std::countr_zero(both));
-      if (IsAt(text, needle, candidate)) return candidate;
+      both &= both - 1;
+      if (!IsAt(text.data() + candidate, needle)) continue;
+      const std::size_t wanted = visit(candidate);
+      if (wanted >= next) {
+        next = wanted;
+        break;
+      }
+      both &= ~0U << (wanted - at);
     }
+    at = next;
   }
 #endif
-  for (; at <= last; ++at) {
-    if (text[at] == needle.front() && IsAt(text, needle, at)) return at;
+  while (at <= last) {
+    const bool found =
+        text[at] == needle.front() && text[at + needle.size() - 1] == needle.back() && IsAt(&text[at], needle);
+    at = found ? visit(at) : at + 1;
   }
-  return std::string_view::npos;
+}
+
+}  // namespace
+
+std::size_t FindBytes(std::string_view text, std::string_view needle, std::size_t at) {
+  std::size_t found = std::string_view::npos;
+  ForEachPlace(text, needle, at, [&](std::size_t place) {
+    found = place;
+    return text.size();
+  });
+  return found;
 }
 
 }  // namespace find
@@ -71,6 +97,15 @@ void SearchKeys::Set(std::uint32_t row, std::wstring_view title) {
   if (row >= m_entryOf.size()) m_entryOf.resize(row + std::size_t{1}, kNone);
   Drop(row);
   m_entryOf[row] = static_cast<std::uint32_t>(m_rows.size());
+  // A quarter more each time: what is spare here is spare for as long as somebody searches. Letters beyond ASCII
+  // take up to three bytes.
+  const std::size_t needed = m_text.size() + 3 * title.size() + 1;
+  if (needed > m_text.capacity()) {
+    std::string larger;  // a text that grows by itself doubles
+    larger.reserve(needed + needed / 4);
+    larger += m_text;
+    m_text.swap(larger);
+  }
   m_starts.push_back(m_text.size());
   m_rows.push_back(row);
   find::AppendKey(title, m_text);
@@ -116,6 +151,7 @@ void SearchKeys::Drop(std::uint32_t row) {
 void SearchKeys::Tidy() {
   const std::size_t used = m_text.size() + m_rows.size() * kEntryBytes;
   if (m_lost < 4096 || m_lost < used / 3) return;
+  ++m_revision;
   std::size_t text = 0;
   std::size_t entries = 0;
   for (std::size_t entry = 0; entry < m_rows.size(); ++entry) {
@@ -143,39 +179,54 @@ bool Search::Next(std::size_t bytes, std::vector<std::uint32_t>& rows) {
   const auto behind =
       std::lower_bound(starts.begin() + static_cast<std::ptrdiff_t>(m_entry), starts.end(), wanted);
   const auto end = static_cast<std::size_t>(behind - starts.begin());
-  const std::size_t before = rows.size();
+  std::vector<std::uint32_t>& entries = m_entries;
+  entries.clear();
   if (m_query.Needles().empty()) {
-    for (std::size_t entry = m_entry; entry < end; ++entry) {
-      if (m_keys->m_rows[entry] != SearchKeys::kNone) rows.push_back(m_keys->m_rows[entry]);
+    entries.resize(end - m_entry);
+    std::iota(entries.begin(), entries.end(), static_cast<std::uint32_t>(m_entry));
+  }
+  bool first = true;
+  for (const std::vector<std::string>& needles : m_query.Needles()) {
+    m_holders.clear();
+    for (const std::string& needle : needles) Find(needle, end, m_holders);
+    if (needles.size() > 1) {
+      std::sort(m_holders.begin(), m_holders.end());
+      m_holders.erase(std::unique(m_holders.begin(), m_holders.end()), m_holders.end());
     }
-  } else {
-    for (const std::string& needle : m_query.Needles()) Find(needle, end, rows);
-    if (m_query.Needles().size() > 1) {
-      const auto first = rows.begin() + static_cast<std::ptrdiff_t>(before);
-      std::sort(first, rows.end());
-      rows.erase(std::unique(first, rows.end()), rows.end());
+    if (std::exchange(first, false)) {
+      entries.swap(m_holders);
+    } else {
+      auto holder = m_holders.begin();
+      std::erase_if(entries, [&](std::uint32_t entry) {
+        while (holder != m_holders.end() && *holder < entry) ++holder;
+        return holder == m_holders.end() || *holder != entry;
+      });
     }
+    if (entries.empty()) break;
+  }
+  for (const std::uint32_t entry : entries) {
+    if (m_keys->m_rows[entry] != SearchKeys::kNone) rows.push_back(m_keys->m_rows[entry]);
   }
   m_entry = end;
   return m_entry < starts.size();
 }
 
-void Search::Find(std::string_view needle, std::size_t end, std::vector<std::uint32_t>& rows) const {
+/// Appends the entries up to `end` whose keys hold a needle, in order.
+void Search::Find(std::string_view needle, std::size_t end, std::vector<std::uint32_t>& entries) const {
   const std::vector<std::size_t>& starts = m_keys->m_starts;
   const std::string_view prefix = needle.substr(0, kLongestNeedle);
   const bool isLong = needle.size() > kLongestNeedle;
   const std::string_view text =
       std::string_view(m_keys->m_text).substr(0, end < starts.size() ? starts[end] : m_keys->m_text.size());
   std::size_t entry = m_entry;
-  std::size_t at = starts[entry];
-  while ((at = find::FindBytes(text, prefix, at)) != std::string_view::npos) {
+  find::ForEachPlace(text, prefix, starts[entry], [&](std::size_t at) {
     while (entry + 1 < end && starts[entry + 1] <= at) ++entry;
-    const std::string_view key = m_keys->KeyAt(entry);
-    const std::uint32_t row = m_keys->m_rows[entry];
-    if (row != SearchKeys::kNone && (!isLong || key.find(needle) != std::string_view::npos)) rows.push_back(row);
+    if (!isLong || m_keys->KeyAt(entry).find(needle) != std::string_view::npos) {
+      entries.push_back(static_cast<std::uint32_t>(entry));
+    }
     // On to the next key: one place in each is enough.
-    at = starts[entry] + key.size() + 1;
-  }
+    return entry + 1 < starts.size() ? starts[entry + 1] : text.size();
+  });
 }
 
 }  // namespace qd

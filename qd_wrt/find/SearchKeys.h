@@ -20,14 +20,17 @@ class QD_EXPORT SearchKeys {
   /// Adds a row or gives it another title. What a row had before stays where it is, without an owner, until a
   /// third of all is like this; so this costs as much as the title is long, now and then a pass over all.
   void Set(std::uint32_t row, std::wstring_view title);
-  void Erase(std::uint32_t row);
+  void Erase(std::uint32_t row);  ///< forgets a row
   /// Forgets all and gives the memory back.
   void Clear();
 
+  /// Whether it has the row.
   bool Has(std::uint32_t row) const { return row < m_entryOf.size() && m_entryOf[row] != kNone; }
   /// Empty for a row that it has not; valid until the next change.
   std::string_view Key(std::uint32_t row) const;
-  std::size_t Count() const { return m_count; }
+  std::size_t Count() const { return m_count; }  ///< how many rows it has
+  /// Counts how often all was put together anew. Who goes through the keys begins anew then.
+  std::uint64_t Revision() const { return m_revision; }
   /// Memory in bytes.
   std::size_t Bytes() const;
 
@@ -45,24 +48,28 @@ class QD_EXPORT SearchKeys {
   std::vector<std::uint32_t> m_rows;     ///< whose they are; kNone when nobody has them any more
   std::vector<std::uint32_t> m_entryOf;  ///< by row: the index of its place
   std::size_t m_count = 0;
+  std::uint64_t m_revision = 0;
   std::size_t m_lost = 0;  ///< bytes without an owner
 };
 
 /// Looks through all keys for the rows that a query may match, a slice at a time. The keys must outlive it;
-/// the owner begins anew when keys change between slices.
+/// keys that come meanwhile are looked at too, and the owner begins anew when their revision changes.
 class QD_EXPORT Search {
  public:
-  Search(const SearchKeys& keys, const Query& query);
-  /// Goes on through about `bytes` bytes of keys and appends the rows there whose keys hold a needle of the query,
-  /// or all when it has none; each row once, in no order. False when everything has been looked at.
+  Search(const SearchKeys& keys, const Query& query);  ///< the keys must outlive this; the query is copied
+  /// Goes on through about `bytes` bytes of keys and appends the rows there whose keys hold what its needles
+  /// are, or all when it has none; each row once, in no order. False when everything has been looked at.
   bool Next(std::size_t bytes, std::vector<std::uint32_t>& rows);
 
  private:
-  void Find(std::string_view needle, std::size_t end, std::vector<std::uint32_t>& rows) const;
+  void Find(std::string_view needle, std::size_t end, std::vector<std::uint32_t>& entries) const;
 
   const SearchKeys* m_keys;
   Query m_query;
   std::size_t m_entry = 0;
+  // Kept between calls so that they need not be made each time.
+  std::vector<std::uint32_t> m_entries;
+  std::vector<std::uint32_t> m_holders;
 };
 
 namespace find {

@@ -121,8 +121,9 @@ void CQDTreeGeomRoot::ChangeRenderMode() {
 }
 
 /// The parts of the selected nodes, if the first of these stands for a record or for parts, like a group of them;
-/// else all parts.
-std::vector<CQDTreeItem*> CQDTreeGeomRoot::ActingParts(bool all) const {
+/// else all parts, which `meansAll` says then.
+std::vector<CQDTreeItem*> CQDTreeGeomRoot::ActingParts(bool all, bool& meansAll) const {
+  meansAll = false;
   std::vector<CQDTreeItem*> selected;
   if (!all) GetControl()->GetSelectedTreeItems(GetTreeItemHandle(), selected);
   std::vector<CQDTreeItem*> parts;
@@ -131,6 +132,7 @@ std::vector<CQDTreeItem*> CQDTreeGeomRoot::ActingParts(bool all) const {
     std::erase_if(parts, [](const CQDTreeItem* part) { return part->GetIterator() == 0; });
   } else {
     GetGeomItems(parts);
+    meansAll = true;
   }
   return parts;
 }
@@ -142,9 +144,13 @@ void CQDTreeGeomRoot::OnMenuEvent(unsigned command) {
   if (doc == nullptr || GetDBSession() == nullptr) return;
   const bool shortcut = command >= kCommandFirstShortcut && command <= kCommandLastShortcut;
   if (shortcut) command -= kCommandFirstShortcut - kCommandEdgeShading;
-  const std::vector<CQDTreeItem*> acting = ActingParts(shortcut);
-  if (!RunOwn(command) && !RunVisibility(command, KindOfRow(), *this, this, acting)) {
-    PartCommands(*this, acting, Meshes()).Run(command);
+  bool meansAll = false;
+  const std::vector<CQDTreeItem*> acting = ActingParts(shortcut, meansAll);
+  if (!RunOwn(command)) {
+    if (meansAll && command != kCommandImport) SayThatAllAreMeant();
+    if (!RunVisibility(command, KindOfRow(), *this, this, acting)) {
+      PartCommands(*this, acting, Meshes()).Run(command);
+    }
   }
   MarkModelInfo(doc, command);
 }
@@ -154,6 +160,7 @@ void CQDTreeGeomRoot::OnMenuEvent(unsigned command) {
 void CQDTreeGeomRoot::OnDrop(std::vector<CQDTreeItem*>& nodes) {
   const iterator dropped = nodes.size() == 1 ? nodes.front()->GetIterator() : 0;
   if (GetDBSession() == nullptr || GetDBSession()->GetDataType(dropped) != kDataMaterial) return;
+  SayThatAllAreMeant();
   std::vector<CQDTreeItem*> all;
   GetGeomItems(all);
   ApplyMaterialTo(GetDocument(), IteratorsOf(all), dropped);

@@ -26,12 +26,15 @@ class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
   using PartSet = std::set<iterator>;
 
   // Each with one redraw at the end, if the view-update flag is set.
+  /// @{
+  /// Show or hide these, only these, or all; with one redraw at the end if the view-update flag is set.
   void ShowPart(const PartSet& itrs);
   void HidePart(const PartSet& itrs);
   void ShowPartOnly(const PartSet& itrs);
   void HidePartOnly(const PartSet& itrs);
   void ShowPartAll();
   void HidePartAll();
+  /// @}
   /// Inverts what every part shows.
   void ReverseAll();
   /// Goes back to what was shown before the last change; an empty set leaves the boxes as they are.
@@ -60,11 +63,11 @@ class QD_EXPORT CQDTreeGeomRoot : public CQDTreeBranch {
   virtual CQDTreeItem* NodeOfRecord(iterator itr) const { return FindChild(itr); }
   /// Runs a command that the other root does not share; false when it is none.
   virtual bool RunOwn(unsigned command) = 0;
-  virtual VisibilityRow KindOfRow() const = 0;
-  virtual PartCommands::Meshes Meshes() const = 0;
+  virtual VisibilityRow KindOfRow() const = 0;      ///< which of the two roots it is
+  virtual PartCommands::Meshes Meshes() const = 0;  ///< whether meshes follow their parts
 
  private:
-  std::vector<CQDTreeItem*> ActingParts(bool all) const;
+  std::vector<CQDTreeItem*> ActingParts(bool all, bool& meansAll) const;
   void SwitchAll(int oldState);
   void Switch(const PartSet& itrs, int oldState, bool onlyDifferent);
   void EndVisibility();

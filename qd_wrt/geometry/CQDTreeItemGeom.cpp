@@ -137,6 +137,7 @@ MenuFill CQDTreeItemGeom::FillMenu() {
 bool CQDTreeItemGeom::RunOwn(unsigned command) {
   std::vector<CQDTreeItem*> all;
   if (const iterator material = TakeMaterial(command); material != 0) {
+    SayThatAllAreMeant();
     GetGeomItems(all);
     ApplyMaterialTo(GetDocument(), IteratorsOf(all), material);
     return true;
@@ -144,6 +145,7 @@ bool CQDTreeItemGeom::RunOwn(unsigned command) {
   if (command != kCommandMaterialDialog && command != kCommandGenerateMesh && command != kCommandDeleteMesh) {
     return false;
   }
+  SayThatAllAreMeant();
   GetGeomItems(all);
   return PartCommands(*this, all, Meshes()).Run(command);
 }

@@ -8,6 +8,7 @@ namespace qd {
 /// The root of the geometry branch: one child per record of the geometry pool.
 class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayModes {
  public:
+  /// Appends the branch to the children of `parent`, without a row yet.
   CQDTreeItemGeom(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
   /// Titles may name the dropped material.
@@ -26,11 +27,12 @@ class QD_EXPORT CQDTreeItemGeom : public CQDTreeGeomRoot, public IGeomDisplayMod
 
   /// Every child reads its title anew.
   void ChangeGeomTitle();
-  void ChangeStateImage(iterator itr);
+  void ChangeStateImage(iterator itr);  ///< the icon of a part follows how it is drawn
   /// Icon of a part by the render mode of its CAD item and whether it has a mesh.
   static int GetGeomImage(unsigned mode, int hasMesh);
   /// Tells the CAD side whether the part of a mesh set is meshed (1) or not (0).
   void ShowHideGeomPart(iterator mset, int show);
+  /// Shows (other than 0) or hides the meshes of parts.
   void ShowHideMesh(int show, const std::vector<CQDTreeItem*>& parts);
   /// Deletes the meshes of all parts, whatever is selected.
   void DeleteMeshAll();

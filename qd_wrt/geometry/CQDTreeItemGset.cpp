@@ -78,6 +78,7 @@ CQDTreeItemTopoGroup* CQDTreeItemGset::MakeGroup(int kind) {
   m_groups[static_cast<std::size_t>(kind)] = group;
   group->MakeItem(kInsertLast);
   control->SetItemData(group->GetTreeItemHandle(), static_cast<std::uint32_t>(kind));
+  control->OpenAsBefore(*group);
   return group;
 }
 
@@ -224,11 +225,14 @@ void CQDTreeItemGset::DeleteSelectedItems() {
   if (!sets.empty()) GetDBSession()->GetGsetPool().TR_Del(sets);
 }
 
+bool CQDTreeItemGset::IsNameTaken(const CString& name) const {
+  return GetDBSession()->GetGsetPool().Exist(name) != 0;
+}
+
 void CQDTreeItemGset::OnEditChange(const wchar_t* text) {
   const tagTGset* old = Record();
   if (old == nullptr) return;
-  const DPoolGset& sets = GetDBSession()->GetGsetPool();
-  const auto isTaken = [&sets](const CString& name) { return sets.Exist(name) != 0; };
+  const auto isTaken = [this](const CString& name) { return IsNameTaken(name); };
   if (const auto name = NewName(old->name, text, isTaken)) {
     tagTGset record = *old;
     record.name = *name;

@@ -2,6 +2,7 @@
 
 #include "host/ShowPage.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
+#include "qd_wrt/find/IRow.h"
 #include "qd_wrt/geometry/CQDTreeItemGeom.h"
 #include "qd_wrt/properties/CPropertySetGeom.h"
 #include "qd_wrt/properties/PartEdits.h"
@@ -31,7 +32,46 @@ CRenderObjManager* CQDTreeItemPart::RenderObjects() const {
   return cad != nullptr ? &cad->GetRenderObjects() : nullptr;
 }
 
+// ---- what a search asks ---------------------------------------------------------------------------------
+
+std::uint32_t CQDTreeItemPart::GetRowKinds() const {
+  const tagTGeom* record = Record();
+  if (record == nullptr) return kRowPart;
+  switch (record->kind) {
+    case TopologyKind::Point:
+      return kRowPart | kRowPoint;
+    case TopologyKind::Curve:
+      return kRowPart | kRowCurve;
+    case TopologyKind::Surface:
+      return kRowPart | kRowSurface;
+    case TopologyKind::Solid:
+      return kRowPart | kRowSolid;
+    case TopologyKind::Compound:
+      break;
+  }
+  return kRowPart;
+}
+
+void CQDTreeItemPart::AppendMaterials(TArray<CString>& names) const {
+  const tagTGeom* record = Record();
+  if (record == nullptr) return;
+  if (const auto* material = GetDBSession()->GetMaterialPool().GetAtNU(record->material)) {
+    names.push_back(material->name);
+  }
+}
+
+void CQDTreeItemPart::AppendSets(TArray<CString>& names) const {
+  const tagTGeom* record = Record();
+  if (record == nullptr) return;
+  if (const auto* set = GetDBSession()->GetGsetPool().GetAtNU(record->gset)) names.push_back(set->name);
+}
+
 // ---- title, colour, icon --------------------------------------------------------------------------------
+
+CString CQDTreeItemPart::GetName() const {
+  const tagTGeom* record = Record();
+  return record != nullptr ? record->name : CString();
+}
 
 CString CQDTreeItemPart::MakeTitle() const {
   const tagTGeom* record = Record();
@@ -41,6 +81,7 @@ CString CQDTreeItemPart::MakeTitle() const {
 int CQDTreeItemPart::FollowRecord() {
   const tagTGeom* record = Record();
   if (record == nullptr) return 0;
+  GetControl()->GetFinder().OnFacts(GetTreeItemHandle());
   if (MakeTitle() != GetTitle()) SetTitleIncludeType();
   if (record->colour != GetColor()) {
     SetColor(record->colour);

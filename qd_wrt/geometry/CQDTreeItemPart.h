@@ -8,6 +8,7 @@ namespace qd {
 /// part, its icon tells the render mode and whether there is a mesh.
 class QD_EXPORT CQDTreeItemPart : public CQDTreeItem {
  public:
+  /// Appends the node to the children of `parent`, without a row yet.
   CQDTreeItemPart(CQDTreeListCtrl* control, CQDTreeItem* parent, iterator itr);
 
   int MakeChildItems() override { return 1; }
@@ -20,6 +21,12 @@ class QD_EXPORT CQDTreeItemPart : public CQDTreeItem {
   void OnEditChange(const wchar_t* text) override;
   void SetPropertyView() override;
   iterator GetIterator() const override { return m_itr; }
+  CString GetName() const override;
+  /// Imported parts share names.
+  NameScope GetNameScope() const override { return {kDataGeom, false}; }
+  std::uint32_t GetRowKinds() const override;
+  void AppendMaterials(TArray<CString>& names) const override;
+  void AppendSets(TArray<CString>& names) const override;
 
   /// The title that the record gives now.
   CString MakeTitle() const;
@@ -27,7 +34,7 @@ class QD_EXPORT CQDTreeItemPart : public CQDTreeItem {
   int FollowRecord();
 
  protected:
-  const tagTGeom* Record() const;
+  const tagTGeom* Record() const;  ///< null when the record is gone
   /// What the title shows behind the name.
   virtual CString TitleSuffix() const { return {}; }
 

@@ -7,6 +7,7 @@ namespace qd {
 /// The root of the geometry-set tree: one child per geometry set.
 class QD_EXPORT CQDTreeItemTopo : public CQDTreeGeomRoot {
  public:
+  /// Appends the branch to the children of `parent`, without a row yet.
   CQDTreeItemTopo(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
   /// Switches the root's box and all sets.

@@ -10,8 +10,7 @@ class CQDTreeItemGset;
 /// The parts of one kind of topology in a geometry set. The title tells how many there are.
 class QD_EXPORT CQDTreeItemTopoGroup : public CQDTreeBranch {
  public:
-  TopologyKind GetKind() const { return m_kind; }
-  CQDTreeItemGset& Set() const;
+  CQDTreeItemGset& Set() const;  ///< the set that it stands in
 
   int MakeChildItems() override;
   void CreateContextMenu(CPoint& screen) override;
@@ -33,6 +32,7 @@ class QD_EXPORT CQDTreeItemTopoGroup : public CQDTreeBranch {
   void RefreshTitle();
 
  protected:
+  /// `key` is the message key of the title.
   CQDTreeItemTopoGroup(CQDTreeListCtrl* control, CQDTreeItem* set, TopologyKind kind, const char* key);
   std::vector<iterator> Records() const override;
 
@@ -47,6 +47,7 @@ class QD_EXPORT CQDTreeItemTopoGroup : public CQDTreeBranch {
 template <TopologyKind Kind>
 class TopoGroupOf final : public CQDTreeItemTopoGroup {
  public:
+  /// Appends the group to the children of `set`, without a row yet.
   TopoGroupOf(CQDTreeListCtrl* control, CQDTreeItem* set) : CQDTreeItemTopoGroup(control, set, Kind, Key()) {}
 
  private:
@@ -58,10 +59,13 @@ class TopoGroupOf final : public CQDTreeItemTopoGroup {
   }
   CQDTreeItem* MakeNode(iterator itr) override { return new TopoDataOf<Kind>(GetControl(), this, itr); }
 };
+/// @{
+/// The groups of one kind.
 using CQDTreeItemTopoPoint = TopoGroupOf<TopologyKind::Point>;
 using CQDTreeItemTopoCurve = TopoGroupOf<TopologyKind::Curve>;
 using CQDTreeItemTopoSurface = TopoGroupOf<TopologyKind::Surface>;
 using CQDTreeItemTopoSolid = TopoGroupOf<TopologyKind::Solid>;
 using CQDTreeItemTopoCompound = TopoGroupOf<TopologyKind::Compound>;
+/// @}
 
 }  // namespace qd

@@ -3,29 +3,31 @@
 #include <set>
 #include <vector>
 
+#include "platform/Export.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 
 namespace qd {
 
 /// Nodes of parts below some nodes, these themselves included, each once.
-std::vector<CQDTreeItem*> PartsOf(const std::vector<CQDTreeItem*>& nodes);
+QD_EXPORT std::vector<CQDTreeItem*> PartsOf(const std::vector<CQDTreeItem*>& nodes);
 /// Likewise for the selected nodes of a tree.
-std::vector<CQDTreeItem*> SelectedParts(const CQDTreeListCtrl& control);
+QD_EXPORT std::vector<CQDTreeItem*> SelectedParts(const CQDTreeListCtrl& control);
 /// Whether a selected node is unchecked.
-bool IsAnySelectedHidden(const CQDTreeListCtrl& control);
-std::vector<iterator> IteratorsOf(const std::vector<CQDTreeItem*>& nodes);
+QD_EXPORT bool IsAnySelectedHidden(const CQDTreeListCtrl& control);
+/// Their records, in their order.
+QD_EXPORT std::vector<iterator> IteratorsOf(const std::vector<CQDTreeItem*>& nodes);
 /// The keys of those of the nodes that are shown.
-std::vector<iterator> KeysOfShown(const std::vector<CQDTreeItem*>& parts);
+QD_EXPORT std::vector<iterator> KeysOfShown(const std::vector<CQDTreeItem*>& parts);
 /// Tells the document of a command that changes how the model is shown; other commands are no such news.
-void MarkModelInfo(CQDDocBase* doc, unsigned command);
+QD_EXPORT void MarkModelInfo(CQDDocBase* doc, unsigned command);
 /// Applies a material to parts; nothing for an empty list.
-void ApplyMaterialTo(CQDDocBase* doc, const std::vector<iterator>& parts, iterator material);
+QD_EXPORT void ApplyMaterialTo(CQDDocBase* doc, const std::vector<iterator>& parts, iterator material);
 /// Inverts what the parts show, each once, then gives the boxes of the nodes above the state of what is below
 /// them.
-void InvertParts(const std::vector<CQDTreeItem*>& parts);
+QD_EXPORT void InvertParts(const std::vector<CQDTreeItem*>& parts);
 
 /// Commands on a list of parts, whichever node of whichever tree they were given to.
-class PartCommands {
+class QD_EXPORT PartCommands {
  public:
   /// Whether the meshes of the parts are drawn like the parts.
   enum class Meshes { Follow, StayAsTheyAre };
@@ -35,8 +37,8 @@ class PartCommands {
   /// Runs a command; false when it is none of these.
   bool Run(unsigned command);
 
-  void ShowHideMesh(int show);
-  void DeleteMeshes();
+  void ShowHideMesh(int show);  ///< shows (other than 0) or hides the meshes of the parts
+  void DeleteMeshes();          ///< deletes the meshes of the parts, as one act
 
  private:
   struct Entry;

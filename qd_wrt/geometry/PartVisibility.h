@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "platform/Export.h"
+
 namespace qd {
 
 class CQDTreeGeomRoot;
@@ -15,7 +17,7 @@ enum class VisibilityRow : unsigned { GeometryRoot = 1, SetRoot = 2, Part = 4, R
 /// Runs a command that shows, hides or inverts parts; false when it is none of these, or none for such a row.
 /// `root` switches the parts; null for a row of sets, which takes the selection as it is. `acting`: the parts that
 /// the command is for.
-bool RunVisibility(unsigned command, VisibilityRow kind, CQDTreeItem& row, CQDTreeGeomRoot* root,
-                   const std::vector<CQDTreeItem*>& acting);
+QD_EXPORT bool RunVisibility(unsigned command, VisibilityRow kind, CQDTreeItem& row, CQDTreeGeomRoot* root,
+                             const std::vector<CQDTreeItem*>& acting);
 
 }  // namespace qd

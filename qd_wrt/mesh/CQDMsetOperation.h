@@ -9,9 +9,10 @@ namespace qd {
 /// Asks what is to be done with mesh sets that were dropped onto another one. It only records the choice.
 class QD_EXPORT CQDMsetOperation : public CQDDialog {
  public:
+  /// What can be chosen.
   enum Operation : int { kMerge = 1, kMove = 2 };
 
-  explicit CQDMsetOperation(CQDDocBase* doc);
+  explicit CQDMsetOperation(CQDDocBase* doc);  ///< `doc` may be null
   /// The choice; merging, if the user made none.
   int GetOperation() const { return m_operation; }
 

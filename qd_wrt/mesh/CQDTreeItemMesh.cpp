@@ -2,7 +2,10 @@
 
 #include <algorithm>
 
+#include "host/CMSGFunction.h"
 #include "host/CQDColorGenerator.h"
+#include "host/MessageOutput.h"
+#include "platform/FlatMap.h"
 #include "platform/Toolkit.h"
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/CommandNumbers.h"
@@ -39,6 +42,88 @@ CQDTreeMeshBranch* CQDTreeItemMesh::BranchOf(std::uint32_t parentKey) {
 
 CQDTreeItem* CQDTreeItemMesh::FindMset(iterator itr) const {
   return itr != 0 ? GetControl()->FindMeshNode(itr) : nullptr;
+}
+
+// ---- sets that stand below themselves -------------------------------------------------------------------
+
+namespace {
+
+/// How many sets the top level leads to.
+std::size_t CountBelowTop(const DPoolMset& pool) {
+  std::size_t count = 0;
+  std::vector<iterator> waiting;
+  pool.GetItrListByParentMsetK(0, waiting);
+  while (!waiting.empty()) {
+    const tagTMset* record = pool.GetAtNU(waiting.back());
+    waiting.pop_back();
+    ++count;
+    const std::uint32_t key = record != nullptr ? record->key & kMsetKeyMask : 0;
+    if (key != 0) pool.GetItrListByParentMsetK(key, waiting);
+  }
+  return count;
+}
+
+/// Whether the way up from a set never ends. `known` is what came out for others before: 1 it ends, 2 it does not.
+bool NeverEnds(const DPoolMset& pool, iterator itr, FlatMap& known) {
+  constexpr std::uint64_t kEnds = 1;
+  constexpr std::uint64_t kGoesRound = 2;
+  std::vector<iterator> way;
+  for (iterator at = itr; at != 0 && !known.Contains(at);) {
+    known.Assign(at, kGoesRound);  // when the way comes back to it
+    way.push_back(at);
+    const tagTMset* record = pool.GetAtNU(at);
+    const std::uint32_t parent = record != nullptr ? record->parent & kMsetKeyMask : 0;
+    at = parent != 0 ? pool.GetItrByKey(parent) : 0;
+    const std::uint64_t* before = known.Find(at);
+    if (at == 0 || (before != nullptr && *before == kEnds)) {
+      for (const iterator passed : way) known.Assign(passed, kEnds);
+      return false;
+    }
+  }
+  return *known.Find(itr) == kGoesRound;
+}
+
+}  // namespace
+
+void CQDTreeItemMesh::WarnOfCircles() {
+  constexpr std::size_t kMostNames = 5;
+  const DPoolMset& pool = GetDBSession()->GetMsetPool();
+  FlatMap known;
+  CString names;
+  std::size_t count = 0;
+  for (const iterator itr : pool.GetItrList()) {
+    const tagTMset* record = pool.GetAtNU(itr);
+    if (record == nullptr || !NeverEnds(pool, itr, known)) continue;
+    if (++count > kMostNames) break;
+    names += (count > 1 ? L", " : L"") + record->name;
+  }
+  if (count == 0) return;
+  m_hasWarned = true;
+  qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_WRT_MESH_CIRCLE"),
+                        {count > kMostNames ? names + L" \u2026" : names});
+}
+
+int CQDTreeItemMesh::MakeChildItems() {
+  const int made = CQDTreeMeshBranch::MakeChildItems();
+  if (GetDBSession() == nullptr || m_hasWarned) return made;
+  const DPoolMset& pool = GetDBSession()->GetMsetPool();
+  if (CountBelowTop(pool) < pool.GetItrList().size()) WarnOfCircles();
+  return made;
+}
+
+void CQDTreeItemMesh::OnUpdate() {
+  std::vector<iterator> changed;
+  if (!m_hasWarned) {
+    for (const tagTRNotify& change : PendingRecords()) {
+      if (change.dataType == kDataMset && change.kind != kChangeDeleted) changed.push_back(change.itr);
+    }
+  }
+  CQDTreeMeshBranch::OnUpdate();
+  FlatMap known;
+  const bool goesRound = std::any_of(changed.begin(), changed.end(), [&](iterator itr) {
+    return FindMset(itr) == nullptr && NeverEnds(GetDBSession()->GetMsetPool(), itr, known);
+  });
+  if (goesRound) WarnOfCircles();
 }
 
 // ---- visibility -----------------------------------------------------------------------------------------

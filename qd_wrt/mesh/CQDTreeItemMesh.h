@@ -14,8 +14,12 @@ inline constexpr std::uint16_t kTreeItemTypeMesh = 10;
 /// sets and passes each on to the branches that it concerns.
 class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
  public:
+  /// Appends the branch to the children of `parent`, without a row yet.
   CQDTreeItemMesh(CQDTreeListCtrl* control, CQDTreeItem* parent);
 
+  /// Likewise; warns once of sets that stand below themselves, which have no place in a tree.
+  int MakeChildItems() override;
+  void OnUpdate() override;
   void OnMenuEvent(unsigned command) override;
   /// Shows (1) or hides (3) every mesh set, with one redraw at the end.
   int OnClickCheck(int oldState) override;
@@ -27,12 +31,14 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   /// Handles a command as the first step of a greater one, which redraws when all is done.
   void HandleFirst(unsigned command);
 
+  /// @{
   /// Show or hide sets at top level by record; others are passed over.
   void ShowMesh(const std::set<iterator>& itrs);
   void HideMesh(const std::set<iterator>& itrs);
+  /// @}
   /// Shows or hides the symbols of the nodes of mesh sets.
   using CQDTreeMeshBranch::ShowHideNode;
-  void ShowHideNode(const std::vector<CQDTreeItem*>& items, int show);
+  void ShowHideNode(const std::vector<CQDTreeItem*>& items, int show);  ///< likewise, of the sets of nodes
 
   // Each does nothing for no sets.
   /// For the modes see CMPUData.
@@ -56,7 +62,7 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
   static const std::vector<Entry>& Table();
   using Targets = std::vector<CQDTreeItem*>;
   /// The selected nodes below this one, if the first stands for a record; else all sets.
-  Targets TargetsOf(bool all) const;
+  Targets TargetsOf(bool all, bool& meansAll) const;
 
   void NewMeshSet(unsigned, const Targets&);
   void Reverse(unsigned, const Targets& targets);
@@ -74,6 +80,9 @@ class QD_EXPORT CQDTreeItemMesh : public CQDTreeMeshBranch {
 
   void SwitchTopLevel(const std::set<iterator>& itrs, int oldState);
 
+  void WarnOfCircles();
+
+  bool m_hasWarned = false;
   bool m_redraws = true;  // false while a greater command goes on
 };
 

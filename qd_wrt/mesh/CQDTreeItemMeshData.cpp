@@ -39,6 +39,13 @@ const tagTMset* CQDTreeItemMeshData::Record() const {
   return GetDBSession() != nullptr ? GetDBSession()->GetMsetPool().GetAtNU(m_itr) : nullptr;
 }
 
+void CQDTreeItemMeshData::AppendMaterials(TArray<CString>& names) const {
+  const tagTMset* record = Record();
+  const tagTGeom* part = record != nullptr ? GetDBSession()->GetGeomPool().GetAtNU(record->geom) : nullptr;
+  if (part == nullptr) return;
+  if (const auto* found = GetDBSession()->GetMaterialPool().GetAtNU(part->material)) names.push_back(found->name);
+}
+
 CQDTreeMeshBranch* CQDTreeItemMeshData::BranchOf(std::uint32_t parentKey) {
   return parentKey == ParentKey() ? this : nullptr;
 }
@@ -137,6 +144,10 @@ void CQDTreeItemMeshData::ToggleMeshAddOn(const std::vector<CQDTreeItem*>& items
 }
 
 // ---- name, properties -----------------------------------------------------------------------------------
+
+bool CQDTreeItemMeshData::IsNameTaken(const CString& name) const {
+  return GetDBSession()->GetMsetPool().GetItr(name) != 0;
+}
 
 void CQDTreeItemMeshData::OnEditChange(const wchar_t* text) {
   const tagTMset* old = Record();

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "qd_wrt/find/IRow.h"
 #include "qd_wrt/mesh/CQDTreeMeshBranch.h"
 
 namespace qd {
@@ -32,6 +33,11 @@ class QD_EXPORT CQDTreeItemMeshData : public CQDTreeMeshBranch {
   void SetMultiPropertyView() override;
   void SetTitleIncludeType() override;
   iterator GetIterator() const override { return m_itr; }
+  NameScope GetNameScope() const override { return {kDataMset, true}; }
+  bool IsNameTaken(const CString& name) const override;
+  std::uint32_t GetRowKinds() const override { return kRowMesh; }
+  /// Those of the part that it meshes.
+  void AppendMaterials(TArray<CString>& names) const override;
 
   /// The root of the branch; null for a node that stands in none.
   CQDTreeItemMesh* GetMeshTreeItem() const;

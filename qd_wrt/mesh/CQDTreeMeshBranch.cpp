@@ -10,10 +10,8 @@
 
 namespace qd {
 
-namespace {
-
 /// How the rows of mesh sets looked that are deleted and made anew.
-class RowLooks {
+class CQDTreeMeshBranch::RowLooks {
  public:
   explicit RowLooks(CQDTreeListCtrl& control) : m_control(control) {}
 
@@ -47,8 +45,6 @@ class RowLooks {
   CQDTreeListCtrl& m_control;
   std::vector<Look> m_looks;
 };
-
-}  // namespace
 
 // ---- children -------------------------------------------------------------------------------------------
 
@@ -111,18 +107,22 @@ bool CQDTreeMeshBranch::HasLeft(const CQDTreeItem& node, const tagTRNotify& chan
   return record == nullptr || parent == nullptr || parent->ParentKey() != record->parent;
 }
 
-void CQDTreeMeshBranch::OnUpdate() {
-  std::vector<tagTRNotify> changes = PendingRecords();
-  std::erase_if(changes, [](const tagTRNotify& change) {
-    return change.dataType != kDataMset || change.kind < kChangeAdded || change.kind > kChangeModified;
-  });
-  RowLooks looks(*GetControl());
+void CQDTreeMeshBranch::ClearParentChangedItem(const std::vector<tagTRNotify>& changes, RowLooks& looks) {
   for (const tagTRNotify& change : changes) {
     CQDTreeItem* node = FindMset(change.itr);
     if (node == nullptr || !HasLeft(*node, change)) continue;
     looks.Keep(*node);
     node->GetParent()->DeleteChild(node);
   }
+}
+
+void CQDTreeMeshBranch::OnUpdate() {
+  std::vector<tagTRNotify> changes = PendingRecords();
+  std::erase_if(changes, [](const tagTRNotify& change) {
+    return change.dataType != kDataMset || change.kind < kChangeAdded || change.kind > kChangeModified;
+  });
+  RowLooks looks(*GetControl());
+  ClearParentChangedItem(changes, looks);
   for (const tagTRNotify& change : changes) {
     if (change.kind == kChangeDeleted || GetDBSession()->GetDataType(change.itr) != kDataMset) continue;
     // A parent without node makes its children itself when it is made.

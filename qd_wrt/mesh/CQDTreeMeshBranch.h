@@ -3,6 +3,7 @@
 #include <functional>
 #include <vector>
 
+#include "platform/Export.h"
 #include "qd_wrt/core/CQDTreeBranch.h"
 
 namespace qd {
@@ -39,19 +40,26 @@ class QD_EXPORT CQDTreeMeshBranch : public CQDTreeBranch {
   CQDTreeItem* MakeNode(iterator itr) override;
 
  private:
+  class RowLooks;
+
+  /// Takes down the nodes of sets that were deleted or stand below another parent now. Only what has changed is
+  /// looked at, however many sets there are.
+  void ClearParentChangedItem(const std::vector<tagTRNotify>& changes, RowLooks& looks);
   bool HasLeft(const CQDTreeItem& node, const tagTRNotify& change) const;
 };
 
 /// What follows a change of how meshes are shown: nothing stays selected and the view is redrawn, unless the
 /// node's view-update flag is off.
-void RefreshMeshDisplay(CQDTreeItem& node);
+QD_EXPORT void RefreshMeshDisplay(CQDTreeItem& node);
 
 /// Changes mesh sets in one transaction, all or none. Returns 1, or 0 with nothing changed.
-int ModifyMsets(CQDDBSession& session, const char* titleKey, const std::vector<iterator>& itrs,
-                const std::function<void(tagTMset&)>& change);
+QD_EXPORT int ModifyMsets(CQDDBSession& session, const char* titleKey, const std::vector<iterator>& itrs,
+                          const std::function<void(tagTMset&)>& change);
 
+/// @{
 /// Records and keys of mesh-set nodes, in their order; other nodes are left out.
-std::vector<iterator> MsetsOf(const std::vector<CQDTreeItem*>& nodes);
-std::vector<std::uint32_t> MsetKeysOf(const std::vector<CQDTreeItem*>& nodes);
+QD_EXPORT std::vector<iterator> MsetsOf(const std::vector<CQDTreeItem*>& nodes);
+QD_EXPORT std::vector<std::uint32_t> MsetKeysOf(const std::vector<CQDTreeItem*>& nodes);
+/// @}
 
 }  // namespace qd

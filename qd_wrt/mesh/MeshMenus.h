@@ -14,8 +14,10 @@ std::vector<MenuEntry> MeshSetMenu(bool single, bool mayRename);
 
 /// What a command shows beside the elements: one of the bits of MeshAddOn, 0 for other commands.
 std::uint32_t AddOnOf(unsigned command);
+/// @{
 /// The render mode and the transparency that a command sets.
 unsigned MeshRenderModeOf(unsigned command);
 unsigned char MeshTransparencyOf(unsigned command);
+/// @}
 
 }  // namespace qd

@@ -21,29 +21,30 @@ struct CQDTreeItemMesh::Entry {
   unsigned first;
   unsigned last;
   void (CQDTreeItemMesh::*run)(unsigned command, const Targets& targets);
-  bool targets = false;  // whether it acts on sets, which are collected for it
+  enum class ActsOn : std::uint8_t { NoSets, Chosen, All, Order };
+  ActsOn acts = ActsOn::NoSets;  // those that are chosen, or their order, are collected for it
 };
 
 const std::vector<CQDTreeItemMesh::Entry>& CQDTreeItemMesh::Table() {
   using Root = CQDTreeItemMesh;
   static const std::vector<Entry> kTable{
       {kCommandNewSet, kCommandNewSet, &Root::NewMeshSet},
-      {kCommandReverseAll, kCommandReverseAll, &Root::Reverse, true},
-      {kCommandSortByCreation, kCommandSortByName, &Root::Sort, true},
-      {kCommandShowMesh, kCommandHideMesh, &Root::Forward, true},
-      {kCommandShowAllMeshes, kCommandHideAllMeshes, &Root::ShowHideAll},
-      {kCommandClearAddOns, kCommandClearAddOns, &Root::Forward, true},
-      {kCommandShowMeshOnly, kCommandHideMeshOnly, &Root::Forward, true},
-      {kCommandMeshSmooth, kCommandMeshFeatureEdges, &Root::RenderMode, true},
-      {kCommandNodes, kCommandMaterialSystems, &Root::Forward, true},
-      {kCommandMeshTransparent, kCommandMeshOpaque, &Root::Transparency, true},
-      {kCommandMeshColourMode, kCommandLastMeshColourMode, &Root::ColourMode, true},
-      {kCommandMeshRandomColour, kCommandMeshRandomColour, &Root::RandomColour, true},
-      {kCommandDeleteAllMeshSets, kCommandDeleteEmptyMeshSets, &Root::DeleteSets},
-      {kCommandMeshIncludeExclude, kCommandMeshReserved, &Root::Forward, true},
-      {kCommandMeshTranslate, kCommandMeshRotate, &Root::Forward, true},
-      {kCommandAllNodes, kCommandAllMaterialSystems, &Root::ToggleMeshAllAddOn},
-      {kCommandClearAllAddOns, kCommandClearAllAddOns, &Root::ClearAddOns},
+      {kCommandReverseAll, kCommandReverseAll, &Root::Reverse, Entry::ActsOn::Chosen},
+      {kCommandSortByCreation, kCommandSortByName, &Root::Sort, Entry::ActsOn::Order},
+      {kCommandShowMesh, kCommandHideMesh, &Root::Forward, Entry::ActsOn::Chosen},
+      {kCommandShowAllMeshes, kCommandHideAllMeshes, &Root::ShowHideAll, Entry::ActsOn::All},
+      {kCommandClearAddOns, kCommandClearAddOns, &Root::Forward, Entry::ActsOn::Chosen},
+      {kCommandShowMeshOnly, kCommandHideMeshOnly, &Root::Forward, Entry::ActsOn::Chosen},
+      {kCommandMeshSmooth, kCommandMeshFeatureEdges, &Root::RenderMode, Entry::ActsOn::Chosen},
+      {kCommandNodes, kCommandMaterialSystems, &Root::Forward, Entry::ActsOn::Chosen},
+      {kCommandMeshTransparent, kCommandMeshOpaque, &Root::Transparency, Entry::ActsOn::Chosen},
+      {kCommandMeshColourMode, kCommandLastMeshColourMode, &Root::ColourMode, Entry::ActsOn::Chosen},
+      {kCommandMeshRandomColour, kCommandMeshRandomColour, &Root::RandomColour, Entry::ActsOn::Chosen},
+      {kCommandDeleteAllMeshSets, kCommandDeleteEmptyMeshSets, &Root::DeleteSets, Entry::ActsOn::All},
+      {kCommandMeshIncludeExclude, kCommandMeshReserved, &Root::Forward, Entry::ActsOn::Chosen},
+      {kCommandMeshTranslate, kCommandMeshRotate, &Root::Forward, Entry::ActsOn::Chosen},
+      {kCommandAllNodes, kCommandAllMaterialSystems, &Root::ToggleMeshAllAddOn, Entry::ActsOn::All},
+      {kCommandClearAllAddOns, kCommandClearAllAddOns, &Root::ClearAddOns, Entry::ActsOn::All},
       {kCommandMeshNode, kCommandMeshMap3D, &Root::OpenDialog}};
   return kTable;
 }
@@ -75,10 +76,11 @@ MenuFill CQDTreeItemMesh::FillMenu() {
   }};
 }
 
-CQDTreeItemMesh::Targets CQDTreeItemMesh::TargetsOf(bool all) const {
+CQDTreeItemMesh::Targets CQDTreeItemMesh::TargetsOf(bool all, bool& meansAll) const {
   Targets targets;
   if (!all) GetControl()->GetSelectedTreeItems(GetTreeItemHandle(), targets);
-  if (!targets.empty() && targets.front()->GetIterator() != 0) return targets;
+  meansAll = targets.empty() || targets.front()->GetIterator() == 0;
+  if (!meansAll) return targets;
   targets.clear();
   GetChildItemMset(targets);
   return targets;
@@ -93,7 +95,12 @@ void CQDTreeItemMesh::OnMenuEvent(unsigned command) {
     return meant >= candidate.first && meant <= candidate.last;
   });
   if (entry == table.end()) return;
-  (this->*entry->run)(meant, entry->targets ? TargetsOf(meant != command) : Targets());
+  using ActsOn = Entry::ActsOn;
+  const bool collects = entry->acts == ActsOn::Chosen || entry->acts == ActsOn::Order;
+  bool meansAll = false;
+  const Targets targets = collects ? TargetsOf(meant != command, meansAll) : Targets();
+  if (entry->acts == ActsOn::All || (entry->acts == ActsOn::Chosen && meansAll)) SayThatAllAreMeant();
+  (this->*entry->run)(meant, targets);
 }
 
 void CQDTreeItemMesh::Forward(unsigned command, const Targets& targets) {

@@ -6,6 +6,7 @@
 #include "host/CMSGFunction.h"
 #include "platform/CDC.h"
 #include "qd_wrt/core/CQDTreeIcon.h"
+#include "qd_wrt/panel/FindBar.h"
 #include "qd_wrt/panel/PaneLayout.h"
 
 namespace qd {
@@ -24,8 +25,17 @@ constexpr int kColumnStep = 20;
 
 }  // namespace
 
+CWorksTreeBar::CWorksTreeBar() : m_find(std::make_unique<FindBar>(m_tree, [this] { LayOut(); })) {}
+
 CWorksTreeBar::~CWorksTreeBar() {
   DestroyWindow();
+  SetDocument(nullptr);
+}
+
+void CWorksTreeBar::SetDocument(CQDDocBase* doc) {
+  if (m_doc != nullptr) m_doc->Unfollow(*this);
+  m_doc = doc;
+  if (m_doc != nullptr) m_doc->Follow(*this);
 }
 
 std::unique_ptr<IWorksTree> CWorksTreeBar::CreateObject() {
@@ -58,6 +68,7 @@ void CWorksTreeBar::Initialize() {
   m_tree.Create(this, kTreeId, {0, headerHeight, client.right - 5, client.bottom - barHeight - 4});
   m_tree.SetPane(this);
   m_bar.Create(this, kScrollBarId, {0, client.bottom - barHeight, client.right, client.bottom});
+  m_find->Create(this, kFindBarId, kFindListId);
 }
 
 // ---- layout ---------------------------------------------------------------------------------------------
@@ -113,10 +124,11 @@ void CWorksTreeBar::StretchWidth() {
 void CWorksTreeBar::LayOut() {
   const CRect client = GetClientRect();
   const IToolkit& toolkit = IToolkit::Instance();
-  const PaneLayout layout =
-      LayOutPane({client.Width(), client.Height(), toolkit.FontHeight({}) + kHeaderMargin,
-                  m_tree.GetColumnsWidth(), m_tree.VisibleRowCount(), m_tree.GetItemHeight(),
-                  toolkit.GetMetric(Metric::ScrollBarWidth), toolkit.GetMetric(Metric::ScrollBarHeight)});
+  const PaneLayout layout = LayOutPane(
+      {client.Width(), client.Height(), toolkit.FontHeight({}) + kHeaderMargin, m_tree.GetColumnsWidth(),
+       m_tree.VisibleRowCount(), m_tree.GetItemHeight(), toolkit.GetMetric(Metric::ScrollBarWidth),
+       toolkit.GetMetric(Metric::ScrollBarHeight), m_find->HeightFor(client.Width())});
+  m_find->Place(layout.find);
   m_tree.GetHeader().MoveWindow(layout.header);
   m_tree.MoveWindow(layout.tree);
   m_bar.MoveWindow(layout.bar);
@@ -137,7 +149,7 @@ void CWorksTreeBar::OnHeaderChanged() {
 std::vector<int> CWorksTreeBar::GetColumnWidths() const {
   std::vector<int> widths;
   for (int column = 0; m_columnsAreUsers && column < m_tree.GetColumnsNum(); ++column) {
-    widths.push_back(m_tree.GetColumnWidth(column));
+    widths.push_back(m_tree.GetColumns().FullWidthOf(column));
   }
   return widths;
 }
@@ -154,6 +166,48 @@ void CWorksTreeBar::SetColumnWidths(const std::vector<int>& widths) {
   }
 }
 
+void CWorksTreeBar::OnKeyDown(int key, unsigned flags) {
+  m_find->OnPanelKey(key, flags);
+}
+
+// ---- search ---------------------------------------------------------------------------------------------
+
+int CWorksTreeBar::SetFilter(const CString& query) {
+  return m_find->Search(RowFinder::Mode::Filter, query);
+}
+
+int CWorksTreeBar::SetFind(const CString& query) {
+  return m_find->Search(RowFinder::Mode::Find, query);
+}
+
+void CWorksTreeBar::ClearFilter() {
+  m_find->Clear();
+}
+
+int CWorksTreeBar::GetMatchCount() {
+  return m_tree.GetFinder().IsOn() ? static_cast<int>(m_tree.GetFinder().GetMatchCount()) : 0;
+}
+
+int CWorksTreeBar::IsFilterDone() const {
+  return m_tree.GetFinder().IsDone() ? 1 : 0;
+}
+
+int CWorksTreeBar::FindNext(int forward) {
+  return m_find->FindNext(forward != 0);
+}
+
+int CWorksTreeBar::SelectMatches() {
+  return m_find->SelectMatches();
+}
+
+void CWorksTreeBar::ShowFindBar(int show) {
+  if (show != 0) {
+    m_find->Open();
+  } else {
+    m_find->Hide();
+  }
+}
+
 void CWorksTreeBar::OnPaint(CDC& dc) {
   dc.FillSolidRect(GetClientRect(), IToolkit::Instance().GetColour(SystemColour::ButtonFace));
 }
@@ -166,12 +220,24 @@ std::intptr_t CWorksTreeBar::OnNotify(Notice& notice) {
     return 0;
   }
   if (notice.from == &m_tree.GetHeader()) {
-    const int column = static_cast<CHeaderBase::HeaderNotice&>(notice).item;
+    const auto& header = static_cast<CHeaderBase::HeaderNotice&>(notice);
     if (notice.code == CHeaderBase::kNoticeItemChanged) OnHeaderChanged();
-    if (notice.code == CHeaderBase::kNoticeEdgeDoubleClick) m_tree.FitColumn(column);
+    if (notice.code == CHeaderBase::kNoticeItemClick) OnCaptionClicked(header.item);
+    if (notice.code == CHeaderBase::kNoticeMenu) {
+      if (m_offersColumns) ShowColumnMenu(header.item, header.screen);
+      return m_offersColumns ? 1 : 0;
+    }
+    if (notice.code == CHeaderBase::kNoticeEdgeDoubleClick) m_tree.FitColumn(header.item);
   }
+  // A press that selects has moved the caret, which may have left a match or come to one.
+  const bool moves = notice.code == kNoticeClick || notice.code == kNoticeRightClick ||
+                     notice.code == CTreeListCtrl::kNoticeBeginDrag ||
+                     notice.code == CTreeListCtrl::kNoticeBeginRightDrag;
+  if (notice.from == &m_tree && moves) m_find->Follow();
   if (notice.code != CHeaderBase::kNoticeItemClick && notice.code != CHeaderBase::kNoticeItemChanged) {
+    const std::weak_ptr<void> life = Life();
     TellParent(notice);
+    if (life.expired()) return 0;
   }
   return IWorksTree::OnNotify(notice);
 }
@@ -188,9 +254,11 @@ void CWorksTreeBar::DisplayToolTip(CPoint point, const CRect& row, bool caret, c
 
 void CWorksTreeBar::OnChangeLanguage() {
   for (std::size_t i = 0; i < kColumns.size(); ++i) {
+    if (i < m_ownTitles.size() && m_ownTitles[i]) continue;
     m_tree.GetHeader().SetItemText(static_cast<int>(i), CMSGFunction::GetValue(kColumns[i].key));
   }
   m_tree.OnChangeLanguage();
+  m_find->OnChangeLanguage();
 }
 
 void CWorksTreeBar::CreateTreeItems(int treeType, IQDTreeGroupFactory* factory, int active) {

@@ -10,27 +10,78 @@
 
 namespace qd {
 
-/// The panel that shows one works tree of one document: header, tree, horizontal scroll bar and tool tip. Host
+class FindBar;
+
+/// The panel that shows one works tree of one document: find bar, header, tree, scroll bar and tool tip. Host
 /// requests go to the control's operation of the same name.
-class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
+class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane, private IDocumentFollower {
  public:
+  /// @{
+  /// Child ids of the parts.
   static constexpr int kHeaderId = 337;
   static constexpr int kTreeId = 373;
   static constexpr int kScrollBarId = 377;
+  static constexpr int kFindBarId = 381;
+  static constexpr int kFindListId = 382;
+  /// @}
 
-  CWorksTreeBar() = default;
+  CWorksTreeBar();
   ~CWorksTreeBar() override;
   /// Makes a panel without a window for the host, which owns it.
   static std::unique_ptr<IWorksTree> CreateObject();
 
   /// The document that the next CreateTreeItems shows; not owned.
-  void SetDocument(CQDDocBase* doc) { m_doc = doc; }
-  CQDDocBase* GetDocument() const { return m_doc; }
-  CQDTreeListCtrl& GetTreeCtrl() { return m_tree; }
+  void SetDocument(CQDDocBase* doc);
+  CQDDocBase* GetDocument() const { return m_doc; }  ///< not owned; null for none
+  CQDTreeListCtrl& GetTreeCtrl() { return m_tree; }  ///< the tree, which lives as long as the panel
+  /// What the host lets its users search rows by, null for nothing; not owned.
+  void SetRowFields(const IRowFields* fields) { m_tree.SetRowFields(fields); }
   /// The widths of the columns once the user has set one; empty before. For a host that keeps them.
   std::vector<int> GetColumnWidths() const;
   /// Gives kept widths back; a list of another length or with numbers that are no widths is ignored.
   void SetColumnWidths(const std::vector<int>& widths);
+
+  // ---- columns -------------------------------------------------------------------------------------------
+  // Three are there: title (0), number (1), colour (2). Their texts are the module's until a host gives others.
+
+  /// Adds a column behind the others and returns its number. What stands in it is asked of nodes when they are
+  /// painted (HostNodeKind::cell, CQDTreeItem::DescribeCell), and costs nothing a row. From then on the caption's
+  /// menu lets the user show, hide and move columns.
+  int AddColumn(const TreeColumn& column);
+  int RemoveLastColumn();  ///< takes the last of these away; 0 when there is none
+  /// Gives any column another caption, in all languages.
+  void SetColumnTitle(int column, const CString& title);
+  /// Whether the user shows, hides and moves columns by the menu of their captions.
+  void OfferColumns(bool offer) { m_offersColumns = offer; }
+  /// Whether a click on a caption sorts the rows by it, then the other way round, then as they were made.
+  void SetColumnSortable(int column, bool sortable) { m_tree.SetColumnSortable(column, sortable); }
+  /// Shows these columns and no others, from left to right; 0 is the first one. Returns 1; 0 with nothing changed.
+  int ShowColumns(const std::vector<int>& columns);
+  /// What the user has made of the columns, for a host that keeps it.
+  ColumnLayout GetColumnLayout() const;
+  /// Gives that back, as far as there are such columns.
+  void SetColumnLayout(const ColumnLayout& layout);
+
+  // ---- search --------------------------------------------------------------------------------------------
+  // docs/manual/find.md describes queries. A search goes on while the user and the program go on; see RowFinder.
+
+  /// Shows the rows that match a query, and what they stand in, and no others. An open find bar shows the query.
+  /// Returns 1; 0 for a wrong query, and the search that was on goes on. An empty query ends it.
+  int SetFilter(const CString& query);
+  /// Likewise, but shows all rows and marks those that match.
+  int SetFind(const CString& query);
+  /// All rows show again, none is marked; what was open, the first row on screen and the caret are as before.
+  void ClearFilter();
+  /// Rows that match; 0 while nothing is searched for.
+  int GetMatchCount();
+  /// Whether the search has seen all rows.
+  int IsFilterDone() const;
+  /// Goes to the next match in display order, or to the one before, and selects it alone. Returns 1; 0 for none.
+  int FindNext(int forward);
+  /// Selects all matches and no other row. Returns 1; 0 without a match.
+  int SelectMatches();
+  /// Opens the find bar, with the focus in its field; or closes it, and a search that is on goes on.
+  void ShowFindBar(int show);
 
   // ---- requests of the host -----------------------------------------------------------------------------
   void OnChangeLanguage() override;
@@ -82,6 +133,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   int OnCreate() override;
   void OnSize() override;
   void OnLookChanged() override;
+  void OnKeyDown(int key, unsigned flags) override;
   void OnContextMenu(CPoint screen) override { m_tree.ShowContextMenu(screen); }
   void OnSetFocus() override { m_tree.SetFocus(); }
   void OnPosted(unsigned id, std::uint64_t parameter) override;
@@ -91,6 +143,7 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   static constexpr unsigned kLayoutMessage = 0x7F01;
 
   void HideToolTip() override { m_tip.Pop(); }
+  void OnDocumentGone() override { m_doc = nullptr; }
   void ScrollColumns(int steps) override { m_bar.ScrollLines(steps); }
 
   void Initialize();
@@ -98,12 +151,17 @@ class QD_EXPORT CWorksTreeBar : public IWorksTree, private ITreeListPane {
   int OtherColumnsWidth() const;
   void StretchWidth();
   void OnHeaderChanged();
+  void OnCaptionClicked(int column);
+  void ShowColumnMenu(int column, CPoint screen);
 
   CQDTreeListCtrl m_tree;
   CScrollBar m_bar;
   CTreeToolTipCtrl m_tip;
+  std::unique_ptr<FindBar> m_find;
   CQDDocBase* m_doc = nullptr;
+  std::vector<bool> m_ownTitles;  // by column, as far as a host has given any
   bool m_layoutPending = false;
+  bool m_offersColumns = false;
   bool m_columnsAreUsers = false;  // widths were dragged: stretch no more
   bool m_stretching = false;
   bool m_ownBackground = false;  // the host has given one

@@ -6,7 +6,8 @@ namespace qd {
 
 PaneLayout LayOutPane(const PaneMeasures& measures) {
   PaneLayout layout;
-  const int belowHeader = std::max(measures.height - measures.headerHeight, 0);
+  const int headerBottom = measures.findHeight + measures.headerHeight;
+  const int belowHeader = std::max(measures.height - headerBottom, 0);
   const std::size_t content = measures.rows * static_cast<std::size_t>(measures.rowHeight);
   bool vertical = false;
   // The second round lets the one bar answer to the other; a third would change nothing, bars only come.
@@ -18,13 +19,14 @@ PaneLayout LayOutPane(const PaneMeasures& measures) {
     layout.showBar = measures.columnsWidth > layout.visibleWidth;
   }
   const int barHeight = layout.showBar ? std::min(measures.horizontalBar, belowHeader) : 0;
-  const int treeBottom = measures.headerHeight + belowHeader - barHeight;
+  const int treeBottom = headerBottom + belowHeader - barHeight;
   // Without bars the header stands out beyond the pane: the columns may grow into it.
   const bool roomy = !vertical && !layout.showBar && layout.visibleWidth > 0;
   const int headerWidth =
       roomy ? (measures.columnsWidth / layout.visibleWidth + 1) * layout.visibleWidth : measures.width;
-  layout.header = {0, 0, headerWidth, measures.headerHeight};
-  layout.tree = {0, measures.headerHeight, measures.width, treeBottom};
+  layout.find = {0, 0, measures.width, measures.findHeight};
+  layout.header = {0, measures.findHeight, headerWidth, headerBottom};
+  layout.tree = {0, headerBottom, measures.width, treeBottom};
   layout.bar = {0, treeBottom, layout.visibleWidth, treeBottom + barHeight};
   layout.largestOffset = std::max(measures.columnsWidth - layout.visibleWidth, 0);
   return layout;

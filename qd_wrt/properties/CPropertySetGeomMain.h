@@ -17,7 +17,7 @@ class QD_EXPORT CPropertySetGeomMain final : public IPropertySet {
   void ShowProperty() override;
   void ApplyProperty() override {}
   void OnPropertyChanged(CBCGPProp* row, std::uint64_t data) override;
-  void Clear();
+  void Clear();  ///< forgets the rows, which RemoveAllProperties takes away
 
  private:
   void ChangeColourMode(const CString& choice);

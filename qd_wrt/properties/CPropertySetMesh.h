@@ -12,6 +12,7 @@ namespace qd {
 /// Elements and nodes are those of a set with all that is nested in it.
 class QD_EXPORT CPropertySetMesh final : public IPropertySet {
  public:
+  /// The page of one set.
   CPropertySetMesh(CQDDocBase* doc, iterator itr, std::uint16_t dataType) : IPropertySet(doc, itr, dataType) {}
   /// From now on the page is that of several sets.
   void SetSets(TArray<iterator> sets) { m_sets = std::move(sets); }
@@ -23,21 +24,23 @@ class QD_EXPORT CPropertySetMesh final : public IPropertySet {
   /// A click on mass or centre computes all of them.
   void CalProp(CBCGPProp* row) override;
 
-  void ShowMultiProperty(TArray<iterator>& sets);
+  void ShowMultiProperty(TArray<iterator>& sets);  ///< makes the rows of several sets
   /// Forgets the rows, which RemoveAllProperties takes away.
   void Clear();
   /// Computes the mass and its centre and writes them into their rows; a stopped computation leaves them empty.
   void InputMassCenter();
-  // Add the rows of a method of the generator below its title: of each parameter that the generator was given.
+  /// @{
+  /// Adds the rows of a method of the generator below its title: of each parameter that the generator was given.
   void ShowAutoSolid(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::kAutoSolid); }
   void ShowMapSolid(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::kMapSolid); }
   void Show2D3D(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::k2D3D); }
   void ShowAutoLayer(const tagMGInfo& generation) { AddParameters(generation, tagMGInfo::kAutoLayer); }
+  /// @}
   /// The page never meshes anew; that is the dialogs'. Always 1.
   int PerformRemesh() { return 1; }
   /// Whether the user has changed a row of the mesh generation since the page was made.
   bool IsGenerationChanged() const { return m_generationChanged; }
-  bool IsCalculating() const { return m_calculating; }
+  bool IsCalculating() const { return m_calculating; }  ///< whether mass and centre are being computed
 
  private:
   void AddIdentity(CBCGPProp* title, const tagTMset& record);

@@ -1,33 +1,34 @@
 #include "qd_wrt/treelist/AccessibleTreeList.h"
 
 #include "qd_wrt/treelist/CTreeListCtrl.h"
+#include "qd_wrt/treelist/RowRecord.h"
 
 namespace qd {
-
-namespace {
-constexpr int kCheckedImage = 3;
-}
 
 bool AccessibleTreeList::IsLive(HTREEITEM row) const {
   return m_tree.IsLive(row);
 }
 
+// Rows that a filter hides are not there.
+
 int AccessibleTreeList::ChildCount(HTREEITEM row) const {
-  return m_tree.GetChildCount(row);
+  return m_tree.GetShownChildCount(row);
 }
 
 HTREEITEM AccessibleTreeList::Child(HTREEITEM row, int index) const {
   if (index < 0 || index >= ChildCount(row)) return {};
-  HTREEITEM child = m_tree.GetChildItem(row);
+  HTREEITEM child;
   int at = 0;
   const bool fromHint = m_hint.revision == m_tree.Revision() && m_tree.IsLive(m_hint.row) &&
                         m_tree.GetParentItem(m_hint.row) == row && m_hint.index <= index * 2;
   if (fromHint) {
     child = m_hint.row;
     at = m_hint.index;
+  } else {
+    child = m_tree.GetFirstShownChild(row);
   }
-  for (; at < index; ++at) child = m_tree.GetNextSiblingItem(child);
-  for (; at > index; --at) child = m_tree.GetPrevSiblingItem(child);
+  for (; at < index; ++at) child = m_tree.GetNextShownSibling(child);
+  for (; at > index; --at) child = m_tree.GetPrevShownSibling(child);
   m_hint = {child, index, m_tree.Revision()};
   return child;
 }
@@ -44,7 +45,7 @@ int AccessibleTreeList::IndexInParent(HTREEITEM row) const {
       steps += m_hint.index;
       break;
     }
-    at = m_tree.GetPrevSiblingItem(at);
+    at = m_tree.GetPrevShownSibling(at);
     if (!at) break;
   }
   m_hint = {row, steps, m_tree.Revision()};
@@ -55,7 +56,24 @@ CString AccessibleTreeList::Name(HTREEITEM row) const {
   CString name = m_tree.GetItemText(row, 0);
   CString key = m_tree.GetItemText(row, 1);
   key.erase(key.find_last_not_of(L' ') + 1);  // padded to a width
-  return key.empty() ? name : name + L", " + key;
+  if (!key.empty()) name += L", " + key;
+  const CTLItem* record = m_tree.GetRecord(row);
+  if (record != nullptr && record->IsBold() && !m_tree.GetBoldMeaning().empty()) {
+    name += L", " + m_tree.GetBoldMeaning();
+  }
+  const std::weak_ptr<void> life = m_tree.Life();
+  for (const int column : m_tree.GetColumns().ShownAsked()) {
+    const CHeaderBase::Item* caption = m_tree.GetHeader().GetItem(column);
+    if (caption == nullptr) continue;
+    const CString title = caption->text;
+    const CString text = m_tree.GetCell(row, column).text;
+    if (life.expired()) return name;
+    if (text.empty()) continue;
+    name += L", ";
+    if (!title.empty()) name.append(title).append(L" ");
+    name += text;
+  }
+  return name;
 }
 
 CRect AccessibleTreeList::ScreenPlace(HTREEITEM row) const {
@@ -74,7 +92,7 @@ HTREEITEM AccessibleTreeList::RowAtScreen(CPoint screen) const {
 }
 
 bool AccessibleTreeList::IsExpandable(HTREEITEM row) const {
-  return m_tree.ItemHasChildren(row);
+  return m_tree.CanOpen(row);
 }
 
 bool AccessibleTreeList::IsExpanded(HTREEITEM row) const {
@@ -99,7 +117,7 @@ bool AccessibleTreeList::IsCheckable(HTREEITEM row) const {
 }
 
 bool AccessibleTreeList::IsChecked(HTREEITEM row) const {
-  return m_tree.WhichCheck(row) == kCheckedImage;
+  return m_tree.WhichCheck(row) == static_cast<int>(kCheckedImage);
 }
 
 void AccessibleTreeList::Toggle(HTREEITEM row) const {

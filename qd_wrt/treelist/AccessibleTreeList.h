@@ -10,7 +10,7 @@ class CTreeListCtrl;
 /// The rows of a tree-list control for screen readers.
 class QD_EXPORT AccessibleTreeList final : public IAccessibleRows {
  public:
-  explicit AccessibleTreeList(CTreeListCtrl& tree) : m_tree(tree) {}
+  explicit AccessibleTreeList(CTreeListCtrl& tree) : m_tree(tree) {}  ///< the tree owns it
 
   bool IsLive(HTREEITEM row) const override;
   int ChildCount(HTREEITEM row) const override;

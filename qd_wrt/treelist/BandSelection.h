@@ -18,9 +18,9 @@ class QD_EXPORT BandSelection {
  public:
   /// Visible positions from `first` up to `end`, which is not one of them.
   struct Range {
-    std::size_t first = 0;
-    std::size_t end = 0;
-    bool operator==(const Range&) const = default;
+    std::size_t first = 0;                          ///< the first position
+    std::size_t end = 0;                            ///< the one behind the last
+    bool operator==(const Range&) const = default;  ///< member by member
   };
 
   /// `keeps`: what is selected in `rows` now counts as selected at the start, else nothing does. `clearsStart`:

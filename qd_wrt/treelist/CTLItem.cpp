@@ -45,7 +45,10 @@ void CTLItem::SetSubstring(int column, const CString& text) {
 }
 
 std::uint32_t CTLItem::GetItemKey() const {
-  return static_cast<std::uint32_t>(DecimalPrefix(View(1)));
+  const std::size_t separator = m_text.find(static_cast<wchar_t>(m_separator));
+  if (separator == CString::npos) return 0;
+  // The number ends with its column: no digit separates columns.
+  return static_cast<std::uint32_t>(DecimalPrefix(std::wstring_view(m_text).substr(separator + 1)));
 }
 
 void CTLItem::SetColor(COLORREF colour) {

@@ -15,7 +15,7 @@ namespace qd {
 /// character.
 class QD_EXPORT CTLItem {
  public:
-  const CString& GetItemString() const { return m_text; }
+  const CString& GetItemString() const { return m_text; }  ///< all columns, as they are kept
   /// Sets column 0.
   void InsertItem(const CString& text) { SetSubstring(0, text); }
   /// The text of a column; empty for a column that the record does not have.
@@ -31,19 +31,28 @@ class QD_EXPORT CTLItem {
   /// Column 1 as a decimal number, 0 when it is none.
   std::uint32_t GetItemKey() const;
 
+  /// @{
+  /// The owner's, for whatever it wants.
   std::uint32_t GetData() const { return m_data; }
   void SetData(std::uint32_t data) { m_data = data; }
+  /// @}
+  /// @{
+  /// Whether its texts are bold.
   bool IsBold() const { return m_bold; }
   void SetBold(bool bold) { m_bold = bold; }
-  COLORREF GetColor() const { return m_colour; }
-  bool HasColor() const { return m_hasColour; }
+  /// @}
+  COLORREF GetColor() const { return m_colour; }  ///< says something only where HasColor does
+  bool HasColor() const { return m_hasColour; }   ///< whether it shows a swatch
   /// The low 24 bits of `colour` are in force from now on; there is no way back to a row without colour.
   void SetColor(COLORREF colour);
+  /// @{
+  /// Whether its title is edited in a box, or chosen from a list.
   bool IsEditable() const { return m_editable; }
   bool HasCombo() const { return m_combo; }
+  /// @}
   /// A non-zero flag clears the other one.
   void SetEditable(int editable);
-  void SetCombo(int combo);
+  void SetCombo(int combo);  ///< other than 0 when it is chosen from a list
 
  private:
   CString m_text;

@@ -48,9 +48,13 @@ NameKey::NameKey(std::wstring_view whole) : text(whole), prefix(whole) {
   hasNumber = true;
 }
 
+bool IsByNumber(const NameKey& a, const NameKey& b) {
+  return (a.hasNumber || b.hasNumber) && a.number != b.number && a.prefix == b.prefix;
+}
+
 int CompareNames(const NameKey& a, const NameKey& b, int byName) {
   int result = 0;
-  if ((a.hasNumber || b.hasNumber) && a.number != b.number && a.prefix == b.prefix) {
+  if (IsByNumber(a, b)) {
     result = a.number > b.number ? 1 : -1;
   } else {
     result = CompareFolded(a.text, b.text);

@@ -2,11 +2,17 @@
 
 #include <gmock/gmock.h>
 
+#include <QImage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <filesystem>
 #include <fstream>
 
 #include "Files.h"
 #include "platform/Version.h"
+#include "workbench/app/ExchangeJob.h"
+#include "workbench/batch/BatchDocument.h"
 
 namespace qd::test {
 namespace {
@@ -56,6 +62,22 @@ class CommandLine : public ::testing::Test {
   Files m_files;
 };
 
+/// Triangles can take longer than all the rest.
+TEST_F(CommandLine, NothingIsMadeToBeDrawnWithoutAWindow) {
+  workbench::Windowless surroundings(workbench::ExchangeProgram());
+  workbench::BatchDocument doc(surroundings);
+  const std::string file = m_files.Make({"pump"}, "pump.step").toStdString();
+  ASSERT_TRUE(doc.Import(file, [](double) { return true; }).IsGood());
+  const auto& parts = doc.Data().GetGeomPool();
+  ASSERT_GT(parts.Count(), 0U);
+  for (const iterator itr : parts.GetItrList()) {
+    const PartShape& shape = *parts.GetAtNU(itr)->shape;
+    EXPECT_TRUE(shape.facets.points.empty() && shape.facets.triangles.empty());
+    EXPECT_FALSE(shape.brep.empty());
+    EXPECT_GT(shape.area, 0);
+  }
+}
+
 TEST_F(CommandLine, HelpAndVersionNeedNoDisplay) {
   const Ended help = Start({"--help"});
   EXPECT_EQ(help.status, 0) << help.errors;
@@ -87,7 +109,18 @@ TEST_F(CommandLine, WrongUseIsSaidInASentence) {
                {{"--export", "out", "a.inp"}, "out"},
                {{"--print-tree", ""}, "name"},
                {{"--print-tree", "--language", "xx"}, "xx"},
-               {{"--variant=none"}, "none"}};
+               {{"--variant=none"}, "none"},
+               {{"--screenshot", "model.qdw"}, "model.qdw"},
+               {{"--screenshot", "a.png", "--size", "8x8"}, "8x8"},
+               {{"--screenshot", "a.png", "--view", "up"}, "up"},
+               {{"--screenshot", "a.png", "--section", "x,x=2"}, "x,x=2"},
+               {{"--hide", "wing", "a.inp"}, "--screenshot"},
+               {{"--print-tree", "--mesh", "5"}, "--export and --info"},
+               {{"--info", "--mesh", "0", "a.inp"}, "0"},
+               {{"--info", "--units", "ft", "a.inp"}, "ft"},
+               {{"--export", "a.step", "--units", "m", "a.inp"}, "--units"},
+               {{"--export", "a.qdw", "--select", "x", "a.inp"}, "--select"},
+               {{"--completion", "fish"}, "fish"}};
   for (const auto& wrong : cases) {
     const Ended run = Start(wrong.arguments);
     EXPECT_EQ(run.status, 2) << ::testing::PrintToString(wrong.arguments);
@@ -165,11 +198,97 @@ TEST_F(CommandLine, AFailedExportHarmsNothing) {
   EXPECT_TRUE(std::filesystem::is_symlink(Path("full.msh")));
 }
 
-TEST_F(CommandLine, AFileThatCannotBeImportedEndsWithOne) {
-  const Ended run = Start({"--print-tree", Path("none.inp")});
-  EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.errors, HasSubstr("none.inp"));
-  EXPECT_THAT(run.out, IsEmpty());
+TEST_F(CommandLine, ABadFileKeepsNoOtherFromBeingRead) {
+  const Ended alone = Start({"--print-tree", Path("none.inp")});
+  EXPECT_EQ(alone.status, 1);
+  EXPECT_THAT(alone.errors, HasSubstr("none.inp"));
+  EXPECT_THAT(alone.out, IsEmpty());
+  std::ofstream(Path("good.inp")) << kTriangle;
+  const std::string pump = m_files.Make({"pump"}, "pump.step").toStdString();
+  const Ended trees = Start({"--print-tree", Path("none.inp"), Path("good.inp"), pump});
+  EXPECT_EQ(trees.status, 1);
+  // The second tree has the parts by their sets.
+  const std::size_t part = trees.out.find("Shaft");
+  EXPECT_THAT(trees.out, HasSubstr("PLATE"));
+  EXPECT_NE(trees.out.find("Shaft", part + 1), std::string::npos) << trees.out;
+  const Ended info = Start({"--info", "--json", Path("none.inp"), Path("good.inp")});
+  EXPECT_EQ(info.status, 1);
+  const QJsonArray files = QJsonDocument::fromJson(QByteArray::fromStdString(info.out)).array();
+  ASSERT_EQ(files.size(), 2) << info.out;
+  EXPECT_TRUE(files[0]["failed"].toBool());
+  EXPECT_EQ(files[1]["elements"].toInt(), 1);
+}
+
+TEST_F(CommandLine, WhatIsChosenIsMeshedMeasuredAndWrittenInUnits) {
+  const std::string pump = m_files.Make({"pump"}, "pump.step").toStdString();
+  const auto look = [](const Ended& run) {
+    return QJsonDocument::fromJson(QByteArray::fromStdString(run.out)).array()[0].toObject();
+  };
+  const QJsonObject whole = look(Start({"--info", "--json", pump}));
+  EXPECT_EQ(whole["parts"]["solid"].toInt(), 9);
+  EXPECT_NEAR(whole["box"][1][2].toDouble(), 100, 1);
+  const QJsonObject shaft = look(Start({"--info", "--json", "--select", "Shaft", "--units", "m", pump}));
+  EXPECT_EQ(shaft["parts"]["solid"].toInt(), 1);
+  EXPECT_LT(shaft["volume"].toDouble(), whole["volume"].toDouble() * 1e-9);
+  EXPECT_EQ(Start({"--info", "--select", "no such part", pump}).status, 1);
+
+  const std::vector<std::string> wanted{"--export", Path("shaft.inp"), "--select", "Shaft", "--mesh", "3mm"};
+  for (const bool metres : {false, true}) {
+    std::vector<std::string> arguments = wanted;
+    if (metres) arguments.insert(arguments.end(), {"--units", "m"});
+    arguments.push_back(pump);
+    const Ended run = Start(arguments);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    const QJsonObject mesh = look(Start({"--info", "--json", wanted[1]}));
+    EXPECT_GT(mesh["elements"].toInt(), 50);
+    const double factor = metres ? 1 : 1e-9;
+    EXPECT_NEAR(mesh["volume"].toDouble() * factor / shaft["volume"].toDouble(), 1, 0.1);
+  }
+  // So small a size would take all memory; the size that it names is the least.
+  const Ended fine = Start({"--export", Path("fine.inp"), "--mesh", "1e-9", pump});
+  EXPECT_EQ(fine.status, 1);
+  EXPECT_NE(fine.errors.find("too small; from 0."), std::string::npos) << fine.errors;
+  EXPECT_FALSE(std::filesystem::exists(Path("fine.inp")));
+  const Ended kept = Start({"--export", Path("kept.qdw"), "--mesh", "9", pump});
+  EXPECT_EQ(kept.status, 0) << kept.errors;
+  EXPECT_EQ(look(Start({"--info", "--json", Path("kept.qdw")}))["mesh_sets"].toInt(), 9);
+}
+
+/// The program makes a display of its own where there is none.
+TEST_F(CommandLine, PicturesNeedNoDisplay) {
+  const std::string pump = m_files.Make({"pump"}, "pump.step").toStdString();
+  const auto picture = [&](const std::vector<std::string>& wishes) {
+    std::vector<std::string> arguments{"--screenshot", Path("p.png"), "--size", "320x200"};
+    arguments.insert(arguments.end(), wishes.begin(), wishes.end());
+    arguments.push_back(pump);
+    const Ended run = Start(arguments);
+    EXPECT_EQ(run.status, 0) << run.errors;
+    return QImage(QString::fromStdString(Path("p.png")));
+  };
+  const QImage front = picture({"--view", "front"});
+  EXPECT_EQ(front.size(), QSize(320, 200));
+  EXPECT_NE(front, picture({"--view", "top"}));
+  EXPECT_NE(front, picture({"--view", "front", "--hide", "type:part -Shaft"}));
+  EXPECT_NE(front, picture({"--view", "front", "--section", "y"}));
+  EXPECT_EQ(front, picture({"--view", "front", "--hide", "no such part"}));
+  EXPECT_EQ(Start({"--screenshot", Path("q.png"), "--hide", "nothing:1", pump}).status, 1);
+}
+
+TEST_F(CommandLine, ShellsCompleteEveryOption) {
+  const std::string script = Path("completion");
+  std::ofstream(script) << Start({"--completion", "bash"}).out;
+  QProcess bash;
+  const auto completed = [&](const QString& before, const QString& now) {
+    const QString line = QString(
+                             ". '%1'; COMP_WORDS=(workbench %2 '%3'); COMP_CWORD=$((${#COMP_WORDS[@]}-1)); "
+                             "_workbench; echo \"${COMPREPLY[*]}\"")
+                             .arg(QString::fromStdString(script), before, now);
+    bash.start("bash", {"-c", line});
+    EXPECT_TRUE(bash.waitForFinished());
+    return bash.readAllStandardOutput().trimmed().toStdString();
+  };
+  EXPECT_EQ(completed("", "--sec"), "--section");
+  EXPECT_EQ(completed("--view", "b"), "back bottom");
 }
 
 }  // namespace

@@ -36,6 +36,9 @@ class Coordinates : public InWindow {
   }
   QString Apply() {
     Dialog("cord")->findChild<QPushButton*>("apply")->click();
+    for (const QLabel* fault : Dialog("cord")->findChildren<QLabel*>("fault")) {
+      if (fault->isVisible()) return fault->text();
+    }
     return Dialog("cord")->findChild<QLabel*>("outcome")->text();
   }
   const CordSymbols::Symbol* Symbol(iterator itr) {
@@ -75,7 +78,7 @@ TEST_F(Coordinates, TheDialogMakesAndEditsSystems) {
   parents = Dialog("cord")->findChild<QComboBox*>("parent");
   EXPECT_EQ(parents->findText("A"), -1);
   parents->setCurrentIndex(parents->findText("B"));
-  EXPECT_TRUE(Apply().contains("stands in its own")) << Apply().toStdString();
+  EXPECT_TRUE(Apply().contains("relative to it")) << Apply().toStdString();
   parents->setCurrentIndex(0);
   Enter("A2", {0, 0, 0});
   EXPECT_EQ(Apply(), "A2: stored");

@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListView>
 #include <QListWidget>
 #include <QMenuBar>
 #include <QPushButton>
@@ -14,13 +15,10 @@
 #include <QTimer>
 #include <QTreeWidget>
 
-#include "InWindow.h"
-#include "host/CQDUnitCtrl.h"
-#include "host/CTransaction.h"
+#include "Dialogs.h"
 #include "platform/CDialog.h"
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
-#include "qd_wrt/core/IAppWrt.h"
 #include "support/Places.h"
 #include "workbench/app/NumberField.h"
 
@@ -29,95 +27,51 @@ namespace {
 
 using namespace workbench;
 
-/// A window with four blocks.
-class Dialogs : public InWindow {
- protected:
-  Dialogs() { Open(m_files.Make({"grid", "4"}, "grid.step")); }
-  ~Dialogs() override { CQDUnitCtrl::SetUnitSystem(L"mm", L"t"); }
-
-  std::vector<iterator> Parts() { return Data().GetGeomPool().GetItrList(); }
-  CQDTreeItem* Branch() { return Tree().GetQDRootItem()->GetChild(0); }
-  QDialog* Ask(const QString& name, CQDTreeItem* node, unsigned command) {
-    Tree().SelectCTItem(node);
-    Tree().OnMenuEvent(command);
-    EXPECT_TRUE(WaitUntil([&] { return Dialog(name) != nullptr; }));
-    Dialog(name)->activateWindow();
-    Wait(100);
-    return Dialog(name);
-  }
-  QDialog* AskPart(const QString& name, std::size_t part, unsigned command) {
-    return Ask(name, Tree().FindGeomNode(Parts()[part]), command);
-  }
-  /// By the keys that it has.
-  QAction* Action(const QKeySequence& keys) {
-    for (QAction* action : m_window->findChildren<QAction*>()) {
-      if (action->shortcuts().contains(keys)) return action;
-    }
-    return nullptr;
-  }
-  QAction* ActionOf(const char* key) {
-    for (QAction* action : m_window->findChildren<QAction*>()) {
-      if (action->text() == Text(key) || action->text() == key) return action;
-    }
-    return nullptr;
-  }
-  static void Press(int key, const QString& text = {}, Qt::KeyboardModifiers held = Qt::NoModifier) {
-    for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-      QKeyEvent event(type, key, held, text);
-      QApplication::sendEvent(QApplication::focusWidget(), &event);
-    }
-  }
-  static void Type(const QString& text) {
-    for (const QChar letter : text) Press(0, QString(letter));
-  }
-  static QString TextOf(const QWidget& parent, const QString& name) {
-    const auto* label = parent.findChild<QLabel*>(name);
-    return label != nullptr && !label->isHidden() ? label->text() : QString();
-  }
-  /// What is told at any field of a dialog.
-  static QString Fault(const QWidget& dialog) {
-    for (const QLabel* label : dialog.findChildren<QLabel*>("fault")) {
-      if (label->isVisible()) return label->text();
-    }
-    return {};
-  }
-  void Rename(iterator part, const CString& name) {
-    CTransaction transaction(&Data());
-    transaction.Begin(L"rename");
-    tagTGeom record = *Data().GetGeomPool().GetAtNU(part);
-    record.name = name;
-    Data().GetGeomPool().Change(part, record);
-    transaction.Commit(1);
-    Wait(50);
-  }
-  /// The title of the next modal window, which is then left.
-  QString TitleOfNext(const std::function<void()>& ask) {
-    QString title = "none";
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-      auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr) return;
-      timer.stop();
-      title = dialog->windowTitle();
-      dialog->reject();
-    });
-    timer.start(50);
-    ask();
-    return title;
-  }
-};
-
 // ---- the window -----------------------------------------------------------------------------------------
 
 TEST_F(Dialogs, WhatIsSelectedStaysInSightBesideAMessage) {
   m_window->Document().Select({{Parts()[0], Parts()[1]}});
   const auto* count = m_window->findChild<QLabel*>("selection");
-  EXPECT_EQ(count->text(), "Parts: 2");
+  EXPECT_EQ(count->text(), "Selected: Parts: 2");
+  EXPECT_TRUE(m_window->findChild<QLabel*>("counts")->text().startsWith("Parts: 4"));
   m_window->statusBar()->showMessage("something");
   EXPECT_TRUE(count->isVisible());
   Wait(200);
   EXPECT_GE(count->width(), count->sizeHint().width());
   Keep("status-message");
+}
+
+TEST_F(Dialogs, ManyRowsAreRenamedByARule) {
+  m_window->Document().Select({{Parts()[0], Parts()[1]}});
+  Tree().SetFocus();
+  const auto before = Data().Snapshot();
+  QStringList lines;
+  QString said;
+  QTimer::singleShot(500, [&] {
+    auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    auto* pattern = dialog->findChild<QLineEdit*>("101");
+    EXPECT_EQ(QApplication::focusWidget(), pattern);
+    pattern->selectAll();
+    for (const QChar sign : QString("Part {n:03}")) {
+      QKeyEvent typed(QEvent::KeyPress, 0, Qt::NoModifier, sign);
+      QApplication::sendEvent(pattern, &typed);
+    }
+    const QAbstractItemModel& list = *dialog->findChild<QListView*>()->model();
+    for (int row = 0; row < list.rowCount(); ++row) lines << list.data(list.index(row, 0)).toString();
+    said = dialog->findChild<QLabel*>("110")->text();
+    Wait(100);
+    Keep("rename-many", dialog);
+    dialog->findChild<QPushButton*>("1")->click();
+  });
+  Display({"key", "F2"});
+  WaitUntil([] { return QApplication::activeModalWidget() == nullptr; });
+  ASSERT_EQ(lines.size(), 2);
+  EXPECT_TRUE(lines[1].endsWith(QString(" \u2192 Part 002"))) << lines[1].toStdString();
+  EXPECT_EQ(said, "2 of 2 rows get another name.");
+  EXPECT_EQ(Data().GetGeomPool().GetAtNU(Parts()[1])->name, L"Part 002");
+  Data().Undo();
+  EXPECT_EQ(Data().Snapshot(), before);
 }
 
 TEST_F(Dialogs, ADocumentThatWasOpenedShowsItsDeckAtOnce) {
@@ -320,7 +274,8 @@ TEST_F(Dialogs, AnAmbiguousNumberStaysOneInAnotherLanguage) {
   m_window->SetLanguage("de");
   QDialog* dialog = AskPart("operation", 0, kCommandGenerateMesh);
   auto* field = dialog->findChild<NumberField*>();
-  field->setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(QApplication::focusWidget(), field);
+  EXPECT_EQ(field->selectedText(), field->text()) << "what is typed takes its place";
   Type("1.500");
   EXPECT_FALSE(field->Reading().IsGood());
   m_window->SetLanguage("en");
@@ -346,6 +301,12 @@ TEST_F(Dialogs, UnitsFollowInOpenDialogsAndPages) {
   };
   EXPECT_EQ(units(*dialog), "mm");
   EXPECT_EQ(units(*materials), "MPa t/mm³");
+  // A text with its unit means the same in others, also one that is still being typed.
+  QDialog* moving = AskPart("operation", 1, kCommandTranslate);
+  auto* way = moving->findChild<NumberField*>();
+  way->setFocus();
+  way->selectAll();
+  Type("50 cm");
   // What was worked out for a page is in units, too.
   Open(QString::fromStdString(SourceFolder()) + "/examples/bracket.inp");
   Tree().SelectCTItem(Tree().FindMeshNode(Data().GetMsetPool().GetItr(L"PLATE")));
@@ -356,6 +317,7 @@ TEST_F(Dialogs, UnitsFollowInOpenDialogsAndPages) {
   ActionOf("m, kg")->trigger();
   Wait(50);
   EXPECT_EQ(units(*dialog), "m");
+  EXPECT_EQ(way->Value(), 0.5);
   EXPECT_EQ(units(*materials), "Pa kg/m³");
   EXPECT_EQ(m_window->Properties().Lines().filter(QRegularExpression(" mm$")).size(), 0);
   Keep("units-page");

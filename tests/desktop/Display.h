@@ -26,6 +26,17 @@ bool WaitUntil(const Condition& condition, int seconds = 60) {
   return condition();
 }
 
+/// Until nothing in the program holds the events up, as a frame does that a slow machine draws.
+inline void WaitForEvents() {
+  QElapsedTimer time;
+  int quick = 0;
+  for (int i = 0; i < 100 && quick < 2; ++i) {
+    time.start();
+    Wait(10);
+    quick = time.elapsed() < 30 ? quick + 1 : 0;
+  }
+}
+
 /// The display's own pointer and keys. A press starts an event loop that ends with the release, so both must be in
 /// one call.
 inline void Display(const QStringList& what) {
@@ -34,6 +45,7 @@ inline void Display(const QStringList& what) {
   ASSERT_TRUE(WaitUntil([&tool] { return tool.state() == QProcess::NotRunning; }));
   ASSERT_EQ(tool.exitCode(), 0);
   Wait(400);
+  WaitForEvents();
 }
 
 /// A place on the screen as the display counts it, at any scale.

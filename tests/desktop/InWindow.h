@@ -85,7 +85,7 @@ class InWindow : public ::testing::Test {
     });
     timer->start(50);
   }
-  QString Messages() { return m_window->findChild<QPlainTextEdit*>()->toPlainText(); }
+  QString Messages() { return m_window->findChild<QPlainTextEdit*>("messageText")->toPlainText(); }
   /// Keeps a picture for whoever wants to look, where QD_PICTURES names a folder: of the window, or of another
   /// one.
   void Keep(const QString& name, QWidget* other = nullptr) {

@@ -19,7 +19,7 @@ class Journey : public InWindow, public ::testing::WithParamInterface<Qt::Window
   std::string Print() { return PrintTree(Tree()).substr(PrintTree(Tree()).find('\n')); }
   QImage Picture() {
     EXPECT_TRUE(WaitUntil([this] { return m_window->IsUpToDate(); }));
-    m_window->View().FitAll();
+    m_window->Document().GetLooking().FitAll();
     Wait(300);
     return m_window->View().grabFramebuffer();
   }

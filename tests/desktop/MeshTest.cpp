@@ -155,6 +155,11 @@ TEST_F(ExportScopes, TheDialogCountsWhatItOffersAndWantsAKnownEnding) {
   EXPECT_TRUE(canWrite("x.INP"));
   EXPECT_FALSE(canWrite("x"));
   EXPECT_FALSE(canWrite("x.xyz"));
+  const auto* told = dialog.findChild<QLabel*>("outcome");
+  ASSERT_NE(told, nullptr);
+  EXPECT_TRUE(told->text().contains("xyz"));
+  EXPECT_TRUE(canWrite("x.stl"));
+  EXPECT_FALSE(told->text().contains("xyz")) << "what was wrong is told no longer";
   EXPECT_FALSE(canWrite(""));
 }
 
@@ -278,6 +283,9 @@ TEST_F(Meshes, DialogsWorkOnNodesElementsAndSets) {
     QDialog* dialog = Dialog("mesh");
     if (dialog == nullptr) return std::string("no dialog");
     dialog->findChild<QPushButton*>(button)->click();
+    for (const QLabel* fault : dialog->findChildren<QLabel*>("fault")) {
+      if (fault->isVisible()) return fault->text().toStdString();
+    }
     return dialog->findChild<QLabel*>("outcome")->text().toStdString();
   };
   const auto open = [this](unsigned command) {
@@ -289,8 +297,8 @@ TEST_F(Meshes, DialogsWorkOnNodesElementsAndSets) {
   EXPECT_EQ(Set(L"Default").nodeCount, 1U);
   open(kCommandMeshElement);
   Dialog("mesh")->findChild<QLineEdit*>()->setText("1, x");
-  EXPECT_EQ(press("apply"), "these are no numbers: 1, x");
-  Dialog("mesh")->findChild<QLineEdit*>()->setText("1, 2, 17");
+  EXPECT_EQ(press("apply"), "Write whole numbers, such as 1, 2, 3 – this cannot be read: 1, x");
+  Dialog("mesh")->findChild<QLineEdit*>()->setText("1, 2 17");
   EXPECT_EQ(press("apply"), "Element 13 made");
   EXPECT_EQ(Set(L"Default").elementCount, 1U);
   Dialog("mesh")->close();
@@ -400,6 +408,19 @@ TEST_F(Meshes, ADropAsksWhatIsToBeDone) {
 }
 
 // ---- the picture ----------------------------------------------------------------------------------------
+
+TEST_F(Meshes, ASectionShowsTheInsideAsItShowsTheOutside) {
+  Open(Example("bracket.inp"));
+  Tree().OnMenuEventMeshRoot(kCommandMeshSmooth);
+  m_window->Document().GetSections().ToggleAxis(0, m_window->Document().GetLooking().Camera().Focus());
+  const QImage opaque = Picture();
+  Tree().OnMenuEventMeshRoot(kCommandMeshTransparent + 5);
+  EXPECT_GT(Difference(opaque, Picture()), 1000);
+  Tree().OnMenuEventMeshRoot(kCommandMeshTransparent);
+  const QImage transparent = Picture();
+  Tree().OnMenuEventMeshRoot(kCommandHideAllMeshes);
+  EXPECT_EQ(Difference(transparent, Picture()), 0);
+}
 
 TEST_F(Meshes, EveryModeAndAddOnChangesThePicture) {
   Open(Example("bracket.inp"));

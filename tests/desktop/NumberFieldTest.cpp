@@ -77,7 +77,8 @@ INSTANTIATE_TEST_SUITE_P(
         TypedCase{"expression", "en", "(1+2)*-4", -12}, TypedCase{"german_comma", "de", "1,5", 1.5},
         TypedCase{"german_point", "de", "1.5", 1.5},
         TypedCase{"overflow", "en", "1e400", 0, "No number can be as large as this, or as near to zero."},
-        TypedCase{"letters", "en", "1x", 0, "“1x” is no number; write it like 1.5, 2e-3 or (3+1)/2."},
+        TypedCase{"letters", "en", "1x", 0,
+                  "“1x” is no number, or has a unit that does not fit; write it like 1.5, 2e-3, (3+1)/2 or 2 mm."},
         TypedCase{"thousands", "de", "1.234,5", 0,
                   "Bei „1.234,5“ kann ein Zeichen Tausender trennen: bitte ohne solche schreiben, mit „,“ vor den "
                   "Nachkommastellen."}),

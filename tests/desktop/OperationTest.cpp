@@ -56,7 +56,8 @@ class Operations : public InWindow {
   void Apply(const std::vector<double>& numbers) {
     QDialog* dialog = Dialog("operation");
     ASSERT_NE(dialog, nullptr);
-    const auto fields = dialog->findChildren<NumberField*>();
+    auto fields = dialog->findChildren<NumberField*>();
+    fields.removeIf([dialog](const NumberField* field) { return !field->isVisibleTo(dialog); });
     ASSERT_EQ(static_cast<std::size_t>(fields.size()), numbers.size());
     for (std::size_t i = 0; i < numbers.size(); ++i) fields[static_cast<int>(i)]->SetValue(numbers[i]);
     dialog->findChild<QPushButton*>("apply")->click();

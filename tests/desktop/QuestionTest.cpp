@@ -97,7 +97,7 @@ TEST_F(Questions, ADiskThatTakesNoMoreIsToldWithTheOfferToSaveElsewhere) {
   EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &usual), 0);
   EXPECT_TRUE(WaitUntil([this] { return !m_asked.isEmpty(); }, 5)) << Messages().toStdString();
   EXPECT_TRUE(dialog->isVisible());
-  EXPECT_EQ(dialog->findChild<QLabel*>("fault")->text(), "Steel: not stored");
+  EXPECT_EQ(dialog->findChild<QLabel*>("outcome")->text(), "Steel: not stored");
   EXPECT_EQ(name->text(), "Steel");
   EXPECT_TRUE(m_asked.startsWith("The change cannot be kept")) << m_asked.toStdString();
   EXPECT_EQ(Print(), before);

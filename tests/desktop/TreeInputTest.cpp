@@ -1,8 +1,11 @@
 // A works tree in a window of its own under the display's real mouse and keyboard.
 
 #include <QAccessible>
+#include <QApplication>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
+#include <QMouseEvent>
 #include <QScreen>
 #include <QTimer>
 #include <QWidget>
@@ -98,6 +101,24 @@ TEST_F(TreeInput, TitlesAreEditedInPlace) {
   Display({"type", "clicked away"});
   Display(QStringList{"mousemove"} << At(Line(6)) << QStringList{"click", "1"});
   EXPECT_EQ(InputRow::renamed, "clicked away");
+}
+
+TEST_F(TreeInput, APressOnTheTipTakesItAway) {
+  Tree().SetItemText(Tree().GetChildItem(Tree().GetRootItem()), 0, std::wstring(200, L'w'));
+  const auto tip = [this]() -> QLabel* {
+    for (QLabel* label : m_window.findChildren<QLabel*>()) {
+      if (label->isVisible() && label->windowType() == Qt::ToolTip) return label;
+    }
+    return nullptr;
+  };
+  Display(QStringList{"mousemove"} << At(Line(3)));
+  Display(QStringList{"mousemove"} << At(Line(1)));
+  ASSERT_TRUE(WaitUntil([&] { return tip() != nullptr; }));
+  // A pointer on its way to the tip would have left the row, which takes the tip away, too.
+  const QPointF at(5, 5);
+  QMouseEvent press(QEvent::MouseButtonPress, at, tip()->mapToGlobal(at), Qt::LeftButton, Qt::LeftButton, {});
+  QApplication::sendEvent(tip(), &press);
+  EXPECT_EQ(tip(), nullptr);
 }
 
 /// What stands on the screen is what painting everything anew shows.

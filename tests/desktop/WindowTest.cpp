@@ -75,6 +75,19 @@ TEST_F(Window, SelectionDeletionAndUndoGoBothWays) {
   EXPECT_EQ(Tree().GetSelectedCount(), 1);
 }
 
+TEST_F(Window, TheStatusBarSaysWhatKeysDoWhereTheFocusIs) {
+  Open(m_files.Make({"pump"}, "pump.step"));
+  const auto says = [this](const QString& text) {
+    return WaitUntil([&] { return m_window->findChild<QLabel*>("hint")->text().contains(text); });
+  };
+  ClickRow(1, 10);
+  EXPECT_TRUE(says("F2: rename"));
+  Display({"key", "F2"});
+  EXPECT_TRUE(says("Enter: keep"));
+  Display({"key", "Escape", "ctrl+f"});
+  EXPECT_TRUE(says("Enter: next match"));
+}
+
 /// The pane shows what is selected, whichever tree it was selected in, and survives what its own edits bring.
 TEST_F(Window, ThePageIsOfWhatIsSelectedLast) {
   Open(m_files.Make({"pump"}, "pump.step"));
@@ -91,11 +104,11 @@ TEST_F(Window, ThePageIsOfWhatIsSelectedLast) {
   EXPECT_EQ(lines().value(1), "Name: " + ToQt(set->GetTitle()));
   auto* selection = m_window->findChild<QLabel*>("selection");
   ASSERT_NE(selection, nullptr);
-  EXPECT_EQ(selection->text(), "Geometry sets: 1");
+  EXPECT_EQ(selection->text(), "Selected: Geometry sets: 1");
   m_window->ModelTreePane().raise();
   Wait(100);
   ClickRow(0, 10);
-  EXPECT_EQ(selection->text(), "Parts: 1");
+  EXPECT_EQ(selection->text(), "Selected: Parts: 1");
   const iterator part = Tree().NodeOf(Part(0))->GetIterator();
   EXPECT_EQ(sets.NodeOf(sets.GetFirstSelectedItem()), sets.FindGeomNode(part)) << "the other tree follows";
   const auto editors = m_window->Properties().findChildren<QLineEdit*>();
@@ -107,7 +120,7 @@ TEST_F(Window, ThePageIsOfWhatIsSelectedLast) {
   EXPECT_TRUE(lines().join(' ').contains("edited"));
   Tree().SetItemState(Part(1), kRowSelected, kRowSelected);
   Tree().OnSelchangAction();
-  EXPECT_EQ(lines(), (QStringList{"Selected: ", "Parts: 2"}));
+  EXPECT_EQ(lines().mid(0, 3), (QStringList{"Selected: ", "Parts: 2", "Geometry: "}));
 }
 
 TEST_F(Window, AnIsolationIsLeftByItsAction) {

@@ -12,7 +12,7 @@ import time
 import gi
 
 gi.require_version("Atspi", "2.0")
-from gi.repository import Atspi  # noqa: E402
+from gi.repository import Atspi, GLib  # noqa: E402
 
 failures = []
 
@@ -92,6 +92,35 @@ try:
         act(geometry, "Expand")
         expect("a branch can be closed", wait_for(lambda: not has(geometry, Atspi.StateType.EXPANDED), 5))
         expect("rows in it are not showing", not has(part, Atspi.StateType.SHOWING))
+
+        # The find bar: opened by its key, filled in and pressed by the reader.
+        said = []
+        listener = Atspi.EventListener.new(lambda event: said.append((event.source.get_name() or "")))
+        listener.register("object:property-change:accessible-name")
+        frame = wait_for(lambda: [hit for role in (Atspi.Role.FRAME, Atspi.Role.WINDOW)
+                                  for hit in find(tree.get_application(), role)])
+        place = root.get_extents(Atspi.CoordType.SCREEN)
+        subprocess.run(["xdotool", "mousemove", str(place.x + 60), str(place.y + place.height // 2), "click", "1",
+                        "sleep", "0.5", "key", "ctrl+f"], check=True)
+        field = wait_for(lambda: next((text for text in find(frame[0], Atspi.Role.TEXT)
+                                       if text.get_name() == "Find rows" and has(text, Atspi.StateType.SHOWING)), None))
+        expect("the field has a name", field)
+        if field:
+            expect("the field has the focus", wait_for(lambda: has(field, Atspi.StateType.FOCUSED), 5))
+            field.set_text_contents("shaft")  # as by dictation
+            context = GLib.MainContext.default()
+            end = time.time() + 10
+            while time.time() < end and not any(" of " in name for name in said):
+                context.iteration(False)
+                time.sleep(0.02)
+            expect("the count is told", any(" of " in name for name in said))
+            bar = field.get_parent()
+            names = [button.get_name() for button in find(bar, Atspi.Role.PUSH_BUTTON)]
+            expect("buttons say what they do", "Next match (F3)" in names and len(names) == 4)
+            choices = find(bar, Atspi.Role.RADIO_BUTTON)
+            expect("the switch is two choices", [choice.get_name() for choice in choices] == ["Filter", "Find"])
+            act(choices[1], "Press")
+            expect("a choice can be pressed", wait_for(lambda: has(choices[1], Atspi.StateType.CHECKED), 5))
 finally:
     program.kill()
     program.wait()

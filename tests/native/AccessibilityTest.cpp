@@ -9,6 +9,7 @@
 #include "host/CQDNullDocument.h"
 #include "native/Window.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
+#include "qd_wrt/panel/FindBar.h"
 #include "support/InputRows.h"
 #include "support/ReaderText.h"
 
@@ -86,10 +87,11 @@ class TreeReader : public NativeTest {
     CoUninitialize();
   }
   CQDTreeListCtrl& Tree() { return m_bar->GetTreeCtrl(); }
-  Object Ask() {
+  Object Ask() { return Ask(HandleOf(Tree())); }
+  static Object Ask(HWND window) {
     void* object = nullptr;
     const HRESULT found =
-        AccessibleObjectFromWindow(HandleOf(Tree()), static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible, &object);
+        AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible, &object);
     EXPECT_EQ(found, S_OK);
     return Object(static_cast<IAccessible*>(object));
   }
@@ -209,6 +211,49 @@ TEST_F(TreeReader, HearsWhatTheRowsShowAfterEachAct) {
   EXPECT_EQ(tree.Child(1).Action(), "Expand");
   SetFocus(m_window.Handle());
   compare("the focus is elsewhere");
+}
+
+/// The names that readers were told to say.
+std::string theSaid;
+void CALLBACK Hear(HWINEVENTHOOK, DWORD, HWND window, LONG object, LONG, DWORD, DWORD) {
+  void* told = nullptr;
+  if (AccessibleObjectFromWindow(window, static_cast<DWORD>(object), IID_IAccessible, &told) != S_OK) return;
+  theSaid += Object(static_cast<IAccessible*>(told)).Name() + "|";
+}
+
+TEST_F(TreeReader, HearsTheFindBarAndPressesItsButtons) {
+  const HWINEVENTHOOK hook = SetWinEventHook(EVENT_SYSTEM_ALERT, EVENT_SYSTEM_ALERT, nullptr, Hear,
+                                             GetCurrentProcessId(), 0, WINEVENT_OUTOFCONTEXT);
+  m_bar->ShowFindBar(1);
+  Wait(100);
+  const HWND field = GetFocus();
+  std::map<int, HWND> parts;  // as they were made
+  int part = FindBar::kField;
+  for (HWND at = field; at != nullptr; at = GetWindow(at, GW_HWNDNEXT)) parts[part++] = at;
+  const auto roleOf = [](const Object& object) {
+    VARIANT role{};
+    object->get_accRole(Number(CHILDID_SELF), &role);
+    return role.lVal;
+  };
+  const Object text = Ask(field);
+  EXPECT_EQ(text.Name(), "Find rows");
+  EXPECT_EQ(roleOf(text), ROLE_SYSTEM_TEXT);
+  Play(Input().Type(L"item 3").Wait(100));
+  EXPECT_EQ(text.Level(), "item 3");  // of a field, its text
+  EXPECT_EQ(theSaid.substr(theSaid.rfind('|', theSaid.size() - 2) + 1), Ask(parts[FindBar::kCount]).Name() + "|");
+  const Object find = Ask(parts[FindBar::kFind]);
+  EXPECT_EQ(find.Name(), "Find");
+  EXPECT_EQ(roleOf(find), ROLE_SYSTEM_RADIOBUTTON);
+  EXPECT_FALSE(find.State() & STATE_SYSTEM_CHECKED);
+  EXPECT_EQ(find.Action(), "Press");
+  find->accDoDefaultAction(Number(CHILDID_SELF));
+  Wait(100);
+  EXPECT_TRUE(find.State() & STATE_SYSTEM_CHECKED);
+  EXPECT_EQ(Tree().GetFinder().GetMode(), RowFinder::Mode::Find);
+  EXPECT_EQ(roleOf(Ask(parts[FindBar::kNext])), ROLE_SYSTEM_PUSHBUTTON);
+  UnhookWinEvent(hook);
+  m_bar->DestroyWindow();
+  EXPECT_NE(find.Name(), "Find");
 }
 
 TEST_F(TreeReader, ObjectsOutliveTheirRowsAndWindows) {

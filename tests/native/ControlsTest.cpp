@@ -1,5 +1,7 @@
 // Messages, captures, controls and menus of the native toolkit.
 
+#include <stdexcept>
+
 #include "native/Canvas.h"
 #include "platform/BCMenu.h"
 #include "platform/CEdit.h"
@@ -30,6 +32,19 @@ TEST_F(ToolkitTest, PostedAndRegisteredMessagesArrive) {
   PostMessageW(HandleOf(m_canvas), number, 3, 0);
   Wait(30);
   EXPECT_EQ(m_canvas.log, "posted 32512 18446744073709551615 posted " + std::to_string(number) + " 3 ");
+}
+
+/// It cannot go through the system's frames, which called us.
+TEST_F(ToolkitTest, WhatACallThrowsComesOutOfTheProgramsOwnLoop) {
+  struct Thrower final : CWnd {
+    void OnPosted(unsigned, std::uint64_t) override { throw std::runtime_error("host"); }
+  } thrower;
+  thrower.Create(nullptr, 0, {0, 0, 10, 10});
+  thrower.Post(1, 0);
+  MSG message{};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) DispatchMessageW(&message);
+  EXPECT_THROW(m_toolkit->PreTranslateMessage(&message), std::runtime_error);
+  EXPECT_FALSE(m_toolkit->PreTranslateMessage(&message)) << "it is told once";
 }
 
 TEST_F(ToolkitTest, ButtonsAndKeysAreReported) {

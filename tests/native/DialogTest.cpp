@@ -5,8 +5,12 @@
 #include "host/CMSGFunction.h"
 #include "native/Window.h"
 #include "platform/CWnd.h"
+#include "qd_wrt/core/RenameDialog.h"
 #include "qd_wrt/mesh/CQDMsetOperation.h"
 #include "workbench/native/NativeMessages.h"
+
+// Behind the header that the window's brings.
+#include <commctrl.h>
 
 namespace qd::test {
 namespace {
@@ -132,6 +136,32 @@ TEST_F(DialogTest, TemplatesOfProgramsWorkToo) {
       Input().Picture("own_dialog").Keys({VK_RETURN}));
   EXPECT_EQ(result, kDialogOk);
   EXPECT_TRUE(second);
+}
+
+TEST_F(DialogTest, FieldsAndListsOfTheDialogForNames) {
+  const auto read = [](std::size_t row) {
+    return row == 0 ? RenamePlan::Row{L"bolt", 1} : RenamePlan::Row{L"nut", 2};
+  };
+  RenamePlan plan(2, read, [](std::size_t, const CString&) { return false; });
+  int result = 0;
+  std::vector<CString> lines;
+  Input input;
+  input.Keys({VK_HOME}).Type(L"x").Picture("rename_many").Do([&] {
+    const HWND dialog = FindWindowW(reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(32770)), nullptr);
+    const HWND list = GetDlgItem(dialog, RenameDialog::kList);
+    for (int row = 0; row < ListView_GetItemCount(list); ++row) {
+      wchar_t text[100] = L"";
+      LVITEMW item{};
+      item.pszText = text;
+      item.cchTextMax = 100;
+      SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
+      lines.emplace_back(text);
+    }
+  });
+  RunDuring([&] { result = RenameDialog(nullptr, plan).DoModal(); }, input.Keys({VK_RETURN}));
+  EXPECT_EQ(result, kDialogOk);
+  EXPECT_EQ(plan.NewNameOf(1), L"xnut");
+  EXPECT_EQ(lines, (std::vector<CString>{L"bolt \x2192 xbolt", L"nut \x2192 xnut"}));
 }
 
 TEST_F(DialogTest, AProgramThatEndsTakesItsDialogAlong) {

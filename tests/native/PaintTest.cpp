@@ -55,11 +55,14 @@ TEST_F(ToolkitTest, TextStaysInItsCell) {
     dc.Text({20, 20, 60, 40}, L"MMMMMMMMMMMMMMMM & more", TextAlign::Left, true);
     dc.Text({100, 20, 180, 40}, std::wstring(100'000, L'M'), TextAlign::Left);
     dc.Text({20, 60, 180, 80}, std::wstring(L"a\0b", 3), TextAlign::Centre);
+    // Only its first letter, at the right, is to be seen of a name.
+    dc.Text({20, 100, 80, 120}, L"\x5D0" + std::wstring(60, L'\xA0'), TextAlign::Left);
   });
   const auto inked = [this](const CRect& area) { return area.Width() * area.Height() - Count(area, kWhite); };
   EXPECT_GT(inked({20, 20, 60, 40}), 40);
   EXPECT_GT(inked({100, 20, 180, 40}), 40);
   EXPECT_GT(inked({20, 60, 180, 80}), 5);
+  EXPECT_GT(inked({60, 100, 80, 120}), 5);
   EXPECT_EQ(inked({0, 0, 20, 60}) + inked({60, 0, 100, 60}) + inked({180, 0, 200, 60}), 0);
 }
 

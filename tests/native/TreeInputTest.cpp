@@ -45,6 +45,30 @@ class TreeInput : public NativeTest {
   std::unique_ptr<CWorksTreeBar> m_bar;
 };
 
+TEST_F(TreeInput, TheFindBarTakesItsKeysBeforeTheProgram) {
+  SetFocus(HandleOf(Tree()));
+  const auto query = [this] { return Tree().GetFinder().GetQuery(); };
+  Play(Input().Keys({VK_CONTROL, 'F'}).Type(L"item 3").Wait(100).Picture("find"));
+  EXPECT_EQ(query(), L"item 3");
+  const HWND field = GetFocus();
+  Play(Input().Keys({VK_RETURN}).Keys({VK_F3}));
+  EXPECT_EQ(Selected(), L"Item 13");
+  EXPECT_EQ(GetFocus(), field);
+  Play(Input().Keys({VK_CONTROL, 'F'}).Type(L"-ty").Wait(100).Picture("find_offered").Keys({VK_TAB}));
+  Play(Input().Type(L"su").Keys({VK_TAB}));
+  EXPECT_EQ(query(), L"-type:surface");
+  Play(Input().Type(L" nofield:1").Wait(100).Picture("find_wrong"));
+  EXPECT_EQ(query(), L"-type:surface nofield");
+  Play(Input().Keys({VK_CONTROL, VK_SHIFT, 'F'}).Keys({VK_TAB}).Keys({VK_TAB}).Wait(100).Picture("find_focus"));
+  EXPECT_EQ(Tree().GetFinder().GetMode(), RowFinder::Mode::Filter);  // the query is still wrong
+  EXPECT_NE(GetFocus(), field);
+  Play(Input().Keys({VK_ESCAPE}).Wait(100));
+  EXPECT_EQ(query(), L"");
+  EXPECT_EQ(GetFocus(), HandleOf(Tree()));
+  m_bar->SetFilter(L"item 3");
+  Play(Input().Wait(100).Picture("find_line"));
+}
+
 TEST_F(TreeInput, ABandSelectsAndADragDrops) {
   Play(Input().Move(Line(1, 8)).Press().Move(Line(2, 30)).Move(Line(4, 60)).Picture("band").Release());
   EXPECT_EQ(Tree().GetSelectedCount(), 4);

@@ -1,12 +1,22 @@
 #pragma once
 
+#include <algorithm>
 #include <map>
 
 #include "qd_wrt/find/IRow.h"
+#include "qd_wrt/find/Query.h"
 #include "qd_wrt/find/QueryWords.h"
 #include "qd_wrt/find/TitleKey.h"
 
 namespace qd::test {
+
+/// Whether a key holds what the keys of all matches hold.
+inline bool HoldsNeedles(const Query& query, const std::string& key) {
+  return std::all_of(query.Needles().begin(), query.Needles().end(), [&key](const auto& needles) {
+    return std::any_of(needles.begin(), needles.end(),
+                       [&key](const std::string& needle) { return key.find(needle) != std::string::npos; });
+  });
+}
 
 /// A row that is not in a tree: what a query can ask of one, as plain values.
 struct FindRow final : IRow {

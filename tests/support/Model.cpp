@@ -264,6 +264,9 @@ void ModelTest::CheckAll(Depth depth) {
   for (const iterator itr : m_doc.GetSelectBuffer())
     EXPECT_NE(Data().GetDataType(itr), 0) << "a record that is gone";
   m_kept.Check(depth == Depth::Whole);
+  if (depth == Depth::Whole) {
+    EXPECT_EQ(DisplayTextOfOpened(m_doc), DisplayText(m_doc));
+  }
 }
 
 void ModelTest::CheckRows() {

@@ -262,7 +262,6 @@ int RecordingDocument::DeleteData(int operation, const std::vector<iterator>& it
 
 void RecordingDocument::SetModelInfoChangedFlag(int changed) {
   m_log.Act("doc.SetModelInfoChangedFlag", {HostLog::Number(changed)});
-  WorkDocument::SetModelInfoChangedFlag(changed);
 }
 
 void RecordingDocument::SetPendingUpdate(int pending) {
@@ -371,7 +370,7 @@ void RecordingApp::Open(CQDDocBase*, const CString& dialogClass, const void* fir
   const std::string name = HostLog::Word(dialogClass);
   std::vector<std::string> arguments{name};
   const auto itr = [](const void* pointer) { return *static_cast<const iterator*>(pointer); };
-  if (name.find("IncludeExclude") != std::string::npos) {
+  if (name.find("IncludeExclude") != std::string::npos || name == "CQDCmdColorDlg") {
     arguments.push_back(m_log.Record(itr(first)));
   } else if (name == "CQDCmdCordDlg" && first != nullptr) {
     const auto* system = static_cast<const tagTCordGUI*>(first);

@@ -1,66 +1,54 @@
 #include "workbench/app/CordDialog.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
-#include <QFormLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
+#include <QSignalBlocker>
 #include <algorithm>
 
-#include "host/CTransaction.h"
+#include "host/Act.h"
 #include "platform/qt/QtConvert.h"
+#include "platform/text/Characters.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
-#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
 // Whether the two axes give a system is found out when both are there.
-constexpr NumberKind kAxis{Quantity::Plain, NumberKinds::kPlace};
+constexpr NumberKind kAxis{Quantity::Plain, NumberKinds::kPlace, false, NumberKind::Picked::Direction};
 
 CordDialog::CordDialog(WorkDocument& doc, iterator edited, QWidget* parent)
-    : QDialog(parent),
+    : DialogFrame(edited != 0 ? "IDS_WB_CORD_EDIT" : "IDS_WB_CORD_NEW", "cord", parent),
       m_doc(doc),
       m_edited(edited),
       m_name(new QLineEdit),
       m_kind(new QComboBox),
       m_parent(new QComboBox),
-      m_outcome(new QLabel),
-      m_apply(new QPushButton) {
-  SetTitle(*this, edited != 0 ? "IDS_WB_CORD_EDIT" : "IDS_WB_CORD_NEW");
-  setAttribute(Qt::WA_DeleteOnClose);
-  setObjectName("cord");
+      m_work(AddWorkLine("system")) {
   m_name->setObjectName("name");
   m_kind->setObjectName("kind");
   m_parent->setObjectName("parent");
-  m_outcome->setObjectName("outcome");
-  m_outcome->setWordWrap(true);
   for (const char* key : {"IDS_WB_CORD_RECTANGULAR", "IDS_WB_CORD_CYLINDRICAL", "IDS_WB_CORD_SPHERICAL"}) {
     AddChoice(*m_kind, key);
   }
-  auto* layout = new QFormLayout(this);
-  layout->addRow(NewLabel("IDS_QD_WRT_PROP_NAME"), m_name);
-  layout->addRow(NewLabel("IDS_WB_CORD_KIND"), m_kind);
-  layout->addRow(NewLabel("IDS_WB_CORD_PARENT"), m_parent);
-  m_origin = AddNumbers(*layout, "IDS_WB_CORD_ORIGIN", {0, 0, 0}, NumberKinds::kPoint);
-  m_xAxis = AddNumbers(*layout, "IDS_WB_CORD_X_AXIS", {0, 0, 0}, kAxis);
-  m_xyPlane = AddNumbers(*layout, "IDS_WB_CORD_XY_PLANE", {0, 0, 0}, kAxis);
-  layout->addRow(m_outcome);
-  auto* buttons = new QDialogButtonBox;
-  auto* close = new QPushButton;
-  SetText(*m_apply, "IDS_WB_APPLY");
-  SetText(*close, "IDS_WB_CLOSE");
-  m_apply->setObjectName("apply");
-  buttons->addButton(m_apply, QDialogButtonBox::ApplyRole);
-  buttons->addButton(close, QDialogButtonBox::RejectRole);
-  connect(m_apply, &QPushButton::clicked, this, &CordDialog::Apply);
-  connect(close, &QPushButton::clicked, this, &QDialog::close);
-  layout->addRow(buttons);
+  AddField("IDS_QD_WRT_PROP_NAME", m_name);
+  AddField("IDS_WB_CORD_KIND", m_kind);
+  AddField("IDS_WB_CORD_PARENT", m_parent);
+  m_origin = AddNumbers("IDS_WB_CORD_ORIGIN", {0, 0, 0}, NumberKinds::kPoint);
+  m_xAxis = AddNumbers("IDS_WB_CORD_X_AXIS", {0, 0, 0}, kAxis);
+  m_xyPlane = AddNumbers("IDS_WB_CORD_XY_PLANE", {0, 0, 0}, kAxis);
+  AddAct("IDS_WB_APPLY", "apply", [this] { Apply(); });
+  Finish();
+  OfferPicks(doc, [this] { return Pool().GlobalPlacement(m_base); });
+  connect(m_parent, &QComboBox::currentIndexChanged, this, [this] {
+    m_base = m_parent->currentData().value<iterator>();
+    TellNothing();
+    ShowGone();
+  });
   m_doc.SetCurrentDialog(this);
   m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
   const tagTCord* known = Pool().GetAtNU(edited);
   ShowRecord(known != nullptr ? *known : tagTCord());
+  ShowGone();
 }
 
 CordDialog::~CordDialog() {
@@ -69,7 +57,7 @@ CordDialog::~CordDialog() {
 
 void CordDialog::hideEvent(QHideEvent* event) {
   if (m_doc.GetCurrentDialog() == this) m_doc.SetCurrentDialog(nullptr);
-  QDialog::hideEvent(event);
+  DialogFrame::hideEvent(event);
 }
 
 void CordDialog::ShowRecord(const tagTCord& record) {
@@ -79,7 +67,8 @@ void CordDialog::ShowRecord(const tagTCord& record) {
     ProposeName();
   }
   m_kind->setCurrentIndex(static_cast<int>(record.kind));
-  ListParents(record.parent);
+  m_base = record.parent != 0 ? record.parent : Pool().GetDefaultCord();
+  ListParents();
   m_origin->SetPoint(record.origin);
   m_xAxis->SetPoint(record.xAxis);
   m_xyPlane->SetPoint(record.xyPlane);
@@ -94,64 +83,90 @@ void CordDialog::ProposeName() {
 /// that is another one now.
 void CordDialog::FollowRecords(const CQDUpdateRecord& record) {
   if (!Concerns(record, kDataCord)) return;
-  ClearText(*m_outcome);
-  m_apply->setEnabled(!IsGone());
-  if (IsGone()) return SetText(*m_outcome, "IDS_WB_CORD_GONE");
+  TellNothing();
   const bool edited = std::any_of(record.changes.begin(), record.changes.end(),
                                   [this](const tagTRNotify& change) { return change.itr == m_edited; });
-  if (edited) return ShowRecord(*Pool().GetAtNU(m_edited));
-  ListParents(m_parent->currentData().value<iterator>());
-  if (m_edited == 0 && m_name->text() == m_proposed) ProposeName();
+  const tagTCord* now = Pool().GetAtNU(m_edited);
+  const iterator base = m_base;
+  if (edited && m_doc.GetDatabase().GetDataType(m_edited) != 0) {
+    ShowRecord(*now);
+  } else {
+    ListParents();
+    if (m_edited == 0 && m_name->text() == m_proposed) ProposeName();
+  }
+  if (m_base != base) Tell("IDS_WB_CORD_BASE_OTHER", {m_parent->currentText()});
+  ShowGone();
 }
 
-void CordDialog::ListParents(iterator chosen) {
-  m_parent->clear();
-  for (const iterator itr : Pool().GetItrList()) {
-    if (itr == m_edited) continue;
-    m_parent->addItem(ToQt(Pool().GetAtNU(itr)->GetName()), QVariant::fromValue(itr));
-    if (itr == chosen) m_parent->setCurrentIndex(m_parent->count() - 1);
+const char* CordDialog::Gone() const {
+  const Database& database = m_doc.GetDatabase();
+  if (m_edited != 0 && database.GetDataType(m_edited) == 0) return "IDS_WB_CORD_GONE";
+  return database.GetDataType(m_base) == 0 ? "IDS_WB_CORD_BASE_GONE" : nullptr;
+}
+
+void CordDialog::ShowGone() {
+  Block(Gone());
+  const tagTCord* edited = Pool().GetAtNU(m_edited);
+  if (edited != nullptr && m_doc.GetDatabase().GetDataType(m_edited) != 0) {
+    SetText(*m_work, "IDS_WB_CORD_OF", {ToQt(edited->GetName())});
+  } else if (m_edited == 0) {
+    SetText(*m_work, "IDS_WB_CORD_OF_NEW");
   }
 }
 
+/// A base that is gone is none; another one was not chosen.
+void CordDialog::ListParents() {
+  const QSignalBlocker quiet(m_parent);
+  m_parent->clear();
+  for (const iterator itr : Pool().GetItrList()) {
+    if (itr != m_edited) m_parent->addItem(ToQt(Pool().GetAtNU(itr)->GetName()), QVariant::fromValue(itr));
+  }
+  m_parent->setCurrentIndex(m_parent->findData(QVariant::fromValue(m_base)));
+}
+
 void CordDialog::Update(int) {
-  ListParents(m_parent->currentData().value<iterator>());
+  ListParents();
 }
 
 tagTCord CordDialog::Entered() const {
   tagTCord record;
   record.SetName(FromQt(m_name->text().trimmed()));
   record.kind = static_cast<CordKind>(m_kind->currentIndex());
-  record.parent = m_parent->currentData().value<iterator>();
+  record.parent = m_base;
   record.origin = m_origin->Point();
   record.xAxis = m_xAxis->Point();
   record.xyPlane = m_xyPlane->Point();
   return record;
 }
 
-const char* CordDialog::FaultOf(const tagTCord& record) const {
+bool CordDialog::TellFaultOf(const tagTCord& record) {
   const tagTCord* old = Pool().GetAtNU(m_edited);
-  if (IsGone()) return "IDS_WB_CORD_GONE";
   const CString name = record.GetName();
-  if (IsBlank(name)) return "IDS_QD_DB_NAME_EMPTY";
-  if (Pool().Exist(name) != 0 && (old == nullptr || old->GetName() != name))
-    return "IDS_QD_DB_EXIST_NEW_DATA_NAME";
-  if (!IsPlaceable(record)) return "IDS_WB_CORD_AXES";
-  if (m_doc.GetDatabase().GetDataType(record.parent) == 0) return "IDS_WB_CORD_GONE";
-  return m_edited != 0 && Pool().StandsOn(record.parent, m_edited) ? "IDS_WB_CORD_CIRCLE" : nullptr;
+  if (IsBlank(name)) {
+    TellFault(*m_name, "IDS_QD_DB_NAME_EMPTY");
+  } else if (Pool().Exist(name) != 0 && (old == nullptr || old->GetName() != name)) {
+    TellFault(*m_name, "IDS_QD_DB_EXIST_NEW_DATA_NAME", {ToQt(name)});
+  } else if (!IsPlaceable(record)) {
+    m_xAxis->TellFault("IDS_WB_CORD_AXES");
+  } else if (m_edited != 0 && Pool().StandsOn(record.parent, m_edited)) {
+    TellFault(*m_parent, "IDS_WB_CORD_CIRCLE");
+  } else {
+    return false;
+  }
+  return true;
 }
 
 void CordDialog::Apply() {
-  ClearText(*m_outcome);
-  if (!CheckNumbers(*this)) return;
+  if (!CheckFields()) return;
   const tagTCord record = Entered();
-  if (const char* fault = FaultOf(record)) return SetText(*m_outcome, fault, {ToQt(record.GetName())});
-  CTransaction transaction(&m_doc.GetDatabase());
-  const char* title = m_edited != 0 ? "IDS_QD_TRANS_Modify_CORD" : "IDS_QD_TRANS_Add_CORD";
-  bool done = transaction.Begin(FromQt(Text(title))) != 0;
-  if (done) done = m_edited != 0 ? Pool().Modify(m_edited, record) != 0 : Pool().Add(record) != 0;
-  if (done) done = transaction.Commit(1) != 0;
-  // Why the document does not take it is told by the document.
-  SetText(*m_outcome, done ? "IDS_WB_CORD_STORED" : "IDS_WB_NOT_STORED", {ToQt(record.GetName())});
+  if (Gone() != nullptr || TellFaultOf(record)) return ShowGone();
+  const HeardWarnings heard;
+  const bool done = m_edited != 0 ? RunAct(&m_doc.GetDatabase(), "IDS_QD_TRANS_Modify_CORD",
+                                           [&] { return Pool().Modify(m_edited, record); })
+                                  : RunAct(&m_doc.GetDatabase(), "IDS_QD_TRANS_Add_CORD",
+                                           [&] { return Pool().Add(record) != 0 ? 1 : 0; });
+  if (!done && !heard.Last().isEmpty()) return TellText(heard.Last());
+  Tell(done ? "IDS_WB_CORD_STORED" : "IDS_WB_NOT_STORED", {ToQt(record.GetName())});
   if (done && m_edited == 0) ShowRecord(record);
 }
 

@@ -1,19 +1,15 @@
 #pragma once
 
-#include <QDialog>
-
-#include "workbench/app/NumberField.h"
+#include "workbench/app/DialogFrame.h"
 #include "workbench/display/WorkDocument.h"
 
 class QComboBox;
-class QLabel;
 class QLineEdit;
-class QPushButton;
 
 namespace qd::workbench {
 
 /// Makes coordinate systems and edits one. What is entered is checked as a whole before anything is stored.
-class CordDialog final : public QDialog, public IQDCurrentDialog {
+class CordDialog final : public DialogFrame, public IQDCurrentDialog {
  public:
   /// `edited` is the system to edit, 0 for new ones.
   CordDialog(WorkDocument& doc, iterator edited, QWidget* parent);
@@ -27,20 +23,24 @@ class CordDialog final : public QDialog, public IQDCurrentDialog {
 
  private:
   void ShowRecord(const tagTCord& record);
-  void ListParents(iterator chosen);
+  void ListParents();
+  /// Says what is gone; nothing can be applied then.
+  void ShowGone();
   /// Proposes a name for the next new system.
   void ProposeName();
   void FollowRecords(const CQDUpdateRecord& record);
-  bool IsGone() const { return m_edited != 0 && m_doc.GetDatabase().GetDataType(m_edited) == 0; }
+  /// The key of what is gone, null for nothing.
+  const char* Gone() const;
   tagTCord Entered() const;
-  /// The key of what is wrong with what was entered, null for nothing.
-  const char* FaultOf(const tagTCord& record) const;
+  /// Tells what is wrong with what was entered, where it is wrong. False for nothing.
+  bool TellFaultOf(const tagTCord& record);
   void Apply();
   CordPool& Pool() const { return m_doc.GetDatabase().GetCordPool(); }
 
   WorkDocument& m_doc;
   iterator m_edited;
-  QString m_proposed;  // name of a new system
+  iterator m_base = 0;  // chosen, perhaps gone
+  QString m_proposed;   // name of a new system
   Subscription m_onRecords;
   QLineEdit* m_name;  // all are owned by this dialog
   QComboBox* m_kind;
@@ -48,8 +48,7 @@ class CordDialog final : public QDialog, public IQDCurrentDialog {
   NumberRow* m_origin;
   NumberRow* m_xAxis;
   NumberRow* m_xyPlane;
-  QLabel* m_outcome;
-  QPushButton* m_apply;
+  ToldLabel* m_work;
 };
 
 }  // namespace qd::workbench

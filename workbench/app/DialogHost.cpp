@@ -1,17 +1,23 @@
 #include "workbench/app/DialogHost.h"
 
+#include <QColorDialog>
 #include <algorithm>
 #include <list>
 #include <map>
 
-#include "host/CMSGFunction.h"
-#include "host/MessageOutput.h"
+#include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/app/CheckDialog.h"
+#include "workbench/app/ContactDialog.h"
 #include "workbench/app/CordDialog.h"
 #include "workbench/app/IncludeExcludeDialog.h"
 #include "workbench/app/MaterialDialog.h"
+#include "workbench/app/MeasureDialog.h"
 #include "workbench/app/MeshDialog.h"
 #include "workbench/app/OperationDialog.h"
+#include "workbench/app/QualityRangeDialog.h"
+#include "workbench/app/Translated.h"
+#include "workbench/session/RecordColour.h"
 
 namespace qd::workbench {
 
@@ -99,6 +105,7 @@ void FillFormOf(Database& database, iterator set, OperationForm& form) {
     if (const auto* known = std::get_if<std::decay_t<decltype(value)>>(&option->second)) value = *known;
   };
   find("IDS_QDMESH_MESHSIZE_ST", form.amount);
+  form.amountOfModel = true;
   find("IDS_HWB_MESH_HIGH_ORDER", form.secondOrder);
 }
 
@@ -107,9 +114,12 @@ void FillFormOf(Database& database, iterator set, OperationForm& form) {
 DialogHost::DialogHost(WorkDocument& doc, OperationRunner& runner, QWidget* window)
     : m_doc(doc), m_runner(runner), m_window(window) {}
 
-/// All of them, also those that are closed and only wait to be deleted: they look at the document.
+/// All of them, also those that are closed and only wait to be deleted: they look at the document. Hidden while
+/// they are whole, they keep their sizes.
 DialogHost::~DialogHost() {
-  qDeleteAll(m_window->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly));
+  const auto dialogs = m_window->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
+  for (QDialog* dialog : dialogs) dialog->hide();
+  qDeleteAll(dialogs);
 }
 
 /// One dialog of a class at a time: a new one takes the place of the old.
@@ -129,6 +139,12 @@ void DialogHost::CloseAll() {
   }
 }
 
+void DialogHost::OpenCheck(MeshCheck check) {
+  auto* dialog = new CheckDialog(m_doc, check, m_window);
+  QObject::connect(dialog, &CheckDialog::Said, dialog, [this](const Message& message) { m_said(message); });
+  Show(dialog, L"CheckDialog");
+}
+
 void DialogHost::CloseMeshDialog(CQDDocBase* doc, const CString& dialogClass) {
   CloseDialog(doc, dialogClass);
 }
@@ -141,14 +157,35 @@ std::vector<iterator> DialogHost::PartsOfKeys(const std::vector<iterator>& keys)
 
 // ---- what the module asks for ---------------------------------------------------------------------------
 
+/// Its rows hand over the material to edit, all others the parts to apply one to.
 void DialogHost::OpenDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
   if (dialogClass != L"CLbcMaterialMainDlg") return;
-  const auto* parts = static_cast<const std::list<iterator>*>(data);
-  Show(new MaterialDialog(m_doc, {parts->begin(), parts->end()}, m_window), dialogClass);
+  iterator material = 0;
+  std::vector<iterator> parts;
+  for (const iterator itr : *static_cast<const std::list<iterator>*>(data)) {
+    if (m_doc.GetDatabase().GetDataType(itr) == kDataMaterial) {
+      material = itr;
+    } else {
+      parts.push_back(itr);
+    }
+  }
+  Show(new MaterialDialog(m_doc, material, std::move(parts), m_window), dialogClass);
+}
+
+void DialogHost::OpenContacts() {
+  Show(new ContactDialog(m_doc, m_window), L"ContactDialog");
+}
+
+void DialogHost::OpenColourRange() {
+  Show(new QualityRangeDialog(m_doc, m_window), L"QualityRangeDialog");
+}
+
+void DialogHost::OpenMeasure() {
+  Show(new MeasureDialog(m_doc, m_window), L"MeasureDialog");
 }
 
 void DialogHost::SetSelectAssignedContact(CQDDocBase*, std::list<iterator>&) {
-  qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_WB_NO_CONTACTS"));
+  OpenContacts();
 }
 
 void DialogHost::OpenMeshDialog(int, CQDDocBase*, const CString& dialogClass, void* data) {
@@ -176,10 +213,23 @@ void DialogHost::OpenMeshing(const CString& dialogClass, const tagTMeshGUI& argu
   Show(new OperationDialog(m_doc, m_runner, form, parts, m_window), dialogClass);
 }
 
+void DialogHost::OpenColour(const CString& dialogClass, iterator record) {
+  const std::optional<COLORREF> colour = ColourOf(m_doc.GetDatabase(), record);
+  if (!colour.has_value()) return;
+  auto* dialog = new QColorDialog(ToQt(*colour), m_window);
+  dialog->setAttribute(Qt::WA_DeleteOnClose);
+  SetTitle(*dialog, "IDS_WB_PICK_COLOUR");
+  QObject::connect(dialog, &QColorDialog::colorSelected, m_window, [this, record](const QColor& chosen) {
+    static_cast<void>(Recolour(m_doc.GetDatabase(), record, FromQt(chosen)));
+  });
+  Show(dialog, dialogClass);
+}
+
 void DialogHost::Open(CQDDocBase*, const CString& dialogClass, const void* first, const void* second) {
   if (dialogClass == L"CQDMeshGen2DDlg" || dialogClass == L"CQDMeshGen3DDlg") {
     return OpenMeshing(dialogClass, *static_cast<const tagTMeshGUI*>(first), static_cast<const iterator*>(second));
   }
+  if (dialogClass == L"CQDCmdColorDlg") return OpenColour(dialogClass, *static_cast<const iterator*>(first));
   if (dialogClass == L"CQDCmdCordDlg") {
     const auto* arguments = static_cast<const tagTCordGUI*>(first);
     const bool edit = arguments != nullptr && arguments->mode == tagTCordGUI::kEdit;

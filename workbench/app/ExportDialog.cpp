@@ -1,16 +1,13 @@
 #include "workbench/app/ExportDialog.h"
 
 #include <QButtonGroup>
-#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QVBoxLayout>
 
 #include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
@@ -20,43 +17,34 @@
 namespace qd::workbench {
 
 ExportDialog::ExportDialog(WorkDocument& doc, const QString& path, QWidget* parent)
-    : QDialog(parent),
+    : DialogFrame("IDS_WB_EXPORT_TITLE", "export", parent),
       m_doc(doc),
       m_scopes(new QButtonGroup(this)),
-      m_path(new QLineEdit(path)),
-      m_fault(new QLabel),
-      m_write(nullptr) {
-  setObjectName("export");
-  SetTitle(*this, "IDS_WB_EXPORT_TITLE");
-  auto* layout = new QVBoxLayout(this);
-  layout->addWidget(NewLabel("IDS_WB_EXPORT_SCOPE"));
+      m_path(new QLineEdit(path)) {
+  AddWide(NewFieldLabel("IDS_WB_EXPORT_SCOPE"));
   AddScope(ExportScope::All, "IDS_WB_EXPORT_ALL");
   AddScope(ExportScope::Shown, "IDS_WB_EXPORT_SHOWN");
   AddScope(ExportScope::Selected, "IDS_WB_EXPORT_SELECTED");
   m_scopes->button(static_cast<int>(ExportScope::All))->setChecked(true);
-  layout->addWidget(NewLabel("IDS_WB_EXPORT_FILE", {QString::fromStdString(WritePatterns(", "))}));
-  auto* line = new QHBoxLayout;
-  line->addWidget(m_path);
+  AddWide(NewLabel("IDS_WB_EXPORT_FILE", {QString::fromStdString(WritePatterns(", "))}));
+  auto* line = new QWidget;
+  auto* row = new QHBoxLayout(line);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->addWidget(m_path);
   auto* browse = new QPushButton;
   SetText(*browse, "IDS_WB_BROWSE");
-  line->addWidget(browse);
-  layout->addLayout(line);
-  m_fault->setWordWrap(true);
-  layout->addWidget(m_fault);
-  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel);
-  m_write = buttons->addButton(QString(), QDialogButtonBox::AcceptRole);
-  SetText(*m_write, "IDS_WB_EXPORT_WRITE");
-  layout->addWidget(buttons);
+  browse->setAutoDefault(false);
+  row->addWidget(browse);
+  AddWide(line);
+  AddAct("IDS_WB_EXPORT_WRITE", "write", [this] { accept(); });
+  Finish("IDS_WB_CANCEL");
   m_path->setObjectName("path");
-  m_write->setObjectName("write");
   constexpr int kWidth = 420;
   m_path->setMinimumWidth(kWidth);
   m_path->selectAll();
   m_path->setFocus();
   connect(browse, &QPushButton::clicked, this, [this] { Browse(); });
   connect(m_path, &QLineEdit::textChanged, this, [this] { Check(); });
-  connect(buttons, &QDialogButtonBox::accepted, this, &ExportDialog::accept);
-  connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
   Check();
 }
 
@@ -67,7 +55,7 @@ void ExportDialog::AddScope(ExportScope scope, const char* key) {
   SetText(*button, key, {number(counts.parts), number(counts.sets), number(counts.elements)});
   button->setEnabled(counts.parts + counts.sets > 0 || scope == ExportScope::All);
   m_scopes->addButton(button, static_cast<int>(scope));
-  layout()->addWidget(button);
+  AddWide(button);
 }
 
 ExportScope ExportDialog::Scope() const {
@@ -107,9 +95,13 @@ void ExportDialog::Check() {
   const std::filesystem::path path(NameToBytes(m_path->text()));
   const Format* format = FormatOfPath(path);
   const bool good = format != nullptr && format->CanWrite();
-  m_write->setEnabled(good);
-  if (good || m_path->text().isEmpty()) return ClearText(*m_fault);
-  SetText(*m_fault, "IDS_WB_EXPORT_FORMAT", {QString::fromStdString(path.extension().string())});
+  if (good) {
+    TellNothing();
+    return Block(nullptr);
+  }
+  Block("IDS_WB_EXPORT_NO_FORMAT");
+  if (m_path->text().isEmpty() || path.extension().empty()) return;
+  Tell("IDS_WB_EXPORT_FORMAT", {QString::fromStdString(path.extension().string())});
 }
 
 }  // namespace qd::workbench

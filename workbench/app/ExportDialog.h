@@ -1,18 +1,15 @@
 #pragma once
 
-#include <QDialog>
-
+#include "workbench/app/DialogFrame.h"
 #include "workbench/app/ExportScope.h"
 
 class QButtonGroup;
-class QLabel;
 class QLineEdit;
-class QPushButton;
 
 namespace qd::workbench {
 
 /// Asks what is to be written, and to which file; the ending of its name tells the format.
-class ExportDialog final : public QDialog {
+class ExportDialog final : public DialogFrame {
  public:
   /// `path` is the name that it begins with.
   ExportDialog(WorkDocument& doc, const QString& path, QWidget* parent);
@@ -31,8 +28,6 @@ class ExportDialog final : public QDialog {
   WorkDocument& m_doc;
   QButtonGroup* m_scopes;  // these belong to the dialog
   QLineEdit* m_path;
-  QLabel* m_fault;
-  QPushButton* m_write;
   QString m_agreed;  // a file that may be replaced
 };
 

@@ -48,9 +48,9 @@ void ImportQueue::Start(const QString& path, const QStringList& includes) {
 }
 
 void ImportQueue::Fail(const QString& path, const QString& reason) {
-  if (reason.isEmpty()) return emit Said(Text("IDS_WB_IMPORT_CANCELLED", {path}), false);
+  if (reason.isEmpty()) return emit Said({Text("IDS_WB_IMPORT_CANCELLED", {path}), Severity::Note, path});
   ++m_failed;
-  emit Said(Text("IDS_WB_IMPORT_FAILED", {path, reason}), true);
+  emit Said({Text("IDS_WB_IMPORT_FAILED", {path, reason}), Severity::Failure, path});
 }
 
 /// Lets the user decide on a file outside of the allowed folders. What the deck calls it is the sender's; what
@@ -81,23 +81,26 @@ void ImportQueue::Store(ImportedModel& model) {
   const std::size_t parts = model.parts.size();
   const std::size_t sets = model.meshSets.size();
   for (const ImportNote& note : model.notes) {
-    emit Said(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), false);
+    emit Said(
+        {path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), Severity::Warning, path});
   }
   emit Storing(path);
   const CString title = FromQt(Text("IDS_WB_TRANS_IMPORT", {QFileInfo(path).fileName()}));
   std::vector<ImportNote> notes;
   const int stored = StoreImport(m_doc.GetDatabase(), std::move(model), title, &notes);
   for (const ImportNote& note : notes) {
-    emit Said(path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), false);
+    emit Said(
+        {path + ": " + Text(note.key.c_str(), {QString::fromStdString(note.detail)}), Severity::Warning, path});
   }
   if (stored == 0) {
     ++m_failed;
-    emit Said(Text("IDS_WB_IMPORT_FAILED", {path, Text("IDS_WB_IMPORT_REFUSED")}), true);
+    emit Said({Text("IDS_WB_IMPORT_FAILED", {path, Text("IDS_WB_IMPORT_REFUSED")}), Severity::Failure, path});
     return End();
   }
   emit Stored(path);
-  if (parts > 0) emit Said(Text("IDS_WB_IMPORTED_PARTS", {path, QLocale().toString(parts)}), false);
-  if (sets > 0) emit Said(Text("IDS_WB_IMPORTED_MESH", {path, QLocale().toString(sets)}), false);
+  if (parts > 0)
+    emit Said({Text("IDS_WB_IMPORTED_PARTS", {path, QLocale().toString(parts)}), Severity::Note, path});
+  if (sets > 0) emit Said({Text("IDS_WB_IMPORTED_MESH", {path, QLocale().toString(sets)}), Severity::Note, path});
   End();
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "workbench/app/ExchangeJob.h"
+#include "workbench/app/Message.h"
 #include "workbench/display/WorkDocument.h"
 
 namespace qd::workbench {
@@ -36,7 +37,7 @@ class ImportQueue final : public QObject {
   void Resumed();
   /// A deck asks for a file that lies in a folder which nobody has allowed: Allow or Cancel is wanted.
   void Wanted(const QString& deck, const QString& folder, const QString& file);
-  void Said(const QString& text, bool failure);
+  void Said(const qd::workbench::Message& message);
   /// A file is about to come into the document, and has come.
   void Storing(const QString& path);
   void Stored(const QString& path);

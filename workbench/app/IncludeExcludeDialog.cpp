@@ -1,11 +1,11 @@
 #include "workbench/app/IncludeExcludeDialog.h"
 
 #include <QGridLayout>
-#include <QLabel>
 #include <QListWidget>
+#include <QLocale>
 #include <QPushButton>
 
-#include "host/CTransaction.h"
+#include "host/Act.h"
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
@@ -13,34 +13,34 @@
 namespace qd::workbench {
 
 IncludeExcludeDialog::IncludeExcludeDialog(WorkDocument& doc, iterator gset, QWidget* parent)
-    : QDialog(parent),
+    : DialogFrame("IDS_QD_WRT_INCLUDE_EXCLUDE", "sets", parent),
       m_doc(doc),
       m_gset(gset),
       m_outside(new QListWidget),
       m_inside(new QListWidget),
-      m_include(new QPushButton),
-      m_exclude(new QPushButton) {
-  SetTitle(*this, "IDS_QD_WRT_INCLUDE_EXCLUDE");
-  setAttribute(Qt::WA_DeleteOnClose);
-  setObjectName("sets");
-  auto* layout = new QGridLayout(this);
-  layout->addWidget(NewLabel("IDS_WB_NOT_IN_SET"), 0, 0);
-  layout->addWidget(NewLabel("IDS_WB_IN_SET"), 0, 2);
-  for (QListWidget* list : {m_outside, m_inside}) list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-  layout->addWidget(m_outside, 1, 0, 4, 1);
-  layout->addWidget(m_inside, 1, 2, 4, 1);
-  auto* close = new QPushButton;
-  SetText(*m_include, "IDS_WB_INCLUDE");
-  SetText(*m_exclude, "IDS_WB_EXCLUDE");
-  SetText(*close, "IDS_WB_CLOSE");
-  m_include->setObjectName("include");
-  m_exclude->setObjectName("exclude");
-  layout->addWidget(m_include, 2, 1);
-  layout->addWidget(m_exclude, 3, 1);
-  layout->addWidget(close, 5, 2);
-  connect(m_include, &QPushButton::clicked, this, [this] { Move(*m_outside, m_gset); });
-  connect(m_exclude, &QPushButton::clicked, this, [this] { Move(*m_inside, OtherSet()); });
-  connect(close, &QPushButton::clicked, this, &QDialog::close);
+      m_work(AddWorkLine("set")) {
+  auto* lists = new QWidget;
+  auto* layout = new QGridLayout(lists);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(NewFieldLabel("IDS_WB_NOT_IN_SET"), 0, 0);
+  layout->addWidget(NewFieldLabel("IDS_WB_IN_SET"), 0, 1);
+  layout->addWidget(m_outside, 1, 0);
+  layout->addWidget(m_inside, 1, 1);
+  lists->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  AddWide(lists);
+  m_include = AddAct("IDS_WB_INCLUDE", "include", [this] { Move(*m_outside, m_gset); });
+  m_exclude = AddAct("IDS_WB_EXCLUDE", "exclude", [this] { Move(*m_inside, OtherSet()); });
+  Finish();
+  // What is selected in one list says which way it goes, for the button and for Enter.
+  for (QListWidget* list : {m_outside, m_inside}) {
+    list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    connect(list, &QListWidget::itemSelectionChanged, this, [this, list] {
+      if (list->selectedItems().isEmpty()) return RefreshButtons();
+      (list == m_inside ? m_outside : m_inside)->clearSelection();
+      SetFirstAct(list == m_inside ? *m_exclude : *m_include);
+      RefreshButtons();
+    });
+  }
   for (const iterator part : doc.GetDatabase().GetGeomPool().GetItrList()) Place(part);
   m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
   RefreshButtons();
@@ -65,16 +65,32 @@ void IncludeExcludeDialog::Place(iterator part) {
 }
 
 void IncludeExcludeDialog::FollowRecords(const CQDUpdateRecord& record) {
-  for (const tagTRNotify& change : record.changes) {
-    if (change.dataType == kDataGeom) Place(change.itr);
+  {
+    // Each selected entry that goes would be told, and each time all of them be looked at.
+    const QSignalBlocker quietOutside(m_outside);
+    const QSignalBlocker quietInside(m_inside);
+    for (const tagTRNotify& change : record.changes) {
+      if (change.dataType == kDataGeom) Place(change.itr);
+    }
   }
-  if (Concerns(record, kDataGset)) RefreshButtons();
+  RefreshButtons();
 }
 
 void IncludeExcludeDialog::RefreshButtons() {
   const bool stands = m_doc.GetDatabase().GetDataType(m_gset) == kDataGset;
-  m_include->setEnabled(stands);
-  m_exclude->setEnabled(stands && OtherSet() != 0);
+  const bool out = !m_outside->selectedItems().isEmpty();
+  const bool in = !m_inside->selectedItems().isEmpty();
+  const char* noOther = in && OtherSet() == 0 ? "IDS_WB_LAST_SET" : nullptr;
+  Block(!stands              ? "IDS_WB_GSET_GONE"
+        : noOther != nullptr ? noOther
+        : !out && !in        ? "IDS_WB_CHOOSE_PARTS"
+                             : nullptr);
+  if (stands) {
+    const CString& name = m_doc.GetDatabase().GetGsetPool().GetAtNU(m_gset)->name;
+    SetText(*m_work, "IDS_WB_SET_OF", {ToQt(name), QLocale().toString(m_inside->count())});
+  }
+  m_include->setEnabled(stands && out);
+  m_exclude->setEnabled(stands && in && noOther == nullptr);
 }
 
 iterator IncludeExcludeDialog::OtherSet() const {
@@ -93,12 +109,11 @@ void IncludeExcludeDialog::Move(const QListWidget& from, iterator to) {
     const auto part = item->data(Qt::UserRole).value<iterator>();
     if (database.GetDataType(part) == kDataGeom) parts.push_back(part);
   }
-  if (!parts.empty() && database.GetDataType(to) == kDataGset) {
-    CTransaction transaction(&database);
-    const bool done = transaction.Begin(FromQt(Text("IDS_QD_TRANS_Modify_Geometry"))) != 0 &&
-                      database.GetGeomPool().Private_ApplyGset(parts, to) != 0;
-    if (done) transaction.Commit(1);
-  }
+  if (parts.empty() || database.GetDataType(to) != kDataGset) return;
+  const HeardWarnings heard;
+  const bool done = RunAct(&database, "IDS_QD_TRANS_Modify_Geometry",
+                           [&] { return database.GetGeomPool().Private_ApplyGset(parts, to); }) != 0;
+  if (!done && !heard.Last().isEmpty()) TellText(heard.Last());
 }
 
 }  // namespace qd::workbench

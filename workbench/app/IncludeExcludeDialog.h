@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QDialog>
 #include <unordered_map>
 
+#include "workbench/app/DialogFrame.h"
 #include "workbench/display/WorkDocument.h"
 
 class QListWidget;
@@ -12,7 +12,7 @@ class QPushButton;
 namespace qd::workbench {
 
 /// Moves parts into a geometry set and out of it. Parts that leave go to another set.
-class IncludeExcludeDialog final : public QDialog {
+class IncludeExcludeDialog final : public DialogFrame {
  public:
   IncludeExcludeDialog(WorkDocument& doc, iterator gset, QWidget* parent);
 
@@ -30,6 +30,7 @@ class IncludeExcludeDialog final : public QDialog {
   QListWidget* m_inside;
   QPushButton* m_include;
   QPushButton* m_exclude;
+  ToldLabel* m_work;
   std::unordered_map<iterator, QListWidgetItem*> m_items;  // by part; owned by the lists
   Subscription m_onRecords;
 };

@@ -5,37 +5,50 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QPushButton>
 #include <QSettings>
 #include <QStatusBar>
 #include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <filesystem>
 #include <string_view>
+#include <utility>
 
+#include "host/CQDUnitCtrl.h"
 #include "platform/qt/QtConvert.h"
+#include "workbench/app/CommandLine.h"
 #include "workbench/app/FileName.h"
+#include "workbench/app/KeptLooking.h"
 #include "workbench/app/MainWindow.h"
+#include "workbench/app/MissingFiles.h"
 #include "workbench/app/PropertyPane.h"
 #include "workbench/app/QuietTime.h"
+#include "workbench/app/StatusLine.h"
 #include "workbench/app/TreePane.h"
+#include "workbench/app/console/ActScript.h"
+#include "workbench/display/DisplayBytes.h"
+#include "workbench/session/PythonText.h"
 #include "workbench/store/CheckDocument.h"
 #include "workbench/store/DocumentMark.h"
+#include "workbench/store/KeptViews.h"
+#include "workbench/text/Units.h"
+#include "workbench/text/Utf8.h"
 #include "workbench/view/ModelView.h"
 
 namespace qd::workbench {
 
 namespace {
 
-constexpr const char* kRecentKey = "recent";
 constexpr qsizetype kMostRecent = 8;
-constexpr const char* kViewName = "window";
 
 QString Filter() {
   return Text("IDS_WB_DOCUMENTS") + " (*.qdw)";
@@ -79,11 +92,19 @@ bool MainWindow::IsFresh() const {
          !IsImporting();
 }
 
+/// The document's file, or the first one that was imported, marked as not saved.
 void MainWindow::RefreshTitle() {
   const QString app = Text("IDS_WB_APP");
-  if (!m_keeper->IsNamed()) return setWindowTitle(app);
-  const QString name = QFileInfo(NameFromBytes(m_keeper->Path())).fileName();
-  setWindowTitle((m_keeper->IsReadOnly() ? Text("IDS_WB_DOC_READ_ONLY", {name}) : name) + " – " + app);
+  const bool isNamed = m_keeper->IsNamed();
+  if (!isNamed && m_session->IsEmpty() && !m_keeper->IsUnsaved()) {
+    setWindowModified(false);
+    return setWindowTitle(app);
+  }
+  QString name = QFileInfo(isNamed ? NameFromBytes(m_keeper->Path()) : ToQt(m_doc->GetPathName())).fileName();
+  if (m_keeper->IsReadOnly()) name = Text("IDS_WB_DOC_READ_ONLY", {name});
+  name.replace("[*]", "[*][*]");  // where the toolkit puts its mark, unless it stands there twice
+  setWindowTitle(name + "[*] – " + app);
+  setWindowModified(!isNamed);
 }
 
 void MainWindow::OnNewWindow() {
@@ -92,39 +113,92 @@ void MainWindow::OnNewWindow() {
 
 // ---- opening --------------------------------------------------------------------------------------------
 
+void MainWindow::OpenFiles(const QStringList& paths) {
+  QStringList documents;
+  QStringList others;
+  for (const QString& path : paths) (IsDocumentName(NameToBytes(path)) ? documents : others) << path;
+  // What comes with a document is imported into it, in its own window.
+  if (documents.isEmpty()) return Import(others);
+  OpenDocument(documents.takeFirst(), others);
+  for (const QString& document : documents) OpenDocument(document);
+}
+
+namespace {
+
+/// Files of this machine among what is dragged over the window.
+QStringList FilesOf(const QMimeData& data) {
+  QStringList paths;
+  for (const QUrl& url : data.urls()) {
+    if (url.isLocalFile()) paths << url.toLocalFile();
+  }
+  return paths;
+}
+
+}  // namespace
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (FilesOf(*event->mimeData()).isEmpty() || QuietTime::IsNow()) return;
+  // Nobody's file goes away by being looked at.
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+}
+
+/// Opened after the program that it came from is free again: opening may ask something.
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QStringList paths = FilesOf(*event->mimeData());
+  event->setDropAction(Qt::CopyAction);
+  event->accept();
+  QTimer::singleShot(0, this, [this, paths] { QuietTime::WhenOver(this, [this, paths] { OpenFiles(paths); }); });
+}
+
 void MainWindow::OnOpen() {
   const QString path = QFileDialog::getOpenFileName(this, TitleText("IDS_WB_OPEN"), QString(), Filter());
   if (!path.isEmpty()) OpenDocument(path);
 }
 
-bool MainWindow::OpenDocument(const QString& path) {
+bool MainWindow::OpenDocument(const QString& path, const QStringList& imports) {
   const QString absolute = QFileInfo(path).absoluteFilePath();
-  if (!IsFresh()) {
-    m_others->Start({absolute});
+  std::error_code none;
+  if (m_keeper->IsNamed() && std::filesystem::equivalent(NameToBytes(absolute), m_keeper->Path(), none)) {
+    raise();  // it is open here
+    activateWindow();
+    Import(imports);
     return true;
   }
-  if (IsRecoveryFile(absolute)) return Recover(absolute);
+  if (!IsFresh()) {
+    QStringList files{absolute};
+    for (const QString& file : imports) files << QFileInfo(file).absoluteFilePath();
+    m_others->Start(files);
+    return true;
+  }
+  const bool opened = IsRecoveryFile(absolute) ? Recover(absolute) : OpenHere(absolute);
+  Import(imports);  // also when the document could not be opened, or was repaired: they are not lost with it
+  return opened;
+}
+
+bool MainWindow::OpenHere(const QString& absolute) {
   DocumentError error;
   const int done = qdRunLongWork(FromQt(Text("IDS_WB_OPENING", {absolute})), [&](const ProgressCall& progress) {
     return m_keeper->Open(NameToBytes(absolute), error, progress) ? 1 : 0;
   });
   if (done == 0) {
     ++m_failedDocuments;
-    Say(absolute + ": " + TextOf(error), true);
+    Say({absolute + ": " + TextOf(error), Severity::Failure, absolute});
     AskToRepair(absolute, error);
     return false;
   }
   ShowLoaded(absolute);
+  m_acts->Say("doc = qd.open(" + PythonPath(NameToBytes(absolute)) + ")");
   NoteRecent(absolute);
   const std::string& aside = m_keeper->File()->ForeignLog();
-  if (!aside.empty()) Say(TextOf({"IDS_WB_DOC_LOG_ASIDE", aside}), true);
+  if (!aside.empty()) Say({TextOf({"IDS_WB_DOC_LOG_ASIDE", aside}), Severity::Failure});
   // One that is only viewed is left alone with all that lies beside it.
   if (m_keeper->IsReadOnly() && CheckLogs(m_keeper->Path()) == LogKind::Foreign) {
-    Say(TextOf({"IDS_WB_DOC_LOG_LEFT", m_keeper->Path()}), true);
+    Say({TextOf({"IDS_WB_DOC_LOG_LEFT", m_keeper->Path()}), Severity::Failure});
   }
-  Say(TextOf({m_keeper->IsReadOnly() ? m_keeper->File()->ViewedKey() : "IDS_WB_OPENED", NameToBytes(absolute)}),
-      false);
-  if (m_keeper->File()->IsOlder()) Say(Text("IDS_WB_DOC_OLDER", {absolute}), false);
+  const char* opened = m_keeper->IsReadOnly() ? m_keeper->File()->ViewedKey() : "IDS_WB_OPENED";
+  Say({TextOf({opened, NameToBytes(absolute)}), Severity::Note, absolute});
+  if (m_keeper->File()->IsOlder()) Say({Text("IDS_WB_DOC_OLDER", {absolute}), Severity::Note, absolute});
   AskToMend(absolute);
   return true;
 }
@@ -133,7 +207,7 @@ bool MainWindow::OpenDocument(const QString& path) {
 /// file takes no acts.
 void MainWindow::AskToMend(const QString& name) {
   if (!m_keeper->File()->MayKeepMended()) return;
-  if (!m_asks) return Say(Text("IDS_WB_DOC_VIEWED", {name}), false);
+  if (!m_asks) return Say({Text("IDS_WB_DOC_VIEWED", {name}), Severity::Warning});
   QStringList mended;
   for (const std::string& line : m_keeper->File()->Mended()) mended << QString::fromStdString(line);
   QMessageBox box(QMessageBox::Warning, Text("IDS_WB_APP"), Text("IDS_WB_ASK_MEND", {name}), QMessageBox::NoButton,
@@ -150,7 +224,7 @@ void MainWindow::AskToMend(const QString& name) {
   // At the start of a program the loop that ends with the last window has still to begin.
   if (box.clickedButton() == leave) QTimer::singleShot(0, this, &QWidget::close);
   DocumentError error;
-  if (box.clickedButton() == mend && !m_keeper->File()->KeepMended(error)) Say(TextOf(error), true);
+  if (box.clickedButton() == mend && !m_keeper->File()->KeepMended(error)) Say({TextOf(error), Severity::Failure});
   RefreshTitle();
 }
 
@@ -177,29 +251,67 @@ void MainWindow::AskToRepair(const QString& path, const DocumentError& error, bo
                ? 1
                : 0;
   });
-  if (done == 0) return Say(path + ": " + TextOf(fault), true);
-  for (const DocumentError& note : notes) Say(TextOf(note), false);
-  Say(Text("IDS_WB_REPAIRED", {repaired, QLocale().toString(static_cast<qulonglong>(notes.size()))}), false);
+  if (done == 0) return Say({path + ": " + TextOf(fault), Severity::Failure, path});
+  for (const DocumentError& note : notes) Say({TextOf(note), Severity::Warning});
+  Say({Text("IDS_WB_REPAIRED", {repaired, QLocale().toString(static_cast<qulonglong>(notes.size()))}),
+       Severity::Note, repaired});
   // What is not sound stays too, but is offered no more.
-  if (IsRecoveryFile(path) && !SetAside(NameToBytes(path))) Say(Text("IDS_WB_DOC_NOT_ASIDE", {path}), true);
+  if (IsRecoveryFile(path) && !SetAside(NameToBytes(path)))
+    Say({Text("IDS_WB_DOC_NOT_ASIDE", {path}), Severity::Failure, path});
   if (keepFree) return m_others->Start({QFileInfo(repaired).absoluteFilePath()});
   OpenDocument(repaired);
 }
 
 /// The trees and the view take up what a file has filled the database with.
 void MainWindow::ShowLoaded(const QString& name) {
-  m_session->TakeUp(FromQt(name));
+  m_keptDisplay = m_keeper->File()->View(kDisplayName);
+  m_session->TakeUp(FromQt(name), m_keptDisplay);
   m_view->Apply(UpdateRecordFor(m_doc->GetDatabase().AllRecords(), true));
+  m_acts->BeginAnew();
   m_dialogs->CloseAll();  // they were opened for the empty document
   m_properties->Refresh();
+  m_keptLooking = m_keeper->File()->View(kLookingName);
+  const QJsonObject looking = QJsonDocument::fromJson(QByteArray::fromStdString(m_keptLooking)).object();
+  TakeUpCamera(looking["camera"].toObject(), m_doc->GetLooking());
+  TakeUpSections(looking["sections"].toArray(), m_doc->GetSections());
   RestoreView();
+  for (TreePane* pane : {m_modelPane, m_gsetPane}) {
+    pane->RestoreFindState(looking["find"].toObject()[pane->objectName()].toObject());
+  }
+  // Documents of former versions do not say which units their numbers are meant in.
+  m_keptUnits = m_keeper->File()->View(kUnitsName);
+  for (const UnitSystem& units : UnitSystems()) {
+    if (ToUtf8(units.length) == m_keptUnits) SetUnits(units);
+  }
+  m_status->CountAnew();
   RefreshActions();
   RefreshTitle();
+}
+
+/// How the model is shown, and from where, goes into the file soon after it has changed, so that a crash does not
+/// take it either.
+void MainWindow::KeepDisplay() {
+  m_keepDisplay.stop();
+  if (m_keeper->File() == nullptr) return;
+  const auto keep = [this](const char* name, std::string bytes, std::string& kept) {
+    if (bytes != kept && m_keeper->File()->PutView(name, bytes)) kept = std::move(bytes);
+  };
+  const QJsonObject looking{
+      {"camera", JsonOf(m_doc->GetLooking().Camera())},
+      {"sections", JsonOf(m_doc->GetSections())},
+      {"find", QJsonObject{{"model", m_modelPane->FindState()}, {"gset", m_gsetPane->FindState()}}}};
+  keep(kLookingName, QJsonDocument(looking).toJson(QJsonDocument::Compact).toStdString(), m_keptLooking);
+  keep(kUnitsName, ToUtf8(CQDUnitCtrl::GetUnitSystemLength()), m_keptUnits);
+  keep(kDisplayName, BytesOfDisplay(m_doc->GetDisplay()), m_keptDisplay);
+  // What is long is not written as often.
+  constexpr std::size_t kBytesPerMillisecond = 500;
+  m_keepDisplay.setInterval(kKeepDisplay + static_cast<int>(m_keptDisplay.size() / kBytesPerMillisecond));
 }
 
 /// What the window shows of a document goes into its file, apart from the model.
 void MainWindow::KeepView() {
   if (!m_keeper->IsNamed()) return;
+  KeepDisplay();
   QJsonObject view{{"language", m_messages.Language()},
                    {"panes", QString::fromLatin1(saveState().toBase64())},
                    {"size", QJsonArray{normalGeometry().width(), normalGeometry().height()}}};
@@ -215,7 +327,6 @@ void MainWindow::RestoreView() {
   const QString language = view["language"].toString();
   const bool known = m_messages.Languages().contains(language);
   if (known && language != m_messages.Language()) SetLanguage(language);
-  RestorePanes(QByteArray::fromBase64(view["panes"].toString().toLatin1()));
   constexpr int kLeast = 300;
   constexpr int kMost = 10'000;
   const QJsonArray size = view["size"].toArray();
@@ -223,10 +334,14 @@ void MainWindow::RestoreView() {
   if (size.size() == 2 && free) {
     resize(std::clamp(size[0].toInt(), kLeast, kMost), std::clamp(size[1].toInt(), kLeast, kMost));
   }
+  // After the size: panes are scaled with a window that changes its own.
+  RestorePanes(QByteArray::fromBase64(view["panes"].toString().toLatin1()));
   for (TreePane* pane : {m_modelPane, m_gsetPane}) pane->RestoreViewState(view[pane->objectName()].toObject());
 }
 
-void MainWindow::NoteRecent(const QString& path) {
+/// What a program opens that nobody watches is nothing that somebody will look for.
+void MainWindow::NoteRecent(const QString& path) const {
+  if (!m_asks) return;
   QSettings settings;
   QStringList recent = settings.value(kRecentKey).toStringList();
   recent.removeAll(path);
@@ -236,9 +351,17 @@ void MainWindow::NoteRecent(const QString& path) {
 
 void MainWindow::ListRecent(QMenu& menu) {
   menu.clear();
-  for (const QString& path : QSettings().value(kRecentKey).toStringList()) {
-    menu.addAction(QString(path).replace('&', "&&"), this, [this, path] { OpenDocument(path); });
+  const QStringList recent = QSettings().value(kRecentKey).toStringList();
+  QHash<QString, QAction*> actions;
+  for (const QString& path : recent) {
+    actions[path] = menu.addAction(QString(path).replace('&', "&&"), this, [this, path] { OpenFiles({path}); });
   }
+  m_missing->Look(recent, [actions](const QString& path) {
+    QAction* action = actions.value(path);
+    if (action == nullptr) return;
+    action->setEnabled(false);
+    action->setStatusTip(Text("IDS_WB_RECENT_MISSING"));
+  });
   if (menu.isEmpty()) menu.addAction(Text("IDS_WB_NO_RECENT"))->setEnabled(false);
 }
 
@@ -247,11 +370,18 @@ void MainWindow::ListRecent(QMenu& menu) {
 /// A document with a file is saved with every act.
 void MainWindow::OnSave() {
   if (!m_keeper->IsNamed() || m_keeper->IsReadOnly()) return OnSaveAs();
-  Say(Text("IDS_WB_SAVED", {NameFromBytes(m_keeper->Path())}), false);
+  Say({Text("IDS_WB_SAVED", {NameFromBytes(m_keeper->Path())}), Severity::Note, NameFromBytes(m_keeper->Path())});
+}
+
+/// Beside the document, or beside the first file that was imported.
+QString MainWindow::SuggestedPath() const {
+  if (m_keeper->IsNamed()) return NameFromBytes(m_keeper->Path());
+  const QFileInfo file(ToQt(m_doc->GetPathName()));
+  return file.path() + "/" + file.completeBaseName() + ".qdw";
 }
 
 void MainWindow::OnSaveAs() {
-  QString path = QFileDialog::getSaveFileName(this, TitleText("IDS_WB_SAVE_AS"), QString(), Filter());
+  QString path = QFileDialog::getSaveFileName(this, TitleText("IDS_WB_SAVE_AS"), SuggestedPath(), Filter());
   if (path.isEmpty()) return;
   if (QFileInfo(path).suffix().isEmpty()) path += ".qdw";
   SaveAs(path);
@@ -264,20 +394,22 @@ bool MainWindow::SaveAs(const QString& path) {
     return m_keeper->SaveAs(NameToBytes(absolute), error, progress) ? 1 : 0;
   });
   if (done == 0) {
-    Say(absolute + ": " + TextOf(error), true);
+    Say({absolute + ": " + TextOf(error), Severity::Failure, absolute});
     return false;
   }
   m_session->Rename(FromQt(absolute));
   NoteRecent(absolute);
   KeepView();
   RefreshTitle();
-  Say(Text("IDS_WB_SAVED", {absolute}), false);
+  m_acts->Say("doc.save(" + PythonPath(NameToBytes(absolute)) + ")");
+  Say({Text("IDS_WB_SAVED", {absolute}), Severity::Note, absolute});
   return true;
 }
 
 void MainWindow::OnUnkept(const DocumentError& error) {
   const QString text = TextOf(error);
-  Say(text, std::string_view(error.key) != "IDS_WB_DOC_PROTECTED");
+  const bool shielded = std::string_view(error.key) == "IDS_WB_DOC_PROTECTED";
+  Say({text, shielded ? Severity::Warning : Severity::Failure});
   statusBar()->showMessage(text, kWarningTime);
   const QStringList needsUser{"IDS_WB_DOC_NO_RECOVERY", "IDS_WB_DOC_GONE", "IDS_WB_DOC_CHANGED",
                               // Another place may have room.
@@ -305,7 +437,7 @@ void MainWindow::OfferRecovery(bool keepFree) {
   for (const RecoverableDocument& document : DocumentKeeper::FindRecoverable(RecoveryFolder())) {
     const QString path = NameFromBytes(document.path);
     if (document.fault.key != nullptr) {
-      Say(path + ": " + TextOf(document.fault), true);
+      Say({path + ": " + TextOf(document.fault), Severity::Failure, path});
       AskToRepair(path, document.fault, keepFree);
       continue;
     }
@@ -318,7 +450,8 @@ void MainWindow::OfferRecovery(bool keepFree) {
         }
         break;
       case DocumentQuestions::Recovery::Discard:
-        if (!DocumentKeeper::Discard(document.path)) Say(TextOf({"IDS_WB_DOC_BUSY", document.path}), true);
+        if (!DocumentKeeper::Discard(document.path))
+          Say({TextOf({"IDS_WB_DOC_BUSY", document.path}), Severity::Failure});
         break;
       case DocumentQuestions::Recovery::Later:
         break;
@@ -330,7 +463,7 @@ bool MainWindow::Recover(const QString& path) {
   DocumentError error{"IDS_WB_RECOVER_NOT_EMPTY", NameToBytes(path)};
   if (!IsFresh() || !m_keeper->Recover(NameToBytes(path), error)) {
     ++m_failedDocuments;
-    Say(path + ": " + TextOf(error), true);
+    Say({path + ": " + TextOf(error), Severity::Failure, path});
     AskToRepair(path, error);
     return false;
   }

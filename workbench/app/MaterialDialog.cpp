@@ -1,78 +1,74 @@
 #include "workbench/app/MaterialDialog.h"
 
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QEvent>
-#include <QFormLayout>
-#include <QLabel>
+#include <QFile>
 #include <QLineEdit>
 #include <QLocale>
-#include <QPushButton>
+#include <QSignalBlocker>
 #include <algorithm>
 #include <utility>
 
+#include "host/Act.h"
 #include "host/CQDColorGenerator.h"
-#include "host/CTransaction.h"
+#include "host/CQDUnitCtrl.h"
 #include "platform/qt/QtConvert.h"
+#include "platform/text/Characters.h"
+#include "workbench/app/ListedNames.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
-#include "workbench/model/Values.h"
 
 namespace qd::workbench {
 
 namespace {
 
-// Steel in millimetres, tonnes and seconds.
+// Steel in the usual units: millimetres, tonnes and seconds.
 constexpr double kYoung = 210000;
 constexpr double kPoisson = 0.3;
 constexpr double kDensity = 7.85e-9;
 
 }  // namespace
 
-MaterialDialog::MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent)
-    : QDialog(parent),
+MaterialDialog::MaterialDialog(WorkDocument& doc, iterator material, std::vector<iterator> parts, QWidget* parent)
+    : DialogFrame("IDS_WB_MATERIALS", "materials", parent),
       m_doc(doc),
+      m_chosen(material),
       m_parts(doc, {.reach = Reach::All, .given = std::move(parts)}, [this] { ShowParts(); }),
-      m_named(new QLabel),
+      m_named(AddWorkLine("parts")),
       m_list(new QComboBox),
-      m_name(new QLineEdit),
-      m_fault(new QLabel) {
-  SetTitle(*this, "IDS_WB_MATERIALS");
-  setAttribute(Qt::WA_DeleteOnClose);
-  setObjectName("materials");
+      m_library(new QComboBox),
+      m_name(new QLineEdit) {
   m_name->setObjectName("name");
-  m_fault->setObjectName("fault");
-  m_fault->setWordWrap(true);
-  auto* layout = new QFormLayout(this);
-  m_named->setObjectName("parts");
-  m_named->setWordWrap(true);
-  layout->addRow(m_named);
-  layout->addRow(NewLabel("IDS_WB_MATERIAL"), m_list);
-  layout->addRow(NewLabel("IDS_QD_WRT_PROP_NAME"), m_name);
-  m_young = AddNumbers(*layout, "IDS_WB_MATERIAL_YOUNG", {kYoung}, {Quantity::Stress, NumberLimits::Positive()});
-  m_poisson = AddNumbers(*layout, "IDS_WB_MATERIAL_POISSON", {kPoisson},
+  m_library->setObjectName("library");
+  QFile library(":/materials/materials.txt");
+  std::vector<std::string> faults;  // none: a test reads the file
+  if (library.open(QIODevice::ReadOnly)) {
+    m_common = ReadMaterials(library.readAll().toStdString(), UnitSystems().front(), faults);
+  }
+  AddChoice(*m_library, "IDS_WB_LIBRARY_CHOOSE");
+  for (const CommonMaterial& common : m_common) AddChoice(*m_library, common.nameKey);
+  connect(m_library, &QComboBox::activated, this, &MaterialDialog::FillIn);
+  AddField("IDS_WB_MATERIAL", m_list);
+  AddField("IDS_WB_FROM_LIBRARY", m_library);
+  AddField("IDS_QD_WRT_PROP_NAME", m_name);
+  m_young = AddNumbers("IDS_WB_MATERIAL_YOUNG", {kYoung}, {Quantity::Stress, NumberLimits::Positive()});
+  m_poisson = AddNumbers("IDS_WB_MATERIAL_POISSON", {kPoisson},
                          {Quantity::Plain, {.least = -1, .greatest = 0.5, .aboveLeast = true}});
-  m_density =
-      AddNumbers(*layout, "IDS_WB_MATERIAL_DENSITY", {kDensity}, {Quantity::Density, NumberLimits::NotNegative()});
-  layout->addRow(m_fault);
-  auto* buttons = new QDialogButtonBox;
-  QPushButton* apply = buttons->addButton(QString(), QDialogButtonBox::ApplyRole);
-  QPushButton* close = buttons->addButton(QString(), QDialogButtonBox::RejectRole);
-  SetText(*apply, "IDS_WB_APPLY");
-  SetText(*close, "IDS_WB_CLOSE");
-  apply->setObjectName("apply");
-  connect(apply, &QPushButton::clicked, this, &MaterialDialog::Apply);
-  connect(close, &QPushButton::clicked, this, &QDialog::close);
-  layout->addRow(buttons);
-  connect(m_list, &QComboBox::activated, this, &MaterialDialog::ShowChosen);
+  m_density = AddNumbers("IDS_WB_MATERIAL_DENSITY", {kDensity}, {Quantity::Density, NumberLimits::NotNegative()});
+  AddAct("IDS_WB_APPLY", "apply", [this] { Apply(); });
+  Finish();
+  connect(m_list, &QComboBox::currentIndexChanged, this, [this] {
+    m_chosen = m_list->currentData().value<iterator>();
+    ShowChosen();
+  });
   m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
-  ListMaterials(0);
+  ListMaterials();
   ShowChosen();
   ShowParts();
 }
 
 void MaterialDialog::changeEvent(QEvent* event) {
-  QDialog::changeEvent(event);
+  DialogFrame::changeEvent(event);
   if (event->type() == QEvent::LanguageChange) ShowParts();  // numbers are written otherwise
 }
 
@@ -82,46 +78,69 @@ void MaterialDialog::ShowParts() {
           {QLocale().toString(static_cast<qulonglong>(m_parts.Count())), ToQt(m_parts.Names())});
 }
 
-/// What was entered for a material that is still as it was stays.
+/// What was entered stays, unless it was about a material that is another one now.
 void MaterialDialog::FollowRecords(const CQDUpdateRecord& record) {
   if (!Concerns(record, kDataMaterial)) return;
-  const iterator chosen = Chosen();
-  ListMaterials(chosen);
+  ListMaterials();
   const bool other = std::any_of(record.changes.begin(), record.changes.end(),
-                                 [chosen](const tagTRNotify& change) { return change.itr == chosen; });
+                                 [this](const tagTRNotify& change) { return change.itr == m_chosen; });
+  if (IsGone()) return Block("IDS_WB_MATERIAL_GONE");
   if (other) ShowChosen();
 }
 
-iterator MaterialDialog::Chosen() const {
-  return m_list->currentData().value<iterator>();
+bool MaterialDialog::IsGone() const {
+  return m_chosen != 0 && m_doc.GetDatabase().GetDataType(m_chosen) == 0;
 }
 
-void MaterialDialog::ListMaterials(iterator chosen) {
+/// A chosen one that is gone is none; another one was not chosen.
+void MaterialDialog::ListMaterials() {
+  const QSignalBlocker quiet(m_list);
   m_list->clear();
   AddChoice(*m_list, "IDS_WB_MATERIAL_NEW");
   m_list->setItemData(0, QVariant::fromValue(iterator{0}));
-  for (const IAppDB::Material& material : m_doc.GetDatabase().ListMaterials()) {
-    m_list->addItem(ToQt(material.label), QVariant::fromValue(material.itr));
-    if (material.itr == chosen) m_list->setCurrentIndex(m_list->count() - 1);
-  }
+  const std::vector<IAppDB::Material> materials = m_doc.GetDatabase().ListMaterials();
+  std::vector<ListedName> names;
+  names.reserve(materials.size());
+  for (const IAppDB::Material& material : materials)
+    names.push_back({ToQt(material.label), NumberOf(material.itr)});
+  TellApart(names);
+  for (std::size_t i = 0; i < names.size(); ++i)
+    m_list->addItem(names[i].name, QVariant::fromValue(materials[i].itr));
+  m_list->setCurrentIndex(m_list->findData(QVariant::fromValue(m_chosen)));
 }
 
 void MaterialDialog::ShowChosen() {
-  tagTMaterial record;
-  record.youngsModulus = kYoung;
-  record.poissonsRatio = kPoisson;
-  record.density = kDensity;
-  if (const tagTMaterial* known = m_doc.GetDatabase().GetMaterialPool().GetAtNU(Chosen())) record = *known;
-  m_name->setText(ToQt(record.name));
-  m_young->SetValue(record.youngsModulus);
-  m_poisson->SetValue(record.poissonsRatio);
-  m_density->SetValue(record.density);
-  ClearText(*m_fault);
+  TellNothing();
+  Block(nullptr);
+  if (const tagTMaterial* known = m_doc.GetDatabase().GetMaterialPool().GetAtNU(m_chosen)) {
+    m_name->setText(ToQt(known->name));
+    m_young->SetValue(known->youngsModulus);
+    m_poisson->SetValue(known->poissonsRatio);
+    m_density->SetValue(known->density);
+    return;
+  }
+  const UnitSystem& units = FindUnitSystem(CQDUnitCtrl::GetUnitSystemLength());
+  m_name->clear();
+  m_young->Propose(Converted(kYoung, Quantity::Stress, UnitSystems().front(), units));
+  m_poisson->Propose(kPoisson);
+  m_density->Propose(Converted(kDensity, Quantity::Density, UnitSystems().front(), units));
+}
+
+void MaterialDialog::FillIn(int place) {
+  if (place <= 0) return;
+  const CommonMaterial& common = m_common[static_cast<std::size_t>(place - 1)];
+  const UnitSystem& units = FindUnitSystem(CQDUnitCtrl::GetUnitSystemLength());
+  m_young->Propose(Converted(common.youngsModulus, Quantity::Stress, UnitSystems().front(), units));
+  m_poisson->Propose(common.poissonsRatio);
+  m_density->Propose(Converted(common.density, Quantity::Density, UnitSystems().front(), units));
+  if (m_name->text().trimmed().isEmpty()) m_name->setText(Text(common.nameKey));
+  m_library->setCurrentIndex(0);  // the values are the material's own from now on
 }
 
 void MaterialDialog::Apply() {
   Database& database = m_doc.GetDatabase();
-  iterator material = Chosen();
+  if (IsGone()) return Block("IDS_WB_MATERIAL_GONE");
+  iterator material = m_chosen;
   tagTMaterial record;
   if (const tagTMaterial* known = database.GetMaterialPool().GetAtNU(material)) {
     record = *known;
@@ -130,37 +149,38 @@ void MaterialDialog::Apply() {
     CQDColorGenerator colours;
     for (std::size_t i = 0; i <= database.GetMaterialPool().Count(); ++i) record.colour = colours.GetNextColor();
   }
-  ClearText(*m_fault);
-  if (!CheckNumbers(*this)) return;
+  if (!CheckFields()) return;
   record.name = CutName(FromQt(m_name->text().trimmed()));
-  if (IsBlank(record.name)) return SetText(*m_fault, "IDS_QD_DB_NAME_EMPTY");
+  if (IsBlank(record.name)) return TellFault(*m_name, "IDS_QD_DB_NAME_EMPTY");
   record.youngsModulus = m_young->Value();
   record.poissonsRatio = m_poisson->Value();
   record.density = m_density->Value();
+  const HeardWarnings heard;
   if (Store(material, record)) {
-    ListMaterials(material);
-    return ShowChosen();
+    m_chosen = material;
+    ListMaterials();
+    ShowChosen();
+    return Tell("IDS_WB_CORD_STORED", {ToQt(record.name)});
   }
-  // Why the document does not take it is told by the document.
-  SetText(*m_fault, "IDS_WB_NOT_STORED", {ToQt(record.name)});
+  if (!heard.Last().isEmpty()) return TellText(heard.Last());
+  Tell("IDS_WB_NOT_STORED", {ToQt(record.name)});
 }
 
 bool MaterialDialog::Store(iterator& material, const tagTMaterial& record) {
   Database& database = m_doc.GetDatabase();
-  CTransaction transaction(&database);
-  if (transaction.Begin(FromQt(Text("IDS_WB_TRANS_MATERIAL"))) == 0) return false;
-  if (material == 0) {
-    material = database.GetMaterialPool().Add(record);
-    if (material == 0) return false;
-  } else if (database.GetMaterialPool().Change(material, record) == 0) {
-    return false;
-  }
-  for (const iterator part : m_parts.Records()) {
-    tagTGeom changed = *database.GetGeomPool().GetAtNU(part);
-    changed.material = material;
-    if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return false;
-  }
-  return transaction.Commit(1) != 0;
+  return RunAct(&database, "IDS_WB_TRANS_MATERIAL", [&] {
+           if (material != 0) {
+             if (database.GetMaterialPool().Change(material, record) == 0) return 0;
+           } else if ((material = database.GetMaterialPool().Add(record)) == 0) {
+             return 0;
+           }
+           for (const iterator part : m_parts.Records()) {
+             tagTGeom changed = *database.GetGeomPool().GetAtNU(part);
+             changed.material = material;
+             if (database.GetGeomPool().Change(part, std::move(changed)) == 0) return 0;
+           }
+           return 1;
+         }) != 0;
 }
 
 }  // namespace qd::workbench

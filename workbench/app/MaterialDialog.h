@@ -1,22 +1,21 @@
 #pragma once
 
-#include <QDialog>
 #include <vector>
 
-#include "workbench/app/NumberField.h"
+#include "workbench/app/DialogFrame.h"
 #include "workbench/session/FollowedWork.h"
+#include "workbench/text/MaterialLibrary.h"
 
 class QComboBox;
 class QLineEdit;
-class QLabel;
 
 namespace qd::workbench {
 
 /// Makes and edits isotropic materials and applies them to parts.
-class MaterialDialog final : public QDialog {
+class MaterialDialog final : public DialogFrame {
  public:
-  /// Works on these parts until something else is selected, then on what is.
-  MaterialDialog(WorkDocument& doc, std::vector<iterator> parts, QWidget* parent);
+  /// Edits a material, 0 for a new one. Works on these parts until something else is selected, then on what is.
+  MaterialDialog(WorkDocument& doc, iterator material, std::vector<iterator> parts, QWidget* parent);
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -24,24 +23,29 @@ class MaterialDialog final : public QDialog {
  private:
   void ShowParts();
   void FollowRecords(const CQDUpdateRecord& record);
-  void ListMaterials(iterator chosen);
+  void ListMaterials();
   void ShowChosen();
+  /// Fills in the values of a common material.
+  void FillIn(int place);
+  /// Whether the chosen material stands no more; then nothing can be applied.
+  bool IsGone() const;
   /// Stores what is entered and applies it to the parts, as one act; what was not taken stays as it was entered.
   void Apply();
   /// `material` is 0 for a new one, and is then filled in.
   bool Store(iterator& material, const tagTMaterial& record);
-  iterator Chosen() const;
 
   WorkDocument& m_doc;
+  iterator m_chosen;
   FollowedWork m_parts;
   Subscription m_onRecords;
-  QLabel* m_named;  // all are owned by this dialog
+  ToldLabel* m_named;  // all are owned by this dialog
   QComboBox* m_list;
+  QComboBox* m_library;
+  std::vector<CommonMaterial> m_common;  // in the usual units
   QLineEdit* m_name;
   NumberRow* m_young;
   NumberRow* m_poisson;
   NumberRow* m_density;
-  QLabel* m_fault;
 };
 
 }  // namespace qd::workbench

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <QDialog>
 #include <functional>
 #include <memory>
 #include <vector>
 
-#include "workbench/app/NumberField.h"
+#include "workbench/app/DialogFrame.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/model/MeshActs.h"
 #include "workbench/session/FollowedWork.h"
 
 class QComboBox;
-class QFormLayout;
 class QLabel;
 class QLineEdit;
 
@@ -19,7 +17,7 @@ namespace qd::workbench {
 
 /// A modeless dialog that works on nodes, elements and mesh sets. Each press of its button is one undoable act; it
 /// stays open, so that a step can be repeated.
-class MeshDialog final : public QDialog, public IQDCurrentDialog {
+class MeshDialog final : public DialogFrame, public IQDCurrentDialog {
  public:
   MeshDialog(WorkDocument& doc, const char* titleKey, QWidget* parent);
   ~MeshDialog() override;
@@ -28,13 +26,13 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   void Update(int reserved) override;
 
   // What there is to enter, from top to bottom; the fields belong to the dialog.
+  /// The set that the dialog is about; when it is gone there is nothing to do.
+  void SetOwn(iterator mset) { m_own = mset; }
   /// `without` is a set that is not offered, 0 for none.
   QComboBox* AddSetField(const char* key, bool withDefault, iterator without = 0);
   QComboBox* AddTypeField();
   QLineEdit* AddTextField(const char* key, const char* hintKey);
-  NumberRow* AddNumbers(const char* key, const std::vector<double>& values, const NumberKind& kind) {
-    return workbench::AddNumbers(*m_layout, key, values, kind);
-  }
+  using DialogFrame::AddNumbers;
   /// Acts are done to the mesh sets that are selected, or to all: a line names them, and without any there is
   /// nothing to do.
   void AddSetsInView();
@@ -42,11 +40,11 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
   /// A line that is made anew with every update.
   void AddInfo(std::function<void(QLabel&)> info);
   /// A button that runs an act, when all numbers are good; what came of it is shown below. `doneKey` gets the
-  /// number of the result.
-  void AddAct(const char* key, const char* name, const char* doneKey,
-              std::function<ActResult(const CString&)> act);
+  /// number of the result. `text` is the field that is wrong when numbers in it are, null for none.
+  void AddMeshAct(const char* key, const char* name, const char* doneKey,
+                  std::function<ActResult(const CString&)> act, QLineEdit* text = nullptr);
   /// Closes the list of fields.
-  void Finish();
+  void FinishFields();
 
  protected:
   void changeEvent(QEvent* event) override;
@@ -57,17 +55,21 @@ class MeshDialog final : public QDialog, public IQDCurrentDialog {
     QComboBox* box;
     bool withDefault;
     iterator without;
+    iterator chosen = 0;     // perhaps gone
+    bool hasChosen = false;  // there was one to choose
   };
+  void ListSets(SetField& field);
   void ShowSetsInView();
-  bool HasWork() const { return m_worked == nullptr || m_worked->Count() != 0; }
+  /// Says why there is nothing to do, if so; then nothing can be applied.
+  void ShowWork();
+  /// The key of why, null when there is something.
+  const char* Hindrance() const;
 
   WorkDocument& m_doc;
-  QFormLayout* m_layout;
-  QLabel* m_outcome;
+  iterator m_own = 0;
   std::vector<SetField> m_sets;
   std::vector<std::pair<QLabel*, std::function<void(QLabel&)>>> m_infos;
-  std::vector<QWidget*> m_buttons;
-  QLabel* m_named = nullptr;               // where acts are done to sets
+  ToldLabel* m_named = nullptr;            // where acts are done to sets
   std::unique_ptr<FollowedWork> m_worked;  // likewise
   Subscription m_onRecords;
 };

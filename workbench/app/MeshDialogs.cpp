@@ -4,13 +4,17 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QRegularExpression>
 #include <cmath>
 #include <map>
+#include <memory>
 #include <numbers>
+#include <utility>
 
 #include "platform/qt/QtConvert.h"
 #include "qd_wrt/core/CommandNumbers.h"
 #include "workbench/app/MeshDialog.h"
+#include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
 
 namespace qd::workbench {
@@ -21,7 +25,7 @@ MeshDialog* MakeNodeDialog(WorkDocument& doc, QWidget* parent) {
   auto* dialog = new MeshDialog(doc, "IDS_MENU_WRT_MESH_ADD_NODE", parent);
   const NumberRow* at = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
   const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", true);
-  dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_NODE_MADE", [&doc, at, set](const CString& title) {
+  dialog->AddMeshAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_NODE_MADE", [&doc, at, set](const CString& title) {
     return AddNode(doc.GetDatabase(), ChosenSet(*set), at->Point(), title);
   });
   return dialog;
@@ -30,31 +34,40 @@ MeshDialog* MakeNodeDialog(WorkDocument& doc, QWidget* parent) {
 MeshDialog* MakeElementDialog(WorkDocument& doc, QWidget* parent) {
   auto* dialog = new MeshDialog(doc, "IDS_MENU_WRT_MESH_ADD_ELEM", parent);
   const QComboBox* type = dialog->AddTypeField();
-  const QLineEdit* nodes = dialog->AddTextField("IDS_QD_WRT_MESH_NODE_COUNT", "IDS_WB_MESH_NODES_HINT");
+  QLineEdit* nodes = dialog->AddTextField("IDS_QD_WRT_MESH_NODE_COUNT", "IDS_WB_MESH_NODES_HINT");
   const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", true);
-  dialog->AddAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_ELEMENT_MADE",
-                 [&doc, type, nodes, set](const CString& title) -> ActResult {
-                   std::vector<std::uint64_t> numbers;
-                   for (const QString& field : nodes->text().split(',')) {
-                     bool good = false;
-                     numbers.push_back(field.trimmed().toULongLong(&good));
-                     if (!good) return {0, "IDS_WB_MESH_BAD_NUMBERS", nodes->text().toStdString()};
-                   }
-                   return AddElement(doc.GetDatabase(), ChosenSet(*set), type->currentData().toInt(), numbers,
-                                     title);
-                 });
+  // Nodes that are picked one after another in the view are those of the element.
+  const auto follows = std::make_shared<Subscription>(doc.GetPicks().Subscribe([nodes](const Picks& picks) {
+    QStringList numbers;
+    for (const Picked& one : picks.OfKind(PickFilter::Nodes)) numbers << QString::number(one.number);
+    if (!numbers.isEmpty()) nodes->setText(numbers.join(", "));
+  }));
+  dialog->AddMeshAct(
+      "IDS_WB_APPLY", "apply", "IDS_WB_MESH_ELEMENT_MADE",
+      [&doc, type, nodes, set, follows](const CString& title) -> ActResult {
+        std::vector<std::uint64_t> numbers;
+        static const QRegularExpression kBetween("[,\\s]+");
+        for (const QString& field : nodes->text().trimmed().split(kBetween)) {
+          bool good = false;
+          numbers.push_back(field.toULongLong(&good));
+          if (!good) return {0, "IDS_WB_MESH_BAD_NUMBERS", nodes->text().toStdString()};
+        }
+        return AddElement(doc.GetDatabase(), ChosenSet(*set), type->currentData().toInt(), numbers, title);
+      },
+      nodes);
   return dialog;
 }
 
 MeshDialog* MakeIncludeExcludeDialog(WorkDocument& doc, iterator mset, QWidget* parent) {
   auto* dialog = new MeshDialog(doc, "IDS_QD_WRT_MESH_INCLUDE_EXCLUDE", parent);
+  dialog->SetOwn(mset);
   dialog->AddInfo([&doc, mset](QLabel& label) {
-    const tagTMset* set = doc.GetDatabase().GetMsetPool().GetAtNU(mset);
-    const CString name = set != nullptr ? set->name : CString();
-    const auto elements = static_cast<qulonglong>(set != nullptr ? set->elementCount : 0);
-    SetText(label, "IDS_WB_MESH_CONTENTS", {ToQt(name), QLocale().toString(elements)});
+    if (doc.GetDatabase().GetDataType(mset) != kDataMset) return ClearText(label);
+    const tagTMset& set = *doc.GetDatabase().GetMsetPool().GetAtNU(mset);
+    const auto elements = static_cast<qulonglong>(set.elementCount);
+    SetText(label, "IDS_WB_MESH_CONTENTS", {ToQt(set.name), QLocale().toString(elements)});
   });
-  const QLineEdit* elements = dialog->AddTextField("IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_WB_MESH_RUNS_HINT");
+  QLineEdit* elements = dialog->AddTextField("IDS_QD_WRT_MESH_ELEM_COUNT", "IDS_WB_MESH_RUNS_HINT");
   const QComboBox* other = dialog->AddSetField("IDS_WB_MESH_OTHER_SET", false, mset);
   const auto move = [&doc, elements](iterator target, iterator from, const CString& title) -> ActResult {
     NumberRuns runs;
@@ -62,10 +75,49 @@ MeshDialog* MakeIncludeExcludeDialog(WorkDocument& doc, iterator mset, QWidget* 
     if (!ParseRuns(text, runs)) return {0, "IDS_WB_MESH_BAD_NUMBERS", text};
     return MoveElements(doc.GetDatabase(), runs, target, from, title);
   };
-  dialog->AddAct("IDS_WB_INCLUDE", "include", "IDS_WB_MESH_MOVED",
-                 [move, mset](const CString& title) { return move(mset, 0, title); });
-  dialog->AddAct("IDS_WB_EXCLUDE", "exclude", "IDS_WB_MESH_MOVED",
-                 [move, mset, other](const CString& title) { return move(ChosenSet(*other), mset, title); });
+  dialog->AddMeshAct(
+      "IDS_WB_INCLUDE", "include", "IDS_WB_MESH_MOVED",
+      [move, mset](const CString& title) { return move(mset, 0, title); }, elements);
+  dialog->AddMeshAct(
+      "IDS_WB_EXCLUDE", "exclude", "IDS_WB_MESH_MOVED",
+      [move, mset, other](const CString& title) { return move(ChosenSet(*other), mset, title); }, elements);
+  return dialog;
+}
+
+/// What clicks have picked, as it is when a button is pressed.
+NumberRuns PickedElements(const WorkDocument& doc, iterator& owner) {
+  std::vector<std::uint64_t> numbers;
+  for (const Picked& one : doc.GetPicks().OfKind(PickFilter::Elements)) {
+    if (numbers.empty()) owner = one.owner;
+    numbers.push_back(one.number);
+  }
+  return RunsOf(std::move(numbers));
+}
+
+MeshDialog* MakePickedDialog(WorkDocument& doc, QWidget* parent) {
+  auto* dialog = new MeshDialog(doc, "IDS_WB_PICKED_INTO_SET", parent);
+  dialog->AddInfo([&doc](QLabel& label) {
+    const auto count = static_cast<qulonglong>(doc.GetPicks().OfKind(PickFilter::Elements).size());
+    SetText(label, "IDS_WB_PICKED_COUNT", {QLocale().toString(count)});
+  });
+  const auto follows =
+      std::make_shared<Subscription>(doc.GetPicks().Subscribe([dialog](const Picks&) { dialog->Update(0); }));
+  const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", false);
+  dialog->AddMeshAct(
+      "IDS_WB_PICKED_MOVE", "into", "IDS_WB_MESH_MOVED", [&doc, set, follows](const CString& title) {
+        iterator owner = 0;
+        return MoveElements(doc.GetDatabase(), PickedElements(doc, owner), ChosenSet(*set), 0, title);
+      });
+  const QLineEdit* name = dialog->AddTextField("IDS_WB_PICKED_NEW_NAME", "IDS_WB_PICKED_NEW_HINT");
+  dialog->AddMeshAct("IDS_WB_PICKED_MOVE_NEW", "intoNew", "IDS_WB_MESH_MOVED",
+                     [&doc, name](const CString& title) -> ActResult {
+                       iterator owner = 0;
+                       const NumberRuns elements = PickedElements(doc, owner);
+                       if (elements.empty()) return {0, "IDS_WB_MESH_NO_ELEMENTS"};
+                       const QString text = name->text().trimmed();
+                       const CString called = FromQt(text.isEmpty() ? Text("IDS_WB_PICKED_SET") : text);
+                       return MoveElementsToNew(doc.GetDatabase(), elements, owner, called, title);
+                     });
   return dialog;
 }
 
@@ -124,7 +176,7 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
   auto* dialog = new MeshDialog(doc, title->second, parent);
   dialog->AddSetsInView();
   const auto act = [dialog](std::function<ActResult(const std::vector<iterator>&, const CString&)> work) {
-    dialog->AddAct(
+    dialog->AddMeshAct(
         "IDS_WB_APPLY", "apply", "IDS_WB_MESH_CHANGED",
         [dialog, work = std::move(work)](const CString& text) { return work(dialog->SetsInView(), text); });
   };
@@ -179,8 +231,9 @@ MeshDialog* MakeMeshDialog(WorkDocument& doc, const CString& dialogClass, iterat
   if (dialogClass == L"CQDMeshNodeDlg") dialog = MakeNodeDialog(doc, parent);
   if (dialogClass == L"CQDMeshElemDlg") dialog = MakeElementDialog(doc, parent);
   if (dialogClass == L"CQDMeshIncludeExcludeDlg") dialog = MakeIncludeExcludeDialog(doc, mset, parent);
+  if (dialogClass == L"CQDMeshPickedDlg") dialog = MakePickedDialog(doc, parent);
   if (dialogClass == L"CQDMeshTransformDlg") dialog = MakeTransformDialog(doc, command, parent);
-  if (dialog != nullptr) dialog->Finish();
+  if (dialog != nullptr) dialog->FinishFields();
   return dialog;
 }
 

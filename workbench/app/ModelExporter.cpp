@@ -15,7 +15,7 @@ namespace qd::workbench {
 
 void ModelExporter::Start(const QString& path, ExportScope scope) {
   if (IsRunning()) {
-    emit Said(Text("IDS_WB_EXPORT_FAILED", {path, Text("IDS_WB_OPERATION_BUSY")}), true);
+    emit Said({Text("IDS_WB_EXPORT_FAILED", {path, Text("IDS_WB_OPERATION_BUSY")}), Severity::Failure});
     return;
   }
   auto model = std::make_shared<const ExportModel>(CollectScope(m_doc, scope));
@@ -49,7 +49,8 @@ void ModelExporter::Start(const QString& path, ExportScope scope) {
     watch.waitsLonger = [&] { return wishes->waitLonger.exchange(false); };
     const auto error = WriteExport(file, *model, program, watch, report);
     toWindow([error, path, report](ModelExporter& exporter) {
-      exporter.End(error ? QStringList{TextOf(path, *error)} : TextOf(path, report), error && !error->key.empty());
+      exporter.End(path, error ? QStringList{TextOf(path, *error)} : TextOf(path, report),
+                   error && !error->key.empty());
     });
   });
 }
@@ -62,10 +63,10 @@ void ModelExporter::WaitLonger() {
   if (m_wishes != nullptr) m_wishes->waitLonger = true;
 }
 
-void ModelExporter::End(const QStringList& lines, bool failure) {
+void ModelExporter::End(const QString& path, const QStringList& lines, bool failure) {
   m_wishes.reset();
   if (failure) ++m_failed;
-  for (const QString& line : lines) emit Said(line, failure);
+  for (const QString& line : lines) emit Said({line, failure ? Severity::Failure : Severity::Note, path});
   emit Ended();
 }
 

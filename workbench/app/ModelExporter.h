@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "workbench/app/ExportScope.h"
+#include "workbench/app/Message.h"
 
 namespace qd::workbench {
 
@@ -32,7 +33,7 @@ class ModelExporter final : public QObject {
   /// What writes seems to be lost: WaitLonger or Cancel is wanted, until it gets on after all.
   void Stalled(const QString& reason);
   void Resumed();
-  void Said(const QString& text, bool failure);
+  void Said(const qd::workbench::Message& message);
   void Ended();
 
  private:
@@ -42,7 +43,7 @@ class ModelExporter final : public QObject {
     std::atomic<bool> waitLonger = false;
   };
 
-  void End(const QStringList& lines, bool failure);
+  void End(const QString& path, const QStringList& lines, bool failure);
 
   WorkDocument& m_doc;
   std::shared_ptr<Wishes> m_wishes;  // null while nothing is written

@@ -29,47 +29,48 @@ QString Shown(double value) {
   return QString::fromStdString(ShowNumber(value, DecimalSign()));
 }
 
-QString UnitOf(Quantity quantity) {
-  QString length = ToQt(CQDUnitCtrl::GetUnitSystemLength());
-  switch (quantity) {
-    case Quantity::Plain:
-      return {};
-    case Quantity::Length:
-      return length;
-    case Quantity::Area:
-      return length + "²";
-    case Quantity::Angle:
-      return "°";
-    case Quantity::Stress:
-      // The one that fits forces, lengths and masses, where it has a name.
-      return length == "mm" ? "MPa" : length == "m" ? "Pa" : QString();
-    case Quantity::Density:
-      return ToQt(CQDUnitCtrl::GetUnitSystemMass()) + "/" + length + "³";
-  }
-  return {};
+constexpr const char* kAxes[] = {"X", "Y", "Z"};
+
+const UnitSystem& Units() {
+  return FindUnitSystem(CQDUnitCtrl::GetUnitSystemLength());
 }
 
 }  // namespace
 
 // ---- field ----------------------------------------------------------------------------------------------
 
-NumberField::NumberField(double value, const NumberLimits& limits)
-    : m_limits(limits), m_value(value), m_decimalSign(DecimalSign()) {
+NumberField::NumberField(double value, const NumberLimits& limits, Quantity quantity)
+    : m_limits(limits), m_quantity(quantity), m_units(&Units()), m_value(value), m_decimalSign(DecimalSign()) {
   setText(Shown(value));
   setAlignment(Qt::AlignRight);
-  connect(this, &QLineEdit::textEdited, this, [this] { m_decimalSign = DecimalSign(); });
+  connect(this, &QLineEdit::textEdited, this, [this] {
+    m_decimalSign = DecimalSign();
+    m_ofModel = false;
+  });
   connect(this, &QLineEdit::editingFinished, this, [this] {
-    if (isModified() && Reading().IsGood()) SetValue(Value());
+    if (isModified() && Reading().IsGood()) Show(Value());
   });
 }
 
-void NumberField::SetValue(double value) {
+void NumberField::Show(double value) {
   m_value = value;
-  setText(Shown(value));
+  // What is selected in a text that stays stays selected.
+  if (text() != Shown(value)) setText(Shown(value));
+  setModified(false);
+}
+
+void NumberField::SetValue(double value) {
+  m_ofModel = true;
+  Show(value);
+}
+
+void NumberField::Propose(double value) {
+  m_ofModel = false;
+  Show(value);
 }
 
 NumberReading NumberField::Reading() const {
-  return ReadNumber(text().trimmed().toStdString(), m_decimalSign, m_limits);
+  return ReadQuantity(text().trimmed().toStdString(), m_decimalSign, m_quantity, *m_units, m_limits);
 }
 
 double NumberField::Value() const {
@@ -81,7 +82,17 @@ void NumberField::ShowInLanguage() {
   const NumberReading reading = Reading();
   if (!reading.IsGood()) return;
   m_decimalSign = DecimalSign();
-  SetValue(reading.value);
+  Show(reading.value);
+}
+
+void NumberField::Convert(const UnitSystem& to) {
+  const UnitSystem& from = *m_units;
+  const bool stays = m_ofModel || &from == &to || !Reading().IsGood();
+  if (!stays && (!m_origin || m_origin->shown != text())) m_origin = Origin{Value(), &from, {}};
+  m_units = &to;
+  if (stays) return;
+  Show(Converted(m_origin->value, m_quantity, *m_origin->system, to));
+  m_origin->shown = text();
 }
 
 void NumberField::Mark(bool faulty) {
@@ -120,23 +131,27 @@ void NumberField::mouseReleaseEvent(QMouseEvent* event) {
 // ---- row ------------------------------------------------------------------------------------------------
 
 NumberRow::NumberRow(const char* key, const std::vector<double>& values, const NumberKind& kind)
-    : m_key(key), m_kind(kind), m_unit(new QLabel), m_fault(new QLabel) {
+    : m_key(key),
+      m_kind(kind),
+      m_units(&Units()),
+      m_row(new QHBoxLayout),
+      m_unit(new QLabel),
+      m_fault(new ToldLabel) {
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(0, 0, 0, 0);
-  auto* row = new QHBoxLayout;
   for (const double value : values) {
-    auto* field = new NumberField(value, kind.limits);
-    row->addWidget(field);
+    auto* field = new NumberField(value, kind.limits, kind.quantity);
+    if (values.size() > 1) m_row->addWidget(new QLabel(kAxes[m_fields.size()]));
+    m_row->addWidget(field);
     m_fields.push_back(field);
     connect(field, &QLineEdit::textEdited, this, &NumberRow::OnEdited);
     connect(field, &QLineEdit::editingFinished, this, &NumberRow::OnFinished);
   }
   setFocusProxy(m_fields.front());
   m_fault->setObjectName("fault");
-  m_fault->setWordWrap(true);
   m_fault->hide();
-  row->addWidget(m_unit);
-  layout->addLayout(row);
+  m_row->addWidget(m_unit);
+  layout->addLayout(m_row);
   layout->addWidget(m_fault);
   ShowInLanguage();
 }
@@ -155,6 +170,11 @@ void NumberRow::SetValue(double value) {
   OnEdited();
 }
 
+void NumberRow::Propose(double value) {
+  m_fields.front()->Propose(value);
+  OnEdited();
+}
+
 NumberField* NumberRow::Check() {
   NumberField* bad = nullptr;
   for (NumberField* field : m_fields) {
@@ -169,13 +189,15 @@ NumberField* NumberRow::Check() {
     if (fault == NumberFault::NotAboveLeast || fault == NumberFault::BelowLeast) {
       arguments = {Shown(bad->Limits().least)};
     }
-    SetText(*m_fault, KeyOf(fault), arguments);
+    const QString unit = ToQt(UnitOf(m_kind.quantity, *m_units));
+    const bool mayHaveUnit = fault == NumberFault::NotANumber && !unit.isEmpty();
+    SetText(*m_fault, mayHaveUnit ? "IDS_WB_NUMBER_UNIT" : KeyOf(fault),
+            mayHaveUnit ? QStringList{bad->text(), unit} : arguments);
   } else if (m_kind.notNull && std::all_of(m_fields.begin(), m_fields.end(),
                                            [](const NumberField* field) { return field->Value() == 0; })) {
     SetText(*m_fault, "IDS_WB_NUMBER_NULL");
     bad = m_fields.front();
   }
-  FitFault();
   m_fault->setVisible(bad != nullptr);
   // Who does not see the line below the field hears of it.
   for (NumberField* field : m_fields)
@@ -183,14 +205,12 @@ NumberField* NumberRow::Check() {
   return bad;
 }
 
-/// A window does not grow for lines of text by itself.
-void NumberRow::FitFault() {
-  m_fault->setMinimumHeight(std::max(0, m_fault->heightForWidth(width())));
-}
-
-void NumberRow::resizeEvent(QResizeEvent* event) {
-  QWidget::resizeEvent(event);
-  FitFault();
+void NumberRow::TellFault(const char* key) {
+  SetText(*m_fault, key);
+  m_fault->show();
+  for (NumberField* field : m_fields) field->setAccessibleDescription(m_fault->text());
+  m_fields.front()->setFocus(Qt::OtherFocusReason);
+  m_fields.front()->selectAll();
 }
 
 /// Whoever goes on to another number of the line has not said yet what it is to be; so has who looks at another
@@ -212,12 +232,13 @@ void NumberRow::changeEvent(QEvent* event) {
 }
 
 void NumberRow::ShowInLanguage() {
-  constexpr const char* kAxes[] = {" X", " Y", " Z"};
+  m_units = &Units();
   for (std::size_t i = 0; i < m_fields.size(); ++i) {
     m_fields[i]->ShowInLanguage();
-    m_fields[i]->setAccessibleName(Text(m_key) + (m_fields.size() > 1 ? kAxes[i] : ""));
+    m_fields[i]->Convert(*m_units);
+    m_fields[i]->setAccessibleName(Text(m_key) + (m_fields.size() > 1 ? QString(" ") + kAxes[i] : QString()));
   }
-  m_unit->setText(UnitOf(m_kind.quantity));
+  m_unit->setText(QString::fromStdWString(UnitOf(m_kind.quantity, *m_units)));
   m_unit->setVisible(!m_unit->text().isEmpty());
   OnEdited();
 }
@@ -227,7 +248,7 @@ void NumberRow::ShowInLanguage() {
 NumberRow* AddNumbers(QFormLayout& layout, const char* key, const std::vector<double>& values,
                       const NumberKind& kind) {
   auto* row = new NumberRow(key, values, kind);
-  QLabel* label = NewLabel(key);
+  QLabel* label = NewFieldLabel(key);
   label->setBuddy(row);
   layout.addRow(label, row);
   return row;

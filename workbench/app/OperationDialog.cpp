@@ -2,19 +2,18 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDialogButtonBox>
 #include <QEvent>
-#include <QFormLayout>
 #include <QLabel>
 #include <QLocale>
-#include <QPushButton>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <limits>
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
+#include "workbench/app/ListedNames.h"
 #include "workbench/app/Translated.h"
+#include "workbench/mesh/ElementSize.h"
 
 namespace qd::workbench {
 
@@ -52,54 +51,57 @@ FollowedWork::What WorkOf(const OperationForm& form, OperationParts parts) {
 
 OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, const OperationForm& form,
                                  OperationParts parts, QWidget* parent)
-    : QDialog(parent),
+    : DialogFrame(form.titleKey, "operation", parent),
       m_doc(doc),
       m_runner(runner),
       m_form(form),
       m_parts(doc, WorkOf(form, std::move(parts)), [this] { ShowParts(); }),
-      m_named(new QLabel) {
-  SetTitle(*this, form.titleKey);
-  setAttribute(Qt::WA_DeleteOnClose);
-  setObjectName("operation");
-  auto* layout = new QFormLayout(this);
-  m_named->setObjectName("parts");
-  m_named->setWordWrap(true);
-  layout->addRow(m_named);
-  if (form.pointKey != nullptr) m_point = AddNumbers(*layout, form.pointKey, {0, 0, 0}, NumberKinds::kPoint);
-  if (form.vectorKey != nullptr) m_vector = AddNumbers(*layout, form.vectorKey, form.vector, form.vectorKind);
-  if (form.amountKey != nullptr) m_amount = AddNumbers(*layout, form.amountKey, {form.amount}, form.amountKind);
+      m_named(AddWorkLine("parts")) {
+  if (form.pointKey != nullptr) m_point = AddNumbers(form.pointKey, {0, 0, 0}, NumberKinds::kPoint);
+  if (form.vectorKey != nullptr) m_vector = AddNumbers(form.vectorKey, form.vector, form.vectorKind);
+  if (form.amountKey != nullptr) m_amount = AddNumbers(form.amountKey, {form.amount}, form.amountKind);
+  if (form.amountOfModel) m_amount->SetValue(form.amount);
   if (form.target) {
     m_target = new QComboBox;
     m_target->setObjectName("target");
-    connect(m_target, &QComboBox::currentIndexChanged, this, &OperationDialog::TakeTarget);
-    layout->addRow(NewLabel("IDS_WB_TARGET"), m_target);
+    connect(m_target, &QComboBox::currentIndexChanged, this, [this] {
+      m_chosen = Target();
+      TakeTarget();
+    });
+    AddField("IDS_WB_TARGET", m_target);
   }
   if (form.alignment) {
     m_alignment = new QComboBox;
     m_alignment->setObjectName("alignment");
-    for (const char* key : {"IDS_WB_ATTACH_CENTRE", "IDS_WB_ATTACH_ON_TOP", "IDS_WB_ATTACH_MINIMUM"}) {
+    for (const char* key :
+         {"IDS_WB_ATTACH_CENTRE", "IDS_WB_ATTACH_ON_TOP", "IDS_WB_ATTACH_MINIMUM", "IDS_WB_ATTACH_WAY"}) {
       AddChoice(*m_alignment, key);
     }
-    layout->addRow(NewLabel("IDS_WB_ATTACH_MODE"), m_alignment);
+    AddField("IDS_WB_ATTACH_MODE", m_alignment);
+    m_way = AddNumbers("IDS_WB_VECTOR", {0, 0, 0},
+                       {Quantity::Length, NumberKinds::kPlace, false, NumberKind::Picked::Way});
+    const auto follow = [this] { ShowField(*m_way, m_alignment->currentIndex() == kByWay); };
+    connect(m_alignment, &QComboBox::currentIndexChanged, this, follow);
+    follow();
   }
   if (form.kind == ShapeOperationKind::Mesh) {
     m_secondOrder = new QCheckBox;
     SetText(*m_secondOrder, "IDS_HWB_MESH_HIGH_ORDER");
     m_secondOrder->setObjectName("second");
     m_secondOrder->setChecked(form.secondOrder);
-    layout->addRow(m_secondOrder);
+    AddWide(m_secondOrder);
   }
-  auto* buttons = new QDialogButtonBox;
-  m_apply = buttons->addButton(QString(), QDialogButtonBox::ApplyRole);
-  SetText(*m_apply, "IDS_WB_APPLY");
-  m_apply->setObjectName("apply");
-  connect(m_apply, &QPushButton::clicked, this, &OperationDialog::Apply);
-  QPushButton* close = buttons->addButton(QString(), QDialogButtonBox::RejectRole);
-  SetText(*close, "IDS_WB_CLOSE");
-  connect(close, &QPushButton::clicked, this, &QDialog::close);
+  AddAct("IDS_WB_APPLY", "apply", [this] { Apply(); });
+  Finish();
+  OfferPicks(doc);
   connect(&runner, &OperationRunner::Started, this, &OperationDialog::ShowParts);
-  connect(&runner, &OperationRunner::Ended, this, &OperationDialog::ShowParts);
-  layout->addRow(buttons);
+  connect(&runner, &OperationRunner::Ended, this, [this] {
+    m_mine = false;
+    ShowParts();
+  });
+  connect(&runner, &OperationRunner::Said, this, [this](const Message& message) {
+    if (m_mine) TellText(message.text);
+  });
   if (m_target != nullptr) {
     m_onRecords = doc.OnRecords([this](const CQDUpdateRecord& record) {
       if (Concerns(record, kDataGeom)) ListTargets();
@@ -109,7 +111,7 @@ OperationDialog::OperationDialog(WorkDocument& doc, OperationRunner& runner, con
 }
 
 void OperationDialog::changeEvent(QEvent* event) {
-  QDialog::changeEvent(event);
+  DialogFrame::changeEvent(event);
   if (event->type() == QEvent::LanguageChange) ShowParts();  // numbers are written otherwise
 }
 
@@ -121,20 +123,33 @@ iterator OperationDialog::Target() const {
 /// one that is not selected.
 void OperationDialog::ListTargets() {
   if (m_target != nullptr) {
-    constexpr int kMostListed = 10'000;  // a list longer than that helps nobody
+    constexpr std::size_t kMostListed = 10'000;  // a list longer than that helps nobody
     const QSignalBlocker quiet(m_target);
-    const bool first = m_target->count() == 0;
-    const iterator chosen = Target();
+    const bool first = !m_hasChosen;
     const GeomPool& pool = m_doc.GetDatabase().GetGeomPool();
     int wanted = -1;
     m_target->clear();
+    std::vector<ListedName> names;
+    std::vector<iterator> parts;
     for (const iterator part : pool.GetItrList()) {
-      if (m_target->count() == kMostListed) break;
-      if (first ? wanted < 0 && !m_parts.Contains(part) : part == chosen) wanted = m_target->count();
-      m_target->addItem(ToQt(pool.GetAtNU(part)->name), QVariant::fromValue(part));
+      if (names.size() == kMostListed) break;
+      names.push_back({ToQt(pool.GetAtNU(part)->name), static_cast<std::uint64_t>(pool.GetAtNU(part)->id)});
+      parts.push_back(part);
     }
-    // A target that is gone is none; another one was not chosen.
-    m_target->setCurrentIndex(wanted < 0 && first && m_target->count() > 0 ? m_target->count() - 1 : wanted);
+    TellApart(names);
+    for (std::size_t i = 0; i < parts.size(); ++i) {
+      if (first ? wanted < 0 && !m_parts.Contains(parts[i]) : parts[i] == m_chosen) wanted = m_target->count();
+      m_target->addItem(names[i].name, QVariant::fromValue(parts[i]));
+    }
+    if (wanted < 0 && first) wanted = m_target->count() - 1;
+    if (wanted < 0 && m_doc.GetDatabase().GetDataType(m_chosen) == kDataGeom) {  // behind those that are listed
+      wanted = m_target->count();
+      m_target->addItem(ToQt(pool.GetAtNU(m_chosen)->name), QVariant::fromValue(m_chosen));
+    }
+    // A target that is gone is none; another one was not chosen, not even when all were gone for a while.
+    m_target->setCurrentIndex(wanted);
+    if (first) m_chosen = Target();
+    m_hasChosen = m_hasChosen || m_target->count() != 0;
   }
   TakeTarget();
 }
@@ -144,16 +159,35 @@ void OperationDialog::TakeTarget() {
   ShowParts();
 }
 
+void OperationDialog::OfferSize() {
+  constexpr std::size_t kMostParts = 1000;  // that are looked at
+  if (m_form.kind != ShapeOperationKind::Mesh || m_form.amountOfModel) return;
+  if (m_offered != 0 && (m_amount->IsTyped() || m_amount->Value() != m_offered)) return;
+  std::vector<const PartShape*> shapes;
+  for (const iterator part : m_parts.First(kMostParts)) {
+    const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(part);
+    if (record != nullptr && record->shape != nullptr) shapes.push_back(record->shape.get());
+  }
+  const double size = OfferedSize(shapes, m_form.dimension);
+  if (size <= 0) return;
+  m_amount->SetValue(size);
+  m_offered = m_amount->Value();
+}
+
 void OperationDialog::ShowParts() {
-  const char* none = m_form.solidsOnly ? "IDS_WB_NO_SOLIDS" : "IDS_WB_NO_PARTS";
+  OfferSize();
+  const bool noTarget = m_target != nullptr && m_target->count() != 0 && Target() == 0;
+  const char* none = noTarget ? "IDS_WB_TARGET_GONE" : m_form.solidsOnly ? "IDS_WB_NO_SOLIDS" : "IDS_WB_NO_PARTS";
   const char* some = m_parts.IsAll() ? "IDS_WB_ALL_SHOWN" : "IDS_WB_PARTS";
-  SetText(*m_named, m_parts.Count() == 0 ? none : some,
+  SetText(*m_named, noTarget || m_parts.Count() == 0 ? none : some,
           {QLocale().toString(static_cast<qulonglong>(m_parts.Count())), ToQt(m_parts.Names())});
-  m_apply->setEnabled(!m_runner.IsRunning() && m_parts.Count() != 0 && (m_target == nullptr || Target() != 0));
+  if (noTarget || m_parts.Count() == 0) return Block(none, true);
+  if (m_runner.IsRunning()) return Block("IDS_WB_BUSY", m_mine);
+  Block(m_target != nullptr && Target() == 0 ? "IDS_WB_NO_TARGET" : nullptr);
 }
 
 std::array<double, 3> OperationDialog::AlignmentWay() const {
-  enum Alignment { kCentres, kOnTop, kLeastCorners };
+  if (m_alignment->currentIndex() == kByWay) return m_way->Point();
   const Box moved = BoxOf(m_doc, m_parts.Records());
   const Box target = BoxOf(m_doc, {Target()});
   std::array<double, 3> way{};
@@ -167,7 +201,7 @@ std::array<double, 3> OperationDialog::AlignmentWay() const {
 }
 
 void OperationDialog::Apply() {
-  if (!m_apply->isEnabled() || !CheckNumbers(*this)) return;
+  if (IsBlocked() || !CheckFields()) return;
   ShapeOperation operation;
   operation.kind = m_form.kind;
   operation.dimension = m_form.dimension;
@@ -185,7 +219,9 @@ void OperationDialog::Apply() {
     const tagTGeom* target = m_doc.GetDatabase().GetGeomPool().GetAtNU(Target());
     if (target != nullptr && target->shape != nullptr) operation.target = target->shape->brep;
   }
-  m_runner.Start(std::move(operation), m_parts.Records(), windowTitle());
+  m_mine = true;
+  if (!m_runner.Start(std::move(operation), m_parts.Records(), windowTitle())) m_mine = false;
+  ShowParts();
 }
 
 }  // namespace qd::workbench

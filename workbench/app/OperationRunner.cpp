@@ -1,29 +1,23 @@
 #include "workbench/app/OperationRunner.h"
 
 #include <QLocale>
+#include <array>
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MessageTables.h"
-#include "workbench/text/Utf8.h"
+#include "workbench/mesh/MeshChecks.h"
 
 namespace qd::workbench {
 
 bool OperationRunner::Start(ShapeOperation operation, const std::vector<iterator>& parts, const QString& title) {
   if (IsRunning()) {
-    emit Said(Text("IDS_WB_OPERATION_FAILED", {title, Text("IDS_WB_OPERATION_BUSY")}), true);
+    emit Said({Text("IDS_WB_OPERATION_FAILED", {title, Text("IDS_WB_OPERATION_BUSY")}), Severity::Failure});
     return false;
   }
-  m_parts.clear();
-  for (const iterator part : parts) {
-    if (m_doc.GetDatabase().GetDataType(part) != kDataGeom) continue;
-    const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(part);
-    if (record->shape == nullptr) continue;
-    m_parts.push_back({part, record->shape});
-    operation.operands.push_back({ToUtf8(record->name), record->shape->brep, record->kind});
-  }
+  m_parts = AddOperands(m_doc.GetDatabase(), parts, operation);
   if (m_parts.empty()) {
-    emit Said(Text("IDS_WB_OPERATION_FAILED", {title, Text("IDS_WB_NO_PARTS")}), true);
+    emit Said({Text("IDS_WB_OPERATION_FAILED", {title, Text("IDS_WB_NO_PARTS")}), Severity::Failure});
     return false;
   }
   m_title = title;
@@ -54,28 +48,69 @@ void OperationRunner::Cancel() {
 }
 
 void OperationRunner::Apply(ImportedModel& model) {
-  Database& database = m_doc.GetDatabase();
-  const CString title = FromQt(m_title);
   const bool meshes = m_operation.kind == ShapeOperationKind::Mesh;
-  int done = 0;
-  if (meshes) {
-    done = AddMeshes(database, m_parts, std::move(model), m_operation, title);
-  } else if (m_operation.kind == ShapeOperationKind::Project) {
-    done = AddParts(database, m_parts, std::move(model), title);
-  } else {
-    done = ReplaceShapes(database, m_parts, std::move(model), title);
-  }
+  emit Applying(m_operation, m_parts);
+  const int done = ApplyOperation(m_doc.GetDatabase(), m_parts, std::move(model), m_operation, FromQt(m_title));
   if (done == 0)
     return End(Text("IDS_WB_OPERATION_FAILED", {m_title, Text("IDS_WB_OPERATION_GONE")}), true, false);
-  End(Text(meshes ? "IDS_WB_OPERATION_MESHED" : "IDS_WB_OPERATION_DONE",
-           {m_title, QLocale().toString(static_cast<qulonglong>(m_parts.size()))}),
-      false, true);
+  const QString count = QLocale().toString(static_cast<qulonglong>(m_parts.size()));
+  if (meshes) TellMesh();
+  if (!meshes) emit Said({Text("IDS_WB_OPERATION_DONE", {m_title, count}), Severity::Note, {}, Parts()});
+  Close(true);
+}
+
+/// How many nodes and elements came of the parts, and, when that has been worked out, how good they are.
+void OperationRunner::TellMesh() {
+  const MsetPool& pool = m_doc.GetDatabase().GetMsetPool();
+  std::vector<MeshPtr> meshes;
+  std::vector<iterator> sets;
+  std::uint64_t nodes = 0;
+  std::uint64_t elements = 0;
+  for (const WorkedPart& part : m_parts) {
+    const iterator made = pool.GetItrByGeomItr(part.itr);
+    const tagTMset* set = pool.GetAtNU(made);
+    if (set == nullptr) continue;
+    sets.push_back(made);
+    meshes.push_back(set->mesh);
+    nodes += set->nodeCount;
+    elements += set->elementCount;
+  }
+  const auto counted = [](std::uint64_t count) { return QLocale().toString(static_cast<qulonglong>(count)); };
+  emit Said(
+      {Text("IDS_WB_OPERATION_MESHED", {m_title, counted(m_parts.size()), counted(nodes), counted(elements)}),
+       Severity::Note,
+       {},
+       sets});
+  m_quality.Start([this, meshes, sets, title = m_title](const ProgressCall& progress) -> WorkBeside::Finish {
+    const auto look = [&](QualityMeasure measure) {
+      const CheckRequest request{MeshCheck::Quality, measure, RuleOf(measure).limit, 0};
+      return CheckMeshes(meshes, {}, request, progress);
+    };
+    const CheckResult jacobian = look(QualityMeasure::ScaledJacobian);
+    const CheckResult aspect = look(QualityMeasure::AspectRatio);
+    if (!jacobian.done || !aspect.done || jacobian.looked == 0) return [] {};
+    return [this, title, sets, values = std::array{jacobian.worst, jacobian.mean, aspect.worst, aspect.mean}] {
+      QStringList texts{title};
+      for (const double value : values) texts << QLocale().toString(value, 'g', 3);
+      emit Said({Text("IDS_WB_MESH_QUALITY", texts), Severity::Note, {}, sets});
+    };
+  });
+}
+
+std::vector<iterator> OperationRunner::Parts() const {
+  std::vector<iterator> parts;
+  for (const WorkedPart& part : m_parts) parts.push_back(part.itr);
+  return parts;
 }
 
 void OperationRunner::End(const QString& text, bool failure, bool done) {
+  emit Said({text, failure ? Severity::Failure : Severity::Note, {}, Parts()});
+  Close(done);
+}
+
+void OperationRunner::Close(bool done) {
   m_job.release()->deleteLater();  // it is in the middle of its last signal
   m_parts.clear();
-  emit Said(text, failure);
   emit Ended(done);
 }
 

@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "workbench/app/ExchangeJob.h"
+#include "workbench/app/Message.h"
+#include "workbench/app/WorkBeside.h"
 #include "workbench/display/WorkDocument.h"
 #include "workbench/exchange/store/ApplyResults.h"
 
@@ -26,24 +28,31 @@ class OperationRunner final : public QObject {
   void WaitLonger();
 
  signals:
+  /// The results of work on parts are stored next, as an act.
+  void Applying(const qd::workbench::ShapeOperation& operation,
+                const std::vector<qd::workbench::WorkedPart>& parts);
   void Started(const QString& title);
   /// 0 to 1000.
   void Progress(int thousandths);
   /// What runs seems to be lost: WaitLonger or Cancel is wanted, until it gets on after all.
   void Stalled(const QString& reason);
   void Resumed();
-  void Said(const QString& text, bool failure);
+  void Said(const qd::workbench::Message& message);
   void Ended(bool done);
 
  private:
   void Apply(ImportedModel& model);
+  void TellMesh();
+  std::vector<iterator> Parts() const;
   void End(const QString& text, bool failure, bool done);
+  void Close(bool done);
 
   WorkDocument& m_doc;
   std::unique_ptr<ExchangeJob> m_job;
   std::vector<WorkedPart> m_parts;
   ShapeOperation m_operation;  // without its operands
   QString m_title;
+  WorkBeside m_quality;  // of new meshes
 };
 
 }  // namespace qd::workbench

@@ -57,12 +57,13 @@ void OtherWindows::Start(const QStringList& documents) {
   connect(process, &QProcess::finished, process, &QObject::deleteLater);
   connect(process, &QProcess::finished, this, [this, documents](int code, QProcess::ExitStatus status) {
     if (code == 0 && status == QProcess::NormalExit) return;
-    emit Said((documents.isEmpty() ? QString() : documents.first() + ": ") + Text("IDS_WB_NEW_WINDOW_DIED"), true);
+    emit Said({(documents.isEmpty() ? QString() : documents.first() + ": ") + Text("IDS_WB_NEW_WINDOW_DIED"),
+               Severity::Failure});
   });
   connect(process, &QProcess::errorOccurred, this, [this, process](QProcess::ProcessError error) {
     if (error != QProcess::FailedToStart) return;
     process->deleteLater();
-    emit Said(Text("IDS_WB_NEW_WINDOW_FAILED"), true);
+    emit Said({Text("IDS_WB_NEW_WINDOW_FAILED"), Severity::Failure});
   });
   process->setProcessChannelMode(QProcess::ForwardedChannels);
   process->setStandardInputFile(QProcess::nullDevice());

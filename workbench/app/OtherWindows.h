@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QStringList>
 
+#include "workbench/app/Message.h"
 #include "workbench/app/MessageTables.h"
 
 namespace qd::workbench {
@@ -19,7 +20,7 @@ class OtherWindows final : public QObject {
   void Start(const QStringList& documents);
 
  signals:
-  void Said(const QString& text, bool failure);
+  void Said(const qd::workbench::Message& message);
 
  private:
   const MessageTables& m_messages;

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QStackedWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -17,6 +18,15 @@
 #include "workbench/app/Translated.h"
 
 namespace qd::workbench {
+
+namespace {
+
+/// The whole button, without the shine of its style.
+void ShowColour(QPushButton& button, const QColor& colour) {
+  button.setStyleSheet(QString("background-color: %1; border: 1px solid palette(mid)").arg(colour.name()));
+}
+
+}  // namespace
 
 PropertyPane::PropertyPane(QWidget* parent)
     : QDockWidget(parent),
@@ -49,7 +59,10 @@ PropertyPane::PropertyPane(QWidget* parent)
   connect(m_grid, &QTreeWidget::itemClicked, this, &PropertyPane::Calculate);
   connect(m_grid, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* item) {
     if (const auto row = m_rowOf.find(item); row != m_rowOf.end()) row->second->collapsed = false;
+    m_folds[PathOf(item)] = false;
   });
+  connect(m_grid, &QTreeWidget::itemCollapsed, this,
+          [this](QTreeWidgetItem* item) { m_folds[PathOf(item)] = true; });
   m_stack->addWidget(page);
   setWidget(m_stack);
   Refresh();
@@ -101,6 +114,7 @@ void PropertyPane::Schedule() {
 
 void PropertyPane::ShowNow() {
   if (!std::exchange(m_waiting, false)) return;
+  const int scrolled = m_grid->verticalScrollBar()->value();
   // Editors lose the focus while they go, and their rows are about to go too.
   for (QLineEdit* edit : m_grid->findChildren<QLineEdit*>()) edit->blockSignals(true);
   m_grid->clear();
@@ -109,8 +123,12 @@ void PropertyPane::ShowNow() {
   m_documentPage = m_page == nullptr && m_makeDocumentPage ? m_makeDocumentPage() : nullptr;
   if (m_documentPage != nullptr) Watch(*m_documentPage);
   m_stack->setCurrentIndex(Page() == nullptr ? 0 : 1);
-  if (Page() == nullptr) return;
+  if (Page() == nullptr) {
+    if (m_emptyKey) SetText(*m_empty, m_emptyKey());
+    return;
+  }
   Page()->ShowProperty();
+  m_grid->verticalScrollBar()->setValue(scrolled);
   m_apply->setVisible(Page()->HasApplyButton());  // said after the rows were laid out
 }
 
@@ -136,12 +154,24 @@ void PropertyPane::ShowRows() {
       m_grid->setItemWidget(item, 1, EditorFor(*row));
     }
   }
-  for (const auto& [row, item] : items) item->setExpanded(!row->collapsed);
+  const std::map<QString, bool> folds = m_folds;  // what is set here was chosen by nobody
+  for (const auto& [row, item] : items) {
+    const auto fold = folds.find(PathOf(item));
+    item->setExpanded(fold != folds.end() ? !fold->second : !row->collapsed);
+  }
+  m_folds = folds;
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     auto* edit = qobject_cast<QLineEdit*>(m_grid->itemWidget(items[Page()->GetRows()[i].get()], 1));
     if (edit != nullptr) edit->setText(m_entries[i].typed);
   }
   m_entries.clear();
+}
+
+/// The titles down to a row, by which it is found again on another page of the kind.
+QString PropertyPane::PathOf(const QTreeWidgetItem* item) {
+  QString path;
+  for (; item != nullptr; item = item->parent()) path = item->text(0) + '\n' + path;
+  return path;
 }
 
 void PropertyPane::Calculate(QTreeWidgetItem* item) {
@@ -171,13 +201,13 @@ QWidget* PropertyPane::EditorFor(CBCGPProp& row) {
     }
     case CBCGPProp::Kind::Colour: {
       auto* button = new QPushButton;
-      button->setStyleSheet(QString("background-color: %1").arg(ToQt(row.colour).name()));
+      ShowColour(*button, ToQt(row.colour));
       button->setAccessibleName(ToQt(row.name));
       connect(button, &QPushButton::clicked, this, [this, page, &row, button] {
         const QColor chosen = QColorDialog::getColor(ToQt(row.colour), this, Text("IDS_WB_PICK_COLOUR"));
         if (!chosen.isValid() || page != Page()) return;  // the page has changed meanwhile
         row.colour = FromQt(chosen);
-        button->setStyleSheet(QString("background-color: %1").arg(chosen.name()));
+        ShowColour(*button, chosen);
         Tell(row);
       });
       return button;

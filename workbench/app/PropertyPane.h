@@ -29,6 +29,8 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   void SetDocumentPage(std::function<std::unique_ptr<IPropertySet>()> make) {
     m_makeDocumentPage = std::move(make);
   }
+  /// Finds out what stands in place of a page where there is none: the key of a message.
+  void SetEmptyKey(std::function<const char*()> key) { m_emptyKey = std::move(key); }
   /// Shows the page in the language of now, with what was entered and not stored yet.
   void ChangeLanguage();
   IPropertySet* GetPropertySet() const override { return m_page.get(); }
@@ -44,6 +46,7 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   void Tell(CBCGPProp& row);
   void Calculate(QTreeWidgetItem* item);
   void KeepEntries();
+  static QString PathOf(const QTreeWidgetItem* item);
   void RestoreEntries();
 
   IPropertySet* Page() const { return m_page != nullptr ? m_page.get() : m_documentPage.get(); }
@@ -54,6 +57,8 @@ class PropertyPane final : public QDockWidget, public CPropertiesWnd {
   std::unique_ptr<IPropertySet> m_page;
   std::unique_ptr<IPropertySet> m_documentPage;  // on show while there is no other
   std::function<std::unique_ptr<IPropertySet>()> m_makeDocumentPage;
+  std::function<const char*()> m_emptyKey;
+  std::map<QString, bool> m_folds;                       // what somebody has opened or closed, by its titles
   std::vector<std::unique_ptr<IPropertySet>> m_retired;  // rows of theirs may still be on show
   QStackedWidget* m_stack;                               // these are owned by this widget
   QLabel* m_empty;

@@ -23,19 +23,26 @@ constexpr struct {
                    {"placeholderText", "qdHint", "qdHintArguments"}};
 enum Which { kText, kTitle, kHint };
 constexpr int kKeyRole = Qt::UserRole + 1;
+constexpr const char* kIsLabel = "qdLabel";
+
+QString Read(const QObject& object, const char* key, const QStringList& arguments) {
+  const QString text = Text(key, arguments);
+  return object.property(kIsLabel).toBool() ? Text("IDS_WB_LABEL", {text}) : text;
+}
 
 void Apply(QObject& object, Which which, const char* key, const QStringList& arguments) {
   const auto& property = kProperties[which];
   object.setProperty(property.key, QByteArray(key));
   object.setProperty(property.arguments, arguments);
-  object.setProperty(property.text, Text(key, arguments));
+  object.setProperty(property.text, Read(object, key, arguments));
 }
 
 void RetranslateOne(QObject& object) {
   for (const auto& property : kProperties) {
     const QByteArray key = object.property(property.key).toByteArray();
     if (key.isEmpty()) continue;
-    object.setProperty(property.text, Text(key.constData(), object.property(property.arguments).toStringList()));
+    const QStringList arguments = object.property(property.arguments).toStringList();
+    object.setProperty(property.text, Read(object, key.constData(), arguments));
   }
   auto* box = qobject_cast<QComboBox*>(&object);
   for (int i = 0; box != nullptr && i < box->count(); ++i) {
@@ -71,6 +78,13 @@ void AddChoice(QComboBox& box, const char* key) {
 QLabel* NewLabel(const char* key, const QStringList& arguments) {
   auto* label = new QLabel;
   SetText(*label, key, arguments);
+  return label;
+}
+
+QLabel* NewFieldLabel(const char* key) {
+  auto* label = new QLabel;
+  label->setProperty(kIsLabel, true);
+  SetText(*label, key);
   return label;
 }
 

@@ -24,6 +24,8 @@ void SetHint(QObject& field, const char* key);
 void AddChoice(QComboBox& box, const char* key);
 /// A label with a text; the caller owns it.
 QLabel* NewLabel(const char* key, const QStringList& arguments = {});
+/// A label of a field, with the colon that the language has; the caller owns it.
+QLabel* NewFieldLabel(const char* key);
 
 /// Reads the texts of a widget, its actions and all below it anew.
 void Retranslate(QWidget& root);

@@ -1,9 +1,12 @@
 #include "workbench/app/TreePane.h"
 
+#include <QApplication>
 #include <QJsonArray>
 #include <QSet>
+#include <QTimer>
 #include <algorithm>
 
+#include "platform/qt/QtConvert.h"
 #include "platform/qt/QtToolkit.h"
 #include "workbench/session/Session.h"
 
@@ -12,6 +15,30 @@ namespace qd::workbench {
 TreePane::TreePane(const QString& name, QWidget* parent) : QDockWidget(parent) {
   setObjectName(name);
   setFeatures(QDockWidget::DockWidgetMovable | QDockWidget::DockWidgetFloatable);
+  connect(this, &QDockWidget::visibilityChanged, this, &TreePane::OnSeen);
+}
+
+// A pane behind another one's tab counts as visible for the focus: keys would act in a tree that nobody sees.
+
+void TreePane::OnSeen(bool seen) {
+  const QWidget* focus = QApplication::focusWidget();
+  if (seen || focus == nullptr || !isAncestorOf(focus)) return;
+  QTimer::singleShot(0, this, [this] {
+    for (TreePane* pane : window()->findChildren<TreePane*>()) {
+      if (!pane->visibleRegion().isEmpty()) return pane->Bar().GetTreeCtrl().SetFocus();
+    }
+  });
+}
+
+bool TreePane::focusNextPrevChild(bool next) {
+  constexpr int kMostParts = 100;
+  for (int i = 0; i < kMostParts; ++i) {
+    if (!QDockWidget::focusNextPrevChild(next)) return false;
+    const QWidget* focus = QApplication::focusWidget();
+    while (focus != nullptr && qobject_cast<const QDockWidget*>(focus) == nullptr) focus = focus->parentWidget();
+    if (focus == nullptr || !focus->visibleRegion().isEmpty()) break;
+  }
+  return true;
 }
 
 TreePane::~TreePane() {
@@ -56,12 +83,27 @@ QJsonObject TreePane::ViewState() {
   QJsonArray open;
   if (const CQDTreeItem* root = tree.GetQDRootItem()) {
     root->ForEachBelow([&](const CQDTreeItem* node) {
-      if (tree.IsExpanded(node->GetTreeItemHandle())) open.append(KeyOf(*node));
+      if (tree.WasExpanded(node->GetTreeItemHandle())) open.append(KeyOf(*node));
     });
   }
   return {{"columns", QJsonArray::fromVariantList(ColumnWidths())},
           {"open", open},
-          {"top", static_cast<qint64>(tree.TopPosition())}};
+          {"top", static_cast<qint64>(tree.TopPositionBefore())}};
+}
+
+QJsonObject TreePane::FindState() {
+  const RowFinder& finder = m_bar.GetTreeCtrl().GetFinder();
+  return {{"query", ToQt(finder.GetQuery())}, {"filtered", finder.IsFiltering()}};
+}
+
+void TreePane::RestoreFindState(const QJsonObject& state) {
+  const CString query = FromQt(state["query"].toString());
+  if (query.empty()) return;
+  if (state["filtered"].toBool()) {
+    m_bar.SetFilter(query);
+  } else {
+    m_bar.SetFind(query);
+  }
 }
 
 void TreePane::RestoreViewState(const QJsonObject& state) {
@@ -74,6 +116,7 @@ void TreePane::RestoreViewState(const QJsonObject& state) {
     if (node->GetChildCount() != 0) node->Expand(open.contains(KeyOf(*node)) ? 1 : 0);
   });
   tree.ScrollTo(static_cast<std::size_t>(std::max<qint64>(state["top"].toInteger(), 0)));
+  RestoreFindState(state);  // documents of former versions have it here
 }
 
 }  // namespace qd::workbench

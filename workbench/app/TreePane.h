@@ -20,12 +20,20 @@ class TreePane final : public QDockWidget {
   /// The widths that the user gave to the columns, as numbers; empty when there are none.
   QVariantList ColumnWidths() const;
   void SetColumnWidths(const QVariantList& widths);
+  /// What is searched for.
+  QJsonObject FindState();
+  void RestoreFindState(const QJsonObject& state);
   /// Columns, open branches and the place on the screen, to be found again in another session: branches of records
   /// by record, others by where they stand.
   QJsonObject ViewState();
   void RestoreViewState(const QJsonObject& state);
 
+ protected:
+  bool focusNextPrevChild(bool next) override;
+
  private:
+  void OnSeen(bool seen);
+
   CWorksTreeBar m_bar;
 };
 

@@ -1,12 +1,14 @@
 // The workbench. CommandLine.cpp says how it is called.
 
 #include <QApplication>
+#include <QIcon>
 #include <QTimer>
 #include <algorithm>
 #include <chrono>
 #include <clocale>
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 
 #include "platform/Version.h"
 #include "platform/qt/QtToolkit.h"
@@ -14,6 +16,9 @@
 #include "workbench/app/FileName.h"
 #include "workbench/app/Headless.h"
 #include "workbench/app/MainWindow.h"
+#include "workbench/app/PictureFile.h"
+#include "workbench/app/ScriptRun.h"
+#include "workbench/app/VirtualDisplay.h"
 #include "workbench/exchange/watch/ExchangeLimits.h"
 #include "workbench/session/VariantNames.h"
 #include "workbench/view/ModelView.h"
@@ -31,13 +36,39 @@ int SayWrongUse(const std::string& fault) {
   return kUsageError;
 }
 
-/// Waits until everything is on screen, writes the picture and ends.
-void TakeScreenshotWhenDone(MainWindow& window, const QString& path) {
-  auto* timer = new QTimer(&window);  // owned by the window
-  QObject::connect(timer, &QTimer::timeout, &window, [&window, timer, path] {
+/// Shows the model as the picture wants it. False, with a message, when its query is wrong.
+bool Arrange(MainWindow& window, const CommandLine& line, const PictureWishes& wishes) {
+  if (!line.wishes.hide.empty() && !window.HideMatches(QString::fromStdString(line.wishes.hide))) return false;
+  Looking& looking = window.Document().GetLooking();
+  if (wishes.view) looking.LookFrom(*wishes.view);
+  const ViewBox shown = looking.Shown().value_or(ViewBox{});
+  for (const PictureWishes::Cut& cut : wishes.cuts) {
+    Vector3 through = (shown.least + shown.greatest) * 0.5;
+    if (cut.at) through.at(cut.axis) = *cut.at;
+    if (!window.Document().GetSections().HasAxis(cut.axis)) {
+      window.Document().GetSections().ToggleAxis(cut.axis, through);
+    }
+  }
+  return true;
+}
+
+/// Waits until everything is on screen, arranges it, waits for that too, writes the picture and ends.
+void TakeScreenshotWhenDone(MainWindow& window, const CommandLine& line) {
+  PictureWishes wishes;
+  ReadPictureWishes(line.wishes, wishes);  // which was tried when the line was read
+  auto* timer = new QTimer(&window);       // owned by the window
+  QObject::connect(timer, &QTimer::timeout, &window, [&window, timer, &line, wishes, arranged = false]() mutable {
     if (!window.IsUpToDate()) return;
+    if (!std::exchange(arranged, true)) {
+      if (Arrange(window, line, wishes)) return;
+      timer->stop();
+      return QCoreApplication::exit(kFailed);
+    }
     timer->stop();
-    const bool saved = window.grab().save(path);
+    const QString path = NameFromBytes(line.target);
+    const QImage picture =
+        wishes.size ? window.View().Render({wishes.size->width, wishes.size->height}) : window.grab().toImage();
+    const bool saved = WritePicture(picture, path);
     if (!saved) std::cerr << path.toStdString() << ": cannot be written" << std::endl;
     QCoreApplication::exit(!saved || window.FailedImports() + window.FailedDocuments() > 0 ? kFailed : 0);
   });
@@ -46,9 +77,11 @@ void TakeScreenshotWhenDone(MainWindow& window, const QString& path) {
 }
 
 int RunWindow(QApplication& app, const CommandLine& line, MessageTables& messages) {
+  QGuiApplication::setDesktopFileName("org.qdwrt.workbench");
+  QApplication::setWindowIcon(QIcon(":/org.qdwrt.workbench.svg"));
   QtToolkit toolkit;
   MainWindow window(messages);
-  const bool forPicture = !line.screenshot.empty();
+  const bool forPicture = line.mode == CommandLine::Mode::Screenshot;
   if (forPicture) window.AskNothing();
   if (!forPicture) window.RestoreLayout();
   window.show();
@@ -57,16 +90,15 @@ int RunWindow(QApplication& app, const CommandLine& line, MessageTables& message
     return MainWindow::IsRecoveryFile(NameFromBytes(file));
   });
   if (!forPicture && !recovers) window.OfferRecovery(!line.files.empty());
-  QStringList others;
-  for (const std::string& file : line.files) {
-    if (IsDocumentName(file)) {
-      window.OpenDocument(NameFromBytes(file));
-    } else {
-      others << NameFromBytes(file);
-    }
+  QStringList files;
+  for (const std::string& file : line.files) files << NameFromBytes(file);
+  window.OpenFiles(files);
+  if (forPicture) TakeScreenshotWhenDone(window, line);
+  if (!line.script.empty()) {
+    QStringList arguments;
+    for (const std::string& argument : line.arguments) arguments << NameFromBytes(argument);
+    window.RunScript(NameFromBytes(line.script), arguments);
   }
-  window.Import(others);
-  if (forPicture) TakeScreenshotWhenDone(window, NameFromBytes(line.screenshot));
   const int result = app.exec();
   if (!forPicture) window.SaveLayout();
   return result;
@@ -136,6 +168,14 @@ int main(int argc, char** argv) {
     case CommandLine::Mode::Version:
       std::cout << "workbench " QD_WRT_VERSION << std::endl;
       return std::cout ? 0 : kFailed;
+    case CommandLine::Mode::Script: {
+      const std::string fault = RunScript(line.target, line.arguments);  // which comes back with a fault only
+      std::cerr << "workbench: " << fault << std::endl;
+      return kFailed;
+    }
+    case CommandLine::Mode::Completion:
+      std::cout << ShellCompletion() << std::flush;
+      return std::cout ? 0 : kFailed;
     case CommandLine::Mode::Window:
       if (!HasDisplay()) {
         std::cerr << "workbench: there is no display to show a window on" << std::endl;
@@ -143,6 +183,16 @@ int main(int argc, char** argv) {
       }
       ModelView::SetDefaultFormat();
       return RunProgram<QApplication>(argc, argv, line);
+    case CommandLine::Mode::Screenshot: {
+      VirtualDisplay display;
+      std::string fault;
+      if (!HasDisplay() && !display.Start(fault)) {
+        std::cerr << "workbench: " << fault << std::endl;
+        return kFailed;
+      }
+      ModelView::SetDefaultFormat();
+      return RunProgram<QApplication>(argc, argv, line);
+    }
     default:
       return RunProgram<QCoreApplication>(argc, argv, line);
   }

@@ -37,6 +37,7 @@ class Display final : private CQDModelRange, private CQDPostManager, private ISe
   MeshDisplay& Meshes() { return m_meshes; }
   const MeshDisplay& Meshes() const { return m_meshes; }
   LabelDisplay& Labels() { return m_labels; }
+  const LabelDisplay& Labels() const { return m_labels; }
   BoxDisplay& Boxes() { return m_boxes; }
   const BoxDisplay& Boxes() const { return m_boxes; }
   // What only asks for the picture to be drawn again.

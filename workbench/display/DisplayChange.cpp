@@ -106,9 +106,9 @@ void DisplayChange::Restore(bool forward) {
     }
   });
   ForSteps(partColours, forward,
-           [&](const auto& step) { shownParts.SetAllColorModelType(forward ? step.after : step.before); });
+           [&](const auto& step) { shownParts.PutColours(forward ? step.after : step.before); });
   ForSteps(meshColours, forward,
-           [&](const auto& step) { meshes.SetMeshColorMode(forward ? step.after : step.before); });
+           [&](const auto& step) { meshes.PutColouring(forward ? step.after : step.before); });
   m_display.SetIsolation(forward ? isolationAfter : isolationBefore);
 }
 

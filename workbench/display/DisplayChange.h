@@ -57,7 +57,7 @@ class DisplayChange final : public IUndoableChange {
   std::vector<Box> boxes;
   std::vector<Look> looks;
   std::vector<Colours<int>> partColours;
-  std::vector<Colours<unsigned>> meshColours;
+  std::vector<Colours<MeshDisplay::Colouring>> meshColours;
   /// How many acts were committed before it began.
   std::uint64_t actsBefore;
   /// What is remembered of the time before an isolation, before and after this.

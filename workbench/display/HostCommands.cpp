@@ -1,9 +1,6 @@
 #include "workbench/display/HostCommands.h"
 
-#include <functional>
-
-#include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
+#include "host/Act.h"
 
 namespace qd::workbench {
 
@@ -13,15 +10,9 @@ constexpr const char* kModifyGeometry = "IDS_QD_TRANS_Modify_Geometry";
 constexpr const char* kAddSet = "IDS_QD_WRT_GEOMSET_NEW";
 constexpr const char* kModifySet = "IDS_QD_TRANS_Modify_GeomSet";
 
-int Act(Database& database, const char* titleKey, const std::function<int()>& writes) {
-  CTransaction transaction(&database);
-  if (transaction.Begin(CMSGFunction::GetValue(titleKey)) == 0 || writes() == 0) return 0;
-  return transaction.Commit(1);
-}
-
 int ApplyMaterial(Database& database, const std::vector<iterator>& parts, iterator material) {
   if (material != 0 && database.GetDataType(material) != kDataMaterial) return 0;
-  return Act(database, kModifyGeometry, [&] {
+  return RunAct(&database, kModifyGeometry, [&] {
     for (const iterator part : parts) {
       if (database.GetDataType(part) != kDataGeom) return 0;
       tagTGeom record = *database.GetGeomPool().GetAtNU(part);
@@ -43,7 +34,8 @@ int RunGeom(Database& database, const CQDCommandObj& command) {
   if (*action == L"ApplyGset") {
     const auto* gset = command.Get<iterator>(L"ItrGset");
     if (gset == nullptr || database.GetDataType(*gset) != kDataGset) return 0;
-    return Act(database, kModifyGeometry, [&] { return database.GetGeomPool().Private_ApplyGset(*parts, *gset); });
+    return RunAct(&database, kModifyGeometry,
+                  [&] { return database.GetGeomPool().Private_ApplyGset(*parts, *gset); });
   }
   return 0;
 }
@@ -56,7 +48,7 @@ int RunGeomSet(Database& database, const CQDCommandObj& command) {
   constexpr int kAdd = 0;
   constexpr int kModify = 1;
   if (*action == kAdd) {
-    return Act(database, kAddSet, [&] {
+    return RunAct(&database, kAddSet, [&] {
       for (const tagTGset& record : *data) {
         if (pool.Add(record) == 0) return 0;
       }
@@ -65,7 +57,7 @@ int RunGeomSet(Database& database, const CQDCommandObj& command) {
   }
   const auto* itrs = command.Get<std::vector<iterator>>(L"Itr");
   if (*action != kModify || itrs == nullptr || itrs->size() != data->size()) return 0;
-  return Act(database, kModifySet, [&] {
+  return RunAct(&database, kModifySet, [&] {
     for (std::size_t i = 0; i < itrs->size(); ++i) {
       if (pool.Change((*itrs)[i], (*data)[i]) == 0) return 0;
     }

@@ -1,5 +1,7 @@
 #include "workbench/display/LabelDisplay.h"
 
+#include <algorithm>
+
 #include "workbench/display/DisplayChange.h"
 
 namespace qd::workbench {
@@ -18,6 +20,14 @@ void LabelDisplay::Put(std::int32_t id, bool show) {
   }
   if (DisplayChange* change = m_log.Recorded()) change->labels.push_back({number, !show, show});
   m_log.Noted().labels.push_back(id);
+}
+
+std::vector<std::int32_t> LabelDisplay::Hidden() const {
+  std::vector<std::int32_t> hidden;
+  m_hidden.ForEach(
+      [&hidden](std::uint64_t id, std::uint64_t) { hidden.push_back(static_cast<std::int32_t>(id)); });
+  std::sort(hidden.begin(), hidden.end());
+  return hidden;
 }
 
 int LabelDisplay::GetShowHide(int kind, std::int32_t id) {

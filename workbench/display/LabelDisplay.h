@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "host/Display.h"
 #include "platform/FlatMap.h"
@@ -12,6 +13,9 @@ namespace qd::workbench {
 class LabelDisplay final : public CQDLabelManager, private CQDLabel {
  public:
   explicit LabelDisplay(DisplayLog& log) : m_log(log) {}
+
+  /// The numbers of the coordinate systems that are hidden, ascending.
+  std::vector<std::int32_t> Hidden() const;
 
   CQDLabel* GetLabel(int itemType) override { return itemType == kLabelCord ? this : nullptr; }
   int GetShowHide(int kind, std::int32_t id) override;

@@ -31,9 +31,15 @@ void MeshDisplay::ShowHideMset(const std::vector<iterator>& msets, int show) {
 }
 
 void MeshDisplay::SetMeshColorMode(unsigned mode) {
-  if (mode == m_colourMode) return;
-  if (DisplayChange* change = m_log.Recorded()) change->meshColours.push_back({m_colourMode, mode});
-  m_colourMode = mode;
+  Colouring colouring = m_colouring;
+  colouring.mode = mode;
+  PutColouring(colouring);
+}
+
+void MeshDisplay::PutColouring(const Colouring& colouring) {
+  if (colouring == m_colouring) return;
+  if (DisplayChange* change = m_log.Recorded()) change->meshColours.push_back({m_colouring, colouring});
+  m_colouring = colouring;
   m_log.Noted().colours = true;
 }
 

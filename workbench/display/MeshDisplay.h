@@ -7,6 +7,7 @@
 #include "host/Display.h"
 #include "platform/FlatMap.h"
 #include "workbench/display/DisplayLog.h"
+#include "workbench/mesh/MeshQuality.h"
 
 namespace qd::workbench {
 
@@ -28,6 +29,23 @@ class MeshDisplay final : public CQDMeshManager, public CMPUData {
     bool operator==(const LookTable&) const = default;
   };
 
+  /// What elements are coloured by, where their quality is what colours them: from one value to another, which are
+  /// found out unless they were typed.
+  struct Quality {
+    QualityMeasure measure = QualityMeasure::ScaledJacobian;
+    bool isTyped = false;
+    double least = 0;
+    double greatest = 1;
+    bool operator==(const Quality&) const = default;
+  };
+  /// What all meshes are coloured by.
+  struct Colouring {
+    static constexpr unsigned kByQuality = 5;
+    unsigned mode = 0;
+    Quality quality{};  ///< also while something else colours
+    bool operator==(const Colouring&) const = default;
+  };
+
   explicit MeshDisplay(DisplayLog& log) : m_log(log) {}
 
   /// The mesh sets that are hidden now, in no order.
@@ -36,7 +54,14 @@ class MeshDisplay final : public CQDMeshManager, public CMPUData {
   /// As the table keeps it: add-ons are those that differ from the ones of all.
   void PutLook(std::uint32_t key, const Look& look);
   void PutLooks(const LookTable& looks);
-  unsigned GetMeshColorMode() const { return m_colourMode; }
+  const LookTable& Looks() const { return m_looks; }
+  unsigned GetMeshColorMode() const { return m_colouring.mode; }
+  const Colouring& GetColouring() const { return m_colouring; }
+  void PutColouring(const Colouring& colouring);
+  /// The quality that colours, null where it does not.
+  const Quality* ColouringQuality() const {
+    return m_colouring.mode == Colouring::kByQuality ? &m_colouring.quality : nullptr;
+  }
 
   int IsMsetShown(iterator mset) const override { return m_hidden.Contains(mset) ? 0 : 1; }
   void ShowHideMset(iterator mset, int show) override;
@@ -65,7 +90,7 @@ class MeshDisplay final : public CQDMeshManager, public CMPUData {
   DisplayLog& m_log;
   FlatMap m_hidden;
   LookTable m_looks;
-  unsigned m_colourMode = 0;
+  Colouring m_colouring;
 };
 
 }  // namespace qd::workbench

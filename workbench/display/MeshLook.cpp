@@ -1,6 +1,7 @@
 #include "workbench/display/MeshLook.h"
 
 #include "host/CQDColorGenerator.h"
+#include "workbench/display/Highlight.h"
 
 namespace qd::workbench {
 
@@ -17,7 +18,6 @@ enum Mode : unsigned {
 };
 enum ColourMode : unsigned { kBySet, kByProperty, kByMaterial, kByElementType, kByTopSet };
 
-constexpr COLORREF kHighlight = Rgb(0xFF, 0x8C, 0x1A);
 constexpr COLORREF kNone = Rgb(0xA0, 0xA0, 0xA0);
 
 /// The same number always has the same colour, and neighbours are easy to tell apart.
@@ -93,9 +93,8 @@ MsetLook LookOf(const Database& database, const Display& display, const tagTMset
   look.addOns = wanted.addOns;
   look.colours.reserve(skin.pieces.size());
   for (const MeshSkin::Piece& piece : skin.pieces) {
-    look.colours.push_back(
-        selected ? kHighlight
-                 : ColourOf(database, record, display.Meshes().GetMeshColorMode(), piece.elementType));
+    const COLORREF colour = ColourOf(database, record, display.Meshes().GetMeshColorMode(), piece.elementType);
+    look.colours.push_back(selected ? HighlightOn(colour) : colour);
   }
   return look;
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <optional>
 #include <vector>
 
 #include "workbench/display/Display.h"
+#include "workbench/display/QualityColours.h"
 #include "workbench/mesh/MeshSkin.h"
 #include "workbench/model/Database.h"
 
@@ -16,6 +18,8 @@ struct MsetLook {
   std::vector<COLORREF> colours;  ///< one for each block of elements
   std::uint8_t opacity = 255;
   std::uint32_t addOns = 0;
+  std::optional<QualityColours>
+      quality;  ///< colours the faces by what the skin says, in place of the other colours
   bool operator==(const MsetLook&) const = default;
 };
 

@@ -34,6 +34,14 @@ std::vector<int> PartDisplay::Hidden() const {
   return hidden;
 }
 
+std::vector<std::pair<int, PartDisplay::Look>> PartDisplay::Looks() const {
+  std::vector<std::pair<int, Look>> looks;
+  for (std::size_t i = 0; i < m_items.size(); ++i) {
+    if (m_items[i].look != Look{}) looks.emplace_back(static_cast<int>(i), m_items[i].look);
+  }
+  return looks;
+}
+
 void PartDisplay::SetLook(int cadItem, const Look& look) {
   const Look before = GetLook(cadItem);
   if (look == before) return;
@@ -111,9 +119,13 @@ void PartDisplay::SetMeshMark(int cadItem, int present) {
 }
 
 void PartDisplay::SetAllColorModelType(int type) {
-  if (type == m_colourMode) return;
-  if (DisplayChange* change = m_log.Recorded()) change->partColours.push_back({m_colourMode, type});
-  m_colourMode = type;
+  PutColours((m_colours & ~kByMaterial) | (type & kByMaterial));
+}
+
+void PartDisplay::PutColours(int colours) {
+  if (colours == m_colours) return;
+  if (DisplayChange* change = m_log.Recorded()) change->partColours.push_back({m_colours, colours});
+  m_colours = colours;
   m_log.Noted().colours = true;
 }
 

@@ -28,6 +28,8 @@ class PartDisplay final : public CCADSession, public CRenderObjManager, public C
   bool IsMeshed(int cadItem) const;
   /// The CAD items that are hidden now, ascending.
   std::vector<int> Hidden() const;
+  /// Those that are not drawn as they were made, ascending.
+  std::vector<std::pair<int, Look>> Looks() const;
 
   CRenderObjManager& GetRenderObjects() override { return *this; }
   int GetShowHide(int cadItem) const override { return GetLook(cadItem).shown ? 1 : 0; }
@@ -43,7 +45,13 @@ class PartDisplay final : public CCADSession, public CRenderObjManager, public C
 
   void SetAllColorModelType(int type) override;
   /// 0: parts in their own colours, 1: in those of their materials.
-  int GetColorModelType() const { return m_colourMode; }
+  int GetColorModelType() const { return m_colours & kByMaterial; }
+  /// Whether parts fade whose own mesh is shown, so that the mesh is seen.
+  bool FadesMeshed() const { return (m_colours & kMeshedStay) == 0; }
+  void SetFadesMeshed(bool fades) { PutColours(fades ? m_colours & ~kMeshedStay : m_colours | kMeshedStay); }
+  /// Both as one number, 0 to 3, and back.
+  int Colours() const { return m_colours; }
+  void PutColours(int colours);
 
  private:
   struct Item {
@@ -52,6 +60,8 @@ class PartDisplay final : public CCADSession, public CRenderObjManager, public C
     bool shownBefore = true;   ///< the change of visibility `change`
     std::uint32_t change = 0;  ///< the last one that the item took part in
   };
+
+  enum ColourBits : int { kByMaterial = 1, kMeshedStay = 2 };
 
   const Item& At(int cadItem) const;
   Item& Need(int cadItem);
@@ -63,7 +73,7 @@ class PartDisplay final : public CCADSession, public CRenderObjManager, public C
   std::vector<int> m_changing;                   // items that the open change has touched
   std::uint32_t m_change = 0;                    // counts the changes
   int m_brackets = 0;
-  int m_colourMode = 0;
+  int m_colours = 0;
 };
 
 }  // namespace qd::workbench

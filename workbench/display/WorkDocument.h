@@ -5,7 +5,11 @@
 
 #include "host/CQDDocBase.h"
 #include "workbench/display/Display.h"
+#include "workbench/display/Looking.h"
+#include "workbench/display/MeasureMarks.h"
 #include "workbench/display/Notice.h"
+#include "workbench/display/Picks.h"
+#include "workbench/display/Sections.h"
 #include "workbench/display/Selection.h"
 #include "workbench/model/Database.h"
 
@@ -23,6 +27,16 @@ class WorkDocument : public CQDDocBase, private IDatabaseListener {
   const Database& GetDatabase() const { return m_database; }
   Display& GetDisplay() { return m_display; }
   const Display& GetDisplay() const { return m_display; }
+  Looking& GetLooking() { return m_looking; }
+  const Looking& GetLooking() const { return m_looking; }
+  Sections& GetSections() { return m_sections; }
+  const Sections& GetSections() const { return m_sections; }
+  /// What clicks in the view take, and what of parts and mesh sets has been picked.
+  Picks& GetPicks() { return m_picks; }
+  const Picks& GetPicks() const { return m_picks; }
+  /// What was measured, for the view to show where.
+  MeasureMarks& GetMarks() { return m_marks; }
+  const MeasureMarks& GetMarks() const { return m_marks; }
   void SetPathName(CString path) { m_path = std::move(path); }
   void SetActiveView(CQDViewBase* view) { m_view = view; }
 
@@ -32,11 +46,17 @@ class WorkDocument : public CQDDocBase, private IDatabaseListener {
   [[nodiscard]] Subscription OnSelection(Notice<Selection>::Call call) {
     return m_selectionNotice.Subscribe(std::move(call));
   }
-  /// How it is found out what lies below the selected rows that stand for no record; null for nobody who knows.
-  void SetBelowRows(std::function<std::vector<iterator>()> below) { m_belowRows = std::move(below); }
+  /// How it is found out what lies below the selected rows that stand for no record, and whether one record does;
+  /// null for nobody who knows.
+  void SetBelowRows(std::function<std::vector<iterator>()> below, std::function<bool(iterator)> isBelow) {
+    m_belowRows = std::move(below);
+    m_isBelowRows = std::move(isBelow);
+  }
   /// What an act on the selection means: the selected records and those below the other selected rows, some
   /// perhaps twice.
   std::vector<iterator> Meant() const;
+  /// Whether one of them is there for a selected row that stands for no record.
+  bool IsBelowRows(iterator itr) const { return m_selection.others != 0 && m_isBelowRows && m_isBelowRows(itr); }
 
   /// Follows what becomes of records by acts, undo and redo. Those that are gone can still be read meanwhile. The
   /// works trees are told first.
@@ -69,9 +89,7 @@ class WorkDocument : public CQDDocBase, private IDatabaseListener {
   IQDCurrentDialog* GetCurrentDialog() override { return m_dialog; }
   /// The dialog that the user works with now; null when it closes.
   void SetCurrentDialog(IQDCurrentDialog* dialog) { m_dialog = dialog; }
-  void SetModelInfoChangedFlag(int changed) override { m_modelInfoChanged = changed != 0; }
-  /// Whether something was changed that a save would keep beside the model.
-  bool IsModelInfoChanged() const { return m_modelInfoChanged; }
+  void SetModelInfoChangedFlag(int) override {}  // what is kept beside the model is told by its own notices
   void SetPendingUpdate(int) override { m_display.MarkDirty(); }
   void ReMakeAllLabel(int) override { m_display.MarkDirty(); }
 
@@ -86,11 +104,18 @@ class WorkDocument : public CQDDocBase, private IDatabaseListener {
   void AddCheckedBoundary(iterator itr) override { m_checked.push_back(itr); }
 
  private:
-  void OnDatabaseChanged(const CQDUpdateRecord& record) override { m_recordNotice.Tell(record); }
+  void OnDatabaseChanged(const CQDUpdateRecord& record) override {
+    m_recordNotice.Tell(record);
+    m_picks.Follow(record);
+  }
   void OnSettingChanged() override { m_settingNotice.Tell(*this); }
 
   Database m_database;
   Display m_display{m_database};
+  Looking m_looking;
+  Sections m_sections;
+  Picks m_picks{m_database};
+  MeasureMarks m_marks;
   CString m_path;
   CQDViewBase* m_view = nullptr;
   Selection m_selection;
@@ -98,11 +123,11 @@ class WorkDocument : public CQDDocBase, private IDatabaseListener {
   Notice<CQDUpdateRecord> m_recordNotice;
   Notice<WorkDocument> m_settingNotice;
   std::function<std::vector<iterator>()> m_belowRows;
+  std::function<bool(iterator)> m_isBelowRows;
   bool m_selectionTold = true;  // false while a tree says what is selected
   std::vector<iterator> m_checked;
   std::function<void()> m_onImport;
   IQDCurrentDialog* m_dialog = nullptr;
-  bool m_modelInfoChanged = false;
 };
 
 }  // namespace qd::workbench

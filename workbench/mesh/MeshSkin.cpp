@@ -89,11 +89,36 @@ std::vector<Face> FreeFaces(const std::vector<Corners>& blocks, std::size_t node
   return free;
 }
 
+/// The quality of each element of a block; none when it is not asked for.
+std::vector<float> QualitiesOf(const MeshData& mesh, const Corners& corners, const SkinRequest& request,
+                               MeshSkin& skin, const std::atomic<bool>& stop) {
+  std::vector<float> qualities;
+  if (!request.quality || corners.topology->dimension < 2) return qualities;
+  qualities.resize(corners.Count(), std::numeric_limits<float>::quiet_NaN());
+  std::array<Point3, 8> at;
+  for (std::size_t element = 0; element < qualities.size() && !stop; ++element) {
+    for (std::size_t i = 0; i < static_cast<std::size_t>(corners.topology->corners); ++i)
+      at[i] = Point3::At(&mesh.coordinates[std::size_t{corners.Of(element)[i]} * 3]);
+    const std::optional<double> value = QualityOf(*request.quality, corners.type->shape, at.data());
+    if (!value) continue;
+    const auto quality = static_cast<float>(*value);
+    qualities[element] = quality;
+    if (!std::isfinite(quality)) continue;
+    skin.leastQuality = std::min(skin.leastQuality, quality);
+    skin.greatestQuality = std::max(skin.greatestQuality, quality);
+  }
+  return qualities;
+}
+
 /// Fills the piece of one block.
 class PieceMaker {
  public:
-  PieceMaker(const MeshData& mesh, const Corners& corners, bool shrink)
-      : m_mesh(mesh), m_corners(corners), m_shrink(shrink), m_pointOf(mesh.nodeIds.size(), kNone) {
+  PieceMaker(const MeshData& mesh, const Corners& corners, bool shrink, std::vector<float> qualities)
+      : m_mesh(mesh),
+        m_corners(corners),
+        m_shrink(shrink),
+        m_qualities(std::move(qualities)),
+        m_pointOf(mesh.nodeIds.size(), kNone) {
     m_piece.elementType = corners.type->number;
   }
 
@@ -104,6 +129,7 @@ class PieceMaker {
     for (std::size_t i = 2; i < count; ++i) {
       m_piece.triangles.insert(m_piece.triangles.end(), {points[0], points[i - 1], points[i]});
       m_piece.elements.push_back(m_corners.block->elementIds[element]);
+      if (!m_qualities.empty()) m_piece.quality.push_back(m_qualities[element]);
     }
     const std::array<float, 3> normal = Normal(points, count);
     for (std::size_t i = 0; i < count; ++i) {
@@ -117,11 +143,14 @@ class PieceMaker {
     for (const auto& edge : m_corners.topology->edges) {
       const std::uint32_t a = Point(element, edge[0]);
       const std::uint32_t b = Point(element, edge[1]);
-      m_edges.push_back({std::min(a, b), std::max(a, b), 0});
+      m_edges.push_back({std::min(a, b), std::max(a, b), static_cast<std::uint32_t>(element)});
     }
   }
-  /// For points and nodes that no face shows.
-  void AddPoint(std::size_t element) { Point(element, 0); }
+  /// For points and nodes that no face shows. Of several at one node the first one counts.
+  void AddPoint(std::size_t element) {
+    if (Point(element, 0) == m_piece.elements.size())
+      m_piece.elements.push_back(m_corners.block->elementIds[element]);
+  }
 
   MeshSkin::Piece Finish(const SkinRequest& request, bool elementLines) {
     std::sort(m_edges.begin(), m_edges.end(), [](const Edge& x, const Edge& y) {
@@ -133,6 +162,7 @@ class PieceMaker {
       const bool draw = elementLines || (request.lines != MeshLines::None &&
                                          (request.lines != MeshLines::Features || IsFeature(i, end)));
       if (draw) m_piece.lines.insert(m_piece.lines.end(), {m_edges[i].a, m_edges[i].b});
+      if (elementLines) m_piece.elements.push_back(m_corners.block->elementIds[m_edges[i].face]);
       i = end;
     }
     m_piece.elementLines = elementLines ? 0 : m_piece.lines.size();
@@ -143,7 +173,7 @@ class PieceMaker {
   struct Edge {
     std::uint32_t a;
     std::uint32_t b;
-    std::uint32_t face;
+    std::uint32_t face;  // or the element, of lines that are elements
   };
 
   std::uint32_t Point(std::size_t element, int corner) {
@@ -212,6 +242,7 @@ class PieceMaker {
   const MeshData& m_mesh;
   const Corners& m_corners;
   bool m_shrink;
+  std::vector<float> m_qualities;  // by element; none where they are not asked for
   MeshSkin::Piece m_piece;
   std::vector<std::uint32_t> m_pointOf;  // by place of the node
   std::vector<Edge> m_edges;
@@ -275,7 +306,7 @@ MeshSkin MakeSkin(const MeshData& mesh, const SkinRequest& request, const std::a
   std::size_t nextFree = 0;
   for (std::uint32_t b = 0; b < blocks.size() && !stop; ++b) {
     const Corners& corners = blocks[b];
-    PieceMaker maker(mesh, corners, request.shrink);
+    PieceMaker maker(mesh, corners, request.shrink, QualitiesOf(mesh, corners, request, skin, stop));
     const int dimension = corners.topology->dimension;
     // Edges of solids inside are gathered by element, all others come with the faces.
     const bool solidEdges = dimension == 3 && request.lines == MeshLines::AllElements;

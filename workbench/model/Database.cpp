@@ -5,8 +5,8 @@
 #include <unordered_set>
 #include <utility>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
 #include "host/MessageOutput.h"
 #include "workbench/mesh/MeshEdit.h"
 #include "workbench/mesh/ModelBytes.h"
@@ -121,8 +121,7 @@ const char* FaultOfEntry(const JournalEntry& entry) {
   if (NumberOf(entry.itr) > kMostRecords) return kPoolFull;
   const char* fault = FaultOf(type, static_cast<std::int32_t>(NumberOf(entry.itr)), *entry.after);
   if (fault != nullptr) return fault;
-  if (entry.before != nullptr && TakesNameAway(type, *entry.before, *entry.after))
-    return "IDS_WB_FAULT_BLANK_NAME";
+  if (IsNamedByBlanks(type, entry.before.get(), *entry.after)) return "IDS_WB_FAULT_BLANK_NAME";
   const auto isNew = [&entry](const auto& part, const auto& before) {
     return part != nullptr && (entry.before == nullptr || part != before);
   };
@@ -189,9 +188,7 @@ void Database::RollbackTransaction() {
 
 int Database::InTransaction(const char* titleKey, const std::function<int()>& work) {
   if (m_open) return work();
-  CTransaction transaction(this);
-  if (transaction.Begin(CMSGFunction::GetValue(titleKey)) == 0 || work() == 0) return 0;
-  return transaction.Commit(1);
+  return RunAct(this, titleKey, work);
 }
 
 int Database::Delete(const std::vector<iterator>& itrs) {

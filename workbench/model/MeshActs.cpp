@@ -6,7 +6,7 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "host/CTransaction.h"
+#include "host/Act.h"
 #include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/MeshEdit.h"
 #include "workbench/mesh/NumberHash.h"
@@ -21,8 +21,7 @@ constexpr const char* kFailed = "IDS_WB_OPERATION_GONE";
 /// Runs writes as one act; false rolls back.
 ActResult Act(Database& database, const CString& title, std::uint64_t number,
               const std::function<bool()>& writes) {
-  CTransaction transaction(&database);
-  if (transaction.Begin(title) == 0 || !writes() || transaction.Commit(1) == 0) return {0, kFailed};
+  if (RunAct(&database, title, [&] { return writes() ? 1 : 0; }) == 0) return {0, kFailed};
   return {number};
 }
 
@@ -143,6 +142,11 @@ ActResult MoveElements(Database& database, const NumberRuns& elements, iterator 
   for (const iterator itr : from != 0 ? std::vector<iterator>{from} : pool.GetItrList()) {
     const tagTMset* set = pool.GetAtNU(itr);
     if (itr == target || set == nullptr || set->mesh == nullptr) continue;
+    const auto has = [&](const MeshData::Block& block) {
+      return std::any_of(block.elementIds.begin(), block.elementIds.end(),
+                         [&](std::uint64_t element) { return Contains(elements, element); });
+    };
+    if (std::none_of(set->mesh->blocks.begin(), set->mesh->blocks.end(), has)) continue;
     SplitMesh split =
         SplitByElement(*set->mesh, [&](std::uint64_t element) { return Contains(elements, element); });
     const std::uint64_t moved = ElementCountOf(*split.taken);
@@ -158,6 +162,37 @@ ActResult MoveElements(Database& database, const NumberRuns& elements, iterator 
     }
     return PutInto(database, target, JoinMeshes(taken));
   });
+}
+
+ActResult MoveElementsToNew(Database& database, const NumberRuns& elements, iterator beside, const CString& name,
+                            const CString& title) {
+  const tagTMset* other = database.GetMsetPool().GetAtNU(beside);
+  if (other == nullptr || database.GetDataType(beside) != kDataMset) return {0, kFailed};
+  tagTMset record;
+  record.name = CutName(name);
+  record.parent = other->parent;
+  record.property = other->property;
+  record.colour = other->colour;
+  ActResult moved{0, kFailed};
+  const ActResult done = Act(database, title, 0, [&] {
+    const iterator made = database.GetMsetPool().Add(record);
+    if (made != 0) moved = MoveElements(database, elements, made, 0, title);
+    return moved.IsDone();
+  });
+  return done.IsDone() ? moved : ActResult{0, moved.errorKey != nullptr ? moved.errorKey : kFailed};
+}
+
+NumberRuns RunsOf(std::vector<std::uint64_t> numbers) {
+  std::sort(numbers.begin(), numbers.end());
+  NumberRuns runs;
+  for (const std::uint64_t number : numbers) {
+    if (!runs.empty() && number - runs.back().second <= 1) {
+      runs.back().second = number;
+    } else {
+      runs.emplace_back(number, number);
+    }
+  }
+  return runs;
 }
 
 // ---- transforms -----------------------------------------------------------------------------------------

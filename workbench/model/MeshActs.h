@@ -34,6 +34,12 @@ bool ParseRuns(const std::string& text, NumberRuns& runs);
 ActResult MoveElements(Database& database, const NumberRuns& elements, iterator target, iterator from,
                        const CString& title);
 
+/// Likewise into a new set with a name and the colour and place of another one.
+ActResult MoveElementsToNew(Database& database, const NumberRuns& elements, iterator beside, const CString& name,
+                            const CString& title);
+/// The runs that numbers make, in any order and some perhaps twice.
+NumberRuns RunsOf(std::vector<std::uint64_t> numbers);
+
 /// Rows of a matrix that turns x, y, z, 1 into x, y, z.
 using Transform = std::array<std::array<double, 4>, 3>;
 /// Moves the nodes of sets. Nodes that other sets share move too, so that what hangs together stays so. A

@@ -152,22 +152,6 @@ const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& recor
 
 namespace {
 
-struct Codes {
-  unsigned first;
-  unsigned last;
-};
-/// Blanks of all widths, controls, and what only tells how others stand or join.
-constexpr Codes kShapeless[] = {
-    {0x00, 0x20},     {0x7F, 0xA0},     {0xAD, 0xAD},     {0x034F, 0x034F}, {0x061C, 0x061C}, {0x115F, 0x1160},
-    {0x1680, 0x1680}, {0x17B4, 0x17B5}, {0x180B, 0x180F}, {0x2000, 0x200F}, {0x2028, 0x202F}, {0x205F, 0x206F},
-    {0x2800, 0x2800}, {0x3000, 0x3000}, {0x3164, 0x3164}, {0xFE00, 0xFE0F}, {0xFEFF, 0xFEFF}, {0xFFA0, 0xFFA0}};
-
-bool IsShapeless(wchar_t element) {
-  const auto code = static_cast<unsigned>(element);
-  return std::any_of(std::begin(kShapeless), std::end(kShapeless),
-                     [code](const Codes& codes) { return code >= codes.first && code <= codes.last; });
-}
-
 /// The name by which users know a record; null for a kind that they do not name.
 template <typename T>
 const CString* NameIn(const tagTRecord& record) {
@@ -190,17 +174,14 @@ const CString* NameOf(std::uint16_t type, const tagTRecord& record) {
 
 }  // namespace
 
-bool IsBlank(const CString& name) {
-  return std::all_of(name.begin(), name.end(), IsShapeless);
-}
-
-bool TakesNameAway(std::uint16_t type, const tagTRecord& before, const tagTRecord& after) {
+bool IsNamedByBlanks(std::uint16_t type, const tagTRecord* before, const tagTRecord& after) {
   if (type == kDataCord) {
     const CString name = static_cast<const tagTCord&>(after).GetName();
-    return IsBlank(name) && name != static_cast<const tagTCord&>(before).GetName();
+    return IsBlank(name) && (before == nullptr || name != static_cast<const tagTCord*>(before)->GetName());
   }
   const CString* name = NameOf(type, after);
-  return name != nullptr && IsBlank(*name) && *name != *NameOf(type, before);
+  if (name == nullptr || !IsBlank(*name)) return false;
+  return before != nullptr ? *name != *NameOf(type, *before) : !name->empty();
 }
 
 // ---- putting right ---------------------------------------------------------------------------------------

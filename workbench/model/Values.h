@@ -36,10 +36,9 @@ inline constexpr std::size_t kMostKey = 1000;
 /// `id` is the number that it must have. Meshes and shapes are looked at only as far as their sizes.
 const char* FaultOf(std::uint16_t type, std::int32_t id, const tagTRecord& record);
 
-/// Whether nothing of a name can be seen: it is empty, or has only blanks and signs without a shape.
-bool IsBlank(const CString& name);
-/// Whether an act gives a record a blank name that it did not have. Files may hold such names; nobody gives them.
-bool TakesNameAway(std::uint16_t type, const tagTRecord& before, const tagTRecord& after);
+/// Whether an act gives a record a name of which nothing can be seen, and which it did not have; `before` is null
+/// for a new record, which may have none. Files may hold such names; nobody gives them.
+bool IsNamedByBlanks(std::uint16_t type, const tagTRecord* before, const tagTRecord& after);
 
 /// Makes values allowed as far as that can be done: what is no number becomes 0, names are cut, counts are those
 /// of the mesh.

@@ -30,6 +30,7 @@ CString LabelOf(const WindowCommand& command) {
   text += L'\t';
   if (keys.control) text += L"Ctrl+";
   if (keys.shift) text += L"Shift+";
+  if (keys.letter == kKeyF2) return text + L"F2";
   return keys.letter == kKeyDelete ? text + L"Del" : text + static_cast<wchar_t>(keys.letter);
 }
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
 #include "workbench/exchange/formats/InpFile.h"
 #include "workbench/exchange/pipe/Protocol.h"
 #include "workbench/exchange/store/StoreImport.h"
@@ -96,9 +96,7 @@ int BuildExample(Database& database, const std::string& deck) {
     part.shape = ShapeOf(body);
   }
   if (StoreImport(database, std::move(model), title) == 0) return 0;
-  CTransaction act(&database);
-  if (act.Begin(title) == 0 || !AddMaterials(database) || !AddSystem(database)) return 0;
-  return act.Commit(1);
+  return RunAct(&database, title, [&] { return AddMaterials(database) && AddSystem(database) ? 1 : 0; });
 }
 
 }  // namespace qd::workbench

@@ -302,8 +302,8 @@ LRESULT MainFrame::OnMessage(UINT message, WPARAM w, LPARAM l) {
 void MainFrame::Handle(MSG& message) {
   if (m_toolkit.PreTranslateMessage(&message)) return;
   // Text boxes of the panes take in what they are sent; what the tree does not know is the program's.
-  const bool boxed =
-      message.hwnd != nullptr && (SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0) & DLGC_WANTALLKEYS) != 0;
+  const bool boxed = NativeToolkit::IsTyping(&message) && message.hwnd != nullptr &&
+                     (SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0) & DLGC_WANTALLKEYS) != 0;
   if (!boxed && TranslateAcceleratorW(m_frame, m_accelerators, &message) != 0) return;
   TranslateMessage(&message);
   DispatchMessageW(&message);

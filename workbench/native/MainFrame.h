@@ -75,7 +75,7 @@ class MainFrame final : public CMainFrame, private IMessageOutput {
   WorkDocument m_doc;
   CWorksTreeBar m_modelBar;
   CWorksTreeBar m_gsetBar;
-  DialogRefuser m_dialogs;
+  DialogRefuser m_dialogs{m_doc};
   HWND m_frame = nullptr;
   HWND m_tabs = nullptr;
   HWND m_messageText = nullptr;

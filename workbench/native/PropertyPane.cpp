@@ -1,12 +1,11 @@
 #include "workbench/native/PropertyPane.h"
 
-#include <commdlg.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "host/CMSGFunction.h"
 #include "platform/text/Characters.h"
+#include "workbench/native/PickColour.h"
 
 namespace qd::workbench {
 
@@ -167,7 +166,7 @@ void PropertyPane::Open(int index) {
     return ShowRows();
   }
   if (row.readOnly) return;
-  if (row.kind == CBCGPProp::Kind::Colour) return PickColour(row);
+  if (row.kind == CBCGPProp::Kind::Colour) return ChooseColour(row);
   OpenEditor(index, row);
 }
 
@@ -223,17 +222,11 @@ void PropertyPane::CloseEditor(bool keep) {
   if (page == Page()) Tell(row);
 }
 
-void PropertyPane::PickColour(CBCGPProp& row) {
-  static COLORREF custom[16] = {};
+void PropertyPane::ChooseColour(CBCGPProp& row) {
   const IPropertySet* page = Page();
-  CHOOSECOLORW choose{};
-  choose.lStructSize = sizeof(choose);
-  choose.hwndOwner = GetParent(m_list);
-  choose.rgbResult = row.colour;
-  choose.lpCustColors = reinterpret_cast<::COLORREF*>(custom);
-  choose.Flags = CC_RGBINIT | CC_FULLOPEN;
-  if (ChooseColorW(&choose) == 0 || page != Page()) return;  // the page has changed meanwhile
-  row.colour = choose.rgbResult;
+  COLORREF chosen = row.colour;
+  if (!PickColour(GetParent(m_list), chosen) || page != Page()) return;  // the page has changed meanwhile
+  row.colour = chosen;
   Tell(row);
 }
 

@@ -43,7 +43,7 @@ class PropertyPane final : public CPropertiesWnd {
   void ShowRows();
   void Open(int index);
   void OpenEditor(int index, CBCGPProp& row);
-  void PickColour(CBCGPProp& row);
+  void ChooseColour(CBCGPProp& row);
   void CloseEditor(bool keep);
   void Tell(CBCGPProp& row);
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
 #include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
@@ -75,10 +75,7 @@ void DocumentPage::ShowProperty() {
 void DocumentPage::OnPropertyChanged(CBCGPProp* row, std::uint64_t data) {
   if (row->value != Text("IDS_QD_WRT_NO")) return;
   Database& database = m_document.GetDatabase();
-  CTransaction transaction(&database);
-  if (transaction.Begin(Text("IDS_WB_TRANS_REMOVE_DECK")) == 0 || database.GetDeckPool().TR_Del({data}) == 0)
-    return;
-  transaction.Commit(1);
+  RunAct(&database, "IDS_WB_TRANS_REMOVE_DECK", [&] { return database.GetDeckPool().TR_Del({data}); });
 }
 
 }  // namespace qd::workbench

@@ -28,7 +28,7 @@ void FollowedWork::LeaveOut(iterator itr) {
 void FollowedWork::Gather() {
   const Database& database = m_doc.GetDatabase();
   const bool given = !m_what.given.empty() || !m_what.follows;
-  m_all = !given && m_what.elseAll && m_doc.GetSelection().IsEmpty();
+  m_all = !given && m_what.elseAll && m_doc.GetSelection().IsEmpty() && !m_doc.GetSelection().lost;
   m_named = true;
   if (given) {
     m_meant = m_what.given;
@@ -40,6 +40,7 @@ void FollowedWork::Gather() {
               std::all_of(selection.records.begin(), selection.records.end(),
                           [&](iterator itr) { return database.GetDataType(itr) == m_what.type; });
     m_meant = m_what.type == kDataGeom ? MeantParts(m_doc) : MeantMeshSets(m_doc);
+    m_selected = {selection.records.begin(), selection.records.end()};
   }
   m_isMeant = {m_meant.begin(), m_meant.end()};
   m_taken.clear();
@@ -69,23 +70,34 @@ CString FollowedWork::Names() const {
                                   : NamesOf(database.GetMsetPool(), first);
 }
 
-/// What a set or another row holds may be changed by any record; a part alone is changed by its own.
+bool FollowedWork::IsSelected(iterator itr) const {
+  const Database& database = m_doc.GetDatabase();
+  if (m_selected.contains(itr) || m_doc.IsBelowRows(itr)) return true;
+  if (database.GetDataType(itr) == kDataMset) {
+    const iterator part = database.GetMsetPool().GetAtNU(itr)->geom;
+    return part != 0 && IsSelected(part);
+  }
+  return database.GetDataType(itr) == kDataGeom && m_selected.contains(database.GetGeomPool().GetAtNU(itr)->gset);
+}
+
+iterator FollowedWork::Concerned(const tagTRNotify& change) const {
+  if (change.dataType == m_what.type) return change.itr;
+  const bool ofPart = m_what.type == kDataMset && change.dataType == kDataGeom && !m_named;
+  return ofPart ? m_doc.GetDatabase().GetMsetPool().GetItrByGeomItr(change.itr) : 0;
+}
+
 void FollowedWork::FollowRecords(const CQDUpdateRecord& record) {
-  const auto concerns = [this](const tagTRNotify& change) {
-    return change.dataType == m_what.type || (!m_named && change.dataType == kDataGeom);
-  };
-  if (std::none_of(record.changes.begin(), record.changes.end(), concerns)) return;
-  bool changed = !m_named;
-  if (!m_named) {
-    Gather();
-  } else {
-    for (const tagTRNotify& change : record.changes) {
-      if (change.dataType != m_what.type) continue;
-      if (m_all && change.kind == kChangeAdded && m_isMeant.insert(change.itr).second)
-        m_meant.push_back(change.itr);
-      const bool was = m_taken.contains(change.itr);
-      changed = Look(change.itr) || was || changed;  // or it has another name
+  bool changed = false;
+  for (const tagTRNotify& change : record.changes) {
+    const iterator itr = Concerned(change);
+    if (itr == 0) continue;
+    if (!m_named && (change.kind != kChangeModified || IsSelected(itr) != m_isMeant.contains(itr))) {
+      Gather();
+      return m_changed();
     }
+    if (m_all && change.kind == kChangeAdded && m_isMeant.insert(itr).second) m_meant.push_back(itr);
+    const bool was = m_taken.contains(itr);
+    changed = Look(itr) || was || changed;  // or it has another name
   }
   if (changed) m_changed();
 }

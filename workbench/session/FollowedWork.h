@@ -9,8 +9,8 @@
 namespace qd::workbench {
 
 /// What an open dialog works on: kept as the selection, the records and the display change, and told only when it
-/// is something else than before. While records of the type themselves are selected, what becomes of one is looked
-/// at for that record alone; what a selected set or row without a record holds is gathered anew.
+/// is something else than before. What becomes of a record is looked at for that record alone; only when one comes
+/// to a selected set or row without a record, or leaves it, what these hold is gathered anew.
 class FollowedWork final {
  public:
   struct What {
@@ -18,7 +18,7 @@ class FollowedWork final {
     Reach reach = Reach::Shown;
     std::vector<iterator> given{};  ///< at first, where the dialog was opened for them
     bool follows = true;            ///< what is selected from then on
-    bool elseAll = false;           ///< all that can be taken when nothing is selected
+    bool elseAll = false;           ///< all that can be taken when nothing is selected; none when that is lost
   };
 
   /// `changed` is called when records, their names or their number may be others than before.
@@ -32,13 +32,18 @@ class FollowedWork final {
   bool Contains(iterator itr) const { return m_taken.contains(itr); }
   /// All of them, in order.
   std::vector<iterator> Records() const { return First(m_taken.size()); }
+  /// At most so many of them.
+  std::vector<iterator> First(std::size_t most) const;
   /// The first names, as NamesOf.
   CString Names() const;
 
  private:
-  std::vector<iterator> First(std::size_t most) const;
   void Gather();
   bool Look(iterator itr);
+  /// Whether a part, or the mesh of one, is meant by what is selected.
+  bool IsSelected(iterator itr) const;
+  /// The record of our type that a change is about, 0 for none.
+  iterator Concerned(const tagTRNotify& change) const;
   void FollowRecords(const CQDUpdateRecord& record);
   void FollowDisplay(const DisplayNotice& notice);
 
@@ -50,6 +55,7 @@ class FollowedWork final {
   iterator m_leftOut = 0;
   std::vector<iterator> m_meant;  // taken or not, some perhaps gone
   std::unordered_set<iterator> m_isMeant;
+  std::unordered_set<iterator> m_selected;  // where what is meant follows from other records
   std::unordered_set<iterator> m_taken;
   Subscription m_onSelection;
   Subscription m_onRecords;

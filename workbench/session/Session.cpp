@@ -6,9 +6,13 @@
 #include <vector>
 
 #include "host/CMSGFunction.h"
+#include "host/Dialogs.h"
 #include "host/MessageOutput.h"
+#include "host/ProductVariant.h"
 #include "platform/CDialog.h"
 #include "qd_wrt/core/CommandNumbers.h"
+#include "workbench/display/DisplayBytes.h"
+#include "workbench/session/WindowCommands.h"
 #include "workbench/session/WorkedOn.h"
 
 namespace qd::workbench {
@@ -19,12 +23,34 @@ void Session::MakeBar(CWorksTreeBar& bar, CQDDocBase& doc) {
 }
 
 Session::Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Later later)
-    : m_doc(doc), m_trees(doc, {{kModelTree, &model}, {kGeometrySetTree, &sets}}, std::move(later)) {}
+    : m_doc(doc), m_trees(doc, {{kModelTree, &model}, {kGeometrySetTree, &sets}}, std::move(later)) {
+  for (CWorksTreeBar* bar : {&model, &sets}) AddCommandsTo(bar->GetTreeCtrl());
+}
+
+Session::~Session() {
+  for (const TreeType type : {kModelTree, kGeometrySetTree}) m_trees.Bar(type).GetTreeCtrl().SetMoreForSeveral({});
+}
+
+/// What the windows' own table has for the menus of several rows.
+void Session::AddCommandsTo(CQDTreeListCtrl& tree) {
+  const auto list = [this] {
+    std::vector<MenuEntry> entries;
+    if (IsKSL() != 0) return entries;  // whose menus do not rename
+    for (const WindowCommand& command : WindowCommands()) {
+      if (command.inTrees == nullptr || !IsPossible(command, *this)) continue;
+      if (command.windows == WindowCommand::Windows::Desktop && !Look().HasPicture()) continue;
+      entries.push_back({.command = command.number, .key = command.inTrees, .opensDialog = command.asks});
+    }
+    return entries;
+  };
+  tree.SetMoreForSeveral({list, [this](unsigned number) { RunWindowCommand(*this, number); }});
+}
 
 // ---- the document ---------------------------------------------------------------------------------------
 
-void Session::TakeUp(const CString& path) {
+void Session::TakeUp(const CString& path, std::string_view shown) {
   m_doc.SetPathName(path);
+  if (!shown.empty()) TakeUpDisplay(shown, m_doc.GetDatabase(), m_doc.GetDisplay());
   m_trees.MakeAnew();
   m_trees.OpenBranches();
 }
@@ -96,6 +122,10 @@ void Session::SendToMeshes(unsigned command) {
   m_trees.Bar(kModelTree).OnMenuEventMeshRoot(&m_doc, command);
 }
 
+void Session::ColourBy(const MeshDisplay::Quality& quality) {
+  m_doc.GetDisplay().Meshes().PutColouring({MeshDisplay::Colouring::kByQuality, quality});
+}
+
 void Session::MeshAgain() {
   Database& database = m_doc.GetDatabase();
   const std::vector<iterator> meant = MeantMeshSets(m_doc);
@@ -114,6 +144,10 @@ void Session::MeshAgain() {
 void Session::OpenMeshDialog(unsigned command) {
   const std::vector<iterator> all = m_doc.GetDatabase().GetMsetPool().GetItrList();
   if (CQDTreeItem* any = all.empty() ? nullptr : ModelTree().FindMeshNode(all.front())) any->OnMenuEvent(command);
+}
+
+void Session::OpenPickedDialog() {
+  IQDMeshgDialog::DoModeless(&m_doc, L"CQDMeshPickedDlg", nullptr, nullptr);
 }
 
 void Session::ChangeVariant(ProductVariant variant) {

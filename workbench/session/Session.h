@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "host/ProductVariant.h"
 #include "workbench/session/WorksTrees.h"
 
@@ -15,13 +17,22 @@ class Session final {
   /// Makes the rows. The bars have their windows already; like the document they outlive this.
   Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, WorksTrees::Later later);
 
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
   const WorkDocument& Document() const { return m_doc; }
   WorksTrees& Trees() { return m_trees; }
+  const WorksTrees& Trees() const { return m_trees; }
+  Looking& Look() { return m_doc.GetLooking(); }
+  Sections& Cuts() { return m_doc.GetSections(); }
+  Picks& Picked() { return m_doc.GetPicks(); }
   CWorksTreeManager& Manager() { return m_trees.Manager(); }
   CQDTreeListCtrl& ModelTree() { return m_trees.Bar(kModelTree).GetTreeCtrl(); }
 
-  /// The trees take up what the database was filled with behind their backs; the document has a new name.
-  void TakeUp(const CString& path);
+  /// The trees take up what the database was filled with behind their backs; the document has a new name, and is
+  /// shown as BytesOfDisplay has it; as it was made for other bytes.
+  void TakeUp(const CString& path, std::string_view shown = {});
   /// Gives the document another name.
   void Rename(const CString& path);
   /// Whether there are neither parts nor meshes: the first file that is imported names the document.
@@ -35,6 +46,9 @@ class Session final {
   bool CanDelete() const;
   void ShowAll();
   void HideAll();
+  void FadeMeshed(bool fades) { m_doc.GetDisplay().Parts().SetFadesMeshed(fades); }
+  /// Colours all elements by how good they are.
+  void ColourBy(const MeshDisplay::Quality& quality);
   void LeaveIsolation() { m_doc.GetDisplay().LeaveIsolation(); }
   /// A command for the mesh branch.
   void SendToMeshes(unsigned command);
@@ -43,9 +57,12 @@ class Session final {
   void MeshAgain();
   /// Opens a dialog on mesh sets, which finds out itself what it works on.
   void OpenMeshDialog(unsigned command);
+  /// Opens the dialog that puts picked elements into a mesh set.
+  void OpenPickedDialog();
   void ChangeVariant(ProductVariant variant);
 
  private:
+  void AddCommandsTo(CQDTreeListCtrl& tree);
   bool TakeNestedAlong(std::vector<iterator>& records) const;
 
   WorkDocument& m_doc;

@@ -24,13 +24,84 @@ enum WindowCommandNumber : unsigned {
   kUndo,
   kRedo,
   kDelete,
+  kRenameRows,
+  kFindRows,
+  kPickMenu,
+  kPickWhole,  ///< and the others in the order of PickFilter
+  kPickParts,
+  kPickFaces,
+  kPickEdges,
+  kPickPoints,
+  kPickMeshSets,
+  kPickElements,
+  kPickNodes,
+  kPickRectangle,
+  kPickLasso,
+  kPickHidden,
+  kPickHover,
+  kTreesFollow,
+  kPickIntoSet,
+  kPickTakeOut,
+  kPickNone,
   kFit,
   kShowAll,
   kHideAll,
   kLeaveIsolation,
+  kContacts,
+  kMeasure,
+  kViewsMenu,
+  kViewFront,  ///< and the others in the order of StandardView
+  kViewBack,
+  kViewLeft,
+  kViewRight,
+  kViewTop,
+  kViewBottom,
+  kViewIsometric,
+  kFitSelection,
+  kViewBefore,
+  kViewAfter,
+  kParallel,
+  kZoomRectangle,
+  kSectionsMenu,
+  kSectionX,
+  kSectionY,
+  kSectionZ,
+  kSectionFace,
+  kSectionFlip,
+  kSectionClear,
+  kPicture,
+  kMouseMenu,
+  kMouseOwn,  ///< and the others in the order of MouseHabits
+  kMouseGmsh,
+  kMouseParaView,
+  kMouseFreeCad,
+  kGroundMenu,
+  kGroundAsWindow,  ///< and the others in the order of Ground
+  kGroundLight,
+  kGroundDark,
+  kGroundPlain,
+  kSmooth,
+  kFadeMeshed,
+  kQualityMenu,
+  kColourByQuality,  ///< and the others in the order of QualityMeasure
+  kColourRange = kColourByQuality + 6,
+  kCheckMenu,
+  kCheckQuality,  ///< and the others in the order of MeshCheck
+  kCheckFreeEdges,
+  kCheckDuplicateNodes,
+  kCheckUnconnected,
+  kCheckTurned,
+  kCheckVolumes,
+  kCheckDuplicates,
   kLanguageMenu,
   kUnitMenu,
   kVariantMenu,
+  kConsole,
+  kRunScript,
+  kRecordActs,
+  kManual,
+  kKeysPage,
+  kAbout,
   kFirstLanguage = 200,  ///< plus the place in the list of languages
   kFirstVariant = 300    ///< plus the place in the list of variants
 };
@@ -39,7 +110,7 @@ enum WindowCommandNumber : unsigned {
 struct CommandKeys {
   bool control = false;
   bool shift = false;
-  int letter = 0;  ///< a capital letter, a digit, or kKeyDelete
+  int letter = 0;  ///< a capital letter, a digit, kKeyDelete, kKeyF1 or kKeyF2
 };
 
 /// One command of a window. All menu bars and keys are made from it.
@@ -58,6 +129,11 @@ struct WindowCommand {
   bool (*checked)(const Session& session, unsigned number) = nullptr;
   /// What stands behind the text, as the title of the act to undo; null: nothing.
   CString (*detail)(const Session& session) = nullptr;
+  bool toolbar = false;  ///< it stands in the toolbar too
+  /// Key of its text in the trees' menus of several rows, which list it when it is possible; null: they do not.
+  const char* inTrees = nullptr;
+  bool asks = false;     ///< the trees' menus say that it asks for something more
+  bool submenu = false;  ///< it is no command but a menu, for those that name its key as theirs
 };
 
 /// In the order of the menus.

@@ -1,30 +1,12 @@
 #include "workbench/session/WorkedOn.h"
 
 #include <algorithm>
-#include <unordered_set>
-#include <utility>
 
+#include "workbench/session/RecordQuery.h"
 #include "workbench/text/Shown.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
-
-namespace {
-
-/// Keeps the first of each.
-class EachOnce {
- public:
-  void Add(iterator itr) {
-    if (m_seen.insert(itr).second) m_records.push_back(itr);
-  }
-  std::vector<iterator> Take() { return std::move(m_records); }
-
- private:
-  std::unordered_set<iterator> m_seen;
-  std::vector<iterator> m_records;
-};
-
-}  // namespace
 
 bool IsTaken(const WorkDocument& doc, std::uint16_t type, iterator itr, Reach reach) {
   const Database& database = doc.GetDatabase();
@@ -37,26 +19,11 @@ bool IsTaken(const WorkDocument& doc, std::uint16_t type, iterator itr, Reach re
 }
 
 std::vector<iterator> MeantParts(const WorkDocument& doc) {
-  const Database& database = doc.GetDatabase();
-  EachOnce parts;
-  for (const iterator itr : doc.Meant()) {
-    if (database.GetDataType(itr) == kDataGeom) parts.Add(itr);
-    if (database.GetDataType(itr) != kDataGset) continue;
-    for (const iterator part : database.GetGeomPool().PartsOf(itr)) parts.Add(part);
-  }
-  return parts.Take();
+  return PartsAmong(doc.GetDatabase(), doc.Meant());
 }
 
 std::vector<iterator> MeantMeshSets(const WorkDocument& doc) {
-  const Database& database = doc.GetDatabase();
-  EachOnce sets;
-  for (const iterator itr : doc.Meant()) {
-    if (database.GetDataType(itr) == kDataMset) sets.Add(itr);
-  }
-  for (const iterator part : MeantParts(doc)) {
-    if (const iterator mesh = database.GetMsetPool().GetItrByGeomItr(part); mesh != 0) sets.Add(mesh);
-  }
-  return sets.Take();
+  return MeshSetsAmong(doc.GetDatabase(), doc.Meant());
 }
 
 template <typename Pool>

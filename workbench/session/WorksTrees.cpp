@@ -1,7 +1,11 @@
 #include "workbench/session/WorksTrees.h"
 
 #include <algorithm>
+#include <unordered_set>
 #include <utility>
+
+#include "workbench/display/ViewSettings.h"
+#include "workbench/tree/RowFields.h"
 
 namespace qd::workbench {
 
@@ -9,6 +13,7 @@ WorksTrees::WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& 
   std::map<long, CSwitchDockablePane*> panes;
   for (const auto& [type, bar] : bars) {
     panes[type] = &m_panes.try_emplace(type, *bar).first->second;
+    bar->SetRowFields(&DocumentFields());
     bar->GetTreeCtrl().SetOnSelected(
         [this, type = type](const std::vector<CQDTreeItem*>& nodes) { OnTouched(type, nodes); });
   }
@@ -17,13 +22,14 @@ WorksTrees::WorksTrees(WorkDocument& doc, const std::map<long, CWorksTreeBar*>& 
   m_onRecords = m_doc.OnRecords([this](const CQDUpdateRecord& record) { FollowRecords(record); });
   m_onSetting = m_doc.OnSetting([this](const WorkDocument&) { MarkCurrentSet(); });
   m_doc.GetDisplay().SetLater(std::move(later));
-  m_doc.SetBelowRows([this] { return BelowSelectedRows(); });
+  m_doc.SetBelowRows([this] { return BelowSelectedRows(); },
+                     [this](iterator itr) { return IsBelowSelectedRow(itr); });
   m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice& notice) { FollowDisplay(notice); });
   m_onSelection = m_doc.OnSelection([this](const Selection& selection) { FollowSelection(selection); });
 }
 
 WorksTrees::~WorksTrees() {
-  m_doc.SetBelowRows(nullptr);
+  m_doc.SetBelowRows(nullptr, nullptr);
   m_doc.GetDisplay().SetLater(nullptr);
   m_onRecords = {};
   m_onSetting = {};
@@ -33,13 +39,15 @@ WorksTrees::~WorksTrees() {
 
 void WorksTrees::MakeAnew() {
   m_doc.Select({});
+  m_doc.GetPicks().Clear();
   m_currentSet = m_doc.GetDatabase().GetGsetPool().GetCurrentSet();
   m_manager->CreateTreeItems(&m_doc, kModelTree);
 }
 
 void WorksTrees::OpenBranches() {
   for (auto& [type, pane] : m_panes) {
-    for (CQDTreeItem* branch : pane.Tree().GetQDRootItem()->Children()) branch->Expand(1);
+    for (const CQDTreeItem* branch : pane.Tree().GetQDRootItem()->Children())
+      pane.Tree().ExpandForGood(branch->GetTreeItemHandle());
   }
 }
 
@@ -52,6 +60,7 @@ void WorksTrees::FollowRecords(const CQDUpdateRecord& record) {
   if (anyGone && !m_doc.GetSelection().records.empty()) {
     Selection selection = m_doc.GetSelection();
     std::erase_if(selection.records, [this](iterator itr) { return m_doc.GetDatabase().GetDataType(itr) == 0; });
+    selection.lost = selection.IsEmpty();
     m_doc.Select(std::move(selection));
   }
   m_manager->UpdateDB(&m_doc, HintOf(record));
@@ -82,20 +91,36 @@ void WorksTrees::MarkCurrentSet() {
 // ---- selection ------------------------------------------------------------------------------------------
 
 CQDTreeListCtrl& WorksTrees::SelectedTree() {
-  const auto touched = m_panes.find(m_doc.GetSelection().tree);
-  return (touched != m_panes.end() ? touched : m_panes.begin())->second.Tree();
+  return SelectedBar().GetTreeCtrl();
 }
 
-void WorksTrees::Pick(iterator itr, bool add) {
-  std::vector<iterator> selected = add ? m_doc.GetSelectBuffer() : std::vector<iterator>();
-  if (itr != 0) {
-    const auto known = std::find(selected.begin(), selected.end(), itr);
-    if (known == selected.end()) {
+CWorksTreeBar& WorksTrees::SelectedBar() const {
+  const auto touched = m_panes.find(m_doc.GetSelection().tree);
+  return (touched != m_panes.end() ? touched : m_panes.begin())->second.Bar();
+}
+
+CWorksTreeBar& WorksTrees::TouchedBar() const {
+  CWorksTreeBar& selected = SelectedBar();
+  CWorksTreeBar* seen = selected.IsSeen() ? &selected : nullptr;
+  for (const auto& [type, pane] : m_panes) {
+    if (pane.Tree().HasFocus()) return pane.Bar();
+    if (seen == nullptr && pane.Bar().IsSeen()) seen = &pane.Bar();
+  }
+  return seen != nullptr ? *seen : selected;
+}
+
+void WorksTrees::Pick(const std::vector<iterator>& records, PickMode mode) {
+  std::vector<iterator> selected = mode != PickMode::Replace ? m_doc.GetSelectBuffer() : std::vector<iterator>();
+  const std::unordered_set<iterator> before(selected.begin(), selected.end());
+  std::unordered_set<iterator> gone;
+  for (const iterator itr : records) {
+    if (!before.contains(itr)) {
       selected.push_back(itr);
-    } else {
-      selected.erase(known);
+    } else if (mode == PickMode::Toggle) {
+      gone.insert(itr);
     }
   }
+  if (!gone.empty()) std::erase_if(selected, [&gone](iterator itr) { return gone.contains(itr); });
   m_doc.Select({std::move(selected)});
   for (auto& [type, pane] : m_panes) pane.Tree().RefreshProperties();
 }
@@ -112,6 +137,8 @@ void WorksTrees::OnTouched(long type, const std::vector<CQDTreeItem*>& selected)
     }
   }
   selection.tree = type;
+  // What a filter has taken away was not given up: nobody means all instead.
+  selection.lost = selected.empty() && m_panes.at(type).Tree().GetFinder().IsFiltering();
   m_doc.Select(std::move(selection));
 }
 
@@ -124,8 +151,9 @@ void WorksTrees::FollowSelection(const Selection& selection) {
 /// A tree that cannot show all that is selected shows nothing of it: what is done with its selection would be done
 /// with something else.
 void WorksTrees::Follow(CQDTreeListCtrl& tree, const Selection& selection) {
+  const bool inSight = selection.tree != 0 || ViewSettings::Ours().DoTreesFollow();
   const bool all = selection.others == 0 && tree.HasNodes(selection.records);
-  tree.ShowSelection(all ? selection.records : TArray<iterator>());
+  tree.ShowSelection(all ? selection.records : TArray<iterator>(), inSight);
 }
 
 /// Rows that were made anew for records that go on, in another set or group, are selected as the old ones were;
@@ -139,7 +167,7 @@ void WorksTrees::KeepSelected() {
     if (type == selection.tree) {
       if (selected == selection.records.size() + static_cast<std::size_t>(selection.others)) continue;
       tree.ShowSelection(selection.records);
-      m_doc.Select({selection.records, 0, type});
+      m_doc.Select({selection.records, 0, type, selection.records.empty()});
     } else if (selected != selection.records.size()) {
       Follow(tree, selection);
     }
@@ -157,6 +185,16 @@ std::vector<iterator> WorksTrees::BelowSelectedRows() {
     });
   }
   return records;
+}
+
+bool WorksTrees::IsBelowSelectedRow(iterator itr) {
+  CQDTreeListCtrl& tree = SelectedTree();
+  const CQDTreeItem* node = tree.FindNode(itr);
+  for (node = node != nullptr ? node->GetParent() : nullptr; node != nullptr; node = node->GetParent()) {
+    if (node->GetRecord() == 0 && (tree.GetItemState(node->GetTreeItemHandle(), kRowSelected) & kRowSelected) != 0)
+      return true;
+  }
+  return false;
 }
 
 // ---- display --------------------------------------------------------------------------------------------

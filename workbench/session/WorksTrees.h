@@ -30,20 +30,22 @@ class WorksTrees final {
   CWorksTreeBar& Bar(long treeType) { return m_panes.at(treeType).Bar(); }
   /// The tree in which the selection was made; the model tree for one that was made elsewhere.
   CQDTreeListCtrl& SelectedTree();
+  /// The bar of the tree that has the focus, else of SelectedTree; but not of one that is not seen.
+  CWorksTreeBar& TouchedBar() const;
   /// Makes all rows anew, for a document that was replaced as a whole.
   void MakeAnew();
   /// Opens the branches of all trees: an empty branch cannot stand open, so whoever brings the first records opens
   /// them.
   void OpenBranches();
-  /// Selects a record, none for 0, or turns its selection round beside what is selected.
-  void Pick(iterator itr, bool add);
+  /// Selects records that were picked elsewhere, in place of what is selected or beside it.
+  void Pick(const std::vector<iterator>& records, PickMode mode);
 
  private:
   class Pane final : public CSwitchDockablePane {
    public:
     explicit Pane(CWorksTreeBar& bar) : m_bar(bar) {}
-    CWorksTreeBar& Bar() { return m_bar; }
-    CQDTreeListCtrl& Tree() { return m_bar.GetTreeCtrl(); }
+    CWorksTreeBar& Bar() const { return m_bar; }
+    CQDTreeListCtrl& Tree() const { return m_bar.GetTreeCtrl(); }
     IWorksTree* GetTree(CDocument* doc) override { return doc == m_bar.GetDocument() ? &m_bar : nullptr; }
     void GetTrees(std::list<IWorksTree*>& trees) override { trees.push_back(&m_bar); }
     IWorksTree* GetDefaultPane() override { return nullptr; }
@@ -52,6 +54,7 @@ class WorksTrees final {
     CWorksTreeBar& m_bar;
   };
 
+  CWorksTreeBar& SelectedBar() const;
   void FollowRecords(const CQDUpdateRecord& record);
   void MarkCurrentSet();
   void RefreshMeshedParts(const CQDUpdateRecord& record);
@@ -60,6 +63,7 @@ class WorksTrees final {
   static void Follow(CQDTreeListCtrl& tree, const Selection& selection);
   void KeepSelected();
   std::vector<iterator> BelowSelectedRows();
+  bool IsBelowSelectedRow(iterator itr);
   void FollowDisplay(const DisplayNotice& notice);
 
   WorkDocument& m_doc;

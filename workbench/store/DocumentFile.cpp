@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 /// locks the file for each act anew, so that it does not matter when its locks are dropped between two of them.
 constexpr const char* kManners =
     "PRAGMA journal_mode = DELETE; PRAGMA synchronous = EXTRA; PRAGMA cache_size = -65536; PRAGMA temp_store = "
-    "MEMORY;";
+    "MEMORY; PRAGMA secure_delete = FAST;";
 /// A file that has no name yet needs no log.
 constexpr const char* kMakingManners = "PRAGMA journal_mode = MEMORY; PRAGMA synchronous = OFF;";
 constexpr const char* kFailed = "IDS_WB_DOC_FAILED";

@@ -142,6 +142,7 @@ bool DocumentKeeper::SaveAs(const std::string& path, DocumentError& error, const
   }
   if (file == nullptr) return false;
   Use(std::move(file), true);
+  m_file->PutView(kTitleName, "");  // where the first file lay is nobody's business who gets the document
   return true;
 }
 

@@ -36,9 +36,10 @@ constexpr std::pair<int, int> kLimits[] = {
 /// A new file needs some room; a file's values cannot be larger than the file.
 constexpr std::uint64_t kLeastLength = 1U << 20U;
 
-constexpr std::array<std::string_view, 12> kPragmas{
-    "application_id", "user_version", "encoding",        "locking_mode", "journal_mode",    "synchronous",
-    "cache_size",     "temp_store",   "cell_size_check", "quick_check",  "integrity_check", "wal_checkpoint"};
+constexpr std::array<std::string_view, 13> kPragmas{
+    "application_id",  "user_version",   "encoding",     "locking_mode",    "journal_mode",
+    "synchronous",     "cache_size",     "temp_store",   "cell_size_check", "quick_check",
+    "integrity_check", "wal_checkpoint", "secure_delete"};
 constexpr std::array<std::string_view, 2> kSchemaNames{"sqlite_master", "sqlite_schema"};
 constexpr std::array<std::string_view, 3> kFunctions{"max", "length", "count"};
 

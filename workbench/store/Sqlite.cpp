@@ -55,10 +55,6 @@ void Statement::BindBlob(int place, std::string_view bytes) {
                       SQLITE_STATIC);
 }
 
-void Statement::BindNull(int place) {
-  sqlite3_bind_null(m_statement.get(), place);
-}
-
 bool Statement::Step() {
   m_guard->BeginStep();
   const int result = m_statement != nullptr ? sqlite3_step(m_statement.get()) : SQLITE_ERROR;
@@ -216,10 +212,6 @@ bool Connection::IsFull() const {
 
 bool Connection::IsEndless() const {
   return m_guard->IsEndless();
-}
-
-bool Connection::IsForbidden() const {
-  return PlainCode(m_handle.get()) == SQLITE_AUTH;
 }
 
 bool Connection::IsMissing() const {

@@ -26,7 +26,6 @@ class Statement {
   /// The bytes must stay until the statement has run.
   void BindText(int place, std::string_view utf8);
   void BindBlob(int place, std::string_view bytes);
-  void BindNull(int place);
 
   /// True while there is a row. False at the end, or on a failure, which Failed tells.
   bool Step();
@@ -108,7 +107,6 @@ class Connection {
   /// Whether it was that a table is not there.
   bool IsMissing() const;
   bool IsEndless() const;
-  bool IsForbidden() const;
   /// Bytes of the file and its log.
   std::uint64_t Size() const;
   /// Notes that the values of a row are about to be taken into memory. False when they would be more than the file

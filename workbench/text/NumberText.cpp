@@ -165,8 +165,12 @@ NumberReading ReadNumber(std::string_view text, char decimalSign, const NumberLi
   if (text.size() > kMostLetters) return {0, NumberFault::TooLong};
   if (Trimmed(text).empty()) return {0, NumberFault::Empty};
   NumberReading reading = Reader(Trimmed(text), decimalSign).ReadAll();
-  if (reading.IsGood()) reading.fault = FaultOf(reading.value, limits);
-  return reading;
+  return reading.IsGood() ? Judged(reading.value, limits) : reading;
+}
+
+NumberReading Judged(double value, const NumberLimits& limits) {
+  if (!std::isfinite(value)) return {0, NumberFault::TooLarge};
+  return {value, FaultOf(value, limits)};
 }
 
 std::string ShowNumber(double value, char decimalSign) {

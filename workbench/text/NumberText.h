@@ -47,6 +47,9 @@ struct NumberReading {
 /// of the language on show, in which it is never taken for a sign between thousands.
 NumberReading ReadNumber(std::string_view text, char decimalSign, const NumberLimits& limits = {});
 
+/// A number with what is wrong with it, judged by its limits.
+NumberReading Judged(double value, const NumberLimits& limits);
+
 /// The shortest text that is read as the same number; empty for what is no finite number.
 std::string ShowNumber(double value, char decimalSign);
 

@@ -24,7 +24,7 @@ bool IsControl(std::uint32_t code) {
 std::string ShownText(std::string_view bytes, std::size_t mostCharacters) {
   // No need to look at more of what is cut anyway.
   const std::size_t mostBytes = 4 * (mostCharacters + 1);
-  const std::wstring text = FromUtf8(std::string(bytes.substr(0, mostBytes)));
+  const std::wstring text = FromBytes(Beginning(std::string(bytes.substr(0, mostBytes + 4)), mostBytes));
   std::wstring shown;
   for (const wchar_t element : text.substr(0, mostCharacters)) {
     const auto code = static_cast<std::uint32_t>(element);

@@ -1,5 +1,6 @@
 #include "workbench/text/Utf8.h"
 
+#include <array>
 #include <cstdint>
 
 namespace qd::workbench {
@@ -75,6 +76,31 @@ std::wstring FromUtf8(const std::string& bytes) {
     }
   }
   return out;
+}
+
+std::wstring FromBytes(const std::string& bytes) {
+  std::wstring text = FromUtf8(bytes);
+  if (ToUtf8(text) == bytes) return text;
+  // From 0x80 to 0x9F; all others are the characters of their numbers.
+  constexpr std::array<wchar_t, 32> kWestern{0x20AC, 0xFFFD, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                             0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0xFFFD, 0x017D, 0xFFFD,
+                                             0xFFFD, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                             0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0xFFFD, 0x017E, 0x0178};
+  text.clear();
+  for (const char byte : bytes) {
+    const auto code = static_cast<unsigned char>(byte);
+    text += code >= 0x80 && code < 0xA0 ? kWestern[code - 0x80U] : static_cast<wchar_t>(code);
+  }
+  return text;
+}
+
+std::string Beginning(const std::string& text, std::size_t bytes) {
+  if (text.size() <= bytes) return text;
+  constexpr int kMostFollowing = 3;  // more do not belong to one character
+  const std::size_t end = bytes;
+  while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80) --bytes;
+  if (end - bytes > kMostFollowing) bytes = end;
+  return text.substr(0, bytes);
 }
 
 }  // namespace qd::workbench

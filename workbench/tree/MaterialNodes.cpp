@@ -5,13 +5,13 @@
 #include "qd_wrt/core/CQDTreeListCtrl.h"
 #include "qd_wrt/core/IAppWrt.h"
 #include "qd_wrt/core/MenuTable.h"
+#include "qd_wrt/find/IRow.h"
 
 namespace qd::workbench {
 
 namespace {
 
 constexpr unsigned kIcon = 10;
-constexpr std::uint16_t kTreeItemTypeGeom = 9;
 constexpr unsigned short kDataTypes[] = {kDataMaterial};
 
 std::vector<MenuEntry> BranchMenu() {
@@ -28,12 +28,24 @@ std::optional<RecordRow> Read(const CQDTreeItem& root, iterator itr) {
   return RecordRow{record->name, record->id, record->colour};
 }
 
+void Delete(const CQDTreeItem& branch) {
+  std::vector<CQDTreeItem*> selected;
+  branch.GetControl()->GetSelectedTreeItems(branch.GetTreeItemHandle(), selected);
+  std::vector<iterator> materials;
+  materials.reserve(selected.size());
+  for (const CQDTreeItem* row : selected) materials.push_back(row->GetIterator());
+  branch.GetDBSession()->GetMaterialPool().TR_Del(materials);
+}
+
+void OpenDialog(const CQDTreeItem& node, std::list<iterator> edited) {
+  if (IAppWrt* app = IAppWrt::Instance()) app->OpenDialog(0, node.GetDocument(), L"CLbcMaterialMainDlg", &edited);
+}
+
 void Run(CQDTreeItem& node, unsigned command) {
-  if (command == kCommandDeleteMaterial && node.GetIterator() != 0)
-    node.GetDBSession()->GetMaterialPool().TR_Del({node.GetIterator()});
-  if (command != kCommandNewMaterial && command != kCommandEditMaterial) return;
-  std::list<iterator> none;
-  if (IAppWrt* app = IAppWrt::Instance()) app->OpenDialog(0, node.GetDocument(), L"CLbcMaterialMainDlg", &none);
+  if (command == kCommandNewMaterial) OpenDialog(node, {});
+  if (node.GetIterator() == 0) return;
+  if (command == kCommandEditMaterial) OpenDialog(node, {node.GetIterator()});
+  if (command == kCommandDeleteMaterial) Delete(*node.GetParent());
 }
 
 /// Names are edited in the dialog.
@@ -46,8 +58,9 @@ std::shared_ptr<const RecordBranchKind> Materials() {
                .menuOfOneRow = false},
       .list = [](const CQDTreeItem& root) { return root.GetDBSession()->GetMaterialPool().GetItrList(); },
       .read = Read,
+      .rowKinds = kRowMaterial,
       .icon = kIcon,
-      .dropsOn = kTreeItemTypeGeom,
+      .dropsOn = kDataGeom,
       .menu = Menu,
       .run = Run});
   return kKind;

@@ -17,10 +17,26 @@ constexpr int kMostIndented = 100;
 
 }  // namespace
 
-std::string PrintTree(const CQDTreeListCtrl& tree) {
-  std::string out;
+void ForEachRow(const CQDTreeListCtrl& tree, const std::function<void(HTREEITEM row, int level)>& call) {
   int level = 0;
   for (HTREEITEM row = tree.GetRootItem(); row;) {
+    call(row, level);
+    // The next row in order: first child, else the next sibling of the nearest row that has one.
+    HTREEITEM next = tree.GetChildItem(row);
+    if (next) ++level;
+    while (!next && row) {
+      next = tree.GetNextSiblingItem(row);
+      if (next) break;
+      row = tree.GetParentItem(row);
+      --level;
+    }
+    row = next;
+  }
+}
+
+std::string PrintTree(const CQDTreeListCtrl& tree) {
+  std::string out;
+  ForEachRow(tree, [&](HTREEITEM row, int level) {
     out.append(static_cast<std::size_t>(std::min(level, kMostIndented)) * 2, ' ');
     if (level > kMostIndented) out += "(level " + std::to_string(level) + ") ";
     const int check = tree.WhichCheck(row);
@@ -37,17 +53,7 @@ std::string PrintTree(const CQDTreeListCtrl& tree) {
       out += colour.data();
     }
     out += '\n';
-    // The next row in order: first child, else the next sibling of the nearest row that has one.
-    HTREEITEM next = tree.GetChildItem(row);
-    if (next) ++level;
-    while (!next && row) {
-      next = tree.GetNextSiblingItem(row);
-      if (next) break;
-      row = tree.GetParentItem(row);
-      --level;
-    }
-    row = next;
-  }
+  });
   return out;
 }
 

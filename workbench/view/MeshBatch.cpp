@@ -5,6 +5,7 @@
 #include <vtkFloatArray.h>
 #include <vtkIdTypeArray.h>
 #include <vtkNew.h>
+#include <vtkPlaneCollection.h>
 #include <vtkPointData.h>
 #include <vtkPoints.h>
 #include <vtkPolyData.h>
@@ -23,6 +24,7 @@
 #include "workbench/mesh/ElementTypes.h"
 
 #include "workbench/view/AxisSymbol.h"
+#include "workbench/view/WholeLines.h"
 
 namespace qd::workbench {
 
@@ -40,10 +42,8 @@ struct MeshBatch::Arrays {
   std::vector<float> points;
   std::vector<unsigned char> colours;  // red, green, blue, beside points
   std::vector<vtkTypeInt64> cells;     // point numbers
-  std::vector<std::pair<std::int64_t, iterator>> firstCells;
 
   std::int64_t PointCount() const { return static_cast<std::int64_t>(points.size() / 3); }
-  void Begin(iterator itr) { firstCells.emplace_back(static_cast<std::int64_t>(cells.size()) / corners, itr); }
   void AddPoint(float x, float y, float z, COLORREF colour) {
     points.insert(points.end(), {x, y, z});
     Paint(1, colour);
@@ -61,6 +61,14 @@ struct MeshBatch::Arrays {
     Paint(piece.points.size() / 3, colour);
     cells.reserve(cells.size() + numbers.size());
     for (const std::uint32_t number : numbers) cells.push_back(base + number);
+  }
+  /// Triangles with a colour each, so their points are their own.
+  void AddByQuality(const MeshSkin::Piece& piece, const QualityColours& quality) {
+    for (std::size_t i = 0; i < piece.triangles.size(); ++i) {
+      cells.push_back(PointCount());
+      const float* at = &piece.points[std::size_t{piece.triangles[i]} * 3];
+      AddPoint(at[0], at[1], at[2], quality.Of(piece.quality[i / 3]));
+    }
   }
 };
 
@@ -175,19 +183,17 @@ vtkSmartPointer<vtkActor> MeshBatch::MakeActor(const LayerKey& key) {
   mapper->SetScalarModeToUsePointData();
   mapper->SetColorModeToDirectScalars();
   mapper->ScalarVisibilityOn();
+  mapper->SetClippingPlanes(&m_cuts);
   vtkProperty* property = actor->GetProperty();
   property->SetOpacity(key.second / double(kOpaque));
+  SeparateLines(*mapper, kind == kSolids ? 2 : 1);  // solids step back further, for the shells on them
   if (kind == kSolids || kind == kSurfaces) {
-    // Faces step back a little, so that the lines on them are seen whole; solids more, for the shells on them.
-    const double back = kind == kSolids ? 2 : 1;
-    mapper->SetResolveCoincidentTopologyToPolygonOffset();
-    mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(back, back);
     property->SetInterpolationToFlat();
   } else {
     property->LightingOff();
   }
   if (kind == kNodes) property->SetPointSize(4);
-  if (kind == kNodes || kind == kAxes) actor->PickableOff();
+  actor->PickableOff();
   if (kind == kAxes) property->SetLineWidth(1.5F);
   actor->SetMapper(mapper);
   m_renderer.AddActor(actor);
@@ -229,10 +235,11 @@ void MeshBatch::Fill(Layer& layer, const LayerKey& key, const Arrays& arrays) {
 
 // ---- turning --------------------------------------------------------------------------------------------
 
-std::size_t MeshBatch::CountOf(std::initializer_list<LayerKind> kinds) const {
+std::size_t MeshBatch::CellCount() const {
   std::size_t count = 0;
   for (const auto& [key, layer] : m_layers) {
-    if (layer.empty || std::find(kinds.begin(), kinds.end(), key.first) == kinds.end()) continue;
+    const bool counts = key.first == kSolids || key.first == kSurfaces || key.first == kWires;
+    if (layer.empty || m_hidden || !counts) continue;
     count += static_cast<std::size_t>(layer.actor->GetMapper()->GetInput()->GetNumberOfCells());
   }
   return count;
@@ -262,17 +269,15 @@ void MeshBatch::MakeCoarse(Layer& layer, const LayerKey& key, std::size_t every)
   part.actor = layer.coarse;
   Fill(part, key, arrays);
   layer.coarse = part.actor;
-  layer.coarse->PickableOff();
   layer.every = every;
 }
 
-void MeshBatch::ShowCoarse(std::size_t everyFace, std::size_t everyWire) {
+void MeshBatch::ShowCoarse(std::size_t every) {
   for (auto& [key, layer] : m_layers) {
-    if (layer.empty) continue;
-    const bool faces = key.first == kSolids || key.first == kSurfaces;
-    const std::size_t every = faces ? everyFace : everyWire;
-    layer.actor->SetVisibility((faces || key.first == kWires) && every == 1 ? 1 : 0);
-    if ((!faces && key.first != kWires) || every == 1) continue;
+    if (layer.empty || m_hidden) continue;
+    const bool stays = every != 0 && (key.first == kSolids || key.first == kSurfaces || key.first == kWires);
+    layer.actor->SetVisibility(stays && every == 1 ? 1 : 0);
+    if (!stays || every == 1) continue;
     if (layer.every != every) MakeCoarse(layer, key, every);
     layer.coarse->VisibilityOn();
   }
@@ -281,7 +286,7 @@ void MeshBatch::ShowCoarse(std::size_t everyFace, std::size_t everyWire) {
 void MeshBatch::ShowWhole() {
   for (auto& [key, layer] : m_layers) {
     if (layer.coarse != nullptr) layer.coarse->VisibilityOff();
-    if (layer.actor != nullptr) layer.actor->SetVisibility(layer.empty ? 0 : 1);
+    if (layer.actor != nullptr) layer.actor->SetVisibility(layer.empty || m_hidden ? 0 : 1);
   }
 }
 
@@ -292,7 +297,6 @@ void MeshBatch::Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& 
   const auto layer = [&](LayerKind kind, int corners, std::uint8_t opacity = kOpaque) -> Arrays& {
     Arrays& into = arrays[{kind, opacity}];
     into.corners = corners;
-    into.Begin(drawing.itr);
     return into;
   };
   for (std::size_t i = 0; i < drawing.skin->pieces.size(); ++i) {
@@ -300,7 +304,13 @@ void MeshBatch::Collect(const MsetDrawing& drawing, std::map<LayerKey, Arrays>& 
     const bool solid = TopologyOf(FindElementType(piece.elementType)->shape).dimension == 3;
     const COLORREF colour = look.colours[i];
     if (look.opacity != 0 && drawing.request.faces) {
-      layer(solid ? kSolids : kSurfaces, 3, look.opacity).AddCells(piece, piece.triangles, colour);
+      Arrays& faces = layer(solid ? kSolids : kSurfaces, 3, look.opacity);
+      const bool measured = look.quality && drawing.request.quality == look.quality->measure;
+      if (measured && piece.quality.size() * 3 == piece.triangles.size()) {
+        faces.AddByQuality(piece, *look.quality);
+      } else {
+        faces.AddCells(piece, piece.triangles, colour);
+      }
     }
     const bool own = look.wire || piece.elementLines < piece.lines.size();
     layer(own ? kWires : kEdges, 2).AddCells(piece, piece.lines, own ? colour : kEdge);
@@ -324,18 +334,17 @@ bool MeshBatch::IsAsFilled() const {
                     });
 }
 
-void MeshBatch::Refresh() {
-  if (!std::exchange(m_dirty, false)) return;
-  if (IsAllHidden()) {
-    for (auto& [key, layer] : m_layers) {
-      if (layer.actor != nullptr) layer.actor->VisibilityOff();
-    }
-    return;
+bool MeshBatch::Refresh() {
+  if (!std::exchange(m_dirty, false)) return false;
+  m_hidden = IsAllHidden();
+  if (m_hidden || (!m_filled.empty() && IsAsFilled())) {
+    ShowWhole();
+    return true;
   }
-  if (!m_filled.empty() && IsAsFilled()) return ShowWhole();
   FillLayers();
   m_filled.clear();
   for (const MsetDrawing* drawing : m_drawings) m_filled.emplace_back(drawing, drawing->look.value_or(MsetLook{}));
+  return true;
 }
 
 void MeshBatch::FillLayers() {
@@ -350,7 +359,6 @@ void MeshBatch::FillLayers() {
     if (look.box) {
       Arrays& lines = arrays[{kWires, kOpaque}];
       lines.corners = 2;
-      lines.Begin(drawing->itr);
       AddBox(lines, *drawing->skin, look.colours.empty() ? kEdge : look.colours.front());
     }
     Arrays& axes = arrays[{kAxes, kOpaque}];
@@ -359,19 +367,8 @@ void MeshBatch::FillLayers() {
   }
   for (auto& [key, layer] : m_layers) arrays.try_emplace(key);
   for (auto& [key, layer] : arrays) {
-    m_layers[key].firstCells = std::move(layer.firstCells);
     Fill(m_layers[key], key, layer);
   }
-}
-
-iterator MeshBatch::SetOfCell(const vtkProp* prop, std::int64_t cell) const {
-  for (const auto& [key, layer] : m_layers) {
-    if (layer.actor == nullptr || layer.actor != prop) continue;
-    const auto after = std::upper_bound(layer.firstCells.begin(), layer.firstCells.end(), cell,
-                                        [](std::int64_t value, const auto& first) { return value < first.first; });
-    if (after != layer.firstCells.begin()) return std::prev(after)->second;
-  }
-  return 0;
 }
 
 }  // namespace qd::workbench

@@ -3,7 +3,6 @@
 #include <vtkSmartPointer.h>
 
 #include <cstdint>
-#include <initializer_list>
 #include <map>
 #include <memory>
 #include <optional>
@@ -14,8 +13,8 @@
 #include "workbench/display/MeshLook.h"
 
 class vtkActor;
+class vtkPlaneCollection;
 class vtkPolyData;
-class vtkProp;
 class vtkRenderer;
 
 namespace qd::workbench {
@@ -33,7 +32,8 @@ struct MsetDrawing {
 /// one of them makes the arrays of the batch anew, so a batch is not large.
 class MeshBatch {
  public:
-  explicit MeshBatch(vtkRenderer& renderer) : m_renderer(renderer) {}
+  /// Everything is cut by the planes.
+  MeshBatch(vtkRenderer& renderer, vtkPlaneCollection& cuts) : m_renderer(renderer), m_cuts(cuts) {}
   ~MeshBatch();
   MeshBatch(const MeshBatch&) = delete;
   MeshBatch& operator=(const MeshBatch&) = delete;
@@ -43,16 +43,14 @@ class MeshBatch {
   void Remove(const MsetDrawing& drawing);
   bool IsEmpty() const { return m_drawings.empty(); }
   void Touch() { m_dirty = true; }
-  /// Makes the arrays anew if anything was touched. Hiding all sets and showing them again keeps the arrays.
-  void Refresh();
-  /// How many cells are drawn of what stays in sight while the view turns.
-  std::size_t FaceCount() const { return CountOf({kSolids, kSurfaces}); }
-  std::size_t WireCount() const { return CountOf({kWires}); }
-  /// For turning: draws only every n-th face and line, and nothing on the faces.
-  void ShowCoarse(std::size_t everyFace, std::size_t everyWire);
+  /// Makes the arrays anew if anything was touched, and returns whether. Hiding all sets and showing them again
+  /// keeps the arrays.
+  bool Refresh();
+  /// Triangles, and lines beside them, of what is shown.
+  std::size_t CellCount() const;
+  /// Where time is short: draws only every n-th face and line, and nothing on the faces; 0 draws nothing.
+  void ShowCoarse(std::size_t every);
   void ShowWhole();
-  /// The set that a cell of a picked prop belongs to, 0 for none.
-  iterator SetOfCell(const vtkProp* prop, std::int64_t cell) const;
   static std::size_t SizeOf(const MsetDrawing& drawing);
 
  private:
@@ -64,7 +62,6 @@ class MeshBatch {
     vtkSmartPointer<vtkActor> coarse;  // a part of it; null until the view turned
     std::size_t every = 0;  // of the cells of `actor` are in `coarse`; 0 when these are not its any more
     bool empty = true;
-    std::vector<std::pair<std::int64_t, iterator>> firstCells;  // by cell
   };
   struct Arrays;
 
@@ -75,14 +72,15 @@ class MeshBatch {
   void Fill(Layer& layer, const LayerKey& key, const Arrays& arrays);
   vtkSmartPointer<vtkActor> MakeActor(const LayerKey& key);
   void MakeCoarse(Layer& layer, const LayerKey& key, std::size_t every);
-  std::size_t CountOf(std::initializer_list<LayerKind> kinds) const;
 
   vtkRenderer& m_renderer;
+  vtkPlaneCollection& m_cuts;
   std::vector<const MsetDrawing*> m_drawings;
   std::size_t m_size = 0;
   std::map<LayerKey, Layer> m_layers;
   std::vector<std::pair<const MsetDrawing*, MsetLook>> m_filled;  // what the arrays were made from
   bool m_dirty = false;
+  bool m_hidden = false;  // all sets
 };
 
 }  // namespace qd::workbench

@@ -3,7 +3,10 @@
 #include <QCoreApplication>
 #include <QThreadPool>
 #include <algorithm>
+#include <tuple>
 #include <utility>
+
+#include "workbench/mesh/BoxTree.h"
 
 namespace qd::workbench {
 
@@ -18,8 +21,9 @@ struct MeshScene::Job {
   std::vector<Item> items;
 };
 
-MeshScene::MeshScene(WorkDocument& doc, vtkRenderer& renderer, std::function<void()> onBuilt)
-    : m_doc(doc), m_renderer(renderer), m_onBuilt(std::move(onBuilt)) {}
+MeshScene::MeshScene(WorkDocument& doc, vtkRenderer& renderer, vtkPlaneCollection& cuts, PickTrees& trees,
+                     std::function<void()> onBuilt)
+    : m_doc(doc), m_renderer(renderer), m_cuts(cuts), m_trees(trees), m_onBuilt(std::move(onBuilt)) {}
 
 MeshScene::~MeshScene() {
   *m_stop = true;
@@ -40,7 +44,7 @@ void MeshScene::Apply(const CQDUpdateRecord& record) {
     const auto known = m_entries.find(change.itr);
     const bool same = known != m_entries.end() && set != nullptr && known->second->drawing.mesh == set->mesh;
     if (same) {
-      m_stale.push_back(change.itr);
+      m_stale.insert(change.itr);
     } else {
       Queue(change.itr);
     }
@@ -52,8 +56,14 @@ void MeshScene::Apply(const CQDUpdateRecord& record) {
 void MeshScene::Remove(iterator itr) {
   const auto known = m_entries.find(itr);
   if (known == m_entries.end()) return;
-  if (known->second->batch != nullptr) known->second->batch->Remove(known->second->drawing);
+  MeshBatch* batch = known->second->batch;
+  if (batch != nullptr) batch->Remove(known->second->drawing);
+  if (batch != nullptr && batch->IsEmpty()) {
+    std::erase_if(m_batches, [batch](const auto& one) { return one.get() == batch; });
+  }
+  m_stale.erase(itr);
   m_entries.erase(known);
+  if (m_onChange) m_onChange(itr);
 }
 
 void MeshScene::Queue(iterator itr) {
@@ -77,8 +87,7 @@ void MeshScene::StartJob() {
       Remove(itr);
       continue;
     }
-    const auto look = m_doc.GetDisplay().Meshes().GetLook(set->key & kMsetKeyMask);
-    job->items.push_back({itr, set->mesh, RequestFor(look), nullptr});
+    job->items.push_back({itr, set->mesh, RequestOf(*set), nullptr});
     elements += set->elementCount + 1;
   }
   if (job->items.empty()) return;
@@ -107,7 +116,7 @@ void MeshScene::TakeJob(const std::shared_ptr<Job>& job) {
     entry->drawing.mesh = std::move(item.mesh);
     entry->drawing.request = item.request;
     Put(*entry, std::move(item.skin));
-    m_stale.push_back(item.itr);
+    m_stale.insert(item.itr);
   }
   if (!m_queue.empty()) StartJob();
   m_onBuilt();
@@ -128,7 +137,7 @@ MeshBatch& MeshScene::BatchWithRoom(std::size_t size) {
     MeshBatch& batch = *m_batches[m_batches.size() - 1 - i];
     if (batch.HasRoomFor(size)) return batch;
   }
-  return *m_batches.emplace_back(std::make_unique<MeshBatch>(m_renderer));
+  return *m_batches.emplace_back(std::make_unique<MeshBatch>(m_renderer, m_cuts));
 }
 
 // ---- looks ----------------------------------------------------------------------------------------------
@@ -140,10 +149,10 @@ void MeshScene::NoteSelection() {
     if (m_entries.contains(itr)) now.insert(itr);
   }
   for (const iterator itr : now) {
-    if (!m_selected.contains(itr)) m_stale.push_back(itr);
+    if (!m_selected.contains(itr)) m_stale.insert(itr);
   }
   for (const iterator itr : m_selected) {
-    if (!now.contains(itr)) m_stale.push_back(itr);
+    if (!now.contains(itr)) m_stale.insert(itr);
   }
   m_selected = std::move(now);
 }
@@ -155,58 +164,171 @@ void MeshScene::Follow(iterator itr) {
   MsetDrawing& drawing = known->second->drawing;
   MsetLook look =
       LookOf(m_doc.GetDatabase(), m_doc.GetDisplay(), *set, itr, *drawing.skin, m_selected.contains(itr));
-  const SkinRequest request = RequestFor(m_doc.GetDisplay().Meshes().GetLook(set->key & kMsetKeyMask));
+  look.quality = m_colours;
+  const SkinRequest request = RequestOf(*set);
   if (drawing.request != request && !look.box && look.shown) Queue(itr);
   if (drawing.look == look) return;
   drawing.look = std::move(look);
   known->second->batch->Touch();
+  if (m_onChange) m_onChange(itr);
+}
+
+/// What has to be prepared of a set as it is shown and coloured now.
+SkinRequest MeshScene::RequestOf(const tagTMset& set) const {
+  const MeshDisplay& meshes = m_doc.GetDisplay().Meshes();
+  SkinRequest request = RequestFor(meshes.GetLook(set.key & kMsetKeyMask));
+  if (const MeshDisplay::Quality* quality = meshes.ColouringQuality()) request.quality = quality->measure;
+  return request;
+}
+
+std::optional<QualityColours> MeshScene::ColoursOfNow() const {
+  const MeshDisplay& meshes = m_doc.GetDisplay().Meshes();
+  const MeshDisplay::Quality* quality = meshes.ColouringQuality();
+  if (quality == nullptr) return std::nullopt;
+  if (quality->isTyped) return QualityColours{quality->measure, quality->least, quality->greatest};
+  QualityColours colours{quality->measure, Box3::kFar, -Box3::kFar};
+  for (const auto& [itr, entry] : m_entries) {
+    const MsetDrawing& set = entry->drawing;
+    if (set.skin == nullptr || set.request.quality != quality->measure || meshes.IsMsetShown(itr) == 0) continue;
+    colours.least = std::min<double>(colours.least, set.skin->leastQuality);
+    colours.greatest = std::max<double>(colours.greatest, set.skin->greatestQuality);
+  }
+  // While nothing is known yet, the range in which elements are good.
+  if (!(colours.least <= colours.greatest)) {
+    const QualityRule& rule = RuleOf(quality->measure);
+    std::tie(colours.least, colours.greatest) = std::minmax(rule.best, rule.limit);
+  }
+  return colours;
 }
 
 void MeshScene::Follow(const DisplayNotice& notice) {
-  m_stale.insert(m_stale.end(), notice.msets.begin(), notice.msets.end());
+  m_stale.insert(notice.msets.begin(), notice.msets.end());
   m_allStale |= notice.looks || notice.colours;
 }
 
-void MeshScene::Update() {
+bool MeshScene::Update() {
   NoteSelection();
-  const std::vector<iterator> stale = std::exchange(m_stale, {});
+  std::optional<QualityColours> colours = ColoursOfNow();
+  if (colours != m_colours) m_allStale = true;
+  m_colours = colours;
+  const std::unordered_set<iterator> stale = std::exchange(m_stale, {});
   const bool all = std::exchange(m_allStale, false);
   if (all) {
     for (const auto& [itr, entry] : m_entries) Follow(itr);
   } else {
     for (const iterator itr : stale) Follow(itr);
   }
-  for (const auto& batch : m_batches) batch->Refresh();
+  bool changed = false;
+  for (const auto& batch : m_batches) changed = batch->Refresh() || changed;
+  return changed;
 }
 
-// ---- turning --------------------------------------------------------------------------------------------
+// ---- quick frames ---------------------------------------------------------------------------------------
 
-void MeshScene::BeginTurning() {
-  // What a processor without a graphics card draws in less than a tenth of a second.
-  constexpr std::size_t kFaces = 150'000;
-  constexpr std::size_t kWires = 100'000;
-  std::size_t faces = 0;
-  std::size_t wires = 0;
-  for (const auto& batch : m_batches) {
-    faces += batch->FaceCount();
-    wires += batch->WireCount();
-  }
-  m_turning = true;
-  for (const auto& batch : m_batches) batch->ShowCoarse(faces / kFaces + 1, wires / kWires + 1);
+std::size_t MeshScene::CellCount() const {
+  std::size_t count = 0;
+  for (const auto& batch : m_batches) count += batch->CellCount();
+  return count;
 }
 
-void MeshScene::EndTurning() {
-  if (!std::exchange(m_turning, false)) return;
+void MeshScene::BeginQuick(std::size_t cells) {
+  m_quick = true;
+  const std::size_t every = cells != 0 ? CellCount() / cells + 1 : 0;
+  for (const auto& batch : m_batches) batch->ShowCoarse(every);
+}
+
+void MeshScene::EndQuick() {
+  if (!std::exchange(m_quick, false)) return;
   for (const auto& batch : m_batches) batch->ShowWhole();
 }
 
 // ---- questions ------------------------------------------------------------------------------------------
 
-iterator MeshScene::SetOfCell(const vtkProp* prop, std::int64_t cell) const {
-  for (const auto& batch : m_batches) {
-    if (const iterator itr = batch->SetOfCell(prop, cell); itr != 0) return itr;
+namespace {
+
+Bounds BoxOf(const MsetDrawing& set) {
+  Bounds box{};
+  std::copy_n(set.skin->bounds, box.size(), box.begin());
+  return box;
+}
+
+bool IsDrawn(const MsetDrawing& set) {
+  return set.skin != nullptr && !set.skin->pieces.empty() && set.look && set.look->shown;
+}
+
+}  // namespace
+
+std::uint64_t MeshScene::Hit::Element() const {
+  const bool own =
+      what == What::Triangle || what == What::Spot || (what == What::Line && piece->triangles.empty());
+  return own && number < piece->elements.size() ? piece->elements[number] : 0;
+}
+
+void MeshScene::Meet(const MsetDrawing& set, bool faces, bool lines, NearestHit& hit, Hit& nearest) const {
+  constexpr int kPointElement = 15;
+  const auto index = m_trees.Of(set.skin);
+  for (std::size_t number = 0; number < set.skin->pieces.size(); ++number) {
+    const MeshSkin::Piece& piece = set.skin->pieces[number];
+    const PickIndex::Piece* trees = index != nullptr ? &index->pieces[number] : nullptr;
+    const auto point = [&piece](std::size_t one) { return &piece.points[one * 3]; };
+    if (faces) {
+      const auto first =
+          hit.Triangles(piece.points.data(), piece.triangles, trees != nullptr ? &trees->triangles : nullptr);
+      if (first) nearest = {&set, &piece, Hit::What::Triangle, *first / 3};
+    }
+    if (!lines) continue;
+    // On faces only what is an element of its own counts.
+    const std::size_t least = faces && !piece.triangles.empty() ? piece.elementLines : 0;
+    const auto look = [&](std::size_t line) {
+      if (line * 2 < least || !hit.Line(point(piece.lines[line * 2]), point(piece.lines[line * 2 + 1]))) return;
+      nearest = {&set, &piece, Hit::What::Line, line};
+    };
+    if (trees != nullptr) {
+      trees->lines.Along(
+          hit.Ray(), [&hit] { return hit.Distance(); }, look);
+    } else {
+      for (std::size_t line = 0; line < piece.lines.size() / 2; ++line) look(line);
+    }
+    for (std::size_t i = 0; piece.elementType == kPointElement && i < piece.nodes.size(); ++i) {
+      if (hit.Spot(point(i))) nearest = {&set, &piece, Hit::What::Spot, i};
+    }
   }
-  return 0;
+}
+
+MeshScene::Hit MeshScene::At(NearestHit& hit, Faces faces) const {
+  Hit nearest;
+  for (const auto& [itr, entry] : m_entries) {
+    const MsetDrawing& set = entry->drawing;
+    if (!IsDrawn(set)) continue;
+    const auto distance = DistanceTo(hit.Ray(), BoxOf(set));
+    if (!distance || *distance > hit.Distance()) continue;
+    if (set.look->box) {
+      if (hit.Outline(BoxOf(set))) nearest = {&set, nullptr, Hit::What::Box, 0};
+      continue;
+    }
+    const bool withFaces = set.look->opacity != 0 && (set.request.faces || faces == Faces::Always);
+    Meet(set, withFaces, true, hit, nearest);
+  }
+  return nearest;
+}
+
+MeshScene::Hit MeshScene::FaceAt(NearestHit& hit, iterator exceptOf) const {
+  Hit nearest;
+  for (const MsetDrawing* set : Along(hit.Ray())) {
+    if (set->look->opacity == 0 || !set->request.faces) continue;
+    const tagTMset* record = exceptOf != 0 ? m_doc.GetDatabase().GetMsetPool().GetAtNU(set->itr) : nullptr;
+    if (record == nullptr || record->geom != exceptOf) Meet(*set, true, false, hit, nearest);
+  }
+  return nearest;
+}
+
+std::vector<const MsetDrawing*> MeshScene::Along(const PickRay& ray) const {
+  std::vector<const MsetDrawing*> sets;
+  for (const auto& [itr, entry] : m_entries) {
+    const MsetDrawing& set = entry->drawing;
+    if (IsDrawn(set) && !set.look->box && DistanceTo(ray, BoxOf(set))) sets.push_back(&set);
+  }
+  return sets;
 }
 
 bool MeshScene::AddShownBounds(double bounds[6], bool any) const {
@@ -224,12 +346,23 @@ bool MeshScene::AddShownBounds(double bounds[6], bool any) const {
   return any;
 }
 
-std::vector<const MsetDrawing*> MeshScene::ShownWith(std::uint32_t addOns) const {
+const MsetDrawing* MeshScene::Find(iterator itr) const {
+  const auto entry = m_entries.find(itr);
+  return entry != m_entries.end() ? &entry->second->drawing : nullptr;
+}
+
+std::vector<const MsetDrawing*> MeshScene::Shown() const {
   std::vector<const MsetDrawing*> shown;
   for (const auto& [itr, entry] : m_entries) {
     const auto& look = entry->drawing.look;
-    if (look && look->shown && (look->addOns & addOns) != 0) shown.push_back(&entry->drawing);
+    if (look && look->shown) shown.push_back(&entry->drawing);
   }
+  return shown;
+}
+
+std::vector<const MsetDrawing*> MeshScene::ShownWith(std::uint32_t addOns) const {
+  std::vector<const MsetDrawing*> shown = Shown();
+  std::erase_if(shown, [addOns](const MsetDrawing* set) { return (set->look->addOns & addOns) == 0; });
   return shown;
 }
 

@@ -1,150 +1,71 @@
 #include "workbench/view/PartScene.h"
 
-#include <vtkActor.h>
-#include <vtkBoundingBox.h>
-#include <vtkCellArray.h>
-#include <vtkCompositeDataDisplayAttributes.h>
-#include <vtkCompositePolyDataMapper2.h>
-#include <vtkFloatArray.h>
-#include <vtkMultiBlockDataSet.h>
-#include <vtkNew.h>
-#include <vtkPointData.h>
-#include <vtkPoints.h>
-#include <vtkPolyData.h>
-#include <vtkProperty.h>
 #include <vtkRenderer.h>
 
 #include <algorithm>
 #include <chrono>
-#include <unordered_set>
+#include <iterator>
 #include <utility>
 
 namespace qd::workbench {
 
 namespace {
 
-constexpr COLORREF kHighlight = Rgb(0xFF, 0x8C, 0x1A);
-constexpr COLORREF kEdge = Rgb(0x28, 0x2C, 0x32);
-
-vtkSmartPointer<vtkPoints> PointsOf(const PartFacets& facets) {
-  vtkNew<vtkFloatArray> coordinates;
-  coordinates->SetNumberOfComponents(3);
-  coordinates->SetNumberOfTuples(static_cast<vtkIdType>(facets.points.size() / 3));
-  std::copy(facets.points.begin(), facets.points.end(), coordinates->GetPointer(0));
-  auto points = vtkSmartPointer<vtkPoints>::New();
-  points->SetData(coordinates);
-  return points;
-}
-
-vtkSmartPointer<vtkPolyData> FacesOf(const PartFacets& facets, vtkPoints* points) {
-  auto faces = vtkSmartPointer<vtkPolyData>::New();
-  faces->SetPoints(points);
-  vtkNew<vtkCellArray> cells;
-  for (std::size_t i = 0; i + 2 < facets.triangles.size(); i += 3) {
-    const vtkIdType corners[3] = {facets.triangles[i], facets.triangles[i + 1], facets.triangles[i + 2]};
-    cells->InsertNextCell(3, corners);
-  }
-  faces->SetPolys(cells);
-  if (!facets.normals.empty()) {
-    vtkNew<vtkFloatArray> normals;
-    normals->SetNumberOfComponents(3);
-    normals->SetNumberOfTuples(static_cast<vtkIdType>(facets.normals.size() / 3));
-    std::copy(facets.normals.begin(), facets.normals.end(), normals->GetPointer(0));
-    faces->GetPointData()->SetNormals(normals);
-  }
-  return faces;
-}
-
-vtkSmartPointer<vtkPolyData> EdgesOf(const PartFacets& facets, vtkPoints* points) {
-  auto edges = vtkSmartPointer<vtkPolyData>::New();
-  edges->SetPoints(points);
-  vtkNew<vtkCellArray> lines;
+/// Lines and points of what is drawn without faces.
+bool IsLineHit(const PartFacets& facets, const PartLook& look, NearestHit& hit) {
+  if (!look.edges || (look.faces && !facets.triangles.empty())) return false;
+  const auto point = [&facets](std::size_t number) { return &facets.points[number * 3]; };
+  bool taken = false;
   std::size_t at = 0;
   for (const std::uint32_t size : facets.lineSizes) {
-    lines->InsertNextCell(static_cast<int>(size));
-    for (std::uint32_t i = 0; i < size; ++i) lines->InsertCellPoint(facets.lines[at++]);
-  }
-  edges->SetLines(lines);
-  return edges;
-}
-
-/// The outline of the bounding box of a shape.
-vtkSmartPointer<vtkPolyData> BoxOf(vtkPolyData* shape) {
-  double bounds[6];
-  shape->GetBounds(bounds);
-  auto box = vtkSmartPointer<vtkPolyData>::New();
-  vtkNew<vtkPoints> points;
-  for (int corner = 0; corner < 8; ++corner) {
-    points->InsertNextPoint(bounds[corner & 1], bounds[2 + (corner >> 1 & 1)], bounds[4 + (corner >> 2 & 1)]);
-  }
-  vtkNew<vtkCellArray> lines;
-  for (int corner = 0; corner < 8; ++corner) {
-    for (const int axis : {1, 2, 4}) {
-      const vtkIdType ends[2] = {corner, corner | axis};
-      if ((corner & axis) == 0) lines->InsertNextCell(2, ends);
+    for (std::uint32_t i = 1; i < size; ++i) {
+      taken = hit.Line(point(facets.lines[at + i - 1]), point(facets.lines[at + i])) || taken;
     }
+    at += size;
   }
-  box->SetPoints(points);
-  box->SetLines(lines);
-  return box;
-}
-
-void SetColour(vtkCompositeDataDisplayAttributes& attributes, vtkPolyData* block, COLORREF colour) {
-  const double rgb[3] = {(colour & 0xFFU) / 255.0, (colour >> 8U & 0xFFU) / 255.0,
-                         (colour >> 16U & 0xFFU) / 255.0};
-  attributes.SetBlockColor(block, rgb);
+  if (!facets.lines.empty() || !facets.triangles.empty()) return taken;
+  for (std::size_t i = 0; i < facets.points.size() / 3; ++i) taken = hit.Spot(point(i)) || taken;
+  return taken;
 }
 
 }  // namespace
 
-PartScene::Layer PartScene::MakeLayer() {
-  Layer layer;
-  layer.blocks = vtkSmartPointer<vtkMultiBlockDataSet>::New();
-  layer.mapper = vtkSmartPointer<vtkCompositePolyDataMapper2>::New();
-  layer.attributes = vtkSmartPointer<vtkCompositeDataDisplayAttributes>::New();
-  layer.actor = vtkSmartPointer<vtkActor>::New();
-  layer.mapper->SetInputDataObject(layer.blocks);
-  layer.mapper->SetCompositeDataDisplayAttributes(layer.attributes);
-  layer.mapper->ScalarVisibilityOff();
-  layer.actor->SetMapper(layer.mapper);
-  m_renderer.AddActor(layer.actor);
-  return layer;
-}
-
-PartScene::PartScene(WorkDocument& doc, vtkRenderer& renderer) : m_doc(doc), m_renderer(renderer) {}
+PartScene::PartScene(WorkDocument& doc, vtkRenderer& renderer, PickTrees& trees)
+    : m_doc(doc), m_renderer(renderer), m_trees(trees), m_coarse(renderer, *m_cuts) {}
 
 PartScene::~PartScene() = default;
 
-PartScene::Chunk& PartScene::ChunkWithRoom() {
-  // Chunks fill one after another; one that lost parts is found when it is among the last few.
-  constexpr std::size_t kLookBack = 8;
-  for (std::size_t i = 0; i < std::min(kLookBack, m_chunks.size()); ++i) {
-    Chunk& chunk = *m_chunks[m_chunks.size() - 1 - i];
-    if (chunk.count < kChunkParts) return chunk;
+// ---- following the model --------------------------------------------------------------------------------
+
+void PartScene::Follow(const DisplayNotice& notice) {
+  m_allStale |= notice.colours;
+  for (const iterator mset : notice.msets) NoteMesh(mset);
+  for (const int item : notice.parts) {
+    if (const auto part = m_partOfItem.find(item); part != m_partOfItem.end()) m_stale.insert(part->second);
   }
-  auto chunk = std::make_unique<Chunk>();
-  chunk->faces = MakeLayer();
-  chunk->edges = MakeLayer();
-  chunk->boxes = MakeLayer();
-  for (const Layer* lines : {&chunk->edges, &chunk->boxes}) {
-    lines->actor->GetProperty()->LightingOff();
-    lines->actor->PickableOff();
-  }
-  // Faces step back a little, so that the edges on them are seen whole.
-  chunk->faces.mapper->SetResolveCoincidentTopologyToPolygonOffset();
-  chunk->faces.mapper->SetRelativeCoincidentTopologyPolygonOffsetParameters(1, 1);
-  m_chunks.push_back(std::move(chunk));
-  return *m_chunks.back();
+}
+
+/// A part that has a mesh looks otherwise while that is shown.
+void PartScene::NoteMesh(iterator mset) {
+  const tagTMset* set = m_doc.GetDatabase().GetMsetPool().GetAtNU(mset);
+  if (set != nullptr && set->geom != 0) m_stale.insert(set->geom);
 }
 
 void PartScene::Apply(const CQDUpdateRecord& record) {
   for (const tagTRNotify& change : record.changes) {
+    if (change.dataType == kDataMset) NoteMesh(change.itr);
+    m_allStale |= change.dataType == kDataMaterial && m_doc.GetDisplay().Parts().GetColorModelType() == 1;
     if (change.dataType != kDataGeom) continue;
-    const auto known = m_parts.find(change.itr);
     if (change.kind == kChangeDeleted) {
       Remove(change.itr);
-    } else if (known == m_parts.end() ||
-               known->second.shape != m_doc.GetDatabase().GetGeomPool().GetAtNU(change.itr)->shape) {
+      continue;
+    }
+    const auto known = m_parts.find(change.itr);
+    const tagTGeom* part = m_doc.GetDatabase().GetGeomPool().GetAtNU(change.itr);
+    if (known != m_parts.end() && part != nullptr && known->second->shape == part->shape) {
+      NoteItem(*known->second, part->cadItem);
+      m_stale.insert(change.itr);
+    } else {
       m_queue.push_back(change.itr);
     }
   }
@@ -153,28 +74,42 @@ void PartScene::Apply(const CQDUpdateRecord& record) {
 void PartScene::Remove(iterator itr) {
   const auto known = m_parts.find(itr);
   if (known == m_parts.end()) return;
-  const Part& part = known->second;
-  Chunk& chunk = *part.chunk;
-  for (const auto& [layer, block] : {std::pair(&chunk.faces, part.faces), std::pair(&chunk.edges, part.edges),
-                                     std::pair(&chunk.boxes, part.box)}) {
-    layer->attributes->RemoveBlockColor(block);
-    layer->attributes->RemoveBlockVisibility(block);
-    layer->attributes->RemoveBlockOpacity(block);
-    layer->blocks->SetBlock(part.block, nullptr);
-    layer->blocks->Modified();
-  }
-  chunk.parts[part.block] = 0;
-  --chunk.count;
+  const PartDrawing& part = *known->second;
+  m_vanished |= part.look.IsShown();
+  m_faceCount -= CoarseParts::CostOf(part.shape->facets, part.look);
+  NoteItem(*known->second, 0);
+  PartBatch* batch = part.batch;
+  batch->Remove(*known->second);
+  if (batch->IsEmpty()) std::erase_if(m_batches, [batch](const auto& one) { return one.get() == batch; });
+  m_coarse.Forget(itr);
+  m_sorted.clear();
+  m_stale.erase(itr);
+  m_changed.erase(itr);
   m_parts.erase(known);
+  NoteChange(itr);
+}
+
+/// Lets a part be found by its number in the CAD model, 0 for none.
+void PartScene::NoteItem(PartDrawing& part, int item) {
+  const auto known = m_partOfItem.find(part.item);
+  if (known != m_partOfItem.end() && known->second == part.itr) m_partOfItem.erase(known);
+  part.item = item;
+  if (item != 0) m_partOfItem[item] = part.itr;
+}
+
+void PartScene::NoteChange(iterator itr) const {
+  if (m_onChange) m_onChange(itr);
 }
 
 bool PartScene::Build(int milliseconds) {
   const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(milliseconds);
-  constexpr int kMost = 128;
-  for (int made = 0; made < kMost && !m_queue.empty() && std::chrono::steady_clock::now() < end; ++made) {
-    const iterator itr = m_queue.front();
-    m_queue.pop_front();
-    Make(itr);
+  constexpr int kRun = 100;  // between looks at the clock
+  while (!m_queue.empty() && std::chrono::steady_clock::now() < end) {
+    for (int made = 0; made < kRun && !m_queue.empty(); ++made) {
+      const iterator itr = m_queue.front();
+      m_queue.pop_front();
+      Make(itr);
+    }
   }
   return !m_queue.empty();
 }
@@ -183,104 +118,190 @@ void PartScene::Make(iterator itr) {
   Remove(itr);
   const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
   if (record == nullptr || record->shape == nullptr) return;  // deleted again meanwhile
-  Chunk& chunk = ChunkWithRoom();
-  const auto room = std::find(chunk.parts.begin(), chunk.parts.end(), iterator{0});
-  Part part;
-  part.chunk = &chunk;
-  part.block = static_cast<unsigned>(room - chunk.parts.begin());
-  part.shape = record->shape;
-  if (room == chunk.parts.end()) {
-    chunk.parts.push_back(itr);
-  } else {
-    *room = itr;
+  PartDrawing& part = *m_parts.emplace(itr, std::make_unique<PartDrawing>(itr, record->shape)).first->second;
+  BatchWithRoom(*record->shape).Add(part);
+  m_sorted.clear();
+  NoteItem(part, record->cadItem);
+  Follow(part);
+}
+
+PartBatch& PartScene::BatchWithRoom(const PartShape& shape) {
+  if (!m_batches.empty() && m_batches.back()->HasRoomFor(shape)) return *m_batches.back();
+  // What is full is made ready here, between the events, and not in one frame with all others.
+  if (!m_batches.empty()) m_batches.back()->Refresh();
+  std::erase_if(m_batches, [](const auto& batch) { return batch->IsEmpty(); });
+  constexpr std::size_t kLookBack = 8;
+  for (std::size_t i = 0; i < std::min(kLookBack, m_batches.size()); ++i) {
+    PartBatch& batch = *m_batches[m_batches.size() - 1 - i];
+    if (batch.HasRoomFor(shape)) return batch;
   }
-  ++chunk.count;
-  const auto points = PointsOf(part.shape->facets);
-  part.faces = FacesOf(part.shape->facets, points);
-  part.edges = EdgesOf(part.shape->facets, points);
-  chunk.faces.blocks->SetBlock(part.block, part.faces);
-  chunk.edges.blocks->SetBlock(part.block, part.edges);
-  part.box = BoxOf(part.edges);
-  chunk.boxes.blocks->SetBlock(part.block, part.box);
-  m_parts.emplace(itr, std::move(part));
+  return *m_batches.emplace_back(std::make_unique<PartBatch>(m_renderer, *m_cuts));
+}
+
+// ---- looks ----------------------------------------------------------------------------------------------
+
+/// Parts that have come to the selection or left it, themselves or with their set.
+void PartScene::NoteSelection() {
+  if (m_doc.GetSelectBuffer() == m_selectBuffer) return;
+  m_selectBuffer = m_doc.GetSelectBuffer();
+  std::vector<iterator> now = m_selectBuffer;
+  std::sort(now.begin(), now.end());
+  std::vector<iterator> changed;
+  std::set_symmetric_difference(now.begin(), now.end(), m_selected.begin(), m_selected.end(),
+                                std::back_inserter(changed));
+  m_selected = std::move(now);
+  for (const iterator itr : changed) {
+    m_stale.insert(itr);
+    if (TypeOf(itr) != kDataGset) continue;
+    const std::vector<iterator> parts = m_doc.GetDatabase().GetGeomPool().PartsOf(itr);
+    m_stale.insert(parts.begin(), parts.end());
+  }
+}
+
+void PartScene::Follow(PartDrawing& part) {
+  const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(part.itr);
+  if (record == nullptr) return;
+  const auto selected = [this](iterator itr) {
+    return std::binary_search(m_selected.begin(), m_selected.end(), itr);
+  };
+  const PartLook look = LookOf(m_doc, *record, selected(part.itr) || selected(record->gset));
+  if (look == part.look) return;
+  const PartLook& was = part.look;
+  m_vanished |= (was.faces && !look.faces) || (was.edges && !look.edges) || (was.box && !look.box) ||
+                (was.IsShown() && was.opacity != look.opacity);
+  if (look.IsShown()) m_changed.insert(part.itr);
+  const PartFacets& facets = part.shape->facets;
+  m_faceCount += CoarseParts::CostOf(facets, look) - CoarseParts::CostOf(facets, was);
+  part.batch->SetLook(part, look);
+  NoteChange(part.itr);
 }
 
 void PartScene::Update() {
-  const auto& buffer = m_doc.GetSelectBuffer();
-  const std::unordered_set<iterator> selected(buffer.begin(), buffer.end());
-  for (auto& [itr, part] : m_parts) {
-    const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
-    if (record == nullptr) continue;
-    const Look look = LookOf(*record, selected.contains(itr) || selected.contains(record->gset));
-    if (part.look != look) Apply(part, look);
-  }
-  for (const auto& chunk : m_chunks) {
-    if (!std::exchange(chunk->changed, false)) continue;
-    // Telling the mappers instead would make their buffers anew.
-    for (const Layer* layer : {&chunk->faces, &chunk->edges, &chunk->boxes}) layer->attributes->Modified();
-  }
-}
-
-PartScene::Look PartScene::LookOf(const tagTGeom& record, bool selected) const {
-  enum Mode : unsigned { kShading, kEdgeShading, kWireframe, kBoundingBox };
-  const PartDisplay::Look& item = m_doc.GetDisplay().Parts().GetLook(record.cadItem);
-  const bool thin = record.kind == TopologyKind::Curve || record.kind == TopologyKind::Point;
-  Look look;
-  look.box = item.shown && item.mode == kBoundingBox;
-  look.faces = item.shown && item.mode <= kEdgeShading;
-  look.edges = item.shown && !look.box && (thin || item.mode != kShading);
-  look.opacity = item.opacity;
-  const tagTMaterial* material = m_doc.GetDisplay().Parts().GetColorModelType() == 1
-                                     ? m_doc.GetDatabase().GetMaterialPool().GetAtNU(record.material)
-                                     : nullptr;
-  look.colour = selected ? kHighlight : material != nullptr ? material->colour : record.colour;
-  look.lineColour = thin || selected || item.mode >= kWireframe ? look.colour : kEdge;
-  return look;
-}
-
-/// Writes only what has changed: showing or hiding everything would cost three times as much otherwise.
-void PartScene::Apply(Part& part, const Look& look) {
-  Chunk& chunk = *part.chunk;
-  const Look* before = part.look ? &*part.look : nullptr;
-  const auto show = [before](const Layer& layer, vtkPolyData* block, bool Look::*visible, const Look& now) {
-    if (before == nullptr || before->*visible != now.*visible) {
-      layer.attributes->SetBlockVisibility(block, now.*visible);
+  NoteSelection();
+  const std::unordered_set<iterator> stale = std::exchange(m_stale, {});
+  if (std::exchange(m_allStale, false)) {
+    for (const auto& [itr, part] : m_parts) Follow(*part);
+  } else {
+    for (const iterator itr : stale) {
+      if (const auto part = m_parts.find(itr); part != m_parts.end()) Follow(*part->second);
     }
-  };
-  show(chunk.faces, part.faces, &Look::faces, look);
-  show(chunk.edges, part.edges, &Look::edges, look);
-  show(chunk.boxes, part.box, &Look::box, look);
-  if (before == nullptr || before->colour != look.colour) {
-    SetColour(*chunk.faces.attributes, part.faces, look.colour);
-    SetColour(*chunk.boxes.attributes, part.box, look.colour);
   }
-  if (before == nullptr || before->lineColour != look.lineColour) {
-    SetColour(*chunk.edges.attributes, part.edges, look.lineColour);
-  }
-  if (before == nullptr || before->opacity != look.opacity) {
-    chunk.faces.attributes->SetBlockOpacity(part.faces, look.opacity);
-    chunk.edges.attributes->SetBlockOpacity(part.edges, look.opacity);
-  }
-  part.look = look;
-  chunk.changed = true;
+  for (const auto& batch : m_batches) batch->Refresh();
 }
 
-iterator PartScene::PartOfBlock(const vtkProp* prop, unsigned block) const {
-  for (const auto& chunk : m_chunks) {
-    if (chunk->faces.actor == prop && block < chunk->parts.size()) return chunk->parts[block];
+// ---- quick frames ---------------------------------------------------------------------------------------
+
+std::size_t PartScene::BeginQuick(std::size_t faces, bool onlyChanged,
+                                  const std::function<bool(const Bounds&)>& comesFirst) {
+  std::vector<const PartDrawing*> parts;
+  if (onlyChanged) {
+    for (const iterator itr : m_changed) {
+      if (const auto part = m_parts.find(itr); part != m_parts.end()) parts.push_back(part->second.get());
+    }
+    CoarseParts::Sort(parts);
+  } else if (m_sorted.empty()) {
+    for (const auto& [itr, part] : m_parts) m_sorted.push_back(part.get());
+    CoarseParts::Sort(m_sorted);
   }
-  return 0;
+  m_quick = true;
+  for (const auto& batch : m_batches) batch->SetAside(true);
+  return m_coarse.Show(onlyChanged ? std::move(parts) : m_sorted, faces, comesFirst);
+}
+
+void PartScene::EndQuick() {
+  if (!std::exchange(m_quick, false)) return;
+  m_coarse.Hide();
+  for (const auto& batch : m_batches) batch->SetAside(false);
+}
+
+void PartScene::NoteDrawn() {
+  m_changed.clear();
+  m_vanished = false;
+}
+
+// ---- questions ------------------------------------------------------------------------------------------
+
+const PartDrawing* PartScene::Find(iterator itr) const {
+  const auto part = m_parts.find(itr);
+  return part != m_parts.end() ? part->second.get() : nullptr;
+}
+
+std::vector<iterator> PartScene::All() const {
+  std::vector<iterator> all;
+  all.reserve(m_parts.size());
+  for (const auto& [itr, part] : m_parts) all.push_back(itr);
+  return all;
+}
+
+std::vector<const PartDrawing*> PartScene::Shown() const {
+  std::vector<const PartDrawing*> shown;
+  for (const auto& batch : m_batches) {
+    std::copy_if(batch->Parts().begin(), batch->Parts().end(), std::back_inserter(shown),
+                 [](const PartDrawing* part) { return part->look.IsShown(); });
+  }
+  return shown;
+}
+
+std::vector<PartScene::Candidate> PartScene::CandidatesOf(const PickRay& ray) const {
+  std::vector<Candidate> candidates;
+  for (const auto& batch : m_batches) {
+    if (!DistanceTo(ray, batch->Extent())) continue;
+    for (const PartDrawing* part : batch->Parts()) {
+      if (!part->look.IsShown()) continue;
+      if (const auto distance = DistanceTo(ray, part->bounds)) candidates.push_back({*distance, part});
+    }
+  }
+  std::sort(candidates.begin(), candidates.end(),
+            [](const Candidate& a, const Candidate& b) { return a.distance < b.distance; });
+  return candidates;
+}
+
+std::vector<const PartDrawing*> PartScene::Along(const PickRay& ray) const {
+  std::vector<const PartDrawing*> parts;
+  for (const Candidate& candidate : CandidatesOf(ray)) parts.push_back(candidate.part);
+  return parts;
+}
+
+PartScene::Hit PartScene::FaceAt(NearestHit& hit, iterator except) const {
+  return FaceOf(CandidatesOf(hit.Ray()), hit, except);
+}
+
+PartScene::Hit PartScene::FaceOf(const std::vector<Candidate>& candidates, NearestHit& hit,
+                                 iterator except) const {
+  Hit nearest;
+  for (const Candidate& candidate : candidates) {
+    if (candidate.distance > hit.Distance()) break;
+    const PartDrawing& part = *candidate.part;
+    if (!part.look.faces || part.itr == except) continue;
+    const auto index = m_trees.Of(part.shape);
+    const PartFacets& facets = part.shape->facets;
+    const auto first = hit.Triangles(facets.points.data(), facets.triangles,
+                                     index != nullptr ? &index->pieces[0].triangles : nullptr);
+    if (first) nearest = {&part, *first / 3};
+  }
+  return nearest;
+}
+
+PartScene::Hit PartScene::At(NearestHit& hit) const {
+  const std::vector<Candidate> candidates = CandidatesOf(hit.Ray());
+  Hit nearest = FaceOf(candidates, hit, 0);
+  for (const Candidate& candidate : candidates) {
+    if (candidate.distance > hit.Distance()) break;
+    const PartDrawing& part = *candidate.part;
+    const bool taken = part.look.box ? hit.Outline(part.bounds) : IsLineHit(part.shape->facets, part.look, hit);
+    if (taken) nearest = {&part, std::nullopt};
+  }
+  return nearest;
 }
 
 bool PartScene::ShownBounds(double bounds[6]) const {
-  vtkBoundingBox box;
+  Bounds all = NoBounds();
   for (const auto& [itr, part] : m_parts) {
     const tagTGeom* record = m_doc.GetDatabase().GetGeomPool().GetAtNU(itr);
-    if (record != nullptr && m_doc.GetDisplay().Parts().GetLook(record->cadItem).shown)
-      box.AddBounds(part.edges->GetBounds());
+    if (record != nullptr && m_doc.GetDisplay().Parts().GetLook(record->cadItem).shown) Widen(all, part->bounds);
   }
-  box.GetBounds(bounds);
-  return box.IsValid() != 0;
+  std::copy(all.begin(), all.end(), bounds);
+  return !IsNowhere(all);
 }
 
 }  // namespace qd::workbench

@@ -232,14 +232,14 @@ std::string NameByKind(TopologyKind kind, std::map<TopologyKind, int>& numbers) 
 
 }  // namespace
 
-void ReadCadFile(const std::string& path, const Format& format, Sink& sink) {
+void ReadCadFile(const std::string& path, const Format& format, bool isDrawn, Sink& sink) {
   Message::DefaultMessenger()->ChangePrinters().Clear();
   try {
     CadModel model = Read(path, format, sink);
     std::vector<CadBody>& found = model.bodies;
     NoteCounts& notes = model.notes;
     sink.Progress(kReadShare);
-    PartShapes shapes;
+    PartShapes shapes(isDrawn);
     for (const CadBody& body : found) shapes.Expect(body.shape);
     std::map<TopologyKind, int> numbers;
     for (std::size_t i = 0; i < found.size(); ++i) {

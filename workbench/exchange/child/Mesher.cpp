@@ -1,9 +1,13 @@
 #include <gmsh.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
+#include <sstream>
 
 #include "workbench/exchange/child/Operation.h"
 #include "workbench/exchange/child/Shapes.h"
+#include "workbench/mesh/ElementSize.h"
 #include "workbench/mesh/ElementTypes.h"
 #include "workbench/mesh/NumberHash.h"
 
@@ -78,6 +82,26 @@ void CheckElementTypes(const MeshData& mesh) {
   }
 }
 
+/// Refuses a size of which more elements would come than the program can hold: the library would work until all
+/// memory is taken.
+void CheckSize(double size, int dimension) {
+  std::array<double, 3> amounts{};  // length, area, volume
+  for (int i = 1; i <= dimension; ++i) {
+    gmsh::vectorpair entities;
+    gmsh::model::getEntities(entities, i);
+    for (const auto& [entityDimension, tag] : entities) {
+      double mass = 0;
+      gmsh::model::occ::getMass(entityDimension, tag, mass);
+      amounts[static_cast<std::size_t>(i) - 1] += std::abs(mass);
+    }
+  }
+  const double least = LeastSize(amounts[0], amounts[1], amounts[2]);
+  if (size >= least) return;
+  std::ostringstream text;
+  text << least;
+  throw ImportError{"IDS_WB_OPERATION_FINE", text.str()};
+}
+
 /// Meshes one shape and sends its elements of the wanted dimension.
 void MeshOne(const ShapeOperation& operation, const ShapeOperation::Operand& operand, Sink& sink) {
   const TopoDS_Shape shape = ShapeOf(operand.brep);
@@ -87,6 +111,7 @@ void MeshOne(const ShapeOperation& operation, const ShapeOperation::Operand& ope
   gmsh::model::occ::importShapesNativePointer(&shape, entities);
   gmsh::model::occ::synchronize();
   const int dimension = std::min(gmsh::model::getDimension(), static_cast<int>(operation.dimension));
+  CheckSize(operation.amount, dimension);
   gmsh::option::setNumber("Mesh.MeshSizeMin", operation.amount / 2);
   gmsh::option::setNumber("Mesh.MeshSizeMax", operation.amount);
   gmsh::option::setNumber("Mesh.ElementOrder", operation.secondOrder ? 2 : 1);

@@ -1,21 +1,31 @@
 #include "workbench/exchange/child/Operation.h"
 
 #include <BRepAlgoAPI_Defeaturing.hxx>
+#include <BRepBndLib.hxx>
+#include <BRepBuilderAPI_MakeVertex.hxx>
 #include <BRepBuilderAPI_Transform.hxx>
+#include <BRepExtrema_DistShapeShape.hxx>
 #include <BRepGProp.hxx>
 #include <BRepPrimAPI_MakePrism.hxx>
 #include <BRepProj_Projection.hxx>
 #include <BRep_Builder.hxx>
+#include <BRep_Tool.hxx>
+#include <Bnd_Box.hxx>
 #include <GProp_GProps.hxx>
 #include <ShapeUpgrade_UnifySameDomain.hxx>
 #include <Standard_Failure.hxx>
+#include <TopExp.hxx>
 #include <TopExp_Explorer.hxx>
+#include <TopTools_IndexedMapOfShape.hxx>
+#include <TopoDS.hxx>
 #include <TopoDS_Compound.hxx>
 #include <cmath>
 #include <gp_Ax1.hxx>
 #include <gp_Ax2.hxx>
 #include <gp_Trsf.hxx>
+#include <limits>
 #include <numbers>
+#include <vector>
 
 #include "workbench/exchange/child/Shapes.h"
 
@@ -122,10 +132,60 @@ TopoDS_Shape Work(const ShapeOperation& operation, const TopoDS_Shape& shape, co
   }
 }
 
+/// The face, edge or vertex of a shape that is nearest to a place; null when there is none.
+TopoDS_Shape NearestOf(const TopoDS_Shape& shape, TopologyKind kind, const gp_Pnt& place) {
+  const TopAbs_ShapeEnum what = kind == TopologyKind::Surface ? TopAbs_FACE
+                                : kind == TopologyKind::Curve ? TopAbs_EDGE
+                                                              : TopAbs_VERTEX;
+  TopTools_IndexedMapOfShape all;
+  TopExp::MapShapes(shape, what, all);
+  const TopoDS_Shape vertex = BRepBuilderAPI_MakeVertex(place).Shape();
+  Bnd_Box at;
+  at.Add(place);
+  TopoDS_Shape nearest;
+  double least = std::numeric_limits<double>::max();
+  for (int i = 1; i <= all.Extent(); ++i) {
+    if (what == TopAbs_EDGE && BRep_Tool::Degenerated(TopoDS::Edge(all(i)))) continue;
+    Bnd_Box box;
+    BRepBndLib::Add(all(i), box, false);
+    if (box.IsVoid() || box.Distance(at) >= least) continue;
+    const BRepExtrema_DistShapeShape distance(vertex, all(i));
+    if (!distance.IsDone() || distance.Value() >= least) continue;
+    least = distance.Value();
+    nearest = all(i);
+  }
+  return nearest;
+}
+
+void TakeOut(const ShapeOperation& operation, Sink& sink) {
+  std::vector<TopoDS_Shape> shapes;
+  for (const ShapeOperation::Operand& operand : operation.operands) shapes.push_back(ShapeOf(operand.brep));
+  double done = 0;
+  for (const ShapeOperation::Taken& taken : operation.taken) {
+    TopoDS_Shape result;
+    try {
+      const TopoDS_Shape& from = shapes[taken.operand];
+      if (!from.IsNull()) result = NearestOf(from, taken.kind, {taken.at[0], taken.at[1], taken.at[2]});
+    } catch (const Standard_Failure&) {
+      result.Nullify();
+    }
+    if (result.IsNull()) throw ImportError{"IDS_WB_OPERATION_SHAPE", taken.name};
+    ImportedPart part;
+    part.name = taken.name;
+    part.kind = taken.kind;
+    Drawn drawn{};
+    part.shape = PartShapeOf(result, &drawn);
+    if (part.shape.facets.points.empty()) throw ImportError{"IDS_WB_OPERATION_EMPTY", taken.name};
+    sink.Part(part);
+    sink.Progress(++done / static_cast<double>(operation.taken.size()));
+  }
+}
+
 }  // namespace
 
 void RunOperation(const ShapeOperation& operation, Sink& sink) {
   if (operation.kind == ShapeOperationKind::Mesh) return MeshOperands(operation, sink);
+  if (operation.kind == ShapeOperationKind::TakeOut) return TakeOut(operation, sink);
   const TopoDS_Shape target = operation.target.empty() ? TopoDS_Shape() : ShapeOf(operation.target);
   double done = 0;
   for (const ShapeOperation::Operand& operand : operation.operands) {
@@ -141,7 +201,7 @@ void RunOperation(const ShapeOperation& operation, Sink& sink) {
     }
     if (result.IsNull()) throw ImportError{"IDS_WB_OPERATION_SHAPE", operand.name};
     Drawn drawn{};
-    part.shape = PartShapeOf(result, drawn);
+    part.shape = PartShapeOf(result, &drawn);
     if (part.shape.facets.points.empty()) throw ImportError{"IDS_WB_OPERATION_EMPTY", operand.name};
     sink.Part(part);
     sink.Progress(++done / static_cast<double>(operation.operands.size()));

@@ -110,9 +110,9 @@ double NumberOr0(double value) {
 
 }  // namespace
 
-PartShape PartShapeOf(const TopoDS_Shape& shape, Drawn& drawn) {
+PartShape PartShapeOf(const TopoDS_Shape& shape, Drawn* drawn) {
   PartShape result;
-  result.facets = FacetsOf(shape, drawn);
+  if (drawn != nullptr) result.facets = FacetsOf(shape, *drawn);
   result.brep = BrepOf(shape);
   try {
     GProp_GProps lines;
@@ -176,13 +176,14 @@ PartShape PartShapes::Make(const TopoDS_Shape& shape, Drawn& drawn, bool& sound)
   const bool rigid = std::abs(motion.ScaleFactor() - 1) < kSame && !motion.IsNegative();
   if (m_uses[shape.TShape().get()] < 2 || !rigid) {
     sound = IsSoundShape(shape);
-    return PartShapeOf(shape, drawn);
+    drawn = Drawn::All;
+    return PartShapeOf(shape, m_areDrawn ? &drawn : nullptr);
   }
   const auto [found, isNew] = m_made.try_emplace({shape.TShape().get(), shape.Orientation()});
   Made& made = found->second;
   if (isNew) {
     made.sound = IsSoundShape(shape);
-    made.shape = PartShapeOf(shape.Located(TopLoc_Location()), made.drawn);
+    made.shape = PartShapeOf(shape.Located(TopLoc_Location()), m_areDrawn ? &made.drawn : nullptr);
   }
   drawn = made.drawn;
   sound = made.sound;

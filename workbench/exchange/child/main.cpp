@@ -50,6 +50,7 @@ using namespace qd::workbench;
 struct Arguments {
   std::string file;  // empty for work on shapes
   bool isExport = false;
+  bool isDrawn = true;
   std::string folder;
   std::vector<std::string> includes;
   std::uint64_t memory = 0;
@@ -68,6 +69,8 @@ std::optional<Arguments> ReadArguments(int argc, char** argv) {
       arguments.folder = value;
     } else if (option == "--memory") {
       arguments.memory = std::strtoull(value, nullptr, 10);
+    } else if (option == "--facets") {
+      arguments.isDrawn = std::string_view(value) != "none";
     } else if (option == "--includes") {
       arguments.includes.emplace_back(value);
     } else {
@@ -127,7 +130,7 @@ void Send(const ImportedModel& model, Sink& sink) {
   for (const ImportedMeshSet& set : model.meshSets) sink.MeshSet(set);
 }
 
-void Import(const std::string& path, const std::vector<std::string>& includes, Sink& sink) {
+void Import(const std::string& path, const Arguments& arguments, Sink& sink) {
   std::vector<ImportNote> notes;
   const Format& format = CheckFile(path, notes);
   for (const ImportNote& note : notes) sink.Note(note);
@@ -136,9 +139,9 @@ void Import(const std::string& path, const std::vector<std::string>& includes, S
     case Engine::Step:
     case Engine::Iges:
     case Engine::Brep:
-      return ReadCadFile(path, format, sink);
+      return ReadCadFile(path, format, arguments.isDrawn, sink);
     case Engine::Deck:
-      return Send(ReadInpFile(path, progress, {includes.begin(), includes.end()}), sink);
+      return Send(ReadInpFile(path, progress, {arguments.includes.begin(), arguments.includes.end()}), sink);
     case Engine::Own:
       return Send(format.Read(path, progress), sink);
   }
@@ -172,7 +175,7 @@ int Run(const Arguments& arguments, Sink& sink) {
     } else if (arguments.file.empty()) {
       Operate(sink);
     } else {
-      Import(path, arguments.includes, sink);
+      Import(path, arguments, sink);
     }
     beat.reset();
     sink.Finish();
@@ -195,8 +198,8 @@ int Run(const Arguments& arguments, Sink& sink) {
 int main(int argc, char** argv) {
   const auto arguments = ReadArguments(argc, argv);
   if (!arguments) {
-    std::cerr << "usage: qd_exchange --parent PID --folder PRIVATE [--memory BYTES] [--includes FOLDER]... "
-                 "(FILE | --operation | --export)\n";
+    std::cerr << "usage: qd_exchange --parent PID --folder PRIVATE [--memory BYTES] [--facets none] "
+                 "[--includes FOLDER]... (FILE | --operation | --export)\n";
     return 2;
   }
   EndWithParent(arguments->parent);

@@ -26,7 +26,8 @@ class Finisher {
   };
   using Pieces = std::map<std::string, Piece>;
 
-  const std::vector<std::uint32_t>& ElementsOf(Part& part, const std::string& name, int depth);
+  std::size_t PlaceOf(const Part& part, const std::string& key) const;
+  void Gather(Part& part, std::size_t set);
   void CheckPart(Part& part);
   void GiveProperties(Part& part);
   static void SortNodes(InpPart& mesh);
@@ -37,28 +38,49 @@ class Finisher {
   const std::function<void(double)>& m_progress;
 };
 
-/// The elements that a set lists itself or through other sets.
-const std::vector<std::uint32_t>& Finisher::ElementsOf(Part& part, const std::string& name, int depth) {
-  constexpr int kDeepest = 64;
-  const auto found = part.mesh.setOf.find(UpperCase(name));
-  if (found == part.mesh.setOf.end() || depth > kDeepest)
-    throw ImportError{"IDS_WB_IMPORT_INP_SET", m_read.lines.Quoted(name)};
-  const std::size_t place = found->second;
-  std::vector<std::uint32_t>& elements = part.mesh.sets[place].elements;
+std::size_t Finisher::PlaceOf(const Part& part, const std::string& key) const {
+  const auto found = part.mesh.setOf.find(UpperCase(key));
+  if (found == part.mesh.setOf.end()) throw ImportError{"IDS_WB_IMPORT_INP_SET", m_read.lines.Quoted(key)};
+  return found->second;
+}
+
+/// Gives a set what it lists through other sets, however long the way is. Those get the same first; in a circle
+/// each has what it got before it was met again.
+void Finisher::Gather(Part& part, std::size_t set) {
+  struct Step {
+    std::size_t set;
+    std::vector<std::size_t> listed;
+    std::size_t next = 0;
+  };
   part.gathered.resize(part.mesh.sets.size(), false);
-  if (part.gathered[place]) return elements;
-  // Sets that list each other in a circle find here that their lists are taken.
-  for (const std::string& child : std::exchange(part.children[place], {})) {
-    const std::vector<std::uint32_t>& more = ElementsOf(part, child, depth + 1);
-    if (&more == &elements) continue;
+  std::vector<Step> way;
+  const auto enter = [&](std::size_t place) {
+    if (part.gathered[place]) return false;
+    part.gathered[place] = true;
+    way.push_back({place, {}});
+    for (const std::string& key : std::exchange(part.children[place], {}))
+      way.back().listed.push_back(PlaceOf(part, key));
+    return true;
+  };
+  enter(set);
+  while (!way.empty()) {
+    Step& step = way.back();
+    InpSet& to = part.mesh.sets[step.set];
+    if (step.next == step.listed.size()) {
+      std::sort(to.elements.begin(), to.elements.end());
+      to.elements.erase(std::unique(to.elements.begin(), to.elements.end()), to.elements.end());
+      way.pop_back();
+      continue;
+    }
+    const std::size_t child = step.listed[step.next];
+    if (enter(child)) continue;  // and come back to it
+    ++step.next;
+    if (child == step.set) continue;
+    const std::vector<std::uint32_t>& more = part.mesh.sets[child].elements;
     m_read.CountListed(more.size());
-    part.mesh.sets[place].listed.push_back(static_cast<std::uint32_t>(part.mesh.setOf.at(UpperCase(child))));
-    elements.insert(elements.end(), more.begin(), more.end());
+    to.listed.push_back(static_cast<std::uint32_t>(child));
+    to.elements.insert(to.elements.end(), more.begin(), more.end());
   }
-  std::sort(elements.begin(), elements.end());
-  elements.erase(std::unique(elements.begin(), elements.end()), elements.end());
-  part.gathered[place] = true;
-  return elements;
 }
 
 void Finisher::SortNodes(InpPart& mesh) {
@@ -98,9 +120,7 @@ void Finisher::CheckPart(Part& part) {
       }
     }
   }
-  for (std::size_t set = 0; set < part.mesh.sets.size(); ++set) {
-    ElementsOf(part, Part::KeyOf(part.mesh.sets[set].name, part.mesh.sets[set].ofAssembly), 0);
-  }
+  for (std::size_t set = 0; set < part.mesh.sets.size(); ++set) Gather(part, set);
   GiveProperties(part);
 }
 

@@ -211,6 +211,10 @@ std::string Encode(const ShapeOperation& operation) {
   for (const ShapeOperation::Operand& operand : operation.operands) {
     writer.Put(operand.name).Put(operand.brep).Put(operand.kind);
   }
+  writer.Put(static_cast<std::uint64_t>(operation.taken.size()));
+  for (const ShapeOperation::Taken& taken : operation.taken) {
+    writer.Put(taken.operand).Put(taken.kind).Put(taken.at).Put(taken.name);
+  }
   return writer.Take();
 }
 
@@ -232,7 +236,14 @@ std::optional<ShapeOperation> DecodeOperation(std::string_view payload) {
     reader.Get(operand.name).Get(operand.brep).Get(operand.kind);
     if (operand.kind > TopologyKind::Compound) return std::nullopt;
   }
-  if (!reader.IsWhole() || operation.kind > ShapeOperationKind::Mesh) return std::nullopt;
+  std::uint64_t count = 0;
+  reader.Get(count);
+  for (std::uint64_t i = 0; i < count && reader.IsGood(); ++i) {
+    ShapeOperation::Taken& taken = operation.taken.emplace_back();
+    reader.Get(taken.operand).Get(taken.kind).Get(taken.at).Get(taken.name);
+    if (taken.operand >= operands || taken.kind > TopologyKind::Surface) return std::nullopt;
+  }
+  if (!reader.IsWhole() || operation.kind > ShapeOperationKind::TakeOut) return std::nullopt;
   return operation;
 }
 

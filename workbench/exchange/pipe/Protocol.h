@@ -30,14 +30,32 @@ enum class FrameType : std::uint32_t {
 };
 
 /// What can be done with shapes.
-enum class ShapeOperationKind : std::uint32_t { Translate, Rotate, Mirror, Scale, Sweep, Simplify, Project, Mesh };
+enum class ShapeOperationKind : std::uint32_t {
+  Translate,
+  Rotate,
+  Mirror,
+  Scale,
+  Sweep,
+  Simplify,
+  Project,
+  Mesh,
+  TakeOut
+};
 
-/// Work on shapes. The answer is one part for each operand, in order, or for a mesh one mesh set.
+/// Work on shapes. The answer is one part for each operand, in order, or for a mesh one mesh set, or for what is
+/// taken out one part for each of that.
 struct ShapeOperation {
   struct Operand {
     std::string name;  ///< for messages, UTF-8
     std::string brep;
     TopologyKind kind = TopologyKind::Solid;
+  };
+  /// A face, edge or vertex of an operand: the one of its kind that is nearest to a place.
+  struct Taken {
+    std::uint32_t operand = 0;
+    TopologyKind kind = TopologyKind::Surface;
+    double at[3] = {0, 0, 0};
+    std::string name;  ///< of the part that it becomes, UTF-8
   };
   ShapeOperationKind kind = ShapeOperationKind::Translate;
   double point[3] = {0, 0, 0};   ///< on the axis or plane, or the centre
@@ -48,6 +66,7 @@ struct ShapeOperation {
   bool secondOrder = false;      ///< mesh with nodes in the middle of edges
   std::string target;            ///< shape to project onto
   std::vector<Operand> operands;
+  std::vector<Taken> taken;
 };
 
 /// Parts that are to be written into a file. The answer is the file's bytes.

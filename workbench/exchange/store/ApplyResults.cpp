@@ -1,10 +1,10 @@
 #include "workbench/exchange/store/ApplyResults.h"
 
-#include <functional>
 #include <utility>
 
-#include "host/CTransaction.h"
+#include "host/Act.h"
 #include "workbench/model/MeshNumbers.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -18,10 +18,13 @@ bool AreAsTheyWere(Database& database, const std::vector<WorkedPart>& parts) {
   return true;
 }
 
-int Act(Database& database, const CString& title, const std::function<bool()>& writes) {
-  CTransaction transaction(&database);
-  if (transaction.Begin(title) == 0 || !writes()) return 0;
-  return transaction.Commit(1);
+/// Adds what was made of a part as a part of its own.
+iterator AddMade(Database& database, tagTGeom record) {
+  record.gset = database.GetGsetPool().GetCurrentSet();
+  record.material = 0;
+  record.origin = nullptr;  // it came from no file
+  record.cadItem = database.GetGeomPool().NextNumber();
+  return database.GetGeomPool().Add(std::move(record));
 }
 
 enum class Target { SameParts, NewParts };
@@ -31,22 +34,18 @@ int StoreShapes(Database& database, const std::vector<WorkedPart>& parts, Import
                 const CString& title, Target target) {
   if (results.parts.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
   GeomPool& pool = database.GetGeomPool();
-  return Act(database, title, [&] {
+  return RunAct(&database, title, [&] {
     for (std::size_t i = 0; i < parts.size(); ++i) {
       tagTGeom record = *pool.GetAtNU(parts[i].itr);
       record.kind = results.parts[i].kind;
       record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
       if (target == Target::SameParts) {
-        if (pool.Change(parts[i].itr, std::move(record)) == 0) return false;
+        if (pool.Change(parts[i].itr, std::move(record)) == 0) return 0;
         continue;
       }
-      record.gset = database.GetGsetPool().GetCurrentSet();
-      record.material = 0;
-      record.origin = nullptr;  // it came from no file
-      record.cadItem = pool.NextNumber();
-      if (pool.Add(std::move(record)) == 0) return false;
+      if (AddMade(database, std::move(record)) == 0) return 0;
     }
-    return true;
+    return 1;
   });
 }
 
@@ -60,6 +59,22 @@ int ReplaceShapes(Database& database, const std::vector<WorkedPart>& parts, Impo
 int AddParts(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
              const CString& title) {
   return StoreShapes(database, parts, std::move(results), title, Target::NewParts);
+}
+
+int AddTaken(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+             const ShapeOperation& operation, const CString& title) {
+  if (results.parts.size() != operation.taken.size() || !AreAsTheyWere(database, parts)) return 0;
+  return RunAct(&database, title, [&] {
+    for (std::size_t i = 0; i < results.parts.size(); ++i) {
+      if (operation.taken[i].operand >= parts.size()) return 0;
+      tagTGeom record = *database.GetGeomPool().GetAtNU(parts[operation.taken[i].operand].itr);
+      record.name = CutName(FromUtf8(results.parts[i].name));
+      record.kind = operation.taken[i].kind;
+      record.shape = std::make_shared<const PartShape>(std::move(results.parts[i].shape));
+      if (AddMade(database, std::move(record)) == 0) return 0;
+    }
+    return 1;
+  });
 }
 
 namespace {
@@ -85,7 +100,7 @@ int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, Imported
               const ShapeOperation& operation, const CString& title) {
   if (results.meshSets.size() != parts.size() || !AreAsTheyWere(database, parts)) return 0;
   MsetPool& meshes = database.GetMsetPool();
-  return Act(database, title, [&] {
+  return RunAct(&database, title, [&] {
     Numbering next = NextNumbers(meshes);
     for (std::size_t i = 0; i < parts.size(); ++i) {
       const iterator before = meshes.GetItrByGeomItr(parts[i].itr);
@@ -94,21 +109,48 @@ int AddMeshes(Database& database, const std::vector<WorkedPart>& parts, Imported
       if (before != 0) {
         record = *meshes.GetAtNU(before);  // keeps its name, its colour and its place
         const iterator old = database.GetMGInfoPool().GetItrByKey(record.mgInfo);
-        if (old != 0 && database.GetMGInfoPool().Delete(old) == 0) return false;
+        if (old != 0 && database.GetMGInfoPool().Delete(old) == 0) return 0;
       } else {
         record.name = geom.name;
         record.colour = geom.colour;
         record.geom = parts[i].itr;
       }
       const iterator generation = database.GetMGInfoPool().Add(GenerationOf(operation, parts[i].itr));
-      if (generation == 0) return false;
+      if (generation == 0) return 0;
       record.mgInfo = MGInfoPool::KeyOf(generation);
       PutMesh(record, next.Apply(std::make_shared<const MeshData>(std::move(results.meshSets[i].mesh))));
       next.Continue(*record.mesh);
-      if (before != 0 ? meshes.Modify(before, record) == 0 : meshes.Add(record) == 0) return false;
+      if (before != 0 ? meshes.Modify(before, record) == 0 : meshes.Add(record) == 0) return 0;
     }
-    return true;
+    return 1;
   });
+}
+
+std::vector<WorkedPart> AddOperands(const Database& database, const std::vector<iterator>& parts,
+                                    ShapeOperation& operation) {
+  std::vector<WorkedPart> worked;
+  for (const iterator part : parts) {
+    if (database.GetDataType(part) != kDataGeom) continue;
+    const tagTGeom& record = *database.GetGeomPool().GetAtNU(part);
+    if (record.shape == nullptr) continue;
+    worked.push_back({part, record.shape});
+    operation.operands.push_back({ToUtf8(record.name), record.shape->brep, record.kind});
+  }
+  return worked;
+}
+
+int ApplyOperation(Database& database, const std::vector<WorkedPart>& parts, ImportedModel results,
+                   const ShapeOperation& operation, const CString& title) {
+  switch (operation.kind) {
+    case ShapeOperationKind::Mesh:
+      return AddMeshes(database, parts, std::move(results), operation, title);
+    case ShapeOperationKind::TakeOut:
+      return AddTaken(database, parts, std::move(results), operation, title);
+    case ShapeOperationKind::Project:
+      return AddParts(database, parts, std::move(results), title);
+    default:
+      return ReplaceShapes(database, parts, std::move(results), title);
+  }
 }
 
 }  // namespace qd::workbench

@@ -18,13 +18,6 @@ namespace {
 /// The longest name that solvers take is of 80 bytes, with its quotation marks.
 constexpr std::size_t kLongestName = 78;
 
-/// The beginning of a text of UTF-8, cut between characters.
-std::string Beginning(const std::string& text, std::size_t bytes) {
-  if (text.size() <= bytes) return text;
-  while (bytes > 0 && (static_cast<unsigned char>(text[bytes]) & 0xC0U) == 0x80) --bytes;
-  return text.substr(0, bytes);
-}
-
 /// A name that files can hold: nothing that ends a line, a field or a quotation.
 std::string CleanName(std::string clean) {
   const auto isOdd = [](wchar_t letter) {
@@ -38,6 +31,12 @@ std::string CleanName(std::string clean) {
   }
   clean = std::string(Trimmed(Beginning(clean, kLongestName)));
   return clean.empty() ? "Set" : clean;
+}
+
+/// Whether a record has the name that a deck has for it. Documents of older versions have names in other encodings
+/// than UTF-8 with marks in place of letters.
+bool IsCalled(const CString& name, const std::string& inDeck) {
+  return name == RecordName(inDeck) || name == RecordName(FromUtf8(inDeck));
 }
 
 /// Gives out names that no other has; to solvers neither blanks nor the case of letters make a difference.
@@ -132,8 +131,8 @@ class Collector {
     for (const iterator itr : m_database.GetDeckPool().GetItrList()) {
       for (const tagTDeck::Set& set : m_database.GetDeckPool().GetAtNU(itr)->sets) {
         const tagTMset* mset = pool.GetAtNU(pool.GetItrByKey(set.mset));
-        if (mset == nullptr || mset->name != RecordName(set.name) || m_reserved.contains(set.mset)) continue;
-        // The record's name may be cut.
+        if (mset == nullptr || !IsCalled(mset->name, set.name) || m_reserved.contains(set.mset)) continue;
+        // As with materials, see below.
         const std::string name = m_setNames.Unique(set.name);
         m_reserved[set.mset] = name;
         if (name != set.name) NoteName(mset->name, name);
@@ -195,9 +194,10 @@ class Collector {
     if (record == nullptr) return -1;
     if (const auto known = m_materials.find(itr); known != m_materials.end()) return known->second;
     const auto place = static_cast<std::int32_t>(m_model.materials.size());
-    const bool isAsInDeck = deckName != nullptr && record->name == RecordName(*deckName);
+    const bool isAsInDeck = deckName != nullptr && IsCalled(record->name, *deckName);
     const std::string name = isAsInDeck ? m_materialNames.Unique(*deckName) : m_materialNames.Unique(record->name);
-    NoteName(record->name, name);
+    // The record's name may be cut, and the deck's in an encoding of its own.
+    if (!isAsInDeck || name != *deckName) NoteName(record->name, name);
     m_model.materials.push_back({name, record->youngsModulus, record->poissonsRatio, record->density});
     return m_materials[itr] = place;
   }

@@ -7,8 +7,9 @@
 #include <memory>
 #include <utility>
 
+#include "host/Act.h"
 #include "host/CMSGFunction.h"
-#include "host/CTransaction.h"
+#include "platform/text/Characters.h"
 #include "workbench/mesh/ElementMark.h"
 #include "workbench/model/MeshNumbers.h"
 #include "workbench/model/Values.h"
@@ -25,12 +26,12 @@ using ImportNotes = std::vector<ImportNote>;
 
 CString RecordName(CString name) {
   std::replace_if(name.begin(), name.end(), IsControl, L' ');  // code 0 would divide the columns of a row
-  if (name.find_first_not_of(L' ') == CString::npos) return CMSGFunction::GetValue("IDS_WB_UNNAMED");
+  if (IsBlank(name)) return CMSGFunction::GetValue("IDS_WB_UNNAMED");
   return CutName(name);
 }
 
-CString RecordName(const std::string& utf8) {
-  return RecordName(FromUtf8(utf8));
+CString RecordName(const std::string& bytes) {
+  return RecordName(FromBytes(bytes));
 }
 
 namespace {
@@ -68,8 +69,8 @@ void NeedNumbers(ImportedPart& part, ImportNotes& notes) {
 }
 
 /// A name with all its letters, for where parts come from.
-CString WholeName(const std::string& utf8) {
-  CString name = FromUtf8(utf8.substr(0, kMostName));
+CString WholeName(const std::string& bytes) {
+  CString name = FromBytes(Beginning(bytes, kMostName));
   std::erase(name, L'\0');
   return name;
 }
@@ -252,17 +253,12 @@ bool StoreDecks(Database& database, ImportedModel& model, const std::vector<iter
   return true;
 }
 
-}  // namespace
-
-int StoreImport(Database& database, ImportedModel model, const CString& title, ImportNotes* notes) {
-  ImportNotes unheard;
-  ImportNotes& said = notes != nullptr ? *notes : unheard;
-  CTransaction transaction(&database);
-  if (transaction.Begin(title) == 0) return 0;
-  if (!StoreParts(database, model.parts, said)) return 0;
+/// All of a model, in an open transaction.
+bool StoreAll(Database& database, ImportedModel& model, ImportNotes& said) {
+  if (!StoreParts(database, model.parts, said)) return false;
   const std::vector<iterator> materials = StoreMaterials(database, model.materials, said);
   const std::vector<iterator> properties = StoreProperties(database, model.properties, materials, said);
-  if (!AreAll(materials) || !AreAll(properties)) return 0;
+  if (!AreAll(materials) || !AreAll(properties)) return false;
   Numbering numbering = NumberingFor(database.GetMsetPool(), model.meshSets);
   std::vector<MeshData*> meshes;
   meshes.reserve(model.meshSets.size());
@@ -276,8 +272,15 @@ int StoreImport(Database& database, ImportedModel model, const CString& title, I
     }
   }
   const std::vector<iterator> msets = StoreMeshSets(database, model.meshSets, properties, numbering, said);
-  if (!AreAll(msets) || !StoreDecks(database, model, msets, materials, properties, numbering)) return 0;
-  return transaction.Commit(1);
+  return AreAll(msets) && StoreDecks(database, model, msets, materials, properties, numbering);
+}
+
+}  // namespace
+
+int StoreImport(Database& database, ImportedModel model, const CString& title, ImportNotes* notes) {
+  ImportNotes unheard;
+  ImportNotes& said = notes != nullptr ? *notes : unheard;
+  return RunAct(&database, title, [&] { return StoreAll(database, model, said) ? 1 : 0; });
 }
 
 }  // namespace qd::workbench

@@ -13,6 +13,6 @@ int StoreImport(Database& database, ImportedModel model, const CString& title,
 
 /// A name of a file as records hold it: on one line, not longer than they take, and never empty.
 CString RecordName(CString name);
-CString RecordName(const std::string& utf8);
+CString RecordName(const std::string& bytes);
 
 }  // namespace qd::workbench

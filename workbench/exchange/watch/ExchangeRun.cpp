@@ -50,6 +50,7 @@ bool ExchangeRun::StartProgram(const std::string& folder) {
   for (const auto* folders : {&SettingsOfExchange().includes, &m_task.includes}) {
     for (const std::string& include : *folders) arguments.insert(arguments.end(), {"--includes", include});
   }
+  if (!m_task.isDrawn) arguments.insert(arguments.end(), {"--facets", "none"});
   std::error_code failed;
   const std::filesystem::path file = std::filesystem::absolute(m_task.file, failed);
   arguments.push_back(m_task.take           ? "--export"

@@ -25,6 +25,7 @@ class ExchangeRun {
     /// Takes the bytes of a file that the program is to write, false when that cannot be; none for other work.
     std::function<bool(std::string_view)> take = nullptr;
     std::vector<std::string> includes{};  ///< folders that the user allows a deck to take files from this time
+    bool isDrawn = true;                  ///< what comes of a file needs facets to be drawn with
   };
   /// A message key, empty for none, and a detail for its text.
   struct Message {
