@@ -2,6 +2,7 @@
 
 #include "support/Probes.h"
 
+#include <array>
 #include <random>
 
 #include "qd_wrt/core/CQDTreeBranch.h"
@@ -474,6 +475,20 @@ TEST_F(WorksTree, TypesAreInheritedAndTheRootHasNone) {
   EXPECT_EQ(a->IsEnableDragType(9), 1);
   EXPECT_EQ(a->IsEnableDragType(8), 1);
   EXPECT_EQ(a->IsEnableDragType(10), 0);
+}
+
+TEST_F(WorksTree, OnlyARoleAboveNoneIsAPair) {
+  OpenProbes([this](ProbeNode& root) { Add(root, L"a"); });
+  ProbeNode& node = *Node(L"a");
+  const auto answers = [&](std::uint32_t role) {
+    node.m_pairType = static_cast<PAIR_TYPE>(role);
+    return std::array{node.IsPair(), node.IsPairM(), node.IsPairS()};
+  };
+  EXPECT_EQ(answers(0), (std::array{false, false, false}));
+  EXPECT_EQ(answers(1), (std::array{true, false, false}));
+  EXPECT_EQ(answers(2), (std::array{true, true, false}));
+  EXPECT_EQ(answers(3), (std::array{true, false, true}));
+  EXPECT_EQ(answers(0xFFFFFFFF), (std::array{false, false, false})) << "-1 is below none";
 }
 
 TEST_F(WorksTree, ImagesChangeOnceAndLanguageReachesEveryNode) {

@@ -55,6 +55,7 @@ class ProbeNode : public CQDTreeItem {
   using CQDTreeItem::m_leftDrag;
   using CQDTreeItem::m_multiLeftDrag;
   using CQDTreeItem::m_multiRightDrag;
+  using CQDTreeItem::m_pairType;
   using CQDTreeItem::m_rightDrag;
   using CQDTreeItem::m_showID;
 
