@@ -479,7 +479,7 @@ TEST_F(WorksTree, TypesAreInheritedAndTheRootHasNone) {
 
 TEST_F(WorksTree, OnlyARoleAboveNoneIsAPair) {
   OpenProbes([this](ProbeNode& root) { Add(root, L"a"); });
-  ProbeNode& node = *Node(L"a");
+  auto& node = static_cast<ProbeNode&>(*Node(L"a"));
   const auto answers = [&](std::uint32_t role) {
     node.m_pairType = static_cast<PAIR_TYPE>(role);
     return std::array{node.IsPair(), node.IsPairM(), node.IsPairS()};
