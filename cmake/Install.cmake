@@ -50,6 +50,11 @@ foreach(folder platform platform/tree platform/text host qd_wrt)
           PATTERN "*.h" PATTERN "qt" EXCLUDE PATTERN "headless" EXCLUDE PATTERN "generic" EXCLUDE PATTERN "win32" EXCLUDE
           PATTERN "qd_wrt/c" EXCLUDE ${private})
 endforeach()
+# What the module says, in each language that there is a table for.
+set(QD_MESSAGES_PLACE "${CMAKE_INSTALL_DATADIR}/qd_wrt/messages")
+install(DIRECTORY "${QD_MESSAGES_FOLDER}/" DESTINATION ${QD_MESSAGES_PLACE} COMPONENT library)
+file(RELATIVE_PATH QD_MESSAGES_FROM_PACKAGE "/${QD_PACKAGE_FOLDER}" "/${QD_MESSAGES_PLACE}")
+configure_file(cmake/QD_wrtConfig.cmake.in "${PROJECT_BINARY_DIR}/QD_wrtConfig.cmake" @ONLY)
 install(FILES qd_wrt/c/qd_wrt.h DESTINATION ${QD_INCLUDE_ROOT} COMPONENT development)
 install(FILES platform/headless/HeadlessToolkit.h DESTINATION ${QD_INCLUDE_ROOT}/platform/headless
         COMPONENT development)
@@ -64,7 +69,7 @@ if(WIN32)
   install(FILES platform/win32/NativeToolkit.h DESTINATION ${QD_INCLUDE_ROOT}/platform/win32 COMPONENT development)
 endif()
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/QD_wrtConfigVersion.cmake COMPATIBILITY SameMinorVersion)
-install(FILES ${PROJECT_BINARY_DIR}/QD_wrtConfigVersion.cmake cmake/QD_wrtConfig.cmake
+install(FILES ${PROJECT_BINARY_DIR}/QD_wrtConfigVersion.cmake "${PROJECT_BINARY_DIR}/QD_wrtConfig.cmake"
         DESTINATION ${QD_PACKAGE_FOLDER} COMPONENT development)
 
 if(QD_DESKTOP)

@@ -1,5 +1,6 @@
-// Lays the module's English texts into a table of the module, for hosts that bring none.
-// Usage: lay_texts MESSAGES.txt OUTPUT.cpp
+// Takes the module's texts out of a table of the program around it: into one that is installed with the module, or
+// as source, of which the module is made, for hosts that bring no table. Usage: lay_texts MESSAGES.txt
+// OUTPUT.txt|OUTPUT.cpp
 
 #include <cstdint>
 #include <fstream>
@@ -49,15 +50,23 @@ std::string Literal(const std::string& text) {
   return out.str();
 }
 
+void WriteSource(std::ostream& out, const std::map<std::string, std::string>& texts) {
+  out << "#include \"host/BuiltInTexts.h\"\n\nnamespace qd {\n\nconstexpr BuiltInText kTexts[] = {\n";
+  for (const auto& [key, text] : texts) out << "    {\"" << key << "\", L\"" << Literal(text) << "\"},\n";
+  out << "};\n\nstd::span<const BuiltInText> BuiltInTexts() {\n  return kTexts;\n}\n\n}  // namespace qd\n";
+}
+
 }  // namespace
 
 int main(int count, char** arguments) try {
-  if (count != 3) throw std::runtime_error("usage: lay_texts MESSAGES.txt OUTPUT.cpp");
-  std::ofstream out(arguments[2]);
-  out << "#include \"host/BuiltInTexts.h\"\n\nnamespace qd {\n\nconstexpr BuiltInText kTexts[] = {\n";
-  for (const auto& [key, text] : Read(arguments[1]))
-    out << "    {\"" << key << "\", L\"" << Literal(text) << "\"},\n";
-  out << "};\n\nstd::span<const BuiltInText> BuiltInTexts() {\n  return kTexts;\n}\n\n}  // namespace qd\n";
+  if (count != 3) throw std::runtime_error("usage: lay_texts MESSAGES.txt OUTPUT.txt|OUTPUT.cpp");
+  const std::map<std::string, std::string> texts = Read(arguments[1]);
+  std::ofstream out(arguments[2], std::ios::binary);
+  if (std::string(arguments[2]).ends_with(".cpp")) {
+    WriteSource(out, texts);
+  } else {
+    for (const auto& [key, text] : texts) out << key << '=' << text << '\n';
+  }
   out.close();
   if (!out) throw std::runtime_error("cannot write " + std::string(arguments[2]));
   return 0;

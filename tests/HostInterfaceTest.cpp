@@ -1,12 +1,13 @@
 // The module's entry, the manager's way to the panes, menus and icons.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
 #include <filesystem>
 
-#include "host/CMSGFunction.h"
+#include "host/MessageFile.h"
 #include "platform/ExtensionLibrary.h"
 #include "platform/headless/HeadlessPainter.h"
 #include "platform/headless/HeadlessToolkit.h"
@@ -17,6 +18,7 @@
 #include "qd_wrt/core/MenuTable.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 #include "support/Places.h"
+#include "support/ScratchFolder.h"
 #include "workbench/display/WorkDocument.h"
 
 namespace qd::test {
@@ -235,6 +237,25 @@ TEST(Messages, AKeyWithoutTextShowsItself) {
   const OneText table;
   EXPECT_EQ(CMSGFunction::GetValue("KNOWN"), L"text");
   EXPECT_EQ(CMSGFunction::GetValue("OTHER"), L"OTHER");
+}
+
+TEST(Messages, OfAFileFitTheModulesOwnOrGiveWay) {
+  const ScratchFolder scratch;
+  scratch.Write("de.txt", "IDS_QD_WRT_Color=Farbe\nIDS_QD_WRT_Item=%s%n\nOWN=%ld\n");
+  MessageFile file = ReadMessages(scratch / "de.txt");
+  EXPECT_THAT(file.faults, ::testing::ElementsAre("IDS_QD_WRT_Item: not the same arguments"));
+  {
+    const MessageTable table(std::move(file.texts));
+    EXPECT_EQ(CMSGFunction::GetValue("IDS_QD_WRT_Color"), L"Farbe");
+    EXPECT_EQ(CMSGFunction::GetValue("IDS_QD_WRT_Item"), L"Item");
+    EXPECT_EQ(CMSGFunction::GetValue("OWN"), L"%ld");
+  }
+  EXPECT_EQ(CMSGFunction::GetValue("IDS_QD_WRT_Color"), L"Color");
+  for (const char* name : {"missing.txt", ".", "large.txt"}) {
+    scratch.Write("large.txt", std::string(MessageFile::kMostBytes + 1, '#'));
+    file = ReadMessages(scratch / name);
+    EXPECT_TRUE(file.texts.empty() && file.faults.size() == 1) << name;
+  }
 }
 
 }  // namespace

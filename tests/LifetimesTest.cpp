@@ -8,6 +8,7 @@
 
 #include "host/CQDNullDocument.h"
 #include "platform/headless/HeadlessToolkit.h"
+#include "qd_wrt/c/Tree.h"
 #include "qd_wrt/c/qd_wrt.h"
 #include "qd_wrt/nodes/HostTree.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
@@ -236,6 +237,27 @@ TEST_F(CInterface, ExceptionsOfCallbacksEndInTheLibrary) {
   EXPECT_EQ(qd_headless_click(tree, node, QD_PART_BOX), QD_OK);
   EXPECT_EQ(qd_headless_menu(tree, node, 1), QD_ERROR_STATE) << "nothing of a menu that was not finished";
   EXPECT_EQ(qd_node_expand(tree, node, 1), QD_OK);
+}
+
+TEST_F(CInterface, TheLibrarySpeaksTheLanguageThatItIsGiven) {
+  const auto caption = [](qd_tree* handle) {
+    std::shared_ptr<c::Tree> tree;
+    EXPECT_EQ(c::FindTree(handle, tree), QD_OK);
+    return tree->Bar().GetTreeCtrl().GetHeader().GetItem(0)->text;
+  };
+  qd_tree* tree = MakeTree();
+  EXPECT_EQ(qd_texts_set("# German\nIDS_QD_WRT_Item=Element\nIDS_QD_WRT_Color=%s\n"), QD_OK);
+  EXPECT_EQ(caption(tree), L"Element");
+  EXPECT_EQ(caption(MakeTree()), L"Element");
+  for (const char* bad : {"", "no text\n", "IDS_QD_WRT_Item=\xFF\n", "IDS_QD_WRT_Item=%s\n"}) {
+    EXPECT_EQ(qd_texts_set(bad), QD_ERROR_VALUE) << bad;
+    EXPECT_EQ(caption(tree), L"Element") << bad;
+  }
+  EXPECT_EQ(qd_texts_set(nullptr), QD_OK);
+  EXPECT_EQ(caption(tree), L"Item");
+  EXPECT_EQ(qd_texts_set("IDS_QD_WRT_Item=Element\n"), QD_OK);
+  EXPECT_EQ(qd_shutdown(), QD_OK);
+  EXPECT_EQ(caption(MakeTree()), L"Item") << "what was given goes with all else";
 }
 
 /// The toolkit is a C++ program's, which ends it.

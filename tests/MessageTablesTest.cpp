@@ -8,10 +8,10 @@
 #include <regex>
 #include <set>
 
+#include "host/MessageFile.h"
 #include "host/MessageOutput.h"
 #include "support/Places.h"
 #include "support/ScratchFolder.h"
-#include "workbench/text/MessageFile.h"
 #include "workbench/text/Utf8.h"
 
 namespace qd::test {

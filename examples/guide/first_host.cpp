@@ -1,13 +1,19 @@
 // The guide's first host: a main window with a tree beside what it shows.
+#include <host/MessageFile.h>
 #include <widgets/WorksTreeWidget.h>
 #include <QApplication>
 #include <QDockWidget>
+#include <QLocale>
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QTextEdit>
 
 int main(int count, char** arguments) {
   QApplication application(count, arguments);
+  const QString language = QLocale().name().section('_', 0, 0);
+  qd::MessageFile file = qd::ReadMessages(std::filesystem::path(MESSAGES_FOLDER) / (language.toStdString() + ".txt"));
+  const qd::MessageTable texts(std::move(file.texts));  // as long as it stands
+
   QMainWindow window;
   window.setCentralWidget(new QTextEdit);
   auto* dock = new QDockWidget("Model", &window);

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "platform/text/Utf8.h"
 #include "qd_wrt/c/Tree.h"
-#include "qd_wrt/c/Utf8.h"
 
 using namespace qd::c;
 
@@ -23,7 +23,7 @@ qd_status qd_column_add(qd_tree* handle, const qd_column* what, int32_t* column)
       return Fail(QD_ERROR_NULL, "It is that of the column or its number.");
     if (what->size != sizeof(qd_column)) return Fail(QD_ERROR_SIZE, "It is that of qd_column.");
     if (what->title == nullptr) return Fail(QD_ERROR_NULL, "The column has no title.");
-    std::optional<qd::CString> title = FromUtf8(what->title);
+    std::optional<qd::CString> title = qd::DecodeUtf8(what->title);
     if (!title) return Fail(QD_ERROR_TEXT);
     constexpr int kWidest = 10'000;
     constexpr int kMost = 200;
@@ -42,7 +42,7 @@ qd_status qd_column_add(qd_tree* handle, const qd_column* what, int32_t* column)
 qd_status qd_column_title(qd_tree* handle, int32_t column, const char* title) {
   return WithTree(handle, [=](Tree& tree) -> qd_status {
     if (title == nullptr) return Fail(QD_ERROR_NULL, "The column has no title.");
-    const std::optional<qd::CString> shown = FromUtf8(title);
+    const std::optional<qd::CString> shown = qd::DecodeUtf8(title);
     if (!shown) return Fail(QD_ERROR_TEXT);
     if (column < 0 || column >= tree.Rows().GetColumnsNum()) return NoColumn();
     tree.Bar().SetColumnTitle(column, *shown);

@@ -2,8 +2,8 @@
 
 #include <optional>
 
+#include "platform/text/Utf8.h"
 #include "qd_wrt/c/Tree.h"
-#include "qd_wrt/c/Utf8.h"
 #include "qd_wrt/core/CQDTreeIcon.h"
 
 using namespace qd::c;
@@ -27,7 +27,7 @@ qd_status qd_icon_add(const uint8_t* pixels, int32_t width, int32_t height, cons
     if (width < 1 || height < 1 || width > kLargest || height > kLargest) {
       return Fail(QD_ERROR_VALUE, "It is the size of an icon.");
     }
-    const std::optional<qd::CString> text = FromUtf8(name != nullptr ? name : "");
+    const std::optional<qd::CString> text = qd::DecodeUtf8(name != nullptr ? name : "");
     if (!text) return Fail(QD_ERROR_TEXT);
     qd::IconImage image{.width = width, .height = height, .pixels = {}};
     const auto count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
@@ -47,7 +47,7 @@ qd_status qd_icon_find(const char* name, uint32_t* icon) {
     if (const qd_status right = OnTheirThread(); right != QD_OK) return right;
     if (name == nullptr || icon == nullptr)
       return Fail(QD_ERROR_NULL, "It is that of an icon's name or its number.");
-    const std::optional<qd::CString> text = FromUtf8(name);
+    const std::optional<qd::CString> text = qd::DecodeUtf8(name);
     if (!text) return Fail(QD_ERROR_TEXT);
     *icon = qd::CQDTreeIcon::FindIcon(*text);
     return QD_OK;

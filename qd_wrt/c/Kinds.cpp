@@ -5,9 +5,9 @@
 #include <cstddef>
 #include <cstring>
 
+#include "platform/text/Utf8.h"
 #include "qd_wrt/c/Colour.h"
 #include "qd_wrt/c/Tree.h"
-#include "qd_wrt/c/Utf8.h"
 
 namespace qd::c {
 
@@ -59,7 +59,7 @@ std::shared_ptr<const HostNodeKind> MakeKind(qd_tree* tree, const qd_callbacks& 
   if (calls.renamed != nullptr) {
     kind->renamed = [=](const HostNode& node, const CString& title) {
       int taken = 0;
-      Call([&] { taken = calls.renamed(calls.user, tree, node.GetKey(), ToUtf8(title).c_str()); });
+      Call([&] { taken = calls.renamed(calls.user, tree, node.GetKey(), EncodeUtf8(title).c_str()); });
       return taken != 0;
     };
   }
@@ -145,7 +145,7 @@ qd_status qd_kind_create(qd_tree* handle, const qd_callbacks* callbacks, qd_kind
 qd_status qd_menu_add(qd_menu* menu, uint32_t command, const char* text, int checked) {
   return Guarded([=]() -> qd_status {
     if (text == nullptr) return Fail(QD_ERROR_NULL, "The entry of a menu has no text.");
-    std::optional<qd::CString> shown = FromUtf8(text);
+    std::optional<qd::CString> shown = qd::DecodeUtf8(text);
     if (!shown) return Fail(QD_ERROR_TEXT);
     if (command == 0 || shown->empty()) return Fail(QD_ERROR_VALUE, "An entry has a number above 0 and a text.");
     return AddTo(menu, {.command = command, .text = std::move(*shown), .checked = checked != 0});
@@ -159,7 +159,7 @@ qd_status qd_menu_add_separator(qd_menu* menu) {
 qd_status qd_cell_text(qd_cell* handle, const char* text) {
   return WriteTo(handle, [=](qd::TreeCell& cell) -> qd_status {
     if (text == nullptr) return Fail(QD_ERROR_NULL, "The text of a cell.");
-    std::optional<qd::CString> shown = FromUtf8(text);
+    std::optional<qd::CString> shown = qd::DecodeUtf8(text);
     if (!shown) return Fail(QD_ERROR_TEXT);
     cell.text = std::move(*shown);
     return QD_OK;

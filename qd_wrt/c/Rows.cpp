@@ -2,10 +2,10 @@
 
 #include <cstring>
 
+#include "platform/text/Utf8.h"
 #include "qd_wrt/c/Colour.h"
 #include "qd_wrt/c/CopyOut.h"
 #include "qd_wrt/c/Tree.h"
-#include "qd_wrt/c/Utf8.h"
 #include "qd_wrt/core/CQDTreeIcon.h"
 
 namespace qd::c {
@@ -33,7 +33,7 @@ qd_status Check(const qd_row* row, CString& title) {
   if (Has(*row, QD_ROW_KEY) && row->key == 0) return Fail(QD_ERROR_VALUE, "It is the key of a row, which is 0.");
   if (!Has(*row, QD_ROW_TITLE)) return QD_OK;
   if (row->title == nullptr) return Fail(QD_ERROR_NULL, "The row has no title.");
-  std::optional<CString> text = FromUtf8(row->title);
+  std::optional<CString> text = DecodeUtf8(row->title);
   if (!text) return Fail(QD_ERROR_TEXT);
   title = std::move(*text);
   return QD_OK;
@@ -133,7 +133,7 @@ qd_status qd_node_read(qd_tree* handle, qd_node number, qd_row* row) {
 
 qd_status qd_node_title(qd_tree* handle, qd_node number, char* text, size_t capacity, size_t* needed) {
   return WithNode(handle, number, [=](Tree&, const qd::HostNode& node) {
-    return CopyOut(ToUtf8(node.GetTitle()), text, capacity, needed);
+    return CopyOut(qd::EncodeUtf8(node.GetTitle()), text, capacity, needed);
   });
 }
 

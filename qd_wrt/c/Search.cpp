@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/text/Utf8.h"
 #include "qd_wrt/c/Tree.h"
-#include "qd_wrt/c/Utf8.h"
 
 namespace qd::c {
 
@@ -11,7 +11,7 @@ namespace {
 
 qd_status Search(Tree& tree, const char* query, int (CWorksTreeBar::*search)(const CString&)) {
   if (query == nullptr) return Fail(QD_ERROR_NULL, "No query is given.");
-  const std::optional<CString> text = FromUtf8(query);
+  const std::optional<CString> text = DecodeUtf8(query);
   if (!text) return Fail(QD_ERROR_TEXT);
   if (text->empty()) {
     tree.Bar().ClearFilter();

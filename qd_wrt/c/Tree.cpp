@@ -3,6 +3,7 @@
 #include <map>
 #include <mutex>
 
+#include "host/MessageFile.h"
 #include "platform/Toolkit.h"
 
 namespace qd::c {
@@ -17,6 +18,7 @@ struct Trees {
   std::vector<std::shared_ptr<Tree>> destroyed;  // in callbacks that run
   int running = 0;
   std::shared_ptr<void> toolkit;
+  std::unique_ptr<MessageTable> texts;
 };
 
 /// It is never destroyed: when a program ends, its window system may be gone before the library is.
@@ -144,6 +146,19 @@ void KeepToolkit(std::shared_ptr<void> toolkit) {
   All().toolkit = std::move(toolkit);
 }
 
+void KeepTexts(std::unique_ptr<MessageTable> texts) {
+  Trees& trees = All();
+  trees.texts = std::move(texts);
+  std::vector<std::shared_ptr<Tree>> living;  // texts of cells are asked of the program, which may destroy trees
+  {
+    const std::lock_guard lock(trees.door);
+    for (const auto& [number, tree] : trees.living) living.push_back(tree);
+  }
+  for (const std::shared_ptr<Tree>& tree : living) {
+    if (tree->Stands()) tree->Bar().OnChangeLanguage();
+  }
+}
+
 qd_status MakeTree(const qd_tree_options* options, qd_tree** handle, const MakePane& make) {
   constexpr int kLargest = 100000;
   constexpr CRect kUsual{0, 0, 360, 480};
@@ -212,6 +227,7 @@ qd_status qd_shutdown(void) {
     if (trees.running > 0) return Fail(QD_ERROR_STATE, "A callback runs.");
     while (!trees.living.empty()) Bury(std::shared_ptr<Tree>(trees.living.begin()->second));
     trees.destroyed.clear();
+    trees.texts.reset();
     trees.toolkit.reset();
     return QD_OK;
   });

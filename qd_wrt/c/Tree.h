@@ -12,6 +12,12 @@
 #include "qd_wrt/nodes/HostTree.h"
 #include "qd_wrt/panel/CWorksTreeBar.h"
 
+namespace qd {
+
+class MessageTable;
+
+}  // namespace qd
+
 namespace qd::c {
 
 /// Where a tree stands in a window system.
@@ -94,6 +100,10 @@ QD_EXPORT qd_status MakeTree(const qd_tree_options* options, qd_tree** handle, c
 
 /// Keeps a toolkit that was made for the first tree until qd_shutdown.
 QD_EXPORT void KeepToolkit(std::shared_ptr<void> toolkit);
+
+/// Keeps a table of texts until another comes or qd_shutdown, and tells all trees; null for the library's own
+/// texts.
+void KeepTexts(std::unique_ptr<MessageTable> texts);
 
 /// A callback that runs; trees that it destroys keep their memory until it has returned.
 class QD_EXPORT Running {

@@ -54,7 +54,7 @@ extern "C" {
 #endif
 
 /// The number of this interface.
-#define QD_INTERFACE 2
+#define QD_INTERFACE 3
 
 /// How a call ended.
 typedef enum qd_status {
@@ -295,6 +295,14 @@ QD_C_API qd_status qd_find_next(qd_tree* tree, int forward);
 QD_C_API qd_status qd_find_select(qd_tree* tree);
 /// Opens (1) or closes (0) the bar in which the user searches.
 QD_C_API qd_status qd_find_bar(qd_tree* tree, int show);
+
+// ---- what the library says ----------------------------------------------------------------------------------
+
+/// Gives what the library says itself (captions, the find bar) in another language, in all trees at once: the
+/// bytes of a table of "KEY=text" lines, such as those that are installed in share/qd_wrt/messages. What a table
+/// has not, or with other arguments, is said in English, as everything is for null. A table without a text that
+/// can be used is refused as a whole (QD_ERROR_VALUE). Since interface 3.
+QD_C_API qd_status qd_texts_set(const char* table);
 
 // ---- what the user has made of the window -------------------------------------------------------------------
 

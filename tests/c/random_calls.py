@@ -36,7 +36,7 @@ def a_node():
 
 def a_text():
     return random.choice([None, b"", b"a", b"\xff", "\u00e4\U0001f600".encode(), b"\xed\xa0\x80", b"x" * 3000, b"id:1",
-                          b"/[/", b"qd_wrt state 1\nopen 3\nselected 3\ncolumn 99\n", b"qd_wrt state 1\ncolumn -1\n"])
+                          b"/[/", b"IDS_QD_WRT_Item=Teil\nx", b"qd_wrt state 1\nopen 3\nselected 3\ncolumn 99\n", b"qd_wrt state 1\ncolumn -1\n"])
 
 
 def from_callback(*_):

@@ -2,11 +2,11 @@
 
 #include <cstdint>
 
-#include "workbench/text/MessageFile.h"
+#include "host/MessageFile.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  using namespace qd::workbench;
-  MessageFile file = ParseMessages(std::string(reinterpret_cast<const char*>(data), size));
+  using namespace qd;
+  MessageFile file = ParseMessages(std::string_view(reinterpret_cast<const char*>(data), size));
   DropMisformatted(file, {{"A", L"%s of %ld"}, {"B", L""}});
   for (const auto& [key, text] : file.texts) PseudoText(text);
   return 0;

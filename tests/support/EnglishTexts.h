@@ -4,8 +4,8 @@
 #include <sstream>
 
 #include "host/CMSGFunction.h"
+#include "host/MessageFile.h"
 #include "support/Places.h"
-#include "workbench/text/MessageFile.h"
 
 namespace qd::test {
 
@@ -16,14 +16,12 @@ class EnglishTexts final : public CMSGFunction::ITable {
     std::ifstream file(SourceFolder() + "/workbench/app/messages/en.txt", std::ios::binary);
     std::stringstream bytes;
     bytes << file.rdbuf();
-    m_texts = workbench::ParseMessages(bytes.str()).texts;
+    m_texts = ParseMessages(bytes.str()).texts;
   }
-  bool Find(std::string_view key, CString& text) const override {
-    return workbench::LookUpText(key, {&m_texts}, text);
-  }
+  bool Find(std::string_view key, CString& text) const override { return LookUpText(key, {&m_texts}, text); }
 
  private:
-  workbench::MessageTexts m_texts;
+  MessageTexts m_texts;
 };
 
 }  // namespace qd::test

@@ -5,7 +5,7 @@
 #include <QTranslator>
 
 #include "host/CMSGFunction.h"
-#include "workbench/text/MessageFile.h"
+#include "host/MessageFile.h"
 
 namespace qd::workbench {
 

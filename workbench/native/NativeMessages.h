@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "host/CMSGFunction.h"
-#include "workbench/text/MessageFile.h"
+#include "host/MessageFile.h"
 
 namespace qd::workbench {
 

@@ -1,8 +1,8 @@
 // Trees of programs in C without a screen, and a user for them.
 
 #include "platform/headless/HeadlessToolkit.h"
+#include "platform/text/Utf8.h"
 #include "qd_wrt/c/Tree.h"
-#include "qd_wrt/c/Utf8.h"
 
 namespace qd::c {
 
@@ -151,7 +151,7 @@ qd_status qd_headless_rename(qd_tree* handle, const char* title) {
     qd::HeadlessToolkit* toolkit = Toolkit();
     if (toolkit == nullptr) return Fail(QD_ERROR_TOOLKIT);
     if (title == nullptr) return Fail(QD_ERROR_NULL, "No title is given.");
-    const std::optional<qd::CString> text = FromUtf8(title);
+    const std::optional<qd::CString> text = qd::DecodeUtf8(title);
     if (!text) return Fail(QD_ERROR_TEXT);
     toolkit->Key(tree.Rows(), qd::kKeyF2);
     toolkit->Pump();

@@ -1,8 +1,8 @@
-#include "qd_wrt/c/Utf8.h"
+#include "platform/text/Utf8.h"
 
 #include "platform/text/CodePoints.h"
 
-namespace qd::c {
+namespace qd {
 
 namespace {
 
@@ -24,8 +24,8 @@ bool IsCharacter(char32_t code) {
 
 }  // namespace
 
-std::optional<CString> FromUtf8(std::string_view bytes) {
-  CString text;
+std::optional<std::wstring> DecodeUtf8(std::string_view bytes) {
+  std::wstring text;
   text.reserve(bytes.size());
   for (std::size_t at = 0; at < bytes.size();) {
     const auto lead = static_cast<unsigned char>(bytes[at]);
@@ -45,7 +45,7 @@ std::optional<CString> FromUtf8(std::string_view bytes) {
   return text;
 }
 
-std::string ToUtf8(const CString& text) {
+std::string EncodeUtf8(const std::wstring& text) {
   std::string bytes;
   bytes.reserve(text.size());
   for (std::size_t at = 0; at < text.size();) {
@@ -66,4 +66,4 @@ std::string ToUtf8(const CString& text) {
   return bytes;
 }
 
-}  // namespace qd::c
+}  // namespace qd
