@@ -120,6 +120,14 @@ TEST_F(CommandLine, WrongUseIsSaidInASentence) {
                {{"--info", "--units", "ft", "a.inp"}, "ft"},
                {{"--export", "a.step", "--units", "m", "a.inp"}, "--units"},
                {{"--export", "a.qdw", "--select", "x", "a.inp"}, "--select"},
+               {{"--window"}, "--window"},
+               {{"--window", "a.inp"}, "--window"},
+               {{"--window", "--print-tree"}, "--window"},
+               {{"--window", "--script"}, "--script"},
+               {{"--window", "--info", "--script", "a.py"}, "--script"},
+               {{"--print-tree", "--script", "a.py"}, "--script"},
+               {{"--screenshot", "a.png", "--hide", "type:nonsense"}, "type:nonsense"},
+               {{"--info", "--select", "/x", "a.inp"}, "--select /x"},
                {{"--completion", "fish"}, "fish"}};
   for (const auto& wrong : cases) {
     const Ended run = Start(wrong.arguments);
@@ -271,7 +279,7 @@ TEST_F(CommandLine, PicturesNeedNoDisplay) {
   EXPECT_NE(front, picture({"--view", "front", "--hide", "type:part -Shaft"}));
   EXPECT_NE(front, picture({"--view", "front", "--section", "y"}));
   EXPECT_EQ(front, picture({"--view", "front", "--hide", "no such part"}));
-  EXPECT_EQ(Start({"--screenshot", Path("q.png"), "--hide", "nothing:1", pump}).status, 1);
+  EXPECT_EQ(Start({"--screenshot", Path("q.png"), "--hide", "nothing:1", pump}).status, 2);
 }
 
 TEST_F(CommandLine, ShellsCompleteEveryOption) {

@@ -100,9 +100,9 @@ TEST_F(Console, BlocksHistoryAndCompletionByKeys) {
   Press(Qt::Key_Tab);
   EXPECT_EQ(Pane().Input().toPlainText(), "trap.deep.x");
   Pane().Input().clear();
-  Type("doc.coord");
+  Type("doc.undo_t");
   Press(Qt::Key_Tab);
-  EXPECT_EQ(Pane().Input().toPlainText(), "doc.coordinate_systems");
+  EXPECT_EQ(Pane().Input().toPlainText(), "doc.undo_title");
   EXPECT_FALSE(Pane().Input().accessibleName().isEmpty());
   Press(Qt::Key_Backtab, {}, Qt::ShiftModifier);
   EXPECT_NE(QApplication::focusWidget(), &Pane().Input());

@@ -80,6 +80,50 @@ class Scripts(unittest.TestCase):
         self.assertEqual(self.doc.tree(), before)
         shaft.name = "Shaft"  # nothing was left open
 
+    def test_shapes_are_worked_on_and_new_records_made(self):
+        shaft, cover = self.part("Shaft"), self.part("Cover")
+        lowest, volume = shaft.points[:, 0].min(), shaft.volume
+        self.doc.translate(shaft, (100, 0, 0))
+        self.assertAlmostEqual(shaft.points[:, 0].min(), lowest + 100, 3)
+        self.doc.scale([shaft], (0, 0, 0), 2)
+        self.assertAlmostEqual(shaft.volume / volume, 8, 4)
+        taken = self.doc.take_out([(cover, "face", tuple(map(float, cover.points[0])), "Top")])
+        self.assertEqual([(part.name, part.kind) for part in taken], [("Top", "surface")])
+        empty = self.doc.mesh_set("Empty")
+        node = self.doc.add_node((1, 2, 3), empty)
+        self.assertEqual(empty.node_ids.tolist(), [node])
+        self.doc.mirror(empty, (0, 0, 0), (0, 0, 5))
+        self.assertEqual(empty.coordinates.tolist(), [[1, 2, -3]])
+        system = self.doc.coordinate_system("Axle", "cylindrical", origin=(1, 0, 0))
+        with self.assertRaises(qd.Error):
+            system.place(x_axis=(0, 1, 0))  # along the other one
+        system.place(x_axis=(0, 1, 0), xy_plane=(1, 0, 0))
+        self.assertEqual((system.kind, system.x_axis, system.parent.id), ("cylindrical", (0, 1, 0), 1))
+        for wrong in (lambda: self.doc.scale(shaft, (0, 0, 0), 0), lambda: self.doc.mirror(shaft, (0, 0, 0), (0, 0, 0)),
+                      lambda: self.doc.mesh_set("A", [1]), lambda: self.doc.colour_meshes("set", 0, 1),
+                      lambda: setattr(shaft, "opacity", 2), lambda: setattr(shaft, "mode", "free_faces")):
+            self.assertRaises(ValueError, wrong)
+
+    def test_what_is_shown_is_one_step_each(self):
+        shaft, cover = self.part("Shaft"), self.part("Cover")
+        self.doc.isolate([shaft])
+        self.assertEqual((shaft.shown, cover.shown), (True, False))
+        self.doc.leave_isolation()
+        self.assertTrue(cover.shown)
+        shaft.mode, shaft.opacity, shaft.flexible = "wireframe", 0.5, False
+        self.assertEqual((shaft.mode, shaft.opacity, shaft.flexible), ("wireframe", 0.5, False))
+        for _ in range(2):
+            self.doc.undo()
+        self.assertEqual((shaft.mode, shaft.opacity), ("wireframe", 1))
+        some = self.doc.mesh_set("Some")
+        self.doc.mark_all({"nodes"})
+        some.marks = {"element_ids"}
+        self.assertEqual(some.marks, {"element_ids"})
+        self.assertEqual(self.doc.mesh_set("Other").marks, {"nodes"})
+        group = self.doc.group("New", [])
+        self.doc.current_group = group
+        self.assertEqual(self.doc.current_group, group)
+
     def test_refusals_are_the_sentences_of_the_program(self):
         group = self.doc.group("One", [])
         with self.assertRaisesRegex(qd.Error, "One"):

@@ -18,6 +18,8 @@
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
 #include "workbench/model/CheckActs.h"
+#include "workbench/session/PythonText.h"
+#include "workbench/session/ScriptWords.h"
 
 namespace qd::workbench {
 
@@ -44,6 +46,17 @@ QString Measured(const QualityRule& rule, double value) {
   constexpr int kDigits = 4;
   const QString text = std::isfinite(value) ? QLocale().toString(value, 'g', kDigits) : QString(QChar(0x221E));
   return rule.degrees ? text + QChar(0xB0) : text;
+}
+
+std::string LineOfCheck(const CheckRequest& request, const std::vector<iterator>& sets) {
+  std::string line = std::string("check(\"") + kCheckNames[static_cast<std::size_t>(request.check)] + "\", " +
+                     ScriptRecords(sets);
+  if (request.check == MeshCheck::Quality) {
+    line += std::string(", measure=\"") + kQualityNames[static_cast<std::size_t>(request.measure)] +
+            "\", limit=" + PythonNumber(request.limit);
+  }
+  if (request.check == MeshCheck::DuplicateNodes) line += ", tolerance=" + PythonNumber(request.tolerance);
+  return line + ")";
 }
 
 }  // namespace
@@ -245,6 +258,8 @@ void CheckDialog::Apply() {
   const QString name = Name();
   std::vector<iterator> made;
   const CheckResult found = m_found;  // the act changes the sets that are followed
+  const MeantLine line(m_doc,
+                       "doc." + LineOfCheck(m_request, m_sets) + ".make_sets(" + PythonText(FromQt(name)) + ")");
   const ActResult result = PutFound(m_doc.GetDatabase(), m_sets, m_meshes, found, FromQt(name),
                                     FromQt(windowTitle() + ": " + name), made);
   if (!result.IsDone()) return emit Said({Text(result.errorKey), Severity::Failure});

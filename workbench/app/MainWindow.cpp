@@ -305,7 +305,7 @@ void MainWindow::MakeJobs() {
   m_imports = new ImportQueue(*m_doc, this);
   m_exporter = new ModelExporter(*m_doc, this);
   m_longWork = std::make_unique<ProgressWindow>(this);
-  connect(m_operations, &OperationRunner::Applying, this, &MainWindow::ExpectMesh);
+  connect(m_operations, &OperationRunner::Applying, this, &MainWindow::ExpectWork);
   m_missing = new MissingFiles(this);
   m_others = new OtherWindows(m_messages, this);
   connect(m_others, &OtherWindows::Said, this, &MainWindow::Say);

@@ -121,7 +121,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void OnRunScript();
   void OnRecordActs();
   void RefreshRecording();
-  void ExpectMesh(const ShapeOperation& operation, const std::vector<WorkedPart>& parts);
+  void ExpectWork(const ShapeOperation& operation, const std::vector<WorkedPart>& parts);
   template <typename Job>
   void Follow(Job& job);
   void AskToWait(const QString& reason);

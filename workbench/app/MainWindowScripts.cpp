@@ -11,6 +11,7 @@
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/console/ActScript.h"
 #include "workbench/app/console/ConsolePane.h"
+#include "workbench/app/console/LineOfWork.h"
 #include "workbench/app/console/ScriptEngine.h"
 #include "workbench/session/PythonText.h"
 #include "workbench/session/WindowCommands.h"
@@ -78,20 +79,8 @@ void MainWindow::OnRecordActs() {
   RefreshRecording();
 }
 
-/// Work on shapes other than meshing has no line yet; nor has meshing faces of solids.
-void MainWindow::ExpectMesh(const ShapeOperation& operation, const std::vector<WorkedPart>& parts) {
-  if (operation.kind != ShapeOperationKind::Mesh) return;
-  const GeomPool& pool = std::as_const(m_doc->GetDatabase()).GetGeomPool();
-  const TopologyKind kind = operation.dimension == 3 ? TopologyKind::Solid : TopologyKind::Surface;
-  std::vector<int> numbers;
-  for (const WorkedPart& part : parts) {
-    const tagTGeom* record = pool.GetAtNU(part.itr);
-    if (record == nullptr || record->kind != kind) return;
-    numbers.push_back(record->id);
-  }
-  m_acts->Expect("doc.mesh([doc.at(\"part\", n) for n in " + PythonNumbers(numbers) + "], size=" +
-                 PythonNumber(operation.amount) + (operation.secondOrder ? ", second_order=True" : "") +
-                 (operation.mapped ? ", mapped=True" : "") + ")");
+void MainWindow::ExpectWork(const ShapeOperation& operation, const std::vector<WorkedPart>& parts) {
+  m_acts->Expect(LineOfWork(m_doc->GetDatabase(), operation, parts));
 }
 
 void MainWindow::RunScript(const QString& path, const QStringList& arguments) {

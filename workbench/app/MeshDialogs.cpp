@@ -5,10 +5,8 @@
 #include <QLineEdit>
 #include <QLocale>
 #include <QRegularExpression>
-#include <cmath>
 #include <map>
 #include <memory>
-#include <numbers>
 #include <utility>
 
 #include "platform/qt/QtConvert.h"
@@ -16,16 +14,31 @@
 #include "workbench/app/MeshDialog.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/app/Translated.h"
+#include "workbench/model/MeshTransforms.h"
+#include "workbench/session/PythonText.h"
+#include "workbench/session/ScriptWords.h"
 
 namespace qd::workbench {
 
 namespace {
+
+/// The argument of a line for the set that was chosen; none for the default one.
+std::string InSet(iterator set) {
+  return set != 0 ? ", " + ScriptRecord(set) : std::string();
+}
+
+MeantLine LineOfMove(const WorkDocument& doc, const NumberRuns& elements, iterator into, iterator from) {
+  return {doc, into == 0 ? std::string()
+                         : "doc.move_elements(" + ScriptRuns(elements) + ", " + ScriptRecord(into) +
+                               (from != 0 ? ", out_of=" + ScriptRecord(from) : std::string()) + ")"};
+}
 
 MeshDialog* MakeNodeDialog(WorkDocument& doc, QWidget* parent) {
   auto* dialog = new MeshDialog(doc, "IDS_MENU_WRT_MESH_ADD_NODE", parent);
   const NumberRow* at = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
   const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", true);
   dialog->AddMeshAct("IDS_WB_APPLY", "apply", "IDS_WB_MESH_NODE_MADE", [&doc, at, set](const CString& title) {
+    const MeantLine line(doc, "doc.add_node(" + ScriptPoint(at->Point()) + InSet(ChosenSet(*set)) + ")");
     return AddNode(doc.GetDatabase(), ChosenSet(*set), at->Point(), title);
   });
   return dialog;
@@ -52,7 +65,13 @@ MeshDialog* MakeElementDialog(WorkDocument& doc, QWidget* parent) {
           numbers.push_back(field.toULongLong(&good));
           if (!good) return {0, "IDS_WB_MESH_BAD_NUMBERS", nodes->text().toStdString()};
         }
-        return AddElement(doc.GetDatabase(), ChosenSet(*set), type->currentData().toInt(), numbers, title);
+        std::string listed;
+        for (const std::uint64_t number : numbers)
+          listed += (listed.empty() ? "[" : ", ") + std::to_string(number);
+        const int kind = type->currentData().toInt();
+        const MeantLine line(
+            doc, "doc.add_element(" + std::to_string(kind) + ", " + listed + "]" + InSet(ChosenSet(*set)) + ")");
+        return AddElement(doc.GetDatabase(), ChosenSet(*set), kind, numbers, title);
       },
       nodes);
   return dialog;
@@ -73,6 +92,7 @@ MeshDialog* MakeIncludeExcludeDialog(WorkDocument& doc, iterator mset, QWidget* 
     NumberRuns runs;
     const std::string text = elements->text().toStdString();
     if (!ParseRuns(text, runs)) return {0, "IDS_WB_MESH_BAD_NUMBERS", text};
+    const MeantLine line = LineOfMove(doc, runs, target, from);
     return MoveElements(doc.GetDatabase(), runs, target, from, title);
   };
   dialog->AddMeshAct(
@@ -103,11 +123,13 @@ MeshDialog* MakePickedDialog(WorkDocument& doc, QWidget* parent) {
   const auto follows =
       std::make_shared<Subscription>(doc.GetPicks().Subscribe([dialog](const Picks&) { dialog->Update(0); }));
   const QComboBox* set = dialog->AddSetField("IDS_DB_DATA_NAME_MESH", false);
-  dialog->AddMeshAct(
-      "IDS_WB_PICKED_MOVE", "into", "IDS_WB_MESH_MOVED", [&doc, set, follows](const CString& title) {
-        iterator owner = 0;
-        return MoveElements(doc.GetDatabase(), PickedElements(doc, owner), ChosenSet(*set), 0, title);
-      });
+  dialog->AddMeshAct("IDS_WB_PICKED_MOVE", "into", "IDS_WB_MESH_MOVED",
+                     [&doc, set, follows](const CString& title) {
+                       iterator owner = 0;
+                       const NumberRuns elements = PickedElements(doc, owner);
+                       const MeantLine line = LineOfMove(doc, elements, ChosenSet(*set), 0);
+                       return MoveElements(doc.GetDatabase(), elements, ChosenSet(*set), 0, title);
+                     });
   const QLineEdit* name = dialog->AddTextField("IDS_WB_PICKED_NEW_NAME", "IDS_WB_PICKED_NEW_HINT");
   dialog->AddMeshAct("IDS_WB_PICKED_MOVE_NEW", "intoNew", "IDS_WB_MESH_MOVED",
                      [&doc, name](const CString& title) -> ActResult {
@@ -116,54 +138,14 @@ MeshDialog* MakePickedDialog(WorkDocument& doc, QWidget* parent) {
                        if (elements.empty()) return {0, "IDS_WB_MESH_NO_ELEMENTS"};
                        const QString text = name->text().trimmed();
                        const CString called = FromQt(text.isEmpty() ? Text("IDS_WB_PICKED_SET") : text);
+                       const MeantLine line(doc, "doc.mesh_set(" + PythonText(called) + ", " +
+                                                     ScriptRuns(elements) + ", " + ScriptRecord(owner) + ")");
                        return MoveElementsToNew(doc.GetDatabase(), elements, owner, called, title);
                      });
   return dialog;
 }
 
 // ---- transforms -----------------------------------------------------------------------------------------
-
-using Point = std::array<double, 3>;
-
-/// Applies three rows about a point.
-Transform About(const Point& point, const std::array<Point, 3>& rows) {
-  Transform transform{};
-  for (std::size_t i = 0; i < 3; ++i) {
-    transform[i][3] = point[i];
-    for (std::size_t k = 0; k < 3; ++k) {
-      transform[i][k] = rows[i][k];
-      transform[i][3] -= rows[i][k] * point[k];
-    }
-  }
-  return transform;
-}
-
-Point Normalised(Point a) {
-  const double length = std::hypot(a[0], a[1], a[2]);
-  for (double& part : a) part /= length;
-  return a;
-}
-
-std::array<Point, 3> Rotation(const Point& axis, double degrees) {
-  const double angle = degrees * std::numbers::pi / 180;
-  const double c = std::cos(angle);
-  const double s = std::sin(angle);
-  std::array<Point, 3> rows{};
-  for (std::size_t i = 0; i < 3; ++i) {
-    for (std::size_t k = 0; k < 3; ++k) rows[i][k] = (1 - c) * axis[i] * axis[k] + (i == k ? c : 0);
-    rows[i][(i + 1) % 3] -= s * axis[(i + 2) % 3];
-    rows[i][(i + 2) % 3] += s * axis[(i + 1) % 3];
-  }
-  return rows;
-}
-
-std::array<Point, 3> Reflection(const Point& normal) {
-  std::array<Point, 3> rows{};
-  for (std::size_t i = 0; i < 3; ++i) {
-    for (std::size_t k = 0; k < 3; ++k) rows[i][k] = (i == k ? 1 : 0) - 2 * normal[i] * normal[k];
-  }
-  return rows;
-}
 
 MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* parent) {
   static const std::map<unsigned, const char*> kTitles{{kCommandMeshTranslate, "IDS_QD_WRT_TRANSFORM_TRANSLATE"},
@@ -180,44 +162,50 @@ MeshDialog* MakeTransformDialog(WorkDocument& doc, unsigned command, QWidget* pa
         "IDS_WB_APPLY", "apply", "IDS_WB_MESH_CHANGED",
         [dialog, work = std::move(work)](const CString& text) { return work(dialog->SetsInView(), text); });
   };
-  const auto transform = [&doc](const std::vector<iterator>& sets, const Transform& how, const CString& text) {
+  // `call` is what the line of a script says behind the sets.
+  const auto transform = [&doc](const std::vector<iterator>& sets, const Transform& how, const char* verb,
+                                const std::string& call, const CString& text) {
+    const MeantLine line(doc, std::string("doc.") + verb + "(" + ScriptRecords(sets) + ", " + call + ")");
     return TransformMeshes(doc.GetDatabase(), sets, how, text);
   };
-  constexpr std::array<Point, 3> kUnit{{{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}};
   if (command == kCommandMeshTranslate) {
     const NumberRow* way = dialog->AddNumbers("IDS_WB_VECTOR", {10, 0, 0}, NumberKinds::kWay);
     act([=](const auto& sets, const CString& text) {
-      Transform how = About({0, 0, 0}, kUnit);
-      for (std::size_t i = 0; i < 3; ++i) how[i][3] = way->Point()[i];
-      return transform(sets, how, text);
+      return transform(sets, Translation(way->Point()), "translate", ScriptPoint(way->Point()), text);
     });
   } else if (command == kCommandMeshRotate) {
     const NumberRow* point = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
     const NumberRow* axis = dialog->AddNumbers("IDS_WB_DIRECTION", {0, 0, 1}, NumberKinds::kDirection);
     const NumberRow* angle = dialog->AddNumbers("IDS_WB_ANGLE", {90}, NumberKinds::kAngle);
     act([=](const auto& sets, const CString& text) {
-      return transform(sets, About(point->Point(), Rotation(Normalised(axis->Point()), angle->Value())), text);
+      return transform(
+          sets, Rotation(point->Point(), axis->Point(), angle->Value()), "rotate",
+          ScriptPoint(point->Point()) + ", " + ScriptPoint(axis->Point()) + ", " + PythonNumber(angle->Value()),
+          text);
     });
   } else if (command == kCommandMeshMirror) {
     const NumberRow* point = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
     const NumberRow* normal = dialog->AddNumbers("IDS_WB_NORMAL", {1, 0, 0}, NumberKinds::kDirection);
     act([=](const auto& sets, const CString& text) {
-      return transform(sets, About(point->Point(), Reflection(Normalised(normal->Point()))), text);
+      return transform(sets, Reflection(point->Point(), normal->Point()), "mirror",
+                       ScriptPoint(point->Point()) + ", " + ScriptPoint(normal->Point()), text);
     });
   } else if (command == kCommandMeshScale) {
     const NumberRow* point = dialog->AddNumbers("IDS_WB_POINT", {0, 0, 0}, NumberKinds::kPoint);
     const NumberRow* factor = dialog->AddNumbers("IDS_WB_FACTOR", {2}, NumberKinds::kFactor);
     act([=](const auto& sets, const CString& text) {
-      std::array<Point, 3> rows = kUnit;
-      for (std::size_t i = 0; i < 3; ++i) rows[i][i] = factor->Value();
-      return transform(sets, About(point->Point(), rows), text);
+      return transform(sets, Scaling(point->Point(), factor->Value()), "scale",
+                       ScriptPoint(point->Point()) + ", " + PythonNumber(factor->Value()), text);
     });
   } else {
     const NumberRow* way = dialog->AddNumbers("IDS_WB_VECTOR", {0, 0, 10}, NumberKinds::kWay);
     const NumberRow* layers = dialog->AddNumbers("IDS_QD_MESH_LAYERED_NUM_LAYERS", {2},
                                                  {Quantity::Plain, {.least = 1, .greatest = 1000, .whole = true}});
     act([&doc, way, layers](const auto& sets, const CString& text) {
-      return SweepMeshes(doc.GetDatabase(), sets, way->Point(), static_cast<int>(layers->Value()), text);
+      const int count = static_cast<int>(layers->Value());
+      const MeantLine line(doc, "doc.sweep(" + ScriptRecords(sets) + ", " + ScriptPoint(way->Point()) +
+                                    ", layers=" + std::to_string(count) + ")");
+      return SweepMeshes(doc.GetDatabase(), sets, way->Point(), count, text);
     });
   }
   return dialog;

@@ -16,11 +16,14 @@
 #include "workbench/app/FileName.h"
 #include "workbench/app/Headless.h"
 #include "workbench/app/MainWindow.h"
+#include "workbench/app/MessageTables.h"
 #include "workbench/app/PictureFile.h"
 #include "workbench/app/ScriptRun.h"
 #include "workbench/app/VirtualDisplay.h"
 #include "workbench/exchange/watch/ExchangeLimits.h"
+#include "workbench/session/RecordQuery.h"
 #include "workbench/session/VariantNames.h"
+#include "workbench/text/Utf8.h"
 #include "workbench/view/ModelView.h"
 
 namespace {
@@ -104,7 +107,8 @@ int RunWindow(QApplication& app, const CommandLine& line, MessageTables& message
   return result;
 }
 
-/// Makes the texts and the variant that were asked for; a sentence when there is no such language.
+/// Makes the texts and the variant that were asked for; a sentence when there is no such language, or a query
+/// cannot be understood.
 std::optional<std::string> Prepare(const CommandLine& line, MessageTables& messages) {
   const QStringList languages = messages.Languages() << "en" << MessageTables::kPseudo;
   if (!languages.contains(QString::fromStdString(line.language))) {
@@ -114,6 +118,14 @@ std::optional<std::string> Prepare(const CommandLine& line, MessageTables& messa
   const auto* variant = std::find_if(kVariants.begin(), kVariants.end(),
                                      [&line](const VariantName& known) { return line.variant == known.name; });
   SetProductVariant(variant->variant);
+  // Which words a query may have depends on the language.
+  for (const auto& [option, query] :
+       {std::pair{"--hide", &line.wishes.hide}, std::pair{"--select", &line.select}}) {
+    const QueryFault fault = FaultOfQuery(FromUtf8(*query));
+    if (!query->empty() && fault.key != nullptr) {
+      return std::string(option) + " " + *query + ": " + Text(fault.key).toStdString();
+    }
+  }
   return std::nullopt;
 }
 

@@ -177,6 +177,29 @@ Outcome BatchDocument::Find(const CString& query, std::vector<iterator>& records
   return {query + L": " + Sentence(found.fault.key)};
 }
 
+namespace {
+
+Outcome NotDone(const CString& title, const ExchangeRun::Result& result) {
+  const bool cancelled = result.reason.key.empty();
+  return {cancelled ? Sentence("IDS_WB_OPERATION_CANCELLED", {ToUtf8(title)})
+                    : title + L": " + Sentence(result.reason.key, {result.reason.detail}),
+          {},
+          cancelled};
+}
+
+}  // namespace
+
+Outcome BatchDocument::Work(const std::vector<iterator>& parts, ShapeOperation operation, const CString& title,
+                            const ProgressCall& progress) {
+  const std::vector<WorkedPart> worked = AddOperands(Data(), parts, operation);
+  if (worked.empty()) return {title + L": " + Sentence("IDS_WB_NO_PARTS")};
+  const ExchangeRun::Result result =
+      Run({m_surroundings.ExchangeProgram(), {}, Encode(operation), LimitsForWork()}, progress);
+  if (result.model == nullptr) return NotDone(title, result);
+  if (ApplyOperation(Data(), worked, std::move(*result.model), operation, title) != 0) return {};
+  return {title + L": " + Sentence("IDS_WB_OPERATION_GONE")};
+}
+
 Outcome BatchDocument::Mesh(const std::vector<iterator>& parts, const MeshWish& wish,
                             const ProgressCall& progress) {
   const CString title = Sentence("IDS_WB_BATCH_MESH");
@@ -188,11 +211,12 @@ Outcome BatchDocument::Mesh(const std::vector<iterator>& parts, const MeshWish& 
   };
   std::vector<Made> all;
   for (const int dimension : {3, 2}) {
+    if (wish.dimension != 0 && wish.dimension != dimension) continue;
     const TopologyKind kind = dimension == 3 ? TopologyKind::Solid : TopologyKind::Surface;
     std::vector<iterator> fit = parts;
     std::erase_if(fit, [&](iterator part) {
       const tagTGeom* record = Data().GetGeomPool().GetAtNU(part);
-      return record == nullptr || record->kind != kind;
+      return record == nullptr || (wish.dimension == 0 && record->kind != kind);
     });
     Made made;
     made.operation.kind = ShapeOperationKind::Mesh;
@@ -208,13 +232,7 @@ Outcome BatchDocument::Mesh(const std::vector<iterator>& parts, const MeshWish& 
     ExchangeRun::Result result =
         Run({m_surroundings.ExchangeProgram(), {}, Encode(made.operation), LimitsForWork()},
             [&](double done) { return progress(share + done / 2); });
-    if (result.model == nullptr) {
-      Outcome outcome = result.reason.key.empty()
-                            ? Outcome{Sentence("IDS_WB_OPERATION_CANCELLED", {ToUtf8(title)})}
-                            : failed(Sentence(result.reason.key, {result.reason.detail}));
-      outcome.cancelled = result.reason.key.empty();
-      return outcome;
-    }
+    if (result.model == nullptr) return NotDone(title, result);
     made.results = std::move(result.model);
     all.push_back(std::move(made));
   }

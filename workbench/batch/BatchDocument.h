@@ -29,6 +29,7 @@ struct MeshWish {
   double size = 0;  ///< of elements, in the document's unit of length; 0 for one that suits the parts
   bool secondOrder = false;
   bool mapped = false;  ///< in rows of quadrangles or hexahedra, where the shape allows it
+  int dimension = 0;    ///< 2 for the faces of all, 3 for solid elements in all, 0 as the parts are
 };
 
 /// A document that is worked on without a window: the same records, trees and acts that a window has. All work is
@@ -66,6 +67,9 @@ class BatchDocument {
   Outcome Find(const CString& query, std::vector<iterator>& records);
   /// Meshes parts in place of the meshes that they have, as one act.
   Outcome Mesh(const std::vector<iterator>& parts, const MeshWish& wish, const ProgressCall& progress);
+  /// Other work on the shapes of parts, as one act under a title; the operands are filled in here.
+  Outcome Work(const std::vector<iterator>& parts, ShapeOperation operation, const CString& title,
+               const ProgressCall& progress);
 
   /// A copy of what is written of all records, or of some of them with what is nested in them.
   ExportModel Collect(const std::vector<iterator>* records) const;

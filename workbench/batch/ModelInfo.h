@@ -8,6 +8,7 @@
 #include "workbench/batch/BatchDocument.h"
 #include "workbench/mesh/Measures.h"
 #include "workbench/mesh/MeshQuality.h"
+#include "workbench/session/ScriptWords.h"
 
 namespace qd::workbench {
 
@@ -50,10 +51,5 @@ struct InfoNumber {
 };
 /// Length, area, volume and mass.
 std::vector<InfoNumber> NumbersOf(const ModelInfo& info);
-
-/// Names by which JSON and scripts call kinds of parts, in their order, and measures of quality in theirs.
-inline constexpr std::array<const char*, 5> kPartKindNames{"point", "curve", "surface", "solid", "compound"};
-inline constexpr std::array<const char*, kQualityMeasures> kQualityNames{
-    "aspect_ratio", "scaled_jacobian", "skewness", "warpage", "least_angle", "greatest_angle"};
 
 }  // namespace qd::workbench

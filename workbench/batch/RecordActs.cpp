@@ -6,6 +6,7 @@
 
 #include "host/Act.h"
 #include "host/CMSGFunction.h"
+#include "platform/text/Characters.h"
 #include "qd_wrt/properties/MsetName.h"
 #include "qd_wrt/properties/PartEdits.h"
 
@@ -17,6 +18,11 @@ constexpr const char* kModifyGeometry = "IDS_QD_TRANS_Modify_Geometry";
 
 int Taken(const CString& name) {
   qdMsgOutFormatWarning(CMSGFunction::GetValue("IDS_QD_DB_EXIST_NEW_DATA_NAME"), {name});
+  return 0;
+}
+
+int Warned(const char* key) {
+  qdMsgOutFormatWarning(CMSGFunction::GetValue(key));
   return 0;
 }
 
@@ -52,6 +58,16 @@ int RenameMaterial(Database& data, iterator itr, const CString& wanted) {
       [&](tagTMaterial record) { return data.GetMaterialPool().Change(itr, std::move(record)); });
 }
 
+int RenameCord(Database& data, iterator itr, const CString& wanted) {
+  const tagTCord& old = *data.GetCordPool().GetAtNU(itr);
+  const auto isTaken = [&data](const CString& name) { return data.GetCordPool().Exist(name) != 0; };
+  const std::optional<CString> name = NewName(old.GetName(), wanted, isTaken);
+  if (!name) return CutName(wanted) == old.GetName() ? 1 : 0;
+  tagTCord record = old;
+  record.SetName(*name);
+  return RunAct(&data, "IDS_QD_TRANS_Modify_CORD", [&] { return data.GetCordPool().Modify(itr, record); });
+}
+
 }  // namespace
 
 CString NameOfRecord(Database& data, iterator itr) {
@@ -73,6 +89,8 @@ int RenameRecord(Database& data, iterator itr, const CString& wanted) {
       return RenameGset(data, itr, wanted);
     case kDataMaterial:
       return RenameMaterial(data, itr, wanted);
+    case kDataCord:
+      return RenameCord(data, itr, wanted);
     default:
       return 0;
   }
@@ -109,6 +127,41 @@ int StoreMaterial(Database& data, iterator& itr, const tagTMaterial& record) {
   return RunAct(&data, "IDS_WB_TRANS_MATERIAL", [&] {
     if (itr != 0) return data.GetMaterialPool().Change(itr, record);
     itr = data.GetMaterialPool().Add(record);
+    return itr != 0 ? 1 : 0;
+  });
+}
+
+int SetFlexible(Database& data, const std::vector<iterator>& parts, bool flexible) {
+  return SetPartsBodyType(&data, parts, flexible ? 1 : 0);
+}
+
+int NewMeshSet(Database& data, const CString& name, iterator& made) {
+  MsetPool& pool = data.GetMsetPool();
+  tagTMset record;
+  record.name = CutName(name);
+  if (IsBlank(record.name)) return Warned("IDS_QD_DB_NAME_EMPTY");
+  if (pool.Exist(record.name) != 0) return Taken(name);
+  record.key = pool.GetNewKey();
+  record.colour = pool.GetNewColor();
+  return RunAct(&data, "IDS_QD_TRANS_Add_Mset", [&] {
+    made = pool.AddMset(record);
+    return made != 0 ? 1 : 0;
+  });
+}
+
+int StoreCord(Database& data, iterator& itr, const tagTCord& record) {
+  CordPool& pool = data.GetCordPool();
+  const CString name = record.GetName();
+  const tagTCord* old = pool.GetAtNU(itr);
+  if (IsBlank(name)) return Warned("IDS_QD_DB_NAME_EMPTY");
+  if (pool.Exist(name) != 0 && (old == nullptr || old->GetName() != name)) return Taken(name);
+  if (!IsPlaceable(record)) return Warned("IDS_WB_CORD_AXES");
+  if (itr != 0 && pool.StandsOn(record.parent, itr)) return Warned("IDS_WB_CORD_CIRCLE");
+  if (itr != 0) {
+    return RunAct(&data, "IDS_QD_TRANS_Modify_CORD", [&] { return pool.Modify(itr, record); });
+  }
+  return RunAct(&data, "IDS_QD_TRANS_Add_CORD", [&] {
+    itr = pool.Add(record);
     return itr != 0 ? 1 : 0;
   });
 }

@@ -24,6 +24,13 @@ int StoreMaterial(Database& data, iterator& itr, const tagTMaterial& record);
 /// Puts a set of meshes below another one, or at the top for 0.
 int NestMeshSet(Database& data, iterator set, iterator parent);
 
+/// Makes solids flexible or rigid bodies.
+int SetFlexible(Database& data, const std::vector<iterator>& parts, bool flexible);
+/// Makes a mesh set with nothing in it, which `made` becomes.
+int NewMeshSet(Database& data, const CString& name, iterator& made);
+/// Stores a coordinate system, or a new one for 0, which `itr` becomes.
+int StoreCord(Database& data, iterator& itr, const tagTCord& record);
+
 /// Takes sets of meshes into another one, which has all their nodes and elements then.
 int MergeMeshSets(Database& data, iterator into, const std::vector<iterator>& sets);
 

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 #include <tuple>
+#include <unordered_set>
 #include <utility>
 
 #include "workbench/batch/ModelInfo.h"
@@ -18,8 +19,8 @@
 #include "workbench/exchange/formats/Format.h"
 #include "workbench/mesh/MeshChecks.h"
 #include "workbench/model/CheckActs.h"
-#include "workbench/model/MeshActs.h"
 #include "workbench/python/Script.h"
+#include "workbench/python/Words.h"
 #include "workbench/text/Utf8.h"
 #include "workbench/tree/TreePrinter.h"
 
@@ -250,11 +251,12 @@ std::string TreeText(const DocumentPtr& self) {
 // ---- meshes ---------------------------------------------------------------------------------------------
 
 py::list Mesh(const DocumentPtr& self, const py::object& parts, double size, bool secondOrder, bool mapped,
-              const py::object& call) {
+              const std::optional<int>& dimension, const py::object& call) {
+  if (dimension && *dimension != 2 && *dimension != 3) throw py::value_error("dimensions are 2 and 3");
   Database& data = self->Data();
   const std::vector<iterator> meant = PartsAmong(data, AllOrSome(*self, parts, data.GetGeomPool().GetItrList()));
   Progress progress(*self, call);
-  const MeshWish wish{size, secondOrder, mapped};
+  const MeshWish wish{size, secondOrder, mapped, dimension.value_or(0)};
   self->Finish(self->Batch().Mesh(meant, wish, progress.Call()), &progress);
   return WrapAll(self, MeshSetsAmong(data, meant));
 }
@@ -262,24 +264,15 @@ py::list Mesh(const DocumentPtr& self, const py::object& parts, double size, boo
 /// What a check of meshes has found.
 struct Check {
   CheckResult result;
+  DocumentPtr document;
+  std::vector<iterator> sets;
+  std::vector<MeshPtr> looked;  // of the sets
+  CString title;
 };
 
 template <typename Value>
 py::array_t<Value> Copied(const std::vector<Value>& values) {
   return py::array_t<Value>(static_cast<py::ssize_t>(values.size()), values.data());
-}
-
-constexpr std::array<const char*, kMeshChecks> kCheckNames{
-    "quality",       "free_edges",       "duplicate_nodes",   "unconnected_nodes",
-    "turned_shells", "negative_volumes", "duplicate_elements"};
-
-template <std::size_t kCount>
-int PlaceOf(const std::array<const char*, kCount>& names, const std::string& name, const char* what) {
-  const auto found = std::find(names.begin(), names.end(), name);
-  if (found != names.end()) return static_cast<int>(found - names.begin());
-  std::string known;
-  for (const char* each : names) known += (known.empty() ? "'" : ", '") + std::string(each) + "'";
-  throw py::value_error(std::string(what) + " are " + known);
 }
 
 Check RunCheck(const DocumentPtr& self, const std::string& what, const py::object& sets,
@@ -295,29 +288,28 @@ Check RunCheck(const DocumentPtr& self, const std::string& what, const py::objec
   const std::vector<iterator> meant = MeshSetsAmong(data, AllOrSome(*self, sets, all));
   std::vector<MeshPtr> looked;
   std::vector<MeshPtr> others;
+  for (const iterator itr : meant) looked.push_back(data.GetMsetPool().GetAtNU(itr)->mesh);
+  const std::unordered_set<iterator> isMeant(meant.begin(), meant.end());
   for (const iterator itr : all) {
-    const MeshPtr& mesh = data.GetMsetPool().GetAtNU(itr)->mesh;
-    if (mesh == nullptr) continue;
-    (std::find(meant.begin(), meant.end(), itr) != meant.end() ? looked : others).push_back(mesh);
+    if (!isMeant.contains(itr)) others.push_back(data.GetMsetPool().GetAtNU(itr)->mesh);
   }
   Progress progress(*self, call);
-  Check check{CheckMeshes(looked, others, request, progress.Call())};
+  Check check{CheckMeshes(looked, others, request, progress.Call()), self, meant, looked,
+              Sentence("IDS_WB_CHECK_TITLE")};
   if (!check.result.done) progress.Rethrow();
   return check;
 }
 
-py::object NewMeshSet(const DocumentPtr& self, const py::str& name, const std::vector<std::uint64_t>& elements,
-                      const MeshSet& beside) {
-  Database& data = self->Data();
-  const iterator other = Unwrap(*self, py::cast(beside)).front();
-  const int before = data.GetMsetPool().NextNumber();
-  const ActResult result =
-      MoveElementsToNew(data, RunsOf(elements), other, FromPython(name), Sentence("IDS_QD_TRANS_Add_Mset"));
-  if (!result.IsDone()) throw Failure(ToUtf8(Sentence(result.errorKey, {result.detail})));
-  return Wrap(self, data.GetMsetPool().ItrOfNumber(before));
-}
-
 // ---- acts -----------------------------------------------------------------------------------------------
+
+py::list MakeSets(const Check& check, const py::str& name) {
+  Database& data = check.document->Data();
+  std::vector<iterator> made;
+  const ActResult result =
+      PutFound(data, check.sets, check.looked, check.result, FromPython(name), check.title, made);
+  if (!result.IsDone()) throw Failure(ToUtf8(Sentence(result.errorKey, {result.detail})));
+  return WrapAll(check.document, made);
+}
 
 py::object NewGroup(const DocumentPtr& self, const py::str& name, const py::object& parts) {
   iterator made = 0;
@@ -434,12 +426,11 @@ void BindActs(py::class_<ScriptDocument, DocumentPtr>& document) {
           },
           "The title of the act that undo takes back, or None.")
       .def("mesh", &Mesh, "parts"_a = py::none(), "size"_a = 0.0, "second_order"_a = false, "mapped"_a = false,
-           "progress"_a = py::none(),
-           "Meshes solids and surfaces, all or some, in elements of a size or of one that suits them. Returns the "
-           "mesh sets.")
+           "dimension"_a = py::none(), "progress"_a = py::none(),
+           "Meshes solids and surfaces, all or some, in elements of a size or of one that suits them; with a "
+           "dimension "
+           "of 2 the faces of solids, too. Returns the mesh sets.")
       .def("group", &NewGroup, "name"_a, "parts"_a, "Puts parts into a new geometry set.")
-      .def("mesh_set", &NewMeshSet, "name"_a, "elements"_a, "beside"_a,
-           "Moves elements, by their numbers, into a new mesh set beside another one.")
       .def("material", &NewMaterial, "name"_a, "youngs_modulus"_a = 0.0, "poissons_ratio"_a = 0.0,
            "density"_a = 0.0, "Makes a material.")
       .def(
@@ -482,7 +473,9 @@ void BindDocument(py::module_& module) {
           "Numbers of the nodes that were found.")
       .def_property_readonly(
           "edges", [](const Check& self) { return self.result.edges; },
-          "Edges that were found, by the numbers of their nodes.");
+          "Edges that were found, by the numbers of their nodes.")
+      .def("make_sets", &MakeSets, "name"_a,
+           "Makes mesh sets of what was found, as the dialog does. Returns them.");
   py::class_<Act>(module, "Act", "A block of acts, as Document.act makes it.")
       .def("__enter__",
            [](const Act& self) {
@@ -499,6 +492,8 @@ void BindDocument(py::module_& module) {
   BindFiles(document);
   BindLooking(document);
   BindActs(document);
+  BindShapes(document);
+  BindDocumentLooks(document);
   module.def(
       "current", [] { return Place().Current(); },
       "The document of the window that the script runs in; None without a window.");

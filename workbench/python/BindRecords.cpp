@@ -108,6 +108,12 @@ void BindParts(py::class_<Part, Record>& part) {
   part.def_property_readonly("area", &Measure<&PartShape::area>, "Area of all faces.");
   part.def_property_readonly("length", &Measure<&PartShape::length>, "Length of all edges.");
   part.def_property(
+      "flexible", [](const Part& self) { return At(self).flexible; },
+      [](const Part& self, bool flexible) {
+        if (At(self).flexible != flexible) self.document->Require(SetFlexible(self.Data(), {self.itr}, flexible));
+      },
+      "Whether a solid is a flexible body, or a rigid one.");
+  part.def_property(
       "material", [](const Part& self) { return Wrap(self.document, At(self).material); },
       [](const Part& self, const std::optional<Material>& material) {
         self.Need();
@@ -205,7 +211,7 @@ void BindOthers(py::module_& module) {
       .def_property(
           "density", [](const Material& self) { return At(self).density; }, &SetNumber<&tagTMaterial::density>,
           "Mass per volume.");
-  py::class_<CoordinateSystem, Record>(module, "CoordinateSystem", "A coordinate system.");
+  BindSystems(module);
 }
 
 }  // namespace
@@ -263,6 +269,7 @@ void BindRecords(py::module_& module) {
   BindParts(part);
   BindMeshSets(meshSet);
   BindMeshes(module, part, meshSet);
+  BindLooks(part, meshSet);
 }
 
 }  // namespace qd::workbench::script

@@ -158,6 +158,10 @@ CString FromPython(const py::str& text);
 
 void BindRecords(py::module_& module);
 void BindMeshes(py::module_& module, py::class_<Part, Record>& part, py::class_<MeshSet, Record>& meshSet);
+void BindLooks(py::class_<Part, Record>& part, py::class_<MeshSet, Record>& meshSet);
+void BindSystems(py::module_& module);
 void BindDocument(py::module_& module);
+void BindShapes(py::class_<ScriptDocument, DocumentPtr>& document);
+void BindDocumentLooks(py::class_<ScriptDocument, DocumentPtr>& document);
 
 }  // namespace qd::workbench::script

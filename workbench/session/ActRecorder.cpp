@@ -6,6 +6,8 @@
 
 #include "host/CMSGFunction.h"
 #include "workbench/session/PythonText.h"
+#include "workbench/session/ScriptSettings.h"
+#include "workbench/session/ScriptWords.h"
 
 namespace qd::workbench {
 
@@ -13,79 +15,8 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-/// What scripts call the records that they know; null for others.
-const char* KindOf(std::uint16_t type) {
-  switch (type) {
-    case kDataGeom:
-      return "part";
-    case kDataMset:
-      return "mesh_set";
-    case kDataGset:
-      return "group";
-    case kDataMaterial:
-      return "material";
-    case kDataCord:
-      return "coordinate_system";
-    default:
-      return nullptr;
-  }
-}
-
-std::string At(iterator itr) {
-  return std::string("doc.at(\"") + KindOf(TypeOf(itr)) + "\", " + std::to_string(NumberOf(itr)) + ")";
-}
-
-/// Records as a list, kind by kind.
-std::string ListOf(const std::vector<iterator>& records) {
-  std::map<std::uint16_t, std::vector<int>> byType;
-  for (const iterator itr : records) byType[TypeOf(itr)].push_back(static_cast<int>(NumberOf(itr)));
-  std::string text;
-  for (auto& [type, numbers] : byType) {
-    std::sort(numbers.begin(), numbers.end());
-    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
-    text += text.empty() ? "[" : " + [";
-    if (numbers.size() == 1) {
-      text += "doc.at(\"" + std::string(KindOf(type)) + "\", " + std::to_string(numbers.front()) + ")]";
-    } else {
-      text += "doc.at(\"" + std::string(KindOf(type)) + "\", n) for n in " + PythonNumbers(numbers) + "]";
-    }
-  }
-  return text.empty() ? "[]" : text;
-}
-
-/// What records become, by what is put into them: many that get the same are one line, or two.
-class Settings {
- public:
-  void Add(iterator itr, const char* member, std::string value) {
-    const auto key = std::make_tuple(TypeOf(itr), std::string(member), std::move(value));
-    const auto [place, isNew] = m_numbers.try_emplace(key);
-    if (isNew) m_order.push_back(key);
-    place->second.push_back(static_cast<int>(NumberOf(itr)));
-  }
-  Lines Take() {
-    Lines lines;
-    for (const Key& key : m_order) {
-      std::vector<int>& numbers = m_numbers.at(key);
-      std::sort(numbers.begin(), numbers.end());
-      const auto& [type, member, value] = key;
-      const bool one = numbers.size() == 1;
-      std::string line;
-      if (!one) line.append("for n in ").append(PythonNumbers(numbers)).append(":\n    ");
-      line.append("doc.at(\"").append(KindOf(type)).append("\", ");
-      line.append(one ? std::to_string(numbers.front()) : "n").append(").").append(member).append(" = ");
-      lines.push_back(line.append(value));
-    }
-    return lines;
-  }
-
- private:
-  using Key = std::tuple<std::uint16_t, std::string, std::string>;
-  std::map<Key, std::vector<int>> m_numbers;
-  std::vector<Key> m_order;
-};
-
 std::string OrNone(iterator itr) {
-  return itr != 0 ? At(itr) : "None";
+  return itr != 0 ? ScriptRecord(itr) : "None";
 }
 
 }  // namespace
@@ -111,10 +42,15 @@ struct ActRecorder::Changes {
 };
 
 ActRecorder::ActRecorder(WorkDocument& doc, Write write)
-    : m_doc(doc), m_write(std::move(write)), m_acts(doc.GetDatabase().ActNumber()) {
+    : m_doc(doc), m_write(std::move(write)), m_shown(doc), m_acts(doc.GetDatabase().ActNumber()) {
   Keep();
   m_onRecords = m_doc.OnRecords([this](const CQDUpdateRecord& record) { Follow(record); });
   m_onDisplay = m_doc.GetDisplay().Subscribe([this](const DisplayNotice& notice) { Follow(notice); });
+  m_onSetting = m_doc.OnSetting([this](const WorkDocument&) {
+    const iterator current = m_doc.GetDatabase().GetGsetPool().GetCurrentSet();
+    if (current == 0 || (m_isSilent && m_isSilent())) return;
+    Say("doc.current_group = " + ScriptRecord(current));
+  });
 }
 
 ActRecorder::~ActRecorder() = default;
@@ -129,7 +65,6 @@ void ActRecorder::Keep() {
   keep(std::as_const(data).GetGsetPool());
   keep(std::as_const(data).GetMaterialPool());
   keep(std::as_const(data).GetCordPool());
-  for (const auto& [item, look] : m_doc.GetDisplay().Parts().Looks()) m_looks[item] = look;
 }
 
 void ActRecorder::Say(const std::string& line) {
@@ -154,7 +89,7 @@ void ActRecorder::Flush() {
     text += line + "\n";
   }
   if (act->lines.empty()) {
-    text += "# no line for: " + title + "\n";
+    text += (act->whole ? "# nothing differs after: " : "# no line for: ") + title + "\n";
   } else if (!act->whole) {
     text += "# no line for the rest of: " + title + "\n";
   }
@@ -167,7 +102,7 @@ void ActRecorder::Follow(const CQDUpdateRecord& record) {
   const Database& data = m_doc.GetDatabase();
   Changes changes;
   for (const tagTRNotify& note : record.changes) {
-    if (KindOf(note.dataType) == nullptr) {
+    if (ScriptKindOf(note.dataType) == nullptr) {
       changes.others = true;
       continue;
     }
@@ -208,6 +143,15 @@ void ActRecorder::Follow(const CQDUpdateRecord& record) {
   if (!m_expected.empty()) {
     act->lines = {std::exchange(m_expected, {})};
     act->isAlone = true;
+  } else if (std::string meant = MeantLine::Take(m_doc); !meant.empty()) {
+    act->lines = {std::move(meant)};
+    // Which colour is the next one follows from all that was made before.
+    ScriptSettings settings;
+    for (const Changes::Change& change : changes.all) {
+      if (change.before != nullptr || change.after == nullptr || TypeOf(change.itr) != kDataMset) continue;
+      settings.Add(change.itr, "colour", PythonColour(static_cast<const tagTMset&>(*change.after).colour));
+    }
+    for (std::string& line : settings.Take()) act->lines.push_back(std::move(line));
   } else {
     act->lines = LinesOf(changes, act->whole);
   }
@@ -217,16 +161,44 @@ void ActRecorder::Follow(const CQDUpdateRecord& record) {
 namespace {
 
 /// What of one record changed, as lines. False when something did that scripts cannot do.
-bool AddPart(const tagTGeom& before, const tagTGeom& after, iterator itr, Settings& settings) {
+bool AddPart(const tagTGeom& before, const tagTGeom& after, iterator itr, ScriptSettings& settings) {
   if (before.name != after.name) settings.Add(itr, "name", PythonText(after.name));
   if (before.colour != after.colour) settings.Add(itr, "colour", PythonColour(after.colour));
   if (before.material != after.material) settings.Add(itr, "material", OrNone(after.material));
-  if (before.gset != after.gset) settings.Add(itr, "group", At(after.gset));
-  return before.kind == after.kind && before.flexible == after.flexible && before.shape == after.shape &&
-         before.origin == after.origin;
+  if (before.gset != after.gset) settings.Add(itr, "group", ScriptRecord(after.gset));
+  if (before.flexible != after.flexible) settings.Add(itr, "flexible", after.flexible ? "True" : "False");
+  return before.kind == after.kind && before.shape == after.shape && before.origin == after.origin;
 }
 
-void AddMaterial(const tagTMaterial& before, const tagTMaterial& after, iterator itr, Settings& settings) {
+/// A mesh set that an act has made without elements.
+bool AddNewSet(const tagTMset& made, iterator itr, Lines& lines, ScriptSettings& settings) {
+  if (made.mesh != nullptr || made.geom != 0 || made.property != 0 || made.parent != 0) return false;
+  lines.push_back("doc.mesh_set(" + PythonText(made.name) + ")");
+  settings.Add(itr, "colour", PythonColour(made.colour));
+  return true;
+}
+
+/// A coordinate system that was made or placed; empty for one that was only renamed.
+std::string LineOfSystem(const tagTCord* before, const tagTCord& now, iterator itr, ScriptSettings& settings) {
+  const tagTCord was = before != nullptr ? *before : tagTCord();
+  std::string arguments;
+  const auto add = [&](const char* name, bool differs, const std::string& value) {
+    if (differs) arguments += (arguments.empty() ? "" : ", ") + std::string(name) + "=" + value;
+  };
+  add("kind", was.kind != now.kind, "\"" + std::string(kCordKindNames[static_cast<std::size_t>(now.kind)]) + "\"");
+  add("origin", was.origin != now.origin, ScriptPoint(now.origin));
+  add("x_axis", was.xAxis != now.xAxis, ScriptPoint(now.xAxis));
+  add("xy_plane", was.xyPlane != now.xyPlane, ScriptPoint(now.xyPlane));
+  if (now.parent != 0) add("parent", was.parent != now.parent, ScriptRecord(now.parent));
+  if (before == nullptr) {
+    return "doc.coordinate_system(" + PythonText(now.GetName()) + (arguments.empty() ? "" : ", ") + arguments +
+           ")";
+  }
+  if (was.GetName() != now.GetName()) settings.Add(itr, "name", PythonText(now.GetName()));
+  return arguments.empty() ? std::string() : ScriptRecord(itr) + ".place(" + arguments + ")";
+}
+
+void AddMaterial(const tagTMaterial& before, const tagTMaterial& after, iterator itr, ScriptSettings& settings) {
   if (before.name != after.name) settings.Add(itr, "name", PythonText(after.name));
   if (before.colour != after.colour) settings.Add(itr, "colour", PythonColour(after.colour));
   const auto number = [&](const char* member, double was, double is) {
@@ -242,7 +214,7 @@ void AddMaterial(const tagTMaterial& before, const tagTMaterial& after, iterator
 std::vector<std::string> ActRecorder::LinesOf(const Changes& changes, bool& all) const {
   const MsetPool& sets = m_doc.GetDatabase().GetMsetPool();
   Lines lines;
-  Settings settings;
+  ScriptSettings settings;
   std::map<iterator, std::vector<iterator>> made;  // new groups and what is put into them
   std::vector<iterator> merged;                    // sets whose meshes changed
   for (const auto& change : changes.all) {
@@ -270,6 +242,10 @@ std::vector<std::string> ActRecorder::LinesOf(const Changes& changes, bool& all)
         break;
       }
       case kDataMset:
+        if (before == nullptr) {
+          all = AddNewSet(static_cast<const tagTMset&>(*after), itr, lines, settings) && all;
+          break;
+        }
         all = put(static_cast<const tagTMset&>(*after),
                   [&](const tagTMset& was, const tagTMset& now) {
                     if (was.name != now.name) settings.Add(itr, "name", PythonText(now.name));
@@ -300,12 +276,14 @@ std::vector<std::string> ActRecorder::LinesOf(const Changes& changes, bool& all)
         break;
       }
       default:
-        all = false;
+        lines.push_back(LineOfSystem(static_cast<const tagTCord*>(before.get()),
+                                     static_cast<const tagTCord&>(*after), itr, settings));
+        if (lines.back().empty()) lines.pop_back();
     }
   }
   for (const auto& [group, parts] : made) {
     const auto& record = *m_doc.GetDatabase().GetGsetPool().GetAtNU(group);
-    lines.push_back("doc.group(" + PythonText(record.name) + ", " + ListOf(parts) + ")");
+    lines.push_back("doc.group(" + PythonText(record.name) + ", " + SortedRecords(parts) + ")");
   }
   for (std::string& line : settings.Take()) lines.push_back(std::move(line));
   std::vector<iterator> gone(changes.gone.begin(), changes.gone.end());
@@ -313,12 +291,12 @@ std::vector<std::string> ActRecorder::LinesOf(const Changes& changes, bool& all)
       std::all_of(gone.begin(), gone.end(), [](iterator itr) { return TypeOf(itr) == kDataMset; });
   if (merged.size() == 1 && !gone.empty() && onlySets &&
       m_doc.GetDatabase().UndoTitle() == CMSGFunction::GetValue("IDS_QD_TRANS_Merge_Mesh_Set")) {
-    lines.push_back(At(merged.front()) + ".merge(" + ListOf(gone) + ")");
+    lines.push_back(ScriptRecord(merged.front()) + ".merge(" + SortedRecords(gone) + ")");
   } else {
     if (!merged.empty()) all = false;
-    if (!gone.empty()) lines.push_back("doc.delete(" + ListOf(gone) + ")");
+    if (!gone.empty()) lines.push_back("doc.delete(" + SortedRecords(gone) + ")");
   }
-  if (lines.empty()) all = false;
+  if (lines.empty() && changes.others) all = false;
   return lines;
 }
 
@@ -327,7 +305,7 @@ std::vector<std::string> ActRecorder::LinesOf(const Changes& changes, bool& all)
 void ActRecorder::Follow(const DisplayNotice& notice) {
   const Database& data = m_doc.GetDatabase();
   bool all = true;
-  const Lines lines = ShownLines(notice, all);
+  const Lines lines = m_shown.Take(notice, all);
   const bool isOwn = std::exchange(m_acts, data.ActNumber()) != data.ActNumber();
   if (!notice.acted) return;
   if (isOwn || m_pending == nullptr) {
@@ -338,30 +316,6 @@ void ActRecorder::Follow(const DisplayNotice& notice) {
   }
   m_pending->lines.insert(m_pending->lines.end(), lines.begin(), lines.end());
   m_pending->whole = m_pending->whole && all;
-}
-
-std::vector<std::string> ActRecorder::ShownLines(const DisplayNotice& notice, bool& all) {
-  const Database& data = m_doc.GetDatabase();
-  std::vector<iterator> shown;
-  std::vector<iterator> hidden;
-  for (const int item : notice.parts) {
-    const PartDisplay::Look now = m_doc.GetDisplay().Parts().GetLook(item);
-    const PartDisplay::Look was = std::exchange(m_looks[item], now);
-    const iterator part = data.GetGeomPool().ItrOfNumber(item);
-    if (data.GetDataType(part) == 0) continue;
-    if (was.shown != now.shown) (now.shown ? shown : hidden).push_back(part);
-    if (was.mode != now.mode || was.opacity != now.opacity) all = false;
-  }
-  for (const iterator set : notice.msets) {
-    if (data.GetDataType(set) == 0) continue;
-    (m_doc.GetDisplay().Meshes().IsMsetShown(set) != 0 ? shown : hidden).push_back(set);
-  }
-  if (!notice.labels.empty() || !notice.boxes.empty() || notice.looks || notice.colours || notice.isolation)
-    all = false;
-  Lines lines;
-  if (!hidden.empty()) lines.push_back("doc.hide(" + ListOf(hidden) + ")");
-  if (!shown.empty()) lines.push_back("doc.show(" + ListOf(shown) + ")");
-  return lines;
 }
 
 }  // namespace qd::workbench

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "workbench/display/WorkDocument.h"
+#include "workbench/session/ShownLines.h"
 
 namespace qd::workbench {
 
@@ -43,18 +44,18 @@ class ActRecorder final {
   void Follow(const DisplayNotice& notice);
   void Keep();
   std::vector<std::string> LinesOf(const Changes& changes, bool& all) const;
-  std::vector<std::string> ShownLines(const DisplayNotice& notice, bool& all);
 
   WorkDocument& m_doc;
   Write m_write;
   std::function<bool()> m_isSilent;
   std::string m_expected;
   std::unordered_map<iterator, Kept> m_kept;  // records as they were after the last act
-  std::unordered_map<int, PartDisplay::Look> m_looks;
+  ShownLines m_shown;
   std::uint64_t m_acts;
   std::unique_ptr<Pending> m_pending;
   Subscription m_onRecords;
   Subscription m_onDisplay;
+  Subscription m_onSetting;
 };
 
 }  // namespace qd::workbench

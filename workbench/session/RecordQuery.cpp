@@ -105,6 +105,12 @@ void FindIn(const CQDTreeListCtrl& tree, const Query& query, EachOnce& found) {
 
 }  // namespace
 
+QueryFault FaultOfQuery(const CString& query) {
+  QueryFault fault;
+  const QueryWords words(&CMSGFunction::GetValue, &DocumentFields());
+  return Query::Parse(query, words, fault) ? QueryFault{} : fault;
+}
+
 FoundRecords FindRecords(Session& session, const CString& query) {
   FoundRecords outcome;
   const QueryWords words(&CMSGFunction::GetValue, &DocumentFields());
@@ -140,9 +146,19 @@ std::vector<iterator> MeshSetsAmong(const Database& database, const std::vector<
   return sets.Take();
 }
 
+namespace {
+
+bool IsLabelShown(const WorkDocument& doc, const tagTCord& system) {
+  const std::vector<std::int32_t> hidden = doc.GetDisplay().Labels().Hidden();
+  return !std::binary_search(hidden.begin(), hidden.end(), system.id);
+}
+
+}  // namespace
+
 bool IsShown(const WorkDocument& doc, iterator itr) {
   const Database& database = doc.GetDatabase();
   if (database.GetDataType(itr) == kDataMset) return doc.GetDisplay().Meshes().IsMsetShown(itr) != 0;
+  if (const tagTCord* system = database.GetCordPool().GetAtNU(itr)) return IsLabelShown(doc, *system);
   const tagTGeom* part = database.GetGeomPool().GetAtNU(itr);
   return part == nullptr || doc.GetDisplay().Parts().GetLook(part->cadItem).shown;
 }
@@ -155,6 +171,10 @@ void ShowRecords(WorkDocument& doc, const std::vector<iterator>& records, bool s
     display.Parts().SetShowHide(database.GetGeomPool().GetAtNU(part)->cadItem, shown ? 1 : 0);
   }
   display.Parts().EndShowHide();
+  for (const iterator itr : records) {
+    const tagTCord* system = database.GetCordPool().GetAtNU(itr);
+    if (system != nullptr) display.Labels().SetShowHide(shown ? 1 : 0, kLabelCord, system->id);
+  }
   std::vector<iterator> sets = records;
   std::erase_if(sets, [&database](iterator itr) { return database.GetDataType(itr) != kDataMset; });
   if (!sets.empty()) display.Meshes().ShowHideMset(sets, shown ? 1 : 0);
