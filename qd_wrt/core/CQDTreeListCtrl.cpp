@@ -6,6 +6,7 @@
 
 #include "host/CMSGFunction.h"
 #include "host/Dialogs.h"
+#include "platform/text/Utf8.h"
 #include "qd_wrt/core/CQDTreeMenu.h"
 
 namespace qd {
@@ -466,12 +467,13 @@ void CQDTreeListCtrl::TrackMenu(const CQDTreeMenu& menu, CPoint screen) {
   // Anything may happen while the menu is open, so the command looks for its node anew.
   const std::weak_ptr<void> life = Life();
   std::vector<MenuEntry> more;
-  if (GetSelectedCount() > 1 && m_moreForSeveral.list) more = m_moreForSeveral.list();
+  if (m_moreForSeveral.list) more = m_moreForSeveral.list();
   CQDTreeMenu whole = menu;
   if (!more.empty() && !menu.Entries().empty()) whole.AddSeparator();
   for (const MenuEntry& entry : more) {
-    whole.AddMenu(entry.command, (CMSGFunction::GetValue(entry.key) + (entry.opensDialog ? L"..." : L"")).c_str(),
-                  entry.icon);
+    const CString text =
+        entry.literal ? DecodeUtf8(entry.key).value_or(CString()) : CMSGFunction::GetValue(entry.key);
+    whole.AddMenu(entry.command, (text + (entry.opensDialog ? L"..." : L"")).c_str(), entry.icon);
   }
   const unsigned command = whole.Track(screen, *this);
   if (life.expired() || command == 0) return;

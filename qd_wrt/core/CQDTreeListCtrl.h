@@ -216,7 +216,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl, private IRowFacts, priva
   // ---- menus ----------------------------------------------------------------------------------------------
   /// Shows the menu of the first selected node; the first request after a right drag only re-arms.
   void ShowContextMenu(CPoint screen);
-  /// What the host adds below the menus of several rows: entries, and what runs them.
+  /// What the host adds below menus of rows, by how many and which are selected: entries, and what runs them.
   struct MoreEntries {
     std::function<std::vector<MenuEntry>()> list{};  ///< made each time a menu opens
     std::function<void(unsigned command)> run{};     ///< called with the number of an entry that was chosen

@@ -104,6 +104,13 @@ class Scripts(unittest.TestCase):
                       lambda: setattr(shaft, "opacity", 2), lambda: setattr(shaft, "mode", "free_faces")):
             self.assertRaises(ValueError, wrong)
 
+    def test_menus_of_rows_are_of_windows(self):
+        self.assertFalse(qd.menu("Weigh", print, ["part"]))
+        for wrong in (lambda: qd.menu(" ", print), lambda: qd.menu("A" * 101, print),
+                      lambda: qd.menu("A", print, ["nonsense"])):
+            self.assertRaises(ValueError, wrong)
+        self.assertRaises(TypeError, lambda: qd.menu("A", 1))
+
     def test_what_is_shown_is_one_step_each(self):
         shaft, cover = self.part("Shaft"), self.part("Cover")
         self.doc.isolate([shaft])

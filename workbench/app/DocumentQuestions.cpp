@@ -48,6 +48,10 @@ DocumentQuestions::Closing DocumentQuestions::AskLost(const QString& path) const
   return AskClosing(Text("IDS_WB_ASK_LOST", {path}));
 }
 
+DocumentQuestions::Closing DocumentQuestions::AskRecording() const {
+  return AskClosing(Text("IDS_WB_ASK_RECORDING"));
+}
+
 DocumentQuestions::Closing DocumentQuestions::AskClosing(const QString& text) const {
   QMessageBox box(QMessageBox::Question, Text("IDS_WB_APP"), text,
                   QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);

@@ -28,6 +28,8 @@ class DocumentQuestions {
   Closing AskUnsaved() const;
   /// Before one closes whose document's file is not there any more as it was left.
   Closing AskLost(const QString& path) const;
+  /// Before one closes that has recorded acts, which nobody has saved.
+  Closing AskRecording() const;
 
   /// Asks whether a deck may take a file from a folder that is not its own; not to is what the keys choose. Does
   /// not wait: `answer` is called later.

@@ -64,6 +64,7 @@ MainWindow::MainWindow(MessageTables& messages)
       *m_doc, m_modelPane->Bar(), m_gsetPane->Bar(), [this](const std::function<void()>& what) {
         QTimer::singleShot(0, this, [this, what] { QuietTime::WhenOver(this, what); });
       });
+  AddScriptEntries();
   m_onRecords = m_doc->OnRecords([this](const CQDUpdateRecord& record) {
     m_view->Apply(record);
     if (Concerns(record, kDataDeck)) m_properties->Refresh();

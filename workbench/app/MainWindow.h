@@ -36,6 +36,7 @@ class ManualWindow;
 class MessagePane;
 class MissingFiles;
 class ModelView;
+class OwnScripts;
 class PropertyPane;
 class ScriptEngine;
 class StatusLine;
@@ -97,6 +98,8 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
 
   /// Runs a script on the document once what is being imported has come in; the console shows what it writes.
   void RunScript(const QString& path, const QStringList& arguments = {});
+  /// Runs those scripts of the user's folder that the user wants at each start.
+  void RunOwnScripts();
   ScriptEngine& Scripts() { return *m_scripts; }
   ConsolePane& Console() { return *m_console; }
 
@@ -118,6 +121,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   void MakeStatusBar();
   void MakeJobs();
   void MakeConsole();
+  void AddScriptEntries();
   void OnRunScript();
   void OnRecordActs();
   void RefreshRecording();
@@ -198,6 +202,7 @@ class MainWindow final : public QMainWindow, public CMainFrame, private IMessage
   ScriptEngine* m_scripts = nullptr;
   ConsolePane* m_console = nullptr;
   ActScript* m_acts = nullptr;
+  OwnScripts* m_ownScripts = nullptr;
   QProgressBar* m_progress = nullptr;
   StatusLine* m_status = nullptr;
   QToolButton* m_cancel = nullptr;

@@ -428,6 +428,13 @@ void MainWindow::closeEvent(QCloseEvent* event) {
                       (answer == DocumentQuestions::Closing::Save && !isAtRisk());
     if (!goOn) return event->ignore();
   }
+  if (m_acts->HasRecorded()) {
+    const auto answer = m_questions.AskRecording();
+    if (answer == DocumentQuestions::Closing::Save) OnRecordActs();
+    const bool goesOn = answer == DocumentQuestions::Closing::Save && m_acts->IsRecording();
+    if (goesOn || answer == DocumentQuestions::Closing::Stay) return event->ignore();
+    m_acts->StopRecording();
+  }
   QMainWindow::closeEvent(event);
 }
 

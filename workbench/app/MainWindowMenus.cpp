@@ -28,6 +28,7 @@
 #include "workbench/app/WelcomePanel.h"
 #include "workbench/app/console/ActScript.h"
 #include "workbench/app/console/ConsolePane.h"
+#include "workbench/app/console/OwnScripts.h"
 #include "workbench/session/PythonText.h"
 #include "workbench/session/VariantNames.h"
 #include "workbench/session/WindowCommands.h"
@@ -63,6 +64,8 @@ QAction* AddOption(QMenu& menu, QActionGroup& group, bool checked, const QString
   return action;
 }
 
+constexpr std::string_view kScriptsMenu = "IDS_WB_MENU_SCRIPTS";
+
 }  // namespace
 
 void MainWindow::MakeMenus() {
@@ -71,7 +74,11 @@ void MainWindow::MakeMenus() {
     if (command.windows == WindowCommand::Windows::Native) continue;
     QMenu*& menu = menus[command.menu];
     if (menu == nullptr) {
-      menu = AddMenu(nullptr, command.menu, [this](QMenu&) { RefreshActions(); });
+      const bool ofScripts = std::string_view(command.menu) == kScriptsMenu;
+      menu = AddMenu(nullptr, command.menu, [this, ofScripts](QMenu& opened) {
+        RefreshActions();
+        if (ofScripts) m_ownScripts->List(opened);
+      });
     }
     if (command.submenu) {
       menus[command.key] = AddMenu(menu, command.key);

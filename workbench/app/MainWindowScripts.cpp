@@ -5,6 +5,7 @@
 #include <QFileInfo>
 #include <QSaveFile>
 #include <QTimer>
+#include <algorithm>
 
 #include "platform/qt/QtConvert.h"
 #include "workbench/app/MainWindow.h"
@@ -12,8 +13,10 @@
 #include "workbench/app/console/ActScript.h"
 #include "workbench/app/console/ConsolePane.h"
 #include "workbench/app/console/LineOfWork.h"
+#include "workbench/app/console/OwnScripts.h"
 #include "workbench/app/console/ScriptEngine.h"
 #include "workbench/session/PythonText.h"
+#include "workbench/session/ScriptWords.h"
 #include "workbench/session/WindowCommands.h"
 
 namespace qd::workbench {
@@ -44,9 +47,45 @@ void MainWindow::MakeConsole() {
   m_console->hide();
   m_acts = new ActScript(*m_doc, *m_scripts, this);
   connect(m_acts, &ActScript::Wrote, m_console, &ConsolePane::ShowTranscript);
+  m_ownScripts = new OwnScripts(*m_scripts, this);
+  connect(m_ownScripts, &OwnScripts::Chosen, this, [this](const QString& path) { RunScript(path); });
+  connect(m_ownScripts, &OwnScripts::Said, this, [this](const Message& message) { Say(message); });
+  connect(m_ownScripts, &OwnScripts::Failed, m_console, &ConsolePane::Come);
   connect(m_console, &QDockWidget::visibilityChanged, this, [this](bool visible) {
     if (visible) m_acts->Begin();
   });
+}
+
+void MainWindow::RunOwnScripts() {
+  m_ownScripts->RunThoseOfTheStart();
+}
+
+/// Below the menus of rows stands what scripts have added for those of the selected records that it is for.
+void MainWindow::AddScriptEntries() {
+  const auto meant = [this](const ScriptEntry& entry) {
+    std::vector<iterator> records = m_doc->GetSelection().records;
+    std::erase_if(records, [&entry](iterator itr) {
+      const char* kind = ScriptKindOf(TypeOf(itr));
+      if (kind == nullptr || entry.kinds.empty()) return kind == nullptr;
+      return std::find(entry.kinds.begin(), entry.kinds.end(), kind) == entry.kinds.end();
+    });
+    return records;
+  };
+  const auto list = [this, meant, entries = std::vector<ScriptEntry>()]() mutable {
+    entries = m_scripts->Entries();
+    std::vector<MenuEntry> more;
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+      if (meant(entries[i]).empty()) continue;
+      more.push_back(
+          {.command = Session::kFirstOfHost + static_cast<unsigned>(i), .key = entries[i].title, .literal = true});
+    }
+    return more;
+  };
+  m_session->SetMore({list, [this, meant](unsigned number) {
+                        const std::vector<ScriptEntry> entries = m_scripts->Entries();
+                        const std::size_t place = number - Session::kFirstOfHost;
+                        if (place < entries.size()) m_scripts->RunEntry(place, meant(entries[place]));
+                      }});
 }
 
 void MainWindow::OnRunScript() {

@@ -97,6 +97,7 @@ int RunWindow(QApplication& app, const CommandLine& line, MessageTables& message
   for (const std::string& file : line.files) files << NameFromBytes(file);
   window.OpenFiles(files);
   if (forPicture) TakeScreenshotWhenDone(window, line);
+  if (!forPicture) window.RunOwnScripts();
   if (!line.script.empty()) {
     QStringList arguments;
     for (const std::string& argument : line.arguments) arguments << NameFromBytes(argument);

@@ -43,6 +43,12 @@ struct ScriptOutput {
   bool isError = false;
 };
 
+/// What a script has added to the menus of the trees' rows.
+struct ScriptEntry {
+  std::string title;               ///< UTF-8
+  std::vector<std::string> kinds;  ///< of records that it is for, as scripts call them; any for none
+};
+
 /// Python in the program of a window. It runs on a thread of its own, so that whatever a script waits for, the
 /// window does not; what a script asks of documents comes to the window's thread one call after another, when
 /// that has nothing else in hand, so that the model, the trees and the view are touched by one thread only. There
@@ -59,6 +65,9 @@ class IInterpreter {
   /// Runs lines that were typed, or a script of a file with its arguments. One after another.
   virtual void RunLines(const std::string& lines) = 0;
   virtual void RunFile(const std::string& path, const std::vector<std::string>& arguments) = 0;
+  /// What scripts have added to menus of rows since Attach, and does one of it, by its place, with some records.
+  virtual std::vector<ScriptEntry> Entries() const = 0;
+  virtual void RunEntry(std::size_t place, const std::vector<iterator>& records) = 0;
   virtual bool IsBusy() const = 0;
   /// What the last of them ended with: 0, or another number for an error.
   virtual int Status() const = 0;

@@ -44,6 +44,8 @@ class IPlace {
   virtual void Run(const std::function<void()>& work) = 0;
   /// Likewise, some time.
   virtual void Later(std::function<void()> work) = 0;
+  /// Adds an entry to the menus of rows. False where there are none.
+  virtual bool AddEntry(ScriptEntry entry, const py::object& function) = 0;
 
  protected:
   ~IPlace() = default;

@@ -31,11 +31,12 @@ Session::~Session() {
   for (const TreeType type : {kModelTree, kGeometrySetTree}) m_trees.Bar(type).GetTreeCtrl().SetMoreForSeveral({});
 }
 
-/// What the windows' own table has for the menus of several rows.
+/// What the windows' own table has for the menus of several rows, and what the window adds to all.
 void Session::AddCommandsTo(CQDTreeListCtrl& tree) {
-  const auto list = [this] {
+  const auto list = [this, &tree] {
     std::vector<MenuEntry> entries;
-    if (IsKSL() != 0) return entries;  // whose menus do not rename
+    if (m_more.list) entries = m_more.list();
+    if (IsKSL() != 0 || tree.GetSelectedCount() <= 1) return entries;  // the menus of the one do not rename
     for (const WindowCommand& command : WindowCommands()) {
       if (command.inTrees == nullptr || !IsPossible(command, *this)) continue;
       if (command.windows == WindowCommand::Windows::Desktop && !Look().HasPicture()) continue;
@@ -43,7 +44,13 @@ void Session::AddCommandsTo(CQDTreeListCtrl& tree) {
     }
     return entries;
   };
-  tree.SetMoreForSeveral({list, [this](unsigned number) { RunWindowCommand(*this, number); }});
+  tree.SetMoreForSeveral({list, [this](unsigned number) {
+                            if (number < kFirstOfHost) {
+                              RunWindowCommand(*this, number);
+                            } else if (m_more.run) {
+                              m_more.run(number);
+                            }
+                          }});
 }
 
 // ---- the document ---------------------------------------------------------------------------------------

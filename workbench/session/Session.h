@@ -60,6 +60,10 @@ class Session final {
   /// Opens the dialog that puts picked elements into a mesh set.
   void OpenPickedDialog();
   void ChangeVariant(ProductVariant variant);
+  /// What stands below the menus of rows in both trees, whichever are selected; replaces what was given before.
+  /// Numbers are those from kFirstOfHost on.
+  void SetMore(CQDTreeListCtrl::MoreEntries more) { m_more = std::move(more); }
+  static constexpr unsigned kFirstOfHost = 60000;
 
  private:
   void AddCommandsTo(CQDTreeListCtrl& tree);
@@ -67,6 +71,7 @@ class Session final {
 
   WorkDocument& m_doc;
   WorksTrees m_trees;
+  CQDTreeListCtrl::MoreEntries m_more;
 };
 
 }  // namespace qd::workbench

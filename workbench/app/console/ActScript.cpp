@@ -59,6 +59,11 @@ void ActScript::StartRecording() {
   m_recording.emplace();
 }
 
+bool ActScript::HasRecorded() {
+  if (m_recording) m_acts->Flush();
+  return m_recording && !m_recording->empty();
+}
+
 QString ActScript::Recording() {
   if (!m_recording) return {};
   m_acts->Flush();

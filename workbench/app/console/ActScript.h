@@ -29,6 +29,8 @@ class ActScript final : public QObject {
   void Say(const std::string& line);
 
   bool IsRecording() const { return m_recording.has_value(); }
+  /// Whether there is something in a recording that goes on.
+  bool HasRecorded();
   void StartRecording();
   /// The script so far, which works with and without a window.
   QString Recording();

@@ -12,6 +12,7 @@
 #include "workbench/app/FileName.h"
 #include "workbench/app/MessageTables.h"
 #include "workbench/session/PythonText.h"
+#include "workbench/text/Utf8.h"
 
 namespace qd::workbench {
 
@@ -97,6 +98,18 @@ void ScriptEngine::RunFile(const QString& path, const QStringList& arguments) {
   for (const QString& argument : arguments) words.push_back(NameToBytes(argument));
   m_running = "# ran " + QString::fromStdString(PythonPath(NameToBytes(path)));
   m_interpreter->RunFile(NameToBytes(path), words);
+  Refresh();
+}
+
+std::vector<ScriptEntry> ScriptEngine::Entries() const {
+  return m_interpreter != nullptr ? m_interpreter->Entries() : std::vector<ScriptEntry>();
+}
+
+void ScriptEngine::RunEntry(std::size_t place, const std::vector<iterator>& records) {
+  const std::vector<ScriptEntry> entries = Entries();
+  if (place >= entries.size()) return;
+  m_running = "# ran the entry " + QString::fromStdString(PythonText(FromUtf8(entries[place].title)));
+  m_interpreter->RunEntry(place, records);
   Refresh();
 }
 

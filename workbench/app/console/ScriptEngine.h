@@ -47,6 +47,9 @@ class ScriptEngine final : public QObject, private IScriptWindow {
   void RunLines(const QString& lines);
   void RunFile(const QString& path, const QStringList& arguments);
   void Stop();
+  /// What scripts have added to the menus of rows; see IInterpreter.
+  std::vector<ScriptEntry> Entries() const;
+  void RunEntry(std::size_t place, const std::vector<iterator>& records);
 
   /// Input for this widget passes while a script holds the rest of the window.
   void SetFree(QWidget* free) { m_free = free; }

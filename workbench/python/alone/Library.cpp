@@ -19,6 +19,7 @@ class Alone final : public script::IPlace {
   script::DocumentPtr Current() override { return nullptr; }
   void Run(const std::function<void()>& work) override { work(); }
   void Later(std::function<void()> work) override { work(); }
+  bool AddEntry(ScriptEntry, const script::py::object&) override { return false; }
 
  private:
   MessageTables m_texts;

@@ -6,6 +6,7 @@
 #include <pybind11/embed.h>
 #include <pybind11/stl.h>
 
+#include <algorithm>
 #include <atomic>
 #include <condition_variable>
 #include <csignal>
@@ -48,6 +49,11 @@ class Interpreter final : public IInterpreter, public IPlace {
   bool IsWhole(const std::string& lines) override;
   void RunLines(const std::string& lines) override;
   void RunFile(const std::string& path, const std::vector<std::string>& arguments) override;
+  std::vector<ScriptEntry> Entries() const override {
+    const std::lock_guard lock(m_mutex);
+    return m_entries;
+  }
+  void RunEntry(std::size_t place, const std::vector<iterator>& records) override;
   bool IsBusy() const override;
   int Status() const override { return m_status; }
   void Stop() override;
@@ -69,6 +75,7 @@ class Interpreter final : public IInterpreter, public IPlace {
   DocumentPtr Current() override { return m_current; }
   void Run(const std::function<void()>& work) override;
   void Later(std::function<void()> work) override { m_calls.Later(std::move(work)); }
+  bool AddEntry(ScriptEntry entry, const py::object& function) override;
 
  private:
   using Job = std::function<void(const py::object& console)>;
@@ -82,6 +89,7 @@ class Interpreter final : public IInterpreter, public IPlace {
   void Write(const py::bytes& text, bool isError);
   py::object Call(const py::object& function, const py::tuple& arguments, const py::dict& named);
 
+  static constexpr std::size_t kMostEntries = 50;
   static constexpr std::size_t kMostWaiting = std::size_t{1} << 20U;  // bytes written and not shown yet
   static constexpr std::size_t kMostAtOnce = std::size_t{1} << 14U;
 
@@ -99,6 +107,8 @@ class Interpreter final : public IInterpreter, public IPlace {
   std::deque<Job> m_jobs;
   std::deque<ScriptOutput> m_output;
   std::size_t m_waiting = 0;
+  std::vector<ScriptEntry> m_entries;
+  std::vector<py::object> m_functions;  // of the entries; with Python's lock instead
   pthread_t m_thread{};
 };
 
@@ -122,8 +132,12 @@ void Interpreter::Attach(IScriptWindow& window) {
     m_isShown = true;
     m_output.clear();
     m_waiting = 0;
+    m_entries.clear();
   }
-  Add([](const py::object& console) { console.attr("begin")(); });
+  Add([this](const py::object& console) {
+    m_functions.clear();
+    console.attr("begin")();
+  });
 }
 
 void Interpreter::Detach() {
@@ -190,6 +204,28 @@ void Interpreter::RunFile(const std::string& path, const std::vector<std::string
     for (const std::string& argument : arguments) words.append(name(argument));
     m_status = console.attr("run_file")(name(path), words).cast<int>();
   });
+}
+
+void Interpreter::RunEntry(std::size_t place, const std::vector<iterator>& records) {
+  Add([this, place, records](const py::object& console) {
+    if (place >= m_functions.size() || m_current == nullptr) return;
+    m_status = console.attr("run_entry")(m_functions[place], WrapAll(m_current, records)).cast<int>();
+  });
+}
+
+/// On a thread of scripts.
+bool Interpreter::AddEntry(ScriptEntry entry, const py::object& function) {
+  py::object before;  // what ends with it runs when nothing is locked any more
+  const std::lock_guard lock(m_mutex);
+  const auto known = std::find_if(m_entries.begin(), m_entries.end(),
+                                  [&entry](const ScriptEntry& other) { return other.title == entry.title; });
+  const auto place = static_cast<std::size_t>(known - m_entries.begin());
+  if (place == kMostEntries) throw Failure("menus hold no more entries of scripts");
+  m_entries.resize(std::max(m_entries.size(), place + 1));
+  m_functions.resize(m_entries.size());
+  m_entries[place] = std::move(entry);
+  before = std::exchange(m_functions[place], function);
+  return true;
 }
 
 void Interpreter::Add(Job job) {
