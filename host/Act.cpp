@@ -4,6 +4,7 @@
 
 #include "host/CMSGFunction.h"
 #include "host/CTransaction.h"
+#include "host/LentActs.h"
 #include "host/MessageOutput.h"
 
 namespace qd {
@@ -50,6 +51,16 @@ int RunAct(CQDDBSession* session, const CString& title, const std::function<int(
   CTransaction transaction(session);
   if (transaction.Begin(title) == 0 || RunWrites(act, writes) == 0) return 0;
   return transaction.Commit(redraw);
+}
+
+void* ActsOfThread() {
+  return theRunning;
+}
+
+LentActs::LentActs(void* acts) : m_before(std::exchange(theRunning, static_cast<RunningAct*>(acts))) {}
+
+LentActs::~LentActs() {
+  theRunning = static_cast<RunningAct*>(m_before);
 }
 
 struct OpenAct::Body {

@@ -60,8 +60,11 @@ TEST_F(SessionTest, AnActIsLinesOfWhatItChanged) {
                         ").merge([doc.at(\"mesh_set\", " + std::to_string(NumberOf(m_inner)) + ")])\n");
   // What no line can do is said, and what is expected is taken for it once.
   const auto turn = [&] {
-    RunAct(&Data(), CString(L"Rigid\n"),
-           [&] { return Data().SetBodyType({m_b}, Data().IsFlexibleBody(m_b) != 0 ? 0 : 1); });
+    RunAct(&Data(), CString(L"Rigid\n"), [&] {
+      tagTGeom part = *Data().GetGeomPool().GetAtNU(m_b);
+      part.kind = part.kind == TopologyKind::Solid ? TopologyKind::Surface : TopologyKind::Solid;
+      return Data().GetGeomPool().Change(m_b, std::move(part));
+    });
   };
   turn();
   EXPECT_EQ(took(), "# no line for: \"Rigid\\n\"\n");

@@ -77,6 +77,26 @@ TEST_F(Console, LinesAreActsOfTheWindowsDocument) {
   Keep("console");
 }
 
+/// Such calls do not go to the window's thread and back.
+TEST_F(Console, ManyRecordsAreChangedInOneActOrNone) {
+  const QString said = Answer(
+      "with doc.act('Many'):\n"
+      "    for turn in range(2000):\n"
+      "        for part in doc.parts: part.name = f'{part.id} in turn {turn}'\n");
+  EXPECT_FALSE(said.contains("Error")) << said.toStdString();
+  EXPECT_EQ(NameOf(1), L"2 in turn 1999");
+  EXPECT_EQ(Tree().FindGeomNode(Parts()[1])->GetTitle(), L"2 in turn 1999");
+  Data().Undo();
+  EXPECT_NE(NameOf(1), L"2 in turn 1999") << "one act";
+  const CString before = NameOf(0);
+  Answer(
+      "with doc.act('None'):\n"
+      "    doc.parts[0].name = 'kept'\n"
+      "    doc.parts[1].name = ''\n");
+  EXPECT_EQ(NameOf(0), before);
+  EXPECT_FALSE(Data().IsInTransaction());
+}
+
 TEST_F(Console, BlocksHistoryAndCompletionByKeys) {
   Come();
   Type("for n in (1, 2):");

@@ -1,5 +1,6 @@
 #include "workbench/python/window/Calls.h"
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 #include <utility>
@@ -59,6 +60,18 @@ bool Calls::Run(const std::function<void()>& work) {
   return call->state == Call::State::Done;
 }
 
+bool Calls::RunHere(const std::function<void()>& work) {
+  const std::unique_lock lock(m_mutex, std::try_to_lock);
+  if (!lock || !m_waits || m_wake == nullptr) return false;
+  const std::thread::id window = m_thread.exchange(std::this_thread::get_id());
+  m_works = true;
+  work();
+  m_works = false;
+  m_thread = window;
+  m_lastHere = Clock::now();
+  return true;
+}
+
 void Calls::Later(std::function<void()> work) {
   if (IsHere()) return work();
   const std::lock_guard lock(m_mutex);
@@ -72,7 +85,16 @@ bool Calls::Serve() {
   std::unique_lock lock(m_mutex);
   if (m_serves) return false;  // events come in while a call runs; the next one follows it
   m_serves = true;
-  while (!m_waiting.empty() || m_came.wait_for(lock, kNextCall, [this] { return !m_waiting.empty(); })) {
+  const auto comes = [&] {
+    const auto any = [this] { return !m_waiting.empty(); };
+    m_lastHere = Clock::now();
+    m_waits = true;
+    while (!m_came.wait_for(lock, kNextCall, any) && Clock::now() < std::min(end, m_lastHere + kNextCall)) {
+    }
+    m_waits = false;
+    return any();
+  };
+  while (!m_waiting.empty() || comes()) {
     if (Clock::now() > end) break;
     const std::shared_ptr<Call> call = m_waiting.front();
     m_waiting.pop_front();

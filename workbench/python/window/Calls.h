@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <functional>
@@ -22,6 +23,9 @@ class Calls {
   /// Runs work on the window's thread and waits for it. False when it was not begun: the window is gone, or Stop
   /// came before.
   bool Run(const std::function<void()>& work);
+  /// Runs work that touches no window at once, on this thread, while the window's waits for calls. False, with
+  /// nothing run, when that does something else.
+  bool RunHere(const std::function<void()>& work);
   /// Runs work there some time, unless the window goes before.
   void Later(std::function<void()> work);
   /// Gives up calls that wait.
@@ -46,8 +50,10 @@ class Calls {
   std::deque<std::shared_ptr<Call>> m_waiting;
   std::function<void()> m_wake;  // null while there is no window
   std::atomic<std::thread::id> m_thread;
-  bool m_serves = false;  // under the mutex
-  bool m_works = false;   // on the window's thread
+  std::chrono::steady_clock::time_point m_lastHere;
+  bool m_serves = false;  // this and the others under the mutex
+  bool m_waits = false;   // the window's thread, for calls
+  bool m_works = false;   // on the window's thread, or while that waits
 };
 
 }  // namespace qd::workbench::script

@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "ConsoleProgram.h"
+#include "host/LentActs.h"
 #include "workbench/python/Script.h"
 #include "workbench/python/window/Calls.h"
 
@@ -88,6 +89,7 @@ class Interpreter final : public IInterpreter, public IPlace {
   void TakeBackOpenAct();
   void Write(const py::bytes& text, bool isError);
   py::object Call(const py::object& function, const py::tuple& arguments, const py::dict& named);
+  py::object CallHere(const py::object& function, const py::tuple& arguments, bool writes);
 
   static constexpr std::size_t kMostEntries = 50;
   static constexpr std::size_t kMostWaiting = std::size_t{1} << 20U;  // bytes written and not shown yet
@@ -97,6 +99,7 @@ class Interpreter final : public IInterpreter, public IPlace {
   std::unique_ptr<Windowless> m_surroundings;
   IScriptWindow* m_window = nullptr;  // changes while no job runs, or none that is served any more
   DocumentPtr m_current;
+  void* m_acts = nullptr;  // that go on on the window's thread
 
   mutable std::mutex m_mutex;  // of what follows
   std::condition_variable m_changed;
@@ -133,6 +136,7 @@ void Interpreter::Attach(IScriptWindow& window) {
     m_output.clear();
     m_waiting = 0;
     m_entries.clear();
+    m_acts = nullptr;
   }
   Add([this](const py::object& console) {
     m_functions.clear();
@@ -265,6 +269,7 @@ void Interpreter::Run(const std::function<void()>& work) {
       } catch (...) {
         error = std::current_exception();
       }
+      m_acts = ActsOfThread();
     });
   }
   // An interrupt that has ended the work is not to end what handles it, too.
@@ -283,6 +288,27 @@ void Interpreter::Run(const std::function<void()>& work) {
 py::object Interpreter::Call(const py::object& function, const py::tuple& arguments, const py::dict& named) {
   py::object result;
   Run([&] { result = function(*arguments, **named); });
+  return result;
+}
+
+/// What reads a record, or writes one while an act of its document is open, touches no window: it is done here,
+/// while the window's thread waits. To go there and back takes far longer than most of such calls.
+py::object Interpreter::CallHere(const py::object& function, const py::tuple& arguments, bool writes) {
+  const bool fits = !m_calls.IsHere() && (!writes || (py::isinstance<Record>(arguments[0]) &&
+                                                      arguments[0].cast<const Record&>().document->IsInAct()));
+  py::object result;
+  std::exception_ptr error;
+  const auto work = [&] {
+    const LentActs acts(m_acts);
+    try {
+      result = function(*arguments);
+    } catch (...) {
+      error = std::current_exception();
+    }
+  };
+  if (!fits || !m_calls.RunHere(work)) return Call(function, arguments, py::dict());
+  if (error != nullptr) std::rethrow_exception(error);
+  if (PyErr_CheckSignals() != 0) throw py::error_already_set();
   return result;
 }
 
@@ -329,6 +355,10 @@ void Interpreter::Main() {
     native.attr("call") =
         py::cpp_function([this](const py::object& function, const py::tuple& arguments, const py::dict& named) {
           return Call(function, arguments, named);
+        });
+    native.attr("call_here") =
+        py::cpp_function([this](const py::object& function, const py::tuple& arguments, bool writes) {
+          return CallHere(function, arguments, writes);
         });
     console.attr("start")(native, StopSignal());
     RunJobs(console);

@@ -82,13 +82,27 @@ def take_over(module):
 
         return call
 
+    def near(function, writes):
+        if function is None:
+            return None
+
+        def call(*arguments):
+            return _native.call_here(function, arguments, writes)
+
+        return call
+
+    # What only records hear of while an act is open; of all others the window hears at once.
+    kept = ("name", "colour", "material", "group", "youngs_modulus", "poissons_ratio", "density")
     alone = ("__eq__", "__hash__", "screenshot")  # what does not, and what does by itself
     special = ("__init__", "__enter__", "__exit__", "__repr__", "__len__")
     for kind in [thing for thing in vars(module).values() if inspect.isclass(thing)]:
         if issubclass(kind, BaseException):
             continue
         for name, value in list(vars(kind).items()):
-            if isinstance(value, property):
+            if isinstance(value, property) and issubclass(kind, module.Record):
+                put = near(value.fset, True) if name in kept else there(value.fset) if value.fset else None
+                setattr(kind, name, property(near(value.fget, False), put, doc=value.__doc__))
+            elif isinstance(value, property):
                 put = there(value.fset) if value.fset is not None else None
                 setattr(kind, name, property(there(value.fget), put, doc=value.__doc__))
             elif callable(value) and name not in alone and (name in special or not name.startswith("_")):
