@@ -204,10 +204,10 @@ TEST_F(RecordedActs, WhatIsShownAndHow) {
   Trigger("IDS_WB_LEAVE_ISOLATION");
   Settle();
   OnParts({parts[2]}, kCommandShowOnly);
-  m_window->SetLanguage("de");
-  Settle();
-  m_window->SetLanguage("en");
+  m_window->Export(Path("all.msh"));
+  ASSERT_TRUE(WaitUntil([this] { return !m_window->IsWorking(); }));
   Replay("shown");
+  EXPECT_NE(m_script.find("doc.export(\"" + Path("all.msh").toStdString()), std::string::npos);
 }
 
 }  // namespace

@@ -356,6 +356,9 @@ void MainWindow::OnExport() {
 }
 
 void MainWindow::Export(const QString& path, ExportScope scope) {
+  const std::string file = PythonPath(NameToBytes(QFileInfo(path).absoluteFilePath()));
+  m_acts->Say(scope == ExportScope::All ? "doc.export(" + file + ")"
+                                        : "# no line for: a part is written to " + file);
   m_exporter->Start(path, scope);
 }
 

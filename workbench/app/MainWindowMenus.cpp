@@ -245,7 +245,10 @@ void MainWindow::ListLanguages(QMenu& menu) {
   for (const QString& code : m_messages.Languages()) {
     const QString name = QLocale(code).nativeLanguageName();
     QAction* option = AddOption(menu, *languages, code == m_messages.Language(), name.isEmpty() ? code : name);
-    connect(option, &QAction::triggered, this, [this, code] { SetLanguage(code); });
+    connect(option, &QAction::triggered, this, [this, code] {
+      SetLanguage(code);
+      m_acts->Say("qd.set_language(" + PythonText(FromQt(code)) + ")");
+    });
   }
 }
 
