@@ -11,7 +11,8 @@
 int main(int count, char** arguments) {
   QApplication application(count, arguments);
   const QString language = QLocale().name().section('_', 0, 0);
-  qd::MessageFile file = qd::ReadMessages(std::filesystem::path(MESSAGES_FOLDER) / (language.toStdString() + ".txt"));
+  qd::MessageFile file =
+      qd::ReadMessages(std::filesystem::path(MESSAGES_FOLDER) / (language.toStdString() + ".txt"));
   const qd::MessageTable texts(std::move(file.texts));  // as long as it stands
 
   QMainWindow window;
