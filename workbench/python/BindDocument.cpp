@@ -288,6 +288,7 @@ Check RunCheck(const DocumentPtr& self, const std::string& what, const py::objec
   const std::vector<iterator> meant = MeshSetsAmong(data, AllOrSome(*self, sets, all));
   std::vector<MeshPtr> looked;
   std::vector<MeshPtr> others;
+  looked.reserve(meant.size());
   for (const iterator itr : meant) looked.push_back(data.GetMsetPool().GetAtNU(itr)->mesh);
   const std::unordered_set<iterator> isMeant(meant.begin(), meant.end());
   for (const iterator itr : all) {

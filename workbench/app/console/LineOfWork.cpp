@@ -55,6 +55,7 @@ std::string LineOfPieces(const ShapeOperation& operation, const std::vector<Work
 std::string LineOfWork(const Database& data, const ShapeOperation& operation,
                        const std::vector<WorkedPart>& parts) {
   std::vector<iterator> records;
+  records.reserve(parts.size());
   for (const WorkedPart& part : parts) records.push_back(part.itr);
   const std::string listed = ScriptRecords(records);
   const auto call = [&](const char* verb, const std::string& arguments) {
