@@ -1,6 +1,6 @@
 #include "host/MessageFile.h"
 
-#include <fstream>
+#include <istream>
 #include <optional>
 
 #include "host/BuiltInTexts.h"
@@ -68,20 +68,12 @@ MessageFile ParseMessages(std::string_view bytes) {
   return file;
 }
 
-MessageFile ReadMessages(const std::filesystem::path& path) {
+MessageFile ReadMessages(std::istream& in) {
   MessageFile file;
-  std::error_code error;
-  // Asked before it is opened: opening a pipe waits for somebody who writes.
-  if (!std::filesystem::is_regular_file(path, error) ||
-      std::filesystem::file_size(path, error) > MessageFile::kMostBytes) {
-    file.faults.emplace_back("no file, or one too large to be a table");
-    return file;
-  }
-  std::ifstream in(path, std::ios::binary);
-  std::string bytes(MessageFile::kMostBytes, '\0');
+  std::string bytes(MessageFile::kMostBytes + 1, '\0');
   in.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (!in.eof()) {
-    file.faults.emplace_back("cannot be read");
+    file.faults.emplace_back(in.good() ? "too long for a table" : "cannot be read");
     return file;
   }
   bytes.resize(static_cast<std::size_t>(in.gcount()));

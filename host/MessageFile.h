@@ -1,7 +1,7 @@
 #pragma once
 
-#include <filesystem>
 #include <initializer_list>
+#include <iosfwd>
 #include <map>
 #include <string>
 #include <string_view>
@@ -28,10 +28,10 @@ struct MessageFile {
 /// that are no UTF-8 leave the table empty; a line without "=" and a key that comes again are left out.
 QD_EXPORT MessageFile ParseMessages(std::string_view bytes);
 
-/// Reads a table from a file, such as those that are installed with the module in share/qd_wrt/messages. It is
-/// empty, with a fault, when the path is no file, or one that is too long. Texts of the module whose arguments are
-/// not those of its own in English are left out.
-QD_EXPORT MessageFile ReadMessages(const std::filesystem::path& path);
+/// Reads a table from a file that was opened, such as those that are installed with the module in
+/// share/qd_wrt/messages. It is empty, with a fault, when there is none, or one that is too long. Texts of the
+/// module whose arguments are not those of its own in English are left out.
+QD_EXPORT MessageFile ReadMessages(std::istream& in);
 
 /// The places for arguments in a text, in their order: "%s", "%ld" and the like, and with the number of the
 /// argument "%1" to "%9". "%%" is none.

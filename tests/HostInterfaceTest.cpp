@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <fstream>
 
 #include "host/MessageFile.h"
 #include "platform/ExtensionLibrary.h"
@@ -242,7 +243,11 @@ TEST(Messages, AKeyWithoutTextShowsItself) {
 TEST(Messages, OfAFileFitTheModulesOwnOrGiveWay) {
   const ScratchFolder scratch;
   scratch.Write("de.txt", "IDS_QD_WRT_Color=Farbe\nIDS_QD_WRT_Item=%s%n\nOWN=%ld\n");
-  MessageFile file = ReadMessages(scratch / "de.txt");
+  const auto read = [&](const char* name) {
+    std::ifstream in(scratch / name, std::ios::binary);
+    return ReadMessages(in);
+  };
+  MessageFile file = read("de.txt");
   EXPECT_THAT(file.faults, ::testing::ElementsAre("IDS_QD_WRT_Item: not the same arguments"));
   {
     const MessageTable table(std::move(file.texts));
@@ -253,7 +258,7 @@ TEST(Messages, OfAFileFitTheModulesOwnOrGiveWay) {
   EXPECT_EQ(CMSGFunction::GetValue("IDS_QD_WRT_Color"), L"Color");
   for (const char* name : {"missing.txt", ".", "large.txt"}) {
     scratch.Write("large.txt", std::string(MessageFile::kMostBytes + 1, '#'));
-    file = ReadMessages(scratch / name);
+    file = read(name);
     EXPECT_TRUE(file.texts.empty() && file.faults.size() == 1) << name;
   }
 }

@@ -7,12 +7,13 @@
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QTextEdit>
+#include <fstream>
 
 int main(int count, char** arguments) {
   QApplication application(count, arguments);
   const QString language = QLocale().name().section('_', 0, 0);
-  qd::MessageFile file =
-      qd::ReadMessages(std::filesystem::path(MESSAGES_FOLDER) / (language.toStdString() + ".txt"));
+  std::ifstream table(MESSAGES_FOLDER "/" + language.toStdString() + ".txt", std::ios::binary);
+  qd::MessageFile file = qd::ReadMessages(table);
   const qd::MessageTable texts(std::move(file.texts));  // as long as it stands
 
   QMainWindow window;

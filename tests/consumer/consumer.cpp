@@ -3,10 +3,12 @@
 #include <host/MessageFile.h>
 #include <qd_wrt/core/CQDTreeIcon.h>
 #include <qd_wrt/core/CWorksTreeManager.h>
+#include <fstream>
 
 int main() {
   qd::CWorksTreeManager manager({}, nullptr);
-  const qd::MessageFile german = qd::ReadMessages(MESSAGES "/de.txt");
+  std::ifstream table(MESSAGES "/de.txt", std::ios::binary);
+  const qd::MessageFile german = qd::ReadMessages(table);
   const qd::MessageTable texts(german.texts);
   manager.OnChangeLanguage();
   if (!german.faults.empty() || qd::CMSGFunction::GetValue("IDS_QD_WRT_Color") != L"Farbe") return 2;
