@@ -214,7 +214,7 @@ class MenuVariants : public GeometryTest, public ::testing::WithParamInterface<M
 };
 
 TEST_P(MenuVariants, OfferWhatTheVariantHas) {
-  Tree().SetMoreForSeveral({});  // what the host adds is not the module's
+  Tree().SetMoreEntries({});  // what the host adds is not the module's
   if (GetParam().hidden != nullptr) {
     Node(CString(GetParam().hidden, GetParam().hidden + std::string(GetParam().hidden).size()))
         ->OnClickCheck(kChecked);

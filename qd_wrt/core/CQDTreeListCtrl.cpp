@@ -467,7 +467,7 @@ void CQDTreeListCtrl::TrackMenu(const CQDTreeMenu& menu, CPoint screen) {
   // Anything may happen while the menu is open, so the command looks for its node anew.
   const std::weak_ptr<void> life = Life();
   std::vector<MenuEntry> more;
-  if (m_moreForSeveral.list) more = m_moreForSeveral.list();
+  if (m_moreEntries.list) more = m_moreEntries.list();
   CQDTreeMenu whole = menu;
   if (!more.empty() && !menu.Entries().empty()) whole.AddSeparator();
   for (const MenuEntry& entry : more) {
@@ -479,7 +479,7 @@ void CQDTreeListCtrl::TrackMenu(const CQDTreeMenu& menu, CPoint screen) {
   if (life.expired() || command == 0) return;
   const bool isMore = std::any_of(more.begin(), more.end(),
                                   [command](const MenuEntry& entry) { return entry.command == command; });
-  isMore ? m_moreForSeveral.run(command) : OnMenuEvent(command);
+  isMore ? m_moreEntries.run(command) : OnMenuEvent(command);
 }
 
 }  // namespace qd

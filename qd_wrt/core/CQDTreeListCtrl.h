@@ -222,7 +222,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl, private IRowFacts, priva
     std::function<void(unsigned command)> run{};     ///< called with the number of an entry that was chosen
   };
   /// Replaces what was given before.
-  void SetMoreForSeveral(MoreEntries more) { m_moreForSeveral = std::move(more); }
+  void SetMoreEntries(MoreEntries more) { m_moreEntries = std::move(more); }
   /// Shows a menu; the chosen command goes to the node that is selected first by then.
   void TrackMenu(const CQDTreeMenu& menu, CPoint screen);
 
@@ -354,7 +354,7 @@ class QD_EXPORT CQDTreeListCtrl : public CTreeListCtrl, private IRowFacts, priva
   bool m_switchingBoxes = false;
   std::function<void(const std::vector<CQDTreeItem*>&)> m_onSelected;
   std::function<void()> m_onSelectionChanged;
-  MoreEntries m_moreForSeveral;
+  MoreEntries m_moreEntries;
   struct {
     int column = 0;
     int direction = 0;

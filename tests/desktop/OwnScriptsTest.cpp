@@ -85,6 +85,13 @@ class InScripts : public Dialogs {
     }
     return nullptr;
   }
+  void AnswerStart(const char* key) {
+    ASSERT_NE(Question(), nullptr);
+    for (QAbstractButton* button : Question()->buttons()) {
+      if (button->text() == Text(key)) button->click();
+    }
+    Wait(50);
+  }
   QString Said() { return m_window->Console().Output().toPlainText(); }
   CString NameOf(std::size_t part) { return Data().GetGeomPool().GetAtNU(Parts()[part])->name; }
 
@@ -149,10 +156,7 @@ TEST_F(InScripts, EntriesOfRowsAndTheStartThatIsAgreedTo) {
   Choose("adds");
   ASSERT_NE(Question(), nullptr);
   EXPECT_TRUE(Question()->text().contains("adds.py"));
-  for (QAbstractButton* button : Question()->buttons()) {
-    if (button->text() == Text("IDS_WB_SCRIPT_START")) button->click();
-  }
-  Wait(50);
+  AnswerStart("IDS_WB_SCRIPT_START");
   // By the mouse: the entry stands in the menu of a row, for the records that it is for.
   Tree().SelectCTItem(Tree().FindGeomNode(Parts()[1]));
   CRect area;
@@ -193,6 +197,40 @@ TEST_F(InScripts, EntriesOfRowsAndTheStartThatIsAgreedTo) {
   Ends();
   EXPECT_TRUE(m_window->Scripts().Entries().empty());
   EXPECT_TRUE(Messages().contains(Text("IDS_WB_SCRIPT_CHANGED", {path}))) << Messages().toStdString();
+}
+
+TEST_F(InScripts, ThoseOfTheStartRunOneAfterAnotherAndTheirErrorsAreSeen) {
+  const QString late =
+      "import os, qd\nqd.menu(__file__, print)\nif os.path.exists('" + Path("late") + "'): 1 / 0\n";
+  for (const char* name : {"a", "b"}) {
+    Put(QString(name) + ".py", QString(name) == "a" ? late : "import qd\nqd.menu(__file__, print)\n");
+    Choose(name);
+    AnswerStart("IDS_WB_SCRIPT_START");
+  }
+  QFile flag(Path("late"));
+  ASSERT_TRUE(flag.open(QIODevice::WriteOnly));
+  Restart();
+  int failed = 0;
+  m_window->connect(m_window->findChild<OwnScripts*>(), &OwnScripts::Failed, [&failed] { ++failed; });
+  m_window->RunOwnScripts();
+  Ends();
+  EXPECT_EQ(failed, 1);
+  EXPECT_EQ(m_window->Scripts().Entries().size(), 2U) << Said().toStdString();
+}
+
+TEST_F(InScripts, ARefusalIsOfTheScriptAsItWas) {
+  Put("adds.py", kAdds);
+  Choose("adds");
+  AnswerStart("IDS_WB_SCRIPT_NO_START");
+  Restart();
+  Choose("adds");
+  EXPECT_EQ(Question(), nullptr);
+  Restart();
+  Put("adds.py", QString(kAdds) + "# mended\n");
+  m_window->RunOwnScripts();
+  EXPECT_FALSE(m_window->Scripts().IsLoaded());
+  Choose("adds");
+  EXPECT_NE(Question(), nullptr);
 }
 
 TEST_F(InScripts, ARecordingThatNobodyHasSavedIsAskedForWhenTheWindowCloses) {

@@ -20,9 +20,9 @@ class LabelDisplay final : public CQDLabelManager, private CQDLabel {
   CQDLabel* GetLabel(int itemType) override { return itemType == kLabelCord ? this : nullptr; }
   int GetShowHide(int kind, std::int32_t id) override;
   void SetShowHide(int show, int kind, std::int32_t id) override;
+  int IsShown(std::int32_t id) const override;
 
  private:
-  int IsShown(std::int32_t id) const override;
   void Show(std::int32_t id) override { Put(id, true); }
   void Hide(std::int32_t id) override { Put(id, false); }
   void Put(std::int32_t id, bool show);

@@ -146,19 +146,12 @@ std::vector<iterator> MeshSetsAmong(const Database& database, const std::vector<
   return sets.Take();
 }
 
-namespace {
-
-bool IsLabelShown(const WorkDocument& doc, const tagTCord& system) {
-  const std::vector<std::int32_t> hidden = doc.GetDisplay().Labels().Hidden();
-  return !std::binary_search(hidden.begin(), hidden.end(), system.id);
-}
-
-}  // namespace
-
 bool IsShown(const WorkDocument& doc, iterator itr) {
   const Database& database = doc.GetDatabase();
   if (database.GetDataType(itr) == kDataMset) return doc.GetDisplay().Meshes().IsMsetShown(itr) != 0;
-  if (const tagTCord* system = database.GetCordPool().GetAtNU(itr)) return IsLabelShown(doc, *system);
+  if (const tagTCord* system = database.GetCordPool().GetAtNU(itr)) {
+    return doc.GetDisplay().Labels().IsShown(system->id) != 0;
+  }
   const tagTGeom* part = database.GetGeomPool().GetAtNU(itr);
   return part == nullptr || doc.GetDisplay().Parts().GetLook(part->cadItem).shown;
 }

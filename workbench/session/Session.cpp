@@ -28,7 +28,7 @@ Session::Session(WorkDocument& doc, CWorksTreeBar& model, CWorksTreeBar& sets, W
 }
 
 Session::~Session() {
-  for (const TreeType type : {kModelTree, kGeometrySetTree}) m_trees.Bar(type).GetTreeCtrl().SetMoreForSeveral({});
+  for (const TreeType type : {kModelTree, kGeometrySetTree}) m_trees.Bar(type).GetTreeCtrl().SetMoreEntries({});
 }
 
 /// What the windows' own table has for the menus of several rows, and what the window adds to all.
@@ -44,13 +44,13 @@ void Session::AddCommandsTo(CQDTreeListCtrl& tree) {
     }
     return entries;
   };
-  tree.SetMoreForSeveral({list, [this](unsigned number) {
-                            if (number < kFirstOfHost) {
-                              RunWindowCommand(*this, number);
-                            } else if (m_more.run) {
-                              m_more.run(number);
-                            }
-                          }});
+  tree.SetMoreEntries({list, [this](unsigned number) {
+                         if (number < kFirstOfHost) {
+                           RunWindowCommand(*this, number);
+                         } else if (m_more.run) {
+                           m_more.run(number);
+                         }
+                       }});
 }
 
 // ---- the document ---------------------------------------------------------------------------------------

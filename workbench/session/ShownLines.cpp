@@ -50,7 +50,7 @@ std::vector<std::string> ShownLines::Take(const DisplayNotice& notice, bool& all
   TakeVisibility(notice, lines);
   // Both show and hide by themselves, whatever that is.
   if (isIsolated && !wasIsolated) lines = {"doc.isolate(" + SortedRecords(Shown()) + ")"};
-  TakeBoxes(lines, all);
+  TakeBoxes(notice, lines, all);
   if (wasIsolated && !isIsolated) lines = {"doc.leave_isolation()"};
   TakeLooks(notice, lines);
   if (notice.colours) TakeColours(lines, all);
@@ -87,14 +87,10 @@ void ShownLines::TakeVisibility(const DisplayNotice& notice, Lines& lines) {
     if (data.GetDataType(set) == 0) continue;
     (m_doc.GetDisplay().Meshes().IsMsetShown(set) != 0 ? shown : hidden).push_back(set);
   }
-  if (!notice.labels.empty()) {
-    const std::vector<std::int32_t> now = m_doc.GetDisplay().Labels().Hidden();
-    for (const std::int32_t id : notice.labels) {
-      const bool isHidden = std::binary_search(now.begin(), now.end(), id);
-      if (isHidden == m_hiddenLabels.contains(id)) continue;
-      (isHidden ? hidden : shown).push_back(data.GetCordPool().ItrOfNumber(id));
-    }
-    m_hiddenLabels = {now.begin(), now.end()};
+  for (const std::int32_t id : notice.labels) {
+    const bool isHidden = m_doc.GetDisplay().Labels().IsShown(id) == 0;
+    const bool differs = isHidden ? m_hiddenLabels.insert(id).second : m_hiddenLabels.erase(id) != 0;
+    if (differs) (isHidden ? hidden : shown).push_back(data.GetCordPool().ItrOfNumber(id));
   }
   if (!hidden.empty()) lines.push_back("doc.hide(" + SortedRecords(hidden) + ")");
   if (!shown.empty()) lines.push_back("doc.show(" + SortedRecords(shown) + ")");
@@ -151,21 +147,11 @@ void ShownLines::TakeColours(Lines& lines, bool& all) {
   }
 }
 
-void ShownLines::TakeBoxes(Lines& lines, bool& all) {
-  const std::map<RowBox, int>& now = m_doc.GetDisplay().Boxes().States();
-  if (now == m_boxes) return;
-  const std::map<RowBox, int> was = std::exchange(m_boxes, now);
-  std::set<RowBox> boxes;
-  for (const auto* states : {&was, &now}) {
-    for (const auto& [box, state] : *states) boxes.insert(box);
-  }
-  const auto stateIn = [](const std::map<RowBox, int>& states, const RowBox& box) {
-    const auto found = states.find(box);
-    return found != states.end() ? found->second : static_cast<int>(kChecked);
-  };
-  for (const RowBox& box : boxes) {
-    const int state = stateIn(now, box);
-    if (state == stateIn(was, box)) continue;
+void ShownLines::TakeBoxes(const DisplayNotice& notice, Lines& lines, bool& all) {
+  for (const RowBox& box : std::set<RowBox>(notice.boxes.begin(), notice.boxes.end())) {
+    const int state = m_doc.GetDisplay().Boxes().GetBox(box);
+    int& was = m_boxes.try_emplace(box, static_cast<int>(kChecked)).first->second;
+    if (std::exchange(was, state) == state) continue;
     const bool gone = box.itr != 0 && m_doc.GetDatabase().GetDataType(box.itr) == 0;
     const char* branch = ScriptKindOf(box.branch);
     const bool known = branch != nullptr && (state == kChecked || state == kUnchecked) &&

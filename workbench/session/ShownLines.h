@@ -25,7 +25,7 @@ class ShownLines final {
   void TakeVisibility(const DisplayNotice& notice, Lines& lines);
   void TakeLooks(const DisplayNotice& notice, Lines& lines);
   void TakeColours(Lines& lines, bool& all);
-  void TakeBoxes(Lines& lines, bool& all);
+  void TakeBoxes(const DisplayNotice& notice, Lines& lines, bool& all);
   std::vector<iterator> Shown() const;
 
   WorkDocument& m_doc;

@@ -31,7 +31,7 @@ namespace {
 constexpr qint64 kLargest = qint64{1} << 20;       // bytes of a script
 constexpr qsizetype kMost = 50;                    // entries of the menu
 constexpr const char* kAgreed = "scripts/start/";  // of the settings: what the user agreed to, by its name
-constexpr const char* kRefused = "no";
+constexpr const char* kRefused = "no ";            // in front of what the user did not agree to
 
 /// Whether nobody but the user can have written it.
 bool IsOwn(const QFileInfo& file) {
@@ -101,43 +101,58 @@ void OwnScripts::List(QMenu& menu) {
 
 void OwnScripts::Run(const QString& path) {
   if (!Scripts().contains(path)) return;  // it has gone while the menu was open, or is another's now
-  m_entries = m_engine.Entries().size();
-  m_running << path;
+  m_chosen.append({path, MarkOf(path)});
   emit Chosen(path);
 }
 
 void OwnScripts::RunThoseOfTheStart() {
-  QSettings settings;
+  const QSettings settings;
   for (const QString& path : Scripts()) {
-    const QString agreed = settings.value(KeyOf(path)).toString();
-    if (agreed.isEmpty() || agreed == kRefused) continue;
-    if (agreed != MarkOf(path)) {
+    const QString answer = settings.value(KeyOf(path)).toString();
+    if (!answer.isEmpty() && !answer.startsWith(kRefused)) m_due << path;
+  }
+  StartNext();
+}
+
+/// The next one of the start, when nothing runs.
+void OwnScripts::StartNext() {
+  while (!m_due.isEmpty() && !m_engine.IsBusy()) {
+    const QString path = m_due.takeFirst();
+    QSettings settings;
+    if (settings.value(KeyOf(path)).toString() == MarkOf(path)) {
+      m_starting = path;
+      m_engine.RunFile(path, {});
+    } else {
       settings.remove(KeyOf(path));  // what it is now can be agreed to again
       emit Said({Text("IDS_WB_SCRIPT_CHANGED", {path}), Severity::Warning, path});
-      continue;
     }
-    m_starts = true;
-    m_engine.RunFile(path, {});
   }
 }
 
 void OwnScripts::OnRan(const QString& lines, int status) {
-  const bool start = std::exchange(m_starts, false);
-  if (start && status != 0) emit Failed();
-  const auto isIt = [&lines](const QString& path) {
+  const std::size_t before = std::exchange(m_entries, m_engine.Entries().size());
+  const auto isOf = [&lines](const QString& path) {
     return lines == "# ran " + QString::fromStdString(PythonPath(NameToBytes(path)));
   };
-  const auto found = std::find_if(m_running.begin(), m_running.end(), isIt);
-  if (found == m_running.end()) return;
-  const QString path = *found;
-  m_running.erase(found);
-  if (status == 0 && m_engine.Entries().size() > m_entries) Ask(path);
+  const auto chosen =
+      std::find_if(m_chosen.begin(), m_chosen.end(), [&](const Choice& choice) { return isOf(choice.path); });
+  if (!m_starting.isEmpty() && isOf(m_starting)) {
+    m_starting.clear();
+    if (status != 0) emit Failed();
+  } else if (chosen != m_chosen.end()) {
+    const Choice choice = *chosen;
+    m_chosen.erase(chosen);
+    if (status == 0 && m_entries > before) Ask(choice);
+  }
+  StartNext();
 }
 
-/// Does not wait for the answer. None is asked for again, whatever it is.
-void OwnScripts::Ask(const QString& path) {
-  if (QSettings().contains(KeyOf(path))) return;
-  const QString mark = MarkOf(path);
+/// Does not wait for the answer. None is asked for again, whatever it is, as long as the script stays the same.
+void OwnScripts::Ask(const Choice& choice) {
+  const QString path = choice.path;
+  const QString refusal = kRefused + choice.mark;
+  const QString answer = QSettings().value(KeyOf(path)).toString();
+  if (answer == choice.mark || answer == refusal) return;
   auto* box = new QMessageBox(QMessageBox::Question, Text("IDS_WB_APP"),
                               Text("IDS_WB_ASK_SCRIPT_START", {QFileInfo(path).fileName()}), QMessageBox::NoButton,
                               m_window);
@@ -148,8 +163,8 @@ void OwnScripts::Ask(const QString& path) {
   QPushButton* never = box->addButton(Text("IDS_WB_SCRIPT_NO_START"), QMessageBox::RejectRole);
   box->setDefaultButton(never);
   box->setEscapeButton(never);
-  connect(box, &QDialog::finished, this, [box, start, path, mark] {
-    QSettings().setValue(KeyOf(path), box->clickedButton() == start ? mark : QString(kRefused));
+  connect(box, &QDialog::finished, this, [box, start, path, refusal, mark = choice.mark] {
+    QSettings().setValue(KeyOf(path), box->clickedButton() == start ? mark : refusal);
   });
   box->open();
 }

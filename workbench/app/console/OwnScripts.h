@@ -12,8 +12,8 @@ namespace qd::workbench {
 class ScriptEngine;
 
 /// The scripts that a user has put into a folder of his own, for the menu. None runs unless it is chosen; one that
-/// adds entries to the menus of rows is asked about, once, and runs at each start if the user agrees, as long as
-/// it stays what it was.
+/// adds entries to the menus of rows is asked about, once as long as it stays what it was, and runs at each start
+/// for that long if the user agrees.
 class OwnScripts final : public QObject {
   Q_OBJECT
 
@@ -26,6 +26,7 @@ class OwnScripts final : public QObject {
   static QStringList Scripts();
   /// Puts them into a menu that opens, in place of those that it had.
   void List(QMenu& menu);
+  /// One after another.
   void RunThoseOfTheStart();
 
  signals:
@@ -35,16 +36,24 @@ class OwnScripts final : public QObject {
   void Failed();
 
  private:
+  /// A script that the user has chosen, as it was then.
+  struct Choice {
+    QString path;
+    QString mark;
+  };
+
   void Run(const QString& path);
+  void StartNext();
   void OnRan(const QString& lines, int status);
-  void Ask(const QString& path);
+  void Ask(const Choice& choice);
 
   ScriptEngine& m_engine;
   QWidget* m_window;
-  QList<QAction*> m_listed;  // owned by the menu
-  QStringList m_running;     // the scripts that were begun, in their order
-  std::size_t m_entries = 0;
-  bool m_starts = false;  // those of the start
+  QList<QAction*> m_listed;   // owned by the menu
+  QList<Choice> m_chosen;     // that have not ended yet
+  QStringList m_due;          // those of the start that wait
+  QString m_starting;         // the one of them that runs
+  std::size_t m_entries = 0;  // of the menus of rows, when something ran last
 };
 
 }  // namespace qd::workbench
