@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSettings>
 #include <memory>
 
 #include "Display.h"
@@ -22,10 +23,12 @@
 
 namespace qd::test {
 
-/// The whole window on a display.
+/// The whole window on a display, as at the first start of the program: no test hears of what others have opened.
 class InWindow : public ::testing::Test {
  protected:
-  InWindow() : m_window(std::make_unique<workbench::MainWindow>(m_messages)) {
+  InWindow() {
+    QSettings().clear();
+    m_window = std::make_unique<workbench::MainWindow>(m_messages);
     m_window->show();
     WaitUntil([this] { return m_window->isActiveWindow() || m_window->isVisible(); });
   }

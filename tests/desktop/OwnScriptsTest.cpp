@@ -4,7 +4,6 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
-#include <QSettings>
 #include <QTextStream>
 #include <QToolButton>
 
@@ -27,10 +26,8 @@ class InScripts : public Dialogs {
     m_before = qgetenv("XDG_DATA_HOME");
     qputenv("XDG_DATA_HOME", Path("data").toUtf8());
     ASSERT_TRUE(QDir().mkpath(OwnScripts::Folder()));
-    QSettings().remove("scripts");
   }
   void TearDown() override {
-    QSettings().remove("scripts");
     m_before.isEmpty() ? qunsetenv("XDG_DATA_HOME") : qputenv("XDG_DATA_HOME", m_before);
   }
   static QString Put(const QString& name, const QString& text) {
