@@ -39,12 +39,11 @@ const LayerRules& WrittenRules() {
       {"qd_wrt/c",
        {"platform", "platform/tree", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core", "qd_wrt/panel",
         "qd_wrt/nodes"}},
-      {"qd_wrt/c/headless", {"platform", "platform/headless", "platform/tree", "qd_wrt/c"}},
-      {"qd_wrt/c/qt", {"platform", "platform/qt", "qd_wrt/c", "widgets"}},
       {"qd_wrt/c/win32", {"platform", "platform/win32", "qd_wrt/c"}},
       {"widgets",
        {"platform", "platform/qt", "platform/tree", "host", "qd_wrt/find", "qd_wrt/treelist", "qd_wrt/core",
-        "qd_wrt/panel", "qd_wrt/nodes"}},
+        "qd_wrt/panel", "qd_wrt/nodes", "qd_wrt/c"}},
+      {"widgets/headless", {"platform", "platform/headless", "platform/tree", "qd_wrt/c"}},
       {"workbench/text", {}},
       {"workbench/files", {}},
       {"workbench/mesh", {"platform", "host"}},
@@ -118,7 +117,7 @@ struct Library {
 };
 const std::vector<Library>& Libraries() {
   static const std::vector<Library> kLibraries{
-      {"^Q[A-Z].*", {"platform/qt", "qd_wrt/c/qt", "widgets", "workbench/view"}},
+      {"^Q[A-Z].*", {"platform/qt", "widgets", "workbench/view"}},
       {"^vtk.*", {"workbench/view"}},
       {"^gmsh.*", {"workbench/exchange/child"}},
       {"^[A-Z][A-Za-z0-9]*_?[A-Za-z0-9]*\\.hxx$", {"workbench/exchange/child"}},
