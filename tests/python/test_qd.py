@@ -101,7 +101,10 @@ class Scripts(unittest.TestCase):
         self.assertEqual((system.kind, system.x_axis, system.parent.id), ("cylindrical", (0, 1, 0), 1))
         for wrong in (lambda: self.doc.scale(shaft, (0, 0, 0), 0), lambda: self.doc.mirror(shaft, (0, 0, 0), (0, 0, 0)),
                       lambda: self.doc.mesh_set("A", [1]), lambda: self.doc.colour_meshes("set", 0, 1),
-                      lambda: setattr(shaft, "opacity", 2), lambda: setattr(shaft, "mode", "free_faces")):
+                      lambda: setattr(shaft, "opacity", 2), lambda: setattr(shaft, "mode", "free_faces"),
+                      lambda: self.doc.mesh(shaft, size=-1), lambda: self.doc.mesh(shaft, size=float("nan")),
+                      lambda: self.doc.mesh(shaft, size=float("inf")), lambda: self.doc.check(limit=float("nan")),
+                      lambda: self.doc.check("duplicate_nodes", tolerance=-1)):
             self.assertRaises(ValueError, wrong)
 
     def test_menus_of_rows_are_of_windows(self):

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <filesystem>
 #include <map>
 #include <optional>
@@ -253,6 +254,8 @@ std::string TreeText(const DocumentPtr& self) {
 py::list Mesh(const DocumentPtr& self, const py::object& parts, double size, bool secondOrder, bool mapped,
               const std::optional<int>& dimension, const py::object& call) {
   if (dimension && *dimension != 2 && *dimension != 3) throw py::value_error("dimensions are 2 and 3");
+  if (!std::isfinite(size) || size < 0)
+    throw py::value_error("a size of elements is above 0, or 0 for one that suits");
   Database& data = self->Data();
   const std::vector<iterator> meant = PartsAmong(data, AllOrSome(*self, parts, data.GetGeomPool().GetItrList()));
   Progress progress(*self, call);
@@ -279,6 +282,8 @@ Check RunCheck(const DocumentPtr& self, const std::string& what, const py::objec
                const std::string& measure, const std::optional<double>& limit, double tolerance,
                const py::object& call) {
   Database& data = self->Data();
+  if (limit && !std::isfinite(*limit)) throw py::value_error("a limit is a finite number");
+  if (!std::isfinite(tolerance) || tolerance < 0) throw py::value_error("a tolerance is 0 or above");
   CheckRequest request;
   request.check = static_cast<MeshCheck>(PlaceOf(kCheckNames, what, "checks"));
   request.measure = static_cast<QualityMeasure>(PlaceOf(kQualityNames, measure, "measures"));
